@@ -1,0 +1,42 @@
+# Every target links vandrel_options; nothing sets flags of its own.
+add_library(vandrel_options INTERFACE)
+target_compile_features(vandrel_options INTERFACE cxx_std_20)
+target_compile_options(vandrel_options INTERFACE
+    -Wall -Wextra -Wpedantic -Werror
+    -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
+    -Wnull-dereference -Wduplicated-cond -Wlogical-op -Wvla)
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    target_compile_options(vandrel_options INTERFACE -Wno-unknown-warning-option)
+endif()
+target_compile_definitions(vandrel_options INTERFACE
+    QT_NO_KEYWORDS
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_NO_FOREACH
+    QT_STRICT_ITERATORS
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400
+    VANDREL_VERSION="${PROJECT_VERSION}")
+
+if(VANDREL_SANITIZE)
+    target_compile_options(vandrel_options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+        # GCC 12 reports false null dereferences and overflows in instrumented code.
+        -Wno-null-dereference -Wno-maybe-uninitialized -Wno-stringop-overflow)
+    target_link_options(vandrel_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_AUTOMOC ON)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+    # The sloppiness lets it cache objects that use a precompiled header.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+endif()
