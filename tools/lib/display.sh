@@ -1,0 +1,36 @@
+# shellcheck shell=bash
+# A virtual display and pictures of the windows on it.
+
+has_display() { [[ -n ${DISPLAY:-} || -n ${WAYLAND_DISPLAY:-} ]]; }
+
+# start_display: starts a virtual display, exports DISPLAY and leaves the server's process
+# in display_pid; the caller ends it.
+start_display() {
+    local number log
+    log=$(mktemp)
+    # The server tells the number it chose on a pipe of its own.
+    coproc XVFB { exec Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp 3>&1 2>"$log"; }
+    # shellcheck disable=SC2034
+    display_pid=$XVFB_PID
+    read -r -t 20 number <&"${XVFB[0]}" || die "the virtual display did not start: $(<"$log")"
+    rm -f "$log"
+    export DISPLAY=":$number" QT_QPA_PLATFORM=xcb
+    unset WAYLAND_DISPLAY
+}
+
+# take_picture PID FILE SECONDS: waits until process PID shows a painted window and writes a
+# picture of it. Fails when the process ends or the time is over before.
+take_picture() {
+    local pid=$1 file=$2 deadline=$((SECONDS + $3)) window now before=
+    while kill -0 "$pid" 2>/dev/null && ((SECONDS < deadline)); do
+        sleep 0.5
+        window=$(xdotool search --onlyvisible --pid "$pid" 2>/dev/null | tail -n 1) || continue
+        [[ -n $window ]] || continue
+        import -silent -window "$window" "$file" 2>/dev/null || continue
+        # Painted: more than a background, and the same in two pictures in a row.
+        now=$(identify -format '%k %#' "$file")
+        [[ ${now%% *} -gt 8 && $now == "$before" ]] && return 0
+        before=$now
+    done
+    return 1
+}
