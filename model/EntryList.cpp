@@ -1,0 +1,29 @@
+#include "model/EntryList.h"
+
+namespace {
+constexpr std::size_t longList = 16;
+}
+
+bool EntryList::contains(TavRegistryEntry *entry) const
+{
+    if (entries_.size() < longList)
+        return std::find(entries_.begin(), entries_.end(), entry) != entries_.end();
+    if (!index_)
+        index_ = std::make_unique<QSet<TavRegistryEntry *>>(entries_.begin(), entries_.end());
+    return index_->contains(entry);
+}
+
+void EntryList::add(TavRegistryEntry *entry)
+{
+    if (contains(entry))
+        return;
+    entries_.push_back(entry);
+    if (index_)
+        index_->insert(entry);
+}
+
+void EntryList::clear()
+{
+    entries_.clear();
+    index_.reset();
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+#include <algorithm>
+#include <vector>
+
+// A small table from plane name to something, ordered by plane name.
+template<class T>
+class PlaneTable
+{
+public:
+    using Item = std::pair<QString, T>;
+
+    const T *find(const QString &plane) const
+    {
+        const auto item = lowerBound(items_, plane);
+        return item != items_.end() && item->first == plane ? &item->second : nullptr;
+    }
+    T *find(const QString &plane) { return const_cast<T *>(std::as_const(*this).find(plane)); }
+    T &operator[](const QString &plane)
+    {
+        auto item = lowerBound(items_, plane);
+        if (item == items_.end() || item->first != plane)
+            item = items_.insert(item, Item(plane, T()));
+        return item->second;
+    }
+    void clear() { items_.clear(); }
+    bool isEmpty() const { return items_.empty(); }
+    std::size_t size() const { return items_.size(); }
+    auto begin() const { return items_.begin(); }
+    auto end() const { return items_.end(); }
+    auto begin() { return items_.begin(); }
+    auto end() { return items_.end(); }
+
+private:
+    template<class Items>
+    static auto lowerBound(Items &items, const QString &plane)
+    {
+        // Names of planes share their text, so most comparisons end at once.
+        return std::lower_bound(
+            items.begin(), items.end(), plane, [](const Item &item, const QString &key) {
+                return item.first.constData() != key.constData() && item.first < key;
+            });
+    }
+
+    std::vector<Item> items_;
+};

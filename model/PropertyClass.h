@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+
+class TavRegistryProperty;
+class PropertyTree;
+
+// The class of the nodes of a property tree. A tree lays out all its nodes in one block, so it
+// must know their size and how to construct one in place.
+struct PropertyClass
+{
+    const PropertyClass *base;
+    std::size_t size;
+    TavRegistryProperty *(*construct)(void *storage, PropertyTree &tree);
+
+    bool isKindOf(const PropertyClass &other) const
+    {
+        for (const PropertyClass *ancestor = this; ancestor; ancestor = ancestor->base) {
+            if (ancestor == &other)
+                return true;
+        }
+        return false;
+    }
+};

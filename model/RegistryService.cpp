@@ -1,0 +1,3 @@
+#include "model/RegistryService.h"
+
+RegistryService::~RegistryService() = default;

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "platform/CompactArray.h"
+
+#include <QDateTime>
+#include <span>
+#include <vector>
+
+// One typed value of the registry, implicitly shared, in 16 bytes. Values are made by reader
+// threads and read by the main thread; a value never changes once made.
+class RegistryValue
+{
+public:
+    enum class Type : quint8 {
+        None,
+        Dictionary,
+        Array,
+        Set,
+        String,
+        Number,
+        Boolean,
+        Data,
+        Date,
+        Null,
+    };
+
+    struct Member;
+    using Members = std::vector<Member>; // in the order the service gives
+    using Elements = std::vector<RegistryValue>;
+
+    RegistryValue() = default;
+    RegistryValue(const RegistryValue &other) noexcept;
+    RegistryValue(RegistryValue &&other) noexcept;
+    RegistryValue &operator=(RegistryValue other) noexcept;
+    ~RegistryValue();
+
+    static RegistryValue dictionary(Members members);
+    static RegistryValue array(Elements elements);
+    static RegistryValue set(Elements members);
+    static RegistryValue string(const QString &text);
+    // Width is 1, 2, 4 or 8 bytes; bits above it are cut off. Whether the number may be negative
+    // matters to comparing only: how it is shown is the display's affair.
+    static RegistryValue number(quint64 bits, int width, bool isSigned = false);
+    static RegistryValue boolean(bool truth);
+    static RegistryValue data(const QByteArray &bytes);
+    static RegistryValue date(const QDateTime &date); // to the millisecond, UTC
+    static RegistryValue null();
+
+    Type type() const { return type_; }
+    bool isNone() const { return type_ == Type::None; }
+    bool isCollection() const;
+
+    // Each answers for its own type; for another one, empty, zero or false.
+    const Members &members() const;
+    std::span<const RegistryValue> elements() const;
+    QString toString() const;
+    int numberWidth() const { return type_ == Type::Number ? width_ : 0; }
+    quint64 numberBits() const;  // zero-extended
+    qint64 signedNumber() const; // sign-extended from its width
+    bool isSignedNumber() const { return type_ == Type::Number && isSigned_; }
+    bool toBoolean() const;
+    QByteArray toData() const;
+    QDateTime toDate() const;
+
+    qsizetype count() const; // members or elements; 0 for no collection
+    // All values held by this one, at any depth; itself not counted.
+    quint32 descendantCount() const;
+    // The member of a dictionary, or none. Linear in the number of members.
+    const RegistryValue &member(QStringView key) const;
+
+    friend bool operator==(const RegistryValue &a, const RegistryValue &b);
+    friend size_t qHash(const RegistryValue &value, size_t seed);
+
+private:
+    struct DictionaryPayload;
+    struct ListPayload;
+
+    explicit RegistryValue(Type type)
+        : type_(type)
+    {}
+    static RegistryValue list(Type type, Elements elements);
+    void retain() const noexcept;
+    void release() noexcept;
+
+    // The number, truth or time; of a text or data the shared buffer; of a collection the payload.
+    union
+    {
+        quint64 bits_ = 0;
+        CompactString::Header *text_;
+        CompactBytes::Header *bytes_;
+        DictionaryPayload *dictionary_;
+        ListPayload *list_;
+    };
+    quint32 size_ = 0; // of a text or data
+    Type type_ = Type::None;
+    quint8 width_ = 0; // of a number
+    bool isSigned_ = false;
+};
+
+size_t qHash(const RegistryValue &value, size_t seed = 0);
+
+struct RegistryValue::Member
+{
+    CompactString key;
+    RegistryValue value;
+};
+
+static_assert(sizeof(RegistryValue) == 16);

@@ -1,0 +1,461 @@
+#include "model/TavRegistryEntry.h"
+
+#include "model/EntryStore.h"
+#include "model/ModelLogging.h"
+
+namespace {
+const QString kernelBundlePlaceholder = QStringLiteral("__kernel__");
+const QString kernelBundleID = QStringLiteral("org.linux.kernel");
+const QString serviceClass = QStringLiteral("DxService");
+
+const PropertyClass *propertyClass = nullptr;
+
+// A plane's name as the service takes it: ASCII in a buffer of the given size with its NUL.
+std::optional<QByteArray> planeCString(const QString &plane, qsizetype bufferSize)
+{
+    const auto isAscii = [](QChar c) { return c.unicode() > 0 && c.unicode() < 128; };
+    if (plane.size() >= bufferSize || !std::all_of(plane.begin(), plane.end(), isAscii))
+        return std::nullopt;
+    return plane.toLatin1();
+}
+
+// None for what is not UTF-8. A text equal to the likely one shares its storage.
+std::optional<QString> fromServiceText(const RegistryName &text, const QString &likely)
+{
+    const QUtf8StringView bytes(text.data(),
+                                static_cast<qsizetype>(strnlen(text.data(), text.size())));
+    if (!likely.isNull() && QAnyStringView(bytes) == likely)
+        return likely;
+    if (!bytes.isValidUtf8())
+        return std::nullopt;
+    return bytes.toString();
+}
+
+quint64 nextCounterTag()
+{
+    static quint64 next = 0;
+    return next++;
+}
+
+template<class Neighbours>
+EntrySet reachable(const TavRegistryEntry &start, Neighbours neighbours)
+{
+    EntrySet found;
+    std::vector<const TavRegistryEntry *> pending{&start};
+    while (!pending.empty()) {
+        const TavRegistryEntry *entry = pending.back();
+        pending.pop_back();
+        for (TavRegistryEntry *neighbour : neighbours(*entry)) {
+            const auto before = found.size();
+            found.insert(neighbour);
+            if (found.size() != before)
+                pending.push_back(neighbour);
+        }
+    }
+    return found;
+}
+} // namespace
+
+TavRegistryEntry::TavRegistryEntry() = default;
+TavRegistryEntry::~TavRegistryEntry() = default;
+
+void TavRegistryEntry::setPropertyClass(const PropertyClass &nodeClass)
+{
+    propertyClass = &nodeClass;
+}
+
+const PropertyClass &TavRegistryEntry::currentPropertyClass()
+{
+    return propertyClass ? *propertyClass : TavRegistryProperty::staticPropertyClass();
+}
+
+EntryRef TavRegistryEntry::create(RegistryObject object, EntryStore &dataStore)
+{
+    EntryRef entry = createEmpty();
+    return entry->initWithDxRegistryEntry(object, dataStore) ? entry : nullptr;
+}
+
+EntryRef TavRegistryEntry::createEmpty()
+{
+    return EntryRef(new TavRegistryEntry);
+}
+
+bool TavRegistryEntry::initWithDxRegistryEntry(RegistryObject object, EntryStore &dataStore)
+{
+    RegistryService *service = dataStore.service();
+    if (!service || !object)
+        return false;
+    handle_ = RegistryHandle::retain(*service, object);
+    if (!readIdentity(*service))
+        return false;
+    dataStore_ = &dataStore;
+    dateDiscovered_ = QDateTime::currentDateTimeUtc();
+    if (!readInheritance(*service))
+        return false;
+    bundleID_ = service->copyBundleIdentifierForClass(inheritance_.constFirst());
+    if (bundleID_ == kernelBundlePlaceholder)
+        bundleID_ = kernelBundleID;
+    setFlag(ConformsToDxService, service->conformsTo(object, serviceClass));
+    if (!readAttributesAndProperties())
+        return false;
+    registryState_ = RegistryStateNew;
+    return true;
+}
+
+bool TavRegistryEntry::readIdentity(RegistryService &service)
+{
+    if (service.hasEntryIDs())
+        return service.entryID(handle_.get(), entryTag_) == RegistryStatus::Success;
+    entryTag_ = nextCounterTag();
+    return true;
+}
+
+bool TavRegistryEntry::readInheritance(RegistryService &service)
+{
+    QString className = service.copyClassName(handle_.get());
+    while (!className.isNull()) {
+        inheritance_.append(className);
+        className =
+            service.hasSuperclassLookup() ? service.copySuperclassName(className) : QString();
+    }
+    return !inheritance_.isEmpty();
+}
+
+bool TavRegistryEntry::readAttributesAndProperties()
+{
+    if (!handle_)
+        return false;
+    RegistryService &service = *dataStore_->service();
+    if (conformsToDxService() && !readServiceState(service))
+        return false;
+    kernelRetainCount_ = service.retainCount(handle_.get());
+    properties_.reset();
+    if (!readDxRegistryNameAndLocationInPlane({}))
+        return false;
+    RegistryValue table;
+    if (service.copyProperties(handle_.get(), table) != RegistryStatus::Success)
+        return false;
+    properties_ = TavRegistryProperty::create(currentPropertyClass(), shared_from_this(), {},
+                                              nullptr, {}, 0, table);
+    if (properties_)
+        properties_->clearIsNew();
+    return true;
+}
+
+bool TavRegistryEntry::readServiceState(RegistryService &service)
+{
+    quint64 state = 0;
+    if (service.serviceState(handle_.get(), state) != RegistryStatus::Success)
+        return false;
+    setFlag(Registered, state & ServiceRegistered);
+    setFlag(Matched, state & ServiceMatched);
+    setFlag(Active, !(state & ServiceInactive));
+    quint32 busy = 0;
+    if (service.busyState(handle_.get(), busy) != RegistryStatus::Success)
+        return false;
+    busyCount_ = busy;
+    return true;
+}
+
+bool TavRegistryEntry::readDxRegistryNameAndLocationInPlane(const QString &plane)
+{
+    constexpr qsizetype planeBufferSize = 127;
+    if (!handle_)
+        return false;
+    const auto planeText = planeCString(plane, planeBufferSize);
+    if (!planeText)
+        return false;
+    const char *const planeName = plane.isNull() ? nullptr : planeText->constData();
+    RegistryService &service = *dataStore_->service();
+
+    RegistryName buffer;
+    if (service.nameInPlane(handle_.get(), planeName, buffer) != RegistryStatus::Success)
+        return false;
+    const auto name = fromServiceText(buffer, name_);
+    if (!name)
+        return false;
+    std::optional<QString> location;
+    const RegistryStatus status = service.locationInPlane(handle_.get(), planeName, buffer);
+    if (status == RegistryStatus::Success)
+        location = fromServiceText(buffer, location_);
+    if (status != RegistryStatus::NotFound && !location)
+        return false;
+
+    if (plane.isNull()) {
+        name_ = *name;
+        location_ = location.value_or(QString());
+    } else {
+        namesInPlanes_[plane] = *name;
+        if (location)
+            locationsInPlanes_[plane] = *location;
+    }
+    return true;
+}
+
+void TavRegistryEntry::readDxRegistryNameAndLocationInPlanes(const QStringList &planes)
+{
+    if (!handle_)
+        return;
+    for (const QString &plane : planes)
+        readDxRegistryNameAndLocationInPlane(plane);
+}
+
+void TavRegistryEntry::readChildrenInPlane(const QString &plane)
+{
+    constexpr qsizetype planeBufferSize = 511;
+    const auto planeText = planeCString(plane, planeBufferSize);
+    if (!planeText)
+        return;
+    EntryList::Entries previous = childrenInPlane(plane);
+    if (EntryList *children = childrenInPlanes_.find(plane))
+        children->clear();
+    for (TavRegistryEntry *child : previous) {
+        if (!child->DxRegistryEntry())
+            addChild(*child, plane);
+    }
+    RegistryIterator iterator = 0;
+    RegistryService *service = dataStore_->service();
+    if (handle_ && service->childIterator(handle_.get(), planeText->constData(), iterator) ==
+                       RegistryStatus::Success) {
+        while (const auto child =
+                   RegistryHandle::adopt(*service, service->iteratorNext(iterator))) {
+            if (auto *entry = dataStore_->registryEntryForDxRegistryEntry(child.get(), true))
+                addChild(*entry, plane);
+        }
+        service->releaseIterator(iterator);
+    }
+    if (EntryList *children = childrenInPlanes_.find(plane))
+        children->setOrder(sortedArrayForPlane(children->entries(), plane));
+}
+
+void TavRegistryEntry::readChildrenInPlanes(const QStringList &planes)
+{
+    for (const QString &plane : planes)
+        readChildrenInPlane(plane);
+}
+
+void TavRegistryEntry::updateIsSingle(bool single)
+{
+    if (!dataStore_ || !dataStore_->isLive())
+        return;
+    setDateLastUpdated(single ? QDateTime::currentDateTimeUtc() : QDateTime());
+    if (!handle_ && !dateTerminated_.isNull()) {
+        registryState_ = RegistryStateTerminated;
+        dataStore_->setHasPendingTerminations(true);
+    } else {
+        readAttributesAndProperties();
+        readDxRegistryNameAndLocationInPlanes(dataStore_->registryPlanes());
+        readChildrenInPlanes(dataStore_->registryPlanes());
+    }
+    if (single)
+        dataStore_->noteObjectChanged(*this);
+}
+
+void TavRegistryEntry::addChild(TavRegistryEntry &child, const QString &plane)
+{
+    childrenInPlanes_[plane].add(&child);
+    child.addParent(*this, plane);
+}
+
+void TavRegistryEntry::addParent(TavRegistryEntry &parent, const QString &plane)
+{
+    parentsInPlanes_[plane].add(&parent);
+}
+
+void TavRegistryEntry::clearParentChildRelationships()
+{
+    parentsInPlanes_.clear();
+}
+
+void TavRegistryEntry::clearTerminatedChildren()
+{
+    for (auto &[plane, children] : childrenInPlanes_)
+        children.removeIf([](TavRegistryEntry *child) { return !child->DxRegistryEntry(); });
+}
+
+void TavRegistryEntry::leaveStore()
+{
+    dataStore_ = nullptr;
+    handle_.reset();
+    childrenInPlanes_.clear();
+    parentsInPlanes_.clear();
+}
+
+void TavRegistryEntry::forgetLinksTo(const EntrySet &leaving)
+{
+    const auto isLeaving = [&](TavRegistryEntry *entry) { return leaving.contains(entry); };
+    for (auto &[plane, children] : childrenInPlanes_)
+        children.removeIf(isLeaving);
+    for (auto &[plane, parents] : parentsInPlanes_)
+        parents.removeIf(isLeaving);
+}
+
+void TavRegistryEntry::noteTerminatedAtDate(const QDateTime &date, bool immediate)
+{
+    dateTerminated_ = date;
+    handle_.reset();
+    if (immediate)
+        registryState_ = RegistryStateTerminated;
+}
+
+void TavRegistryEntry::clearIsNew()
+{
+    if (registryState_ == RegistryStateNew)
+        registryState_ = RegistryStateUnchanged;
+    if (properties_)
+        properties_->clearIsNew();
+}
+
+QDateTime TavRegistryEntry::dateTerminated() const
+{
+    return registryState_ == RegistryStateTerminated ? dateTerminated_ : QDateTime();
+}
+
+QString TavRegistryEntry::bundlePath() const
+{
+    RegistryService *service = dataStore_ ? dataStore_->service() : nullptr;
+    if (!service || bundleID_.isNull())
+        return {};
+    return service->bundleURLForIdentifier(bundleID_);
+}
+
+QString TavRegistryEntry::nameInPlane(const QString &plane) const
+{
+    const QString *name = namesInPlanes_.find(plane);
+    return name ? *name : name_;
+}
+
+QString TavRegistryEntry::locationInPlane(const QString &plane) const
+{
+    const QString *location = locationsInPlanes_.find(plane);
+    return location ? *location : location_;
+}
+
+QString TavRegistryEntry::nameAtLocationInPlane(const QString &plane) const
+{
+    const QString location = locationInPlane(plane);
+    return location.isNull() ? nameInPlane(plane) : nameInPlane(plane) + u'@' + location;
+}
+
+QString TavRegistryEntry::DxcoreClass() const
+{
+    return inheritance_.value(0);
+}
+
+QStringList TavRegistryEntry::reversedInheritance() const
+{
+    return QStringList(inheritance_.rbegin(), inheritance_.rend());
+}
+
+QString TavRegistryEntry::inheritanceString() const
+{
+    return inheritance_.join(QLatin1String(" : "));
+}
+
+bool TavRegistryEntry::isKindOfDxcoreClass(const QString &className, bool substring) const
+{
+    return std::any_of(inheritance_.begin(), inheritance_.end(), [&](const QString &candidate) {
+        return substring ? candidate.contains(className, Qt::CaseInsensitive)
+                         : candidate == className;
+    });
+}
+
+void TavRegistryEntry::setFlag(Flag flag, bool on)
+{
+    flags_ = static_cast<quint8>(on ? flags_ | flag : flags_ & ~flag);
+}
+
+namespace {
+const EntryList::Entries &entriesOf(const PlaneTable<EntryList> &table, const QString &plane)
+{
+    static const EntryList::Entries none;
+    const EntryList *list = table.find(plane);
+    return list ? list->entries() : none;
+}
+} // namespace
+
+const EntryList::Entries &TavRegistryEntry::childrenInPlane(const QString &plane) const
+{
+    return entriesOf(childrenInPlanes_, plane);
+}
+
+const EntryList::Entries &TavRegistryEntry::parentsInPlane(const QString &plane) const
+{
+    return entriesOf(parentsInPlanes_, plane);
+}
+
+EntryList::Entries TavRegistryEntry::childrenWithNameAtLocation(const QString &nameAtLocation,
+                                                                const QString &plane) const
+{
+    EntryList::Entries found;
+    for (TavRegistryEntry *child : childrenInPlane(plane)) {
+        if (child->nameAtLocationInPlane(plane) == nameAtLocation)
+            found.push_back(child);
+    }
+    return found;
+}
+
+std::size_t TavRegistryEntry::numParents() const
+{
+    std::size_t count = 0;
+    for (const auto &[plane, parents] : parentsInPlanes_)
+        count += parents.entries().size();
+    return count;
+}
+
+EntrySet TavRegistryEntry::allAncestorsInPlane(const QString &plane) const
+{
+    return reachable(*this, [&](const TavRegistryEntry &entry) -> const EntryList::Entries & {
+        return entry.parentsInPlane(plane);
+    });
+}
+
+EntrySet TavRegistryEntry::allDescendantsInPlane(const QString &plane) const
+{
+    return reachable(*this, [&](const TavRegistryEntry &entry) -> const EntryList::Entries & {
+        return entry.childrenInPlane(plane);
+    });
+}
+
+void TavRegistryEntry::printName(const QString &plane) const
+{
+    qCDebug(modelLog, "%ls ", qUtf16Printable(nameAtLocationInPlane(plane)));
+}
+
+int TavRegistryEntry::compareForPlane(const TavRegistryEntry &a, const TavRegistryEntry &b,
+                                      const QString &plane)
+{
+    const int order =
+        a.nameAtLocationInPlane(plane).compare(b.nameAtLocationInPlane(plane), Qt::CaseInsensitive);
+    if (order != 0)
+        return order < 0 ? -1 : 1;
+    return a.entryTag_ < b.entryTag_ ? -1 : a.entryTag_ > b.entryTag_ ? 1 : 0;
+}
+
+void TavRegistryEntry::sortForPlane(EntryList::Entries &entries, const QString &plane)
+{
+    if (entries.size() < 2)
+        return;
+    struct Keyed
+    {
+        QString key;
+        TavRegistryEntry *entry;
+    };
+    std::vector<Keyed> keyed;
+    keyed.reserve(entries.size());
+    for (TavRegistryEntry *entry : entries)
+        keyed.push_back({entry->nameAtLocationInPlane(plane), entry});
+    std::sort(keyed.begin(), keyed.end(), [](const Keyed &a, const Keyed &b) {
+        const int order = a.key.compare(b.key, Qt::CaseInsensitive);
+        return order != 0 ? order < 0 : a.entry->entryTag_ < b.entry->entryTag_;
+    });
+    std::transform(keyed.begin(), keyed.end(), entries.begin(),
+                   [](const Keyed &item) { return item.entry; });
+}
+
+EntryList::Entries TavRegistryEntry::sortedArrayForPlane(EntryList::Entries entries,
+                                                         const QString &plane)
+{
+    sortForPlane(entries, plane);
+    return entries;
+}

@@ -1,0 +1,160 @@
+#pragma once
+
+#include "model/EntryList.h"
+#include "model/PlaneTable.h"
+#include "model/RegistryHandle.h"
+#include "model/RegistryState.h"
+#include "model/TavRegistryProperty.h"
+
+#include <QStringList>
+
+class EntryStore;
+class TavRegistryEntryPath;
+
+// Views, paths and results may outlive an entry's time in its store.
+using EntryRef = std::shared_ptr<TavRegistryEntry>;
+using EntrySet = QSet<TavRegistryEntry *>;
+
+// One kernel object of the device registry as it was captured. Its store owns it; its links to
+// other entries are cut when it leaves the store. Main thread only.
+class TavRegistryEntry : public std::enable_shared_from_this<TavRegistryEntry>
+{
+public:
+    enum Flag : quint8 {
+        RegistryRoot = 1,
+        ConformsToDxService = 2,
+        Registered = 4,
+        Matched = 8,
+        Active = 16,
+        MatchesLastQuery = 32,
+    };
+    static constexpr int classVersion = 2;
+
+    // Reads a live object; null when it cannot be read. The handle is retained.
+    static EntryRef create(RegistryObject object, EntryStore &dataStore);
+    // An entry with nothing read yet, for one that comes from a document.
+    static EntryRef createEmpty();
+    ~TavRegistryEntry();
+    TavRegistryEntry(const TavRegistryEntry &) = delete;
+    TavRegistryEntry &operator=(const TavRegistryEntry &) = delete;
+
+    // The class of the nodes of every property tree read from now on.
+    static void setPropertyClass(const PropertyClass &nodeClass);
+    static const PropertyClass &currentPropertyClass();
+
+    // Reading from the service. Each keeps the last good values when it fails.
+    bool readAttributesAndProperties();
+    bool readDxRegistryNameAndLocationInPlane(const QString &plane); // null: for no plane
+    void readDxRegistryNameAndLocationInPlanes(const QStringList &planes);
+    void readChildrenInPlane(const QString &plane);
+    void readChildrenInPlanes(const QStringList &planes);
+    void updateIsSingle(bool single);
+
+    void addChild(TavRegistryEntry &child, const QString &plane);
+    void addParent(TavRegistryEntry &parent, const QString &plane);
+    void clearParentChildRelationships(); // the parents only: children are rebuilt by reading
+    void clearTerminatedChildren();
+    void noteTerminatedAtDate(const QDateTime &date, bool immediate);
+    void clearIsNew();
+    void setDateLastUpdated(const QDateTime &date) { dateLastUpdated_ = date; }
+    void setIsRegistryRoot(bool isRoot) { setFlag(RegistryRoot, isRoot); }
+    void _setDataStore(EntryStore *store) { dataStore_ = store; }
+    // Drops what refers to a client, such as a view; entries refer to none.
+    void removeClient(const void *) {}
+    // Cuts what leads to other entries and to the store, for an entry that leaves its store alone
+    // or together with all others. Entries that stay forget it by forgetLinksTo.
+    void leaveStore();
+    void forgetLinksTo(const EntrySet &leaving);
+
+    RegistryObject DxRegistryEntry() const { return handle_.get(); }
+    quint64 entryTag() const { return entryTag_; }
+    EntryStore *dataStore() const { return dataStore_; }
+    RegistryState registryState() const { return registryState_; }
+    const QDateTime &dateDiscovered() const { return dateDiscovered_; }
+    const QDateTime &dateLastUpdated() const { return dateLastUpdated_; } // null: never
+    QDateTime dateTerminated() const; // null until the entry's state is terminated
+    TavRegistryProperty *properties() const { return properties_.get(); }
+    const PropertyRef &propertiesRef() const { return properties_; }
+
+    const QString &bundleID() const { return bundleID_; } // null: none
+    QString bundlePath() const;                           // null: none
+    QString nameInPlane(const QString &plane) const;
+    QString locationInPlane(const QString &plane) const;       // null: none
+    QString nameAtLocationInPlane(const QString &plane) const; // "name@location" or "name"
+    QString DxcoreClass() const;
+    const QStringList &inheritance() const { return inheritance_; } // most derived first
+    QStringList reversedInheritance() const;
+    QString inheritanceString() const; // "Derived : Base : Root"
+    bool isKindOfDxcoreClass(const QString &className, bool substring) const;
+
+    bool isRegistryRoot() const { return flags_ & RegistryRoot; }
+    bool conformsToDxService() const { return flags_ & ConformsToDxService; }
+    bool isRegistered() const { return flags_ & Registered; }
+    bool isMatched() const { return flags_ & Matched; }
+    bool isActive() const { return flags_ & Active; }
+    quint32 busyCount() const { return busyCount_; }
+    quint32 kernelRetainCount() const { return kernelRetainCount_; }
+
+    const EntryList::Entries &childrenInPlane(const QString &plane) const;
+    const EntryList::Entries &parentsInPlane(const QString &plane) const;
+    EntryList::Entries childrenWithNameAtLocation(const QString &nameAtLocation,
+                                                  const QString &plane) const;
+    std::size_t numParents() const; // over all planes
+    EntrySet allAncestorsInPlane(const QString &plane) const;
+    EntrySet allDescendantsInPlane(const QString &plane) const;
+    void printName(const QString &plane) const;
+
+    // Paths. A path string is "Plane:" for the root and "Plane:/Name/Name@Location" below it.
+    QStringList registryPathsInPlane(const QString &plane) const;
+    QStringList allRegistryPaths() const;
+    struct PathCounts
+    {
+        quint64 paths;  // of all planes, at most the largest number
+        quint64 planes; // those with at least one path
+    };
+    PathCounts getNumRegistryPaths() const;
+    std::vector<TavRegistryEntryPath> entryPathsInPlane(const QString &plane);
+    std::optional<TavRegistryEntryPath> entryPathInPlane(const QString &plane, std::size_t index);
+    std::vector<TavRegistryEntryPath> allEntryPaths();
+    EntrySet entriesMatchingRelativeRegistryPath(const QString &path, const QString &plane);
+
+    friend bool operator==(const TavRegistryEntry &a, const TavRegistryEntry &b)
+    {
+        return a.entryTag_ == b.entryTag_;
+    }
+
+    // Of two entries in a plane: names at locations without regard to case, then tags. -1, 0, 1.
+    static int compareForPlane(const TavRegistryEntry &a, const TavRegistryEntry &b,
+                               const QString &plane);
+    static void sortForPlane(EntryList::Entries &entries, const QString &plane);
+    static EntryList::Entries sortedArrayForPlane(EntryList::Entries entries, const QString &plane);
+
+private:
+    TavRegistryEntry();
+    bool initWithDxRegistryEntry(RegistryObject object, EntryStore &dataStore);
+    bool readIdentity(RegistryService &service);
+    bool readInheritance(RegistryService &service);
+    bool readServiceState(RegistryService &service);
+    void setFlag(Flag flag, bool on);
+    QStringList planesWithParents() const;
+
+    EntryStore *dataStore_ = nullptr;
+    RegistryHandle handle_;
+    quint64 entryTag_ = 0;
+    QDateTime dateDiscovered_;
+    QDateTime dateLastUpdated_;
+    QDateTime dateTerminated_;
+    RegistryState registryState_ = RegistryStateUnchanged;
+    quint32 busyCount_ = 0;
+    quint32 kernelRetainCount_ = 0;
+    quint8 flags_ = 0;
+    QString bundleID_;
+    QStringList inheritance_;
+    PropertyRef properties_;
+    QString name_;
+    QString location_;
+    PlaneTable<QString> namesInPlanes_;
+    PlaneTable<QString> locationsInPlanes_;
+    PlaneTable<EntryList> childrenInPlanes_;
+    PlaneTable<EntryList> parentsInPlanes_;
+};

@@ -1,0 +1,125 @@
+#pragma once
+
+#include "model/PropertyTree.h"
+#include "model/RegistryState.h"
+#include "model/RegistryValue.h"
+
+#include <QVariantList>
+
+class TavRegistryProperty;
+
+// Keeps the node's whole tree.
+using PropertyRef = std::shared_ptr<TavRegistryProperty>;
+
+// A node of an entry's property tree: the table itself, a key of a dictionary, an element of an
+// array or a member of a set. A tree is built whole from one value and not changed by reading it.
+// Main thread only.
+class TavRegistryProperty
+{
+public:
+    using Type = RegistryValue::Type;
+
+    explicit TavRegistryProperty(PropertyTree &tree);
+    virtual ~TavRegistryProperty();
+    TavRegistryProperty(const TavRegistryProperty &) = delete;
+    TavRegistryProperty &operator=(const TavRegistryProperty &) = delete;
+
+    static const PropertyClass &staticPropertyClass();
+    virtual const PropertyClass &propertyClass() const { return staticPropertyClass(); }
+    static constexpr int classVersion = 2;
+
+    // Builds the tree of a value, of nodes of the given class; none for no value. A null date means
+    // now. A null name makes a node without a key. The index is not kept: every node without a key
+    // has index 0. The parent's tree is kept.
+    static PropertyRef create(const PropertyClass &nodeClass,
+                              const std::shared_ptr<TavRegistryEntry> &entry, const QDateTime &date,
+                              TavRegistryProperty *parent, const QString &name, quint32 index,
+                              const RegistryValue &value);
+
+    PropertyRef ref();
+    std::shared_ptr<TavRegistryEntry> registryEntry() const;
+    QDateTime dateRead() const;
+
+    RegistryState registryState() const { return static_cast<RegistryState>(state_); }
+    void setRegistryState(RegistryState state) { state_ = static_cast<quint8>(state); }
+    void setRegistryStateRecursive(RegistryState state);
+    void resetRegistryState(); // to unchanged, but for what is terminated
+    void clearIsNew();
+    void removeDeletedChildren();
+
+    QString name() const; // null for the root
+    bool hasName() const { return flags_ & HasName; }
+    quint32 index() const { return 0; }
+    Type valueType() const { return valueType_; } // of the value that it was built from
+    RegistryValue value() const;                  // none for a collection
+    TavRegistryProperty *parent() const { return parent_; }
+    bool isCollection() const { return flags_ & Collection; }
+
+    // Terminated children count and are listed too. None for no collection.
+    qsizetype numberOfChildren() const;
+    std::vector<TavRegistryProperty *> children() const;
+    TavRegistryProperty *childAtIndex(qsizetype index) const;
+    TavRegistryProperty *childWithName(const QString &name) const;
+
+    QString propertyPath() const;      // "/", "//Key", "//Key/Member", "//Key[0]"
+    QVariantList keyIndexPath() const; // strings, and numbers for elements of arrays
+
+    // Marks what differs from the older tree's node at the same place; whether anything does.
+    bool noteChangesFromProperty(TavRegistryProperty &older);
+
+    bool isEqual(const TavRegistryProperty &other) const;
+    int compareByName(const TavRegistryProperty &other) const;
+    int compareByType(const TavRegistryProperty &other) const;
+    int compareByValue(const TavRegistryProperty &other) const;
+
+    // A node like this one in a tree of its own, holding the same children, of unset value type.
+    PropertyRef copy();
+
+protected:
+    // The stored value, or none for a collection; without a copy.
+    const RegistryValue &contents() const;
+
+private:
+    enum Flag : quint8 { Collection = 1, HasName = 2 };
+    using ChildList = std::vector<TavRegistryProperty *>;
+
+    // Children lie in one block until one is added or removed; from then on they are listed.
+    struct Children
+    {
+        union
+        {
+            TavRegistryProperty *first;
+            ChildList *list;
+        };
+        quint32 count;
+        bool isListed;
+    };
+
+    static int typeRank(Type type);
+    Type storedType() const;
+    void openCollection(TavRegistryProperty *&nextFree);
+    ChildList presentChildren() const;
+    void setName(const CompactString &name);
+    TavRegistryProperty *child(std::size_t index) const;
+    ChildList &listChildren();
+    void appendTerminatedCopy(TavRegistryProperty &older);
+    bool noteDictionaryChanges(TavRegistryProperty &older);
+    bool noteArrayChanges(TavRegistryProperty &older);
+    bool noteSetChanges(TavRegistryProperty &older);
+    template<class Action>
+    void forSubtree(Action action);
+
+    PropertyTree *tree_;
+    TavRegistryProperty *parent_ = nullptr;
+    union
+    {
+        RegistryValue value_;
+        Children children_;
+    };
+    [[no_unique_address]] CompactString ident_;
+    quint8 state_ = RegistryStateNew;
+    quint8 flags_ = 0;
+    Type valueType_ = Type::None;
+};
+
+static_assert(sizeof(TavRegistryProperty) <= 56, "there are millions of these");

@@ -1,0 +1,237 @@
+#include "store/TavDataStore.h"
+
+#include "model/RegistryOrder.h"
+#include "platform/HostInformation.h"
+#include "platform/NotificationCenter.h"
+#include "store/DataStoreNotifications.h"
+#include "store/StoreLogging.h"
+
+namespace {
+QString architectureName(quint32 processorType)
+{
+    switch (processorType) {
+    case 7:
+        return QStringLiteral("i386");
+    case 0x1000007:
+        return QStringLiteral("x86_64");
+    default:
+        return QStringLiteral("<Unknown>");
+    }
+}
+
+void post(const QString &name, const void *object)
+{
+    NotificationCenter::defaultCenter().post(name, object);
+}
+} // namespace
+
+TavDataStore::TavDataStore() = default;
+
+TavDataStore::~TavDataStore()
+{
+    for (const EntryRef &entry : registryEntries_)
+        entry->leaveStore();
+}
+
+std::unique_ptr<TavDataStore>
+TavDataStore::initFromDxRegistry(RegistryService &service,
+                                 std::shared_ptr<TavDataStoreDelegate> delegate)
+{
+    std::unique_ptr<TavDataStore> store(new TavDataStore);
+    store->isLive_ = true;
+    store->service_ = &service;
+    store->delegate_ = std::move(delegate);
+    store->readMachineFacts();
+    store->update();
+    for (const EntryRef &entry : store->registryEntries_)
+        entry->clearIsNew();
+    return store;
+}
+
+void TavDataStore::readMachineFacts()
+{
+    const QString name = HostInformation::computerName();
+    hostName_ = name.isNull() ? QStringLiteral("Unknown") : name;
+    archName_ = architectureName(HostInformation::processorType());
+    byteOrder_ = HostInformation::byteOrder();
+}
+
+void TavDataStore::setDelegate(std::shared_ptr<TavDataStoreDelegate> delegate)
+{
+    delegate_ = std::move(delegate);
+}
+
+TavRegistryEntry *TavDataStore::registryRoot() const
+{
+    return registryEntries_.empty() ? nullptr : registryEntries_.front().get();
+}
+
+void TavDataStore::update()
+{
+    if (!isLive_) {
+        qCInfo(storeLog, "Attempt to update a non-live data store\n");
+        return;
+    }
+    service_->prepare();
+    lastUpdateDate_ = QDateTime::currentDateTimeUtc();
+    for (const EntryRef &entry : registryEntries_)
+        entry->clearParentChildRelationships();
+    for (const EntryRef &entry : registryEntries_)
+        entry->clearIsNew();
+    updatePlanes();
+    // Reading children appends the entries that are new, and they are read in the same pass.
+    for (std::size_t i = 0; i < registryEntries_.size(); ++i)
+        registryEntries_[i]->updateIsSingle(false);
+    isUpToDate_ = true;
+    post(DataStoreNotifications::changed, this);
+    if (hasPendingTerminations_) {
+        post(DataStoreNotifications::objectsTerminated, this);
+        hasPendingTerminations_ = false;
+    }
+}
+
+void TavDataStore::updatePlanes()
+{
+    const TavRegistryEntry *root = registryEntryForDxRegistryEntry(0, true);
+    const TavRegistryProperty *table = root ? root->properties() : nullptr;
+    const TavRegistryProperty *planes =
+        table ? table->childWithName(QStringLiteral("DxRegistryPlanes")) : nullptr;
+    if (!planes || planes->numberOfChildren() == 0) {
+        _fatalDxRegistryError();
+        return;
+    }
+    QStringList names;
+    for (const TavRegistryProperty *plane : planes->children())
+        names.append(plane->name());
+    std::sort(names.begin(), names.end(), [](const QString &a, const QString &b) {
+        return compareRegistryPlaneForUI(a, b) < 0;
+    });
+    registryPlanes_ = names;
+}
+
+void TavDataStore::updateObject(TavRegistryEntry &entry)
+{
+    if (service_ && entry.DxRegistryEntry())
+        service_->prepareObject(entry.DxRegistryEntry());
+    entry.updateIsSingle(true);
+}
+
+void TavDataStore::noteObjectChanged(TavRegistryEntry &entry)
+{
+    post(DataStoreNotifications::objectChanged, &entry);
+}
+
+void TavDataStore::removeClient(const void *client)
+{
+    if (!client)
+        return;
+    for (const EntryRef &entry : registryEntries_)
+        entry->removeClient(client);
+}
+
+TavRegistryEntry *TavDataStore::registryEntryForDxRegistryEntry(RegistryObject object,
+                                                                bool createIfNeeded)
+{
+    if (!service_)
+        return nullptr;
+    RegistryHandle root; // held by this look-up alone
+    const bool isRoot = object == 0;
+    if (isRoot) {
+        root = RegistryHandle::adopt(*service_, service_->rootEntry());
+        object = root.get();
+        if (!object)
+            _fatalDxRegistryError();
+    }
+    if (TavRegistryEntry *known = findEntry(object))
+        return known;
+    return createIfNeeded ? _registryEntryWithDxRegistryEntry(object, isRoot) : nullptr;
+}
+
+TavRegistryEntry *TavDataStore::findEntry(RegistryObject object) const
+{
+    quint64 tag = 0;
+    if (service_->hasEntryIDs() && service_->entryID(object, tag) == RegistryStatus::Success)
+        return entriesByTag_.value(tag);
+    // Only the service can tell which handles are one object, so this cannot be indexed.
+    const auto found =
+        std::find_if(registryEntries_.begin(), registryEntries_.end(), [&](const EntryRef &entry) {
+            return entry->DxRegistryEntry() &&
+                   service_->objectsEqual(entry->DxRegistryEntry(), object);
+        });
+    return found != registryEntries_.end() ? found->get() : nullptr;
+}
+
+TavRegistryEntry *TavDataStore::_registryEntryWithDxRegistryEntry(RegistryObject object,
+                                                                  bool isRoot)
+{
+    EntryRef entry = TavRegistryEntry::create(object, *this);
+    if (!entry)
+        return nullptr;
+    entry->setIsRegistryRoot(isRoot);
+    entriesByTag_.emplace(entry->entryTag(), entry.get());
+    registryEntries_.push_back(std::move(entry));
+    return registryEntries_.back().get();
+}
+
+void TavDataStore::clearTerminatedObjects()
+{
+    EntrySet leaving;
+    for (const EntryRef &entry : registryEntries_) {
+        entry->clearTerminatedChildren();
+        if (!entry->dateTerminated().isNull())
+            leaving.insert(entry.get());
+    }
+    if (leaving.isEmpty())
+        return;
+    dropEntries(leaving);
+    post(DataStoreNotifications::clearedTerminatedObjects, this);
+}
+
+void TavDataStore::dropEntries(const EntrySet &leaving)
+{
+    const auto isLeaving = [&](const EntryRef &entry) { return leaving.contains(entry.get()); };
+    for (const EntryRef &entry : registryEntries_) {
+        if (isLeaving(entry)) {
+            entriesByTag_.remove(entry->entryTag());
+            entry->leaveStore();
+        } else {
+            entry->forgetLinksTo(leaving);
+        }
+    }
+    std::erase_if(registryEntries_, isLeaving);
+}
+
+TavDataStore::PathMatches TavDataStore::entriesMatchingRegistryPath(const QString &path) const
+{
+    TavRegistryEntry *const root = registryRoot();
+    if (!root)
+        return {};
+    if (path.isEmpty() || registryPlanes_.contains(path))
+        return {{root}, {}};
+    const qsizetype colon = path.indexOf(u':');
+    if (colon < 0) {
+        qCInfo(storeLog, "Path \"%ls\" does not begin with plane?\n", qUtf16Printable(path));
+        return {};
+    }
+    const QString plane = path.left(colon);
+    QString rest = path.mid(colon + 1);
+    if (rest.isEmpty())
+        return {{root}, plane};
+    const auto &rootChildren = root->childrenInPlane(plane);
+    if (!rest.startsWith(u'/') || rootChildren.empty())
+        return {};
+    TavRegistryEntry *const top = rootChildren.front();
+    if (rest == QLatin1String("/"))
+        return {{top}, plane};
+    const QString topName = top->nameAtLocationInPlane(plane);
+    if (topName != QLatin1String("/"))
+        rest.prepend(topName);
+    const EntrySet entries = top->entriesMatchingRelativeRegistryPath(rest, plane);
+    return {entries, entries.isEmpty() ? QString() : plane};
+}
+
+void TavDataStore::_fatalDxRegistryError()
+{
+    if (delegate_)
+        delegate_->fatalDxRegistryError();
+}

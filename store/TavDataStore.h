@@ -1,0 +1,78 @@
+#pragma once
+
+#include "model/EntryStore.h"
+#include "model/TavRegistryEntry.h"
+#include "store/TavDataStoreDelegate.h"
+
+// The device registry at one moment: every entry seen so far, the names of the planes and a few
+// facts about the machine. A live store reads the registry service; an archived one never does.
+// Main thread only.
+class TavDataStore : public EntryStore
+{
+public:
+    // Captures the whole registry of a service, which must outlive the store. Nothing in the first
+    // picture counts as new. A registry that cannot be reached is told to the delegate.
+    static std::unique_ptr<TavDataStore>
+    initFromDxRegistry(RegistryService &service,
+                       std::shared_ptr<TavDataStoreDelegate> delegate = nullptr);
+    ~TavDataStore() override;
+    TavDataStore(const TavDataStore &) = delete;
+    TavDataStore &operator=(const TavDataStore &) = delete;
+
+    void setDelegate(std::shared_ptr<TavDataStoreDelegate> delegate);
+    const std::shared_ptr<TavDataStoreDelegate> &delegate() const { return delegate_; }
+
+    bool isLive() const override { return isLive_; }
+    const QString &hostName() const { return hostName_; }
+    const QString &archName() const { return archName_; } // "i386", "x86_64" or "<Unknown>"
+    qint32 byteOrder() const override { return byteOrder_; }
+    const QStringList &registryPlanes() const override { return registryPlanes_; }
+    const QDateTime &lastUpdateDate() const { return lastUpdateDate_; }
+    bool isUpToDate() const { return isUpToDate_; }
+    void setUpToDate(bool upToDate) { isUpToDate_ = upToDate; }
+    RegistryService *service() const override { return service_; }
+
+    const std::vector<EntryRef> &registryEntries() const { return registryEntries_; } // root first
+    TavRegistryEntry *registryRoot() const;
+
+    void update();
+    void updateObject(TavRegistryEntry &entry);
+    void setHasPendingTerminations(bool pending) override { hasPendingTerminations_ = pending; }
+    void clearTerminatedObjects();
+    void removeClient(const void *client);
+    void noteObjectChanged(TavRegistryEntry &entry) override;
+
+    TavRegistryEntry *registryEntryForDxRegistryEntry(RegistryObject object,
+                                                      bool createIfNeeded) override;
+
+    struct PathMatches
+    {
+        EntrySet entries;
+        QString plane; // null when the path names none or nothing matches
+    };
+    // The entries at a path such as "DxService:/Name/Name@Location"; a plane's bare name is the
+    // root.
+    PathMatches entriesMatchingRegistryPath(const QString &path) const;
+
+private:
+    TavDataStore();
+    void readMachineFacts();
+    void updatePlanes();
+    TavRegistryEntry *_registryEntryWithDxRegistryEntry(RegistryObject object, bool isRoot);
+    TavRegistryEntry *findEntry(RegistryObject object) const;
+    void dropEntries(const EntrySet &leaving);
+    void _fatalDxRegistryError();
+
+    std::shared_ptr<TavDataStoreDelegate> delegate_;
+    RegistryService *service_ = nullptr;
+    QString hostName_;
+    QString archName_;
+    qint32 byteOrder_ = ByteOrderUnknown;
+    bool isLive_ = false;
+    bool isUpToDate_ = false;
+    bool hasPendingTerminations_ = false;
+    QDateTime lastUpdateDate_;
+    std::vector<EntryRef> registryEntries_;
+    QHash<quint64, TavRegistryEntry *> entriesByTag_; // of registryEntries_
+    QStringList registryPlanes_;
+};
