@@ -1,0 +1,209 @@
+#include "platform/PreferencesStore.h"
+#include "platform/NotificationCenter.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+class PreferencesStoreTest : public testing::Test
+{
+protected:
+    PreferencesStore open() { return PreferencesStore(QStringLiteral("test"), folder()); }
+    QString folder() const { return home_.filePath(QStringLiteral("vandrel")); }
+    QString file() const { return folder() + QStringLiteral("/test.json"); }
+    QStringList files() const { return QDir(folder()).entryList(QDir::Files, QDir::Name); }
+
+    void write(const QByteArray &bytes)
+    {
+        QDir().mkpath(folder());
+        QFile out(file());
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(bytes);
+    }
+    static QByteArray read(const QString &path)
+    {
+        QFile in(path);
+        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+    }
+
+    QTemporaryDir home_;
+};
+
+TEST_F(PreferencesStoreTest, ValuesAndKeysSurviveARestart)
+{
+    const QString formatKey = QStringLiteral("Dx::Root:Own::://reg//[0] \"ä\\");
+    const QJsonObject record{{QStringLiteral("name"), QStringLiteral("Disk")},
+                             {QStringLiteral("path"), QStringLiteral("DxService:/a//b")}};
+    {
+        PreferencesStore store = open();
+        store.setValue(formatKey, QStringLiteral("4xhu"));
+        store.setValue(QString(), 1);
+        store.setValue(QStringLiteral("large"), Q_INT64_C(9007199254740993));
+        store.setValue(QStringLiteral("list"), QJsonArray{record, 4294967295.0, true});
+        store.setFlag(QStringLiteral("flag"), true);
+        store.setValue(QStringLiteral("gone"), 1);
+        store.remove(QStringLiteral("gone"));
+    }
+    PreferencesStore store = open();
+    EXPECT_EQ(store.string(formatKey), QStringLiteral("4xhu"));
+    EXPECT_EQ(store.integer(QString()), 1);
+    EXPECT_EQ(store.integer(QStringLiteral("large")), Q_INT64_C(9007199254740993));
+    EXPECT_EQ(store.list(QStringLiteral("list")), (QJsonArray{record, 4294967295.0, true}));
+    EXPECT_TRUE(store.flag(QStringLiteral("flag")));
+    EXPECT_EQ(store.storedKeys().size(), 5);
+    EXPECT_EQ(store.problems(), QStringList());
+}
+
+TEST_F(PreferencesStoreTest, RegisteredDefaultsLieBeneathAndAreNotWritten)
+{
+    const QString key = QStringLiteral("PolledUpdateInterval");
+    {
+        PreferencesStore store = open();
+        store.registerDefaults({{key, 30}, {QStringLiteral("DefaultView"), QStringLiteral("a")}});
+        EXPECT_EQ(store.integer(key), 30);
+        EXPECT_FALSE(store.isStored(key));
+        store.setValue(key, 5);
+        EXPECT_EQ(store.integer(key), 5);
+        store.remove(key);
+        EXPECT_EQ(store.integer(key), 30);
+        store.setValue(QStringLiteral("other"), 1);
+    }
+    EXPECT_EQ(read(file()), "{\n    \"other\": 1\n}\n");
+}
+
+TEST_F(PreferencesStoreTest, ValuesOfWrongTypeReadAsTheDefault)
+{
+    write(R"({"string": 7, "integer": "7", "fraction": 1.5, "huge": 1e300, "list": {}, "null": null,
+              "YES": "YES", "true": true, "no": "no"})");
+    PreferencesStore store = open();
+    const QJsonObject defaults{
+        {QStringLiteral("string"), QStringLiteral("a")},
+        {QStringLiteral("integer"), 30},
+        {QStringLiteral("fraction"), 31},
+        {QStringLiteral("huge"), 32},
+        {QStringLiteral("list"), QJsonArray{1}},
+        {QStringLiteral("null"), 33},
+        {QStringLiteral("true"), QStringLiteral("yes")},
+        {QStringLiteral("on"), QStringLiteral("yes")},
+    };
+    store.registerDefaults(defaults);
+    EXPECT_EQ(store.string(QStringLiteral("string")), QStringLiteral("a"));
+    EXPECT_TRUE(store.string(QStringLiteral("unknown")).isNull());
+    EXPECT_EQ(store.integer(QStringLiteral("integer")), 30);
+    EXPECT_EQ(store.integer(QStringLiteral("fraction")), 31);
+    EXPECT_EQ(store.integer(QStringLiteral("huge")), 32);
+    EXPECT_EQ(store.integer(QStringLiteral("null")), 33);
+    EXPECT_EQ(store.list(QStringLiteral("list")), QJsonArray{1});
+    // A flag is on for exactly one stored value.
+    EXPECT_FALSE(store.flag(QStringLiteral("YES")));
+    EXPECT_FALSE(store.flag(QStringLiteral("true")));
+    EXPECT_FALSE(store.flag(QStringLiteral("no")));
+    EXPECT_FALSE(store.flag(QStringLiteral("unknown")));
+    EXPECT_TRUE(store.flag(QStringLiteral("on")));
+}
+
+TEST_F(PreferencesStoreTest, ObserversAreToldOfRealChanges)
+{
+    PreferencesStore store = open();
+    int changes = 0;
+    const auto observation = NotificationCenter::defaultCenter().observe(
+        PreferencesStore::didChangeNotification(), &store, [&](const auto &) { ++changes; });
+    const QString key = QStringLiteral("key");
+    store.setValue(key, 1);
+    store.setValue(key, 1);
+    store.setValue(key, 2);
+    store.remove(key);
+    store.remove(key);
+    EXPECT_EQ(changes, 3);
+}
+
+TEST_F(PreferencesStoreTest, ChangesAreWrittenWhenTheEventLoopIsIdle)
+{
+    PreferencesStore store = open();
+    store.setValue(QStringLiteral("a"), 1);
+    store.setValue(QStringLiteral("b"), 2);
+    EXPECT_TRUE(files().isEmpty());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(read(file()).contains("\"b\": 2"));
+}
+
+TEST_F(PreferencesStoreTest, DamagedFilesAreSetAsideAndKept)
+{
+    QStringList expected{QStringLiteral("test.json")};
+    for (const QByteArray &damage : {QByteArray("{\"a\": 1"), QByteArray("[1, 2]"), QByteArray(),
+                                     QByteArray("\0\xff", 2), QByteArray(5000, '[')}) {
+        write(damage);
+        {
+            PreferencesStore store = open();
+            ASSERT_EQ(store.problems().size(), 1);
+            expected += QStringLiteral("test.json.damaged-%1").arg(expected.size());
+            const QString kept = folder() + u'/' + expected.back();
+            EXPECT_TRUE(store.problems().front().contains(kept));
+            EXPECT_EQ(read(kept), damage);
+            EXPECT_TRUE(store.storedKeys().isEmpty());
+            store.setValue(QStringLiteral("a"), 1);
+        }
+        EXPECT_EQ(files(), expected);
+        EXPECT_EQ(open().integer(QStringLiteral("a")), 1);
+    }
+}
+
+TEST_F(PreferencesStoreTest, WhatIsNoFileIsLeftAlone)
+{
+    QDir().mkpath(file());
+    PreferencesStore store = open();
+    EXPECT_EQ(store.problems().size(), 1);
+    store.setValue(QStringLiteral("a"), 1);
+    EXPECT_FALSE(store.synchronize());
+    EXPECT_EQ(store.integer(QStringLiteral("a")), 1);
+    EXPECT_EQ(store.problems().size(), 1); // said once
+    EXPECT_TRUE(QFileInfo(file()).isDir());
+}
+
+TEST_F(PreferencesStoreTest, WarnsOnceWhileItCannotBeWritten)
+{
+    QFile blocker(folder());
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    PreferencesStore store = open();
+    int told = 0;
+    const auto observation = NotificationCenter::defaultCenter().observe(
+        PreferencesStore::problemNotification(), &store, [&](const auto &) { ++told; });
+    for (int i = 0; i < 3; ++i) {
+        store.setValue(QStringLiteral("a"), i);
+        EXPECT_FALSE(store.synchronize());
+    }
+    EXPECT_EQ(told, 1);
+    ASSERT_EQ(store.problems().size(), 1);
+    EXPECT_TRUE(store.problems().front().contains(file()));
+    blocker.remove();
+    EXPECT_TRUE(store.synchronize());
+    EXPECT_EQ(open().integer(QStringLiteral("a")), 2);
+}
+
+TEST_F(PreferencesStoreTest, ALinkedFileStaysALink)
+{
+    const QString target = home_.filePath(QStringLiteral("dotfile.json"));
+    QDir().mkpath(folder());
+    write("{}");
+    ASSERT_TRUE(QFile::rename(file(), target));
+    ASSERT_TRUE(QFile::link(target, file()));
+    open().setValue(QStringLiteral("a"), 1);
+    EXPECT_TRUE(QFileInfo(file()).isSymLink());
+    EXPECT_TRUE(read(target).contains("\"a\": 1"));
+}
+
+TEST_F(PreferencesStoreTest, SharedStoresOfAFolderAreOnePerDomain)
+{
+    PreferencesStore::setFolder(folder());
+    PreferencesStore::standard().setValue(QStringLiteral("a"), 1);
+    PreferencesStore::shared(QStringLiteral("other")).setValue(QStringLiteral("a"), 2);
+    PreferencesStore::setFolder(folder()); // as a restart does
+    EXPECT_EQ(files(), (QStringList{QStringLiteral("org.vandrel.Vandrel.json"),
+                                    QStringLiteral("other.json")}));
+    EXPECT_EQ(PreferencesStore::standard().integer(QStringLiteral("a")), 1);
+    EXPECT_EQ(PreferencesStore::shared(QStringLiteral("other")).integer(QStringLiteral("a")), 2);
+}
+} // namespace
