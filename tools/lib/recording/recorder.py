@@ -1,0 +1,150 @@
+"""Walks a sysfs root and gathers folders, files and links, following no link."""
+import glob
+import os
+import stat
+
+from . import rules
+from .reading import ReadError
+
+WHOLE = ("block", "bus", "class", "devices", "firmware", "module")
+# What a device refers to and makes little sense without.
+REFERENCES = ("subsystem", "driver", "module", "firmware_node", "of_node")
+# Folders that belong to the bus, class or module above them.
+INNER = ("devices", "drivers", "holders", "parameters")
+
+
+class Recorder:
+    """All paths are relative to the root. What was not read is in skipped, with the reason."""
+
+    def __init__(self, root, reader):
+        self.root = os.path.realpath(root)
+        self.folders, self.files, self.links, self.skipped = set(), {}, {}, {}
+        self._reader = reader
+        self._device = os.stat(self.root).st_dev
+        self._subsystems = {}
+        self._shallow = set()
+
+    def record_all(self):
+        for top in WHOLE:
+            if os.path.isdir(os.path.join(self.root, top)):
+                self._walk(top)
+
+    def record(self, selections):
+        """Records the selected folders, what they refer to, and what contains them."""
+        for selection in selections:
+            for folder in self._resolve(selection):
+                self._walk(folder)
+        while self._add_referenced():
+            pass
+        if os.path.isdir(os.path.join(self.root, "block")):
+            self._add_shallow("block")
+        self._drop_links_to_unrecorded()
+
+    def subsystem(self, folder):
+        """The subsystem of the device that the folder is, or is in."""
+        while folder:
+            if folder in self._subsystems:
+                return self._subsystems[folder]
+            folder = os.path.dirname(folder)
+        return None
+
+    def _resolve(self, selection):
+        found = glob.glob(os.path.join(self.root, selection.strip("/")))
+        if not found:
+            raise SystemExit(f"{selection}: not found under {self.root}")
+        for path in found:
+            folder = os.path.relpath(os.path.realpath(path), self.root)
+            if not folder.startswith("..") and os.path.isdir(path):
+                yield folder
+
+    def _walk(self, top):
+        waiting = [top]
+        while waiting:
+            waiting += self._read_folder(waiting.pop())
+
+    def _read_folder(self, folder):
+        """Takes in one folder; gives the folders in it."""
+        if folder in self.folders and folder not in self._shallow:
+            return []
+        self._shallow.discard(folder)
+        try:
+            with os.scandir(os.path.join(self.root, folder)) as listing:
+                entries = sorted(listing, key=lambda entry: entry.name)
+        except OSError as error:
+            self.skipped[folder] = error.strerror
+            return []
+        self.folders.add(folder)
+        for entry in entries:
+            if entry.is_symlink():
+                self._add_link(f"{folder}/{entry.name}", os.readlink(entry.path))
+        inner = []
+        for entry in entries:
+            path = f"{folder}/{entry.name}"
+            if entry.is_symlink():
+                continue
+            if entry.is_file(follow_symlinks=False):
+                self._add_file(path, entry)
+            elif entry.is_dir(follow_symlinks=False) and self._is_entered(entry):
+                inner.append(path)
+        return inner
+
+    def _is_entered(self, entry):
+        inside = entry.stat(follow_symlinks=False).st_dev == self._device
+        return inside and not rules.is_skipped_folder(entry.name)
+
+    def _add_link(self, path, target):
+        if os.path.isabs(target) or self._target(path, target).startswith(".."):
+            self.skipped[path] = "leads out of the root"
+            return
+        self.links[path] = target
+        if os.path.basename(path) == "subsystem":
+            self._subsystems[os.path.dirname(path)] = os.path.basename(target)
+
+    def _target(self, path, target):
+        return os.path.normpath(os.path.join(os.path.dirname(path), target))
+
+    def _add_file(self, path, entry):
+        status = entry.stat(follow_symlinks=False)
+        subsystem = self.subsystem(os.path.dirname(path))
+        if rules.is_blanked(entry.name, subsystem):
+            self.files[path] = b""
+        elif not status.st_mode & (stat.S_IRUSR | stat.S_IRGRP | stat.S_IROTH):
+            self.skipped[path] = "write-only"
+        elif rules.is_skipped(entry.name, subsystem):
+            self.skipped[path] = "not to be read"
+        else:
+            try:
+                self.files[path] = self._reader.read(entry.path, status.st_size)
+            except ReadError as error:
+                self.skipped[path] = str(error)
+
+    def _add_referenced(self):
+        """Adds what is referred to and what contains it; whether there was anything new."""
+        before = len(self.folders)
+        for path, target in list(self.links.items()):
+            folder = os.path.dirname(path)
+            if os.path.basename(path) in REFERENCES and folder in self.folders:
+                referenced = self._target(path, target)
+                if os.path.isdir(os.path.join(self.root, referenced)):
+                    self._add_shallow(referenced)
+        for folder in list(self.folders):
+            while folder.count("/") > 1:
+                folder = os.path.dirname(folder)
+                self._add_shallow(folder)
+        return len(self.folders) > before
+
+    def _add_shallow(self, folder):
+        if folder in self.folders:
+            return
+        inner = self._read_folder(folder)
+        self._shallow.add(folder)
+        if folder.split("/")[0] in ("bus", "class", "module"):
+            for path in inner:
+                if os.path.basename(path) in INNER:
+                    self._add_shallow(path)
+
+    def _drop_links_to_unrecorded(self):
+        for path, target in list(self.links.items()):
+            reached = self._target(path, target)
+            if os.path.dirname(path) in self._shallow and reached not in self.folders:
+                del self.links[path]
