@@ -1,6 +1,5 @@
 #include "platform/PreferencesFile.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -9,11 +8,6 @@
 namespace {
 constexpr qint64 largestFile = 64 * 1024 * 1024;
 constexpr int mostSetAside = 1000;
-
-QString localized(const char *text)
-{
-    return QCoreApplication::translate("Preferences", text);
-}
 } // namespace
 
 PreferencesFile::PreferencesFile(const QString &path)
@@ -27,13 +21,12 @@ PreferencesFile::Contents PreferencesFile::read()
         return {};
     // Opening anything else could block, or never end.
     if (info.exists() && !info.isFile())
-        return keepUntouched(localized("it is not a regular file"));
+        return keepUntouched(tr("it is not a regular file"));
     if (info.size() > largestFile)
-        return setAside(localized("it is too large"));
+        return setAside(tr("it is too large"));
     QFile file(path_);
     if (!info.exists() || !file.open(QIODevice::ReadOnly))
-        return keepUntouched(info.exists() ? file.errorString()
-                                           : localized("its target is missing"));
+        return keepUntouched(info.exists() ? file.errorString() : tr("its target is missing"));
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return keepUntouched(file.errorString());
@@ -43,7 +36,7 @@ PreferencesFile::Contents PreferencesFile::read()
     if (error.error != QJsonParseError::NoError)
         return setAside(error.errorString());
     if (!document.isObject())
-        return setAside(localized("it holds no JSON object"));
+        return setAside(tr("it holds no JSON object"));
     return {document.object(), {}};
 }
 
@@ -51,8 +44,8 @@ PreferencesFile::Contents PreferencesFile::keepUntouched(const QString &reason)
 {
     untouchable_ = true;
     return {{},
-            localized("The settings file %1 cannot be used (%2). Default settings apply, and "
-                      "changed settings will not be saved.")
+            tr("The settings file %1 cannot be used (%2). Default settings apply, and "
+               "changed settings will not be saved.")
                 .arg(path_, reason)};
 }
 
@@ -65,8 +58,8 @@ PreferencesFile::Contents PreferencesFile::setAside(const QString &reason)
         if (!QFile::rename(path_, target))
             break;
         return {{},
-                localized("The settings file %1 is damaged (%2). It has been kept as %3, and "
-                          "default settings apply.")
+                tr("The settings file %1 is damaged (%2). It has been kept as %3, and "
+                   "default settings apply.")
                     .arg(path_, reason, target)};
     }
     return keepUntouched(reason);
@@ -75,11 +68,11 @@ PreferencesFile::Contents PreferencesFile::setAside(const QString &reason)
 QString PreferencesFile::write(const QJsonObject &values)
 {
     if (untouchable_)
-        return localized("Settings are not saved, because the file %1 cannot be used.").arg(path_);
+        return tr("Settings are not saved, because the file %1 cannot be used.").arg(path_);
     QDir().mkpath(QFileInfo(path_).path());
     QSaveFile file(path_);
     if (file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(values).toJson()) >= 0 &&
         file.commit())
         return {};
-    return localized("Settings cannot be saved in %1 (%2).").arg(path_, file.errorString());
+    return tr("Settings cannot be saved in %1 (%2).").arg(path_, file.errorString());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QJsonObject>
 #include <QString>
 
@@ -7,6 +8,7 @@
 // another name; one that cannot be read or set aside is never written over.
 class PreferencesFile
 {
+    Q_DECLARE_TR_FUNCTIONS(PreferencesFile)
 public:
     struct Contents
     {

@@ -1,7 +1,7 @@
 #include "platform/PreferencesStore.h"
 
-#include "platform/PlatformLogging.h"
 #include "platform/NotificationCenter.h"
+#include "platform/PlatformLogging.h"
 
 #include <QCoreApplication>
 #include <QStandardPaths>

@@ -36,6 +36,7 @@ public:
 
     QJsonValue value(const QString &key) const; // undefined if neither stored nor registered
     bool isStored(const QString &key) const { return values_.contains(key); }
+    bool isEmpty() const { return values_.isEmpty(); } // registered values apart
     QStringList storedKeys() const { return values_.keys(); }
 
     // A stored value of another type counts as not stored.
