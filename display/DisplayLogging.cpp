@@ -1,0 +1,3 @@
+#include "display/DisplayLogging.h"
+
+Q_LOGGING_CATEGORY(displayLog, "vandrel.display", QtInfoMsg)

@@ -1,0 +1,66 @@
+#include "display/NumberRendering.h"
+
+#include "display/UnitFormatter.h"
+#include "model/RegistryValue.h"
+#include "platform/TextEncodings.h"
+
+namespace {
+QString internalError()
+{
+    return NumberRendering::tr("(internal error!)");
+}
+
+// As a little-endian machine holds it.
+QByteArray storedBytes(const RegistryValue &number)
+{
+    QByteArray bytes;
+    for (int i = 0; i < number.numberWidth(); ++i)
+        bytes.append(static_cast<char>(number.numberBits() >> 8 * i));
+    return bytes;
+}
+
+QString asHexadecimal(const RegistryValue &number)
+{
+    if (number.numberWidth() == 0)
+        return NumberRendering::tr("(illegal number value)");
+    return QStringLiteral("0x") + QString::number(number.numberBits(), 16);
+}
+
+QString asCharacters(QByteArray bytes, qint64 byteOrder)
+{
+    const bool isKnownOrder = byteOrder >= PropertyFormatOptions::NativeOrder &&
+                              byteOrder <= PropertyFormatOptions::LittleEndian;
+    if (bytes.size() > 1 && !isKnownOrder)
+        return QString(bytes.size(), u'?');
+    if (byteOrder == PropertyFormatOptions::BigEndian)
+        std::reverse(bytes.begin(), bytes.end());
+    bytes.append('\0');
+    const auto text = TextEncodings::decode(bytes.first(bytes.indexOf('\0')), TextEncodings::ascii);
+    return text ? *text : internalError();
+}
+
+QString asInteger(const QByteArray &bytes, PropertyFormatOptions options, qint32 machineByteOrder)
+{
+    using Kind = UnitFormatter::Kind;
+    options.unit = bytes.size();
+    QString text;
+    QByteArrayView rest = bytes;
+    const bool written =
+        UnitFormatter(Kind::Number, options, machineByteOrder)
+            .appendUnit(text, rest, UnitFormatter::formatText(Kind::Number, options));
+    return written ? text : internalError();
+}
+} // namespace
+
+QString NumberRendering::text(const RegistryValue &number, const PropertyFormatOptions &options,
+                              qint32 machineByteOrder)
+{
+    if (options.unit == PropertyFormatOptions::automatic)
+        return asHexadecimal(number);
+    const QByteArray bytes = storedBytes(number);
+    if (bytes.isEmpty())
+        return internalError();
+    if (options.unit == PropertyFormatOptions::characters)
+        return asCharacters(bytes, options.byteOrder);
+    return asInteger(bytes, options, machineByteOrder);
+}

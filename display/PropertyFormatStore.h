@@ -1,0 +1,31 @@
+#pragma once
+
+#include "display/PropertyFormatOptions.h"
+
+#include <QString>
+#include <optional>
+
+class PreferencesStore;
+
+// The formats chosen by the user, in a preferences domain of their own. Each is stored for a class
+// path, such as "DxRegistryEntry:DxService:", and a property path, such as "//reg".
+class PropertyFormatStore
+{
+public:
+    static QString domain();
+
+    static bool isEmpty();
+    // None if nothing is stored. What is stored but cannot be read has the unit "unreadable".
+    static std::optional<PropertyFormatOptions> format(const QString &classPath,
+                                                       const QString &propertyPath);
+    // Options that have no descriptor, and those to use the default, remove what is stored.
+    static void setFormat(const QString &classPath, const QString &propertyPath,
+                          const PropertyFormatOptions &options);
+    static void remove(const QString &classPath, const QString &propertyPath);
+    // Removes what is stored for the class paths that continue the given one.
+    static void removeBelow(const QString &classPath);
+    static void synchronize();
+
+private:
+    static PreferencesStore &preferences();
+};

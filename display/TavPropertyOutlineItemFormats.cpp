@@ -1,0 +1,128 @@
+// Formats by class: the part of the item that finds and stores them.
+#include "display/DisplayLogging.h"
+#include "display/PropertyFormatDescriptor.h"
+#include "display/PropertyFormatStore.h"
+#include "display/TavPropertyOutlineItem.h"
+#include "model/TavRegistryEntry.h"
+#include "platform/PreferencesStore.h"
+
+namespace {
+// Own class first, root class last.
+QStringList inheritanceOf(const TavRegistryProperty &property)
+{
+    const std::shared_ptr<TavRegistryEntry> entry = property.registryEntry();
+    return entry ? entry->inheritance() : QStringList();
+}
+
+// Names from the root class to the one at the index, each followed by a colon.
+QString classPathAt(const QStringList &inheritance, qsizetype index)
+{
+    QString path;
+    for (qsizetype i = inheritance.size() - 1; i >= index; --i)
+        path += inheritance[i] + u':';
+    return path;
+}
+
+// Those of the first, at any depth.
+void appendDescendants(std::vector<const TavRegistryProperty *> &properties)
+{
+    for (std::size_t i = 0; i < properties.size(); ++i) {
+        const TavRegistryProperty *property = properties[i];
+        for (qsizetype child = 0; child < property->numberOfChildren(); ++child)
+            properties.push_back(property->childAtIndex(child));
+    }
+}
+} // namespace
+
+QString TavPropertyOutlineItem::classPathForClass(const QString &className) const
+{
+    const QStringList inheritance = inheritanceOf(*this);
+    const qsizetype index = inheritance.indexOf(className);
+    if (index < 0) {
+        qCWarning(displayLog, "Error scanning class inheritance");
+        return {};
+    }
+    return classPathAt(inheritance, index);
+}
+
+void TavPropertyOutlineItem::setPropertyFormats(const PropertyFormatOptions &options,
+                                                const QString &className)
+{
+    const QString classPath = classPathForClass(className);
+    if (classPath.isNull())
+        return;
+    PropertyFormatStore::setFormat(classPath, propertyPath(), options);
+    PropertyFormatStore::synchronize();
+}
+
+std::optional<TavPropertyOutlineItem::StoredFormat>
+TavPropertyOutlineItem::getPropertyFormats() const
+{
+    // Nothing is stored for most users, and every value shown asks.
+    if (PropertyFormatStore::isEmpty())
+        return std::nullopt;
+    return _getPropertyFormats(inheritanceOf(*this));
+}
+
+std::optional<TavPropertyOutlineItem::StoredFormat>
+TavPropertyOutlineItem::_getPropertyFormats(const QStringList &inheritance) const
+{
+    QStringList classPaths; // in the order of the inheritance
+    for (qsizetype i = 0; i < inheritance.size(); ++i)
+        classPaths.append(classPathAt(inheritance, i));
+    for (const TavRegistryProperty *property = this; property; property = property->parent()) {
+        const QString path = property->propertyPath();
+        for (qsizetype i = 0; i < classPaths.size(); ++i) {
+            if (const auto format = PropertyFormatStore::format(classPaths[i], path))
+                return StoredFormat{*format, inheritance[i], property != this};
+        }
+    }
+    return std::nullopt;
+}
+
+PropertyFormatOptions TavPropertyOutlineItem::propertyFormat() const
+{
+    if (const std::optional<StoredFormat> stored = getPropertyFormats())
+        return stored->options;
+    PropertyFormatOptions options = PropertyFormatDescriptor::propertyFormatForDescriptor(
+        PreferencesStore::standard().string(defaultFormatKey()));
+    if (options.unit == PropertyFormatOptions::useDefault)
+        options.unit = PropertyFormatOptions::automatic;
+    return options;
+}
+
+void TavPropertyOutlineItem::clearPropertyFormats(bool clearThis, bool clearChildren,
+                                                  const QString &className)
+{
+    const QStringList inheritance = inheritanceOf(*this);
+    std::vector<const TavRegistryProperty *> cleared{this};
+    if (clearChildren)
+        appendDescendants(cleared);
+    if (!clearThis)
+        cleared.erase(cleared.begin());
+    for (qsizetype i = inheritance.indexOf(className); i >= 0; --i) {
+        const QString classPath = classPathAt(inheritance, i);
+        for (const TavRegistryProperty *property : cleared)
+            PropertyFormatStore::remove(classPath, property->propertyPath());
+    }
+    PropertyFormatStore::synchronize();
+}
+
+void TavPropertyOutlineItem::clearPropertyFormatsForSubclassesOfClass(const QString &className)
+{
+    const QString classPath = classPathForClass(className);
+    if (classPath.isNull())
+        return;
+    PropertyFormatStore::removeBelow(classPath);
+    PropertyFormatStore::synchronize();
+}
+
+void TavPropertyOutlineItem::clearPropertyFormatsForClassInheritanceUpTo(const QString &className)
+{
+    const QStringList inheritance = inheritanceOf(*this);
+    const qsizetype index = inheritance.indexOf(className);
+    // Settings of classes further down stay: they are more specific than the one that moves.
+    if (index > 0)
+        PropertyFormatStore::remove(classPathAt(inheritance, index - 1), propertyPath());
+    PropertyFormatStore::synchronize();
+}
