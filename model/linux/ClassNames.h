@@ -1,0 +1,35 @@
+#pragma once
+
+#include "model/linux/HostObject.h"
+
+#include <QHash>
+#include <QStringList>
+
+// The classes of the host's objects, and the module each stands for. A name once given keeps its
+// meaning for as long as the service lives, because bundles are asked for by class name.
+class ClassNames
+{
+public:
+    static const QByteArray kernelBundle; // stands for what no module supplies
+
+    // Names the object's class from its kind, subsystem, driver and module.
+    QString nameFor(const HostObject &object);
+    QString superclass(const QString &className) const; // null at the top or for an unknown name
+    QString bundle(const QString &className) const;     // null for an unknown name
+    bool isKindOf(const QString &className, const QString &ancestor) const;
+
+    // "usb_interface" as "UsbInterface".
+    static QString camelCased(const QByteArray &kernelWord);
+
+private:
+    struct Class
+    {
+        QString superclass;
+        QByteArray module;
+    };
+
+    QString derive(const QStringList &chain, const QByteArray &module);
+    void defineChain(const QStringList &chain, qsizetype from);
+
+    QHash<QString, Class> classes_;
+};

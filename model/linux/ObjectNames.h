@@ -1,0 +1,14 @@
+#pragma once
+
+#include "model/linux/HostObject.h"
+
+namespace ObjectNames {
+// A text of the host's as a name: trimmed, "/" as "!", no control characters, at most 127 bytes.
+QByteArray sanitized(const QString &text);
+
+NameAndLocation ofDevice(const HostObject &device);
+// A firmware device in the firmware plane: the last part of its firmware path.
+NameAndLocation ofFirmwareDevice(const HostObject &device);
+// For what has no more than its kernel name.
+NameAndLocation ofKernelName(const QByteArray &kernelName);
+} // namespace ObjectNames

@@ -1,0 +1,289 @@
+#include "model/linux/ObjectReader.h"
+
+#include <QUtf8StringView>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace {
+constexpr std::size_t textLimit = 4096;
+constexpr std::size_t dataLimit = 65536;
+constexpr int deepestNesting = 16;
+
+QByteArray join(const QByteArray &directory, const QByteArray &name)
+{
+    return directory.isEmpty() ? name : directory + '/' + name;
+}
+
+bool contains(const std::vector<SysfsRoot::Entry> &entries, QByteArrayView name)
+{
+    return std::any_of(entries.begin(), entries.end(),
+                       [&](const auto &entry) { return entry.name == name; });
+}
+
+// Without the first bytes of a character that was cut off.
+std::size_t wholeCharacters(const char *bytes, std::size_t size)
+{
+    constexpr std::size_t longest = 4;
+    for (std::size_t back = 1; back < longest && back <= size; ++back) {
+        const auto byte = static_cast<unsigned char>(bytes[size - back]);
+        if (byte < 0x80)
+            break;
+        if (byte >= 0xc0)
+            return size - back;
+    }
+    return size;
+}
+
+bool isBinary(const char *bytes, std::size_t size)
+{
+    return std::memchr(bytes, 0, size) ||
+           !QUtf8StringView(bytes, static_cast<qsizetype>(wholeCharacters(bytes, size)))
+                .isValidUtf8();
+}
+} // namespace
+
+struct ObjectReader::Directory
+{
+    FileDescriptor descriptor;
+    QByteArray path;  // relative to the tree's root
+    QByteArray below; // relative to the object's directory; empty for itself
+    std::vector<SysfsRoot::Entry> entries;
+    int depth = 0;
+};
+
+struct ObjectReader::Job
+{
+    const Request &request;
+    Result result;
+    AttributePolicy::Context context;
+};
+
+ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices,
+                           Permission permission, bool recordsFiles)
+    : root_(root)
+    , forcedDevices_(forcedDevices)
+    , permission_(std::move(permission))
+    , recordsFiles_(recordsFiles)
+    , buffer_(std::make_unique_for_overwrite<char[]>(dataLimit))
+{}
+
+ObjectReader::~ObjectReader() = default;
+
+ObjectReader::Result ObjectReader::read(const Request &request)
+{
+    Job job{request, {}, {}};
+    SweepObject &object = job.result.object;
+    object.kind = request.kind;
+    object.inode = request.inode;
+    object.path = request.path;
+    object.kernelName = request.path.mid(request.path.lastIndexOf('/') + 1);
+    job.context.folder = request.folder;
+    if (!permission_(request.path, {}))
+        return std::move(job.result);
+    Directory directory;
+    directory.path = request.path;
+    directory.descriptor = root_.openDirectory(request.path);
+    directory.entries = SysfsRoot::list(directory.descriptor.get());
+    readHeader(job, directory);
+    readDirectory(job, directory, object.members);
+    return std::move(job.result);
+}
+
+// What decides how the rest is read.
+void ObjectReader::readHeader(Job &job, const Directory &directory)
+{
+    using Folder = AttributePolicy::Folder;
+    if (job.request.folder != Folder::Device)
+        return;
+    SweepObject &object = job.result.object;
+    if (!isDevice(directory))
+        object.kind = SweepObject::Kind::Container;
+    const QByteArray subsystem = SysfsRoot::readLink(directory.descriptor.get(), "subsystem");
+    job.context.subsystem = subsystem.mid(subsystem.lastIndexOf('/') + 1);
+    const auto textOf = [&](const QByteArray &name) {
+        QByteArray reason;
+        const auto bytes = permission_(directory.path, name)
+                               ? readBytes(directory, name, textLimit, reason)
+                               : std::nullopt;
+        return bytes ? QByteArray(bytes->data(), bytes->size()).trimmed() : QByteArray();
+    };
+    constexpr uint interfaceUp = 1;
+    if (job.context.subsystem == "net")
+        job.context.isInterfaceDown = !(textOf("flags").toUInt(nullptr, 0) & interfaceUp);
+    if (job.request.readsOnRequest)
+        job.context.isSuspended = textOf("power/runtime_status") == "suspended";
+}
+
+// Whether it held anything of the object's own, or nothing at all.
+bool ObjectReader::readDirectory(Job &job, const Directory &directory,
+                                 RegistryValue::Members &members)
+{
+    const std::size_t devicesBefore = job.result.below.size();
+    members.reserve(directory.entries.size());
+    for (const SysfsRoot::Entry &entry : directory.entries) {
+        switch (entry.type) {
+        case SysfsRoot::EntryType::Directory:
+            readSubdirectory(job, directory, entry, members);
+            break;
+        case SysfsRoot::EntryType::Link:
+            if (!job.request.readsOnRequest)
+                readLink(job, directory, entry, members);
+            break;
+        case SysfsRoot::EntryType::File:
+            readFile(job, directory, entry.name, members);
+            break;
+        }
+    }
+    return !members.empty() || job.result.below.size() == devicesBefore;
+}
+
+void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
+                                    const SysfsRoot::Entry &entry, RegistryValue::Members &members)
+{
+    using Folder = AttributePolicy::Folder;
+    const Folder folder = job.request.folder;
+    const bool isTop = parent.below.isEmpty();
+    if (AttributePolicy::skipsDirectory(entry.name) || parent.depth >= deepestNesting ||
+        !permission_(parent.path, entry.name))
+        return;
+    Directory directory;
+    directory.path = join(parent.path, entry.name);
+    const auto addObject = [&](Folder its, SweepObject::Kind kind) {
+        job.result.below.push_back({its, kind, directory.path, entry.inode});
+    };
+    if (folder == Folder::Firmware)
+        return addObject(folder, SweepObject::Kind::FirmwareNode);
+    if (folder == Folder::Device && parent.path == "devices/virtual")
+        return addObject(folder, SweepObject::Kind::Device);
+    directory.below = join(parent.below, entry.name);
+    directory.depth = parent.depth + 1;
+    directory.descriptor = FileDescriptor(openat(parent.descriptor.get(), entry.name.constData(),
+                                                 O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!directory.descriptor)
+        return;
+    directory.entries = SysfsRoot::list(directory.descriptor.get());
+    if (folder == Folder::Device && isDevice(directory))
+        return addObject(folder, SweepObject::Kind::Device);
+    if (folder == Folder::Bus && isTop && entry.name == "devices")
+        return readMembersOfBus(job, directory);
+    if (folder == Folder::Bus && isTop && entry.name == "drivers")
+        return readDriversOfBus(job, directory);
+    RegistryValue::Members nested;
+    const bool ownsSomething = readDirectory(job, directory, nested);
+    if (ownsSomething && !(job.request.readsOnRequest && nested.empty()))
+        members.push_back({pool_.text(entry.name), RegistryValue::dictionary(std::move(nested))});
+}
+
+// They are objects of their own; the bus keeps only where its links lead.
+void ObjectReader::readMembersOfBus(Job &job, const Directory &devices)
+{
+    for (const SysfsRoot::Entry &entry : devices.entries) {
+        const QByteArray target = SysfsRoot::resolveLink(
+            devices.path, SysfsRoot::readLink(devices.descriptor.get(), entry.name));
+        if (entry.type == SysfsRoot::EntryType::Link && !target.isNull())
+            job.result.object.links.push_back({join(devices.below, entry.name), target});
+    }
+}
+
+void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
+{
+    for (const SysfsRoot::Entry &entry : drivers.entries) {
+        if (entry.type == SysfsRoot::EntryType::Directory)
+            job.result.below.push_back({AttributePolicy::Folder::Driver, SweepObject::Kind::Driver,
+                                        join(drivers.path, entry.name), entry.inode});
+    }
+}
+
+bool ObjectReader::isDevice(const Directory &directory) const
+{
+    return contains(directory.entries, "uevent") || forcedDevices_.contains(directory.path);
+}
+
+void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
+                            RegistryValue::Members &members)
+{
+    const QByteArray text = SysfsRoot::readLink(directory.descriptor.get(), entry.name);
+    const QByteArray target = SysfsRoot::resolveLink(directory.path, text);
+    const QByteArray &shown = target.isNull() ? text : target;
+    members.push_back({pool_.text(entry.name), RegistryValue::string(QString::fromUtf8(shown))});
+    if (target.isNull())
+        return;
+    SweepObject &object = job.result.object;
+    object.links.push_back({join(directory.below, entry.name), target});
+    if (directory.below.isEmpty() && entry.name == "driver")
+        object.driverLinkInode = entry.inode;
+}
+
+void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArray &name,
+                            RegistryValue::Members &members)
+{
+    const QByteArray path = join(directory.below, name);
+    const auto rule = AttributePolicy::rule(job.context, path);
+    const auto wanted = job.request.readsOnRequest ? AttributePolicy::Rule::OnRequest
+                                                   : AttributePolicy::Rule::Always;
+    const bool isConfig = name == "config" && directory.below.isEmpty();
+    if (rule != wanted || (isConfig && job.context.isSuspended))
+        return;
+    SweepObject &object = job.result.object;
+    if (!permission_(directory.path, name)) {
+        object.unread.push_back({path, "did not answer"});
+        return;
+    }
+    QByteArray reason;
+    const auto bytes =
+        readBytes(directory, name, isConfig ? AttributePolicy::configBytes : dataLimit, reason);
+    if (recordsFiles_)
+        job.result.filesRead.push_back(join(directory.path, name));
+    if (bytes)
+        members.push_back({pool_.text(name), parseAttribute(name, *bytes, pool_)});
+    else if (!reason.isEmpty())
+        object.unread.push_back({path, reason});
+}
+
+std::optional<QByteArrayView> ObjectReader::readBytes(const Directory &directory,
+                                                      const QByteArray &name, std::size_t limit,
+                                                      QByteArray &reason)
+{
+    const FileDescriptor file(openat(directory.descriptor.get(), name.constData(),
+                                     O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY));
+    struct stat status;
+    const auto isWriteOnly = [&status] {
+        return (status.st_mode & (S_IRUSR | S_IRGRP | S_IROTH)) == 0;
+    };
+    if (!file) {
+        const int error = errno;
+        const bool writeOnly = error == EACCES &&
+                               fstatat(directory.descriptor.get(), name.constData(), &status,
+                                       AT_SYMLINK_NOFOLLOW) == 0 &&
+                               isWriteOnly();
+        if (!writeOnly && error != ENOENT)
+            reason = std::strerror(error);
+        return std::nullopt;
+    }
+    // The kernel refuses to open what cannot be read; a recorded tree's owner is not refused.
+    if (!root_.isKernels() && fstat(file.get(), &status) == 0 && isWriteOnly())
+        return std::nullopt;
+    std::size_t size = 0;
+    std::size_t wanted = std::min(limit, textLimit);
+    while (size < wanted) {
+        const ssize_t count = ::read(file.get(), buffer_.get() + size, wanted - size);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0 && size == 0) {
+            reason = std::strerror(errno);
+            return std::nullopt;
+        }
+        if (count <= 0)
+            break;
+        size += static_cast<std::size_t>(count);
+        if (size < textLimit)
+            break; // an attribute answers at once with all it has
+        if (size == textLimit && isBinary(buffer_.get(), size))
+            wanted = limit;
+        else if (size == textLimit)
+            size = wanted = wholeCharacters(buffer_.get(), size);
+    }
+    return QByteArrayView(buffer_.get(), static_cast<qsizetype>(size));
+}

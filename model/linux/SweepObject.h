@@ -1,0 +1,75 @@
+#pragma once
+
+#include "model/RegistryValue.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <vector>
+
+// What a sweep found in one directory: an object of the host, not yet placed in any plane.
+struct SweepObject
+{
+    enum class Kind : quint8 {
+        Root,
+        Host,
+        Device,
+        Container,
+        Binding,
+        Bus,
+        Class,
+        Driver,
+        Module,
+        FirmwareNode,
+    };
+    struct Link
+    {
+        QByteArray name;   // with its path below the object's directory, such as "slaves/sda1"
+        QByteArray target; // relative to the tree's root
+    };
+    struct Unread
+    {
+        QByteArray path; // below the object's directory
+        QByteArray reason;
+    };
+
+    Kind kind = Kind::Device;
+    quint64 inode = 0;
+    QByteArray path; // relative to the tree's root
+    QByteArray kernelName;
+    quint64 driverLinkInode = 0; // of a device that is bound
+    RegistryValue::Members members;
+    std::vector<Link> links; // those that lead to somewhere in the tree
+    std::vector<Unread> unread;
+
+    QByteArray link(QByteArrayView name) const
+    {
+        for (const Link &candidate : links) {
+            if (candidate.name == name)
+                return candidate.target;
+        }
+        return {};
+    }
+    const RegistryValue &member(QStringView name) const
+    {
+        static const RegistryValue none;
+        for (const auto &candidate : members) {
+            if (QStringView(candidate.key.data(), candidate.key.size()) == name)
+                return candidate.value;
+        }
+        return none;
+    }
+    // An attribute whose text happens to read as a number or truth is a text still.
+    QString text(QStringView name) const
+    {
+        const RegistryValue &value = member(name);
+        switch (value.type()) {
+        case RegistryValue::Type::Number:
+            return value.isSignedNumber() ? QString::number(value.signedNumber())
+                                          : QString::number(value.numberBits());
+        case RegistryValue::Type::Boolean:
+            return value.toBoolean() ? QStringLiteral("Y") : QStringLiteral("N");
+        default:
+            return value.toString();
+        }
+    }
+};

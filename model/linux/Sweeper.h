@@ -1,0 +1,40 @@
+#pragma once
+
+#include "model/linux/ObjectReader.h"
+#include "model/linux/Sweep.h"
+
+#include <chrono>
+#include <memory>
+
+// Reads a whole sysfs tree, or one object, in a few threads of its own. A step that does not
+// return in time is abandoned with its thread; its path is left out from then on and named among
+// the unread attributes of its object. Used from one thread at a time.
+class Sweeper
+{
+public:
+    struct Options
+    {
+        unsigned threads = 0; // 0: by the number of processors
+        std::chrono::milliseconds patience{2000};
+        bool recordsFiles = false;
+    };
+
+    explicit Sweeper(std::shared_ptr<const SysfsRoot> root);
+    Sweeper(std::shared_ptr<const SysfsRoot> root, Options options);
+
+    Sweep run();
+    // What is too costly to read for every object: only those attributes of this one.
+    SweepObject readOnRequest(const ObjectReader::Request &request);
+
+private:
+    struct State;
+
+    std::vector<ObjectReader::Request> firstRequests() const;
+    Sweep run(std::vector<ObjectReader::Request> requests);
+    bool findForcedDevices(const Sweep &sweep);
+
+    std::shared_ptr<const SysfsRoot> root_;
+    Options options_;
+    QSet<QByteArray> blockedPaths_;  // did not return; never tried again
+    QSet<QByteArray> forcedDevices_; // have no uevent, but a class or bus points at them
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "model/linux/FileDescriptor.h"
+
+#include <QByteArray>
+#include <optional>
+#include <vector>
+
+// A sysfs tree, the kernel's own or a recorded one. Paths are relative to it, without a leading
+// slash; nothing is opened for writing and no link is followed. Safe to use from any thread.
+class SysfsRoot
+{
+public:
+    enum class EntryType : quint8 { Directory, Link, File };
+    struct Entry
+    {
+        QByteArray name;
+        quint64 inode;
+        EntryType type;
+    };
+
+    // None with a message for the user when the folder is no sysfs tree.
+    static std::optional<SysfsRoot> open(const QByteArray &folder, QString *error);
+
+    const QByteArray &folder() const { return folder_; }
+    bool isKernels() const { return isKernels_; }
+
+    FileDescriptor openDirectory(const QByteArray &path) const;
+    // The entries of a directory by name in byte order; empty when it cannot be listed. Device
+    // nodes and sockets, which no sysfs has, are left out.
+    static std::vector<Entry> list(int directory);
+    // The text of a link; null when it cannot be read.
+    static QByteArray readLink(int directory, const QByteArray &name);
+    // Where a link leads, relative to the root, by its text alone. Null when it leads out of it.
+    static QByteArray resolveLink(const QByteArray &directoryPath, const QByteArray &target);
+
+private:
+    QByteArray folder_;
+    FileDescriptor descriptor_;
+    bool isKernels_ = false;
+};
