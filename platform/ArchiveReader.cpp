@@ -1,0 +1,108 @@
+#include "platform/ArchiveReader.h"
+
+#include "platform/ArchiveFormat.h"
+
+#include <QSet>
+
+ArchiveReader::ArchiveReader(const QByteArray &bytes)
+    : bytes_(bytes)
+    , input_(bytes_)
+    , values_(input_, table_)
+{}
+
+bool ArchiveReader::read(ArchiveTable &table)
+{
+    if (!readHeader() || !readObjects() || !readDigest() || !input_.leave())
+        return false;
+    if (input_.cbor.currentOffset() != bytes_.size())
+        return input_.fail("something follows the archive");
+    table = std::move(table_);
+    return true;
+}
+
+bool ArchiveReader::readHeader()
+{
+    QString name;
+    if (!input_.cbor.isTag() || input_.cbor.toTag() != QCborTag(QCborKnownTags::Signature) ||
+        !input_.next() || !input_.enter() || !input_.readText(name) || name != ArchiveFormat::name)
+        return input_.fail("this is no archive");
+    if (!input_.cbor.isUnsignedInteger() ||
+        input_.cbor.toUnsignedInteger() != ArchiveFormat::version)
+        return input_.fail("the version of the archive's format is unknown");
+    return input_.next();
+}
+
+bool ArchiveReader::readObjects()
+{
+    if (!input_.enter())
+        return false;
+    while (input_.cbor.hasNext()) {
+        if (!readObject())
+            return false;
+    }
+    if (!input_.leave())
+        return false;
+    return table_.objects.size() > values_.highestReference() ||
+           input_.fail("an object is missing");
+}
+
+bool ArchiveReader::readObject()
+{
+    ArchiveTable::Object object{0, table_.fields.size()};
+    if (!input_.enter() || !readShape(object.shape))
+        return false;
+    for (const ArchiveTable::Key &key : table_.shapes[object.shape].keys) {
+        if (!(key.isInteger ? values_.readInteger() : values_.readValue()))
+            return false;
+    }
+    table_.objects.push_back(object);
+    return input_.leave();
+}
+
+bool ArchiveReader::readShape(quint32 &shape)
+{
+    if (!input_.cbor.isUnsignedInteger()) {
+        shape = static_cast<quint32>(table_.shapes.size());
+        return readNewShape(table_.shapes.emplace_back());
+    }
+    const quint64 number = input_.cbor.toUnsignedInteger();
+    if (number >= table_.shapes.size())
+        return input_.fail("a shape is missing");
+    shape = static_cast<quint32>(number);
+    return input_.next();
+}
+
+bool ArchiveReader::readNewShape(ArchiveTable::Shape &shape)
+{
+    if (!input_.enter() || !input_.readText(shape.className))
+        return false;
+    QSet<QString> names;
+    while (input_.cbor.hasNext()) {
+        ArchiveTable::Key &key = shape.keys.emplace_back();
+        if (!readKey(key))
+            return false;
+        if (names.contains(key.name))
+            return input_.fail("a key occurs twice");
+        names.insert(key.name);
+    }
+    return input_.leave();
+}
+
+bool ArchiveReader::readKey(ArchiveTable::Key &key)
+{
+    key.isInteger = input_.cbor.isArray();
+    if (!key.isInteger)
+        return input_.readText(key.name);
+    return input_.enter() && input_.readText(key.name) && input_.leave();
+}
+
+bool ArchiveReader::readDigest()
+{
+    const qint64 digested = input_.cbor.currentOffset();
+    QByteArray digest;
+    if (!input_.readBytes(digest))
+        return false;
+    QCryptographicHash hash(ArchiveFormat::digest);
+    hash.addData(QByteArrayView(bytes_).first(digested));
+    return hash.result() == digest || input_.fail("the archive is damaged");
+}

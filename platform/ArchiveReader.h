@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/ArchiveValueReader.h"
+
+// Takes the bytes of an archive apart. The bytes may be anything at all: time and memory are
+// proportional to their number, and nothing but a sound archive is accepted.
+class ArchiveReader
+{
+public:
+    explicit ArchiveReader(const QByteArray &bytes);
+
+    bool read(ArchiveTable &table); // the table is of use only when that succeeds
+    const QString &errorString() const { return input_.errorString(); }
+
+private:
+    bool readHeader();
+    bool readObjects();
+    bool readObject();
+    bool readShape(quint32 &shape);
+    bool readNewShape(ArchiveTable::Shape &shape);
+    bool readKey(ArchiveTable::Key &key);
+    bool readDigest();
+
+    QByteArray bytes_;
+    ArchiveInput input_;
+    ArchiveTable table_;
+    ArchiveValueReader values_;
+};

@@ -1,0 +1,221 @@
+#include "platform/ArchiveValueReader.h"
+
+#include "platform/ArchiveFormat.h"
+
+#include <QSet>
+#include <QtEndian>
+#include <cmath>
+
+using Kind = ArchiveItemKind;
+
+namespace {
+
+// CBOR counts negative integers from -1 down; -2^64 arrives as 0 and wraps to the largest.
+quint64 negativePayload(const QCborStreamReader &cbor)
+{
+    return static_cast<quint64>(cbor.toNegativeInteger()) - 1;
+}
+
+} // namespace
+
+ArchiveValueReader::ArchiveValueReader(ArchiveInput &input, ArchiveTable &table)
+    : input_(input)
+    , cbor_(input.cbor)
+    , table_(table)
+{}
+
+bool ArchiveValueReader::readInteger()
+{
+    if (cbor_.isUnsignedInteger())
+        table_.fields.add(Kind::Integer, cbor_.toUnsignedInteger());
+    else if (cbor_.isNegativeInteger())
+        table_.fields.add(Kind::NegativeInteger, negativePayload(cbor_));
+    else
+        return input_.fail("an integer is missing");
+    return input_.next();
+}
+
+bool ArchiveValueReader::readValue()
+{
+    if (!readItem(table_.fields))
+        return false;
+    while (!open_.empty()) {
+        if (!(cbor_.hasNext() ? readElement() : closeContainer()))
+            return false;
+    }
+    return true;
+}
+
+bool ArchiveValueReader::readElement()
+{
+    if (!open_.back().isDictionary)
+        return readItem(table_.elements);
+    if (!cbor_.isString() && !cbor_.isNegativeInteger())
+        return input_.fail("a dictionary's key is no string");
+    if (!readItem(table_.elements))
+        return false;
+    if (table_.elements.kind(table_.elements.size() - 1) != Kind::String)
+        return input_.fail("a dictionary's key is no string");
+    return readItem(table_.elements);
+}
+
+bool ArchiveValueReader::readItem(ArchiveItems &items)
+{
+    switch (cbor_.type()) {
+    case QCborStreamReader::UnsignedInteger:
+        return readReference(items);
+    case QCborStreamReader::NegativeInteger:
+        return readSharedReference(items);
+    case QCborStreamReader::String:
+        return readNewString(items);
+    case QCborStreamReader::ByteArray:
+        return readData(items);
+    case QCborStreamReader::Array:
+        return openContainer(items, Kind::List);
+    case QCborStreamReader::Map:
+        return openContainer(items, Kind::Dictionary);
+    case QCborStreamReader::Tag:
+        return readTagged(items);
+    case QCborStreamReader::SimpleType:
+        return readSimple(items);
+    default:
+        return input_.fail("a value is missing or of unknown kind");
+    }
+}
+
+bool ArchiveValueReader::readReference(ArchiveItems &items)
+{
+    const quint64 index = cbor_.toUnsignedInteger();
+    highestReference_ = std::max(highestReference_, index);
+    items.add(Kind::Object, index);
+    return input_.next();
+}
+
+bool ArchiveValueReader::readSharedReference(ArchiveItems &items)
+{
+    const quint64 index = negativePayload(cbor_);
+    if (index >= table_.shared.size())
+        return input_.fail("a shared value is missing");
+    const bool isString = std::holds_alternative<QString>(table_.shared[index]);
+    items.add(isString ? Kind::String : Kind::Date, index);
+    return input_.next();
+}
+
+bool ArchiveValueReader::readNewString(ArchiveItems &items)
+{
+    QString text;
+    if (!input_.readText(text))
+        return false;
+    items.add(Kind::String, table_.shared.size());
+    table_.shared.emplace_back(std::move(text));
+    return true;
+}
+
+bool ArchiveValueReader::readTagged(ArchiveItems &items)
+{
+    const auto tag = static_cast<quint64>(cbor_.toTag());
+    if (!input_.next())
+        return false;
+    if (tag == static_cast<quint64>(QCborKnownTags::UnixTime_t))
+        return readDate(items);
+    // 64 to 67 without and 72 to 75 with sign, for 1, 2, 4 and 8 bytes.
+    if ((tag & ~quint64(0b1011)) == 64)
+        return readNumber(items, static_cast<Kind>(tag));
+    return input_.fail("a value is of unknown kind");
+}
+
+bool ArchiveValueReader::readDate(ArchiveItems &items)
+{
+    double seconds = 0;
+    if (cbor_.isUnsignedInteger())
+        seconds = static_cast<double>(cbor_.toUnsignedInteger());
+    else if (cbor_.isNegativeInteger())
+        seconds = -1 - static_cast<double>(negativePayload(cbor_));
+    else if (cbor_.isDouble())
+        seconds = cbor_.toDouble();
+    else
+        return input_.fail("a date is missing");
+    constexpr double furthest = 1e12; // beyond it a double cannot tell milliseconds
+    if (!(std::abs(seconds) < furthest))
+        return input_.fail("a date is out of range");
+    items.add(Kind::Date, table_.shared.size());
+    table_.shared.emplace_back(
+        QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000), Qt::UTC));
+    return input_.next();
+}
+
+bool ArchiveValueReader::readNumber(ArchiveItems &items, Kind kind)
+{
+    QByteArray bytes;
+    if (!input_.readBytes(bytes))
+        return false;
+    const int width = ArchiveItems::numberWidth(kind);
+    if (bytes.size() != width)
+        return input_.fail("a number has the wrong width");
+    bytes.prepend(8 - width, '\0');
+    items.add(kind, qFromBigEndian<quint64>(bytes.constData()));
+    return true;
+}
+
+bool ArchiveValueReader::readData(ArchiveItems &items)
+{
+    items.add(Kind::Data, table_.data.size());
+    return input_.readBytes(table_.data.emplace_back());
+}
+
+bool ArchiveValueReader::readSimple(ArchiveItems &items)
+{
+    switch (cbor_.toSimpleType()) {
+    case QCborSimpleType::False:
+        items.add(Kind::False);
+        break;
+    case QCborSimpleType::True:
+        items.add(Kind::True);
+        break;
+    case QCborSimpleType::Null:
+        items.add(Kind::Null);
+        break;
+    case QCborSimpleType::Undefined:
+        items.add(Kind::Absent);
+        break;
+    default:
+        return input_.fail("a value is of unknown kind");
+    }
+    return input_.next();
+}
+
+bool ArchiveValueReader::openContainer(ArchiveItems &items, Kind kind)
+{
+    if (open_.size() == ArchiveFormat::deepestNesting)
+        return input_.fail("lists are nested too deeply");
+    const std::size_t start = table_.elements.size();
+    if (&items == &table_.fields)
+        table_.fields.add(kind, start);
+    table_.elements.add(kind);
+    open_.push_back({start, kind == Kind::Dictionary});
+    return input_.enter();
+}
+
+bool ArchiveValueReader::closeContainer()
+{
+    if (!input_.leave())
+        return false;
+    const auto [start, isDictionary] = open_.back();
+    open_.pop_back();
+    table_.elements.setPayload(start, table_.elements.size() - start - 1);
+    return !isDictionary || hasDistinctKeys(start) ||
+           input_.fail("a key occurs twice in a dictionary");
+}
+
+bool ArchiveValueReader::hasDistinctKeys(std::size_t dictionary) const
+{
+    const ArchiveItems &items = table_.elements;
+    const std::size_t end = dictionary + 1 + items.payload(dictionary);
+    QSet<QStringView> keys;
+    qsizetype count = 0;
+    for (std::size_t key = dictionary + 1; key < end; ++count) {
+        keys.insert(table_.string(items.payload(key)));
+        key = items.next(key + 1);
+    }
+    return keys.size() == count;
+}

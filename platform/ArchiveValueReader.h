@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/ArchiveInput.h"
+#include "platform/ArchiveTable.h"
+
+// Reads the values of an archive's objects into its table.
+class ArchiveValueReader
+{
+public:
+    ArchiveValueReader(ArchiveInput &input, ArchiveTable &table);
+
+    bool readInteger();
+    bool readValue();
+    quint64 highestReference() const { return highestReference_; }
+
+private:
+    struct Container
+    {
+        std::size_t start; // in elements
+        bool isDictionary;
+    };
+
+    bool readElement();
+    bool readItem(ArchiveItems &items);
+    bool readReference(ArchiveItems &items);
+    bool readSharedReference(ArchiveItems &items);
+    bool readNewString(ArchiveItems &items);
+    bool readTagged(ArchiveItems &items);
+    bool readDate(ArchiveItems &items);
+    bool readNumber(ArchiveItems &items, ArchiveItemKind kind);
+    bool readData(ArchiveItems &items);
+    bool readSimple(ArchiveItems &items);
+    bool openContainer(ArchiveItems &items, ArchiveItemKind kind);
+    bool closeContainer();
+    bool hasDistinctKeys(std::size_t dictionary) const;
+
+    ArchiveInput &input_;
+    QCborStreamReader &cbor_;
+    ArchiveTable &table_;
+    std::vector<Container> open_;
+    quint64 highestReference_ = 0;
+};

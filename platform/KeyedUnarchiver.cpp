@@ -1,0 +1,22 @@
+#include "platform/KeyedUnarchiver.h"
+
+#include "platform/ArchiveReader.h"
+
+KeyedUnarchiver::KeyedUnarchiver(const QByteArray &bytes)
+{
+    ArchiveReader reader(bytes);
+    if (!reader.read(table_))
+        fail(reader.errorString(), {});
+}
+
+ArchivedObject KeyedUnarchiver::object(ArchiveReference reference)
+{
+    Q_ASSERT(reference.index < table_.objects.size());
+    return ArchivedObject(*this, reference);
+}
+
+void KeyedUnarchiver::fail(const QString &message, const QString &userInfo)
+{
+    if (!error_)
+        error_ = {message, userInfo};
+}

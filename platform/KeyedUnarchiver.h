@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/ArchiveTable.h"
+#include "platform/ArchivedObject.h"
+
+// What made decoding impossible, for the log: a sentence, and what it is about.
+struct ArchiveError
+{
+    QString message;
+    QString userInfo;
+};
+
+// An archive that was read. Its objects are decoded in whatever order suits the caller, each as
+// often as needed; nothing is followed from object to object by itself. After an error every value
+// is absent.
+class KeyedUnarchiver
+{
+public:
+    explicit KeyedUnarchiver(const QByteArray &bytes);
+    KeyedUnarchiver(const KeyedUnarchiver &) = delete;
+    KeyedUnarchiver &operator=(const KeyedUnarchiver &) = delete;
+
+    // No object when the bytes are no sound archive.
+    std::size_t objectCount() const { return table_.objects.size(); }
+    static constexpr ArchiveReference root{0};
+    ArchivedObject object(ArchiveReference reference);
+
+    const std::optional<ArchiveError> &error() const { return error_; }
+    void fail(const QString &message, const QString &userInfo); // an earlier error stays
+
+private:
+    friend class ArchivedObject;
+
+    ArchiveTable table_;
+    std::optional<ArchiveError> error_;
+};

@@ -1,0 +1,243 @@
+#include "platform/KeyedArchiver.h"
+#include "platform/KeyedUnarchiver.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QThread>
+#include <gtest/gtest.h>
+
+using L1 = QLatin1String;
+
+namespace {
+
+constexpr L1 nodeClasses[] = {L1("Node")};
+constexpr ArchiveKinds anyKind(~0);
+
+struct Node
+{
+    QString name;
+    QDateTime date;
+    std::vector<Node *> links;
+};
+
+class NodeArchiver
+{
+public:
+    NodeArchiver()
+        : archiver_(device_)
+        , nodes_(
+              archiver_.addClass<Node>(QStringLiteral("Node"), [this](const Node &node, auto &a) {
+                  a.encodeString(L1("name"), node.name);
+                  a.encodeDate(L1("date"), node.date);
+                  std::vector<ArchiveReference> links;
+                  for (const Node *link : node.links)
+                      links.push_back(a.reference(*link, nodes_));
+                  a.encodeReferences(L1("links"), links);
+              }))
+    {
+        device_.open(QIODevice::WriteOnly);
+    }
+    QByteArray bytes(const Node &root)
+    {
+        EXPECT_TRUE(archiver_.encodeRoot(root, nodes_)) << qPrintable(archiver_.errorString());
+        return device_.data();
+    }
+
+private:
+    QBuffer device_;
+    KeyedArchiver archiver_;
+    ArchiveClass<Node> nodes_;
+};
+
+std::vector<ArchiveReference> linksOf(KeyedUnarchiver &unarchiver, ArchiveReference node)
+{
+    return unarchiver.object(node).decodeReferences(L1("links"), nodeClasses).value();
+}
+
+template<class Encoder>
+QByteArray archiveOfOne(Encoder encoder)
+{
+    QBuffer device;
+    device.open(QIODevice::WriteOnly);
+    KeyedArchiver archiver(device);
+    const int object = 0;
+    const auto type =
+        archiver.addClass<int>(QStringLiteral("Node"), [&](int, KeyedArchiver &a) { encoder(a); });
+    EXPECT_TRUE(archiver.encodeRoot(object, type));
+    return device.data();
+}
+
+QByteArray archiveOfValue(const ArchiveValue &value)
+{
+    return archiveOfOne([&](KeyedArchiver &a) { a.encodeValue(L1("value"), value); });
+}
+
+} // namespace
+
+TEST(KeyedArchive, KeepsValuesOfEveryKind)
+{
+    const QDateTime date(QDate(2038, 1, 19), QTime(3, 14, 7, 123), Qt::UTC);
+    const ArchiveValue values[] = {
+        ArchiveValue(),
+        ArchiveNull(),
+        true,
+        false,
+        QString(QLatin1String("")),
+        QStringLiteral("Grüße \U0001F600"),
+        QByteArray(""),
+        QByteArray("\0\xff", 2),
+        date,
+        QDateTime::fromMSecsSinceEpoch(-1500, Qt::UTC),
+        QDateTime::fromMSecsSinceEpoch(7000, Qt::UTC),
+        ArchiveNumber{0xff, 1, false},
+        ArchiveNumber{0x8000, 2, true},
+        ArchiveNumber{1, 4, false},
+        ArchiveNumber{~quint64(0), 8, true},
+        ArchiveReference{0},
+        ArchiveList(),
+        ArchiveDictionary(),
+        ArchiveDictionary{
+            {QStringLiteral("b"), ArchiveList{ArchiveList{}, date, QStringLiteral("b")}},
+            {QStringLiteral("a"), ArchiveDictionary{{QStringLiteral("b"), true}}},
+            {QString(QLatin1String("")), date},
+        },
+    };
+    for (const ArchiveValue &value : values) {
+        KeyedUnarchiver unarchiver(archiveOfValue(value));
+        ASSERT_FALSE(unarchiver.error()) << qPrintable(unarchiver.error()->message);
+        const auto read =
+            unarchiver.object(unarchiver.root).decodeValue(L1("value"), anyKind, nodeClasses);
+        EXPECT_TRUE(read == value) << value.index();
+    }
+}
+
+TEST(KeyedArchive, KeepsIntegersAndRefusesThoseThatDoNotFit)
+{
+    KeyedUnarchiver unarchiver(archiveOfOne([](KeyedArchiver &a) {
+        a.encodeInteger(L1("lowest"), std::numeric_limits<qint64>::min());
+        a.encodeInteger(L1("highest"), std::numeric_limits<quint64>::max());
+        a.encodeInteger(L1("int32"), std::numeric_limits<qint32>::min());
+        a.encodeInteger(L1("uint32"), std::numeric_limits<quint32>::max());
+    }));
+    const ArchivedObject object = unarchiver.object(unarchiver.root);
+    EXPECT_EQ(object.decodeInteger<quint32>(L1("uint32")), 0xffffffffU);
+    EXPECT_EQ(object.decodeInteger<qint64>(L1("lowest")), std::numeric_limits<qint64>::min());
+    EXPECT_EQ(object.decodeInteger<qint32>(L1("int32")), std::numeric_limits<qint32>::min());
+    EXPECT_EQ(object.decodeInteger<quint64>(L1("highest")), ~quint64(0));
+    EXPECT_EQ(object.decodeInteger<qint32>(L1("missing")), 0);
+    EXPECT_FALSE(unarchiver.error());
+    EXPECT_EQ(object.decodeInteger<qint32>(L1("uint32")), 0);
+    EXPECT_TRUE(unarchiver.error());
+}
+
+TEST(KeyedArchive, TellsAbsentFromMisused)
+{
+    const QByteArray bytes = archiveOfOne([](KeyedArchiver &a) {
+        a.encodeString(L1("null"), {});
+        a.encodeString(L1("text"), QStringLiteral("x"));
+        a.encodeInteger(L1("integer"), 1);
+        a.encodeValue(L1("list"), ArchiveList{QStringLiteral("x"), ArchiveReference{0}});
+    });
+    using Read = std::function<void(const ArchivedObject &)>;
+    const Read harmless[] = {
+        [](auto &o) { EXPECT_TRUE(o.decodeString(L1("null")).isNull()); },
+        [](auto &o) { EXPECT_TRUE(o.decodeDate(L1("missing")).isNull()); },
+        [](auto &o) { EXPECT_FALSE(o.decodeReference(L1("missing"), nodeClasses)); },
+        [](auto &o) { EXPECT_FALSE(o.contains(L1("null")) || o.contains(L1("missing"))); },
+    };
+    const Read misused[] = {
+        [](auto &o) { EXPECT_TRUE(o.decodeDate(L1("text")).isNull()); },
+        [](auto &o) { EXPECT_TRUE(o.decodeString(L1("integer")).isNull()); },
+        [](auto &o) { EXPECT_FALSE(o.decodeBoolean(L1("integer"))); },
+        [](auto &o) { EXPECT_EQ(o.template decodeInteger<int>(L1("text")), 0); },
+        [](auto &o) { EXPECT_FALSE(o.decodeNumber(L1("integer"))); },
+        [](auto &o) { EXPECT_FALSE(o.decodeReferences(L1("list"), nodeClasses)); },
+        [](auto &o) { EXPECT_TRUE(o.decodeValue(L1("integer"), {}, nodeClasses).isAbsent()); },
+        [](auto &o) {
+            const ArchiveKinds kinds = ArchiveKind::List | ArchiveKind::String;
+            EXPECT_TRUE(o.decodeValue(L1("list"), kinds).isAbsent());
+        },
+    };
+    for (const Read &read : harmless) {
+        KeyedUnarchiver unarchiver(bytes);
+        read(unarchiver.object(unarchiver.root));
+        EXPECT_FALSE(unarchiver.error());
+    }
+    for (const Read &read : misused) {
+        KeyedUnarchiver unarchiver(bytes);
+        const ArchivedObject object = unarchiver.object(unarchiver.root);
+        read(object);
+        EXPECT_TRUE(unarchiver.error()) << &read - misused;
+        EXPECT_TRUE(object.decodeString(L1("text")).isNull()) << "absent after an error";
+    }
+}
+
+TEST(KeyedArchive, KeepsSharingAndCycles)
+{
+    const QDateTime date(QDate(2020, 2, 29), QTime(12, 0), Qt::UTC);
+    Node root{QStringLiteral("shared name"), date, {}};
+    Node left{QStringLiteral("shared name"), date, {}};
+    Node right{QStringLiteral("right"), {}, {&left, &root, &left}};
+    root.links = {&left, &right, &root};
+    const QByteArray bytes = NodeArchiver().bytes(root);
+    EXPECT_EQ(bytes.count("shared name"), 1);
+
+    KeyedUnarchiver unarchiver(bytes);
+    EXPECT_EQ(unarchiver.objectCount(), 3U);
+    const auto ofRoot = linksOf(unarchiver, unarchiver.root);
+    const auto ofRight = linksOf(unarchiver, ofRoot.at(1));
+    EXPECT_EQ(ofRoot, (std::vector{ofRoot[0], ofRoot[1], unarchiver.root}));
+    EXPECT_EQ(ofRight, (std::vector{ofRoot[0], unarchiver.root, ofRoot[0]}));
+    const ArchivedObject readLeft = unarchiver.object(ofRoot[0]);
+    EXPECT_EQ(readLeft.decodeString(L1("name")), left.name);
+    EXPECT_EQ(readLeft.decodeDate(L1("date")), date);
+    EXPECT_TRUE(unarchiver.object(ofRoot[1]).decodeDate(L1("date")).isNull());
+}
+
+TEST(KeyedArchive, NeedsNoStackForAChainOfAMillionObjects)
+{
+    const auto thread = std::unique_ptr<QThread>(QThread::create([] {
+        std::vector<Node> chain(1'000'000);
+        for (std::size_t i = 0; i + 1 < chain.size(); ++i)
+            chain[i].links = {&chain[i + 1]};
+        KeyedUnarchiver unarchiver(NodeArchiver().bytes(chain[0]));
+        ASSERT_EQ(unarchiver.objectCount(), chain.size());
+        ArchiveReference last = unarchiver.root;
+        for (std::size_t i = 0; i + 1 < chain.size(); ++i)
+            last = linksOf(unarchiver, last).at(0);
+        EXPECT_TRUE(linksOf(unarchiver, last).empty());
+    }));
+    thread->setStackSize(256 * 1024);
+    thread->start();
+    thread->wait();
+}
+
+TEST(KeyedArchive, ReportsWhatCannotBeWritten)
+{
+    const auto failure = [](auto encoder) {
+        QBuffer device;
+        device.open(QIODevice::WriteOnly);
+        KeyedArchiver archiver(device);
+        const auto type = archiver.addClass<int>(QStringLiteral("Node"),
+                                                 [&](int, KeyedArchiver &a) { encoder(a); });
+        EXPECT_FALSE(archiver.encodeRoot(0, type));
+        return archiver.errorString();
+    };
+    EXPECT_TRUE(failure([](KeyedArchiver &a) {
+                    a.encodeInteger(L1("k"), 1);
+                    a.encodeString(L1("k"), {});
+                }).contains(L1("twice")));
+    ArchiveValue nested;
+    for (int i = 0; i < 100; ++i)
+        nested = ArchiveList{nested};
+    EXPECT_TRUE(
+        failure([&](KeyedArchiver &a) { a.encodeValue(L1("k"), nested); }).contains(L1("nested")));
+
+    QFile full(QStringLiteral("/dev/full"));
+    ASSERT_TRUE(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    KeyedArchiver archiver(full);
+    const auto type = archiver.addClass<int>(QStringLiteral("Node"), [](int, KeyedArchiver &) {});
+    const int object = 0;
+    EXPECT_FALSE(archiver.encodeRoot(object, type));
+    EXPECT_EQ(archiver.errorString(), full.errorString());
+}
