@@ -1,0 +1,251 @@
+#include "tests/support/FakeRegistryService.h"
+
+#include <cstring>
+
+namespace {
+// The upper bits of a handle tell apart handles of one object.
+constexpr int nodeBits = 24;
+constexpr quint32 nodeMask = (1U << nodeBits) - 1;
+constexpr quint32 aliasMask = 0xff;
+
+quint32 nodeOf(RegistryObject object)
+{
+    return object & nodeMask;
+}
+
+void copyText(const QByteArray &text, RegistryName &buffer)
+{
+    const auto length = std::min(static_cast<std::size_t>(text.size()), buffer.size() - 1);
+    std::memcpy(buffer.data(), text.constData(), length);
+    buffer[length] = '\0';
+}
+} // namespace
+
+FakeRegistry::Object *FakeRegistryService::held(RegistryObject object)
+{
+    ++calls_;
+    const Node node = nodeOf(object);
+    if (node == 0)
+        return nullptr;
+    if (exists(node) && at(node).handles > 0)
+        return &at(node);
+    ++misuses_;
+    return nullptr;
+}
+
+FakeRegistry::Object *FakeRegistryService::heldWithout(Failure failure, RegistryObject object)
+{
+    Object *const found = held(object);
+    return found && !found->failures.testFlag(failure) ? found : nullptr;
+}
+
+RegistryObject FakeRegistryService::handOut(Node node)
+{
+    if (node == 0)
+        return 0;
+    ++at(node).handles;
+    ++openHandles_;
+    if (!distinctHandles_)
+        return node;
+    lastAlias_ = (lastAlias_ + 1) & aliasMask;
+    return node | lastAlias_ << nodeBits;
+}
+
+void FakeRegistryService::retain(RegistryObject object)
+{
+    if (Object *const found = held(object)) {
+        ++found->handles;
+        ++openHandles_;
+    }
+}
+
+void FakeRegistryService::release(RegistryObject object)
+{
+    if (Object *const found = held(object)) {
+        --found->handles;
+        --openHandles_;
+    }
+}
+
+void FakeRegistryService::prepareObject(RegistryObject object)
+{
+    if (held(object))
+        preparedObjects_.push_back(nodeOf(object));
+}
+
+RegistryObject FakeRegistryService::rootEntry()
+{
+    ++calls_;
+    return handOut(root());
+}
+
+RegistryObject FakeRegistryService::entryFromPath(const QString &path)
+{
+    ++calls_;
+    const QByteArray plane = path.section(u':', 0, 0).toLatin1();
+    const PlaneIndex index = planeIndex(plane);
+    if (!exists(root()) || childrenInPlane(root(), index).empty())
+        return 0;
+    Node node = childrenInPlane(root(), index).front();
+    for (const QString &name : path.section(u':', 1).split(u'/', Qt::SkipEmptyParts)) {
+        const auto &children = childrenInPlane(node, index);
+        const auto next = std::find_if(children.begin(), children.end(), [&](Node child) {
+            return nameAtLocation(at(child), plane.constData()) == name.toUtf8();
+        });
+        if (next == children.end())
+            return 0;
+        node = *next;
+    }
+    return handOut(node);
+}
+
+RegistryStatus FakeRegistryService::childIterator(RegistryObject object, const char *plane,
+                                                  RegistryIterator &iterator)
+{
+    if (!heldWithout(ChildIteratorFails, object))
+        return RegistryStatus::Failed;
+    if (freeIterators_.empty()) {
+        iterators_.emplace_back();
+        freeIterators_.push_back(static_cast<RegistryIterator>(iterators_.size()));
+    }
+    iterator = freeIterators_.back();
+    freeIterators_.pop_back();
+    iterators_[iterator - 1] = {nodeOf(object), planeIndex(plane), 0, true};
+    return RegistryStatus::Success;
+}
+
+FakeRegistryService::Iterator *FakeRegistryService::opened(RegistryIterator iterator)
+{
+    ++calls_;
+    if (iterator > 0 && iterator <= iterators_.size() && iterators_[iterator - 1].isOpen)
+        return &iterators_[iterator - 1];
+    ++misuses_;
+    return nullptr;
+}
+
+RegistryObject FakeRegistryService::iteratorNext(RegistryIterator iterator)
+{
+    Iterator *const position = opened(iterator);
+    if (!position)
+        return 0;
+    const auto &children = childrenInPlane(position->node, position->plane);
+    return position->next < children.size() ? handOut(children[position->next++]) : 0;
+}
+
+void FakeRegistryService::releaseIterator(RegistryIterator iterator)
+{
+    if (Iterator *const position = opened(iterator)) {
+        position->isOpen = false;
+        freeIterators_.push_back(iterator);
+    }
+}
+
+RegistryStatus FakeRegistryService::nameInPlane(RegistryObject object, const char *plane,
+                                                RegistryName &name)
+{
+    const Object *const found = heldWithout(plane ? NameInPlaneFails : NameFails, object);
+    if (!found)
+        return RegistryStatus::Failed;
+    copyText(nameIn(*found, plane), name);
+    return RegistryStatus::Success;
+}
+
+RegistryStatus FakeRegistryService::locationInPlane(RegistryObject object, const char *plane,
+                                                    RegistryName &location)
+{
+    const Object *const found = heldWithout(plane ? LocationInPlaneFails : LocationFails, object);
+    if (!found)
+        return RegistryStatus::Failed;
+    const QByteArray &text = locationIn(*found, plane);
+    if (text.isNull())
+        return RegistryStatus::NotFound;
+    copyText(text, location);
+    return RegistryStatus::Success;
+}
+
+QString FakeRegistryService::copyClassName(RegistryObject object)
+{
+    const Object *const found = heldWithout(ClassNameFails, object);
+    return found ? found->className : QString();
+}
+
+QString FakeRegistryService::copySuperclassName(const QString &className)
+{
+    ++calls_;
+    return classNamed(className).superclass;
+}
+
+QString FakeRegistryService::copyBundleIdentifierForClass(const QString &className)
+{
+    ++calls_;
+    return classNamed(className).bundleID;
+}
+
+bool FakeRegistryService::conformsTo(RegistryObject object, const QString &className)
+{
+    const Object *const found = held(object);
+    QString ancestor = found ? found->className : QString();
+    while (!ancestor.isNull() && ancestor != className)
+        ancestor = classNamed(ancestor).superclass;
+    return !ancestor.isNull();
+}
+
+RegistryStatus FakeRegistryService::entryID(RegistryObject object, quint64 &id)
+{
+    const Object *const found = heldWithout(EntryIDFails, object);
+    if (!found || !hasEntryIDs_)
+        return found ? RegistryStatus::Unsupported : RegistryStatus::Failed;
+    id = found->entryID;
+    return RegistryStatus::Success;
+}
+
+bool FakeRegistryService::objectsEqual(RegistryObject a, RegistryObject b)
+{
+    ++calls_;
+    return nodeOf(a) == nodeOf(b);
+}
+
+RegistryStatus FakeRegistryService::copyProperties(RegistryObject object, RegistryValue &properties)
+{
+    const Object *const found = heldWithout(PropertiesFail, object);
+    if (!found)
+        return RegistryStatus::Failed;
+    properties = found->properties;
+    return RegistryStatus::Success;
+}
+
+RegistryValue FakeRegistryService::copyProperty(RegistryObject object, const QString &key)
+{
+    const Object *const found = heldWithout(PropertiesFail, object);
+    return found ? found->properties.member(key) : RegistryValue();
+}
+
+RegistryStatus FakeRegistryService::serviceState(RegistryObject object, quint64 &state)
+{
+    const Object *const found = heldWithout(ServiceStateFails, object);
+    if (!found)
+        return RegistryStatus::Failed;
+    state = found->state;
+    return RegistryStatus::Success;
+}
+
+RegistryStatus FakeRegistryService::busyState(RegistryObject object, quint32 &busyCount)
+{
+    const Object *const found = heldWithout(BusyStateFails, object);
+    if (!found)
+        return RegistryStatus::Failed;
+    busyCount = found->busyCount;
+    return RegistryStatus::Success;
+}
+
+quint32 FakeRegistryService::retainCount(RegistryObject object)
+{
+    const Object *const found = held(object);
+    return found ? found->retainCount : 0;
+}
+
+QString FakeRegistryService::bundleURLForIdentifier(const QString &bundleID)
+{
+    ++calls_;
+    return bundlePath(bundleID);
+}
