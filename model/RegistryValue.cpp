@@ -253,7 +253,7 @@ quint32 RegistryValue::descendantCount() const
 
 const RegistryValue &RegistryValue::member(QStringView key) const
 {
-    static const RegistryValue none;
+    static const RegistryValue none{};
     for (const Member &member : members()) {
         if (QStringView(member.key.data(), member.key.size()) == key)
             return member.value;

@@ -191,7 +191,7 @@ QString TavRegistryProperty::name() const
 
 const RegistryValue &TavRegistryProperty::contents() const
 {
-    static const RegistryValue none;
+    static const RegistryValue none{};
     return isCollection() ? none : value_;
 }
 

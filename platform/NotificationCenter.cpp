@@ -17,7 +17,8 @@ NotificationCenter::Observation NotificationCenter::observe(const QString &name,
                                                             Handler handler)
 {
     forgetExpired();
-    auto observer = std::make_shared<Observation::Observer>(name, object, std::move(handler));
+    auto observer = std::make_shared<Observation::Observer>(
+        Observation::Observer{name, object, std::move(handler)});
     observers_.push_back(observer);
     return Observation(std::move(observer));
 }
