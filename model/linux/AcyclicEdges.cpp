@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-namespace
-{
+namespace {
 // Adjacency lists of the edges, by parent or by child.
 class Neighbours
 {
@@ -85,7 +84,7 @@ private:
     std::vector<int> visit_;
     int visits_ = 0;
 };
-}
+} // namespace
 
 std::vector<Edge> takeOutCycles(std::vector<Edge> &edges, int vertexCount)
 {

@@ -1,30 +1,32 @@
 #include "model/linux/HostFacts.h"
 
+#include "model/linux/SysfsRoot.h"
+
 #include <QFile>
 #include <QSysInfo>
+#include <fcntl.h>
 #include <sys/utsname.h>
 
-namespace
-{
+namespace {
 RegistryValue::Member member(QLatin1String key, const QString &text)
 {
     return {CompactString(QString(key)), RegistryValue::string(text)};
 }
-}
+} // namespace
 
 RegistryValue::Members HostFacts::ofRunningKernel()
 {
     RegistryValue::Members members;
     QFile bootID(QStringLiteral("/proc/sys/kernel/random/boot_id"));
     if (bootID.open(QIODevice::ReadOnly))
-        members.push_back(member(QLatin1String("DxBootID"),
-                                 QString::fromLatin1(bootID.readAll().trimmed())));
+        members.push_back(
+            member(QLatin1String("DxBootID"), QString::fromLatin1(bootID.readAll().trimmed())));
     utsname system;
     if (uname(&system) == 0) {
-        members.push_back(member(QLatin1String("DxKernelRelease"),
-                                 QString::fromUtf8(system.release)));
-        members.push_back(member(QLatin1String("DxKernelVersion"),
-                                 QString::fromUtf8(system.version)));
+        members.push_back(
+            member(QLatin1String("DxKernelRelease"), QString::fromUtf8(system.release)));
+        members.push_back(
+            member(QLatin1String("DxKernelVersion"), QString::fromUtf8(system.version)));
     }
     return members;
 }
@@ -32,4 +34,31 @@ RegistryValue::Members HostFacts::ofRunningKernel()
 RegistryValue::Members HostFacts::ofRunningSystem()
 {
     return {member(QLatin1String("DxOperatingSystem"), QSysInfo::prettyProductName())};
+}
+
+RegistryValue::Members HostFacts::ofDeviceTree(const SysfsRoot &root)
+{
+    const FileDescriptor base = root.openDirectory("firmware/devicetree/base");
+    RegistryValue::Members members;
+    const auto strings = [&base](const char *name) {
+        constexpr std::size_t limit = 4096;
+        QByteArray bytes(limit, Qt::Uninitialized);
+        const FileDescriptor file(
+            openat(base.get(), name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+        bytes.truncate(file ? std::max<ssize_t>(::read(file.get(), bytes.data(), limit), 0) : 0);
+        RegistryValue::Elements list;
+        for (const QByteArray &text : bytes.split('\0')) {
+            if (!text.isEmpty())
+                list.push_back(RegistryValue::string(QString::fromUtf8(text)));
+        }
+        return list;
+    };
+    if (!base)
+        return members;
+    if (RegistryValue::Elements compatible = strings("compatible"); !compatible.empty())
+        members.push_back({CompactString(QStringLiteral("compatible")),
+                           RegistryValue::array(std::move(compatible))});
+    if (const RegistryValue::Elements model = strings("model"); !model.empty())
+        members.push_back({CompactString(QStringLiteral("model")), model.front()});
+    return members;
 }

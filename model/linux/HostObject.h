@@ -33,11 +33,14 @@ struct HostObject : SweepObject
     QByteArray module; // that supplies the class; null: the kernel itself
     QString className;
 
-    quint32 busyCount = 0;
+    bool isAnnounced = true; // the udev daemon, where one runs, has finished with it
+    quint32 ownBusyCount = 0;
+    quint32 busyChildren = 0;
     quint32 retainCount = 1;
     QStringList refusedParents;
     RegistryValue properties;
 
+    quint32 busyCount() const { return ownBusyCount + busyChildren; }
     bool isService() const
     {
         return kind == Kind::Device || kind == Kind::Binding || kind == Kind::Container ||

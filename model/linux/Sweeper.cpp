@@ -40,6 +40,7 @@ struct Sweeper::State
     std::shared_ptr<const SysfsRoot> root;
     QSet<QByteArray> forcedDevices;
     bool recordsFiles = false;
+    bool goesOn = true; // to the objects found below
 
     std::mutex mutex;
     std::condition_variable workOrEnd; // for the threads
@@ -98,6 +99,8 @@ void Sweeper::State::deliver(Progress &progress, ObjectReader::Result result)
         progress.directory.clear();
         progress.name.clear();
     }
+    if (!goesOn)
+        result.below.clear();
     for (Request &request : result.below)
         add(std::move(request));
     sweep.objects.push_back(std::move(result.object));
@@ -189,23 +192,24 @@ Sweeper::Sweeper(std::shared_ptr<const SysfsRoot> root, Options options)
 
 Sweep Sweeper::run()
 {
-    Sweep sweep = run(firstRequests());
+    Sweep sweep = run(firstRequests(), true);
     // Trees without uevent files show what is a device only by the links that lead there.
     if (findForcedDevices(sweep))
-        sweep = run(firstRequests());
+        sweep = run(firstRequests(), true);
     return sweep;
 }
 
-SweepObject Sweeper::readOnRequest(const ObjectReader::Request &request)
+Sweeper::ObjectReading Sweeper::readObject(const Request &request)
 {
     Request onRequest = request;
     onRequest.readsOnRequest = true;
-    Sweep sweep = run({onRequest});
-    for (SweepObject &object : sweep.objects) {
-        if (object.path == request.path)
-            return std::move(object);
-    }
-    return {};
+    ObjectReading reading;
+    // One after the other, for in parallel the device would be asked twice at a time.
+    for (SweepObject &object : run({request}, false).objects)
+        reading.always = std::move(object);
+    for (SweepObject &object : run({onRequest}, false).objects)
+        reading.onRequest = std::move(object);
+    return reading;
 }
 
 std::vector<Request> Sweeper::firstRequests() const
@@ -237,12 +241,13 @@ std::vector<Request> Sweeper::firstRequests() const
     return requests;
 }
 
-Sweep Sweeper::run(std::vector<Request> requests)
+Sweep Sweeper::run(std::vector<Request> requests, bool goesOn)
 {
     const auto state = std::make_shared<State>();
     state->root = root_;
     state->forcedDevices = forcedDevices_;
     state->recordsFiles = options_.recordsFiles;
+    state->goesOn = goesOn;
     state->blockedPaths = blockedPaths_;
     state->hasBlockedPaths = !blockedPaths_.isEmpty();
     for (Request &request : requests)

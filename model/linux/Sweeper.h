@@ -23,14 +23,19 @@ public:
     Sweeper(std::shared_ptr<const SysfsRoot> root, Options options);
 
     Sweep run();
-    // What is too costly to read for every object: only those attributes of this one.
-    SweepObject readOnRequest(const ObjectReader::Request &request);
+
+    struct ObjectReading
+    {
+        SweepObject always;
+        SweepObject onRequest; // what is too costly to read for every object, and nothing else
+    };
+    ObjectReading readObject(const ObjectReader::Request &request);
 
 private:
     struct State;
 
     std::vector<ObjectReader::Request> firstRequests() const;
-    Sweep run(std::vector<ObjectReader::Request> requests);
+    Sweep run(std::vector<ObjectReader::Request> requests, bool goesOn);
     bool findForcedDevices(const Sweep &sweep);
 
     std::shared_ptr<const SysfsRoot> root_;

@@ -4,8 +4,7 @@
 
 #include <fcntl.h>
 
-namespace
-{
+namespace {
 constexpr qsizetype largestRecord = 65536;
 
 QByteArray readAll(int directory, const QByteArray &name)
@@ -25,7 +24,7 @@ RegistryValue texts(const QByteArrayList &list, TextPool &pool)
         elements.push_back(RegistryValue::string(pool.text(text).toOwner()));
     return RegistryValue::array(std::move(elements));
 }
-}
+} // namespace
 
 UdevDatabase::UdevDatabase(const QByteArray &sysfsFolder)
 {
@@ -34,8 +33,8 @@ UdevDatabase::UdevDatabase(const QByteArray &sysfsFolder)
         folder.chop(1);
     const QByteArray beside = folder.left(folder.lastIndexOf('/') + 1);
     const QByteArray run = beside + "run/udev";
-    directory_ = FileDescriptor(
-        open((run + "/data").constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    directory_ =
+        FileDescriptor(open((run + "/data").constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     isDaemonRunning_ = access((run + "/control").constData(), F_OK) == 0;
 }
 
@@ -45,8 +44,8 @@ QByteArray UdevDatabase::recordName(const HostObject &device)
     const RegistryValue &major = uevent.member(u"MAJOR");
     if (!major.isNone()) {
         const QByteArray kind = device.subsystem == "block" ? "b" : "c";
-        return kind + QByteArray::number(major.numberBits()) + ':'
-               + QByteArray::number(uevent.member(u"MINOR").numberBits());
+        return kind + QByteArray::number(major.numberBits()) + ':' +
+               QByteArray::number(uevent.member(u"MINOR").numberBits());
     }
     const RegistryValue &index = uevent.member(u"IFINDEX");
     if (!index.isNone())
@@ -87,13 +86,12 @@ RegistryValue UdevDatabase::record(const HostObject &device)
     }
     if (links.isEmpty() && tags.isEmpty() && properties.empty())
         return {};
-    std::sort(properties.begin(), properties.end(), [](const auto &a, const auto &b) {
-        return a.key.toOwner() < b.key.toOwner();
-    });
+    std::sort(properties.begin(), properties.end(),
+              [](const auto &a, const auto &b) { return a.key.toOwner() < b.key.toOwner(); });
     tags = QSet<QByteArray>(tags.begin(), tags.end()).values();
     std::sort(tags.begin(), tags.end());
-    return RegistryValue::dictionary({{pool_.text("links"), texts(links, pool_)},
-                                      {pool_.text("properties"),
-                                       RegistryValue::dictionary(std::move(properties))},
-                                      {pool_.text("tags"), texts(tags, pool_)}});
+    return RegistryValue::dictionary(
+        {{pool_.text("links"), texts(links, pool_)},
+         {pool_.text("properties"), RegistryValue::dictionary(std::move(properties))},
+         {pool_.text("tags"), texts(tags, pool_)}});
 }

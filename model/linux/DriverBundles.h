@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+struct kmod_ctx;
+
+// Finds the files of kernel modules, and of the kernel itself.
+class DriverBundles
+{
+public:
+    static const QString kernelBundleID;
+
+    DriverBundles();
+    ~DriverBundles();
+    DriverBundles(const DriverBundles &) = delete;
+    DriverBundles &operator=(const DriverBundles &) = delete;
+
+    // The file of a module by its name, or of the kernel by its bundle identifier; null when there
+    // is none or it cannot be read.
+    QString fileOf(const QString &bundleID) const;
+
+private:
+    kmod_ctx *context_;
+};

@@ -1,0 +1,295 @@
+#include "model/linux/HostObjects.h"
+
+#include "model/linux/ClassNames.h"
+#include "model/linux/ObjectNames.h"
+
+#include <QCryptographicHash>
+#include <QtEndian>
+
+namespace {
+using Kind = SweepObject::Kind;
+
+constexpr quint64 rootID = 1;
+constexpr quint64 hostID = 2;
+
+QByteArray baseName(const QByteArray &path)
+{
+    return path.mid(path.lastIndexOf('/') + 1);
+}
+
+QByteArray folderOf(const QByteArray &path)
+{
+    return path.left(std::max<qsizetype>(path.lastIndexOf('/'), 0));
+}
+
+bool isDeviceOrContainer(const SweepObject &object)
+{
+    return object.kind == Kind::Device || object.kind == Kind::Container;
+}
+
+// The folders above every device.
+QSet<QByteArray> foldersAboveDevices(const Sweep &sweep)
+{
+    QSet<QByteArray> folders;
+    for (const SweepObject &object : sweep.objects) {
+        if (object.kind != Kind::Device)
+            continue;
+        QByteArray folder = folderOf(object.path);
+        while (!folder.isEmpty() && !folders.contains(folder)) {
+            folders.insert(folder);
+            folder = folderOf(folder);
+        }
+    }
+    return folders;
+}
+
+// For an inode that is not unique, as copies of a tree may have: made from the path.
+quint64 substituteID(const QByteArray &path)
+{
+    constexpr quint64 mark = quint64(1) << 63;
+    const QByteArray digest = QCryptographicHash::hash(path, QCryptographicHash::Sha1);
+    return mark | qFromBigEndian<quint64>(digest.constData());
+}
+} // namespace
+
+HostObjects::HostObjects(Sweep sweep, RegistryValue::Members rootFacts,
+                         RegistryValue::Members hostFacts, ClassNames &classNames)
+{
+    objects_.resize(2);
+    at(root).kind = Kind::Root;
+    at(root).id = rootID;
+    at(root).members = std::move(rootFacts);
+    at(host).kind = Kind::Host;
+    at(host).id = hostID;
+    at(host).members = std::move(hostFacts);
+    collect(std::move(sweep));
+    addBindings();
+    assignIDs();
+    relate();
+    findSubsystems();
+    findModules();
+    nameHost();
+    nameAll(classNames);
+    countReferences();
+}
+
+int HostObjects::withPath(const QByteArray &path) const
+{
+    return byPath_.value(path, HostObject::none);
+}
+
+int HostObjects::linked(const HostObject &object, QByteArrayView link) const
+{
+    const QByteArray target = object.link(link);
+    return target.isEmpty() ? HostObject::none : withPath(target);
+}
+
+void HostObjects::collect(Sweep sweep)
+{
+    const QSet<QByteArray> folders = foldersAboveDevices(sweep);
+    objects_.reserve(2 * sweep.objects.size());
+    for (SweepObject &object : sweep.objects) {
+        if (object.kind == Kind::Container && !folders.contains(object.path))
+            continue;
+        objects_.emplace_back();
+        static_cast<SweepObject &>(objects_.back()) = std::move(object);
+    }
+}
+
+void HostObjects::addBindings()
+{
+    const std::size_t count = objects_.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const QByteArray driver = objects_[i].link("driver");
+        if (objects_[i].kind != Kind::Device || driver.isEmpty())
+            continue;
+        HostObject binding;
+        binding.kind = Kind::Binding;
+        binding.inode = objects_[i].driverLinkInode;
+        binding.path = objects_[i].path + "/driver";
+        binding.kernelName = baseName(driver);
+        const auto text = [](const QByteArray &path) {
+            return RegistryValue::string(QString::fromUtf8(path));
+        };
+        binding.members = {{CompactString(QStringLiteral("device")), text(objects_[i].path)},
+                           {CompactString(QStringLiteral("driver")), text(driver)}};
+        binding.links = {{"driver", driver}};
+        objects_.push_back(std::move(binding));
+    }
+}
+
+void HostObjects::assignIDs()
+{
+    std::sort(objects_.begin() + 2, objects_.end(), [](const auto &a, const auto &b) {
+        return a.inode != b.inode ? a.inode < b.inode : a.path < b.path;
+    });
+    quint64 last = hostID;
+    for (std::size_t i = 2; i < objects_.size(); ++i) {
+        HostObject &object = objects_[i];
+        object.id = object.inode > last ? object.inode : substituteID(object.path);
+        last = std::max(last, object.inode);
+    }
+    std::sort(objects_.begin() + 2, objects_.end(),
+              [](const auto &a, const auto &b) { return a.id < b.id; });
+    for (int i = 2; i < count(); ++i)
+        byPath_.insert(at(i).path, i);
+}
+
+void HostObjects::relate()
+{
+    for (int i = 2; i < count(); ++i) {
+        HostObject &object = at(i);
+        if (object.kind == Kind::Binding) {
+            object.device = object.parent = withPath(folderOf(object.path));
+            object.driver = linked(object, "driver");
+            at(object.device).binding = i;
+            continue;
+        }
+        if (object.kind == Kind::Driver) { // bus/X/drivers/Y
+            object.parent = withPath(folderOf(folderOf(object.path)));
+            continue;
+        }
+        for (QByteArray folder = folderOf(object.path);
+             !folder.isEmpty() && object.parent == HostObject::none; folder = folderOf(folder)) {
+            const int candidate = withPath(folder);
+            if (candidate == HostObject::none)
+                continue;
+            const HostObject &above = at(candidate);
+            if (above.kind == object.kind ||
+                (isDeviceOrContainer(above) && isDeviceOrContainer(object)))
+                object.parent = candidate;
+        }
+    }
+}
+
+void HostObjects::findSubsystems()
+{
+    // Which class or bus points at a device, for trees without "subsystem" links.
+    QHash<QByteArray, int> pointedAtBy;
+    for (int i = 2; i < count(); ++i) {
+        const HostObject &object = at(i);
+        for (const SweepObject::Link &link : object.links) {
+            const bool isMember = object.kind == Kind::Class ? !link.name.contains('/')
+                                                             : object.kind == Kind::Bus &&
+                                                                   link.name.startsWith("devices/");
+            if (isMember)
+                pointedAtBy.insert(link.target, i);
+        }
+    }
+    const auto setSubsystem = [this](HostObject &object, const QByteArray &path) {
+        object.subsystem = baseName(path);
+        object.isOnBus = path.startsWith("bus/");
+        object.subsystemObject = withPath(path);
+        // Old trees have the block devices' folder at the top, newer ones among the classes.
+        if (object.subsystemObject == HostObject::none && object.subsystem == "block")
+            object.subsystemObject = withPath(path == "block" ? "class/block" : "block");
+    };
+    for (int i = 2; i < count(); ++i) {
+        HostObject &object = at(i);
+        if (object.kind != Kind::Device)
+            continue;
+        const QByteArray target = object.link("subsystem");
+        const int pointing = pointedAtBy.value(object.path, HostObject::none);
+        if (!target.isEmpty())
+            setSubsystem(object, target);
+        else if (pointing != HostObject::none)
+            setSubsystem(object, at(pointing).path);
+    }
+    for (int i = 2; i < count(); ++i) {
+        HostObject &object = at(i);
+        if (object.kind != Kind::Binding)
+            continue;
+        // The driver's folder tells the bus even where the device does not.
+        const QByteArray driver = object.link("driver");
+        setSubsystem(object, folderOf(folderOf(driver)));
+    }
+}
+
+QByteArray HostObjects::moduleOfDriver(int driver) const
+{
+    const int module = driver == HostObject::none ? driver : linked(at(driver), "module");
+    // What is built in has a folder too, but no state of loading.
+    if (module == HostObject::none || at(module).member(u"initstate").isNone())
+        return {};
+    return at(module).kernelName;
+}
+
+void HostObjects::findModules()
+{
+    for (HostObject &object : objects_) {
+        if (object.kind == Kind::Binding)
+            object.module = moduleOfDriver(object.driver);
+    }
+    const auto isBound = [](const HostObject &object) {
+        return object.binding != HostObject::none;
+    };
+    for (int i = 2; i < count(); ++i) {
+        if (at(i).kind != Kind::Device)
+            continue;
+        const int bound = isBound(at(i)) ? i : above(i, isBound);
+        if (bound != HostObject::none)
+            at(i).module = at(at(bound).binding).module;
+    }
+}
+
+void HostObjects::nameHost()
+{
+    const int dmi = withPath("devices/virtual/dmi/id");
+    QByteArray product;
+    if (dmi != HostObject::none) {
+        product = ObjectNames::sanitized(at(dmi).text(u"product_name"));
+        const QStringView facts[] = {u"bios_date",    u"bios_vendor",     u"bios_version",
+                                     u"board_name",   u"board_vendor",    u"board_version",
+                                     u"chassis_type", u"chassis_vendor",  u"product_family",
+                                     u"product_name", u"product_version", u"sys_vendor"};
+        for (const QStringView fact : facts) {
+            const RegistryValue &value = at(dmi).member(fact);
+            if (!value.isNone())
+                at(host).members.push_back({CompactString(fact.toString()), value});
+        }
+    }
+    for (const auto &member : at(host).members) {
+        if (product.isEmpty() && member.key.toOwner() == QLatin1String("model"))
+            product = ObjectNames::sanitized(member.value.toString());
+    }
+    at(root).name = {"Root", {}};
+    at(host).name = {product.isEmpty() ? QByteArray("Host") : product, {}};
+}
+
+void HostObjects::nameAll(ClassNames &classNames)
+{
+    for (HostObject &object : objects_)
+        object.className = classNames.nameFor(object);
+    for (int i = 2; i < count(); ++i) {
+        HostObject &object = at(i);
+        object.name = object.kind == Kind::Device ? ObjectNames::ofDevice(object)
+                                                  : ObjectNames::ofKernelName(object.kernelName);
+        if (object.subsystem == "acpi" && object.kind == Kind::Device)
+            object.namesInPlanes.push_back(
+                {Plane::Firmware, ObjectNames::ofFirmwareDevice(object)});
+        if (object.kind == Kind::Binding)
+            object.namesInPlanes.push_back(
+                {Plane::Driver,
+                 {object.name.name,
+                  ObjectNames::sanitized(QString::fromUtf8(at(object.device).kernelName))}});
+    }
+}
+
+// Each child directory and each link that leads to an object pins it.
+void HostObjects::countReferences()
+{
+    for (int i = 2; i < count(); ++i) {
+        HostObject &object = at(i);
+        if (object.parent != HostObject::none && object.kind != Kind::Binding)
+            ++at(object.parent).retainCount;
+        if (object.kind == Kind::Module)
+            object.retainCount += static_cast<quint32>(object.member(u"refcnt").numberBits());
+        if (object.kind == Kind::Binding)
+            continue; // its link was counted with its device's
+        for (const SweepObject::Link &link : object.links) {
+            const int target = withPath(link.target);
+            if (target != HostObject::none)
+                ++at(target).retainCount;
+        }
+    }
+}

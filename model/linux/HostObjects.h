@@ -1,0 +1,49 @@
+#pragma once
+
+#include "model/linux/HostObject.h"
+#include "model/linux/Sweep.h"
+
+class ClassNames;
+
+// All objects of the host in the order of their IDs, each related to the others, named and classed.
+class HostObjects
+{
+public:
+    static constexpr int root = 0;
+    static constexpr int host = 1;
+
+    // Host objects' own facts are given, since a tree holds none about the running system.
+    HostObjects(Sweep sweep, RegistryValue::Members rootFacts, RegistryValue::Members hostFacts,
+                ClassNames &classNames);
+
+    int count() const { return static_cast<int>(objects_.size()); }
+    HostObject &at(int index) { return objects_[static_cast<std::size_t>(index)]; }
+    const HostObject &at(int index) const { return objects_[static_cast<std::size_t>(index)]; }
+    int withPath(const QByteArray &path) const; // or HostObject::none
+    // Where a link of an object leads among the objects, or none.
+    int linked(const HostObject &object, QByteArrayView link) const;
+    // The nearest object above, by directories, that satisfies the predicate.
+    template<class Predicate>
+    int above(int index, Predicate predicate) const
+    {
+        int ancestor = at(index).parent;
+        while (ancestor != HostObject::none && !predicate(at(ancestor)))
+            ancestor = at(ancestor).parent;
+        return ancestor;
+    }
+
+private:
+    void collect(Sweep sweep);
+    void addBindings();
+    void assignIDs();
+    void relate();
+    void findSubsystems();
+    void findModules();
+    QByteArray moduleOfDriver(int driver) const;
+    void nameAll(ClassNames &classNames);
+    void nameHost();
+    void countReferences();
+
+    std::vector<HostObject> objects_;
+    QHash<QByteArray, int> byPath_;
+};

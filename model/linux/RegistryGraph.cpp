@@ -1,0 +1,196 @@
+#include "model/linux/RegistryGraph.h"
+
+#include "model/linux/PlaneEdges.h"
+#include "model/linux/UdevDatabase.h"
+
+namespace {
+using Kind = SweepObject::Kind;
+
+// Keeps the members in the order of their keys.
+void insertMember(RegistryValue::Members &members, QLatin1String key, RegistryValue value)
+{
+    const QString text(key);
+    const auto place = std::lower_bound(
+        members.begin(), members.end(), text,
+        [](const auto &member, const QString &wanted) { return member.key.toOwner() < wanted; });
+    members.insert(place, {CompactString(text), std::move(value)});
+}
+
+RegistryValue setOf(const QStringList &texts)
+{
+    RegistryValue::Elements elements;
+    for (const QString &text : texts)
+        elements.push_back(RegistryValue::string(text));
+    return RegistryValue::set(std::move(elements));
+}
+
+QStringList described(const std::vector<SweepObject::Unread> &unread)
+{
+    QStringList texts;
+    for (const auto &[path, reason] : unread)
+        texts.append(QString::fromUtf8(path + " (" + reason + ')'));
+    return texts;
+}
+
+quint32 ownBusyCount(const HostObject &object, const UdevDatabase &udev)
+{
+    const QString status = object.member(u"power").member(u"runtime_status").toString();
+    quint32 count = object.member(u"waiting_for_supplier").numberBits() == 1;
+    count += status == QLatin1String("suspending") || status == QLatin1String("resuming");
+    count += udev.isDaemonRunning() && !object.isAnnounced;
+    return count;
+}
+} // namespace
+
+RegistryGraph::RegistryGraph(HostObjects objects, UdevDatabase &udev)
+    : objects_(std::move(objects))
+{
+    const PlaneEdges edges = planeEdges(objects_);
+    arrange(edges);
+    addPlaneCounts(edges);
+    for (std::size_t i = 0; i < planeCount; ++i)
+        tellSiblingsApart(static_cast<Plane>(i));
+    byID_.reserve(objects_.count());
+    for (int i = 0; i < objects_.count(); ++i) {
+        byID_.insert(at(i).id, i);
+        finish(objects_.at(i), udev);
+    }
+    countBusyChildren();
+}
+
+int RegistryGraph::withID(quint64 id) const
+{
+    return byID_.value(id, HostObject::none);
+}
+
+bool RegistryGraph::hasPlane(Plane plane) const
+{
+    return !children(plane).all.empty();
+}
+
+std::span<const int> RegistryGraph::childrenInPlane(int index, Plane plane) const
+{
+    const Children &its = children(plane);
+    if (its.all.empty())
+        return {};
+    const auto at = static_cast<std::size_t>(index);
+    const auto begin = static_cast<std::size_t>(its.first[at]);
+    return std::span(its.all).subspan(begin, static_cast<std::size_t>(its.first[at + 1]) - begin);
+}
+
+void RegistryGraph::arrange(const PlaneEdges &edges)
+{
+    for (std::size_t i = 0; i < planeCount; ++i) {
+        if (edges[i].empty())
+            continue;
+        std::vector<int> &first = planes_[i].first;
+        first.resize(static_cast<std::size_t>(objects_.count()) + 1);
+        for (const auto &[parent, child] : edges[i]) {
+            ++first[static_cast<std::size_t>(parent) + 1];
+            planes_[i].all.push_back(child);
+        }
+        for (std::size_t j = 1; j < first.size(); ++j)
+            first[j] += first[j - 1];
+    }
+}
+
+void RegistryGraph::addPlaneCounts(const PlaneEdges &edges)
+{
+    RegistryValue::Members counts;
+    for (std::size_t i = 0; i < planeCount; ++i) {
+        QSet<int> entries;
+        for (const auto &[parent, child] : edges[i])
+            entries.insert(child);
+        const auto count = static_cast<quint64>(entries.size()) + 1; // the root is nobody's child
+        if (!entries.isEmpty())
+            insertMember(counts, QLatin1String(planeNames[i]), RegistryValue::number(count, 4));
+    }
+    insertMember(objects_.at(HostObjects::root).members, QLatin1String("DxRegistryPlanes"),
+                 RegistryValue::dictionary(std::move(counts)));
+}
+
+std::vector<int> RegistryGraph::siblingsNamedAlike(Plane plane) const
+{
+    std::vector<int> alike;
+    for (int parent = 0; parent < objects_.count(); ++parent) {
+        const auto siblings = childrenInPlane(parent, plane);
+        if (siblings.size() < 2)
+            continue;
+        QHash<std::pair<QByteArray, QByteArray>, int> firstOfName;
+        for (const int child : siblings) {
+            const NameAndLocation &its = at(child).nameInPlane(plane);
+            const auto name = std::pair(its.name, its.location);
+            const auto known = firstOfName.constFind(name);
+            if (known == firstOfName.constEnd()) {
+                firstOfName.insert(name, child);
+            } else {
+                alike.push_back(child);
+                alike.push_back(*known);
+            }
+        }
+    }
+    std::sort(alike.begin(), alike.end());
+    alike.erase(std::unique(alike.begin(), alike.end()), alike.end());
+    return alike;
+}
+
+void RegistryGraph::tellSiblingsApart(Plane plane)
+{
+    const auto relocate = [this, plane](int index, const QByteArray &location) {
+        HostObject &object = objects_.at(index);
+        const QByteArray name = object.nameInPlane(plane).name;
+        std::erase_if(object.namesInPlanes, [&](const auto &its) { return its.first == plane; });
+        object.namesInPlanes.push_back({plane, {name, location}});
+    };
+    constexpr qsizetype longestLocation = 100; // leaves room for the ID
+    for (const int index : siblingsNamedAlike(plane))
+        relocate(index, at(index).kernelName.left(longestLocation));
+    // Kernel names can be alike too: of objects from different folders.
+    for (const int index : siblingsNamedAlike(plane))
+        relocate(index, at(index).kernelName.left(longestLocation) + '#' +
+                            QByteArray::number(at(index).id));
+}
+
+void RegistryGraph::finish(HostObject &object, UdevDatabase &udev)
+{
+    if (object.kind == Kind::Device) {
+        RegistryValue record = udev.record(object);
+        object.isAnnounced = !record.isNone() || !UdevDatabase::expectsRecord(object);
+        object.ownBusyCount = ::ownBusyCount(object, udev);
+        if (!record.isNone())
+            insertMember(object.members, QLatin1String("udev"), std::move(record));
+        object.isAnnounced = object.isAnnounced || !udev.isDaemonRunning();
+    }
+    if (!object.unread.empty())
+        insertMember(object.members, QLatin1String("DxUnreadAttributes"),
+                     setOf(described(object.unread)));
+    if (!object.refusedParents.isEmpty())
+        insertMember(object.members, QLatin1String("DxRefusedParents"),
+                     setOf(object.refusedParents));
+    object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
+}
+
+void RegistryGraph::countBusyChildren()
+{
+    std::vector<int> order{HostObjects::host};
+    std::vector<int> parents{HostObject::none};
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        for (const int child : childrenInPlane(order[i], Plane::Service)) {
+            order.push_back(child);
+            parents.push_back(order[i]);
+        }
+    }
+    for (std::size_t i = order.size(); i-- > 1;) {
+        if (at(order[i]).busyCount() > 0)
+            ++objects_.at(parents[i]).busyChildren;
+    }
+}
+
+void RegistryGraph::replaceMembers(int index, RegistryValue::Members members,
+                                   std::vector<SweepObject::Unread> unread, UdevDatabase &udev)
+{
+    HostObject &object = objects_.at(index);
+    object.members = std::move(members);
+    object.unread = std::move(unread);
+    finish(object, udev);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "model/linux/AcyclicEdges.h"
+#include "model/linux/HostObjects.h"
+
+#include <array>
+#include <span>
+
+class UdevDatabase;
+
+// The host's registry as one sweep found it: the objects, and who is whose child in each plane.
+class RegistryGraph
+{
+public:
+    RegistryGraph(HostObjects objects, UdevDatabase &udev);
+
+    int count() const { return objects_.count(); }
+    const HostObject &at(int index) const { return objects_.at(index); }
+    int withID(quint64 id) const; // or HostObject::none
+    bool hasPlane(Plane plane) const;
+    std::span<const int> childrenInPlane(int index, Plane plane) const;
+
+    // Takes over what was read anew of one object alone.
+    void replaceMembers(int index, RegistryValue::Members members,
+                        std::vector<SweepObject::Unread> unread, UdevDatabase &udev);
+
+private:
+    struct Children
+    {
+        std::vector<int> first; // by object: where its children begin; one more at the end
+        std::vector<int> all;
+    };
+    using PlaneEdges = std::array<std::vector<Edge>, planeCount>;
+
+    const Children &children(Plane plane) const { return planes_[static_cast<std::size_t>(plane)]; }
+    void arrange(const PlaneEdges &edges);
+    void addPlaneCounts(const PlaneEdges &edges);
+    void tellSiblingsApart(Plane plane);
+    std::vector<int> siblingsNamedAlike(Plane plane) const;
+    void finish(HostObject &object, UdevDatabase &udev);
+    void countBusyChildren();
+
+    HostObjects objects_;
+    QHash<quint64, int> byID_;
+    std::array<Children, planeCount> planes_;
+};
