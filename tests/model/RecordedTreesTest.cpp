@@ -1,5 +1,6 @@
 #include "tests/support/RecordedTrees.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
