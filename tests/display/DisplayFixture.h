@@ -1,0 +1,65 @@
+#pragma once
+
+#include "display/TavPropertyOutlineItem.h"
+#include "model/EntryStore.h"
+#include "model/TavRegistryEntry.h"
+#include "tests/support/FakeRegistryService.h"
+
+#include <QTemporaryDir>
+
+// A store of one machine whose byte order the test chooses.
+class MachineStore : public EntryStore
+{
+public:
+    explicit MachineStore(qint32 byteOrder = LittleEndian)
+        : byteOrder_(byteOrder)
+    {}
+    // Of a class chain, own class first, with the property of the name "Value".
+    EntryRef entry(const QStringList &inheritance, const RegistryValue &value);
+
+    bool isLive() const override { return true; }
+    qint32 byteOrder() const override { return byteOrder_; }
+    const QStringList &registryPlanes() const override { return planes_; }
+    RegistryService *service() const override { return &service_; }
+    TavRegistryEntry *registryEntryForDxRegistryEntry(RegistryObject, bool) override
+    {
+        return nullptr;
+    }
+    void setHasPendingTerminations(bool) override {}
+    void noteObjectChanged(TavRegistryEntry &) override {}
+
+private:
+    qint32 byteOrder_;
+    QStringList planes_;
+    mutable FakeRegistryService service_;
+};
+
+// Preferences in a folder of their own, with the defaults registered.
+class PreferencesFolder
+{
+public:
+    PreferencesFolder() { restart(); }
+    ~PreferencesFolder();
+    void restart(); // writes what was changed and reads it anew
+    QString path() const { return folder_.path(); }
+
+private:
+    QTemporaryDir folder_;
+};
+
+// A lone item of a value on a machine of the byte order, with what it belongs to.
+class LoneItem
+{
+public:
+    explicit LoneItem(const RegistryValue &value, qint32 byteOrder = EntryStore::LittleEndian);
+    TavPropertyOutlineItem *operator->() const { return item_; }
+    TavPropertyOutlineItem &operator*() const { return *item_; }
+
+private:
+    MachineStore store_;
+    EntryRef entry_;
+    TavPropertyOutlineItem *item_;
+};
+
+TavPropertyOutlineItem &itemAt(const EntryRef &entry, const QStringList &keys);
+PropertyFormatOptions formatOf(const char *descriptor);
