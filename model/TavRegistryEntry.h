@@ -130,6 +130,9 @@ public:
     static EntryList::Entries sortedArrayForPlane(EntryList::Entries entries, const QString &plane);
 
 private:
+    friend class DataStoreEncoder;
+    friend class RegistryEntryDecoder;
+
     TavRegistryEntry();
     bool initWithDxRegistryEntry(RegistryObject object, EntryStore &dataStore);
     bool readIdentity(RegistryService &service);

@@ -80,6 +80,7 @@ protected:
     const RegistryValue &contents() const;
 
 private:
+    friend class PropertyTreeDecoder;
     enum Flag : quint8 { Collection = 1, HasName = 2 };
     using ChildList = std::vector<TavRegistryProperty *>;
 

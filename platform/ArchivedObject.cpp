@@ -163,7 +163,10 @@ void ArchivedObject::failKind(QLatin1String key) const
 
 bool ArchivedObject::contains(QLatin1String key) const
 {
-    return item(key).kind != Kind::Absent;
+    const std::size_t next = nextColumn_; // a question leaves the place of reading alone
+    const bool found = item(key).kind != Kind::Absent;
+    nextColumn_ = next;
+    return found;
 }
 
 bool ArchivedObject::decodeBoolean(QLatin1String key) const
@@ -200,6 +203,24 @@ QByteArray ArchivedObject::decodeData(QLatin1String key) const
 {
     const Item found = itemOfKind(key, Kind::Data);
     return found.kind == Kind::Data ? unarchiver_->table_.data[found.payload] : QByteArray();
+}
+
+std::optional<QStringList> ArchivedObject::decodeStrings(QLatin1String key) const
+{
+    const Item found = itemOfKind(key, Kind::List);
+    if (found.kind == Kind::Absent)
+        return {};
+    const ArchiveItems &elements = unarchiver_->table_.elements;
+    const std::size_t end = elements.next(found.payload);
+    QStringList list;
+    for (std::size_t element = found.payload + 1; element < end; ++element) {
+        if (elements.kind(element) != Kind::String) {
+            failKind(key);
+            return {};
+        }
+        list.append(unarchiver_->table_.string(elements.payload(element)));
+    }
+    return list;
 }
 
 std::optional<ArchiveReference> ArchivedObject::decodeReference(QLatin1String key,

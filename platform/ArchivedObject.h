@@ -4,6 +4,7 @@
 
 #include <QFlags>
 #include <QLatin1String>
+#include <QStringList>
 #include <concepts>
 #include <limits>
 #include <optional>
@@ -38,12 +39,13 @@ public:
     bool contains(QLatin1String key) const; // with any value but an absent one
 
     template<std::integral T>
-    T decodeInteger(QLatin1String key) const;    // 0 when absent
+    T decodeInteger(QLatin1String key, T absent = 0) const;
     bool decodeBoolean(QLatin1String key) const; // false when absent
     std::optional<ArchiveNumber> decodeNumber(QLatin1String key) const;
     QString decodeString(QLatin1String key) const;  // null when absent
     QDateTime decodeDate(QLatin1String key) const;  // UTC; null when absent
     QByteArray decodeData(QLatin1String key) const; // null when absent
+    std::optional<QStringList> decodeStrings(QLatin1String key) const;
     std::optional<ArchiveReference> decodeReference(QLatin1String key,
                                                     ArchiveClassNames classes) const;
     std::optional<std::vector<ArchiveReference>> decodeReferences(QLatin1String key,
@@ -72,7 +74,7 @@ private:
 };
 
 template<std::integral T>
-T ArchivedObject::decodeInteger(QLatin1String key) const
+T ArchivedObject::decodeInteger(QLatin1String key, T absent) const
 {
     const Item value = item(key);
     constexpr auto highest = static_cast<quint64>(std::numeric_limits<T>::max());
@@ -82,7 +84,8 @@ T ArchivedObject::decodeInteger(QLatin1String key) const
         if (value.kind == ArchiveItemKind::NegativeInteger && value.payload <= highest)
             return static_cast<T>(~static_cast<qint64>(value.payload));
     }
-    if (value.kind != ArchiveItemKind::Absent)
-        failKind(key);
+    if (value.kind == ArchiveItemKind::Absent)
+        return absent;
+    failKind(key);
     return 0;
 }

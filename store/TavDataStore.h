@@ -55,6 +55,8 @@ public:
     PathMatches entriesMatchingRegistryPath(const QString &path) const;
 
 private:
+    friend class DataStoreDecoder;
+
     TavDataStore();
     void readMachineFacts();
     void updatePlanes();

@@ -1,0 +1,94 @@
+#include "store/DataStoreDecoder.h"
+
+#include "store/ArchiveKeys.h"
+#include "store/DecodingLog.h"
+#include "store/FileVersionExceptions.h"
+#include "store/RegistryEntryDecoder.h"
+
+using Key = DataStoreKey;
+
+std::unique_ptr<TavDataStore> DataStoreDecoder::decode(const QByteArray &bytes)
+{
+    KeyedUnarchiver unarchiver(bytes);
+    if (unarchiver.objectCount() == 0) {
+        logUnableToDecode("the archive", unarchiver);
+        return nullptr;
+    }
+    DataStoreDecoder decoder(unarchiver);
+    return decoder.decodeStore() ? std::move(decoder.store_) : nullptr;
+}
+
+DataStoreDecoder::DataStoreDecoder(KeyedUnarchiver &unarchiver)
+    : unarchiver_(unarchiver)
+    , object_(unarchiver.object(KeyedUnarchiver::root))
+    , store_(new TavDataStore)
+{}
+
+bool DataStoreDecoder::decodeStore()
+{
+    if (!object_.isOfClass(ArchiveClassName::dataStore)) {
+        unarchiver_.fail(QStringLiteral("not a data store"), object_.className());
+        logUnableToDecode("the archive", unarchiver_);
+        return false;
+    }
+    checkVersion();
+    store_->hostName_ = object_.decodeString(Key::hostName);
+    store_->archName_ = object_.decodeString(Key::archName);
+    if (const auto byteOrder = object_.decodeNumber(Key::byteOrder))
+        store_->byteOrder_ = static_cast<qint32>(byteOrder->bits);
+    if (!decodeEntries()) {
+        logUnableToDecode("registryEntries", unarchiver_);
+        return false;
+    }
+    const auto planes = object_.decodeStrings(Key::registryPlanes);
+    if (!planes) {
+        logUnableToDecode("registryPlanes", unarchiver_);
+        return false;
+    }
+    store_->registryPlanes_ = *planes;
+    store_->lastUpdateDate_ = object_.decodeDate(Key::lastUpdateDate);
+    store_->isUpToDate_ = object_.decodeBoolean(Key::isUpToDate);
+    if (unarchiver_.error())
+        logUnableToDecode("the archive", unarchiver_);
+    return !unarchiver_.error();
+}
+
+void DataStoreDecoder::checkVersion() const
+{
+    const auto version = object_.decodeInteger<qint64>(Key::version);
+    if (version <= 0)
+        throw TavOldUnsupportedFileVersionException();
+    if (version >= 3)
+        throw TavNewUnsupportedFileVersionException();
+}
+
+bool DataStoreDecoder::decodeEntries()
+{
+    const auto references = object_.decodeReferences(Key::registryEntries, ArchiveClassName::entry);
+    if (!references || !makeEntries(*references))
+        return false;
+    RegistryEntryDecoder decoder(unarchiver_, entries_);
+    return std::all_of(references->begin(), references->end(),
+                       [&](ArchiveReference entry) { return decoder.decode(entry); }) &&
+           decoder.finish();
+}
+
+// All entries are made before any is decoded, since they refer to one another.
+bool DataStoreDecoder::makeEntries(const std::vector<ArchiveReference> &references)
+{
+    quint32 highest = 0;
+    for (const ArchiveReference reference : references)
+        highest = std::max(highest, reference.index);
+    entries_.resize(highest + std::size_t(1));
+    for (const ArchiveReference reference : references) {
+        if (entries_[reference.index]) {
+            unarchiver_.fail(QStringLiteral("an entry stands twice in the table"), {});
+            return false;
+        }
+        EntryRef entry = TavRegistryEntry::createEmpty();
+        entry->_setDataStore(store_.get());
+        entries_[reference.index] = entry.get();
+        store_->registryEntries_.push_back(std::move(entry));
+    }
+    return true;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/KeyedUnarchiver.h"
+#include "store/TavDataStore.h"
+
+// Makes an archived data store from the bytes of a document. The bytes may be anything: time and
+// memory are proportional to their number, and what is returned is sound.
+class DataStoreDecoder
+{
+public:
+    // Null, and logged, when the bytes hold no store that can be read. Throws
+    // TavOldUnsupportedFileVersionException and TavNewUnsupportedFileVersionException.
+    static std::unique_ptr<TavDataStore> decode(const QByteArray &bytes);
+
+private:
+    explicit DataStoreDecoder(KeyedUnarchiver &unarchiver);
+    bool decodeStore();
+    void checkVersion() const;
+    bool decodeEntries();
+    bool makeEntries(const std::vector<ArchiveReference> &references);
+
+    KeyedUnarchiver &unarchiver_;
+    ArchivedObject object_;
+    std::unique_ptr<TavDataStore> store_;
+    std::vector<TavRegistryEntry *> entries_; // by the object they are decoded from
+};

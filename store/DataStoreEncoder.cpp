@@ -1,0 +1,179 @@
+#include "store/DataStoreEncoder.h"
+
+#include "store/ArchiveKeys.h"
+#include "store/RegistryValueCoding.h"
+
+namespace {
+constexpr qint32 dataStoreVersion = 2;
+
+qint32 collectionType(RegistryValue::Type type)
+{
+    switch (type) {
+    case RegistryValue::Type::Array:
+        return 1;
+    case RegistryValue::Type::Dictionary:
+        return 2;
+    case RegistryValue::Type::Set:
+        return 3;
+    default:
+        return 0;
+    }
+}
+} // namespace
+
+QString DataStoreEncoder::encode(const TavDataStore &store, QIODevice &device)
+{
+    DataStoreEncoder encoder(store, device);
+    encoder.makeMissingTrees();
+    encoder.archiver_.encodeRoot(store, encoder.storeClass_);
+    return encoder.archiver_.errorString();
+}
+
+DataStoreEncoder::DataStoreEncoder(const TavDataStore &store, QIODevice &device)
+    : store_(store)
+    , archiver_(device)
+    , storeClass_(archiver_.addClass<TavDataStore>(
+          ArchiveClassName::dataStore[0],
+          [this](const TavDataStore &object, KeyedArchiver &) { encodeStore(object); }))
+    , entryClass_(archiver_.addClass<TavRegistryEntry>(
+          ArchiveClassName::entry[0],
+          [this](const TavRegistryEntry &object, KeyedArchiver &) { encodeEntry(object); }))
+    , propertyClass_(archiver_.addClass<TavRegistryProperty>(
+          ArchiveClassName::property[0],
+          [this](const TavRegistryProperty &object, KeyedArchiver &) { encodeProperty(object); }))
+{}
+
+// An entry that could not be read lately has lost its tree, but no archive opens without it.
+void DataStoreEncoder::makeMissingTrees()
+{
+    for (const EntryRef &entry : store_.registryEntries()) {
+        if (entry->properties())
+            continue;
+        const PropertyRef tree = TavRegistryProperty::create(
+            TavRegistryProperty::staticPropertyClass(), entry, entry->dateDiscovered(), nullptr, {},
+            0, RegistryValue::dictionary({}));
+        tree->clearIsNew();
+        missingTrees_.insert(entry.get(), tree);
+    }
+}
+
+void DataStoreEncoder::encodeStore(const TavDataStore &store)
+{
+    using Key = DataStoreKey;
+    std::vector<ArchiveReference> entries;
+    for (const EntryRef &entry : store.registryEntries())
+        entries.push_back(archiver_.reference(*entry, entryClass_));
+    archiver_.encodeInteger(Key::version, dataStoreVersion);
+    archiver_.encodeString(Key::hostName, store.hostName());
+    archiver_.encodeString(Key::archName, store.archName());
+    archiver_.encodeValue(Key::byteOrder,
+                          ArchiveNumber{static_cast<quint32>(store.byteOrder()), 4, true});
+    archiver_.encodeReferences(Key::registryEntries, entries);
+    encodeStrings(Key::registryPlanes, store.registryPlanes());
+    archiver_.encodeDate(Key::lastUpdateDate, store.lastUpdateDate());
+    archiver_.encodeBoolean(Key::isUpToDate, store.isUpToDate());
+}
+
+void DataStoreEncoder::encodeEntry(const TavRegistryEntry &entry)
+{
+    using Key = EntryKey;
+    archiver_.encodeInteger(Key::version, TavRegistryEntry::classVersion);
+    archiver_.encodeReference(Key::dataStore, archiver_.reference(store_, storeClass_));
+    archiver_.encodeDate(Key::dateDiscovered, entry.dateDiscovered());
+    archiver_.encodeDate(Key::dateLastUpdated, entry.dateLastUpdated());
+    archiver_.encodeDate(Key::dateTerminated, entry.dateTerminated_);
+    archiver_.encodeString(Key::bundleID, entry.bundleID());
+    encodeStrings(Key::inheritance, entry.inheritance());
+    archiver_.encodeString(Key::name, entry.name_);
+    encodeNames(Key::namesInPlanes, entry.namesInPlanes_);
+    archiver_.encodeString(Key::location, entry.location_);
+    encodeNames(Key::locationsInPlanes, entry.locationsInPlanes_);
+    encodeRelatives(Key::childrenInPlanes, entry.childrenInPlanes_);
+    encodeRelatives(Key::parentsInPlanes, entry.parentsInPlanes_);
+    archiver_.encodeInteger(Key::entryTag, entry.entryTag());
+    archiver_.encodeInteger(Key::busyCount, entry.busyCount());
+    archiver_.encodeInteger(Key::kernelRetainCount, entry.kernelRetainCount());
+    archiver_.encodeBoolean(Key::isRegistryRoot, entry.isRegistryRoot());
+    archiver_.encodeBoolean(Key::conformsToDxService, entry.conformsToDxService());
+    archiver_.encodeBoolean(Key::isRegistered, entry.isRegistered());
+    archiver_.encodeBoolean(Key::isMatched, entry.isMatched());
+    archiver_.encodeBoolean(Key::isActive, entry.isActive());
+    archiver_.encodeInteger(Key::registryState, static_cast<quint32>(entry.registryState()));
+    archiver_.encodeReference(Key::properties, archiver_.reference(*treeOf(entry), propertyClass_));
+}
+
+const TavRegistryProperty *DataStoreEncoder::treeOf(const TavRegistryEntry &entry) const
+{
+    return entry.properties() ? entry.properties() : missingTrees_.value(&entry).get();
+}
+
+void DataStoreEncoder::encodeProperty(const TavRegistryProperty &node)
+{
+    using Key = PropertyKey;
+    archiver_.encodeInteger(Key::version, TavRegistryProperty::classVersion);
+    archiver_.encodeBoolean(Key::isCollection, node.isCollection());
+    archiver_.encodeBoolean(Key::hasName, node.hasName());
+    archiver_.encodeDate(Key::dateRead, node.dateRead());
+    archiver_.encodeReference(Key::registryEntry,
+                              archiver_.reference(*node.registryEntry(), entryClass_));
+    archiver_.encodeInteger(Key::registryState, static_cast<quint32>(node.registryState()));
+    encodeParent(node);
+    if (node.hasName())
+        archiver_.encodeString(Key::name, node.name());
+    else
+        archiver_.encodeInteger(Key::index, node.index());
+    if (node.isCollection())
+        encodeChildren(node);
+    else
+        archiver_.encodeValue(Key::value, archiveValue(node.value()));
+}
+
+void DataStoreEncoder::encodeParent(const TavRegistryProperty &node)
+{
+    const TavRegistryProperty *parent = listers_.value(&node, node.parent());
+    if (parent)
+        archiver_.encodeReference(PropertyKey::parent,
+                                  archiver_.reference(*parent, propertyClass_));
+    else
+        archiver_.encodeReference(PropertyKey::parent, {});
+}
+
+// The children of a terminated copy name the node it was copied from as their parent. That one is
+// not part of the snapshot.
+void DataStoreEncoder::encodeChildren(const TavRegistryProperty &node)
+{
+    std::vector<ArchiveReference> children;
+    children.reserve(static_cast<std::size_t>(node.numberOfChildren()));
+    for (const TavRegistryProperty *child : node.children()) {
+        children.push_back(archiver_.reference(*child, propertyClass_));
+        if (child->parent() != &node)
+            listers_.insert(child, &node);
+    }
+    archiver_.encodeInteger(PropertyKey::collectionType, collectionType(node.valueType()));
+    archiver_.encodeReferences(PropertyKey::children, children);
+}
+
+void DataStoreEncoder::encodeStrings(QLatin1String key, const QStringList &strings)
+{
+    archiver_.encodeValue(key, ArchiveList(strings.begin(), strings.end()));
+}
+
+void DataStoreEncoder::encodeNames(QLatin1String key, const PlaneTable<QString> &names)
+{
+    ArchiveDictionary dictionary;
+    for (const auto &[plane, name] : names)
+        dictionary.push_back({plane, name});
+    archiver_.encodeValue(key, dictionary);
+}
+
+void DataStoreEncoder::encodeRelatives(QLatin1String key, const PlaneTable<EntryList> &relatives)
+{
+    ArchiveDictionary dictionary;
+    for (const auto &[plane, entries] : relatives) {
+        ArchiveList list;
+        for (const TavRegistryEntry *entry : entries.entries())
+            list.push_back(archiver_.reference(*entry, entryClass_));
+        dictionary.push_back({plane, std::move(list)});
+    }
+    archiver_.encodeValue(key, dictionary);
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/KeyedArchiver.h"
+#include "store/TavDataStore.h"
+
+// Writes a data store, with its entries and their property trees, as the archive that is the
+// content of a document.
+class DataStoreEncoder
+{
+public:
+    // The reason when not all could be written, else null. The device then holds part of it.
+    static QString encode(const TavDataStore &store, QIODevice &device);
+
+private:
+    DataStoreEncoder(const TavDataStore &store, QIODevice &device);
+    void makeMissingTrees();
+    void encodeStore(const TavDataStore &store);
+    void encodeEntry(const TavRegistryEntry &entry);
+    void encodeProperty(const TavRegistryProperty &node);
+    void encodeParent(const TavRegistryProperty &node);
+    void encodeChildren(const TavRegistryProperty &node);
+    void encodeStrings(QLatin1String key, const QStringList &strings);
+    void encodeNames(QLatin1String key, const PlaneTable<QString> &names);
+    void encodeRelatives(QLatin1String key, const PlaneTable<EntryList> &relatives);
+    const TavRegistryProperty *treeOf(const TavRegistryEntry &entry) const;
+
+    const TavDataStore &store_;
+    KeyedArchiver archiver_;
+    ArchiveClass<TavDataStore> storeClass_;
+    ArchiveClass<TavRegistryEntry> entryClass_;
+    ArchiveClass<TavRegistryProperty> propertyClass_;
+    QHash<const TavRegistryEntry *, PropertyRef> missingTrees_;
+    // The lister of each node that names another one as its parent.
+    QHash<const TavRegistryProperty *, const TavRegistryProperty *> listers_;
+};

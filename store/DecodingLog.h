@@ -1,0 +1,6 @@
+#pragma once
+
+class KeyedUnarchiver;
+
+// Logs that something could not be decoded, with the unarchiver's error.
+void logUnableToDecode(const char *what, const KeyedUnarchiver &unarchiver);

@@ -1,0 +1,170 @@
+#include "store/PropertyListReader.h"
+
+#include "store/StoreLogging.h"
+
+#include <QSet>
+
+namespace {
+constexpr qsizetype largestList = 64 * 1024 * 1024; // bytes
+constexpr int deepestNesting = 64;
+} // namespace
+
+RegistryValue PropertyListReader::read(const QByteArray &xml)
+{
+    if (xml.size() > largestList)
+        return {};
+    return PropertyListReader(xml).readDocument();
+}
+
+PropertyListReader::PropertyListReader(const QByteArray &xml)
+    : xml_(xml)
+{}
+
+RegistryValue PropertyListReader::readDocument()
+{
+    RegistryValue value;
+    if (nextElement() && xml_.name() == QLatin1String("plist") && nextElement())
+        value = readValue(0);
+    if (nextElement())
+        fail("more than one value");
+    while (!xml_.atEnd())
+        xml_.readNext();
+    if (!xml_.hasError())
+        return value;
+    qCDebug(storeLog, "Property list, line %lld: %ls", xml_.lineNumber(),
+            qUtf16Printable(xml_.errorString()));
+    return {};
+}
+
+// Leads to the start of the next element, or false at the end of the enclosing one.
+bool PropertyListReader::nextElement()
+{
+    while (!xml_.atEnd()) {
+        switch (xml_.readNext()) {
+        case QXmlStreamReader::StartElement:
+            return true;
+        case QXmlStreamReader::EndElement:
+            return false;
+        case QXmlStreamReader::DTD:
+            if (!xml_.entityDeclarations().isEmpty())
+                fail("entities are declared");
+            break;
+        case QXmlStreamReader::Characters:
+            if (!xml_.isWhitespace())
+                fail("text between elements");
+            break;
+        case QXmlStreamReader::EntityReference:
+            fail("unknown entity");
+            break;
+        default:
+            break;
+        }
+    }
+    return false;
+}
+
+RegistryValue PropertyListReader::readValue(int depth)
+{
+    const auto name = xml_.name();
+    if (depth > deepestNesting)
+        return fail("nested too deeply");
+    if (name == QLatin1String("dict"))
+        return readDictionary(depth);
+    if (name == QLatin1String("array"))
+        return readArray(depth);
+    if (name == QLatin1String("string"))
+        return RegistryValue::string(readText());
+    if (name == QLatin1String("integer"))
+        return readInteger();
+    if (name == QLatin1String("real"))
+        return readReal();
+    if (name == QLatin1String("true"))
+        return readEmpty(RegistryValue::boolean(true));
+    if (name == QLatin1String("false"))
+        return readEmpty(RegistryValue::boolean(false));
+    if (name == QLatin1String("data"))
+        return readData();
+    if (name == QLatin1String("date"))
+        return readDate();
+    return fail("unknown element");
+}
+
+RegistryValue PropertyListReader::readDictionary(int depth)
+{
+    RegistryValue::Members members;
+    QSet<QString> keys;
+    while (nextElement()) {
+        if (xml_.name() != QLatin1String("key"))
+            return fail("a key is missing");
+        const QString key = readText();
+        if (keys.contains(key))
+            return fail("a key occurs twice");
+        keys.insert(key);
+        if (!nextElement())
+            return fail("a value is missing");
+        members.push_back({CompactString(key), readValue(depth + 1)});
+    }
+    return RegistryValue::dictionary(std::move(members));
+}
+
+RegistryValue PropertyListReader::readArray(int depth)
+{
+    RegistryValue::Elements elements;
+    while (nextElement())
+        elements.push_back(readValue(depth + 1));
+    return RegistryValue::array(std::move(elements));
+}
+
+RegistryValue PropertyListReader::readInteger()
+{
+    const QString text = readText().trimmed();
+    const int base = text.contains(u'x', Qt::CaseInsensitive) ? 16 : 10;
+    bool ok = false;
+    if (const quint64 bits = text.toULongLong(&ok, base); ok)
+        return RegistryValue::number(bits, 8);
+    const qint64 number = text.toLongLong(&ok, base);
+    return ok ? RegistryValue::number(static_cast<quint64>(number), 8, true)
+              : fail("not an integer");
+}
+
+RegistryValue PropertyListReader::readReal()
+{
+    const QString text = readText().trimmed();
+    bool ok = false;
+    text.toDouble(&ok);
+    return ok ? RegistryValue::string(text) : fail("not a real");
+}
+
+RegistryValue PropertyListReader::readData()
+{
+    QByteArray text = readText().toUtf8();
+    text.removeIf([](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; });
+    const auto data = QByteArray::fromBase64Encoding(text, QByteArray::AbortOnBase64DecodingErrors);
+    return data ? RegistryValue::data(*data) : fail("not base64");
+}
+
+RegistryValue PropertyListReader::readDate()
+{
+    const QString text = readText().trimmed();
+    const QDateTime date = QDateTime::fromString(text, Qt::ISODate);
+    if (!text.endsWith(u'Z') || !date.isValid())
+        return fail("not a date");
+    return RegistryValue::date(date);
+}
+
+RegistryValue PropertyListReader::readEmpty(const RegistryValue &value)
+{
+    return readText().trimmed().isEmpty() ? value : fail("text in an empty element");
+}
+
+QString PropertyListReader::readText()
+{
+    return xml_.readElementText();
+}
+
+RegistryValue PropertyListReader::fail(const char *reason)
+{
+    if (!xml_.hasError())
+        xml_.raiseError(QLatin1String(reason));
+    return {};
+}

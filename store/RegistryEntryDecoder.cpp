@@ -1,0 +1,199 @@
+#include "store/RegistryEntryDecoder.h"
+
+#include "store/ArchiveKeys.h"
+#include "store/DecodingLog.h"
+#include "store/PropertyListReader.h"
+
+using Key = EntryKey;
+
+RegistryEntryDecoder::RegistryEntryDecoder(KeyedUnarchiver &unarchiver,
+                                           const std::vector<TavRegistryEntry *> &entries)
+    : unarchiver_(unarchiver)
+    , entries_(entries)
+    , properties_(unarchiver)
+    , lastList_(entries.size())
+{}
+
+bool RegistryEntryDecoder::decode(ArchiveReference reference)
+{
+    const ArchivedObject object = unarchiver_.object(reference);
+    TavRegistryEntry &entry = *entries_[reference.index];
+    const qint32 unmarked = object.contains(Key::dataStore) ? 2 : 1;
+    const auto version = object.decodeInteger<qint32>(Key::version, unmarked);
+    if (version > TavRegistryEntry::classVersion)
+        return false;
+    if (!decodeDates(object, entry) || !decodeNames(object, entry) ||
+        !decodeRelations(object, entry))
+        return false;
+    decodeCountsAndFlags(object, entry);
+    if (version == TavRegistryEntry::classVersion)
+        return decodeStateAndProperties(object, entry);
+    decodeOldStateAndProperties(object, entry);
+    return true;
+}
+
+bool RegistryEntryDecoder::finish()
+{
+    if (childLinks_.haveCycle(entries_.size()) || parentLinks_.haveCycle(entries_.size()))
+        unarchiver_.fail(QStringLiteral("an entry is its own ancestor"), {});
+    return !unarchiver_.error();
+}
+
+bool RegistryEntryDecoder::decodeDates(const ArchivedObject &object, TavRegistryEntry &entry)
+{
+    entry.dateDiscovered_ = object.decodeDate(Key::dateDiscovered);
+    if (!succeeded("dateDiscovered"))
+        return false;
+    entry.dateLastUpdated_ = object.decodeDate(Key::dateLastUpdated);
+    if (!succeeded("dateLastUpdated"))
+        return false;
+    entry.dateTerminated_ = object.decodeDate(Key::dateTerminated);
+    return succeeded("dateTerminated");
+}
+
+bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, TavRegistryEntry &entry)
+{
+    constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::String;
+    entry.bundleID_ = object.decodeString(Key::bundleID);
+    if (!succeeded("bundleID"))
+        return false;
+    entry.inheritance_ = object.decodeStrings(Key::inheritance).value_or(QStringList());
+    if (!succeeded("inheritance"))
+        return false;
+    entry.name_ = object.decodeString(Key::name);
+    if (!succeeded("name"))
+        return false;
+    if (!setNames(entry.namesInPlanes_, object.decodeValue(Key::namesInPlanes, table)))
+        return fail("namesInPlanes", "not a table of names");
+    entry.location_ = object.decodeString(Key::location);
+    if (!succeeded("location"))
+        return false;
+    return setNames(entry.locationsInPlanes_, object.decodeValue(Key::locationsInPlanes, table)) ||
+           fail("location", "not a table of locations");
+}
+
+// Relatives have no message of their own; they share the one of the location.
+bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, TavRegistryEntry &entry)
+{
+    constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::List | ArchiveKind::String;
+    const auto decode = [&](PlaneTable<EntryList> &relatives, PlaneLinks &links,
+                            QLatin1String key) {
+        return setRelatives(relatives, links, object.reference().index,
+                            object.decodeValue(key, table, ArchiveClassName::entry)) ||
+               fail("location", "not a table of entries of the store");
+    };
+    return decode(entry.childrenInPlanes_, childLinks_, Key::childrenInPlanes) &&
+           decode(entry.parentsInPlanes_, parentLinks_, Key::parentsInPlanes);
+}
+
+void RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
+                                                TavRegistryEntry &entry)
+{
+    entry.entryTag_ = object.decodeInteger<quint64>(Key::entryTag);
+    entry.busyCount_ = object.decodeInteger<quint32>(Key::busyCount);
+    entry.kernelRetainCount_ = object.decodeInteger<quint32>(Key::kernelRetainCount);
+    entry.setFlag(TavRegistryEntry::RegistryRoot, object.decodeBoolean(Key::isRegistryRoot));
+    entry.setFlag(TavRegistryEntry::ConformsToDxService,
+                  object.decodeBoolean(Key::conformsToDxService));
+    entry.setFlag(TavRegistryEntry::Registered, object.decodeBoolean(Key::isRegistered));
+    entry.setFlag(TavRegistryEntry::Matched, object.decodeBoolean(Key::isMatched));
+    entry.setFlag(TavRegistryEntry::Active, object.decodeBoolean(Key::isActive));
+}
+
+bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object,
+                                                    TavRegistryEntry &entry)
+{
+    const auto store = object.decodeReference(Key::dataStore, ArchiveClassName::dataStore);
+    if (store != KeyedUnarchiver::root)
+        return fail("dataStore", "the entry belongs to no or another store");
+    const auto state = object.decodeInteger<quint32>(Key::registryState);
+    if (state > RegistryStateTerminated)
+        unarchiver_.fail(QStringLiteral("unknown state of an entry"), QString::number(state));
+    entry.registryState_ = static_cast<RegistryState>(state);
+    const auto root = object.decodeReference(Key::properties, ArchiveClassName::property);
+    if (root)
+        entry.properties_ = properties_.decode(*root, object.reference(), entry);
+    return entry.properties_ || fail("properties", nullptr);
+}
+
+void RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &object,
+                                                       TavRegistryEntry &entry)
+{
+    if (object.decodeBoolean(Key::isNew))
+        entry.registryState_ = RegistryStateNew;
+    if (object.decodeBoolean(Key::terminationAcknowledged))
+        entry.registryState_ = RegistryStateTerminated;
+    const QByteArray list = object.decodeData(Key::properties);
+    if (list.isNull())
+        return;
+    entry.properties_ = TavRegistryProperty::create(TavRegistryEntry::currentPropertyClass(),
+                                                    entry.shared_from_this(), {}, nullptr, {}, 0,
+                                                    PropertyListReader::read(list));
+    if (entry.properties_)
+        entry.properties_->clearIsNew();
+}
+
+bool RegistryEntryDecoder::setNames(PlaneTable<QString> &table, const ArchiveValue &value)
+{
+    const auto *names = value.get<ArchiveDictionary>();
+    if (!names)
+        return value.isAbsent() && !unarchiver_.error();
+    for (const auto &[plane, member] : *names) {
+        const auto *name = member.get<QString>();
+        if (!name)
+            return false;
+        table[plane] = *name;
+    }
+    return true;
+}
+
+bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links,
+                                        quint32 entry, const ArchiveValue &value)
+{
+    const auto *planes = value.get<ArchiveDictionary>();
+    if (!planes)
+        return value.isAbsent() && !unarchiver_.error();
+    for (const auto &[plane, member] : *planes) {
+        const auto *list = member.get<ArchiveList>();
+        if (!list || !readRelatives(*list))
+            return false;
+        links.add(plane, entry, relatives_);
+        EntryList::Entries entries;
+        for (const quint32 relative : relatives_)
+            entries.push_back(entries_[relative]);
+        table[plane].setOrder(std::move(entries));
+    }
+    return true;
+}
+
+// Into relatives_: entries of the store, none of them twice.
+bool RegistryEntryDecoder::readRelatives(const ArchiveList &list)
+{
+    ++listCount_;
+    relatives_.clear();
+    for (const ArchiveValue &element : list) {
+        const auto *reference = element.get<ArchiveReference>();
+        if (!reference || reference->index >= entries_.size() || !entries_[reference->index] ||
+            lastList_[reference->index] == listCount_)
+            return false;
+        lastList_[reference->index] = listCount_;
+        relatives_.push_back(reference->index);
+    }
+    return true;
+}
+
+bool RegistryEntryDecoder::succeeded(const char *what)
+{
+    if (!unarchiver_.error())
+        return true;
+    logUnableToDecode(what, unarchiver_);
+    return false;
+}
+
+bool RegistryEntryDecoder::fail(const char *what, const char *reason)
+{
+    if (reason)
+        unarchiver_.fail(QLatin1String(reason), {});
+    logUnableToDecode(what, unarchiver_);
+    return false;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "store/PlaneLinks.h"
+#include "store/PropertyTreeDecoder.h"
+
+// Decodes the entries of a store, one after another, once all of them have been made.
+class RegistryEntryDecoder
+{
+public:
+    // The table gives the entry for an object of the archive; what is not in it or null is none.
+    RegistryEntryDecoder(KeyedUnarchiver &unarchiver,
+                         const std::vector<TavRegistryEntry *> &entries);
+
+    // False, and logged but for a newer version, when the entry cannot be decoded.
+    bool decode(ArchiveReference reference);
+    bool finish(); // after the last; false when they do not fit together
+
+private:
+    bool decodeDates(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeNames(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeRelations(const ArchivedObject &object, TavRegistryEntry &entry);
+    void decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
+    void decodeOldStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool setNames(PlaneTable<QString> &table, const ArchiveValue &value);
+    bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
+                      const ArchiveValue &value);
+    bool readRelatives(const ArchiveList &list);
+    bool succeeded(const char *what);
+    bool fail(const char *what, const char *reason);
+
+    KeyedUnarchiver &unarchiver_;
+    const std::vector<TavRegistryEntry *> &entries_;
+    PropertyTreeDecoder properties_;
+    // The list that an entry was last put into, by object: none twice in one.
+    std::vector<quint64> lastList_;
+    quint64 listCount_ = 0;
+    std::vector<quint32> relatives_; // of the current list
+    PlaneLinks childLinks_;
+    PlaneLinks parentLinks_;
+};
