@@ -138,6 +138,37 @@ bool isUsbIdentifier(View name)
     return name == "idVendor" || name == "idProduct" || name == "bcdDevice";
 }
 
+// Printed in hexadecimal without a prefix, so that their digits may look like a decimal number.
+bool isBareHexadecimal(View name, View text)
+{
+    static const QSet<QByteArray> names{"PCI_CLASS",
+                                        "bDeviceClass",
+                                        "bDeviceProtocol",
+                                        "bDeviceSubClass",
+                                        "bEndpointAddress",
+                                        "bInterfaceClass",
+                                        "bInterfaceNumber",
+                                        "bInterfaceProtocol",
+                                        "bInterfaceSubClass",
+                                        "bLength",
+                                        "bNumEndpoints",
+                                        "bmAttributes",
+                                        "bustype",
+                                        "core_cpus",
+                                        "core_siblings",
+                                        "cpumap",
+                                        "die_cpus",
+                                        "local_cpus",
+                                        "package_cpus",
+                                        "product",
+                                        "shared_cpu_map",
+                                        "thread_siblings",
+                                        "vendor",
+                                        "wMaxPacketSize"};
+    return names.contains(QByteArray::fromRawData(name.data(), name.size())) &&
+           std::all_of(text.begin(), text.end(), [](char c) { return isHexDigit(c) || c == ','; });
+}
+
 // "0-3,8": numbers and ranges.
 Value rangeList(View text, TextPool &pool)
 {
@@ -322,6 +353,8 @@ RegistryValue parseScalar(QByteArrayView name, QByteArrayView text, TextPool &po
     if (isUsbIdentifier(name)) {
         if (text.size() == 4 && std::all_of(text.begin(), text.end(), isHexDigit))
             return Value::number(parseUnsigned(text, 16).value_or(0), 2);
+    } else if (isDigit(text.front()) && isBareHexadecimal(name, text)) {
+        return string(text, pool);
     } else if (name.endsWith("_list")) {
         value = rangeList(text, pool);
     }

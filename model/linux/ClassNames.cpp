@@ -1,60 +1,18 @@
 #include "model/linux/ClassNames.h"
 
+#include "model/linux/PciClass.h"
+
 namespace {
 using Kind = SweepObject::Kind;
 
 const QString entryClass = QStringLiteral("DxRegistryEntry");
 const QString serviceClass = QStringLiteral("DxService");
 
-const char *pciBaseClass(quint64 classCode)
-{
-    switch (classCode >> 16 & 0xff) {
-    case 0x01:
-        return "Storage";
-    case 0x02:
-        return "Network";
-    case 0x03:
-        return "Display";
-    case 0x04:
-        return "Multimedia";
-    case 0x05:
-        return "Memory";
-    case 0x06:
-        return "Bridge";
-    case 0x07:
-        return "Communication";
-    case 0x08:
-        return "System";
-    case 0x09:
-        return "Input";
-    case 0x0a:
-        return "Docking";
-    case 0x0b:
-        return "Processor";
-    case 0x0c:
-        return "SerialBus";
-    case 0x0d:
-        return "Wireless";
-    case 0x0e:
-        return "Intelligent";
-    case 0x0f:
-        return "Satellite";
-    case 0x10:
-        return "Crypto";
-    case 0x11:
-        return "Signal";
-    case 0x12:
-        return "Accelerator";
-    default:
-        return "";
-    }
-}
-
 // What tells a device from others of its subsystem; empty when nothing does.
 QString deviceWord(const HostObject &device)
 {
     if (device.subsystem == "pci")
-        return QString::fromLatin1(pciBaseClass(device.member(u"class").numberBits()));
+        return PciClass(device).baseClass();
     const RegistryValue &type = device.member(u"uevent").member(u"DEVTYPE");
     const QString subsystem = ClassNames::camelCased(device.subsystem);
     QString word = ClassNames::camelCased(type.toString().toUtf8());

@@ -258,8 +258,14 @@ void HostObjects::nameHost()
 
 void HostObjects::nameAll(ClassNames &classNames)
 {
+    // The kernel's own first, then by module, so that who keeps a plain name is no chance.
+    std::vector<HostObject *> order;
     for (HostObject &object : objects_)
-        object.className = classNames.nameFor(object);
+        order.push_back(&object);
+    std::stable_sort(order.begin(), order.end(),
+                     [](const auto *a, const auto *b) { return a->module < b->module; });
+    for (HostObject *object : order)
+        object->className = classNames.nameFor(*object);
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
         object.name = object.kind == Kind::Device ? ObjectNames::ofDevice(object)

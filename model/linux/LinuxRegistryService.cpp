@@ -365,8 +365,8 @@ RegistryStatus LinuxRegistryService::serviceState(RegistryObject object, quint64
     const HostObject &known = graph_->at(its->index);
     const bool isMatched = known.kind != Kind::Device || known.binding != HostObject::none ||
                            (!known.subsystem.isEmpty() && !known.isOnBus);
-    state = (known.isAnnounced ? quint64(ServiceRegistered) : 0)
-            | (isMatched ? quint64(ServiceMatched) : 0);
+    state = (known.isAnnounced ? quint64(ServiceRegistered) : 0) |
+            (isMatched ? quint64(ServiceMatched) : 0);
     return RegistryStatus::Success;
 }
 

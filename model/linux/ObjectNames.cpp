@@ -1,40 +1,11 @@
 #include "model/linux/ObjectNames.h"
 
+#include "model/linux/PciClass.h"
+
 #include <QRegularExpression>
 
 namespace {
 constexpr qsizetype longestName = 127;
-
-struct PciName
-{
-    unsigned code; // base class and subclass, or base class and 0xff for any subclass
-    const char *name;
-};
-
-// Subclasses before the base class that they belong to.
-constexpr PciName pciNames[] = {
-    {0x0200, "ethernet"},      {0x0280, "wireless"},    {0x02ff, "network"},
-    {0x0108, "nvme"},          {0x0106, "sata"},        {0x0100, "scsi"},
-    {0x0101, "ide"},           {0x01ff, "storage"},     {0x03ff, "display"},
-    {0x0401, "audio"},         {0x0403, "audio"},       {0x04ff, "multimedia"},
-    {0x05ff, "memory"},        {0x0600, "host-bridge"}, {0x0601, "isa-bridge"},
-    {0x0604, "pci-bridge"},    {0x06ff, "bridge"},      {0x0700, "serial"},
-    {0x07ff, "communication"}, {0x0c03, "usb"},         {0x0c05, "smbus"},
-    {0x0cff, "serial-bus"},    {0x08ff, "system"},      {0x09ff, "input"},
-    {0x0bff, "processor"},     {0x0dff, "wireless"},    {0x10ff, "crypto"},
-    {0x12ff, "accelerator"},
-};
-
-QByteArray pciName(quint64 classCode)
-{
-    const auto code = static_cast<unsigned>(classCode >> 8) & 0xffff;
-    for (const PciName &candidate : pciNames) {
-        const unsigned mask = (candidate.code & 0xff) == 0xff ? 0xff00 : 0xffff;
-        if ((code & mask) == (candidate.code & mask))
-            return candidate.name;
-    }
-    return "pci";
-}
 
 QByteArray cut(QByteArray utf8)
 {
@@ -136,7 +107,7 @@ NameAndLocation ObjectNames::ofDevice(const HostObject &device)
     const QByteArray name = validName(device.kernelName);
     const QByteArray &subsystem = device.subsystem;
     if (subsystem == "pci")
-        return {pciName(device.member(u"class").numberBits()), name};
+        return {PciClass(device).word(), name};
     if (subsystem == "usb")
         return ofUsb(device);
     if (subsystem == "acpi") {

@@ -1,0 +1,215 @@
+#include "LinuxFixture.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+// A small tree made for one test.
+class MadeTree
+{
+public:
+    MadeTree() { folder("devices"); }
+
+    QString sys() const { return directory_.filePath(QStringLiteral("sys")); }
+    QByteArray path(const char *below) const { return QFile::encodeName(sys()) + '/' + below; }
+    void folder(const char *below) { QDir().mkpath(QFile::decodeName(path(below))); }
+    void file(const char *below, const QByteArray &content)
+    {
+        folder(QByteArray(below).left(QByteArray(below).lastIndexOf('/')).constData());
+        QFile made(QFile::decodeName(path(below)));
+        ASSERT_TRUE(made.open(QIODevice::WriteOnly));
+        made.write(content);
+    }
+    void link(const char *below, const char *target)
+    {
+        ASSERT_EQ(symlink(target, path(below).constData()), 0);
+    }
+
+private:
+    QTemporaryDir directory_;
+};
+
+QStringList unread(const TavRegistryEntry *entry)
+{
+    QStringList texts;
+    const auto *set = entry->properties()->childWithName(QStringLiteral("DxUnreadAttributes"));
+    if (set) {
+        for (const auto *node : set->children())
+            texts.append(node->value().toString());
+    }
+    return texts;
+}
+
+TEST(SysfsRoot, RefusesWhatIsNoTree)
+{
+    QString error;
+    EXPECT_FALSE(LinuxRegistryService::create(QStringLiteral("/nowhere/at/all"), &error));
+    EXPECT_TRUE(error.contains(QStringLiteral("/nowhere/at/all"))) << error.toStdString();
+    const QTemporaryDir empty;
+    EXPECT_FALSE(LinuxRegistryService::create(empty.path(), &error));
+    EXPECT_TRUE(error.contains(QStringLiteral("no sysfs tree"))) << error.toStdString();
+}
+
+TEST(SysfsRoot, ResolvesLinksByTheirTextOnly)
+{
+    EXPECT_EQ(SysfsRoot::resolveLink("class/net", "../../devices/virtual/net/lo"),
+              "devices/virtual/net/lo");
+    EXPECT_EQ(SysfsRoot::resolveLink("class/net", "./lo//x"), "class/net/lo/x");
+    EXPECT_EQ(SysfsRoot::resolveLink("class/net", "../.."), "");
+    EXPECT_TRUE(SysfsRoot::resolveLink("class/net", "../../../etc").isNull());
+    EXPECT_TRUE(SysfsRoot::resolveLink("class/net", "/etc").isNull());
+}
+
+TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
+{
+    MadeTree made;
+    made.file("devices/odd/uevent", "");
+    made.file("devices/odd/good", "1\n");
+    made.file("devices/odd/latin1", "caf\xe9");
+    made.file("devices/odd/long", QByteArray(4096, 'x'));
+    made.file("devices/odd/wide", QByteArray("x") + QByteArray("\xc3\xa9").repeated(3000));
+    made.file("devices/odd/binary", QByteArray(100000, '\0'));
+    made.file("devices/odd/secret", "hidden");
+    chmod(made.path("devices/odd/secret").constData(), 0200);
+    made.link("devices/odd/dangling", "../nowhere");
+    made.link("devices/odd/outside", "../../../../../../../../etc/passwd");
+    made.link("devices/odd/self", "self");
+    made.link("devices/odd/parent", "..");
+    const CapturedTree tree = CapturedTree::capture(made.sys());
+    const TavRegistryEntry *odd = tree.at("DxService:/odd");
+    ASSERT_TRUE(odd);
+    const auto value = [odd](QStringView key) { return CapturedTree::value(odd, key); };
+    EXPECT_EQ(value(u"good").numberBits(), 1U);
+    EXPECT_EQ(value(u"latin1").toData(), "caf\xe9");
+    EXPECT_EQ(value(u"long").toString().size(), 4096);
+    EXPECT_EQ(value(u"wide").toString().size(), 2048); // 4 KiB, cut at a character
+    EXPECT_EQ(value(u"binary").toData().size(), 65536);
+    EXPECT_TRUE(value(u"secret").isNone());
+    EXPECT_EQ(value(u"dangling").toString(), QStringLiteral("devices/nowhere"));
+    EXPECT_TRUE(value(u"outside").toString().endsWith(QStringLiteral("../etc/passwd")));
+    EXPECT_EQ(value(u"self").toString(), QStringLiteral("devices/odd/self"));
+    EXPECT_EQ(value(u"parent").toString(), QStringLiteral("devices"));
+    EXPECT_EQ(tree.store->registryEntries().size(), 3U);
+}
+
+TEST(Sweep, GoesOnWithoutAnAttributeThatDoesNotAnswer)
+{
+    MadeTree made;
+    made.file("devices/slow/uevent", "");
+    made.file("devices/slow/after", "1");
+    made.file("devices/slow/child/uevent", "");
+    made.file("devices/other/uevent", "");
+    ASSERT_EQ(mkfifo(made.path("devices/slow/blocks").constData(), 0600), 0);
+    Sweeper::Options options;
+    options.patience = std::chrono::milliseconds(200);
+    CapturedTree tree = CapturedTree::capture(made.sys(), options);
+    const TavRegistryEntry *slow = tree.at("DxService:/slow");
+    ASSERT_TRUE(slow);
+    EXPECT_TRUE(tree.at("DxService:/slow/child"));
+    EXPECT_TRUE(tree.at("DxService:/other"));
+    EXPECT_EQ(CapturedTree::value(slow, u"after").numberBits(), 1U);
+    EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks (did not answer)")});
+    // It is not tried again: a second update would otherwise wait as long.
+    QElapsedTimer timer;
+    timer.start();
+    tree.store->update();
+    EXPECT_LT(timer.elapsed(), options.patience.count());
+    EXPECT_EQ(unread(slow).size(), 1);
+    // Lets the abandoned thread return.
+    QFile(QFile::decodeName(made.path("devices/slow/blocks"))).open(QIODevice::ReadWrite);
+}
+
+TEST(Sweep, SurvivesATreeThatChangesWhileItIsRead)
+{
+    MadeTree made;
+    made.file("devices/stays/uevent", "");
+    std::atomic<bool> isOver = false;
+    std::thread changer([&] {
+        for (int i = 0; !isOver; ++i) {
+            const QByteArray name = "devices/stays/comes" + QByteArray::number(i % 7);
+            made.file((name + "/below/uevent").constData(), "A=1");
+            made.file((name + "/uevent").constData(), "B=2");
+            QDir(QFile::decodeName(made.path(name.constData()))).removeRecursively();
+        }
+    });
+    const CapturedTree tree = CapturedTree::capture(made.sys());
+    for (int i = 0; i < 100; ++i) {
+        tree.store->update();
+        EXPECT_TRUE(tree.at("DxService:/stays"));
+    }
+    isOver = true;
+    changer.join();
+}
+
+TEST(Sweep, KeepsTheLastFactsOfWhatIsGone)
+{
+    MadeTree made;
+    made.file("devices/here/uevent", "");
+    made.file("devices/here/leaves/uevent", "A=1");
+    const CapturedTree tree = CapturedTree::capture(made.sys());
+    TavRegistryEntry *const leaving = tree.at("DxService:/here/leaves");
+    ASSERT_TRUE(leaving && leaving->isActive());
+    QDir(QFile::decodeName(made.path("devices/here/leaves"))).removeRecursively();
+    tree.store->update();
+    EXPECT_FALSE(leaving->isActive());
+    EXPECT_EQ(leaving->nameInPlane({}), QStringLiteral("leaves"));
+    EXPECT_TRUE(leaving->properties());
+    EXPECT_TRUE(tree.at("DxService:/here")->childrenInPlane(QStringLiteral("DxService")).empty());
+}
+
+// Adds a compressed memory disk by the kernel's control file and takes it away again.
+class VirtualDisk
+{
+public:
+    VirtualDisk()
+    {
+        QFile add(QStringLiteral("/sys/class/zram-control/hot_add"));
+        if (add.open(QIODevice::ReadOnly))
+            number_ = add.readAll().trimmed();
+    }
+    ~VirtualDisk() { remove(); }
+    void remove()
+    {
+        QFile control(QStringLiteral("/sys/class/zram-control/hot_remove"));
+        if (exists() && control.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            control.write(number_);
+        number_.clear();
+    }
+    bool exists() const { return !number_.isEmpty(); }
+    QByteArray name() const { return "zram" + number_; }
+
+private:
+    QByteArray number_;
+};
+
+TEST(LiveHost, ShowsADeviceThatCameAsNew)
+{
+    const CapturedTree tree = CapturedTree::capture(QStringLiteral("/sys"));
+    ASSERT_TRUE(tree.store);
+    for (const EntryRef &entry : tree.store->registryEntries())
+        ASSERT_EQ(entry->registryState(), RegistryStateUnchanged);
+    VirtualDisk disk;
+    if (!disk.exists())
+        GTEST_SKIP() << "no virtual disk can be added here (needs root and the zram module)";
+    tree.store->update();
+    const QByteArray path = "DxService:/virtual/block/" + disk.name();
+    const TavRegistryEntry *added = tree.at(path.constData());
+    ASSERT_TRUE(added);
+    EXPECT_EQ(added->registryState(), RegistryStateNew);
+    EXPECT_EQ(added->DxcoreClass(), QStringLiteral("DxBlockDisk"));
+    const TavRegistryEntry *parent = tree.at("DxService:/virtual/block");
+    EXPECT_EQ(added->parentsInPlane(QStringLiteral("DxService")),
+              EntryList::Entries{const_cast<TavRegistryEntry *>(parent)});
+    EXPECT_EQ(parent->registryState(), RegistryStateUnchanged);
+    EXPECT_TRUE(added->childrenInPlane(QStringLiteral("DxService")).empty());
+    EXPECT_EQ(added->parentsInPlane(QStringLiteral("DxBlock")).size(), 1U);
+    EXPECT_EQ(added->parentsInPlane(QStringLiteral("DxClass")).size(), 1U);
+    disk.remove();
+    tree.store->update();
+    EXPECT_FALSE(tree.at(path.constData()));
+}
+} // namespace

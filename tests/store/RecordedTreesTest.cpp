@@ -1,0 +1,152 @@
+#include "tests/support/RecordedTrees.h"
+#include "LinuxFixture.h"
+
+namespace {
+// What holds in every plane of every registry. Gives the entries that the plane has.
+EntrySet checkPlane(const TavDataStore &store, const QString &plane)
+{
+    TavRegistryEntry *const root = store.registryRoot();
+    EXPECT_EQ(root->childrenInPlane(plane).size(), 1U);
+    EntrySet members = root->allDescendantsInPlane(plane);
+    members.insert(root);
+    // Taking away who has no parent left, until nobody is left: there is no cycle.
+    QHash<const TavRegistryEntry *, std::size_t> parentsLeft;
+    std::vector<TavRegistryEntry *> free{root};
+    qsizetype freed = 0;
+    while (!free.empty()) {
+        TavRegistryEntry *const entry = free.back();
+        free.pop_back();
+        ++freed;
+        QSet<QString> names;
+        for (TavRegistryEntry *child : entry->childrenInPlane(plane)) {
+            names.insert(child->nameAtLocationInPlane(plane));
+            const auto &parents = child->parentsInPlane(plane);
+            EXPECT_EQ(std::count(parents.begin(), parents.end(), entry), 1);
+            if (!parentsLeft.contains(child))
+                parentsLeft.insert(child, parents.size());
+            if (--parentsLeft[child] == 0)
+                free.push_back(child);
+        }
+        EXPECT_EQ(static_cast<std::size_t>(names.size()), entry->childrenInPlane(plane).size())
+            << "siblings named alike under " << entry->nameAtLocationInPlane(plane).toStdString()
+            << " in " << plane.toStdString();
+    }
+    EXPECT_EQ(freed, members.size()) << "a cycle in " << plane.toStdString();
+    for (TavRegistryEntry *member : members) {
+        for (TavRegistryEntry *parent : member->parentsInPlane(plane)) {
+            const auto &children = parent->childrenInPlane(plane);
+            EXPECT_EQ(std::count(children.begin(), children.end(), member), 1);
+        }
+    }
+    return members;
+}
+
+void checkStore(const TavDataStore &store)
+{
+    EntrySet reached;
+    for (const QString &plane : store.registryPlanes())
+        reached.unite(checkPlane(store, plane));
+    EXPECT_EQ(static_cast<std::size_t>(reached.size()), store.registryEntries().size());
+    for (const EntryRef &entry : store.registryEntries())
+        EXPECT_TRUE(entry->properties()) << entry->nameInPlane({}).toStdString();
+}
+
+struct Known
+{
+    const char *tree;
+    const char *path;
+    const char *className;
+    const char *driver; // bound to it; null: none
+    const char *bundle;
+    const char16_t *key;
+    const char *value; // as text
+};
+
+std::ostream &operator<<(std::ostream &stream, const Known &known)
+{
+    return stream << known.tree;
+}
+
+std::string asText(const RegistryValue &value)
+{
+    switch (value.type()) {
+    case RegistryValue::Type::Number:
+        return std::to_string(value.numberBits()) + ':' + std::to_string(value.numberWidth());
+    case RegistryValue::Type::String:
+        return value.toString().toStdString();
+    default:
+        return "?";
+    }
+}
+
+class RecordedTree : public testing::TestWithParam<Known>
+{};
+
+TEST_P(RecordedTree, IsARegistryWithItsKnownDevice)
+{
+    const Known &known = GetParam();
+    const QString folder = RecordedTrees::folder(QString::fromLatin1(known.tree));
+    if (folder.isNull())
+        GTEST_SKIP() << RecordedTrees::missingMessage().toStdString();
+    const CapturedTree tree = CapturedTree::capture(folder + QStringLiteral("/sys"));
+    checkStore(*tree.store);
+
+    const TavRegistryEntry *entry = tree.at(known.path);
+    ASSERT_TRUE(entry) << known.path;
+    EXPECT_EQ(entry->DxcoreClass().toStdString(), known.className);
+    EXPECT_EQ(entry->bundleID().toStdString(), known.bundle);
+    EXPECT_EQ(asText(CapturedTree::value(entry, known.key)), known.value);
+    const auto &children = entry->childrenInPlane(QStringLiteral("DxService"));
+    const auto binding = std::find_if(children.begin(), children.end(), [](const auto *child) {
+        return child->isKindOfDxcoreClass(QStringLiteral("DxBinding"), false);
+    });
+    if (!known.driver) {
+        EXPECT_EQ(binding, children.end());
+        return;
+    }
+    ASSERT_NE(binding, children.end());
+    EXPECT_EQ((*binding)->nameInPlane({}).toStdString(), known.driver);
+    EXPECT_TRUE(entry->isMatched());
+}
+
+const Known knownDevices[] = {
+    {"d1-laptop-t60p", "DxService:/pci0000:00/pci-bridge@0000:00:1c.0/ethernet@0000:02:00.0",
+     "DxPciNetwork", "e1000e", "e1000e", u"vendor", "32902:2"},
+    {"d2-server-nvme-pmem-mic", "DxService:/pci0000:00/nvme@0000:00:02.0/nvme0n1", "DxBlockDisk",
+     nullptr, "org.linux.kernel", u"dev", "259:0"},
+    {"d3-server-4socket-144cpu", "DxService:/system/cpu/cpu143", "DxCpuDevice", "processor",
+     "org.linux.kernel", u"crash_notes_size", "368:4"},
+    {"d4-laptop-elitebook-usb4", "DxBlock:/nvme0n1", "DxBlockDisk", nullptr, "org.linux.kernel",
+     u"dev", "259:0"},
+    {"d5-arm-rpi4b-devicetree", "DxService:/platform/scb/ethernet@fd580000", "DxPlatformDevice",
+     "bcmgenet", "org.linux.kernel", u"subsystem", "bus/platform"},
+    {"d6-block-lvm", "DxBlock:/loop0/dm-0", "DxBlockDevice", nullptr, "org.linux.kernel", u"dev",
+     "253:0"},
+    {"d7-usb-hub-keyboard",
+     "DxService:/pci0000:00/usb@0000:00:1a.0/EHCI Host Controller@usb1/usb8087,0020@1-1/"
+     "usb17ef,1005@1-1.5/Kinesis Keyboard Hub@1-1.5.4/usb05f3,0007@1-1.5.4.2/interface@1.0",
+     "DxUsbInterface", "usbhid", "org.linux.kernel", u"bInterfaceClass", "03"},
+    {"d8-arm-128cpu", "DxService:/system/cpu127", "DxCpuDevice", "processor", "org.linux.kernel",
+     u"online", "1:4"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Machines, RecordedTree, testing::ValuesIn(knownDevices),
+                         [](const auto &row) {
+                             std::string name(row.param.tree);
+                             std::erase_if(name, [](char c) { return !std::isalnum(c); });
+                             return name;
+                         });
+
+TEST(Fixtures, AreRegistries)
+{
+    checkStore(*CapturedTree::fixture("synthetic").store);
+    checkStore(*CapturedTree::fixture("virtio-vm").store);
+}
+
+TEST(LiveHost, IsARegistry)
+{
+    const CapturedTree tree = CapturedTree::capture(QStringLiteral("/sys"));
+    ASSERT_TRUE(tree.store);
+    checkStore(*tree.store);
+}
+} // namespace

@@ -1,0 +1,213 @@
+#include "LinuxFixture.h"
+#include "tests/support/TreePrinter.h"
+#include "tests/support/TreeText.h"
+
+namespace {
+class SyntheticTree : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { tree_ = CapturedTree::fixture("synthetic"); }
+    static void TearDownTestSuite() { tree_ = {}; }
+
+    static std::string plane(const char *name)
+    {
+        return TreePrinter::plane(*tree_.store, QString::fromLatin1(name));
+    }
+    static CapturedTree tree_;
+};
+
+CapturedTree SyntheticTree::tree_;
+
+TEST_F(SyntheticTree, HasThePlanesWithMembers)
+{
+    EXPECT_EQ(tree_.store->registryPlanes().join(u' ').toStdString(),
+              "DxService DxBlock DxBus DxClass DxDriver DxFirmware DxModule DxNetwork DxPower "
+              "DxUsb");
+}
+
+TEST_F(SyntheticTree, StacksBlockDevicesOnAllBelow)
+{
+    EXPECT_EQ(plane("DxBlock"), dedented(R"(
+        Root
+          Synthetic One
+            array!c0d0
+              array!c0d0p1
+            sda
+              sda1
+                md0
+                  dm-0
+                  dm-1
+              sda2
+                dm-1
+            sdb
+              sdb1
+                md0
+                  dm-0
+                  dm-1
+    )"));
+}
+
+TEST_F(SyntheticTree, PutsModulesUnderWhatTheyUse)
+{
+    EXPECT_EQ(plane("DxModule"), dedented(R"(
+        Root
+          Synthetic One
+            bonding
+            going_away
+            hid
+              hid_generic
+                hid-generic
+              usbhid
+                usbhid
+            lanport
+              lanport
+            scsi_mod
+              sd
+            serial_core
+              uart
+            usbcore
+              hub
+              usb
+              usbhid
+                usbhid
+              xhci_hcd
+                xhci_pci
+                  xhci_hcd
+    )"));
+}
+
+TEST_F(SyntheticTree, PutsConsumersUnderSuppliersWithoutCycles)
+{
+    EXPECT_EQ(plane("DxPower"), dedented(R"(
+        Root
+          Synthetic One
+            clock@7e101000
+              serial@7e201000
+            LNXPOWER@00
+              usb@0000:00:14.0
+                Root Hub@usb1
+                  usb05e3,0610@1-4
+            pump-a
+              pump-b
+            regulator@0
+              serial@7e201000
+    )"));
+    const TavRegistryEntry *refusing = tree_.at("DxPower:/pump-a");
+    ASSERT_TRUE(refusing);
+    const auto *refused = refusing->properties()->childWithName(QStringLiteral("DxRefusedParents"));
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->childAtIndex(0)->value().toString().toStdString(),
+              "DxPower: devices/platform/pump-b");
+}
+
+TEST_F(SyntheticTree, ArrangesFirmwareUsbAndNetwork)
+{
+    // At their first sight siblings are ordered by their plain names: those in planes come after.
+    tree_.store->update();
+    EXPECT_EQ(plane("DxFirmware"), dedented(R"(
+        Root
+          Synthetic One
+            cpus
+              cpu@0
+            LNXSYSTM@00
+              _SB_@LNXSYBUS:00
+                PCI0@PNP0A08:00
+                  pci0000:00
+                  PWRU@LNXPOWER:00
+                  XHC_@device:00
+                    usb@0000:00:14.0
+            soc
+              clock@7e101000
+                clock@7e101000
+              serial@7e201000
+                serial@7e201000
+              soc
+    )"));
+    EXPECT_EQ(plane("DxUsb"), dedented(R"(
+        Root
+          Synthetic One
+            Root Hub@usb1
+              interface@1.0
+              usb05e3,0610@1-4
+                interface@1.0
+                Keys!Dials Pro@1-4.2
+                  interface@1.1
+                  Keyboard@1.0
+    )"));
+    EXPECT_EQ(plane("DxNetwork"), dedented(R"(
+        Root
+          Synthetic One
+            eth0
+              bond0
+                bond0.7
+            eth1
+              bond0
+                bond0.7
+            lo
+    )"));
+}
+
+TEST_F(SyntheticTree, NamesClassesAndBundles)
+{
+    struct Row
+    {
+        const char *path;
+        const char *inheritance;
+        const char *bundle;
+    };
+    const Row rows[] = {
+        {"DxUsb:/Root Hub@usb1",
+         "DxUsbDevice : DxBusDevice : DxDevice : DxService : DxRegistryEntry", "usbcore"},
+        {"DxUsb:/Root Hub@usb1/usb05e3,0610@1-4/Keys!Dials Pro@1-4.2/Keyboard@1.0",
+         "DxUsbInterfaceUsbhid : DxUsbInterface : DxUsbDevice : DxBusDevice : DxDevice : DxService "
+         ": DxRegistryEntry",
+         "usbhid"},
+        {"DxDriver:/pci/xhci_hcd/xhci_hcd@0000:00:14.0",
+         "DxXhciHcdDriver : DxPciBinding : DxBinding : DxService : DxRegistryEntry", "xhci_pci"},
+        {"DxDriver:/scsi/sd/sd@0:0:0:0",
+         "DxSdDriver : DxScsiBinding : DxBinding : DxService : DxRegistryEntry",
+         "org.linux.kernel"},
+        {"DxService:/pci0000:00/smbus@0000:00:1f.3",
+         "DxPciSerialBus : DxPciDevice : DxBusDevice : DxDevice : DxService : DxRegistryEntry",
+         "org.linux.kernel"},
+        {"DxService:/virtual/block", "DxContainer : DxService : DxRegistryEntry",
+         "org.linux.kernel"},
+        {"DxModule:/usbcore", "DxModule : DxRegistryEntry", "org.linux.kernel"},
+    };
+    for (const Row &row : rows) {
+        const TavRegistryEntry *entry = tree_.at(row.path);
+        ASSERT_TRUE(entry) << row.path;
+        EXPECT_EQ(entry->inheritanceString().toStdString(), row.inheritance);
+        EXPECT_EQ(entry->bundleID().toStdString(), row.bundle) << row.path;
+    }
+}
+
+TEST_F(SyntheticTree, CountsBusyChildrenUpToTheHost)
+{
+    const TavRegistryEntry *host = tree_.at("DxService:/");
+    const TavRegistryEntry *platform = tree_.at("DxService:/platform");
+    ASSERT_TRUE(host && platform);
+    EXPECT_EQ(host->busyCount(), 1U); // one child with something pending below
+    EXPECT_EQ(platform->busyCount(), 2U);
+}
+
+TEST_F(SyntheticTree, ReadsSomeAttributesOnRequestOnlyAndKeepsThem)
+{
+    const CapturedTree tree = CapturedTree::fixture("synthetic");
+    TavRegistryEntry *const usb = tree.at("DxService:/pci0000:00/usb@0000:00:14.0");
+    ASSERT_TRUE(usb);
+    EXPECT_TRUE(CapturedTree::value(usb, u"config").isNone());
+    EXPECT_TRUE(CapturedTree::value(usb, u"resource").isNone());
+    tree.store->updateObject(*usb);
+    EXPECT_EQ(CapturedTree::value(usb, u"config").toData().size(), 16);
+    EXPECT_EQ(CapturedTree::value(usb, u"DxReadOnRequest").type(), RegistryValue::Type::Date);
+    EXPECT_TRUE(CapturedTree::value(usb, u"resource").isNone());
+    tree.store->update();
+    EXPECT_EQ(CapturedTree::value(usb, u"config").toData().size(), 16);
+    EXPECT_EQ(CapturedTree::value(usb, u"vendor").numberBits(), 0x1af4U);
+
+    const TavRegistryEntry *control = tree.at("DxClass:/zram-control");
+    ASSERT_TRUE(control);
+    EXPECT_EQ(control->properties()->numberOfChildren(), 0); // hot_add would create a device
+}
+} // namespace
