@@ -65,7 +65,7 @@ bool isNeverRead(const AttributePolicy::Context &context, const QByteArray &name
 }
 
 // A measured value: reading asks the hardware over its bus.
-bool isMeasured(const AttributePolicy::Context &context, const QByteArray &path,
+bool isMeasured(const AttributePolicy::Context &context, const QByteArray &folder,
                 const QByteArray &name)
 {
     const QByteArray &subsystem = context.subsystem;
@@ -74,12 +74,12 @@ bool isMeasured(const AttributePolicy::Context &context, const QByteArray &path,
     if (subsystem == "thermal")
         return name == "temp" || name == "cur_state" || name.startsWith("trip_point_");
     if (subsystem == "power_supply")
-        return path == name && name != "type";
+        return folder.isEmpty() && name != "type";
     if (subsystem == "tpm")
-        return path.startsWith("pcr") || name == "caps" || name == "durations" || name == "pubek" ||
-               name == "timeouts";
+        return name.startsWith("pcr") || folder.startsWith("pcr") || name == "caps" ||
+               name == "durations" || name == "pubek" || name == "timeouts";
     if (subsystem == "infiniband")
-        return path.contains("counters/");
+        return folder.endsWith("counters");
     return false;
 }
 
@@ -90,14 +90,14 @@ bool asksTheLink(const QByteArray &name)
 }
 } // namespace
 
-AttributePolicy::Rule AttributePolicy::rule(const Context &context, const QByteArray &path)
+AttributePolicy::Rule AttributePolicy::rule(const Context &context, const QByteArray &folder,
+                                            const QByteArray &name)
 {
-    const QByteArray name = path.mid(path.lastIndexOf('/') + 1);
     if (isNeverRead(context, name))
         return Rule::Never;
     if (onRequest.contains(name) || name.startsWith("nvm_") ||
-        (context.isInterfaceDown && path == name && asksTheLink(name)) ||
-        isMeasured(context, path, name))
+        (context.isInterfaceDown && folder.isEmpty() && asksTheLink(name)) ||
+        isMeasured(context, folder, name))
         return Rule::OnRequest;
     return Rule::Always;
 }

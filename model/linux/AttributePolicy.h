@@ -18,8 +18,8 @@ public:
         bool isSuspended = false;     // known only when reading on request
     };
 
-    // The path is relative to the object's directory, such as "power/control".
-    static Rule rule(const Context &context, const QByteArray &path);
+    // The folder is relative to the object's directory, such as "power"; empty for itself.
+    static Rule rule(const Context &context, const QByteArray &folder, const QByteArray &name);
     // Whether a subdirectory is passed over with all it holds.
     static bool skipsDirectory(const QByteArray &name);
 

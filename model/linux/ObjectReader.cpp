@@ -98,7 +98,7 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     if (job.request.folder != Folder::Device)
         return;
     SweepObject &object = job.result.object;
-    if (!isDevice(directory))
+    if (!contains(directory.entries, "uevent") && !forcedDevices_.contains(directory.path))
         object.kind = SweepObject::Kind::Container;
     const QByteArray subsystem = SysfsRoot::readLink(directory.descriptor.get(), "subsystem");
     job.context.subsystem = subsystem.mid(subsystem.lastIndexOf('/') + 1);
@@ -157,6 +157,8 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
         return addObject(folder, SweepObject::Kind::FirmwareNode);
     if (folder == Folder::Device && parent.path == "devices/virtual")
         return addObject(folder, SweepObject::Kind::Device);
+    if (folder == Folder::Device && isDevice(parent, entry.name, directory.path))
+        return addObject(folder, SweepObject::Kind::Device);
     directory.below = join(parent.below, entry.name);
     directory.depth = parent.depth + 1;
     directory.descriptor = FileDescriptor(openat(parent.descriptor.get(), entry.name.constData(),
@@ -164,8 +166,6 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     if (!directory.descriptor)
         return;
     directory.entries = SysfsRoot::list(directory.descriptor.get());
-    if (folder == Folder::Device && isDevice(directory))
-        return addObject(folder, SweepObject::Kind::Device);
     if (folder == Folder::Bus && isTop && entry.name == "devices")
         return readMembersOfBus(job, directory);
     if (folder == Folder::Bus && isTop && entry.name == "drivers")
@@ -196,9 +196,14 @@ void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
     }
 }
 
-bool ObjectReader::isDevice(const Directory &directory) const
+// Asked for by its own file, since a device will be listed when its turn comes.
+bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name,
+                            const QByteArray &path) const
 {
-    return contains(directory.entries, "uevent") || forcedDevices_.contains(directory.path);
+    // Power management's folder is everywhere and never one.
+    return (name != "power"
+            && faccessat(parent.descriptor.get(), (name + "/uevent").constData(), F_OK, 0) == 0 ||
+           forcedDevices_.contains(path);
 }
 
 void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
@@ -219,8 +224,7 @@ void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoo
 void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArray &name,
                             RegistryValue::Members &members)
 {
-    const QByteArray path = join(directory.below, name);
-    const auto rule = AttributePolicy::rule(job.context, path);
+    const auto rule = AttributePolicy::rule(job.context, directory.below, name);
     const auto wanted = job.request.readsOnRequest ? AttributePolicy::Rule::OnRequest
                                                    : AttributePolicy::Rule::Always;
     const bool isConfig = name == "config" && directory.below.isEmpty();
@@ -228,7 +232,7 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
         return;
     SweepObject &object = job.result.object;
     if (!permission_(directory.path, name)) {
-        object.unread.push_back({path, "did not answer"});
+        object.unread.push_back({join(directory.below, name), "did not answer"});
         return;
     }
     QByteArray reason;
@@ -239,7 +243,7 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
     if (bytes)
         members.push_back({pool_.text(name), parseAttribute(name, *bytes, pool_)});
     else if (!reason.isEmpty())
-        object.unread.push_back({path, reason});
+        object.unread.push_back({join(directory.below, name), reason});
 }
 
 std::optional<QByteArrayView> ObjectReader::readBytes(const Directory &directory,

@@ -52,7 +52,7 @@ private:
                   RegistryValue::Members &members);
     void readMembersOfBus(Job &job, const Directory &devices);
     void readDriversOfBus(Job &job, const Directory &drivers);
-    bool isDevice(const Directory &directory) const;
+    bool isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path) const;
     // None with a reason (empty: not worth telling) when it cannot be read.
     std::optional<QByteArrayView> readBytes(const Directory &directory, const QByteArray &name,
                                             std::size_t limit, QByteArray &reason);
