@@ -1,0 +1,106 @@
+// The whole capture of this machine's registry against the least that reading it can cost: a tight
+// single-threaded loop over the same attribute files.
+#include "model/linux/LinuxRegistryService.h"
+#include "store/TavDataStore.h"
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+
+namespace {
+using Clock = std::chrono::steady_clock;
+
+struct Folder
+{
+    QByteArray path;
+    std::vector<QByteArray> files;
+};
+
+// The files that a capture reads, by folder.
+std::vector<Folder> filesOfACapture(const char *root)
+{
+    Sweeper::Options options;
+    options.recordsFiles = true;
+    QString error;
+    const auto service = LinuxRegistryService::create(QString::fromUtf8(root), options, &error);
+    service->prepare();
+    std::vector<QByteArray> files = service->filesRead();
+    std::sort(files.begin(), files.end());
+    std::vector<Folder> folders;
+    for (const QByteArray &file : files) {
+        const qsizetype slash = file.lastIndexOf('/');
+        const QByteArray path = QByteArray(root) + '/' + file.left(slash);
+        if (folders.empty() || folders.back().path != path)
+            folders.push_back({path, {}});
+        folders.back().files.push_back(file.mid(slash + 1));
+    }
+    return folders;
+}
+
+std::size_t readAll(const std::vector<Folder> &folders)
+{
+    std::size_t total = 0;
+    char buffer[4096];
+    for (const Folder &folder : folders) {
+        const FileDescriptor directory(open(folder.path.constData(), O_RDONLY | O_DIRECTORY));
+        for (const QByteArray &name : folder.files) {
+            const int file = openat(directory.get(), name.constData(), O_RDONLY);
+            if (file < 0)
+                continue;
+            total +=
+                static_cast<std::size_t>(std::max<ssize_t>(read(file, buffer, sizeof buffer), 0));
+            close(file);
+        }
+    }
+    return total;
+}
+
+double milliseconds(Clock::duration duration)
+{
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// Loop and capture in turn, so that what else the machine does falls on both.
+void captureAgainstLoop(benchmark::State &state)
+{
+    const auto folders = filesOfACapture("/sys");
+    std::vector<double> loops;
+    std::vector<double> captures;
+    std::vector<double> sweeps;
+    std::size_t entries = 0;
+    for (auto _ : state) {
+        const auto begin = Clock::now();
+        benchmark::DoNotOptimize(readAll(folders));
+        const auto afterLoop = Clock::now();
+        QString error;
+        const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+        const auto store = TavDataStore::initFromDxRegistry(*service);
+        const auto afterCapture = Clock::now();
+        service->prepare();
+        sweeps.push_back(milliseconds(Clock::now() - afterCapture));
+        loops.push_back(milliseconds(afterLoop - begin));
+        captures.push_back(milliseconds(afterCapture - afterLoop));
+        entries = store->registryEntries().size();
+    }
+    std::size_t files = 0;
+    for (const Folder &folder : folders)
+        files += folder.files.size();
+    state.counters["entries"] = static_cast<double>(entries);
+    state.counters["files"] = static_cast<double>(files);
+    state.counters["loop_ms"] = median(loops);
+    state.counters["sweep_ms"] = median(sweeps);
+    state.counters["capture_ms"] = median(captures);
+    state.counters["ratio"] = median(captures) / median(loops);
+}
+BENCHMARK(captureAgainstLoop)->Unit(benchmark::kMillisecond)->Iterations(25);
+} // namespace
+
+BENCHMARK_MAIN();
