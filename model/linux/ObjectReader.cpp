@@ -100,7 +100,9 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     SweepObject &object = job.result.object;
     if (!contains(directory.entries, "uevent") && !forcedDevices_.contains(directory.path))
         object.kind = SweepObject::Kind::Container;
-    const QByteArray subsystem = SysfsRoot::readLink(directory.descriptor.get(), "subsystem");
+    const QByteArray subsystem = contains(directory.entries, "subsystem")
+                                     ? SysfsRoot::readLink(directory.descriptor.get(), "subsystem")
+                                     : QByteArray();
     job.context.subsystem = subsystem.mid(subsystem.lastIndexOf('/') + 1);
     const auto textOf = [&](const QByteArray &name) {
         QByteArray reason;
@@ -200,10 +202,11 @@ void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
 bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name,
                             const QByteArray &path) const
 {
+    if (forcedDevices_.contains(path))
+        return true;
     // Power management's folder is everywhere and never one.
-    return (name != "power"
-            && faccessat(parent.descriptor.get(), (name + "/uevent").constData(), F_OK, 0) == 0 ||
-           forcedDevices_.contains(path);
+    return name != "power" &&
+           faccessat(parent.descriptor.get(), (name + "/uevent").constData(), F_OK, 0) == 0;
 }
 
 void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
