@@ -1,3 +1,5 @@
+include(PrecompiledHeaders)
+
 # vandrel_folder_library(name [SOURCES files...] LINKS targets... [PRIVATE_LINKS targets...]):
 # one static library of the sources of the current folder (all of them but main.cpp, unless
 # SOURCES says which).
@@ -19,9 +21,7 @@ function(vandrel_folder_library name)
 
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC vandrel_options ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
-    target_precompile_headers(${name} PRIVATE
-        <algorithm> <functional> <memory> <optional> <vector>
-        <QByteArray> <QDateTime> <QHash> <QSet> <QString> <QStringList>)
+    target_precompile_headers(${name} REUSE_FROM vandrel_headers)
     _vandrel_publish_headers(${name} ${ARG_SOURCES})
 endfunction()
 
