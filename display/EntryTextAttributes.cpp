@@ -1,0 +1,35 @@
+#include "display/EntryTextAttributes.h"
+
+#include "display/EntryColors.h"
+
+EntryTextAttributes EntryTextAttributes::forState(RegistryState registryState, FindState findState,
+                                                  bool isRootEntry)
+{
+    EntryTextAttributes attributes;
+    attributes.isBold = findState == FindStateMatching;
+    attributes.isSlanted = isRootEntry;
+    if (findState == FindStateNotMatching)
+        attributes.color = Color::LightGray;
+    else if (findState == FindStateParentOfMatch)
+        attributes.color = Color::DarkGray;
+    if (registryState == RegistryStateNew) {
+        attributes.color = Color::New;
+        attributes.isUnderlined = true;
+    } else if (registryState == RegistryStateTerminated) {
+        attributes.color = Color::Terminated;
+        attributes.isStruckOut = true;
+    }
+    return attributes;
+}
+
+QColor EntryTextAttributes::stateColor() const
+{
+    switch (color) {
+    case Color::New:
+        return EntryColors::colorForNewItem();
+    case Color::Terminated:
+        return EntryColors::colorForTerminatedItem();
+    default:
+        return {};
+    }
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "model/RegistryState.h"
+
+#include <QtGlobal>
+
+class QColor;
+
+// What a search made of an entry in the current plane.
+enum FindState : quint32 {
+    FindStateNone = 0,
+    FindStateNotMatching = 1,
+    FindStateMatching = 2,
+    FindStateParentOfMatch = 3,
+};
+
+// How the name of an entry is drawn. The font and the colour of ordinary text are the view's.
+struct EntryTextAttributes
+{
+    enum class Color : quint8 { Text, LightGray, DarkGray, New, Terminated };
+
+    static EntryTextAttributes forState(RegistryState registryState, FindState findState,
+                                        bool isRootEntry);
+    // For the colours that do not depend on the palette: New and Terminated.
+    QColor stateColor() const;
+
+    Color color = Color::Text;
+    bool isBold = false;
+    bool isSlanted = false;
+    bool isUnderlined = false;
+    bool isStruckOut = false;
+
+    friend bool operator==(const EntryTextAttributes &, const EntryTextAttributes &) = default;
+};

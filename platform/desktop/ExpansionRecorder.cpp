@@ -1,0 +1,12 @@
+#include "platform/desktop/ExpansionRecorder.h"
+
+#include "platform/desktop/InputEvents.h"
+
+bool ExpansionRecorder::shouldRecord()
+{
+    const InputEvents &events = InputEvents::instance();
+    if (lastCollapseExpandEvent_ == events.current())
+        return events.isAltHeld();
+    lastCollapseExpandEvent_ = events.current();
+    return true;
+}

@@ -1,0 +1,13 @@
+#include "platform/desktop/OutlineRowDelegate.h"
+
+namespace {
+constexpr int widest = 150; // in characters
+} // namespace
+
+QSize OutlineRowDelegate::sizeHint(const QStyleOptionViewItem &option,
+                                   const QModelIndex &index) const
+{
+    const QSize size = QStyledItemDelegate::sizeHint(option, index);
+    return {std::min(size.width(), widest * option.fontMetrics.averageCharWidth()),
+            std::max(size.height(), option.fontMetrics.height() + 2 * verticalMargin)};
+}

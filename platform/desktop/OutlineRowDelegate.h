@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+// Rows with air between them, of texts that are elided when they are absurdly long.
+class OutlineRowDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+public:
+    static constexpr int verticalMargin = 3; // above and below the text
+
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+};

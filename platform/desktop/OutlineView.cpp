@@ -1,0 +1,111 @@
+#include "platform/desktop/OutlineView.h"
+
+#include "platform/desktop/OutlineRowDelegate.h"
+
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+
+namespace {
+// Visits an index and the ones below it that have children, parents first, without recursion. Those
+// below an index are left out when its visit answers false or its level is the deepest.
+template<class Visit>
+void visitSubtree(const QAbstractItemModel &model, const QModelIndex &top, int deepest, Visit visit)
+{
+    struct Pending
+    {
+        QModelIndex index;
+        int level;
+    };
+    std::vector<Pending> pending{{top, 0}};
+    while (!pending.empty()) {
+        const auto [index, level] = pending.back();
+        pending.pop_back();
+        if (!visit(index) || level >= deepest || !model.hasChildren(index))
+            continue;
+        for (int row = model.rowCount(index) - 1; row >= 0; --row) {
+            const QModelIndex child = model.index(row, 0, index);
+            if (model.hasChildren(child))
+                pending.push_back({child, level + 1});
+        }
+    }
+}
+} // namespace
+
+OutlineView::OutlineView(QWidget *parent)
+    : QTreeView(parent)
+{
+    setItemDelegate(new OutlineRowDelegate(this));
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollMode(ScrollPerPixel);
+}
+
+void OutlineView::openRows(const QModelIndex &top, const Predicate &shouldOpen)
+{
+    if (isOpeningRows_ || !model())
+        return;
+    const QScopedValueRollback opening(isOpeningRows_, true);
+    // With a layout pending, opening a row does no more than note it.
+    scheduleDelayedItemsLayout();
+    visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
+        if (index != top && !shouldOpen(index))
+            return false;
+        expand(index);
+        return true;
+    });
+    executeDelayedItemsLayout();
+}
+
+void OutlineView::setSubtreeExpanded(const QModelIndex &top, bool isExpanded)
+{
+    if (!top.isValid())
+        return;
+    if (isExpanded) {
+        scheduleDelayedItemsLayout();
+        visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
+            expand(index);
+            return true;
+        });
+        executeDelayedItemsLayout();
+    } else {
+        // The top comes first, so that the rows below are gone when their turn comes.
+        visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
+            collapse(index);
+            return true;
+        });
+    }
+}
+
+bool OutlineView::isOnExpander(const QPoint &position, const QModelIndex &index) const
+{
+    if (!model()->hasChildren(index))
+        return false;
+    const QRect row = visualRect(index.siblingAtColumn(0));
+    return layoutDirection() == Qt::RightToLeft
+               ? position.x() > row.right() && position.x() <= row.right() + indentation()
+               : position.x() < row.left() && position.x() >= row.left() - indentation();
+}
+
+void OutlineView::mousePressEvent(QMouseEvent *event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && event->modifiers() & Qt::AltModifier &&
+        index.isValid() && isOnExpander(event->position().toPoint(), index)) {
+        setSubtreeExpanded(index.siblingAtColumn(0), !isExpanded(index.siblingAtColumn(0)));
+        event->accept();
+        return;
+    }
+    QTreeView::mousePressEvent(event);
+}
+
+void OutlineView::keyPressEvent(QKeyEvent *event)
+{
+    const bool isAlt = event->modifiers() & Qt::AltModifier;
+    if (isAlt && currentIndex().isValid() &&
+        (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
+        const bool isForward = (event->key() == Qt::Key_Right) == !isRightToLeft();
+        setSubtreeExpanded(currentIndex().siblingAtColumn(0), isForward);
+        event->accept();
+        return;
+    }
+    QTreeView::keyPressEvent(event);
+}

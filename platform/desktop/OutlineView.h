@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QTreeView>
+#include <functional>
+
+// A tree view whose rows open and close in bulk quickly: with Alt held, a click on a row's
+// expander, or the left or right key, opens or closes all below it too.
+class OutlineView : public QTreeView
+{
+    Q_OBJECT
+public:
+    explicit OutlineView(QWidget *parent = nullptr);
+
+    void setSubtreeExpanded(const QModelIndex &top, bool isExpanded);
+
+protected:
+    // How far below each other rows are opened in bulk: the layout takes a stack frame a level.
+    static constexpr int deepestLevel = 1000;
+
+    // Opens top and, below rows that are opened, those that the predicate names; lays out once.
+    using Predicate = std::function<bool(const QModelIndex &)>;
+    void openRows(const QModelIndex &top, const Predicate &shouldOpen);
+    bool isOpeningRows() const { return isOpeningRows_; }
+
+    void mousePressEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    bool isOnExpander(const QPoint &position, const QModelIndex &index) const;
+
+    bool isOpeningRows_ = false;
+};
