@@ -15,11 +15,6 @@ constexpr std::array<const char *, 32> controlNames = {
     "syn", "etb", "can", "em",  "sub", "esc", "fs",  "gs",  "rs",  "us",
 };
 
-QString bracketed(const QString &text)
-{
-    return u'<' + text + u'>';
-}
-
 // The classes of the POSIX locale, whatever the user's.
 bool isPrintable(quint8 byte)
 {
@@ -58,32 +53,32 @@ std::optional<qsizetype> lastByteOfText(QByteArrayView bytes)
     return hasLetter && 4 * high <= printable ? std::optional(last) : std::nullopt;
 }
 
-DataRendering::Automatic strings(const QByteArray &bytes, qsizetype last)
+DataRendering::Automatic strings(QByteArrayView bytes)
 {
-    QString text;
+    const QString decoded = KelRoman::decode(bytes);
+    QString text = QStringLiteral("<\"");
+    text.reserve(decoded.size() + 4);
     quint32 count = 0;
-    for (qsizetype start = 0; start <= last;) {
-        const qsizetype end = bytes.indexOf('\0', start); // the last byte is one
+    for (const QStringView string : QStringView(decoded).tokenize(QChar())) {
         if (count++ > 0)
-            text += QLatin1StringView(", ");
-        text += u'"' + KelRoman::decode(QByteArrayView(bytes).sliced(start, end - start)) + u'"';
-        start = end + 1;
+            text += QLatin1StringView("\", \"");
+        text += string;
     }
-    return {StyledText(bracketed(text), ValueStyles::characterWrap), count};
+    text += QLatin1StringView("\">");
+    return {StyledText(text, ValueStyles::characterWrap), count};
 }
 
-QString hexadecimalBytes(QByteArrayView bytes, bool isKnownByteOrder)
+QString hexadecimalBytes(const QByteArray &bytes, bool isKnownByteOrder)
 {
-    static constexpr char16_t digits[] = u"0123456789abcdef";
+    QByteArray digits = bytes.toHex(' ');
+    if (!isKnownByteOrder)
+        std::replace_if(
+            digits.begin(), digits.end(), [](char c) { return c != ' '; }, '?');
     QString text;
-    text.reserve(3 * bytes.size());
-    for (const char c : bytes) {
-        const auto byte = static_cast<quint8>(c);
-        if (!text.isEmpty())
-            text += u' ';
-        text += isKnownByteOrder ? digits[byte >> 4] : u'?';
-        text += isKnownByteOrder ? digits[byte & 15] : u'?';
-    }
+    text.reserve(digits.size() + 2);
+    text += u'<';
+    text += QLatin1StringView(digits);
+    text += u'>';
     return text;
 }
 } // namespace
@@ -97,20 +92,15 @@ DataRendering::Integers DataRendering::integers(const QByteArray &bytes,
     const char *const format = UnitFormatter::formatText(Kind::Data, options);
     QString text = QStringLiteral("<");
     QByteArrayView rest = bytes;
-    QString separator;
-    for (;;) {
-        const qsizetype before = text.size();
-        text += separator;
-        if (!formatter.appendUnit(text, rest, format)) {
-            text.truncate(before);
-            break;
-        }
-        separator = QStringLiteral(" ");
-    }
-    if (!rest.isEmpty())
-        text += separator + DataRendering::tr("…");
+    while (formatter.appendUnit(text, rest, format))
+        text += u' ';
+    const bool hasLeftoverBytes = !rest.isEmpty();
+    if (hasLeftoverBytes)
+        text += tr("…");
+    else if (!bytes.isEmpty())
+        text.chop(1);
     text += u'>';
-    return {StyledText(text, ValueStyles::fixedPitch), !rest.isEmpty()};
+    return {StyledText(text, ValueStyles::fixedPitch), hasLeftoverBytes};
 }
 
 DataRendering::Characters DataRendering::characters(const QByteArray &bytes, qint64 encoding)
@@ -123,31 +113,32 @@ DataRendering::Characters DataRendering::characters(const QByteArray &bytes, qin
             DataRendering::tr("< – Unable to convert data using selected encoding – >");
         return {StyledText(message, ValueStyles::fixedPitch), 0};
     }
-    StyledText text;
-    text.reserve(2 * decoded->size() + 4, 2 * static_cast<std::size_t>(decoded->size()) + 1);
-    text.append(u"<\"", ValueStyles::characterWrap);
+    QString text = QStringLiteral("<\"");
+    text.reserve(2 * decoded->size() + 4);
+    StyledText::Ranges dots;
+    dots.reserve(static_cast<std::size_t>(decoded->size()));
     quint32 count = 0;
     for (qsizetype i = 0; i < decoded->size(); ++count) {
-        if (count > 0)
-            text.append(u".", ValueStyles::separatorDot);
-        const char16_t unit = decoded->at(i).unicode();
-        const qsizetype length = QChar::isHighSurrogate(unit) ? 2 : 1;
-        if (unit < controlNames.size())
-            text.append(QString::fromLatin1(controlNames[unit]), ValueStyles::characterWrap);
+        if (count > 0) {
+            dots.push_back({static_cast<quint32>(text.size()), 1, ValueStyles::separatorDot});
+            text += u'.';
+        }
+        const QChar unit = decoded->at(i++);
+        if (unit.unicode() < controlNames.size())
+            text += QLatin1StringView(controlNames[unit.unicode()]);
         else
-            text.append(QStringView(*decoded).sliced(i, length), ValueStyles::characterWrap);
-        i += length;
+            text += unit;
+        if (unit.isHighSurrogate())
+            text += decoded->at(i++);
     }
-    text.append(u"\">", ValueStyles::characterWrap);
-    return {text, count};
+    text += QLatin1StringView("\">");
+    return {StyledText(text, ValueStyles::characterWrap, std::move(dots)), count};
 }
 
 DataRendering::Automatic DataRendering::automatic(const QByteArray &bytes, qint32 machineByteOrder)
 {
     if (const std::optional<qsizetype> last = lastByteOfText(bytes))
-        return strings(bytes, *last);
+        return strings(QByteArrayView(bytes).first(*last + 1));
     const bool isKnownByteOrder = machineByteOrder != EntryStore::ByteOrderUnknown;
-    return {
-        StyledText(bracketed(hexadecimalBytes(bytes, isKnownByteOrder)), ValueStyles::fixedPitch),
-        0};
+    return {StyledText(hexadecimalBytes(bytes, isKnownByteOrder), ValueStyles::fixedPitch), 0};
 }

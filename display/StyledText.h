@@ -12,39 +12,41 @@ struct TextAttributes
     bool fixedPitch = false; // the user's fixed-pitch font at the small system size
     bool grayForeground = false;
     Wrap wrap = Wrap::Word;
-    char16_t headIndent = 0; // wrapped lines are indented by the width of this character, if any
+    char headIndent = 0; // wrapped lines are indented by the width of this character, if any
 
     friend bool operator==(const TextAttributes &, const TextAttributes &) = default;
 };
 
-// A text and the formats of its ranges. Ranges are in order and do not overlap; together they
-// cover the text. A text that is null has no ranges.
+// A text, the attributes that it has as a whole, and the ranges that have others.
 class StyledText
 {
 public:
     struct Range
     {
-        qsizetype start; // in UTF-16 units, as length
-        qsizetype length;
+        quint32 start; // in UTF-16 units, as length
+        quint32 length;
         TextAttributes attributes;
 
         friend bool operator==(const Range &, const Range &) = default;
     };
+    using Ranges = std::vector<Range>; // in order, without overlap
 
     StyledText() = default;
-    StyledText(const QString &text, const TextAttributes &attributes);
+    StyledText(const QString &text, const TextAttributes &attributes, Ranges overrides = {})
+        : text_(text)
+        , overrides_(std::move(overrides))
+        , attributes_(attributes)
+    {}
 
     bool isNull() const { return text_.isNull(); }
     const QString &text() const { return text_; }
-    const std::vector<Range> &ranges() const { return ranges_; }
-
-    // Adjacent pieces of the same attributes make one range.
-    void append(QStringView text, const TextAttributes &attributes);
-    void reserve(qsizetype characters, std::size_t ranges);
+    const TextAttributes &attributes() const { return attributes_; }
+    const Ranges &overrides() const { return overrides_; }
 
     friend bool operator==(const StyledText &, const StyledText &) = default;
 
 private:
     QString text_;
-    std::vector<Range> ranges_;
+    Ranges overrides_;
+    TextAttributes attributes_;
 };

@@ -8,7 +8,7 @@ class ValueStyles
 public:
     static constexpr TextAttributes plain{};
     // Wrapped lines line up after the opening bracket.
-    static constexpr TextAttributes fixedPitch{.fixedPitch = true, .headIndent = u'<'};
+    static constexpr TextAttributes fixedPitch{.fixedPitch = true, .headIndent = '<'};
     static constexpr TextAttributes characterWrap{.wrap = TextAttributes::Wrap::Character};
     static constexpr TextAttributes separatorDot{.grayForeground = true,
                                                  .wrap = TextAttributes::Wrap::Character};

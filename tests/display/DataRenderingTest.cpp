@@ -28,8 +28,7 @@ TEST_P(DataIntegersTest, Renders)
     const LoneItem item(RegistryValue::data(QByteArray::fromHex(row.hex)), row.machine);
     const StyledText text = item->formatDataValueWithOptions(row.options);
     EXPECT_EQ(text.text(), QString::fromUtf16(row.text));
-    ASSERT_EQ(text.ranges().size(), 1u);
-    EXPECT_EQ(text.ranges().front().attributes, ValueStyles::fixedPitch);
+    EXPECT_EQ(text.attributes(), ValueStyles::fixedPitch);
     EXPECT_EQ(item->leftoverBytesInDataValue(), text.text().contains(u'…'));
 }
 
@@ -113,14 +112,12 @@ TEST(DataCharactersTest, DotsAreGrayAndTheRestWrapsAnywhere)
 {
     const LoneItem item(RegistryValue::data("ab\n"));
     const StyledText text = item->formatDataValueWithOptions(formatOf("s1h"));
-    const std::vector<StyledText::Range> ranges{
-        {0, 3, ValueStyles::characterWrap}, {3, 1, ValueStyles::separatorDot},
-        {4, 1, ValueStyles::characterWrap}, {5, 1, ValueStyles::separatorDot},
-        {6, 4, ValueStyles::characterWrap},
-    };
-    EXPECT_EQ(text.ranges(), ranges);
+    EXPECT_EQ(text.attributes(), ValueStyles::characterWrap);
+    const StyledText::Ranges dots{{3, 1, ValueStyles::separatorDot},
+                                  {5, 1, ValueStyles::separatorDot}};
+    EXPECT_EQ(text.overrides(), dots);
     const LoneItem undecodable(RegistryValue::data("\xff"));
-    EXPECT_EQ(undecodable->formatDataValueWithOptions(formatOf("s1h")).ranges().at(0).attributes,
+    EXPECT_EQ(undecodable->formatDataValueWithOptions(formatOf("s1h")).attributes(),
               ValueStyles::fixedPitch);
 }
 
@@ -143,8 +140,7 @@ TEST_P(DataAutomaticTest, Renders)
     const StyledText text = item->autoformattedDataValue();
     EXPECT_EQ(text.text(), QString::fromUtf16(row.text));
     EXPECT_EQ(item->numStringsInDataValue(), row.strings);
-    ASSERT_EQ(text.ranges().size(), 1u);
-    EXPECT_EQ(text.ranges().front().attributes,
+    EXPECT_EQ(text.attributes(),
               row.strings ? ValueStyles::characterWrap : ValueStyles::fixedPitch);
 }
 

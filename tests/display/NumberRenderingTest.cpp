@@ -24,9 +24,8 @@ TEST_P(NumberRenderingTest, Renders)
         const LoneItem item(RegistryValue::number(row.bits, row.width), order);
         const StyledText text = item->formatNumberWithOptions(row.options);
         EXPECT_EQ(text.text(), QString::fromLatin1(row.text));
-        ASSERT_EQ(text.ranges().size(), text.text().isEmpty() ? 0u : 1u);
-        for (const auto &range : text.ranges())
-            EXPECT_EQ(range.attributes, TextAttributes());
+        EXPECT_EQ(text.attributes(), TextAttributes());
+        EXPECT_TRUE(text.overrides().empty());
     }
 }
 
