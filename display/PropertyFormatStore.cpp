@@ -4,9 +4,14 @@
 #include "platform/PreferencesStore.h"
 
 namespace {
-QString keyFor(const QString &classPath, const QString &propertyPath)
+QString keyFor(QStringView classPath, QStringView propertyPath)
 {
-    return classPath + u':' + propertyPath;
+    QString key;
+    key.reserve(classPath.size() + 1 + propertyPath.size());
+    key += classPath;
+    key += u':';
+    key += propertyPath;
+    return key;
 }
 } // namespace
 
@@ -25,8 +30,8 @@ bool PropertyFormatStore::isEmpty()
     return preferences().isEmpty();
 }
 
-std::optional<PropertyFormatOptions> PropertyFormatStore::format(const QString &classPath,
-                                                                 const QString &propertyPath)
+std::optional<PropertyFormatOptions> PropertyFormatStore::format(QStringView classPath,
+                                                                 QStringView propertyPath)
 {
     const QString descriptor = preferences().string(keyFor(classPath, propertyPath));
     if (descriptor.isNull())
@@ -34,7 +39,7 @@ std::optional<PropertyFormatOptions> PropertyFormatStore::format(const QString &
     return PropertyFormatDescriptor::propertyFormatForDescriptor(descriptor);
 }
 
-void PropertyFormatStore::setFormat(const QString &classPath, const QString &propertyPath,
+void PropertyFormatStore::setFormat(QStringView classPath, QStringView propertyPath,
                                     const PropertyFormatOptions &options)
 {
     const QString descriptor = PropertyFormatDescriptor::descriptorForPropertyFormats(options);
@@ -44,14 +49,14 @@ void PropertyFormatStore::setFormat(const QString &classPath, const QString &pro
         preferences().setValue(keyFor(classPath, propertyPath), descriptor);
 }
 
-void PropertyFormatStore::remove(const QString &classPath, const QString &propertyPath)
+void PropertyFormatStore::remove(QStringView classPath, QStringView propertyPath)
 {
     preferences().remove(keyFor(classPath, propertyPath));
 }
 
-void PropertyFormatStore::removeBelow(const QString &classPath)
+void PropertyFormatStore::removeBelow(QStringView classPath)
 {
-    const QString ownKeys = classPath + u':';
+    const QString ownKeys = keyFor(classPath, {});
     for (const QString &key : preferences().storedKeys()) {
         if (key.startsWith(classPath) && !key.startsWith(ownKeys))
             preferences().remove(key);

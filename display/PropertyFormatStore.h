@@ -16,14 +16,14 @@ public:
 
     static bool isEmpty();
     // None if nothing is stored. What is stored but cannot be read has the unit "unreadable".
-    static std::optional<PropertyFormatOptions> format(const QString &classPath,
-                                                       const QString &propertyPath);
+    static std::optional<PropertyFormatOptions> format(QStringView classPath,
+                                                       QStringView propertyPath);
     // Options that have no descriptor, and those to use the default, remove what is stored.
-    static void setFormat(const QString &classPath, const QString &propertyPath,
+    static void setFormat(QStringView classPath, QStringView propertyPath,
                           const PropertyFormatOptions &options);
-    static void remove(const QString &classPath, const QString &propertyPath);
+    static void remove(QStringView classPath, QStringView propertyPath);
     // Removes what is stored for the class paths that continue the given one.
-    static void removeBelow(const QString &classPath);
+    static void removeBelow(QStringView classPath);
     static void synchronize();
 
 private:

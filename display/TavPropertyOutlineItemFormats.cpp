@@ -67,14 +67,14 @@ TavPropertyOutlineItem::getPropertyFormats() const
 std::optional<TavPropertyOutlineItem::StoredFormat>
 TavPropertyOutlineItem::_getPropertyFormats(const QStringList &inheritance) const
 {
-    QStringList classPaths; // in the order of the inheritance
-    for (qsizetype i = 0; i < inheritance.size(); ++i)
-        classPaths.append(classPathAt(inheritance, i));
+    const QString ownClassPath = classPathAt(inheritance, 0);
     for (const TavRegistryProperty *property = this; property; property = property->parent()) {
         const QString path = property->propertyPath();
-        for (qsizetype i = 0; i < classPaths.size(); ++i) {
-            if (const auto format = PropertyFormatStore::format(classPaths[i], path))
-                return StoredFormat{*format, inheritance[i], property != this};
+        QStringView classPath = ownClassPath;
+        for (const QString &className : inheritance) {
+            if (const auto format = PropertyFormatStore::format(classPath, path))
+                return StoredFormat{*format, className, property != this};
+            classPath.chop(className.size() + 1); // that of the class above
         }
     }
     return std::nullopt;
