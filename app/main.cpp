@@ -1,4 +1,59 @@
-int main()
+#include "app/CommandLine.h"
+#include "app/ExplorerSession.h"
+#include "app/Startup.h"
+#include "model/RegistryService.h"
+
+#include <QApplication>
+#include <cstdio>
+
+namespace {
+int fail(const QString &message)
 {
-    return 0;
+    std::fprintf(stderr, "vandrel: %s\n", qUtf8Printable(message));
+    return 1;
+}
+
+QStringList argumentsOf(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+int run(QApplication &application, const CommandLine &line,
+        std::unique_ptr<RegistryService> service)
+{
+    Startup::setUpApplication(line.theme);
+    ExplorerSession session(std::move(service));
+    QObject::connect(&session, &ExplorerSession::pictureSaved, &application,
+                     [] { QApplication::exit(); });
+    QObject::connect(&session, &ExplorerSession::pictureFailed, &application,
+                     [](const QString &message) { QApplication::exit(fail(message)); });
+    QString error;
+    if (!session.start(line, &error))
+        return fail(error);
+    return QApplication::exec();
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const CommandLine line = CommandLine::parse(argumentsOf(argc, argv));
+    if (line.action == CommandLine::Action::ShowText) {
+        std::printf("%s\n", qUtf8Printable(line.text));
+        return 0;
+    }
+    if (line.action == CommandLine::Action::Fail)
+        return fail(line.text);
+
+    // Before the display is reached: a wrong folder is told without one.
+    QString error;
+    auto service = ExplorerSession::openRegistry(line, &error);
+    if (!service)
+        return fail(error);
+    // The options are ours alone.
+    int count = 1;
+    QApplication application(count, argv);
+    return run(application, line, std::move(service));
 }

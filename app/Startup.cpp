@@ -1,0 +1,31 @@
+#include "app/Startup.h"
+
+#include "display/TavPropertyOutlineItem.h"
+#include "model/TavRegistryEntry.h"
+#include "platform/PreferencesStore.h"
+#include "platform/SystemBeep.h"
+
+#include <QApplication>
+#include <QIcon>
+
+void Startup::registerDefaults()
+{
+    QJsonObject defaults = TavPropertyOutlineItem::defaultsToRegister();
+    defaults.insert(QStringLiteral("DefaultPlane"), QStringLiteral("DxService"));
+    defaults.insert(QStringLiteral("ShowNumPaths"), QStringLiteral("no"));
+    PreferencesStore::standard().registerDefaults(defaults);
+}
+
+void Startup::setUpApplication(Theme theme)
+{
+    // No display name: the system would add it to the windows' titles.
+    QApplication::setApplicationName(QStringLiteral("Vandrel"));
+    QApplication::setApplicationVersion(QStringLiteral(VANDREL_VERSION));
+    QApplication::setDesktopFileName(PreferencesStore::applicationIdentifier());
+    applyTheme(theme);
+    QApplication::setWindowIcon(QIcon::fromTheme(PreferencesStore::applicationIdentifier()));
+    SystemBeep::setSounder([] { QApplication::beep(); });
+    registerDefaults();
+    // Every property tree read from now on can be shown.
+    TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
+}

@@ -1,0 +1,36 @@
+#include "app/WindowPicture.h"
+
+#include <QEvent>
+#include <QImageWriter>
+#include <QTimer>
+#include <QWidget>
+
+namespace {
+// What a window puts off until it has been painted, such as the width of a column, is done by then.
+constexpr int settlingTime = 200; // milliseconds
+} // namespace
+
+WindowPicture::WindowPicture(QWidget &window, const QString &file)
+    : window_(window)
+    , file_(file)
+{
+    window.installEventFilter(this);
+}
+
+bool WindowPicture::eventFilter(QObject *window, QEvent *event)
+{
+    if (event->type() == QEvent::Paint) {
+        window->removeEventFilter(this);
+        QTimer::singleShot(settlingTime, this, &WindowPicture::save);
+    }
+    return false;
+}
+
+void WindowPicture::save()
+{
+    QImageWriter writer(file_);
+    if (writer.write(window_.grab().toImage()))
+        Q_EMIT saved();
+    else
+        Q_EMIT failed(tr("The picture %1 could not be saved: %2").arg(file_, writer.errorString()));
+}

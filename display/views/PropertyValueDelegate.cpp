@@ -1,0 +1,178 @@
+#include "display/views/PropertyValueDelegate.h"
+
+#include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "platform/desktop/OutlineRowDelegate.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QTreeView>
+
+namespace {
+constexpr int horizontalMargin = 4;
+constexpr int verticalMargin = OutlineRowDelegate::verticalMargin;
+constexpr int charactersLaidOut = 2'000'000;
+
+bool isValue(const QModelIndex &index)
+{
+    return index.column() == TavPropertiesOutlineViewDataSource::ValueColumn;
+}
+
+// Whether a text is so short that it takes one line whatever its characters.
+bool fitsOneLine(const StyledText &text, const QFontMetrics &metrics, int width)
+{
+    const qsizetype widest = text.text().size() * metrics.maxWidth();
+    return widest <= width && !text.text().contains(u'\n') && !text.text().contains(u'\r');
+}
+} // namespace
+
+PropertyValueDelegate::PropertyValueDelegate(QTreeView &view,
+                                             const TavPropertiesOutlineViewDataSource &dataSource)
+    : QStyledItemDelegate(&view)
+    , view_(view)
+    , dataSource_(dataSource)
+    , layouts_(charactersLaidOut)
+{}
+
+QRect PropertyValueDelegate::textRect(const QStyleOptionViewItem &option) const
+{
+    return option.rect.adjusted(horizontalMargin, verticalMargin, -horizontalMargin,
+                                -verticalMargin);
+}
+
+int PropertyValueDelegate::lineHeight(const QStyleOptionViewItem &option) const
+{
+    return option.fontMetrics.height() + 2 * verticalMargin;
+}
+
+const StyledTextLayout &PropertyValueDelegate::layout(const QModelIndex &index, const QFont &font,
+                                                      int width) const
+{
+    const TavRegistryProperty *const item = dataSource_.item(index);
+    if (const StyledTextLayout *known = layouts_.object(item))
+        return *known;
+    const StyledText text = dataSource_.styledText(index);
+    auto *made = new StyledTextLayout(text, font, view_.palette(), width);
+    // One that is too large for the cache would not survive being put there.
+    const auto cost = std::min<qsizetype>(text.text().size() + 1, charactersLaidOut);
+    layouts_.insert(item, made, cost);
+    return *made;
+}
+
+QSize PropertyValueDelegate::sizeHint(const QStyleOptionViewItem &option,
+                                      const QModelIndex &index) const
+{
+    QStyleOptionViewItem styled = option;
+    styled.fontMetrics = QFontMetrics(styled.font);
+    if (!isValue(index)) {
+        const int width = styled.fontMetrics.horizontalAdvance(index.data().toString());
+        return {width + 2 * horizontalMargin, lineHeight(styled)};
+    }
+    return {view_.columnWidth(index.column()), rowHeight(index, styled)};
+}
+
+int PropertyValueDelegate::rowHeight(const QModelIndex &index,
+                                     const QStyleOptionViewItem &option) const
+{
+    const int width = view_.columnWidth(index.column()) - 2 * horizontalMargin;
+    if (fitsOneLine(dataSource_.styledText(index), option.fontMetrics, width))
+        return lineHeight(option);
+    const int height = qCeil(layout(index, option.font, width).height()) + 2 * verticalMargin;
+    return std::max(height, lineHeight(option));
+}
+
+void PropertyValueDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                                  const QModelIndex &index) const
+{
+    QStyleOptionViewItem styled = option;
+    initStyleOption(&styled, index);
+    styled.text.clear();
+    const QStyle *const style = view_.style();
+    style->drawControl(QStyle::CE_ItemViewItem, &styled, painter, &view_);
+    painter->save();
+    painter->setClipRect(styled.rect, Qt::IntersectClip);
+    paintText(*painter, styled, index);
+    painter->restore();
+}
+
+void PropertyValueDelegate::paintText(QPainter &painter, const QStyleOptionViewItem &option,
+                                      const QModelIndex &index) const
+{
+    const bool isSelected = option.state & QStyle::State_Selected;
+    const QPalette::ColorGroup group =
+        option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+    const QColor color =
+        option.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
+    if (isValue(index)) {
+        paintValue(painter, option, index, color);
+        return;
+    }
+    const QRect rect = textRect(option);
+    const QRect line(rect.left(), rect.top(), rect.width(), option.fontMetrics.height());
+    const QString text = index.data().toString().replace(u'\n', QChar(0x2424));
+    painter.setPen(color);
+    painter.setFont(option.font);
+    painter.drawText(line, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextSingleLine,
+                     option.fontMetrics.elidedText(text, Qt::ElideRight, line.width()));
+}
+
+void PropertyValueDelegate::paintValue(QPainter &painter, const QStyleOptionViewItem &option,
+                                       const QModelIndex &index, const QColor &color) const
+{
+    const QRect rect = textRect(option);
+    const StyledTextLayout &text = layout(index, option.font, rect.width());
+    // On one line with the key, although the fonts may differ.
+    const qreal shift = std::max(0.0, option.fontMetrics.ascent() - text.firstAscent());
+    const bool isSelected = option.state & QStyle::State_Selected;
+    painter.setPen(color);
+    text.draw(painter, QPointF(rect.left(), rect.top() + shift), option.rect,
+              isSelected ? &color : nullptr);
+}
+
+QWidget *PropertyValueDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                                             const QModelIndex &) const
+{
+    auto *editor = new QPlainTextEdit(parent);
+    editor->setReadOnly(true);
+    editor->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    editor->setFont(option.font);
+    editor->setFrameShape(QFrame::NoFrame);
+    editor->document()->setDocumentMargin(verticalMargin);
+    editor->setAccessibleName(tr("Text of the cell"));
+    return editor;
+}
+
+void PropertyValueDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    auto *const field = qobject_cast<QPlainTextEdit *>(editor);
+    field->setPlainText(index.data(Qt::EditRole).toString());
+    field->selectAll();
+}
+
+void PropertyValueDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
+                                         const QModelIndex &index) const
+{
+    model->setData(index, qobject_cast<QPlainTextEdit *>(editor)->toPlainText(), Qt::EditRole);
+}
+
+bool PropertyValueDelegate::eventFilter(QObject *editor, QEvent *event)
+{
+    auto *const field = qobject_cast<QPlainTextEdit *>(editor);
+    if (field && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            Q_EMIT commitData(field);
+            Q_EMIT closeEditor(field, NoHint);
+            return true;
+        }
+    }
+    // Going elsewhere is no attempt to change the value.
+    if (field && event->type() == QEvent::FocusOut) {
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason &&
+            reason != Qt::ActiveWindowFocusReason)
+            Q_EMIT closeEditor(field, NoHint);
+        return false;
+    }
+    return QStyledItemDelegate::eventFilter(editor, event);
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "display/views/StyledTextLayout.h"
+
+#include <QCache>
+#include <QStyledItemDelegate>
+
+class QTreeView;
+class TavPropertiesOutlineViewDataSource;
+
+// Draws the cells of a properties view. Values wrap inside their column and rows grow to hold
+// them; the other cells stand beside a value's first line.
+class PropertyValueDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+public:
+    PropertyValueDelegate(QTreeView &view, const TavPropertiesOutlineViewDataSource &dataSource);
+
+    // To be called before rows are laid out anew for other texts, another width or another font.
+    void forgetLayouts() { layouts_.clear(); }
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const override;
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+    void setModelData(QWidget *editor, QAbstractItemModel *model,
+                      const QModelIndex &index) const override;
+
+protected:
+    bool eventFilter(QObject *editor, QEvent *event) override;
+
+private:
+    QRect textRect(const QStyleOptionViewItem &option) const;
+    int lineHeight(const QStyleOptionViewItem &option) const;
+    int rowHeight(const QModelIndex &index, const QStyleOptionViewItem &option) const;
+    const StyledTextLayout &layout(const QModelIndex &index, const QFont &font, int width) const;
+    void paintText(QPainter &painter, const QStyleOptionViewItem &option,
+                   const QModelIndex &index) const;
+    void paintValue(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index,
+                    const QColor &color) const;
+
+    QTreeView &view_;
+    const TavPropertiesOutlineViewDataSource &dataSource_;
+    mutable QCache<const void *, StyledTextLayout> layouts_; // of nodes, the cost in characters
+};

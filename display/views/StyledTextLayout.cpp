@@ -1,0 +1,96 @@
+#include "display/views/StyledTextLayout.h"
+
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QPainter>
+
+namespace {
+QFont fixedPitchFont(const QFont &like)
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (like.pointSizeF() > 0)
+        font.setPointSizeF(like.pointSizeF());
+    else
+        font.setPixelSize(like.pixelSize());
+    return font;
+}
+
+// As long as the given text, so that ranges keep their places.
+QString withLineSeparators(QString text)
+{
+    text.replace(QLatin1String("\r\n"), QStringLiteral("\u200b\n"));
+    text.replace(u'\n', QChar::LineSeparator);
+    text.replace(u'\r', QChar::LineSeparator);
+    return text;
+}
+} // namespace
+
+StyledTextLayout::StyledTextLayout(const StyledText &text, const QFont &font,
+                                   const QPalette &palette, qreal width)
+{
+    const TextAttributes &attributes = text.attributes();
+    layout_.setText(withLineSeparators(text.text()));
+    layout_.setFont(attributes.fixedPitch ? fixedPitchFont(font) : font);
+    setFormats(text, font, palette);
+    breakLines(attributes, width);
+}
+
+void StyledTextLayout::setFormats(const StyledText &text, const QFont &font,
+                                  const QPalette &palette)
+{
+    QList<QTextLayout::FormatRange> formats;
+    const auto gray = palette.brush(QPalette::PlaceholderText);
+    if (text.attributes().grayForeground) {
+        QTextLayout::FormatRange all{0, static_cast<int>(text.text().size()), {}};
+        all.format.setForeground(gray);
+        formats.append(all);
+    }
+    for (const StyledText::Range &range : text.overrides()) {
+        QTextCharFormat format;
+        if (range.attributes.fixedPitch != text.attributes().fixedPitch)
+            format.setFont(range.attributes.fixedPitch ? fixedPitchFont(font) : font);
+        if (range.attributes.grayForeground)
+            format.setForeground(gray);
+        if (!format.isEmpty())
+            formats.append({static_cast<int>(range.start), static_cast<int>(range.length), format});
+    }
+    layout_.setFormats(formats);
+}
+
+void StyledTextLayout::breakLines(const TextAttributes &attributes, qreal width)
+{
+    QTextOption option;
+    option.setWrapMode(attributes.wrap == TextAttributes::Wrap::Character
+                           ? QTextOption::WrapAnywhere
+                           : QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout_.setTextOption(option);
+    const qreal indent =
+        attributes.headIndent
+            ? QFontMetricsF(layout_.font()).horizontalAdvance(QLatin1Char(attributes.headIndent))
+            : 0;
+    layout_.beginLayout();
+    for (QTextLine line = layout_.createLine(); line.isValid(); line = layout_.createLine()) {
+        const qreal x = line.lineNumber() == 0 ? 0 : indent;
+        line.setLineWidth(std::max(width - x, 1.0));
+        line.setPosition({x, height_});
+        height_ += line.height();
+    }
+    layout_.endLayout();
+}
+
+qreal StyledTextLayout::firstAscent() const
+{
+    return layout_.lineCount() > 0 ? layout_.lineAt(0).ascent() : 0;
+}
+
+void StyledTextLayout::draw(QPainter &painter, const QPointF &position, const QRectF &clip,
+                            const QColor *highlight) const
+{
+    QList<QTextLayout::FormatRange> selections;
+    if (highlight) {
+        QTextLayout::FormatRange all{0, static_cast<int>(layout_.text().size()), {}};
+        all.format.setForeground(*highlight);
+        selections.append(all);
+    }
+    layout_.draw(&painter, position, selections, clip);
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "display/StyledText.h"
+
+#include <QFont>
+#include <QPalette>
+#include <QTextLayout>
+
+class QPainter;
+
+// A styled text broken into lines of a width, ready to be drawn.
+class StyledTextLayout
+{
+public:
+    StyledTextLayout(const StyledText &text, const QFont &font, const QPalette &palette,
+                     qreal width);
+
+    qreal height() const { return height_; }
+    qreal firstAscent() const;
+    // Draws the lines that the clip touches; highlighted text is of one colour.
+    void draw(QPainter &painter, const QPointF &position, const QRectF &clip,
+              const QColor *highlight) const;
+
+private:
+    void setFormats(const StyledText &text, const QFont &font, const QPalette &palette);
+    void breakLines(const TextAttributes &attributes, qreal width);
+
+    QTextLayout layout_;
+    qreal height_ = 0;
+};

@@ -1,0 +1,77 @@
+#include "display/views/TavPropertiesOutlineView.h"
+
+#include "display/views/PropertyValueDelegate.h"
+#include "display/views/TavPropertiesOutlineViewDataSource.h"
+
+#include <QEvent>
+#include <QHeaderView>
+
+TavPropertiesOutlineView::TavPropertiesOutlineView(QWidget *parent)
+    : OutlineView(parent)
+{
+    setSelectionMode(SingleSelection);
+    setEditTriggers(DoubleClicked | EditKeyPressed);
+    setAllColumnsShowFocus(true);
+    setAlternatingRowColors(true);
+}
+
+void TavPropertiesOutlineView::setDataSource(TavPropertiesOutlineViewDataSource &dataSource)
+{
+    dataSource_ = &dataSource;
+    delegate_ = new PropertyValueDelegate(*this, dataSource);
+    setItemDelegate(delegate_);
+    setModel(&dataSource);
+    const int character = fontMetrics().averageCharWidth();
+    header()->setStretchLastSection(true);
+    header()->setSectionsMovable(false);
+    header()->resizeSection(TavPropertiesOutlineViewDataSource::KeyColumn, 28 * character);
+    header()->resizeSection(TavPropertiesOutlineViewDataSource::TypeColumn, 13 * character);
+    header()->setMinimumSectionSize(8 * character);
+
+    connect(header(), &QHeaderView::sectionResized, this, [this] { noteHeightOfAllRowsChanged(); });
+    connect(this, &QTreeView::expanded, this, [this](const QModelIndex &index) {
+        if (isOpeningRows())
+            return;
+        dataSource_->itemDidExpand(index);
+        openRememberedRows(index);
+    });
+    connect(this, &QTreeView::collapsed, this,
+            [this](const QModelIndex &index) { dataSource_->itemDidCollapse(index); });
+}
+
+void TavPropertiesOutlineView::reloadData()
+{
+    delegate_->forgetLayouts();
+    dataSource_->reload();
+    openRememberedRows({});
+}
+
+void TavPropertiesOutlineView::openRememberedRows(const QModelIndex &top)
+{
+    openRows(top, [this](const QModelIndex &index) {
+        return dataSource_->isItemExpanded(*dataSource_->item(index));
+    });
+}
+
+void TavPropertiesOutlineView::noteHeightOfAllRowsChanged()
+{
+    if (!delegate_)
+        return;
+    delegate_->forgetLayouts();
+    scheduleDelayedItemsLayout();
+    viewport()->update();
+}
+
+TavRegistryProperty *TavPropertiesOutlineView::selectedItem() const
+{
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    return rows.isEmpty() ? nullptr : dataSource_->item(rows.first());
+}
+
+void TavPropertiesOutlineView::changeEvent(QEvent *event)
+{
+    OutlineView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange ||
+        event->type() == QEvent::StyleChange)
+        noteHeightOfAllRowsChanged();
+}

@@ -1,0 +1,216 @@
+#include "display/views/TavPropertiesOutlineViewDataSource.h"
+
+#include "display/TavPropertyOutlineItem.h"
+#include "display/views/PropertiesViewController.h"
+#include "platform/SystemBeep.h"
+#include "platform/desktop/PlainToolTip.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+
+// Where a node stands, which the node itself does not know.
+struct TavPropertiesOutlineViewDataSource::Row
+{
+    TavRegistryProperty *item = nullptr;
+    Row *parent = nullptr;
+    int number = 0;
+    bool hasMadeRows = false;
+    std::vector<Row> rows = {}; // made on first demand, never changed again
+};
+
+TavPropertiesOutlineViewDataSource::TavPropertiesOutlineViewDataSource(
+    PropertiesViewController &windowController, QObject *parent)
+    : QAbstractItemModel(parent)
+    , windowController_(windowController)
+    , root_(std::make_unique<Row>())
+{}
+
+TavPropertiesOutlineViewDataSource::~TavPropertiesOutlineViewDataSource() = default;
+
+void TavPropertiesOutlineViewDataSource::reload()
+{
+    const PropertyRef newRoot = windowController_.rootPropertyItem();
+    if (rootItem_ && newRoot && newRoot != rootItem_ &&
+        newRoot->registryEntry() == rootItem_->registryEntry())
+        expandedItems_.carryOver(*rootItem_, *newRoot);
+    beginResetModel();
+    root_ = std::make_unique<Row>(Row{newRoot.get(), nullptr, 0});
+    const PropertyRef oldRoot = std::exchange(rootItem_, newRoot);
+    endResetModel();
+}
+
+void TavPropertiesOutlineViewDataSource::noteValuesChanged()
+{
+    if (const int rows = rowCount())
+        Q_EMIT dataChanged(index(0, ValueColumn), index(rows - 1, ValueColumn));
+}
+
+TavPropertiesOutlineViewDataSource::Row *
+TavPropertiesOutlineViewDataSource::rowOf(const QModelIndex &index) const
+{
+    return index.isValid() ? static_cast<Row *>(index.internalPointer()) : root_.get();
+}
+
+TavPropertiesOutlineViewDataSource::Row &
+TavPropertiesOutlineViewDataSource::madeRow(const QModelIndex &parent) const
+{
+    Row &row = *rowOf(parent);
+    if (!row.hasMadeRows && row.item) {
+        row.hasMadeRows = true;
+        const qsizetype count = row.item->numberOfChildren();
+        row.rows.reserve(static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i)
+            row.rows.push_back(Row{row.item->childAtIndex(i), &row, i});
+    }
+    return row;
+}
+
+TavRegistryProperty *TavPropertiesOutlineViewDataSource::item(const QModelIndex &index) const
+{
+    return index.isValid() ? rowOf(index)->item : nullptr;
+}
+
+TavPropertyOutlineItem *TavPropertiesOutlineViewDataSource::outlineItem(TavRegistryProperty *item)
+{
+    const bool isOutlineItem =
+        item && item->propertyClass().isKindOf(TavPropertyOutlineItem::staticPropertyClass());
+    return isOutlineItem ? static_cast<TavPropertyOutlineItem *>(item) : nullptr;
+}
+
+StyledText TavPropertiesOutlineViewDataSource::styledText(const QModelIndex &index) const
+{
+    StyledText text;
+    if (TavPropertyOutlineItem *const shown = outlineItem(item(index))) {
+        if (index.column() == KeyColumn)
+            text = StyledText(shown->name(), {});
+        else if (index.column() == TypeColumn)
+            text = StyledText(shown->typeName(), {});
+        else if (index.column() == ValueColumn)
+            text = shown->displayValue();
+    }
+    return text.isNull() ? StyledText(QStringLiteral("ERROR!"), {}) : text;
+}
+
+bool TavPropertiesOutlineViewDataSource::isItemExpanded(const TavRegistryProperty &item) const
+{
+    return expandedItems_.contains(item);
+}
+
+void TavPropertiesOutlineViewDataSource::itemDidExpand(const QModelIndex &index)
+{
+    TavRegistryProperty *const opened = item(index);
+    if (opened && expansionRecorder_.shouldRecord())
+        expandedItems_.insert(*opened);
+}
+
+void TavPropertiesOutlineViewDataSource::itemDidCollapse(const QModelIndex &index)
+{
+    const TavRegistryProperty *const closed = item(index);
+    if (closed && expansionRecorder_.shouldRecord())
+        expandedItems_.remove(*closed);
+}
+
+QModelIndex TavPropertiesOutlineViewDataSource::index(int row, int column,
+                                                      const QModelIndex &parent) const
+{
+    if (row < 0 || column < 0 || column >= ColumnCount || row >= rowCount(parent))
+        return {};
+    return createIndex(row, column, &madeRow(parent).rows[static_cast<std::size_t>(row)]);
+}
+
+QModelIndex TavPropertiesOutlineViewDataSource::parent(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return {};
+    Row *const parent = rowOf(index)->parent;
+    return parent == root_.get() ? QModelIndex() : createIndex(parent->number, 0, parent);
+}
+
+int TavPropertiesOutlineViewDataSource::rowCount(const QModelIndex &parent) const
+{
+    return parent.column() > 0 ? 0 : static_cast<int>(madeRow(parent).rows.size());
+}
+
+int TavPropertiesOutlineViewDataSource::columnCount(const QModelIndex &) const
+{
+    return ColumnCount;
+}
+
+bool TavPropertiesOutlineViewDataSource::hasChildren(const QModelIndex &parent) const
+{
+    // A collection can be opened even when it is empty.
+    const TavRegistryProperty *const container = rowOf(parent)->item;
+    return parent.column() <= 0 && container && container->isCollection();
+}
+
+QVariant TavPropertiesOutlineViewDataSource::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    TavRegistryProperty *const shown = item(index);
+    const bool isValue = index.column() == ValueColumn;
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return styledText(index).text();
+    case Qt::ToolTipRole: {
+        const TavPropertyOutlineItem *const described = isValue ? outlineItem(shown) : nullptr;
+        const QString text = described ? described->valueTooltip() : QString();
+        return text.isEmpty() ? QVariant() : plainToolTip(text);
+    }
+    case Qt::ForegroundRole:
+        if (isValue && (shown->valueType() == RegistryValue::Type::Array ||
+                        shown->valueType() == RegistryValue::Type::Dictionary))
+            return QGuiApplication::palette().brush(QPalette::PlaceholderText);
+        return {};
+    default:
+        return {};
+    }
+}
+
+bool TavPropertiesOutlineViewDataSource::setData(const QModelIndex &, const QVariant &, int)
+{
+    SystemBeep::beep();
+    return false;
+}
+
+QVariant TavPropertiesOutlineViewDataSource::headerData(int section, Qt::Orientation orientation,
+                                                        int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    switch (section) {
+    case KeyColumn:
+        return tr("Key or Index");
+    case TypeColumn:
+        return tr("Type");
+    case ValueColumn:
+        return tr("Value");
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags TavPropertiesOutlineViewDataSource::flags(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    flags.setFlag(Qt::ItemIsEditable, mayEdit(*item(index), index.column()));
+    flags.setFlag(Qt::ItemNeverHasChildren, !item(index)->isCollection());
+    return flags;
+}
+
+// Editing is there to select and copy a part of a text.
+bool TavPropertiesOutlineViewDataSource::mayEdit(const TavRegistryProperty &item, int column)
+{
+    using Type = RegistryValue::Type;
+    switch (column) {
+    case KeyColumn:
+        return !item.parent() || item.parent()->valueType() != Type::Array;
+    case ValueColumn:
+        return item.valueType() != Type::Array && item.valueType() != Type::Dictionary;
+    default:
+        return false;
+    }
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "display/StyledText.h"
+#include "display/views/ExpandedItems.h"
+#include "platform/desktop/ExpansionRecorder.h"
+
+#include <QAbstractItemModel>
+
+class PropertiesViewController;
+class TavPropertyOutlineItem;
+
+// The rows of a property tree: key or index, type, value. Nothing in them can be changed.
+class TavPropertiesOutlineViewDataSource : public QAbstractItemModel
+{
+    Q_OBJECT
+public:
+    enum Column { KeyColumn, TypeColumn, ValueColumn, ColumnCount };
+
+    // The controller must outlive this.
+    explicit TavPropertiesOutlineViewDataSource(PropertiesViewController &windowController,
+                                                QObject *parent = nullptr);
+    ~TavPropertiesOutlineViewDataSource() override;
+
+    // Shows the controller's present tree. Indexes of the one before must not be used any more.
+    void reload();
+    void noteValuesChanged(); // their texts, that is
+
+    TavRegistryProperty *item(const QModelIndex &index) const; // null for the invisible top
+    StyledText styledText(const QModelIndex &index) const;
+    bool isItemExpanded(const TavRegistryProperty &item) const;
+    void itemDidExpand(const QModelIndex &index);
+    void itemDidCollapse(const QModelIndex &index);
+    void removeTerminatedItems() { expandedItems_.removeTerminatedItems(); }
+
+    QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
+    QModelIndex parent(const QModelIndex &index) const override;
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    bool hasChildren(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+private:
+    struct Row;
+
+    Row *rowOf(const QModelIndex &index) const;
+    Row &madeRow(const QModelIndex &parent) const; // with the rows below it made
+    static TavPropertyOutlineItem *outlineItem(TavRegistryProperty *item);
+    static bool mayEdit(const TavRegistryProperty &item, int column);
+
+    PropertiesViewController &windowController_;
+    ExpansionRecorder expansionRecorder_;
+    ExpandedItems expandedItems_;
+    PropertyRef rootItem_; // keeps the nodes that the rows stand for
+    std::unique_ptr<Row> root_;
+};

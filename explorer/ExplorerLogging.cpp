@@ -1,0 +1,3 @@
+#include "explorer/ExplorerLogging.h"
+
+Q_LOGGING_CATEGORY(explorerLog, "vandrel.explorer", QtInfoMsg)

@@ -1,0 +1,231 @@
+#include "explorer/TavRegistryOutlineView.h"
+
+#include "explorer/TavRegistryOutlineItem.h"
+#include "explorer/TavRegistryOutlineViewDataSource.h"
+#include "platform/SystemBeep.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+TavRegistryOutlineView::TavRegistryOutlineView(QWidget *parent)
+    : OutlineView(parent)
+{
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    header()->setStretchLastSection(false);
+    header()->setResizeContentsPrecision(0); // the rows in view alone
+
+    fitTimer_.setSingleShot(true);
+    fitTimer_.setInterval(0);
+    connect(&fitTimer_, &QTimer::timeout, this, &TavRegistryOutlineView::fitColumn);
+}
+
+void TavRegistryOutlineView::setDataSource(TavRegistryOutlineViewDataSource &dataSource)
+{
+    dataSource_ = &dataSource;
+    setModel(&dataSource);
+    connect(this, &QTreeView::expanded, this, &TavRegistryOutlineView::rowDidExpand);
+    connect(this, &QTreeView::collapsed, this, [this](const QModelIndex &index) {
+        dataSource_->itemDidCollapse(index);
+        fitColumnLater(true);
+    });
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &TavRegistryOutlineView::selectionDidChange);
+}
+
+void TavRegistryOutlineView::rowDidExpand(const QModelIndex &index)
+{
+    fitColumnLater(false);
+    if (isOpeningRows())
+        return;
+    dataSource_->itemDidExpand(index);
+    openExpandedRows(index);
+}
+
+void TavRegistryOutlineView::openExpandedRows(const QModelIndex &top)
+{
+    openRows(top, [](const QModelIndex &index) {
+        return TavRegistryOutlineViewDataSource::item(index)->isExpanded();
+    });
+}
+
+void TavRegistryOutlineView::setAllRowsExpanded(bool isExpanded)
+{
+    const QModelIndex root = model()->index(0, 0);
+    if (!root.isValid())
+        return;
+    TavRegistryOutlineViewDataSource::item(root)->setExpandedRecursive(isExpanded);
+    setSubtreeExpanded(root, isExpanded);
+}
+
+void TavRegistryOutlineView::selectionDidChange()
+{
+    viewport()->update(); // the selection path shows in many rows
+    if (isReloading_)
+        return;
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    dataSource_->selectionDidChange(
+        rows.isEmpty() ? nullptr : TavRegistryOutlineViewDataSource::item(rows.first()));
+}
+
+void TavRegistryOutlineView::reloadData(const std::function<void()> &change)
+{
+    const QScopedValueRollback reloading(isReloading_, true);
+    const std::optional<TavRegistryEntryPath> selected = selectedPath();
+    const std::optional<Anchor> fixed = anchor();
+    const bool isReset = dataSource_->reload(change);
+    if (isReset)
+        openExpandedRows({});
+    if (selected)
+        restoreSelection(*selected);
+    if (isReset && fixed)
+        restoreAnchor(*fixed);
+    viewport()->update();
+    fitColumnLater(true);
+}
+
+std::optional<TavRegistryEntryPath> TavRegistryOutlineView::selectedPath() const
+{
+    const TavRegistryOutlineItem *const selected = dataSource_->selectedItem();
+    return selected ? std::optional(selected->entryPath()) : std::nullopt;
+}
+
+std::optional<TavRegistryOutlineView::Anchor> TavRegistryOutlineView::anchor() const
+{
+    const QRect view = viewport()->rect();
+    QModelIndex row = currentIndex();
+    if (!row.isValid() || !visualRect(row).intersects(view))
+        row = indexAt(view.topLeft() + QPoint(0, 1));
+    if (!row.isValid())
+        return std::nullopt;
+    return Anchor{TavRegistryOutlineViewDataSource::item(row)->entryPath(), visualRect(row).top()};
+}
+
+// Of a path that was seen before a reload, which may have brought another plane.
+std::vector<TavRegistryOutlineItem *>
+TavRegistryOutlineView::itemsStillThere(const TavRegistryEntryPath &path) const
+{
+    const TavRegistryOutlineItem *const root =
+        TavRegistryOutlineViewDataSource::item(model()->index(0, 0));
+    return root && root->plane() == path.plane() ? itemsForEntryPath(path)
+                                                 : std::vector<TavRegistryOutlineItem *>();
+}
+
+void TavRegistryOutlineView::restoreAnchor(const Anchor &anchor)
+{
+    const auto items = itemsStillThere(anchor.path);
+    if (items.empty())
+        return;
+    const QRect row = visualRect(dataSource_->indexOf(*items.back()));
+    if (row.isValid())
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + row.top() - anchor.y);
+}
+
+void TavRegistryOutlineView::restoreSelection(const TavRegistryEntryPath &path)
+{
+    const auto items = itemsStillThere(path);
+    if (items.empty() || items.size() < path.length())
+        return;
+    dataSource_->setSelectedItem(items.back());
+    selectRow(*items.back(), false);
+}
+
+void TavRegistryOutlineView::selectRow(const TavRegistryOutlineItem &item, bool mayScroll)
+{
+    // A view that is not shown yet scrolls to its current row when it is, if it may.
+    setAutoScroll(mayScroll);
+    selectionModel()->setCurrentIndex(dataSource_->indexOf(item),
+                                      QItemSelectionModel::ClearAndSelect);
+    setAutoScroll(true);
+}
+
+std::vector<TavRegistryOutlineItem *>
+TavRegistryOutlineView::itemsForEntryPath(const TavRegistryEntryPath &path) const
+{
+    std::vector<TavRegistryOutlineItem *> items;
+    QModelIndex parent;
+    for (const EntryRef &entry : path.registryEntries()) {
+        TavRegistryOutlineItem *found = nullptr;
+        for (int row = 0, rows = model()->rowCount(parent); row < rows && !found; ++row) {
+            const QModelIndex index = model()->index(row, 0, parent);
+            TavRegistryOutlineItem *const item = TavRegistryOutlineViewDataSource::item(index);
+            if (item->registryEntry() == entry) {
+                found = item;
+                parent = index;
+            }
+        }
+        if (!found)
+            break;
+        items.push_back(found);
+    }
+    return items;
+}
+
+TavRegistryEntryPath TavRegistryOutlineView::selectItemAtEntryPath(const TavRegistryEntryPath &path,
+                                                                   bool scrollToVisible)
+{
+    // What is selected already was found by the user or kept by a reload, opened as he likes it.
+    if (!scrollToVisible && selectedPath() == path)
+        return path;
+    const auto items = itemsForEntryPath(path);
+    for (const TavRegistryOutlineItem *item : items)
+        expand(dataSource_->indexOf(*item));
+    if (!items.empty()) {
+        selectRow(*items.back(), scrollToVisible);
+        if (scrollToVisible)
+            scrollTo(dataSource_->indexOf(*items.back()));
+    }
+    return items.size() == path.length() ? path : path.subpathOfLength(items.size());
+}
+
+void TavRegistryOutlineView::deselectAll()
+{
+    selectionModel()->clear();
+}
+
+void TavRegistryOutlineView::keyPressEvent(QKeyEvent *event)
+{
+    const bool isModifier = event->key() == Qt::Key_Control || event->key() == Qt::Key_Shift ||
+                            event->key() == Qt::Key_Alt || event->key() == Qt::Key_Meta ||
+                            event->key() == Qt::Key_AltGr;
+    if (event->modifiers() & Qt::ControlModifier && !isModifier) {
+        SystemBeep::beep();
+        event->accept();
+        return;
+    }
+    OutlineView::keyPressEvent(event);
+}
+
+void TavRegistryOutlineView::resizeEvent(QResizeEvent *event)
+{
+    OutlineView::resizeEvent(event);
+    fitColumnLater(true);
+    fitColumn();
+}
+
+void TavRegistryOutlineView::scrollContentsBy(int dx, int dy)
+{
+    OutlineView::scrollContentsBy(dx, dy);
+    if (dy != 0)
+        fitColumnLater(false);
+}
+
+void TavRegistryOutlineView::fitColumnLater(bool mayShrink)
+{
+    mayShrinkColumn_ = mayShrinkColumn_ || mayShrink;
+    fitTimer_.start();
+}
+
+// Names in view are shown whole. Scrolling up and down only widens, so that nothing jumps.
+void TavRegistryOutlineView::fitColumn()
+{
+    if (!model())
+        return;
+    const int least = mayShrinkColumn_ ? viewport()->width() : columnWidth(0);
+    mayShrinkColumn_ = false;
+    header()->resizeSection(0, std::max(least, sizeHintForColumn(0)));
+}

@@ -1,0 +1,156 @@
+#include "explorer/TavRegistryOutlineViewDataSource.h"
+
+#include "explorer/TavRegistryOutlineItem.h"
+#include "explorer/TavWindowController.h"
+#include "platform/desktop/PlainToolTip.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QPalette>
+
+namespace {
+QVariant color(const EntryTextAttributes &attributes)
+{
+    using Color = EntryTextAttributes::Color;
+    switch (attributes.color) {
+    case Color::Text:
+        return {};
+    case Color::LightGray:
+        return QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text);
+    case Color::DarkGray:
+        return QGuiApplication::palette().color(QPalette::PlaceholderText);
+    default:
+        return attributes.stateColor();
+    }
+}
+
+QVariant font(const EntryTextAttributes &attributes)
+{
+    if (!attributes.isBold && !attributes.isSlanted && !attributes.isUnderlined &&
+        !attributes.isStruckOut)
+        return {};
+    QFont font;
+    font.setBold(attributes.isBold);
+    font.setItalic(attributes.isSlanted);
+    font.setUnderline(attributes.isUnderlined);
+    font.setStrikeOut(attributes.isStruckOut);
+    return font;
+}
+} // namespace
+
+TavRegistryOutlineViewDataSource::TavRegistryOutlineViewDataSource(
+    TavWindowController &windowController, QObject *parent)
+    : QAbstractItemModel(parent)
+    , windowController_(windowController)
+{}
+
+bool TavRegistryOutlineViewDataSource::isUpToDate() const
+{
+    TavRegistryOutlineItem *const root = windowController_.rootOutlineItem();
+    return root == root_ && (!root || root->isUpToDate());
+}
+
+bool TavRegistryOutlineViewDataSource::reload(const std::function<void()> &change)
+{
+    setSelectedItem(nullptr);
+    const bool isReset = !isUpToDate();
+    if (isReset)
+        beginResetModel();
+    change();
+    root_ = windowController_.rootOutlineItem();
+    if (!isReset)
+        return false;
+    if (root_)
+        root_->rereadChildren();
+    endResetModel();
+    return true;
+}
+
+TavRegistryOutlineItem *TavRegistryOutlineViewDataSource::item(const QModelIndex &index)
+{
+    return static_cast<TavRegistryOutlineItem *>(index.internalPointer());
+}
+
+QModelIndex TavRegistryOutlineViewDataSource::indexOf(const TavRegistryOutlineItem &item) const
+{
+    return createIndex(item.row(), 0, &item);
+}
+
+void TavRegistryOutlineViewDataSource::setSelectedItem(TavRegistryOutlineItem *item)
+{
+    if (selectedItem_)
+        selectedItem_->setOnSelectionPath(false);
+    selectedItem_ = item;
+    if (selectedItem_)
+        selectedItem_->setOnSelectionPath(true);
+}
+
+void TavRegistryOutlineViewDataSource::selectionDidChange(TavRegistryOutlineItem *selected)
+{
+    setSelectedItem(selected);
+    windowController_.outlineViewSelectionChanged();
+}
+
+void TavRegistryOutlineViewDataSource::itemDidExpand(const QModelIndex &index)
+{
+    if (expansionRecorder_.shouldRecord())
+        item(index)->setExpanded(true);
+}
+
+void TavRegistryOutlineViewDataSource::itemDidCollapse(const QModelIndex &index)
+{
+    if (expansionRecorder_.shouldRecord())
+        item(index)->setExpanded(false);
+}
+
+QModelIndex TavRegistryOutlineViewDataSource::index(int row, int column,
+                                                    const QModelIndex &parent) const
+{
+    if (row < 0 || column != 0 || row >= rowCount(parent))
+        return {};
+    return createIndex(row, 0, parent.isValid() ? item(parent)->childAtIndex(row) : root_);
+}
+
+QModelIndex TavRegistryOutlineViewDataSource::parent(const QModelIndex &index) const
+{
+    const TavRegistryOutlineItem *const parent = index.isValid() ? item(index)->parent() : nullptr;
+    return parent ? indexOf(*parent) : QModelIndex();
+}
+
+int TavRegistryOutlineViewDataSource::rowCount(const QModelIndex &parent) const
+{
+    if (!parent.isValid())
+        return root_ ? 1 : 0;
+    return static_cast<int>(item(parent)->children().size());
+}
+
+int TavRegistryOutlineViewDataSource::columnCount(const QModelIndex &) const
+{
+    return 1;
+}
+
+bool TavRegistryOutlineViewDataSource::hasChildren(const QModelIndex &parent) const
+{
+    return parent.isValid() ? !item(parent)->isLeaf() : root_ != nullptr;
+}
+
+QVariant TavRegistryOutlineViewDataSource::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    TavRegistryOutlineItem *const shown = item(index);
+    switch (role) {
+    case Qt::DisplayRole:
+        return shown->displayName().text;
+    case Qt::FontRole:
+        return font(shown->displayName().attributes);
+    case Qt::ForegroundRole:
+        return color(shown->displayName().attributes);
+    case Qt::ToolTipRole:
+        return plainToolTip(windowController_.toolTipForRegistryEntry(*shown->registryEntry()));
+    case Qt::AccessibleTextRole:
+        return windowController_.accessibleNameForOutlineItem(*shown);
+    default:
+        return {};
+    }
+}

@@ -1,0 +1,159 @@
+#include "explorer/TavWindowController.h"
+
+#include "display/views/TavPropertiesOutlineView.h"
+#include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "explorer/PlaneMenu.h"
+#include "explorer/TavRegistryOutlineItem.h"
+#include "explorer/TavRegistryOutlineView.h"
+#include "explorer/TavRegistryOutlineViewDataSource.h"
+#include "platform/PreferencesStore.h"
+#include "platform/desktop/FactField.h"
+#include "platform/desktop/InterfaceLoader.h"
+#include "store/DataStoreNotifications.h"
+#include "store/TavDataStore.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMessageBox>
+#include <QSplitter>
+#include <QTimer>
+
+TavWindowController::TavWindowController(std::shared_ptr<TavDataStore> dataStore)
+    : dataStore_(std::move(dataStore))
+    , showNumPaths_(PreferencesStore::standard().flag(QStringLiteral("ShowNumPaths")))
+    , outlineDataSource_(std::make_unique<TavRegistryOutlineViewDataSource>(*this))
+    , propertiesDataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
+{
+    loadWindow();
+    connectOutlets();
+    setUpViews();
+    connectActions();
+    windowDidLoad();
+    observeDataStore();
+}
+
+TavWindowController::~TavWindowController()
+{
+    observations_.clear();
+    dataStore_->removeClient(this);
+}
+
+void TavWindowController::loadWindow()
+{
+    InterfaceLoader loader;
+    loader.addWidgetClass<FactField>();
+    loader.addWidgetClass<TavRegistryOutlineView>();
+    loader.addWidgetClass<TavPropertiesOutlineView>();
+    window_.reset(qobject_cast<QMainWindow *>(loader.load(QStringLiteral("Explorer")).release()));
+    Q_ASSERT(window_);
+}
+
+void TavWindowController::connectOutlets()
+{
+    const auto outlet = [this](auto *&field, const char *name) {
+        field = InterfaceLoader::outlet<std::remove_reference_t<decltype(*field)>>(*window_, name);
+    };
+    outlet(planeListButton_, "planeListButton");
+    outlet(objectNameField_, "objectNameField");
+    outlet(objectInheritanceField_, "objectInheritanceField");
+    outlet(objectBundleField_, "objectBundleField");
+    outlet(objectRetainCountField_, "objectRetainCountField");
+    outlet(objectBusyCountField_, "objectBusyCountField");
+    outlet(dxserviceAttributesView_, "dxserviceAttributesView");
+    outlet(objectRegisteredCell_, "objectRegisteredCell");
+    outlet(objectMatchedCell_, "objectMatchedCell");
+    outlet(objectActiveCell_, "objectActiveCell");
+    outlet(registryOutlineView_, "registryOutlineView");
+    outlet(propertiesOutlineView_, "propertiesOutlineView");
+    outlet(systemStatusField1_, "systemStatusField1");
+    outlet(systemStatusField2_, "systemStatusField2");
+    outlet(systemStatusField3_, "systemStatusField3");
+}
+
+void TavWindowController::setUpViews()
+{
+    registryOutlineView_->setDataSource(*outlineDataSource_);
+    propertiesOutlineView_->setDataSource(*propertiesDataSource_);
+
+    auto *const splitView = InterfaceLoader::outlet<QSplitter>(*window_, "explorerSplitView");
+    splitView->setStretchFactor(0, 0);
+    splitView->setStretchFactor(1, 1);
+    splitView->setSizes({window_->width() * 2 / 5, window_->width() * 3 / 5});
+
+    // The rows below stay where they are when these facts come and go.
+    QSizePolicy policy = dxserviceAttributesView_->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    dxserviceAttributesView_->setSizePolicy(policy);
+    for (FactField *count : {objectRetainCountField_, objectBusyCountField_})
+        count->setMaximumWidth(count->fontMetrics().averageCharWidth() * 12);
+    for (QCheckBox *cell : {objectRegisteredCell_, objectMatchedCell_, objectActiveCell_}) {
+        // They tell and are not to be set.
+        cell->setAttribute(Qt::WA_TransparentForMouseEvents);
+        cell->setFocusPolicy(Qt::NoFocus);
+    }
+
+    planeListButton_->setItemData(0, 0, PlaneMenu::TagRole);
+    planeListButton_->setItemData(0, QStringLiteral("1"), PlaneMenu::KeyEquivalentRole);
+    planeMenu_ = std::make_unique<PlaneMenu>(
+        *planeListButton_, *InterfaceLoader::outlet<QMenu>(*window_, "planeMenu"));
+    connect(planeListButton_, &QComboBox::activated, this, &TavWindowController::planePopupChanged);
+    connect(planeMenu_.get(), &PlaneMenu::planeChosen, this,
+            &TavWindowController::planePopupChanged);
+}
+
+void TavWindowController::windowDidLoad()
+{
+    updatePlaneList();
+    clearObjectInfo();
+    const QString plane = PreferencesStore::standard().string(QStringLiteral("DefaultPlane"));
+    setRegistryPlane(plane.isEmpty() ? QStringLiteral("DxService") : plane, true);
+    TavRegistryEntry *const root = dataStore_->registryRoot();
+    // New nodes are expanded, so the tree shows open from top to bottom.
+    goToEntryPath(root ? root->entryPathInPlane(registryPlane_, 0) : std::nullopt, true, false);
+    updateStatusBar();
+    synchronizeWindowTitleWithDocumentName();
+    QTimer::singleShot(0, this, &TavWindowController::makeExplorerFirstResponder);
+}
+
+void TavWindowController::observeDataStore()
+{
+    using namespace DataStoreNotifications;
+    const auto observe = [this](const QString &name, void (TavWindowController::*handler)()) {
+        observations_.push_back(NotificationCenter::defaultCenter().observe(
+            name, dataStore_.get(), [this, handler](const auto &) { (this->*handler)(); }));
+    };
+    observe(outOfDate, &TavWindowController::noteDataStoreOutOfDate);
+    observe(changed, &TavWindowController::noteDataStoreChanged);
+    observe(objectChanged, &TavWindowController::noteDataStoreObjectChanged);
+    observe(objectsTerminated, &TavWindowController::noteDataStoreObjectsTerminated);
+    observe(clearedTerminatedObjects, &TavWindowController::noteDataStoreClearedTerminatedObjects);
+}
+
+TavRegistryOutlineItem *TavWindowController::rootOutlineItem() const
+{
+    auto &item = rootOutlineItemsInPlanes_[registryPlane_];
+    TavRegistryEntry *const root = dataStore_->registryRoot();
+    if (!item && root)
+        item = std::make_shared<TavRegistryOutlineItem>(*this, nullptr, registryPlane_,
+                                                        root->shared_from_this());
+    return item.get();
+}
+
+QString TavWindowController::registryPathForSelectedEntry() const
+{
+    return selectedEntryPath_ ? selectedEntryPath_->registryPath() : QString();
+}
+
+bool TavWindowController::isExplorerFirstResponder() const
+{
+    return window_->focusWidget() == registryOutlineView_;
+}
+
+void TavWindowController::makeExplorerFirstResponder()
+{
+    registryOutlineView_->setFocus(Qt::OtherFocusReason);
+}

@@ -1,0 +1,126 @@
+#pragma once
+
+#include "display/views/PropertiesViewController.h"
+#include "model/TavRegistryEntryPath.h"
+#include "platform/NotificationCenter.h"
+
+#include <QHash>
+#include <QObject>
+
+class FactField;
+class PlaneMenu;
+class QAction;
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QMainWindow;
+class TavDataStore;
+class TavPropertiesOutlineView;
+class TavPropertiesOutlineViewDataSource;
+class TavRegistryOutlineItem;
+class TavRegistryOutlineView;
+class TavRegistryOutlineViewDataSource;
+
+// Drives one explorer window: a plane of a data store as a tree, the facts of the selected entry
+// and its property tree. Main thread only.
+class TavWindowController : public QObject, public PropertiesViewController
+{
+    Q_OBJECT
+public:
+    explicit TavWindowController(std::shared_ptr<TavDataStore> dataStore);
+    ~TavWindowController() override;
+
+    QMainWindow *window() const { return window_.get(); }
+    TavDataStore *dataStore() const { return dataStore_.get(); }
+    const QString &registryPlane() const { return registryPlane_; }
+    const std::optional<TavRegistryEntryPath> &selectedEntryPath() const
+    {
+        return selectedEntryPath_;
+    }
+    TavRegistryEntry *selectedEntry() const { return selectedEntry_.get(); }
+    QString registryPathForSelectedEntry() const;    // null without one
+    TavRegistryOutlineItem *rootOutlineItem() const; // of the plane; null without a registry
+    const PropertyRef &rootPropertyItem() const override { return rootPropertyItem_; }
+    bool showNumPaths() const { return showNumPaths_; }
+
+    QString windowTitleForDocumentDisplayName(const QString &displayName) const;
+    QString toolTipForRegistryEntry(const TavRegistryEntry &entry) const;
+    // What a screen reader says of a row.
+    QString accessibleNameForOutlineItem(TavRegistryOutlineItem &item) const;
+
+    void updatePlaneList();
+    void setRegistryPlane(const QString &plane, bool updatePopup);
+    void planePopupChanged();
+    void selectEntryPath(const std::optional<TavRegistryEntryPath> &path);
+    void goToEntryPath(std::optional<TavRegistryEntryPath> path, bool scrollToVisible,
+                       bool beepOnFail);
+    void goToRegistryPath(const QString &path);
+    void setSelectedEntry(const EntryRef &entry);
+    void clearObjectInfo();
+    void updateStatusBar();
+    void refreshDisplay();
+    void refreshPropertiesOutlineView();
+    bool isExplorerFirstResponder() const;
+    void makeExplorerFirstResponder();
+    void outlineViewSelectionChanged();
+
+    void noteDataStoreOutOfDate();
+    void noteDataStoreChanged();
+    void noteDataStoreObjectChanged();
+    void noteDataStoreObjectsTerminated();
+    void noteDataStoreClearedTerminatedObjects();
+
+    void update();
+    void updateSelectedObject();
+    void clearTerminatedObjects();
+    void expandAll();
+    void collapseAll();
+    void copy();
+
+private:
+    void loadWindow();
+    void connectOutlets();
+    void connectActions();
+    void setUpViews();
+    void windowDidLoad();
+    void observeDataStore();
+    void synchronizeWindowTitleWithDocumentName();
+    void showObjectInfo(const TavRegistryEntry &entry);
+    void validateActions();
+    std::vector<TavRegistryEntryPath> entryPathsForRegistryPath(const QString &path) const;
+    void tellOfMultipleMatches();
+    void showAbout();
+
+    std::shared_ptr<TavDataStore> dataStore_;
+    bool showNumPaths_ = false;
+    QString registryPlane_;
+    std::optional<TavRegistryEntryPath> selectedEntryPath_;
+    EntryRef selectedEntry_;
+    mutable QHash<QString, std::shared_ptr<TavRegistryOutlineItem>> rootOutlineItemsInPlanes_;
+    PropertyRef rootPropertyItem_;
+    std::vector<NotificationCenter::Observation> observations_;
+
+    std::unique_ptr<TavRegistryOutlineViewDataSource> outlineDataSource_;
+    std::unique_ptr<TavPropertiesOutlineViewDataSource> propertiesDataSource_;
+    std::unique_ptr<QMainWindow> window_; // goes first: its views use what is above
+    std::unique_ptr<PlaneMenu> planeMenu_;
+
+    QAction *updateAction_ = nullptr;
+    QAction *updateSelectedObjectAction_ = nullptr;
+    QAction *clearTerminatedObjectsAction_ = nullptr;
+    QComboBox *planeListButton_ = nullptr;
+    FactField *objectNameField_ = nullptr;
+    FactField *objectInheritanceField_ = nullptr;
+    FactField *objectBundleField_ = nullptr;
+    FactField *objectRetainCountField_ = nullptr;
+    FactField *objectBusyCountField_ = nullptr;
+    QWidget *dxserviceAttributesView_ = nullptr;
+    QCheckBox *objectRegisteredCell_ = nullptr;
+    QCheckBox *objectMatchedCell_ = nullptr;
+    QCheckBox *objectActiveCell_ = nullptr;
+    TavRegistryOutlineView *registryOutlineView_ = nullptr;
+    TavPropertiesOutlineView *propertiesOutlineView_ = nullptr;
+    QLabel *systemStatusField1_ = nullptr;
+    QLabel *systemStatusField2_ = nullptr;
+    QLabel *systemStatusField3_ = nullptr;
+};

@@ -1,0 +1,116 @@
+#include "explorer/PlaneMenu.h"
+#include "explorer/TavRegistryOutlineView.h"
+#include "explorer/TavWindowController.h"
+#include "platform/SystemBeep.h"
+#include "platform/desktop/InterfaceLoader.h"
+#include "store/TavDataStore.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMessageBox>
+
+namespace {
+// Shows that the program is at work while it reads the registry.
+class BusyCursor
+{
+public:
+    BusyCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~BusyCursor() { QGuiApplication::restoreOverrideCursor(); }
+    BusyCursor(const BusyCursor &) = delete;
+    BusyCursor &operator=(const BusyCursor &) = delete;
+};
+} // namespace
+
+void TavWindowController::connectActions()
+{
+    const auto connectAction = [this](const char *name, auto receiver) {
+        auto *const action = InterfaceLoader::outlet<QAction>(*window_, name);
+        connect(action, &QAction::triggered, this, receiver);
+        return action;
+    };
+    connectAction("closeAction", [this] { window_->close(); });
+    connectAction("quitAction", [] { QApplication::closeAllWindows(); });
+    connectAction("copyAction", [this] { copy(); });
+    connectAction("expandAllAction", [this] { expandAll(); });
+    connectAction("collapseAllAction", [this] { collapseAll(); });
+    updateAction_ = connectAction("updateAction", [this] { update(); });
+    updateAction_->setShortcuts({QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)});
+    updateSelectedObjectAction_ =
+        connectAction("updateSelectedObjectAction", [this] { updateSelectedObject(); });
+    clearTerminatedObjectsAction_ =
+        connectAction("clearTerminatedObjectsAction", [this] { clearTerminatedObjects(); });
+    connectAction("aboutAction", [this] { showAbout(); });
+}
+
+void TavWindowController::validateActions()
+{
+    const bool isLive = dataStore_->isLive();
+    updateAction_->setEnabled(isLive);
+    updateSelectedObjectAction_->setEnabled(isLive && selectedEntry_);
+    clearTerminatedObjectsAction_->setEnabled(isLive);
+}
+
+void TavWindowController::update()
+{
+    if (!dataStore_->isLive())
+        SystemBeep::beep();
+    const BusyCursor busy;
+    dataStore_->update();
+}
+
+void TavWindowController::updateSelectedObject()
+{
+    if (!dataStore_->isLive())
+        SystemBeep::beep();
+    const BusyCursor busy;
+    if (const EntryRef entry = selectedEntry_)
+        dataStore_->updateObject(*entry);
+}
+
+void TavWindowController::clearTerminatedObjects()
+{
+    if (!dataStore_->isLive())
+        SystemBeep::beep();
+    dataStore_->clearTerminatedObjects();
+}
+
+void TavWindowController::expandAll()
+{
+    registryOutlineView_->setAllRowsExpanded(true);
+    goToEntryPath(selectedEntryPath_, true, true);
+}
+
+void TavWindowController::collapseAll()
+{
+    registryOutlineView_->setAllRowsExpanded(false);
+    if (TavRegistryOutlineItem *const root = rootOutlineItem())
+        registryOutlineView_->selectRow(*root, true);
+}
+
+void TavWindowController::copy()
+{
+    // A field that shows a part of its text as selected copies that.
+    if (auto *const field = qobject_cast<QLineEdit *>(window_->focusWidget());
+        field && field->hasSelectedText()) {
+        field->copy();
+        return;
+    }
+    if (selectedEntryPath_)
+        QGuiApplication::clipboard()->setText(registryPathForSelectedEntry());
+}
+
+void TavWindowController::showAbout()
+{
+    auto *const about = new QMessageBox(window_.get());
+    about->setWindowTitle(tr("About Vandrel"));
+    about->setIconPixmap(QGuiApplication::windowIcon().pixmap(64, 64));
+    about->setText(QStringLiteral("<b>Vandrel %1</b>").arg(QLatin1String(VANDREL_VERSION)));
+    about->setInformativeText(
+        tr("Shows the devices and drivers that the Linux kernel knows of, and how they hang "
+           "together. It only reads and never changes anything."));
+    about->setAttribute(Qt::WA_DeleteOnClose);
+    about->open();
+}

@@ -1,0 +1,161 @@
+#include "display/views/TavPropertiesOutlineView.h"
+#include "explorer/DateText.h"
+#include "explorer/TavRegistryOutlineItem.h"
+#include "explorer/TavRegistryOutlineView.h"
+#include "explorer/TavWindowController.h"
+#include "platform/desktop/FactField.h"
+#include "store/TavDataStore.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QMainWindow>
+
+QString TavWindowController::windowTitleForDocumentDisplayName(const QString &displayName) const
+{
+    const QString object = selectedEntry_ ? selectedEntry_->nameAtLocationInPlane(registryPlane_)
+                                          : tr("(no object selected)");
+    QString title = tr("%1 — %2 — %3").arg(displayName, registryPlane_, object);
+    if (dataStore_->isLive() && !dataStore_->isUpToDate())
+        title += tr(" (needs update)");
+    return title;
+}
+
+// A live store's window is named after the machine.
+void TavWindowController::synchronizeWindowTitleWithDocumentName()
+{
+    window_->setWindowTitle(windowTitleForDocumentDisplayName(dataStore_->hostName()));
+}
+
+void TavWindowController::setSelectedEntry(const EntryRef &entry)
+{
+    const PropertyRef previousRoot = rootPropertyItem_;
+    selectedEntry_ = entry;
+    if (entry) {
+        rootPropertyItem_ = entry->propertiesRef();
+        showObjectInfo(*entry);
+    } else {
+        clearObjectInfo();
+        rootPropertyItem_.reset();
+    }
+    if (rootPropertyItem_ != previousRoot)
+        propertiesOutlineView_->reloadData();
+    synchronizeWindowTitleWithDocumentName();
+    validateActions();
+}
+
+void TavWindowController::showObjectInfo(const TavRegistryEntry &entry)
+{
+    objectNameField_->setDimmed(false);
+    objectNameField_->setFact(entry.nameAtLocationInPlane(registryPlane_));
+    QString inheritance = entry.inheritanceString();
+    const RegistryService *const service = dataStore_->service();
+    if (service && !service->hasSuperclassLookup())
+        inheritance += tr(" (full inheritance not available)");
+    objectInheritanceField_->setFact(inheritance);
+    objectBundleField_->setFact(entry.bundleID());
+    objectRetainCountField_->setFact(QString::number(entry.kernelRetainCount()));
+    objectBusyCountField_->setFact(QString::number(entry.busyCount()));
+    dxserviceAttributesView_->setVisible(entry.conformsToDxService());
+    objectRegisteredCell_->setChecked(entry.isRegistered());
+    objectMatchedCell_->setChecked(entry.isMatched());
+    objectActiveCell_->setChecked(entry.isActive());
+}
+
+void TavWindowController::clearObjectInfo()
+{
+    objectNameField_->setDimmed(true);
+    objectNameField_->setFact(tr("(No object selected)"));
+    for (FactField *field : {objectInheritanceField_, objectBundleField_, objectRetainCountField_,
+                             objectBusyCountField_})
+        field->setFact(QString());
+    dxserviceAttributesView_->setVisible(false);
+    propertiesOutlineView_->clearSelection();
+}
+
+void TavWindowController::updateStatusBar()
+{
+    systemStatusField1_->setText(
+        QStringLiteral("%1 (%2)").arg(dataStore_->hostName(), dataStore_->archName()));
+    QString state;
+    if (!dataStore_->isUpToDate())
+        state = dataStore_->isLive() ? tr("registry has changed") : tr("was out of date");
+    systemStatusField2_->setText(state);
+    const QDateTime &date = dataStore_->lastUpdateDate();
+    systemStatusField3_->setText(
+        QStringLiteral("%1 %2").arg(DateText::shortDate(date), DateText::mediumTime(date)));
+}
+
+QString TavWindowController::toolTipForRegistryEntry(const TavRegistryEntry &entry) const
+{
+    QString text = entry.nameAtLocationInPlane(registryPlane_);
+    const auto append = [&](const QDateTime &date, const QString &format) {
+        if (date.isNull())
+            return;
+        if (!text.isEmpty())
+            text += u'\n';
+        text += format.arg(DateText::shortDate(date), DateText::mediumTime(date));
+    };
+    append(entry.dateDiscovered(), tr("Discovered: %1 %2"));
+    append(entry.dateLastUpdated(), tr("Updated: %1 %2"));
+    append(entry.dateTerminated(), tr("Terminated: %1 %2"));
+    return text;
+}
+
+QString TavWindowController::accessibleNameForOutlineItem(TavRegistryOutlineItem &item) const
+{
+    switch (item.registryEntry()->registryState()) {
+    case RegistryStateNew:
+        return tr("%1, new").arg(item.name());
+    case RegistryStateTerminated:
+        return tr("%1, terminated").arg(item.name());
+    default:
+        return item.name();
+    }
+}
+
+void TavWindowController::refreshDisplay()
+{
+    setSelectedEntry(selectedEntry_);
+    registryOutlineView_->reloadData([this] {
+        for (const auto &item : std::as_const(rootOutlineItemsInPlanes_)) {
+            if (item)
+                item->rereadChildren();
+        }
+    });
+    goToEntryPath(selectedEntryPath_, false, false);
+    refreshPropertiesOutlineView();
+}
+
+void TavWindowController::refreshPropertiesOutlineView()
+{
+    propertiesOutlineView_->noteHeightOfAllRowsChanged();
+}
+
+void TavWindowController::noteDataStoreOutOfDate()
+{
+    synchronizeWindowTitleWithDocumentName();
+    updateStatusBar();
+}
+
+void TavWindowController::noteDataStoreChanged()
+{
+    refreshDisplay();
+    updateStatusBar();
+}
+
+void TavWindowController::noteDataStoreObjectChanged()
+{
+    refreshDisplay();
+    updateStatusBar();
+}
+
+void TavWindowController::noteDataStoreObjectsTerminated()
+{
+    registryOutlineView_->reloadData();
+    updateStatusBar();
+}
+
+void TavWindowController::noteDataStoreClearedTerminatedObjects()
+{
+    refreshDisplay();
+}

@@ -1,0 +1,139 @@
+#include "explorer/ExplorerLogging.h"
+#include "explorer/PlaneMenu.h"
+#include "explorer/TavRegistryOutlineItem.h"
+#include "explorer/TavRegistryOutlineView.h"
+#include "explorer/TavRegistryOutlineViewDataSource.h"
+#include "explorer/TavWindowController.h"
+#include "platform/SystemBeep.h"
+#include "store/TavDataStore.h"
+
+#include <QComboBox>
+#include <QMainWindow>
+#include <QMessageBox>
+
+void TavWindowController::updatePlaneList()
+{
+    int counter = 1;
+    for (const QString &plane : dataStore_->registryPlanes()) {
+        if (plane == QLatin1String("DxService"))
+            continue;
+        planeListButton_->addItem(plane);
+        const int item = planeListButton_->count() - 1;
+        planeListButton_->setItemData(item, counter, PlaneMenu::TagRole);
+        planeListButton_->setItemData(item, QString::number(counter + 1),
+                                      PlaneMenu::KeyEquivalentRole);
+        ++counter;
+    }
+}
+
+void TavWindowController::setRegistryPlane(const QString &plane, bool updatePopup)
+{
+    if (plane.isNull())
+        qCInfo(explorerLog, "No plane for setRegistryPlane:updatePopup:!\n");
+    if (plane == registryPlane_)
+        return;
+    registryPlane_ = plane;
+    if (updatePopup) {
+        if (planeListButton_->findText(plane) < 0)
+            planeListButton_->addItem(plane);
+        planeListButton_->setCurrentIndex(planeListButton_->findText(plane));
+    }
+    registryOutlineView_->reloadData();
+}
+
+void TavWindowController::planePopupChanged()
+{
+    const QString plane = planeListButton_->currentText();
+    if (plane == registryPlane_)
+        return;
+    const auto paths = selectedEntry_ ? selectedEntry_->entryPathsInPlane(plane)
+                                      : std::vector<TavRegistryEntryPath>();
+    setRegistryPlane(plane, false);
+    if (!paths.empty()) {
+        goToEntryPath(paths.front(), true, false);
+        return;
+    }
+    TavRegistryEntry *const root = dataStore_->registryRoot();
+    goToEntryPath(root ? std::optional(TavRegistryEntryPath(plane, {root->shared_from_this()}))
+                       : std::nullopt,
+                  true, false);
+    registryOutlineView_->setAllRowsExpanded(true);
+}
+
+void TavWindowController::selectEntryPath(const std::optional<TavRegistryEntryPath> &path)
+{
+    if (!path || path->length() == 0) {
+        selectedEntryPath_.reset();
+        setSelectedEntry(nullptr);
+        return;
+    }
+    if (selectedEntryPath_ == path)
+        return;
+    selectedEntryPath_ = path;
+    setSelectedEntry(path->lastRegistryEntry());
+}
+
+void TavWindowController::outlineViewSelectionChanged()
+{
+    const TavRegistryOutlineItem *const selected = outlineDataSource_->selectedItem();
+    selectEntryPath(selected ? std::optional(selected->entryPath()) : std::nullopt);
+}
+
+// A copy of the path, for going to it may change the one selected.
+void TavWindowController::goToEntryPath(std::optional<TavRegistryEntryPath> path,
+                                        bool scrollToVisible, bool beepOnFail)
+{
+    if (!path || path->plane().isEmpty() || path->length() == 0) {
+        registryOutlineView_->deselectAll();
+        selectEntryPath(std::nullopt);
+        return;
+    }
+    const bool hadFocus = isExplorerFirstResponder();
+    setRegistryPlane(path->plane(), true);
+    const TavRegistryEntryPath selected =
+        registryOutlineView_->selectItemAtEntryPath(*path, scrollToVisible);
+    if (selected.length() > 0)
+        selectEntryPath(selected);
+    if (hadFocus)
+        makeExplorerFirstResponder();
+    if (beepOnFail && selected.length() < path->length())
+        SystemBeep::beep();
+}
+
+void TavWindowController::goToRegistryPath(const QString &path)
+{
+    const auto paths = entryPathsForRegistryPath(path.isEmpty() ? registryPlane_ : path);
+    if (paths.empty()) {
+        SystemBeep::beep();
+        return;
+    }
+    if (paths.size() > 1)
+        tellOfMultipleMatches();
+    goToEntryPath(paths.front(), true, true);
+}
+
+// In their order, those of all entries at the path that are written like it.
+std::vector<TavRegistryEntryPath>
+TavWindowController::entryPathsForRegistryPath(const QString &path) const
+{
+    std::vector<TavRegistryEntryPath> paths;
+    for (TavRegistryEntry *entry : dataStore_->entriesMatchingRegistryPath(path).entries) {
+        for (TavRegistryEntryPath &candidate : entry->allEntryPaths()) {
+            if (candidate.registryPath() == path)
+                paths.push_back(std::move(candidate));
+        }
+    }
+    std::sort(paths.begin(), paths.end(),
+              [](const auto &a, const auto &b) { return a.compareToEntryPath(b) < 0; });
+    return paths;
+}
+
+void TavWindowController::tellOfMultipleMatches()
+{
+    auto *const alert =
+        new QMessageBox(QMessageBox::Information, tr("Multiple Matches for Path"),
+                        tr("Multiple Matches for Path"), QMessageBox::Ok, window_.get());
+    alert->setInformativeText(tr("The first object matching the path will be selected"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->open();
+}

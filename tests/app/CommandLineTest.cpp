@@ -1,0 +1,56 @@
+#include "app/CommandLine.h"
+
+#include "tests/support/QtPrinters.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+CommandLine parse(const QStringList &options)
+{
+    return CommandLine::parse(QStringList(QStringLiteral("vandrel")) + options);
+}
+
+CommandLine parse(const char *options)
+{
+    return parse(QString::fromLatin1(options).split(u' '));
+}
+} // namespace
+
+TEST(CommandLine, RunsOnThisMachineUnlessToldOtherwise)
+{
+    const CommandLine plain = parse(QStringList());
+    EXPECT_EQ(plain.action, CommandLine::Action::Run);
+    EXPECT_EQ(plain.sysfsRoot, QStringLiteral("/sys"));
+    EXPECT_EQ(plain.theme, Theme::System);
+    EXPECT_TRUE(plain.plane.isNull());
+    EXPECT_TRUE(plain.selectedPath.isNull());
+    EXPECT_TRUE(plain.screenshotFile.isNull());
+
+    const CommandLine told = parse("--sysfs /a --theme dark --plane DxBus --select DxBus:/pci "
+                                   "--screenshot b.png");
+    EXPECT_EQ(told.sysfsRoot, QStringLiteral("/a"));
+    EXPECT_EQ(told.theme, Theme::Dark);
+    EXPECT_EQ(told.plane, QStringLiteral("DxBus"));
+    EXPECT_EQ(told.selectedPath, QStringLiteral("DxBus:/pci"));
+    EXPECT_EQ(told.screenshotFile, QStringLiteral("b.png"));
+}
+
+TEST(CommandLine, ShowsHelpAndVersion)
+{
+    const CommandLine help = parse("--help");
+    EXPECT_EQ(help.action, CommandLine::Action::ShowText);
+    for (const char *option : {"--sysfs", "--theme", "--plane", "--select", "--screenshot"})
+        EXPECT_THAT(help.text.toStdString(), testing::HasSubstr(option));
+    const CommandLine version = parse("-v");
+    EXPECT_EQ(version.action, CommandLine::Action::ShowText);
+    EXPECT_EQ(version.text, QStringLiteral("Vandrel " VANDREL_VERSION));
+}
+
+TEST(CommandLine, RefusesWhatItDoesNotKnow)
+{
+    for (const char *options : {"--theme pink", "--nonsense", "file.txt", "--sysfs"}) {
+        const CommandLine line = parse(options);
+        EXPECT_EQ(line.action, CommandLine::Action::Fail) << options;
+        EXPECT_FALSE(line.text.isEmpty()) << options;
+    }
+}

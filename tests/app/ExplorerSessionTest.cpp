@@ -1,0 +1,79 @@
+#include "app/ExplorerSession.h"
+
+#include "app/CommandLine.h"
+#include "app/Startup.h"
+#include "explorer/TavWindowController.h"
+#include "model/RegistryService.h"
+#include "platform/PreferencesStore.h"
+#include "tests/support/QtPrinters.h"
+
+#include <QImage>
+#include <QMainWindow>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <gmock/gmock.h>
+
+namespace {
+class ExplorerSessionTest : public testing::Test
+{
+protected:
+    ExplorerSessionTest()
+    {
+        PreferencesStore::setFolder(folder_.path());
+        Startup::setUpApplication(Theme::Light);
+    }
+    bool start(const char *options)
+    {
+        const QString tree = QStringLiteral(VANDREL_SOURCE_DIR "/tests/fixtures/synthetic/sys");
+        const CommandLine line = CommandLine::parse(QStringLiteral("vandrel --sysfs %1 %2")
+                                                        .arg(tree, QString::fromUtf8(options))
+                                                        .split(u' ', Qt::SkipEmptyParts));
+        session_.reset();
+        session_ = std::make_unique<ExplorerSession>(ExplorerSession::openRegistry(line, &error_));
+        return session_->start(line, &error_);
+    }
+
+    QTemporaryDir folder_;
+    QString error_;
+    std::unique_ptr<ExplorerSession> session_;
+};
+} // namespace
+
+TEST_F(ExplorerSessionTest, OpensWhereItIsAskedTo)
+{
+    ASSERT_TRUE(start("")) << error_.toStdString();
+    EXPECT_EQ(session_->windowController()->registryPlane(), QStringLiteral("DxService"));
+    ASSERT_TRUE(start("--plane DxUsb")) << error_.toStdString();
+    EXPECT_EQ(session_->windowController()->registryPlane(), QStringLiteral("DxUsb"));
+    const QString path = QStringLiteral("DxBus:/usb");
+    ASSERT_TRUE(start("--plane DxUsb --select DxBus:/usb")) << error_.toStdString();
+    EXPECT_EQ(session_->windowController()->registryPathForSelectedEntry(), path);
+    EXPECT_TRUE(session_->windowController()->window()->isVisible());
+}
+
+TEST_F(ExplorerSessionTest, TellsWhatIsNotThere)
+{
+    EXPECT_FALSE(start("--plane DxNowhere"));
+    EXPECT_THAT(error_.toStdString(), testing::HasSubstr("DxNowhere"));
+    EXPECT_FALSE(start("--select DxBus:/nothing"));
+    EXPECT_THAT(error_.toStdString(), testing::HasSubstr("DxBus:/nothing"));
+    CommandLine line;
+    line.sysfsRoot = folder_.path();
+    EXPECT_EQ(ExplorerSession::openRegistry(line, &error_), nullptr);
+    EXPECT_THAT(error_.toStdString(), testing::HasSubstr(folder_.path().toStdString()));
+}
+
+TEST_F(ExplorerSessionTest, SavesAPicture)
+{
+    const QString file = folder_.filePath(QStringLiteral("window.png"));
+    ASSERT_TRUE(start(("--screenshot " + file.toStdString()).c_str())) << error_.toStdString();
+    QSignalSpy saved(session_.get(), &ExplorerSession::pictureSaved);
+    ASSERT_TRUE(saved.wait());
+    EXPECT_EQ(QImage(file).size(), session_->windowController()->window()->size());
+
+    ASSERT_TRUE(start("--screenshot /nowhere/window.png"));
+    QSignalSpy failed(session_.get(), &ExplorerSession::pictureFailed);
+    ASSERT_TRUE(failed.wait());
+    EXPECT_THAT(failed.front().front().toString().toStdString(),
+                testing::HasSubstr("/nowhere/window.png"));
+}

@@ -1,0 +1,220 @@
+#include "ExplorerFixture.h"
+#include "display/TavPropertyOutlineItem.h"
+#include "display/views/TavPropertiesOutlineView.h"
+#include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "tests/support/QtPrinters.h"
+#include "tests/support/RegistryValues.h"
+#include "tests/support/TreeText.h"
+
+#include <QAbstractItemModelTester>
+#include <QHeaderView>
+#include <QPlainTextEdit>
+#include <QTest>
+
+namespace {
+class PropertiesViewTest : public ExplorerFixture
+{
+protected:
+    void SetUp() override
+    {
+        registry_.plane("DxService", R"(
+            Root
+              Host)");
+        setTable(usualTable());
+        open();
+        view_ = outlet<TavPropertiesOutlineView>("propertiesOutlineView");
+        tester_ = std::make_unique<QAbstractItemModelTester>(
+            view_->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+        select("Host");
+    }
+    void TearDown() override { tester_.reset(); }
+
+    static RegistryValue usualTable()
+    {
+        using namespace values;
+        return dictionary(
+            {{"list", array({text("one"), dictionary({{"deep", array({text("end")})}})})},
+             {"name", text("a word")},
+             {"size", number(5)}});
+    }
+    void setTable(const RegistryValue &table) { service_.setProperties(registry_["Host"], table); }
+    void select(const char *label)
+    {
+        controller_->goToEntryPath(
+            strcmp(label, "Root") == 0 ? path({"Root"}) : path({"Root", "Host"}), true, true);
+    }
+    QModelIndex row(std::initializer_list<int> numbers, int column = 0) const
+    {
+        QModelIndex index;
+        for (const int number : numbers)
+            index = view_->model()->index(number, 0, index);
+        return index.siblingAtColumn(column);
+    }
+    void clickExpander(const QModelIndex &index, Qt::KeyboardModifiers modifiers = {})
+    {
+        const QRect rect = view_->visualRect(index);
+        QTest::mouseClick(view_->viewport(), Qt::LeftButton, modifiers,
+                          {rect.left() - view_->indentation() / 2, rect.center().y()});
+    }
+    int height(const QModelIndex &index) const { return view_->visualRect(index).height(); }
+    QPlainTextEdit *editor() const { return view_->viewport()->findChild<QPlainTextEdit *>(); }
+
+    TavPropertiesOutlineView *view_ = nullptr;
+    std::unique_ptr<QAbstractItemModelTester> tester_;
+    static constexpr int value = TavPropertiesOutlineViewDataSource::ValueColumn;
+    static constexpr int type = TavPropertiesOutlineViewDataSource::TypeColumn;
+};
+} // namespace
+
+TEST_F(PropertiesViewTest, ShowsKeysTypesAndValues)
+{
+    EXPECT_EQ(rowsOf(*view_), dedented(R"(
+        list | Array | 2 values +
+        name | String | a word
+        size | Number | 0x5)"));
+    clickExpander(row({0}));
+    EXPECT_EQ(rowsOf(*view_), dedented(R"(
+        list | Array | 2 values
+          0 | String | one
+          0 | Dictionary | 1 value +
+        name | String | a word
+        size | Number | 0x5)"));
+    EXPECT_FALSE(row({2}, value).data(Qt::ToolTipRole).toString().isEmpty());
+    EXPECT_FALSE(row({2}, type).data(Qt::ToolTipRole).isValid());
+    EXPECT_TRUE(row({0}, value).data(Qt::ForegroundRole).isValid());
+    EXPECT_FALSE(row({1}, value).data(Qt::ForegroundRole).isValid());
+}
+
+TEST_F(PropertiesViewTest, NeverChangesAValue)
+{
+    const auto mayEdit = [this](std::initializer_list<int> numbers, int column) {
+        return row(numbers, column).flags().testFlag(Qt::ItemIsEditable);
+    };
+    EXPECT_TRUE(mayEdit({1}, 0));
+    EXPECT_FALSE(mayEdit({1}, type));
+    EXPECT_TRUE(mayEdit({1}, value));
+    EXPECT_FALSE(mayEdit({0}, value));
+    EXPECT_FALSE(mayEdit({0, 0}, 0)); // an index
+    EXPECT_TRUE(mayEdit({0, 0}, value));
+    EXPECT_TRUE(mayEdit({0, 1, 0}, 0));
+
+    view_->edit(row({1}, value));
+    ASSERT_NE(editor(), nullptr);
+    EXPECT_EQ(editor()->toPlainText(), QStringLiteral("a word"));
+    QTest::keyClicks(editor(), QStringLiteral("another"));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_EQ(beeps_, 1);
+    EXPECT_EQ(row({1}, value).data().toString(), QStringLiteral("a word"));
+    QTRY_COMPARE(editor(), nullptr);
+
+    view_->edit(row({2}, value));
+    ASSERT_NE(editor(), nullptr);
+    view_->setFocus(); // going elsewhere commits nothing
+    QTRY_COMPARE(editor(), nullptr);
+    EXPECT_EQ(beeps_, 1);
+}
+
+TEST_F(PropertiesViewTest, RowsGrowWithWrappedValues)
+{
+    using namespace values;
+    const QByteArray words = QByteArray("many words ").repeated(60);
+    setTable(dictionary({{"lines", text("one\ntwo\nthree")},
+                         {"long", text(words.constData())},
+                         {"short", text("word")}}));
+    update();
+    const int line = height(row({2}));
+    EXPECT_GT(height(row({0})), 2 * line);
+    const int wide = height(row({1}));
+    EXPECT_GT(wide, 2 * line);
+    view_->header()->setStretchLastSection(false);
+    view_->header()->resizeSection(value, 120);
+    EXPECT_GT(height(row({1})), 2 * wide);
+    EXPECT_EQ(height(row({2})), line);
+    view_->grab();
+}
+
+TEST_F(PropertiesViewTest, RemembersWhatTheUserOpened)
+{
+    clickExpander(row({0}));
+    clickExpander(row({0, 1}));
+    select("Root");
+    select("Host");
+    const std::string opened = dedented(R"(
+        list | Array | 2 values
+          0 | String | one
+          0 | Dictionary | 1 value
+            deep | Array | 1 value +
+        name | String | a word
+        size | Number | 0x5)");
+    EXPECT_EQ(rowsOf(*view_), opened);
+    update(); // the same entry read anew
+    EXPECT_EQ(rowsOf(*view_), opened);
+    clickExpander(row({0}));
+    clickExpander(row({0})); // what was open below opens too
+    EXPECT_TRUE(view_->isExpanded(row({0, 1})));
+    clickExpander(row({0, 1}));
+    update();
+    EXPECT_FALSE(view_->isExpanded(row({0, 1})));
+    EXPECT_TRUE(view_->isExpanded(row({0})));
+}
+
+TEST_F(PropertiesViewTest, AltClickOpensAWholeSubtree)
+{
+    clickExpander(row({0}), Qt::AltModifier);
+    EXPECT_TRUE(view_->isExpanded(row({0, 1, 0})));
+    select("Root");
+    select("Host");
+    EXPECT_TRUE(view_->isExpanded(row({0, 1, 0})));
+    clickExpander(row({0}), Qt::AltModifier);
+    clickExpander(row({0}));
+    EXPECT_FALSE(view_->isExpanded(row({0, 1})));
+}
+
+TEST_F(PropertiesViewTest, FollowsATableThatChangesItsShape)
+{
+    using namespace values;
+    clickExpander(row({0}));
+    clickExpander(row({0, 1}));
+    setTable(dictionary(
+        {{"first", text("")}, {"list", array({text("one")})}, {"size", array({number(1)})}}));
+    update();
+    EXPECT_EQ(rowsOf(*view_), dedented(R"(
+        first | String | 
+        list | Array | 1 value
+          0 | String | one
+        size | Array | 1 value +)"));
+    setTable(dictionary({}));
+    update();
+    EXPECT_EQ(rowsOf(*view_), "");
+}
+
+TEST_F(PropertiesViewTest, KeepsTheTreeItShows)
+{
+    clickExpander(row({0}), Qt::AltModifier);
+    view_->setCurrentIndex(row({0, 1, 0}));
+    store_->updateObject(*entry("Host"));
+    EXPECT_EQ(view_->selectedItem()->name(), QStringLiteral("deep"));
+    controller_->selectEntryPath(std::nullopt);
+    EXPECT_EQ(view_->selectedItem(), nullptr);
+    EXPECT_EQ(rowsOf(*view_), "");
+}
+
+TEST_F(PropertiesViewTest, TellsOfItemsThatCannotBeShown)
+{
+    TavRegistryEntry::setPropertyClass(TavRegistryProperty::staticPropertyClass());
+    update();
+    EXPECT_EQ(row({1}, value).data().toString(), QStringLiteral("ERROR!"));
+}
+
+TEST_F(PropertiesViewTest, ForgetsTerminatedItems)
+{
+    ExpandedItems items;
+    const PropertyRef root = entry("Host")->propertiesRef();
+    TavRegistryProperty &list = *root->childAtIndex(0);
+    items.insert(*root);
+    items.insert(list);
+    list.setRegistryState(RegistryStateTerminated);
+    items.removeTerminatedItems();
+    EXPECT_TRUE(items.contains(*root));
+    EXPECT_FALSE(items.contains(list));
+}
