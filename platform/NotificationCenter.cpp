@@ -31,7 +31,8 @@ void NotificationCenter::post(const QString &name, const void *object)
     const std::size_t count = observers_.size();
     for (std::size_t i = 0; i < count; ++i) {
         const auto observer = observers_[i].lock();
-        if (observer && observer->name == name && (!observer->object || observer->object == object))
+        if (observer && observer->name == notification.name &&
+            (!observer->object || observer->object == object))
             observer->handler(notification);
     }
     --posting_;
