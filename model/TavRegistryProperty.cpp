@@ -350,10 +350,11 @@ bool TavRegistryProperty::noteSetChanges(TavRegistryProperty &older)
         return index;
     };
     const auto contains = [](const Index &index, const TavRegistryProperty &node) {
+        if (node.isCollection())
+            return false;
         const auto [begin, end] = index.equal_range(qHash(node.contents()));
-        return std::any_of(begin, end, [&](const TavRegistryProperty *other) {
-            return !node.isCollection() && node.isEqual(*other);
-        });
+        return std::any_of(begin, end,
+                           [&](const TavRegistryProperty *other) { return node.isEqual(*other); });
     };
     const ChildList newChildren = children();
     const ChildList oldChildren = older.presentChildren();
