@@ -24,10 +24,10 @@ std::optional<QString> fromServiceText(const RegistryName &text, const QString &
 {
     const QUtf8StringView bytes(text.data(),
                                 static_cast<qsizetype>(strnlen(text.data(), text.size())));
-    if (!likely.isNull() && QAnyStringView(bytes) == likely)
-        return likely;
     if (!bytes.isValidUtf8())
         return std::nullopt;
+    if (!likely.isNull() && QAnyStringView(bytes) == likely)
+        return likely;
     return bytes.toString();
 }
 
@@ -113,7 +113,8 @@ bool TavRegistryEntry::readIdentity(RegistryService &service)
 bool TavRegistryEntry::readInheritance(RegistryService &service)
 {
     QString className = service.copyClassName(handle_.get());
-    while (!className.isNull()) {
+    // A chain that comes back to itself ends there.
+    while (!className.isNull() && !inheritance_.contains(className)) {
         inheritance_.append(className);
         className =
             service.hasSuperclassLookup() ? service.copySuperclassName(className) : QString();
@@ -214,8 +215,8 @@ void TavRegistryEntry::readChildrenInPlane(const QString &plane)
             addChild(*child, plane);
     }
     RegistryIterator iterator = 0;
-    RegistryService *service = dataStore_->service();
-    if (handle_ && service->childIterator(handle_.get(), planeText->constData(), iterator) ==
+    RegistryService *const service = handle_ ? dataStore_->service() : nullptr;
+    if (service && service->childIterator(handle_.get(), planeText->constData(), iterator) ==
                        RegistryStatus::Success) {
         while (const auto child =
                    RegistryHandle::adopt(*service, service->iteratorNext(iterator))) {

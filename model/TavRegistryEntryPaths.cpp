@@ -8,7 +8,8 @@ namespace {
 using Chain = std::vector<const TavRegistryEntry *>; // from an entry up to a top
 
 // Calls action for every chain of parents in the plane that ends at a top, in the order of the
-// parents at each step.
+// parents at each step. Entries re-read one by one can disagree about who is above whom, so a
+// chain that comes back to itself is left.
 template<class IsTop, class Action>
 void forEachChainUp(const TavRegistryEntry &entry, const QString &plane, IsTop isTop, Action action)
 {
@@ -18,6 +19,7 @@ void forEachChainUp(const TavRegistryEntry &entry, const QString &plane, IsTop i
         std::size_t next;
     };
     Chain chain{&entry};
+    QSet<const TavRegistryEntry *> onChain{&entry};
     std::vector<Step> steps;
     const auto enter = [&] {
         const bool top = isTop(*chain.back());
@@ -29,47 +31,51 @@ void forEachChainUp(const TavRegistryEntry &entry, const QString &plane, IsTop i
     enter();
     while (!steps.empty()) {
         Step &step = steps.back();
-        if (step.next < step.parents.size()) {
-            chain.push_back(step.parents[step.next++]);
-            enter();
-        } else {
+        if (step.next == step.parents.size()) {
             steps.pop_back();
+            onChain.remove(chain.back());
             chain.pop_back();
+            continue;
         }
+        const TavRegistryEntry *const parent = step.parents[step.next++];
+        if (onChain.contains(parent))
+            continue;
+        onChain.insert(parent);
+        chain.push_back(parent);
+        enter();
     }
 }
 
-// The number of chains that forEachChainUp finds, without walking each of them.
+// The number of chains that forEachChainUp finds up to the registry's root, without walking each
+// of them.
 quint64 countChainsUp(const TavRegistryEntry &entry, const QString &plane)
 {
-    QHash<const TavRegistryEntry *, quint64> counts;
+    constexpr quint64 most = std::numeric_limits<quint64>::max();
+    QHash<const TavRegistryEntry *, std::optional<quint64>> counts; // none: not all parents counted
     std::vector<const TavRegistryEntry *> pending{&entry};
     while (!pending.empty()) {
-        const TavRegistryEntry *current = pending.back();
-        if (counts.contains(current)) {
-            pending.pop_back();
+        const TavRegistryEntry *const current = pending.back();
+        const bool isRoot = current->isRegistryRoot();
+        const bool isFirstVisit = !counts.contains(current);
+        std::optional<quint64> &count = counts[current];
+        if (!isRoot && isFirstVisit) {
+            for (const TavRegistryEntry *parent : current->parentsInPlane(plane)) {
+                if (!counts.contains(parent))
+                    pending.push_back(parent);
+            }
             continue;
         }
-        quint64 sum = current->isRegistryRoot() ? 1 : 0;
-        bool complete = true;
+        pending.pop_back();
+        if (count)
+            continue;
+        quint64 sum = isRoot ? 1 : 0;
         for (const TavRegistryEntry *parent : current->parentsInPlane(plane)) {
-            if (sum == 1 && current->isRegistryRoot())
-                break;
-            const auto known = counts.constFind(parent);
-            if (known == counts.constEnd()) {
-                pending.push_back(parent);
-                complete = false;
-            } else {
-                const quint64 room = std::numeric_limits<quint64>::max() - sum;
-                sum += std::min(room, *known);
-            }
+            if (!isRoot)
+                sum += std::min(most - sum, counts.value(parent).value_or(0));
         }
-        if (complete) {
-            counts.insert(current, sum);
-            pending.pop_back();
-        }
+        count = sum;
     }
-    return counts.value(&entry);
+    return counts.value(&entry).value_or(0);
 }
 } // namespace
 
@@ -157,35 +163,26 @@ EntrySet TavRegistryEntry::entriesMatchingRelativeRegistryPath(const QString &pa
                                                                const QString &plane)
 {
     EntrySet level{this};
-    QString rest = path;
+    QStringView rest(path);
     // An empty remainder, as after a trailing "/", matches nothing.
-    while (!rest.isEmpty()) {
-        QString component;
-        QString remainder; // null: none
+    while (!rest.isEmpty() && !level.isEmpty()) {
         const qsizetype slash = rest.indexOf(u'/');
-        if (slash == 0) {
-            component = QStringLiteral("/");
-            remainder = rest.mid(1);
-            if (remainder.startsWith(u'/'))
-                return {};
-        } else {
-            component = rest.left(slash);
-            if (slash > 0)
-                remainder = QStringLiteral("") + rest.mid(slash + 1);
-        }
-        EntrySet matching;
-        for (TavRegistryEntry *entry : level) {
-            if (entry->nameAtLocationInPlane(plane) == component)
-                matching.insert(entry);
-        }
+        // A leading "/" stands for an entry that is named so.
+        const QStringView component = slash < 0 ? rest : rest.first(std::max<qsizetype>(slash, 1));
+        if (slash == 0 && rest.sliced(1).startsWith(u'/'))
+            return {};
+        level.removeIf([&](const TavRegistryEntry *entry) {
+            return entry->nameAtLocationInPlane(plane) != component;
+        });
         if (slash < 0)
-            return matching;
-        level.clear();
-        for (const TavRegistryEntry *entry : matching) {
+            return level;
+        EntrySet next;
+        for (const TavRegistryEntry *entry : level) {
             for (TavRegistryEntry *child : entry->childrenInPlane(plane))
-                level.insert(child);
+                next.insert(child);
         }
-        rest = remainder;
+        level = std::move(next);
+        rest = rest.sliced(slash + 1);
     }
     return {};
 }
