@@ -184,10 +184,13 @@ QString FakeRegistryService::copyBundleIdentifierForClass(const QString &classNa
 bool FakeRegistryService::conformsTo(RegistryObject object, const QString &className)
 {
     const Object *const found = held(object);
-    QString ancestor = found ? found->className : QString();
-    while (!ancestor.isNull() && ancestor != className)
+    if (!found)
+        return false;
+    constexpr int deepest = 100; // a script may make a chain that comes back to itself
+    QString ancestor = found->className;
+    for (int depth = 0; depth < deepest && ancestor != className; ++depth)
         ancestor = classNamed(ancestor).superclass;
-    return !ancestor.isNull();
+    return ancestor == className;
 }
 
 RegistryStatus FakeRegistryService::entryID(RegistryObject object, quint64 &id)

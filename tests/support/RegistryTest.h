@@ -1,0 +1,55 @@
+#pragma once
+
+#include "store/TavDataStore.h"
+#include "tests/support/QtPrinters.h"
+#include "tests/support/TreeBuilder.h"
+#include "tests/support/TreePrinter.h"
+#include "tests/support/TreeText.h"
+
+#include <gtest/gtest.h>
+
+// A fixture with a scripted registry and a store that captures it. Every test ends with a look
+// at whether all handles and iterators were given back, and none used after that.
+class RegistryTest : public testing::Test
+{
+protected:
+    using Node = FakeRegistry::Node;
+    using Service = FakeRegistryService;
+
+    void TearDown() override
+    {
+        store_.reset();
+        EXPECT_EQ(service_.openHandles(), 0U);
+        EXPECT_EQ(service_.openIterators(), 0U);
+        EXPECT_EQ(service_.misuses(), 0U);
+    }
+
+    void capture(std::shared_ptr<TavDataStoreDelegate> delegate = nullptr)
+    {
+        store_ = TavDataStore::initFromDxRegistry(service_, std::move(delegate));
+    }
+    TavRegistryEntry *find(Node node) const
+    {
+        for (const EntryRef &entry : store_->registryEntries()) {
+            if (entry->entryTag() == node)
+                return entry.get();
+        }
+        return nullptr;
+    }
+    TavRegistryEntry &entry(const char *label) const
+    {
+        TavRegistryEntry *const found = find(tree_[label]);
+        if (!found)
+            qFatal("no entry %s", label);
+        return *found;
+    }
+    std::string printed(const QString &plane = QStringLiteral("DxService")) const
+    {
+        return TreePrinter::plane(*store_, plane);
+    }
+
+    const QString servicePlane = QStringLiteral("DxService");
+    FakeRegistryService service_;
+    TreeBuilder tree_{service_};
+    std::unique_ptr<TavDataStore> store_;
+};
