@@ -18,14 +18,17 @@ QString architectureName(quint32 processorType)
         return QStringLiteral("<Unknown>");
     }
 }
+
+void post(const QString &name, const void *object)
+{
+    NotificationCenter::defaultCenter().post(name, object);
+}
 } // namespace
 
 TavDataStore::TavDataStore() = default;
 
 TavDataStore::~TavDataStore()
 {
-    life_.reset();
-    endNotifications();
     for (const EntryRef &entry : registryEntries_)
         entry->leaveStore();
 }
@@ -39,7 +42,6 @@ TavDataStore::initFromDxRegistry(RegistryService &service,
     store->service_ = &service;
     store->delegate_ = std::move(delegate);
     store->readMachineFacts();
-    store->_registerForDxcoreNotifications();
     store->update();
     for (const EntryRef &entry : store->registryEntries_)
         entry->clearIsNew();
@@ -70,15 +72,7 @@ void TavDataStore::update()
         qCInfo(storeLog, "Attempt to update a non-live data store\n");
         return;
     }
-    const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
     service_->prepare();
-    if (!life.expired())
-        readRegistry();
-}
-
-void TavDataStore::readRegistry()
-{
-    ++updatesRun_;
     lastUpdateDate_ = QDateTime::currentDateTimeUtc();
     for (const EntryRef &entry : registryEntries_)
         entry->clearParentChildRelationships();
@@ -95,10 +89,10 @@ void TavDataStore::readRegistry()
 void TavDataStore::announceUpdate()
 {
     const std::weak_ptr<void> life = life_; // an observer may close the document
-    post(DataStoreNotifications::changed);
+    post(DataStoreNotifications::changed, this);
     if (life.expired() || !hasPendingTerminations_)
         return;
-    post(DataStoreNotifications::objectsTerminated);
+    post(DataStoreNotifications::objectsTerminated, this);
     if (!life.expired())
         hasPendingTerminations_ = false;
 }
@@ -132,7 +126,7 @@ void TavDataStore::updateObject(TavRegistryEntry &entry)
 void TavDataStore::noteObjectChanged(TavRegistryEntry &entry)
 {
     const EntryRef held = entry.shared_from_this(); // an observer may drop it
-    NotificationCenter::defaultCenter().post(DataStoreNotifications::objectChanged, &entry);
+    post(DataStoreNotifications::objectChanged, &entry);
 }
 
 void TavDataStore::removeClient(const void *client)
@@ -198,7 +192,7 @@ void TavDataStore::clearTerminatedObjects()
     if (leaving.isEmpty())
         return;
     dropEntries(leaving);
-    post(DataStoreNotifications::clearedTerminatedObjects);
+    post(DataStoreNotifications::clearedTerminatedObjects, this);
 }
 
 void TavDataStore::dropEntries(const EntrySet &leaving)
@@ -242,11 +236,6 @@ TavDataStore::PathMatches TavDataStore::entriesMatchingRegistryPath(const QStrin
         rest.prepend(topName);
     const EntrySet entries = top->entriesMatchingRelativeRegistryPath(rest, plane);
     return {entries, entries.isEmpty() ? QString() : plane};
-}
-
-void TavDataStore::post(const QString &notification)
-{
-    NotificationCenter::defaultCenter().post(notification, this);
 }
 
 void TavDataStore::_fatalDxRegistryError()
