@@ -51,7 +51,7 @@ struct SweepObject
     }
     const RegistryValue &member(QStringView name) const
     {
-        static const RegistryValue none;
+        static const RegistryValue none{};
         for (const auto &candidate : members) {
             if (QStringView(candidate.key.data(), candidate.key.size()) == name)
                 return candidate.value;
