@@ -218,6 +218,13 @@ bool RegistryValue::toBoolean() const
     return type_ == Type::Boolean && bits_ != 0;
 }
 
+QStringView RegistryValue::stringView() const
+{
+    if (type_ != Type::String || !text_)
+        return {};
+    return QStringView(CompactString::startOf(text_), static_cast<qsizetype>(size_));
+}
+
 QByteArray RegistryValue::toData() const
 {
     if (type_ != Type::Data)

@@ -54,6 +54,7 @@ public:
     const Members &members() const;
     std::span<const RegistryValue> elements() const;
     QString toString() const;
+    QStringView stringView() const; // the same without sharing it
     int numberWidth() const { return type_ == Type::Number ? width_ : 0; }
     quint64 numberBits() const;  // zero-extended
     qint64 signedNumber() const; // sign-extended from its width

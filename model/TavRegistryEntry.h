@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/EntryList.h"
+#include "model/FindOptions.h"
 #include "model/PlaneTable.h"
 #include "model/RegistryHandle.h"
 #include "model/RegistryState.h"
@@ -118,6 +119,22 @@ public:
     std::vector<TavRegistryEntryPath> allEntryPaths();
     EntrySet entriesMatchingRelativeRegistryPath(const QString &path, const QString &plane);
 
+    // Searching. The answer for this entry is kept, and for each entry below it in the plane, and
+    // whether anything below matched; with no plane or nowhere to tell of it, of this one alone.
+    bool matchesQuery(const QString &query, FindOptions options, bool *descendantMatches,
+                      const QString &plane);
+    bool matchesSpecial(const QString &query) const; // "busy", "!new", "not matched" and so on
+    RegistryValue valueForSpecialProperty(const QString &word) const;
+    // In the property table, at any depth; without regard to case.
+    bool containsPropertyName(const QString &name, bool substring) const;
+    bool containsPropertyStringValue(const QString &text, bool substring) const;
+    bool containsPropertyNumberValue(const RegistryValue &) const { return false; }
+    void setMatchesLastQuery(bool matches) { setFlag(MatchesLastQuery, matches); }
+    bool matchesLastQuery() const { return flags_ & MatchesLastQuery; }
+    void setDescendantMatchesLastQuery(bool matches, const QString &plane);
+    bool descendantMatchesLastQueryInPlane(const QString &plane) const;
+    void resetForQuery();
+
     friend bool operator==(const TavRegistryEntry &a, const TavRegistryEntry &b)
     {
         return a.entryTag_ == b.entryTag_;
@@ -132,6 +149,8 @@ public:
 private:
     friend class DataStoreEncoder;
     friend class RegistryEntryDecoder;
+
+    friend class EntryQuery;
 
     TavRegistryEntry();
     bool initWithDxRegistryEntry(RegistryObject object, EntryStore &dataStore);
@@ -151,6 +170,9 @@ private:
     quint32 busyCount_ = 0;
     quint32 kernelRetainCount_ = 0;
     quint8 flags_ = 0;
+    bool matchesInAnyPlane_ = false; // by what is the same in every plane; as of answeredQuery_
+    quint32 answeredQuery_ = 0;
+    quint32 visitedWalk_ = 0; // of a query through one plane
     QString bundleID_;
     QStringList inheritance_;
     PropertyRef properties_;
@@ -160,4 +182,5 @@ private:
     PlaneTable<QString> locationsInPlanes_;
     PlaneTable<EntryList> childrenInPlanes_;
     PlaneTable<EntryList> parentsInPlanes_;
+    PlaneTable<bool> descendantMatchesLastQueryInPlanes_;
 };

@@ -4,6 +4,7 @@
 #include "model/RegistryState.h"
 #include "model/RegistryValue.h"
 
+#include <QVarLengthArray>
 #include <QVariantList>
 
 class TavRegistryProperty;
@@ -60,6 +61,13 @@ public:
     std::vector<TavRegistryProperty *> children() const;
     TavRegistryProperty *childAtIndex(qsizetype index) const;
     TavRegistryProperty *childWithName(const QString &name) const;
+
+    // For searching, without sharing what is looked at: the key, and the value of a string.
+    QStringView nameView() const { return {ident_.data(), ident_.size()}; }
+    QStringView stringView() const { return contents().stringView(); }
+    // Whether any node below satisfies the predicate. What is in sets is not looked at.
+    template<class Predicate>
+    bool anyBelow(Predicate predicate) const;
 
     QString propertyPath() const;      // "/", "//Key", "//Key/Member", "//Key[0]"
     QVariantList keyIndexPath() const; // strings, and numbers for elements of arrays
@@ -122,5 +130,25 @@ private:
     quint8 flags_ = 0;
     Type valueType_ = Type::None;
 };
+
+template<class Predicate>
+bool TavRegistryProperty::anyBelow(Predicate predicate) const
+{
+    QVarLengthArray<const TavRegistryProperty *, 32> pending;
+    if (isCollection() && valueType_ != Type::Set)
+        pending.append(this);
+    while (!pending.isEmpty()) {
+        const TavRegistryProperty *const node = pending.last();
+        pending.removeLast();
+        for (std::size_t i = 0; i < node->children_.count; ++i) {
+            const TavRegistryProperty *const below = node->child(i);
+            if (predicate(*below))
+                return true;
+            if (below->isCollection() && below->valueType_ != Type::Set)
+                pending.append(below);
+        }
+    }
+    return false;
+}
 
 static_assert(sizeof(TavRegistryProperty) <= 56, "there are millions of these");

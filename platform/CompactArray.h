@@ -70,6 +70,11 @@ public:
         return array;
     }
 
+    static Element *startOf(Header *header)
+    {
+        return Header::dataStart(header, alignof(typename Header::AlignmentDummy));
+    }
+
     // Never null: an empty array gives an empty one.
     Owner toOwner() const
     {
@@ -97,10 +102,6 @@ private:
     {
         Pointer &pointer = owner.data_ptr();
         return pointer.d_ptr() && pointer.data() == startOf(pointer.d_ptr());
-    }
-    static Element *startOf(Header *header)
-    {
-        return Header::dataStart(header, alignof(typename Header::AlignmentDummy));
     }
     Element *start() const { return startOf(header_); }
 

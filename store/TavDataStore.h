@@ -54,6 +54,11 @@ public:
     // root.
     PathMatches entriesMatchingRegistryPath(const QString &path) const;
 
+    // Every entry that matches, and by plane the entries that have a match below them. Either may
+    // be null; matches found are added to those that are in it.
+    void runQuery(const QString &query, FindOptions options, EntrySet *matches,
+                  QHash<QString, EntrySet> *parentsOfMatches);
+
 private:
     friend class DataStoreDecoder;
 

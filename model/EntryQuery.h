@@ -1,0 +1,33 @@
+#pragma once
+
+#include "model/FindOptions.h"
+#include "model/TextSearch.h"
+
+class TavRegistryEntry;
+class TavRegistryProperty;
+
+// One search through the entries of a store. Each entry is looked at once for what is the same in
+// every plane, and once in each plane for its name there, however many ways lead to it.
+class EntryQuery
+{
+public:
+    EntryQuery(const QString &query, FindOptions options);
+
+    // The answer for the entry; with a place to tell of it and a plane, also for all below it
+    // there.
+    bool run(TavRegistryEntry &top, bool *descendantMatches, const QString &plane);
+
+    static bool containsName(const TavRegistryProperty &table, const TextSearch &search);
+    static bool containsString(const TavRegistryProperty &table, const TextSearch &search);
+
+private:
+    bool looksAt(FindOption option) const { return !options_ || options_.testFlag(option); }
+    bool matches(TavRegistryEntry &entry, const QString &plane);
+    bool matchesInAnyPlane(const TavRegistryEntry &entry) const;
+    void walk(TavRegistryEntry &top, const QString &plane);
+
+    QString query_;
+    FindOptions options_;
+    TextSearch search_;
+    quint32 number_;
+};
