@@ -131,13 +131,12 @@ void TavRegistryOutlineView::restoreSelection(const TavRegistryEntryPath &path)
     if (items.empty() || items.size() < path.length())
         return;
     dataSource_->setSelectedItem(items.back());
-    selectRow(*items.back(), false);
+    selectRow(*items.back());
 }
 
-void TavRegistryOutlineView::selectRow(const TavRegistryOutlineItem &item, bool mayScroll)
+void TavRegistryOutlineView::selectRow(const TavRegistryOutlineItem &item)
 {
-    // A view that is not shown yet scrolls to its current row when it is, if it may.
-    setAutoScroll(mayScroll);
+    setAutoScroll(false);
     selectionModel()->setCurrentIndex(dataSource_->indexOf(item),
                                       QItemSelectionModel::ClearAndSelect);
     setAutoScroll(true);
@@ -175,9 +174,9 @@ TavRegistryEntryPath TavRegistryOutlineView::selectItemAtEntryPath(const TavRegi
     for (const TavRegistryOutlineItem *item : items)
         expand(dataSource_->indexOf(*item));
     if (!items.empty()) {
-        selectRow(*items.back(), scrollToVisible);
+        selectRow(*items.back());
         if (scrollToVisible)
-            scrollTo(dataSource_->indexOf(*items.back()));
+            scrollToSelection();
     }
     return items.size() == path.length() ? path : path.subpathOfLength(items.size());
 }
@@ -185,6 +184,23 @@ TavRegistryEntryPath TavRegistryOutlineView::selectItemAtEntryPath(const TavRegi
 void TavRegistryOutlineView::deselectAll()
 {
     selectionModel()->clear();
+}
+
+// A row out of sight comes to the middle, so that its neighbours show too.
+void TavRegistryOutlineView::scrollToSelection()
+{
+    const QModelIndex row = currentIndex();
+    scrollsOnShow_ = !isVisible();
+    if (row.isValid() && isVisible())
+        scrollTo(row, viewport()->rect().contains(visualRect(row).center()) ? EnsureVisible
+                                                                            : PositionAtCenter);
+}
+
+void TavRegistryOutlineView::showEvent(QShowEvent *event)
+{
+    OutlineView::showEvent(event);
+    if (scrollsOnShow_)
+        scrollToSelection();
 }
 
 void TavRegistryOutlineView::keyPressEvent(QKeyEvent *event)

@@ -30,10 +30,12 @@ public:
     // The part of the path that was selected.
     TavRegistryEntryPath selectItemAtEntryPath(const TavRegistryEntryPath &path,
                                                bool scrollToVisible);
-    void selectRow(const TavRegistryOutlineItem &item, bool mayScroll);
+    void selectRow(const TavRegistryOutlineItem &item); // opens no rows and does not scroll
+    void scrollToSelection();
     void deselectAll();
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
@@ -59,6 +61,7 @@ private:
 
     TavRegistryOutlineViewDataSource *dataSource_ = nullptr;
     bool isReloading_ = false;
+    bool scrollsOnShow_ = false;
     bool mayShrinkColumn_ = false;
     QTimer fitTimer_;
 };

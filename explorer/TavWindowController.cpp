@@ -88,8 +88,12 @@ void TavWindowController::setUpViews()
     QSizePolicy policy = dxserviceAttributesView_->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     dxserviceAttributesView_->setSizePolicy(policy);
-    for (FactField *count : {objectRetainCountField_, objectBusyCountField_})
-        count->setMaximumWidth(count->fontMetrics().averageCharWidth() * 12);
+    // It is no part of the grid above, yet its label ends where those do.
+    const auto *const label = InterfaceLoader::outlet<QLabel>(*window_, "objectRetainCountLabel");
+    InterfaceLoader::outlet<QLabel>(*window_, "objectBusyCountLabel")
+        ->setMinimumWidth(label->sizeHint().width());
+    objectBusyCountField_->setMaximumWidth(
+        objectBusyCountField_->fontMetrics().horizontalAdvance(QStringLiteral("4294967295 ")));
     for (QCheckBox *cell : {objectRegisteredCell_, objectMatchedCell_, objectActiveCell_}) {
         // They tell and are not to be set.
         cell->setAttribute(Qt::WA_TransparentForMouseEvents);

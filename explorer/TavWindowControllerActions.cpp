@@ -86,8 +86,10 @@ void TavWindowController::expandAll()
 void TavWindowController::collapseAll()
 {
     registryOutlineView_->setAllRowsExpanded(false);
-    if (TavRegistryOutlineItem *const root = rootOutlineItem())
-        registryOutlineView_->selectRow(*root, true);
+    if (const TavRegistryOutlineItem *const root = rootOutlineItem()) {
+        registryOutlineView_->selectRow(*root);
+        registryOutlineView_->scrollToSelection();
+    }
 }
 
 void TavWindowController::copy()

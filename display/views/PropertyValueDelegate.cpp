@@ -130,12 +130,18 @@ void PropertyValueDelegate::paintValue(QPainter &painter, const QStyleOptionView
 }
 
 QWidget *PropertyValueDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,
-                                             const QModelIndex &) const
+                                             const QModelIndex &index) const
 {
+    // It stands where the text did, and breaks its lines alike, as far as it can.
+    const TextAttributes attributes = dataSource_.styledText(index).attributes();
     auto *editor = new QPlainTextEdit(parent);
+    editor->setFont(attributes.fixedPitch ? StyledTextLayout::fixedPitchFont(option.font)
+                                          : option.font);
+    editor->setWordWrapMode(StyledTextLayout::wrapMode(attributes));
+    editor->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    editor->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     editor->setReadOnly(true);
     editor->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    editor->setFont(option.font);
     editor->setFrameShape(QFrame::NoFrame);
     editor->document()->setDocumentMargin(verticalMargin);
     editor->setAccessibleName(tr("Text of the cell"));

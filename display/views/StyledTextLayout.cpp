@@ -5,16 +5,6 @@
 #include <QPainter>
 
 namespace {
-QFont fixedPitchFont(const QFont &like)
-{
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (like.pointSizeF() > 0)
-        font.setPointSizeF(like.pointSizeF());
-    else
-        font.setPixelSize(like.pixelSize());
-    return font;
-}
-
 // As long as the given text, so that ranges keep their places.
 QString withLineSeparators(QString text)
 {
@@ -24,6 +14,23 @@ QString withLineSeparators(QString text)
     return text;
 }
 } // namespace
+
+QFont StyledTextLayout::fixedPitchFont(const QFont &like)
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (like.pointSizeF() > 0)
+        font.setPointSizeF(like.pointSizeF());
+    else
+        font.setPixelSize(like.pixelSize());
+    return font;
+}
+
+QTextOption::WrapMode StyledTextLayout::wrapMode(const TextAttributes &attributes)
+{
+    return attributes.wrap == TextAttributes::Wrap::Character
+               ? QTextOption::WrapAnywhere
+               : QTextOption::WrapAtWordBoundaryOrAnywhere;
+}
 
 StyledTextLayout::StyledTextLayout(const StyledText &text, const QFont &font,
                                    const QPalette &palette, qreal width)
@@ -60,9 +67,7 @@ void StyledTextLayout::setFormats(const StyledText &text, const QFont &font,
 void StyledTextLayout::breakLines(const TextAttributes &attributes, qreal width)
 {
     QTextOption option;
-    option.setWrapMode(attributes.wrap == TextAttributes::Wrap::Character
-                           ? QTextOption::WrapAnywhere
-                           : QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setWrapMode(wrapMode(attributes));
     layout_.setTextOption(option);
     const qreal indent =
         attributes.headIndent

@@ -15,6 +15,9 @@ public:
     StyledTextLayout(const StyledText &text, const QFont &font, const QPalette &palette,
                      qreal width);
 
+    static QFont fixedPitchFont(const QFont &like); // of the same size
+    static QTextOption::WrapMode wrapMode(const TextAttributes &attributes);
+
     qreal height() const { return height_; }
     qreal firstAscent() const;
     // Draws the lines that the clip touches; highlighted text is of one colour.

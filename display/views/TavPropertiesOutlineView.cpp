@@ -24,7 +24,7 @@ void TavPropertiesOutlineView::setDataSource(TavPropertiesOutlineViewDataSource 
     const int character = fontMetrics().averageCharWidth();
     header()->setStretchLastSection(true);
     header()->setSectionsMovable(false);
-    header()->resizeSection(TavPropertiesOutlineViewDataSource::KeyColumn, 28 * character);
+    header()->resizeSection(TavPropertiesOutlineViewDataSource::KeyColumn, 30 * character);
     header()->resizeSection(TavPropertiesOutlineViewDataSource::TypeColumn, 13 * character);
     header()->setMinimumSectionSize(8 * character);
 
