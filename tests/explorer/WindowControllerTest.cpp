@@ -82,8 +82,7 @@ TEST_F(WindowControllerTest, KeepsThePlanesOfTheStoreAndAddsUnknownOnes)
     EXPECT_EQ(outlet<QComboBox>("planeListButton")->currentText(), QStringLiteral("DxElsewhere"));
     EXPECT_EQ(rows(), "Root\n");
     controller_->setRegistryPlane({}, false); // logged, and no more
-    EXPECT_EQ(rows(), "Root
-");
+    EXPECT_EQ(rows(), "Root\n");
 }
 
 TEST_F(WindowControllerTest, FollowsTheSelectionIntoAnotherPlane)
