@@ -1,0 +1,63 @@
+#include "platform/desktop/DesktopRunLoop.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QProgressDialog>
+
+namespace {
+bool isInDefaultMode()
+{
+    if (QApplication::activePopupWidget())
+        return false;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::none_of(windows.begin(), windows.end(), [](const QWidget *window) {
+        return window->isVisible() && window->windowModality() == Qt::ApplicationModal;
+    });
+}
+} // namespace
+
+DesktopRunLoop::DesktopRunLoop(RunLoop &loop)
+    : loop_(loop)
+{
+    loop_.setModeTest(isInDefaultMode);
+    loop_.setWaitDisplay(this);
+    qApp->installEventFilter(this);
+}
+
+DesktopRunLoop::~DesktopRunLoop()
+{
+    loop_.setWaitDisplay(nullptr);
+    loop_.setModeTest(nullptr);
+}
+
+bool DesktopRunLoop::eventFilter(QObject *watched, QEvent *event)
+{
+    // Deferred, for the popup or dialog counts as open until it has dealt with the event.
+    if (event->type() == QEvent::Hide && watched->isWidgetType() &&
+        static_cast<QWidget *>(watched)->isWindow())
+        QMetaObject::invokeMethod(
+            this, [this] { loop_.noteModeChange(); }, Qt::QueuedConnection);
+    return false;
+}
+
+void DesktopRunLoop::waiting(std::chrono::milliseconds elapsed)
+{
+    constexpr std::chrono::milliseconds unnoticed(500);
+    if (elapsed < unnoticed)
+        return;
+    if (!progress_) {
+        progress_ = std::make_unique<QProgressDialog>(QApplication::activeWindow());
+        progress_->setWindowModality(Qt::ApplicationModal);
+        progress_->setLabelText(tr("Reading the device registry…"));
+        progress_->setCancelButton(nullptr);
+        progress_->setRange(0, 0);
+        progress_->show();
+    }
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                QEventLoop::ExcludeSocketNotifiers);
+}
+
+void DesktopRunLoop::waitEnded()
+{
+    progress_.reset();
+}

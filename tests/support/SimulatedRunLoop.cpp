@@ -1,0 +1,59 @@
+#include "tests/support/SimulatedRunLoop.h"
+
+struct SimulatedRunLoop::Scheduled
+{
+    Call fire;
+};
+
+class SimulatedRunLoop::Ticket : public RunLoop::Timer
+{
+public:
+    explicit Ticket(std::shared_ptr<Scheduled> scheduled)
+        : scheduled_(std::move(scheduled))
+    {}
+
+private:
+    std::shared_ptr<Scheduled> scheduled_;
+};
+
+SimulatedRunLoop::SimulatedRunLoop()
+{
+    setMain(this);
+}
+
+SimulatedRunLoop::~SimulatedRunLoop()
+{
+    setMain(nullptr);
+}
+
+std::unique_ptr<RunLoop::Timer> SimulatedRunLoop::startTimer(Seconds delay, Call fire)
+{
+    auto scheduled = std::make_shared<Scheduled>(Scheduled{std::move(fire)});
+    timers_.emplace(now_ + std::chrono::ceil<Milliseconds>(delay), scheduled);
+    return std::make_unique<Ticket>(std::move(scheduled));
+}
+
+std::size_t SimulatedRunLoop::pendingTimers() const
+{
+    return static_cast<std::size_t>(std::count_if(
+        timers_.begin(), timers_.end(), [](const auto &timed) { return !timed.second.expired(); }));
+}
+
+void SimulatedRunLoop::advance(double seconds)
+{
+    const Milliseconds end = now_ + std::chrono::ceil<Milliseconds>(Seconds(seconds));
+    while (!timers_.empty() && timers_.begin()->first <= end) {
+        now_ = timers_.begin()->first;
+        const auto due = timers_.begin()->second.lock();
+        timers_.erase(timers_.begin());
+        if (due)
+            due->fire();
+    }
+    now_ = end;
+}
+
+void SimulatedRunLoop::setIsInDefaultMode(bool isDefault)
+{
+    setModeTest([isDefault] { return isDefault; });
+    noteModeChange();
+}
