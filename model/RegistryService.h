@@ -28,6 +28,12 @@ enum RegistryServiceState : quint64 {
     ServiceMatched = 4,
 };
 
+enum PowerMessage : quint32 {
+    CanSystemSleep = 0xe0000270,
+    SystemWillSleep = 0xe0000280,
+    SystemHasPoweredOn = 0xe0000300,
+};
+
 // A message that has arrived on a message port, to be handed to the dispatcher as it is.
 struct RegistryMessage
 {
@@ -44,8 +50,17 @@ public:
     virtual ~RegistryService();
 
     // Reads the host anew, so that what follows answers from its present state. Returns when done.
+    // Terminations found by this are told before.
     virtual void prepare() {}
-    // The same for one object, together with what is too costly to read for every one.
+    // The same without waiting: ready is called when it is done, on the main run loop in its
+    // default mode, and from a reading that began after this call. What follows answers from the
+    // former state until then.
+    virtual void prepareAsync(std::function<void()> ready)
+    {
+        prepare();
+        ready();
+    }
+    // The same as prepare for one object, together with what is too costly to read for every one.
     virtual void prepareObject(RegistryObject) {}
 
     virtual RegistryObject rootEntry() = 0;
@@ -97,23 +112,24 @@ public:
     using PowerCallback = std::function<void(quint32 messageType, quintptr notificationID)>;
 
     virtual NotificationPort createNotificationPort() { return 0; }
-    virtual void destroyNotificationPort(NotificationPort) {}
+    virtual void destroyNotificationPort(NotificationPort) {} // with all that is registered on it
     virtual MessagePort messagePort(NotificationPort) { return 0; }
     // Messages reach the handler from the main run loop, in its default mode.
     virtual bool addToRunLoop(MessagePort, MessageHandler) { return false; }
     virtual void removeFromRunLoop(MessagePort) {}
-    // Calls the callbacks that a message is for.
+    // Calls the callback that a message is for.
     virtual void dispatchMessage(NotificationPort, const RegistryMessage &) {}
 
-    // Types: "DxServicePublish", "DxServiceMatched", "DxServiceTerminate". The iterator holds what
-    // matches now and must be drained to arm the notification, then and after every callback.
+    // Types: "DxServicePublish", "DxServiceMatched", "DxServiceTerminate". The iterator holds the
+    // objects that the notification is about. It must be drained to arm the notification, at once
+    // and in every callback; what comes while it is not armed waits in the iterator.
     virtual RegistryStatus addMatchingNotification(NotificationPort, const char * /*type*/,
                                                    const QString & /*className*/, MatchingCallback,
                                                    RegistryIterator &)
     {
         return RegistryStatus::Unsupported;
     }
-    // Types: "DxBusyInterest", "DxGeneralInterest".
+    // Types: "DxBusyInterest", with the busy count as argument, and "DxGeneralInterest".
     virtual RegistryStatus addInterestNotification(NotificationPort, RegistryObject,
                                                    const char * /*type*/, InterestCallback,
                                                    RegistryNotification &)
@@ -122,6 +138,8 @@ public:
     }
     virtual void releaseNotification(RegistryNotification) {}
 
+    // Power messages come by the port, which is the caller's to destroy. A sleep that is coming
+    // waits for being allowed.
     virtual PowerConnection registerForSystemPower(PowerCallback, NotificationPort &,
                                                    RegistryNotification &)
     {

@@ -18,17 +18,14 @@ QString architectureName(quint32 processorType)
         return QStringLiteral("<Unknown>");
     }
 }
-
-void post(const QString &name, const void *object)
-{
-    NotificationCenter::defaultCenter().post(name, object);
-}
 } // namespace
 
 TavDataStore::TavDataStore() = default;
 
 TavDataStore::~TavDataStore()
 {
+    life_.reset();
+    endNotifications();
     for (const EntryRef &entry : registryEntries_)
         entry->leaveStore();
 }
@@ -42,6 +39,7 @@ TavDataStore::initFromDxRegistry(RegistryService &service,
     store->service_ = &service;
     store->delegate_ = std::move(delegate);
     store->readMachineFacts();
+    store->_registerForDxcoreNotifications();
     store->update();
     for (const EntryRef &entry : store->registryEntries_)
         entry->clearIsNew();
@@ -72,7 +70,15 @@ void TavDataStore::update()
         qCInfo(storeLog, "Attempt to update a non-live data store\n");
         return;
     }
+    const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
     service_->prepare();
+    if (!life.expired())
+        readRegistry();
+}
+
+void TavDataStore::readRegistry()
+{
+    ++updatesRun_;
     lastUpdateDate_ = QDateTime::currentDateTimeUtc();
     for (const EntryRef &entry : registryEntries_)
         entry->clearParentChildRelationships();
@@ -89,10 +95,10 @@ void TavDataStore::update()
 void TavDataStore::announceUpdate()
 {
     const std::weak_ptr<void> life = life_; // an observer may close the document
-    post(DataStoreNotifications::changed, this);
+    post(DataStoreNotifications::changed);
     if (life.expired() || !hasPendingTerminations_)
         return;
-    post(DataStoreNotifications::objectsTerminated, this);
+    post(DataStoreNotifications::objectsTerminated);
     if (!life.expired())
         hasPendingTerminations_ = false;
 }
@@ -126,7 +132,7 @@ void TavDataStore::updateObject(TavRegistryEntry &entry)
 void TavDataStore::noteObjectChanged(TavRegistryEntry &entry)
 {
     const EntryRef held = entry.shared_from_this(); // an observer may drop it
-    post(DataStoreNotifications::objectChanged, &entry);
+    NotificationCenter::defaultCenter().post(DataStoreNotifications::objectChanged, &entry);
 }
 
 void TavDataStore::removeClient(const void *client)
@@ -192,7 +198,7 @@ void TavDataStore::clearTerminatedObjects()
     if (leaving.isEmpty())
         return;
     dropEntries(leaving);
-    post(DataStoreNotifications::clearedTerminatedObjects, this);
+    post(DataStoreNotifications::clearedTerminatedObjects);
 }
 
 void TavDataStore::dropEntries(const EntrySet &leaving)
@@ -236,6 +242,11 @@ TavDataStore::PathMatches TavDataStore::entriesMatchingRegistryPath(const QStrin
         rest.prepend(topName);
     const EntrySet entries = top->entriesMatchingRelativeRegistryPath(rest, plane);
     return {entries, entries.isEmpty() ? QString() : plane};
+}
+
+void TavDataStore::post(const QString &notification)
+{
+    NotificationCenter::defaultCenter().post(notification, this);
 }
 
 void TavDataStore::_fatalDxRegistryError()

@@ -2,6 +2,7 @@
 
 #include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
+#include "store/LiveUpdate.h"
 #include "store/TavDataStoreDelegate.h"
 
 // The device registry at one moment: every entry seen so far, the names of the planes and a few
@@ -35,6 +36,7 @@ public:
     const std::vector<EntryRef> &registryEntries() const { return registryEntries_; } // root first
     TavRegistryEntry *registryRoot() const;
 
+    // Reads the whole registry anew, waiting for the service.
     void update();
     void updateObject(TavRegistryEntry &entry);
     void setHasPendingTerminations(bool pending) override { hasPendingTerminations_ = pending; }
@@ -44,6 +46,16 @@ public:
 
     TavRegistryEntry *registryEntryForDxRegistryEntry(RegistryObject object,
                                                       bool createIfNeeded) override;
+
+    // Following the registry. With automatic update, a change brings an update soon after; without,
+    // it is only told. Polled update is every some seconds, above 0 and at most 3600.
+    void setAutoupdate(bool autoupdate);
+    bool isAutoupdate() const { return live_.autoupdate; }
+    void setPolledUpdate(bool polledUpdate);
+    bool isPolledUpdate() const { return live_.polledUpdate; }
+    void setPollInterval(double seconds); // others are ignored
+    double pollInterval() const { return live_.pollInterval; }
+    void handleVornMessage(const RegistryMessage &message);
 
     struct PathMatches
     {
@@ -64,12 +76,33 @@ private:
 
     TavDataStore();
     void readMachineFacts();
+    void readRegistry();
     void updatePlanes();
     void announceUpdate();
     TavRegistryEntry *_registryEntryWithDxRegistryEntry(RegistryObject object, bool isRoot);
     TavRegistryEntry *findEntry(RegistryObject object) const;
     void dropEntries(const EntrySet &leaving);
     void _fatalDxRegistryError();
+    void post(const QString &notification);
+
+    void _registerForDxcoreNotifications();
+    bool registerForPower();
+    bool addMatchingNotification(const char *type, RegistryIterator &iterator,
+                                 RegistryService::MatchingCallback callback);
+    bool addInterestNotification(const char *type, RegistryNotification &notification,
+                                 RegistryService::InterestCallback callback);
+    void drain(RegistryIterator iterator);
+    void endNotifications();
+    void noteChange();
+    void noteTerminated(RegistryIterator iterator);
+    void notePowerMessage(quint32 type, quintptr notificationID);
+    PowerConnection _powerDomainRoot() const { return live_.powerDomainRoot; }
+    void _setOnSleepWakePath(bool onPath);
+    void _scheduleAutoupdateIsBusy(bool busy);
+    void _autoupdate(const OneShotTimer::Ref &timer);
+    void _resetPollTimer();
+    void _polledUpdate(const OneShotTimer::Ref &timer);
+    void updateWhenPrepared(std::function<void()> then);
 
     std::shared_ptr<TavDataStoreDelegate> delegate_;
     RegistryService *service_ = nullptr;
@@ -83,5 +116,7 @@ private:
     std::vector<EntryRef> registryEntries_;
     QHash<quint64, TavRegistryEntry *> entriesByTag_; // of registryEntries_
     QStringList registryPlanes_;
+    LiveUpdate live_;
+    quint64 updatesRun_ = 0;
     std::shared_ptr<void> life_ = std::make_shared<char>(); // tells whether the store still exists
 };

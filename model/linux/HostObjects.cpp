@@ -9,9 +9,6 @@
 namespace {
 using Kind = SweepObject::Kind;
 
-constexpr quint64 rootID = 1;
-constexpr quint64 hostID = 2;
-
 QByteArray baseName(const QByteArray &path)
 {
     return path.mid(path.lastIndexOf('/') + 1);

@@ -11,6 +11,8 @@ class HostObjects
 public:
     static constexpr int root = 0;
     static constexpr int host = 1;
+    static constexpr quint64 rootID = 1;
+    static constexpr quint64 hostID = 2;
 
     // Host objects' own facts are given, since a tree holds none about the running system.
     HostObjects(Sweep sweep, RegistryValue::Members rootFacts, RegistryValue::Members hostFacts,

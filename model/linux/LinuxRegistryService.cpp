@@ -1,6 +1,6 @@
 #include "model/linux/LinuxRegistryService.h"
 
-#include "model/linux/HostFacts.h"
+#include "model/linux/DeviceMonitor.h"
 
 #include <QFile>
 #include <cstring>
@@ -31,26 +31,6 @@ bool hasDirectory(const HostObject &object)
 {
     return object.kind != Kind::Root && object.kind != Kind::Host && object.kind != Kind::Binding;
 }
-
-// Adds members to those that are there; dictionaries of the same key become one.
-RegistryValue::Members merged(RegistryValue::Members base, const RegistryValue::Members &added)
-{
-    for (const RegistryValue::Member &member : added) {
-        const auto place =
-            std::lower_bound(base.begin(), base.end(), member, [](const auto &a, const auto &b) {
-                return a.key.toOwner().toUtf8() < b.key.toOwner().toUtf8();
-            });
-        const bool isThere = place != base.end() && place->key == member.key;
-        if (!isThere)
-            base.insert(place, member);
-        else if (member.value.type() == RegistryValue::Type::Dictionary)
-            place->value =
-                RegistryValue::dictionary(merged(place->value.members(), member.value.members()));
-        else
-            place->value = member.value;
-    }
-    return base;
-}
 } // namespace
 
 std::unique_ptr<LinuxRegistryService> LinuxRegistryService::create(const QString &sysfsRoot,
@@ -74,167 +54,96 @@ LinuxRegistryService::LinuxRegistryService(std::shared_ptr<const SysfsRoot> root
     : root_(std::move(root))
     , sweeper_(root_, options)
     , udev_(root_->folder())
-{}
+    , notifier_(*root_, objects_, ports())
+    , alive_(std::make_shared<int>())
+{
+    if (root_->isKernels())
+        openEvents_ = [this] { return DeviceMonitor::open(udev_.isDaemonRunning()); };
+}
 
 LinuxRegistryService::~LinuxRegistryService() = default;
 
-void LinuxRegistryService::prepare()
-{
-    const bool isLive = root_->isKernels();
-    Sweep sweep = sweeper_.run();
-    filesRead_ = std::move(sweep.filesRead);
-    for (SweepObject &object : sweep.objects)
-        addRequested(object);
-    RegistryValue::Members rootFacts =
-        isLive ? HostFacts::ofRunningKernel() : RegistryValue::Members();
-    RegistryValue::Members hostFacts = HostFacts::ofDeviceTree(*root_);
-    if (isLive)
-        hostFacts = merged(std::move(hostFacts), HostFacts::ofRunningSystem());
-    HostObjects objects(std::move(sweep), std::move(rootFacts), std::move(hostFacts), classNames_);
-    install(std::make_unique<RegistryGraph>(std::move(objects), udev_));
-}
-
-void LinuxRegistryService::install(std::unique_ptr<RegistryGraph> graph)
-{
-    const std::unique_ptr<RegistryGraph> previous = std::exchange(graph_, std::move(graph));
-    ++sweepCount_;
-    std::erase_if(onRequest_, [this](const auto &its) {
-        return graph_->withID(its.first) == HostObject::none;
-    });
-    handles_.assign(static_cast<std::size_t>(graph_->count()), 0);
-    for (std::size_t i = 0; i < held_.size(); ++i) {
-        Held &its = held_[i];
-        if (its.references == 0 || its.gone)
-            continue;
-        const int before = std::exchange(its.index, graph_->withID(its.id));
-        if (its.index == HostObject::none)
-            its.gone = std::make_unique<HostObject>(previous->at(before));
-        else
-            handles_[static_cast<std::size_t>(its.index)] = static_cast<RegistryObject>(i + 1);
-    }
-}
-
 void LinuxRegistryService::prepareObject(RegistryObject object)
 {
-    Held *const its = held(object);
-    if (!its || its->gone || !hasDirectory(graph_->at(its->index)))
+    const int index = objects_.indexOf(object);
+    if (index == HostObject::none || !hasDirectory(graph()->at(index)))
         return;
-    const HostObject &known = graph_->at(its->index);
+    const HostObject &known = graph()->at(index);
     const ObjectReader::Request request{folderOf(known.kind), known.kind, known.path, known.id};
     Sweeper::ObjectReading reading = sweeper_.readObject(request);
     if (reading.always.members.empty())
         return; // it has gone meanwhile; the next sweep will tell
-    if (!reading.onRequest.members.empty())
-        onRequest_[known.id] = {std::move(reading.onRequest.members),
-                                QDateTime::currentDateTimeUtc()};
     SweepObject &fresh = reading.always;
     std::move(reading.onRequest.unread.begin(), reading.onRequest.unread.end(),
               std::back_inserter(fresh.unread));
     fresh.inode = known.id;
-    addRequested(fresh);
-    graph_->replaceMembers(its->index, std::move(fresh.members), std::move(fresh.unread), udev_);
-}
-
-// What was read of one object alone keeps its last value, marked by its date.
-void LinuxRegistryService::addRequested(SweepObject &object) const
-{
-    const auto requested = onRequest_.find(object.inode);
-    if (requested == onRequest_.end())
-        return;
-    const auto &[members, date] = requested->second;
-    object.members = merged(std::move(object.members), members);
-    object.members =
-        merged(std::move(object.members),
-               {{CompactString(QStringLiteral("DxReadOnRequest")), RegistryValue::date(date)}});
-}
-
-const HostObject *LinuxRegistryService::find(RegistryObject object) const
-{
-    if (object == 0 || object > held_.size() || held_[object - 1].references == 0)
-        return nullptr;
-    const Held &its = held_[object - 1];
-    return its.gone ? its.gone.get() : &graph_->at(its.index);
-}
-
-LinuxRegistryService::Held *LinuxRegistryService::held(RegistryObject object)
-{
-    return find(object) ? &held_[object - 1] : nullptr;
-}
-
-RegistryObject LinuxRegistryService::hold(int index)
-{
-    RegistryObject &handle = handles_[static_cast<std::size_t>(index)];
-    if (handle == 0) {
-        if (freeHandles_.empty()) {
-            held_.emplace_back();
-            handle = static_cast<RegistryObject>(held_.size());
-        } else {
-            handle = freeHandles_.back();
-            freeHandles_.pop_back();
-        }
-        Held &its = held_[handle - 1];
-        its.id = graph_->at(index).id;
-        its.index = index;
+    if (!reading.onRequest.members.empty())
+        requested_.set(known.id, std::move(reading.onRequest.members));
+    requested_.addTo(fresh);
+    graph()->replaceMembers(index, std::move(fresh.members), std::move(fresh.unread), udev_);
+    if (preparation_) {
+        preparation_.reset(); // it does not know of this
+        beginPreparation();
     }
-    ++held_[handle - 1].references;
-    return handle;
 }
 
 void LinuxRegistryService::retain(RegistryObject object)
 {
-    if (Held *const its = held(object))
-        ++its->references;
+    objects_.retain(object);
 }
 
 void LinuxRegistryService::release(RegistryObject object)
 {
-    Held *const its = held(object);
-    if (!its || --its->references > 0)
-        return;
-    if (!its->gone)
-        handles_[static_cast<std::size_t>(its->index)] = 0;
-    *its = Held();
-    freeHandles_.push_back(object);
+    objects_.release(object);
 }
 
 RegistryObject LinuxRegistryService::rootEntry()
 {
-    if (!graph_)
+    if (!graph())
         prepare();
-    return hold(HostObjects::root);
+    return objects_.hold(HostObjects::root);
 }
 
 RegistryObject LinuxRegistryService::entryFromPath(const QString &path)
 {
-    if (!graph_)
-        prepare();
     const qsizetype colon = path.indexOf(u':');
     const auto plane = planeWithName(path.left(colon).toStdString());
     if (colon < 0 || !plane || !path.mid(colon + 1).startsWith(u'/'))
         return 0;
+    if (path.size() == colon + 2)
+        return holdHost(); // "Plane:/"
+    if (!graph())
+        prepare();
     int index = HostObjects::host;
     const QByteArrayList names = path.mid(colon + 2).toUtf8().split('/');
     for (const QByteArray &name : names) {
-        if (name.isEmpty() && names.size() == 1)
-            break; // "Plane:/" is the host itself
-        const auto children = graph_->childrenInPlane(index, *plane);
+        const auto children = graph()->childrenInPlane(index, *plane);
         const auto child = std::find_if(children.begin(), children.end(), [&](int candidate) {
-            const NameAndLocation &its = graph_->at(candidate).nameInPlane(*plane);
+            const NameAndLocation &its = graph()->at(candidate).nameInPlane(*plane);
             return name == (its.location.isNull() ? its.name : its.name + '@' + its.location);
         });
         if (child == children.end())
             return 0;
         index = *child;
     }
-    return hold(index);
+    return objects_.hold(index);
+}
+
+// Needs no sweep, so that notifications can be asked for before the first one.
+RegistryObject LinuxRegistryService::holdHost()
+{
+    HostObject host;
+    host.kind = Kind::Host;
+    host.id = HostObjects::hostID;
+    host.name.name = "Host";
+    return objects_.hold(std::move(host));
 }
 
 RegistryStatus LinuxRegistryService::childIterator(RegistryObject object, const char *plane,
                                                    RegistryIterator &iterator)
 {
-    const Held *const its = held(object);
     const auto known = planeWithName(plane);
-    if (!its || !known || !graph_->hasPlane(*known))
+    if (!find(object) || !known || !graph() || !graph()->hasPlane(*known))
         return RegistryStatus::Failed;
     if (freeIterators_.empty()) {
         iterators_.emplace_back();
@@ -244,25 +153,35 @@ RegistryStatus LinuxRegistryService::childIterator(RegistryObject object, const 
         freeIterators_.pop_back();
     }
     Iterator &fresh = iterators_[iterator - 1];
-    fresh.rest = its->gone ? std::span<const int>() : graph_->childrenInPlane(its->index, *known);
+    const int index = objects_.indexOf(object);
+    fresh.rest = index == HostObject::none ? std::span<const int>()
+                                           : graph()->childrenInPlane(index, *known);
     fresh.sweep = sweepCount_;
     return RegistryStatus::Success;
 }
 
 RegistryObject LinuxRegistryService::iteratorNext(RegistryIterator iterator)
 {
+    if (NotificationPorts::isIterator(iterator))
+        return ports().next(iterator);
     if (iterator == 0 || iterator > iterators_.size())
         return 0;
     Iterator &its = iterators_[iterator - 1];
-    if (its.sweep != sweepCount_ || its.rest.empty())
+    if (its.sweep != sweepCount_)
         return 0;
-    const int index = its.rest.front();
-    its.rest = its.rest.subspan(1);
-    return hold(index);
+    while (!its.rest.empty()) {
+        const int index = its.rest.front();
+        its.rest = its.rest.subspan(1);
+        if (!notifier_.isGone(index))
+            return objects_.hold(index);
+    }
+    return 0;
 }
 
 void LinuxRegistryService::releaseIterator(RegistryIterator iterator)
 {
+    if (NotificationPorts::isIterator(iterator))
+        return ports().releaseIterator(iterator);
     if (iterator == 0 || iterator > iterators_.size())
         return;
     iterators_[iterator - 1] = {};
@@ -355,27 +274,26 @@ RegistryValue LinuxRegistryService::copyProperty(RegistryObject object, const QS
 
 RegistryStatus LinuxRegistryService::serviceState(RegistryObject object, quint64 &state)
 {
-    const Held *const its = held(object);
+    const HostObject *const its = find(object);
     if (!its)
         return RegistryStatus::Failed;
-    if (its->gone) {
+    if (objects_.indexOf(object) == HostObject::none) {
         state = ServiceInactive;
         return RegistryStatus::Success;
     }
-    const HostObject &known = graph_->at(its->index);
-    const bool isMatched = known.kind != Kind::Device || known.binding != HostObject::none ||
-                           (!known.subsystem.isEmpty() && !known.isOnBus);
-    state = (known.isAnnounced ? quint64(ServiceRegistered) : 0) |
+    const bool isMatched = its->kind != Kind::Device || its->binding != HostObject::none ||
+                           (!its->subsystem.isEmpty() && !its->isOnBus);
+    state = (its->isAnnounced ? quint64(ServiceRegistered) : 0) |
             (isMatched ? quint64(ServiceMatched) : 0);
     return RegistryStatus::Success;
 }
 
 RegistryStatus LinuxRegistryService::busyState(RegistryObject object, quint32 &busyCount)
 {
-    const Held *const its = held(object);
+    const HostObject *const its = find(object);
     if (!its)
         return RegistryStatus::Failed;
-    busyCount = its->gone ? 0 : graph_->at(its->index).busyCount();
+    busyCount = objects_.indexOf(object) == HostObject::none ? 0 : its->busyCount();
     return RegistryStatus::Success;
 }
 

@@ -1,25 +1,36 @@
 #pragma once
 
-#include "model/RegistryService.h"
-#include "model/linux/ClassNames.h"
+#include "model/NotifyingRegistryService.h"
+#include "model/linux/DeviceEventSource.h"
 #include "model/linux/DriverBundles.h"
-#include "model/linux/RegistryGraph.h"
-#include "model/linux/Sweeper.h"
+#include "model/linux/EventNotifier.h"
+#include "model/linux/HeldObjects.h"
+#include "model/linux/Preparation.h"
 #include "model/linux/UdevDatabase.h"
+#include "platform/PowerMessages.h"
+#include "platform/RunLoopSource.h"
 
-#include <unordered_map>
+#include <QObject>
 
-// The device registry of a sysfs tree. Answers from the last finished sweep.
-class LinuxRegistryService : public RegistryService
+// The device registry of a sysfs tree. Answers from the last finished sweep; of the kernel's own
+// tree it also tells the changes.
+class LinuxRegistryService : public NotifyingRegistryService
 {
 public:
+    // Null when the events cannot be had.
+    using EventSourceFactory = std::function<std::unique_ptr<DeviceEventSource>()>;
+
     // Null, with a message for the user, when the folder is no sysfs tree.
     static std::unique_ptr<LinuxRegistryService> create(const QString &sysfsRoot, QString *error);
     static std::unique_ptr<LinuxRegistryService> create(const QString &sysfsRoot,
                                                         Sweeper::Options options, QString *error);
     ~LinuxRegistryService() override;
 
+    // Before the first notification port. Trees other than the kernel's have no events by default.
+    void setEventSourceFactory(EventSourceFactory factory) { openEvents_ = std::move(factory); }
+
     void prepare() override;
+    void prepareAsync(std::function<void()> ready) override;
     void prepareObject(RegistryObject object) override;
 
     RegistryObject rootEntry() override;
@@ -47,49 +58,62 @@ public:
     void release(RegistryObject object) override;
     QString bundleURLForIdentifier(const QString &bundleID) override;
 
+    NotificationPort createNotificationPort() override;
+    void destroyNotificationPort(NotificationPort port) override;
+    PowerConnection registerForSystemPower(PowerCallback callback, NotificationPort &port,
+                                           RegistryNotification &notification) override;
+    void deregisterForSystemPower(RegistryNotification notification) override;
+    void allowPowerChange(PowerConnection connection, quintptr notificationID) override;
+    void releasePowerConnection(PowerConnection connection) override;
+
     // Every file that the last sweep has read, where the options ask for it.
     const std::vector<QByteArray> &filesRead() const { return filesRead_; }
 
 private:
-    // An object that somebody holds. One that is gone from the host keeps its last facts.
-    struct Held
-    {
-        quint32 references = 0;
-        quint64 id = 0;
-        int index = HostObject::none; // in the graph; none when gone or free
-        std::unique_ptr<HostObject> gone;
-    };
     struct Iterator
     {
         std::span<const int> rest;
         quint64 sweep = 0; // one that began before the last sweep has ended
     };
-    struct OnRequest
-    {
-        RegistryValue::Members members;
-        QDateTime date;
-    };
-
     LinuxRegistryService(std::shared_ptr<const SysfsRoot> root, Sweeper::Options options);
-    void install(std::unique_ptr<RegistryGraph> graph);
-    void addRequested(SweepObject &object) const;
-    const HostObject *find(RegistryObject object) const; // null for no valid handle
-    Held *held(RegistryObject object);
-    RegistryObject hold(int index);
+    RegistryGraph *graph() { return objects_.graph(); }
+    const HostObject *find(RegistryObject object) const { return objects_.find(object); }
+    RegistryObject holdHost();
     static RegistryStatus copyText(const QByteArray &text, RegistryName &buffer);
+
+    void beginPreparation();
+    void preparationFinished(quint64 number);
+    std::vector<std::function<void()>> installPreparation();
+
+    bool openEvents();
+    void receiveEvents();
+    void checkEverything();
 
     std::shared_ptr<const SysfsRoot> root_;
     Sweeper sweeper_;
     UdevDatabase udev_;
     ClassNames classNames_;
     DriverBundles bundles_;
-    std::unique_ptr<RegistryGraph> graph_;
-    std::vector<Held> held_; // by handle, less one
-    std::vector<RegistryObject> freeHandles_;
-    std::vector<RegistryObject> handles_; // by index in the graph; 0: nobody holds it
-    std::vector<Iterator> iterators_;     // by iterator, less one
+    HeldObjects objects_;
+    RequestedAttributes requested_;
+    std::vector<Iterator> iterators_; // by iterator, less one
     std::vector<RegistryIterator> freeIterators_;
     quint64 sweepCount_ = 0;
-    std::unordered_map<quint64, OnRequest> onRequest_; // by ID: what was read of one object alone
     std::vector<QByteArray> filesRead_;
+
+    EventSourceFactory openEvents_;
+    QSet<NotificationPort> eventPorts_;
+    std::unique_ptr<DeviceEventSource> events_; // open while there is such a port
+    std::unique_ptr<RunLoopSource> eventsReady_;
+    EventNotifier notifier_;
+    OneShotTimer::Ref afterLoss_;
+    std::unordered_map<PowerConnection, std::unique_ptr<PowerMessages>> power_;
+
+    // Called when the preparation that runs, or the one after it, is installed.
+    std::vector<std::function<void()>> ready_;
+    std::vector<std::function<void()>> readyLater_;
+    quint64 preparationNumber_ = 0;
+    std::shared_ptr<const void> alive_;
+    QObject mainThread_;                       // where a preparation reports
+    std::unique_ptr<Preparation> preparation_; // ends before all else
 };

@@ -64,6 +64,13 @@ struct Sweeper::State
         const std::lock_guard lock(mutex);
         return blockedPaths.contains(directory + '/' + name);
     }
+    void end()
+    {
+        const std::lock_guard lock(mutex);
+        isOver = true;
+        finished.notify_one();
+        workOrEnd.notify_all();
+    }
     void work(Progress &progress);
     bool takeRequest(Progress &progress, Request &request);
     void deliver(Progress &progress, ObjectReader::Result result);
@@ -190,13 +197,19 @@ Sweeper::Sweeper(std::shared_ptr<const SysfsRoot> root, Options options)
         options_.threads = std::clamp(std::thread::hardware_concurrency(), 2U, mostThreads);
 }
 
-Sweep Sweeper::run()
+Sweep Sweeper::run(const std::stop_token &stop)
 {
-    Sweep sweep = run(firstRequests(), true);
+    Sweep sweep = run(firstRequests(), true, stop);
     // Trees without uevent files show what is a device only by the links that lead there.
-    if (findForcedDevices(sweep))
-        sweep = run(firstRequests(), true);
+    if (!stop.stop_requested() && findForcedDevices(sweep))
+        sweep = run(firstRequests(), true, stop);
     return sweep;
+}
+
+void Sweeper::learnFrom(const Sweeper &other)
+{
+    blockedPaths_.unite(other.blockedPaths_);
+    forcedDevices_.unite(other.forcedDevices_);
 }
 
 Sweeper::ObjectReading Sweeper::readObject(const Request &request)
@@ -241,7 +254,7 @@ std::vector<Request> Sweeper::firstRequests() const
     return requests;
 }
 
-Sweep Sweeper::run(std::vector<Request> requests, bool goesOn)
+Sweep Sweeper::run(std::vector<Request> requests, bool goesOn, const std::stop_token &stop)
 {
     const auto state = std::make_shared<State>();
     state->root = root_;
@@ -255,6 +268,7 @@ Sweep Sweeper::run(std::vector<Request> requests, bool goesOn)
     if (state->unfinished == 0)
         return {};
 
+    const std::stop_callback onStop(stop, [&state] { state->end(); });
     std::list<Watched> threads;
     for (unsigned i = 0; i < options_.threads; ++i)
         state->startThread(threads, state);

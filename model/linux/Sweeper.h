@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <memory>
+#include <stop_token>
 
 // Reads a whole sysfs tree, or one object, in a few threads of its own. A step that does not
 // return in time is abandoned with its thread; its path is left out from then on and named among
@@ -22,7 +23,10 @@ public:
     explicit Sweeper(std::shared_ptr<const SysfsRoot> root);
     Sweeper(std::shared_ptr<const SysfsRoot> root, Options options);
 
-    Sweep run();
+    // Ends early, with what it has, when asked to stop.
+    Sweep run(const std::stop_token &stop = {});
+    // Takes over what another one, made from this, has learnt not to try again.
+    void learnFrom(const Sweeper &other);
 
     struct ObjectReading
     {
@@ -35,7 +39,8 @@ private:
     struct State;
 
     std::vector<ObjectReader::Request> firstRequests() const;
-    Sweep run(std::vector<ObjectReader::Request> requests, bool goesOn);
+    Sweep run(std::vector<ObjectReader::Request> requests, bool goesOn,
+              const std::stop_token &stop = {});
     bool findForcedDevices(const Sweep &sweep);
 
     std::shared_ptr<const SysfsRoot> root_;

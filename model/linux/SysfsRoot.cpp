@@ -71,6 +71,14 @@ FileDescriptor SysfsRoot::openDirectory(const QByteArray &path) const
         openat(descriptor_.get(), path.isEmpty() ? "." : path.constData(), directoryFlags));
 }
 
+quint64 SysfsRoot::inodeOf(const QByteArray &path) const
+{
+    struct stat status;
+    const bool exists =
+        fstatat(descriptor_.get(), path.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    return exists ? status.st_ino : 0;
+}
+
 std::vector<SysfsRoot::Entry> SysfsRoot::list(int directory)
 {
     // Without a directory stream: making one costs more than reading a small directory.

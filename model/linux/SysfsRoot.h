@@ -26,6 +26,7 @@ public:
     bool isKernels() const { return isKernels_; }
 
     FileDescriptor openDirectory(const QByteArray &path) const;
+    quint64 inodeOf(const QByteArray &path) const; // 0 when there is nothing
     // The entries of a directory by name in byte order; empty when it cannot be listed. Device
     // nodes and sockets, which no sysfs has, are left out.
     static std::vector<Entry> list(int directory);

@@ -90,12 +90,13 @@ TEST_F(RegistryEntryCaptureTest, AnEntryThatCannotBeReadIsNotThere)
         Root
           Host
     )");
+    constexpr quint64 handlesOfHost = 3; // by which the store follows the registry
     for (const auto &[what, failure] : failures) {
         service_.setFailures(tree_["disk@0"], failure);
         capture();
         EXPECT_EQ(printed(), without) << what;
         EXPECT_EQ(store_->registryEntries().size(), 2U) << what;
-        EXPECT_EQ(service_.openHandles(), 2U) << what;
+        EXPECT_EQ(service_.openHandles(), 2U + handlesOfHost) << what;
     }
     service_.setFailures(tree_["disk@0"], {});
     service_.setName(tree_["disk@0"], "d\xffsk");

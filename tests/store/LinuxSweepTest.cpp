@@ -155,9 +155,12 @@ TEST(Sweep, KeepsTheLastFactsOfWhatIsGone)
     ASSERT_TRUE(leaving && leaving->isActive());
     QDir(QFile::decodeName(made.path("devices/here/leaves"))).removeRecursively();
     tree.store->update();
-    EXPECT_FALSE(leaving->isActive());
+    EXPECT_EQ(tree.at("DxService:/here/leaves"), leaving);
+    EXPECT_EQ(leaving->registryState(), RegistryStateTerminated);
     EXPECT_EQ(leaving->nameInPlane({}), QStringLiteral("leaves"));
     EXPECT_TRUE(leaving->properties());
+    EXPECT_TRUE(tree.store->isUpToDate());
+    tree.store->clearTerminatedObjects();
     EXPECT_TRUE(tree.at("DxService:/here")->childrenInPlane(QStringLiteral("DxService")).empty());
 }
 
@@ -210,6 +213,9 @@ TEST(LiveHost, ShowsADeviceThatCameAsNew)
     EXPECT_EQ(added->parentsInPlane(QStringLiteral("DxClass")).size(), 1U);
     disk.remove();
     tree.store->update();
+    ASSERT_TRUE(tree.at(path.constData()));
+    EXPECT_EQ(tree.at(path.constData())->registryState(), RegistryStateTerminated);
+    tree.store->clearTerminatedObjects();
     EXPECT_FALSE(tree.at(path.constData()));
 }
 } // namespace

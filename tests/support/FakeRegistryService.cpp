@@ -125,6 +125,8 @@ FakeRegistryService::Iterator *FakeRegistryService::opened(RegistryIterator iter
 
 RegistryObject FakeRegistryService::iteratorNext(RegistryIterator iterator)
 {
+    if (NotificationPorts::isIterator(iterator))
+        return ports().next(iterator);
     Iterator *const position = opened(iterator);
     if (!position)
         return 0;
@@ -134,6 +136,8 @@ RegistryObject FakeRegistryService::iteratorNext(RegistryIterator iterator)
 
 void FakeRegistryService::releaseIterator(RegistryIterator iterator)
 {
+    if (NotificationPorts::isIterator(iterator))
+        return ports().releaseIterator(iterator);
     if (Iterator *const position = opened(iterator)) {
         position->isOpen = false;
         freeIterators_.push_back(iterator);

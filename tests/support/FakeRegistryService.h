@@ -1,10 +1,11 @@
 #pragma once
 
+#include "model/NotifyingRegistryService.h"
 #include "tests/support/FakeRegistry.h"
 
 // A registry service that answers from a scripted registry. It counts what it hands out, so that a
 // test can tell whether every handle and iterator was given back, and how often it is asked.
-class FakeRegistryService : public RegistryService, public FakeRegistry
+class FakeRegistryService : public NotifyingRegistryService, public FakeRegistry
 {
 public:
     void setHasEntryIDs(bool has) { hasEntryIDs_ = has; }
@@ -47,6 +48,15 @@ public:
     void release(RegistryObject object) override;
     QString bundleURLForIdentifier(const QString &bundleID) override;
 
+    PowerConnection registerForSystemPower(PowerCallback, NotificationPort &,
+                                           RegistryNotification &) override
+    {
+        return 1;
+    }
+
+protected:
+    RegistryObject handOut(Node node);
+
 private:
     struct Iterator
     {
@@ -58,7 +68,6 @@ private:
 
     Object *held(RegistryObject object);
     Object *heldWithout(Failure failure, RegistryObject object);
-    RegistryObject handOut(Node node);
     Iterator *opened(RegistryIterator iterator);
 
     std::vector<Iterator> iterators_;

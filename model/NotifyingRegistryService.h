@@ -1,0 +1,44 @@
+#pragma once
+
+#include "model/NotificationPorts.h"
+
+// A registry service that can tell of changes: the operations of notifications, over what the
+// service itself announces by its ports. It hands on the iterators that are theirs.
+class NotifyingRegistryService : public RegistryService
+{
+public:
+    NotificationPort createNotificationPort() override { return ports_.create(); }
+    void destroyNotificationPort(NotificationPort port) override { ports_.destroy(port); }
+    MessagePort messagePort(NotificationPort port) override { return ports_.messagePort(port); }
+    bool addToRunLoop(MessagePort port, MessageHandler handler) override
+    {
+        return ports_.addToRunLoop(port, std::move(handler));
+    }
+    void removeFromRunLoop(MessagePort port) override { ports_.removeFromRunLoop(port); }
+    void dispatchMessage(NotificationPort port, const RegistryMessage &message) override
+    {
+        ports_.dispatch(port, message);
+    }
+    RegistryStatus addMatchingNotification(NotificationPort port, const char *type,
+                                           const QString &className, MatchingCallback callback,
+                                           RegistryIterator &iterator) override
+    {
+        return ports_.addMatching(port, type, className, std::move(callback), iterator);
+    }
+    RegistryStatus addInterestNotification(NotificationPort port, RegistryObject object,
+                                           const char *type, InterestCallback callback,
+                                           RegistryNotification &notification) override
+    {
+        return ports_.addInterest(port, object, type, std::move(callback), notification);
+    }
+    void releaseNotification(RegistryNotification notification) override
+    {
+        ports_.releaseNotification(notification);
+    }
+
+protected:
+    NotificationPorts &ports() { return ports_; }
+
+private:
+    NotificationPorts ports_{*this};
+};

@@ -1,0 +1,54 @@
+#include "model/linux/DeviceEvent.h"
+
+#include <libudev.h>
+#include <limits.h>
+
+namespace {
+DeviceEvent::Action actionNamed(QByteArrayView name)
+{
+    using Action = DeviceEvent::Action;
+    constexpr std::pair<const char *, Action> named[] = {
+        {"add", Action::Add},
+        {"remove", Action::Remove},
+        {"bind", Action::Bind},
+        {"unbind", Action::Unbind},
+    };
+    for (const auto &[its, action] : named) {
+        if (name == QByteArrayView(its))
+            return action;
+    }
+    return Action::Change;
+}
+
+// Components that are names, with single slashes before them.
+bool isPlainPath(QByteArrayView path)
+{
+    if (!path.startsWith('/') || path.size() >= PATH_MAX || path.contains('\0'))
+        return false;
+    qsizetype start = 1;
+    while (start <= path.size()) {
+        qsizetype end = path.indexOf('/', start);
+        if (end < 0)
+            end = path.size();
+        const QByteArrayView name = path.sliced(start, end - start);
+        if (name.isEmpty() || name.size() > NAME_MAX || name == "." || name == "..")
+            return false;
+        start = end + 1;
+    }
+    return true;
+}
+} // namespace
+
+std::optional<DeviceEvent> DeviceEvent::parse(QByteArrayView action, QByteArrayView devicePath)
+{
+    if (action.isEmpty() || !isPlainPath(devicePath))
+        return std::nullopt;
+    return DeviceEvent{actionNamed(action), devicePath.sliced(1).toByteArray()};
+}
+
+std::optional<DeviceEvent> DeviceEvent::fromDevice(udev_device *device)
+{
+    const char *const action = udev_device_get_action(device);
+    const char *const path = udev_device_get_devpath(device);
+    return parse(QByteArrayView(action), QByteArrayView(path));
+}

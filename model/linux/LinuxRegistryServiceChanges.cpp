@@ -1,0 +1,176 @@
+// Reading anew, and telling of changes.
+#include "model/linux/DeviceMonitor.h"
+#include "model/linux/LinuxRegistryService.h"
+#include "platform/RunLoop.h"
+
+void LinuxRegistryService::prepare()
+{
+    // One that runs may have passed what has changed since.
+    preparation_.reset();
+    std::move(readyLater_.begin(), readyLater_.end(), std::back_inserter(ready_));
+    readyLater_.clear();
+    beginPreparation();
+    RunLoop::main().wait([this](auto most) { return preparation_->waitFor(most); });
+    const auto ready = installPreparation();
+    if (ready.empty())
+        return;
+    // Not at once: who called this is about to read.
+    QMetaObject::invokeMethod(
+        &mainThread_,
+        [this, ready] {
+            for (const auto &call : ready)
+                RunLoop::main().performInDefaultMode(alive_, call);
+        },
+        Qt::QueuedConnection);
+}
+
+void LinuxRegistryService::prepareAsync(std::function<void()> ready)
+{
+    if (preparation_) {
+        readyLater_.push_back(std::move(ready));
+        return;
+    }
+    ready_.push_back(std::move(ready));
+    beginPreparation();
+}
+
+void LinuxRegistryService::beginPreparation()
+{
+    notifier_.sweepBegins();
+    const quint64 number = ++preparationNumber_;
+    const auto finished = [this, number] {
+        QMetaObject::invokeMethod(
+            &mainThread_, [this, number] { preparationFinished(number); }, Qt::QueuedConnection);
+    };
+    preparation_ = std::make_unique<Preparation>(
+        Preparation::Input{root_, sweeper_, classNames_, requested_}, finished);
+}
+
+void LinuxRegistryService::preparationFinished(quint64 number)
+{
+    RunLoop::main().performInDefaultMode(alive_, [this, number] {
+        if (!preparation_ || number != preparationNumber_)
+            return;
+        const auto ready = installPreparation();
+        for (const auto &call : ready)
+            call();
+    });
+}
+
+// Whoever waited for what is now installed is to be called.
+std::vector<std::function<void()>> LinuxRegistryService::installPreparation()
+{
+    Preparation::Result result = preparation_->take();
+    preparation_.reset();
+    sweeper_.learnFrom(result.sweeper);
+    classNames_ = std::move(result.classNames);
+    filesRead_ = std::move(result.filesRead);
+    const quint32 busyCountBefore = graph() ? graph()->at(HostObjects::host).busyCount()
+                                            : result.graph->at(HostObjects::host).busyCount();
+    const std::vector<RegistryObject> vanished = objects_.setGraph(std::move(result.graph));
+    ++sweepCount_;
+    requested_.keepOnly([this](quint64 id) { return graph()->withID(id) != HostObject::none; });
+    notifier_.graphChanged(vanished, busyCountBefore);
+    auto ready = std::exchange(ready_, std::exchange(readyLater_, {}));
+    if (!ready_.empty())
+        beginPreparation();
+    ports().deliver();
+    return ready;
+}
+
+bool LinuxRegistryService::openEvents()
+{
+    if (events_ || !openEvents_)
+        return true;
+    events_ = openEvents_();
+    if (!events_)
+        return false;
+    eventsReady_ =
+        std::make_unique<RunLoopSource>(events_->descriptor(), [this] { receiveEvents(); });
+    return true;
+}
+
+NotificationPort LinuxRegistryService::createNotificationPort()
+{
+    if (!openEvents())
+        return 0;
+    const NotificationPort port = NotifyingRegistryService::createNotificationPort();
+    eventPorts_.insert(port);
+    return port;
+}
+
+void LinuxRegistryService::destroyNotificationPort(NotificationPort port)
+{
+    NotifyingRegistryService::destroyNotificationPort(port);
+    if (!eventPorts_.remove(port) || !eventPorts_.isEmpty())
+        return;
+    eventsReady_.reset();
+    events_.reset();
+    afterLoss_.reset();
+}
+
+void LinuxRegistryService::receiveEvents()
+{
+    constexpr int mostAtOnce = 256; // the window wants its turn in a storm
+    DeviceEvent event;
+    bool isLoss = false;
+    for (int i = 0; i < mostAtOnce; ++i) {
+        const auto reception = events_->receive(event);
+        if (reception == DeviceEventSource::Reception::Nothing)
+            break;
+        if (reception == DeviceEventSource::Reception::Event)
+            notifier_.handle(event);
+        else
+            isLoss = true;
+    }
+    // Losses come in rows; one check a while is enough.
+    constexpr double soon = 0.1;
+    if (isLoss && !afterLoss_)
+        afterLoss_ = OneShotTimer::schedule(soon, [this](const auto &) { checkEverything(); });
+    ports().deliver(); // may close the events
+}
+
+void LinuxRegistryService::checkEverything()
+{
+    afterLoss_.reset();
+    prepareAsync([this] {
+        notifier_.tellOfChange();
+        ports().deliver();
+    });
+}
+
+PowerConnection LinuxRegistryService::registerForSystemPower(PowerCallback callback,
+                                                             NotificationPort &port,
+                                                             RegistryNotification &notification)
+{
+    port = ports().create();
+    const RegistryNotification number = ports().addPower(port, std::move(callback));
+    notification = number;
+    auto messages = std::make_unique<PowerMessages>();
+    const auto pass = [this, number](PowerMessage type, quint64 request) {
+        ports().tellPower(number, type, request);
+        ports().deliver();
+    };
+    QObject::connect(messages.get(), &PowerMessages::willSleep, &mainThread_,
+                     [pass](quint64 request) { pass(SystemWillSleep, request); });
+    QObject::connect(messages.get(), &PowerMessages::hasPoweredOn, &mainThread_,
+                     [pass] { pass(SystemHasPoweredOn, 0); });
+    power_[number] = std::move(messages);
+    return number;
+}
+
+void LinuxRegistryService::deregisterForSystemPower(RegistryNotification notification)
+{
+    ports().releaseNotification(notification);
+}
+
+void LinuxRegistryService::allowPowerChange(PowerConnection connection, quintptr notificationID)
+{
+    if (const auto found = power_.find(connection); found != power_.end())
+        found->second->allowSleep(notificationID);
+}
+
+void LinuxRegistryService::releasePowerConnection(PowerConnection connection)
+{
+    power_.erase(connection);
+}

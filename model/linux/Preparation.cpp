@@ -1,0 +1,54 @@
+#include "model/linux/Preparation.h"
+
+#include "model/linux/HostFacts.h"
+#include "model/linux/UdevDatabase.h"
+
+namespace {
+Preparation::Result prepared(Preparation::Input input, const std::stop_token &stop)
+{
+    const bool isLive = input.root->isKernels();
+    Preparation::Result result{std::move(input.sweeper), std::move(input.classNames), {}, {}};
+    Sweep sweep = result.sweeper.run(stop);
+    if (stop.stop_requested())
+        return result;
+    result.filesRead = std::move(sweep.filesRead);
+    for (SweepObject &object : sweep.objects)
+        input.requested.addTo(object);
+    RegistryValue::Members rootFacts =
+        isLive ? HostFacts::ofRunningKernel() : RegistryValue::Members();
+    RegistryValue::Members hostFacts = HostFacts::ofDeviceTree(*input.root);
+    if (isLive)
+        hostFacts = mergedMembers(std::move(hostFacts), HostFacts::ofRunningSystem());
+    UdevDatabase udev(input.root->folder());
+    HostObjects objects(std::move(sweep), std::move(rootFacts), std::move(hostFacts),
+                        result.classNames);
+    result.graph = std::make_unique<RegistryGraph>(std::move(objects), udev);
+    return result;
+}
+} // namespace
+
+Preparation::Preparation(Input input, std::function<void()> finished)
+{
+    std::packaged_task<Result(std::stop_token)> task(
+        [input = std::move(input)](const std::stop_token &stop) mutable {
+            return prepared(std::move(input), stop);
+        });
+    result_ = task.get_future();
+    thread_ = std::jthread(
+        [task = std::move(task), finished = std::move(finished)](std::stop_token stop) mutable {
+            task(std::move(stop));
+            finished();
+        });
+}
+
+Preparation::~Preparation() = default;
+
+bool Preparation::waitFor(std::chrono::milliseconds most) const
+{
+    return result_.wait_for(most) == std::future_status::ready;
+}
+
+Preparation::Result Preparation::take()
+{
+    return result_.get();
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "model/linux/ClassNames.h"
+#include "model/linux/RegistryGraph.h"
+#include "model/linux/RequestedAttributes.h"
+#include "model/linux/Sweeper.h"
+
+#include <future>
+#include <thread>
+
+// Reads the whole host in a thread of its own and makes the graph of it, sharing nothing with who
+// asked that either of them changes.
+class Preparation
+{
+public:
+    struct Input
+    {
+        std::shared_ptr<const SysfsRoot> root;
+        Sweeper sweeper;
+        ClassNames classNames;
+        RequestedAttributes requested;
+    };
+    struct Result
+    {
+        Sweeper sweeper; // has learnt what not to try again
+        ClassNames classNames;
+        std::unique_ptr<RegistryGraph> graph;
+        std::vector<QByteArray> filesRead;
+    };
+
+    // Begins. Finished is called in the thread.
+    Preparation(Input input, std::function<void()> finished);
+    ~Preparation(); // gives up the sweep and waits for the thread's end
+
+    bool waitFor(std::chrono::milliseconds most) const; // whether it is finished
+    Result take();                                      // once, when it is
+
+private:
+    std::future<Result> result_;
+    std::jthread thread_;
+};

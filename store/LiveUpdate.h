@@ -1,0 +1,32 @@
+#pragma once
+
+#include "model/RegistryHandle.h"
+#include "platform/OneShotTimer.h"
+
+// By what a live store follows its registry, and how it is asked to. A number is 0 where the
+// registration has failed.
+struct LiveUpdate
+{
+    bool autoupdate = false;
+    OneShotTimer::Ref autoupdateTimer;
+    OneShotTimer::Ref autoupdateBusyTimer;
+    bool polledUpdate = false;
+    OneShotTimer::Ref pollTimer;
+    double pollInterval = 30.0; // seconds
+
+    NotificationPort dxcoreNotificationPort = 0;
+    MessagePort dxcoreNotificationVornPort = 0;
+    RegistryHandle serviceRoot;
+    RegistryNotification busyInterestNotification = 0;
+    RegistryNotification generalInterestNotification = 0;
+    RegistryIterator servicePublishNotification = 0;
+    RegistryIterator serviceMatchNotification = 0;
+    RegistryIterator serviceTerminationNotification = 0;
+
+    PowerConnection powerDomainRoot = 0;
+    RegistryNotification powerInterestNotification = 0;
+    NotificationPort dxcorePowerNotificationPort = 0;
+    bool onSleepWakePath = false; // between will-sleep and has-powered-on
+
+    quint64 changesSeen = 0; // while automatic update was off
+};

@@ -1,0 +1,283 @@
+// How a live store follows its registry.
+#include "platform/NotificationCenter.h"
+#include "store/DataStoreNotifications.h"
+#include "store/TavDataStore.h"
+
+namespace {
+constexpr double quietDelay = 0.25; // seconds
+constexpr double busyDelay = 1.5;
+constexpr double longestPollInterval = 3600.0;
+
+const QString serviceClass = QStringLiteral("DxService");
+
+void forget(OneShotTimer::Ref &timer)
+{
+    if (timer)
+        timer->invalidate();
+    timer.reset();
+}
+
+bool isPollInterval(double seconds)
+{
+    return seconds > 0.0 && seconds <= longestPollInterval;
+}
+} // namespace
+
+void TavDataStore::_registerForDxcoreNotifications()
+{
+    const auto check = [this](bool success) {
+        if (!success)
+            _fatalDxRegistryError();
+    };
+    live_.dxcoreNotificationPort = service_->createNotificationPort();
+    check(live_.dxcoreNotificationPort != 0);
+    live_.dxcoreNotificationVornPort = service_->messagePort(live_.dxcoreNotificationPort);
+    check(live_.dxcoreNotificationVornPort != 0);
+    service_->addToRunLoop(live_.dxcoreNotificationVornPort,
+                           [this](const auto &message) { handleVornMessage(message); });
+    check(registerForPower());
+    live_.serviceRoot =
+        RegistryHandle::adopt(*service_, service_->entryFromPath(QStringLiteral("DxService:/")));
+
+    check(addMatchingNotification("DxServiceTerminate", live_.serviceTerminationNotification,
+                                  [this](auto iterator) { noteTerminated(iterator); }));
+    check(addInterestNotification(
+        "DxBusyInterest", live_.busyInterestNotification,
+        [this](auto, auto, quintptr argument) { _scheduleAutoupdateIsBusy(argument != 0); }));
+    check(addInterestNotification("DxGeneralInterest", live_.generalInterestNotification,
+                                  [this](auto, auto, auto) { noteChange(); }));
+    const auto noteAppeared = [this](RegistryIterator iterator) {
+        const std::weak_ptr<void> life = life_;
+        noteChange();
+        if (!life.expired())
+            drain(iterator);
+    };
+    check(addMatchingNotification("DxServicePublish", live_.servicePublishNotification,
+                                  noteAppeared));
+    check(
+        addMatchingNotification("DxServiceMatched", live_.serviceMatchNotification, noteAppeared));
+}
+
+bool TavDataStore::registerForPower()
+{
+    live_.powerDomainRoot = service_->registerForSystemPower(
+        [this](auto type, auto notificationID) { notePowerMessage(type, notificationID); },
+        live_.dxcorePowerNotificationPort, live_.powerInterestNotification);
+    const NotificationPort port = live_.dxcorePowerNotificationPort;
+    if (port != 0)
+        service_->addToRunLoop(service_->messagePort(port), [this, port](const auto &message) {
+            service_->dispatchMessage(port, message);
+        });
+    return live_.powerDomainRoot != 0;
+}
+
+bool TavDataStore::addMatchingNotification(const char *type, RegistryIterator &iterator,
+                                           RegistryService::MatchingCallback callback)
+{
+    if (service_->addMatchingNotification(live_.dxcoreNotificationPort, type, serviceClass,
+                                          std::move(callback), iterator) != RegistryStatus::Success)
+        return false;
+    drain(iterator); // which arms it
+    return true;
+}
+
+bool TavDataStore::addInterestNotification(const char *type, RegistryNotification &notification,
+                                           RegistryService::InterestCallback callback)
+{
+    return service_->addInterestNotification(live_.dxcoreNotificationPort, live_.serviceRoot.get(),
+                                             type, std::move(callback),
+                                             notification) == RegistryStatus::Success;
+}
+
+void TavDataStore::drain(RegistryIterator iterator)
+{
+    while (const auto object = RegistryHandle::adopt(*service_, service_->iteratorNext(iterator))) {
+        RegistryName name;
+        service_->name(object.get(), name);
+    }
+}
+
+void TavDataStore::endNotifications()
+{
+    forget(live_.autoupdateTimer);
+    forget(live_.autoupdateBusyTimer);
+    forget(live_.pollTimer);
+    if (!service_)
+        return;
+    service_->removeFromRunLoop(live_.dxcoreNotificationVornPort);
+    service_->destroyNotificationPort(live_.dxcoreNotificationPort);
+    if (live_.powerInterestNotification)
+        service_->deregisterForSystemPower(live_.powerInterestNotification);
+    if (live_.dxcorePowerNotificationPort)
+        service_->destroyNotificationPort(live_.dxcorePowerNotificationPort);
+    if (live_.powerDomainRoot)
+        service_->releasePowerConnection(live_.powerDomainRoot);
+    for (const RegistryNotification notification :
+         {live_.busyInterestNotification, live_.generalInterestNotification}) {
+        if (notification)
+            service_->releaseNotification(notification);
+    }
+    for (const RegistryIterator iterator :
+         {live_.servicePublishNotification, live_.serviceMatchNotification,
+          live_.serviceTerminationNotification}) {
+        if (iterator)
+            service_->releaseIterator(iterator);
+    }
+}
+
+void TavDataStore::handleVornMessage(const RegistryMessage &message)
+{
+    service_->dispatchMessage(live_.dxcoreNotificationPort, message);
+}
+
+void TavDataStore::noteChange()
+{
+    if (!live_.autoupdate)
+        ++live_.changesSeen;
+    _scheduleAutoupdateIsBusy(false);
+}
+
+void TavDataStore::noteTerminated(RegistryIterator iterator)
+{
+    const std::weak_ptr<void> life = life_; // an observer may close the document
+    const bool isImmediate = live_.autoupdate;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    if (!isImmediate) {
+        setUpToDate(false);
+        post(DataStoreNotifications::outOfDate);
+        if (life.expired())
+            return;
+    }
+    bool any = false;
+    while (const auto object = RegistryHandle::adopt(*service_, service_->iteratorNext(iterator))) {
+        if (auto *const entry = registryEntryForDxRegistryEntry(object.get(), false)) {
+            entry->noteTerminatedAtDate(now, isImmediate);
+            any = true;
+        }
+    }
+    if (any && isImmediate)
+        post(DataStoreNotifications::objectsTerminated);
+}
+
+void TavDataStore::notePowerMessage(quint32 type, quintptr notificationID)
+{
+    switch (type) {
+    case SystemHasPoweredOn:
+        _setOnSleepWakePath(false);
+        break;
+    case SystemWillSleep:
+        _setOnSleepWakePath(true);
+        service_->allowPowerChange(_powerDomainRoot(), notificationID);
+        break;
+    case CanSystemSleep:
+        service_->allowPowerChange(_powerDomainRoot(), notificationID);
+        break;
+    default:
+        break;
+    }
+}
+
+void TavDataStore::_setOnSleepWakePath(bool onPath)
+{
+    live_.onSleepWakePath = onPath;
+    if (!onPath)
+        _scheduleAutoupdateIsBusy(false);
+}
+
+void TavDataStore::setAutoupdate(bool autoupdate)
+{
+    live_.autoupdate = autoupdate;
+    if (!autoupdate) {
+        forget(live_.autoupdateTimer);
+        forget(live_.autoupdateBusyTimer);
+    }
+    if (!isUpToDate_)
+        _scheduleAutoupdateIsBusy(false);
+}
+
+void TavDataStore::_scheduleAutoupdateIsBusy(bool busy)
+{
+    if (!live_.autoupdate) {
+        isUpToDate_ = false;
+        post(DataStoreNotifications::outOfDate);
+        return;
+    }
+    if (live_.onSleepWakePath || !isLive_)
+        return;
+    forget(live_.autoupdateBusyTimer);
+    OneShotTimer::Ref timer = OneShotTimer::schedule(
+        busy ? busyDelay : quietDelay, [this](const auto &fired) { _autoupdate(fired); });
+    if (busy) {
+        live_.autoupdateBusyTimer = std::move(timer);
+    } else {
+        forget(live_.autoupdateTimer);
+        live_.autoupdateTimer = std::move(timer);
+    }
+}
+
+void TavDataStore::_autoupdate(const OneShotTimer::Ref &timer)
+{
+    updateWhenPrepared([this, timer] {
+        // A change during the reading has put another one in its place.
+        if (live_.autoupdateTimer == timer)
+            live_.autoupdateTimer.reset();
+        if (live_.autoupdateBusyTimer == timer)
+            live_.autoupdateBusyTimer.reset();
+    });
+}
+
+void TavDataStore::setPolledUpdate(bool polledUpdate)
+{
+    live_.polledUpdate = polledUpdate;
+    _resetPollTimer();
+}
+
+void TavDataStore::setPollInterval(double seconds)
+{
+    if (!isPollInterval(seconds))
+        return;
+    live_.pollInterval = seconds;
+    _resetPollTimer();
+}
+
+void TavDataStore::_resetPollTimer()
+{
+    forget(live_.pollTimer);
+    if (isLive_ && live_.polledUpdate && isPollInterval(live_.pollInterval))
+        live_.pollTimer = OneShotTimer::schedule(
+            live_.pollInterval, [this](const auto &timer) { _polledUpdate(timer); });
+}
+
+void TavDataStore::_polledUpdate(const OneShotTimer::Ref &)
+{
+    updateWhenPrepared([this] { _resetPollTimer(); });
+}
+
+// An update that does not keep the window waiting. None runs on the sleep path, which may begin
+// while the service reads; in any case what is to be done then is done.
+void TavDataStore::updateWhenPrepared(std::function<void()> then)
+{
+    if (live_.onSleepWakePath) {
+        then();
+        return;
+    }
+    const auto ready = [this, then = std::move(then), life = std::weak_ptr<void>(life_),
+                        updatesBefore = updatesRun_, changesBefore = live_.changesSeen] {
+        if (life.expired())
+            return;
+        // Another update may have run meanwhile, from what was read later.
+        const bool isLate = updatesRun_ != updatesBefore;
+        const bool isPassed = live_.changesSeen != changesBefore;
+        if (!isLate && !live_.onSleepWakePath) {
+            readRegistry();
+            if (life.expired())
+                return;
+            // The reading may have passed what has changed since it began.
+            if (isPassed && isUpToDate_)
+                _scheduleAutoupdateIsBusy(false);
+        }
+        if (!life.expired())
+            then();
+    };
+    service_->prepareAsync(ready);
+}

@@ -1,0 +1,108 @@
+#include "tests/support/FakeLiveService.h"
+
+void FakeLiveService::finishPreparations()
+{
+    for (const auto &ready : std::exchange(held_, {})) {
+        prepare();
+        ready();
+    }
+}
+
+void FakeLiveService::prepareAsync(std::function<void()> ready)
+{
+    held_.push_back(std::move(ready));
+    if (!holdsPreparations_)
+        finishPreparations();
+}
+
+void FakeLiveService::announce(NotificationPorts::Matching kind, Node node)
+{
+    const RegistryObject object = handOut(node);
+    ports().announce(kind, object);
+    release(object);
+    ports().deliver();
+}
+
+void FakeLiveService::terminate(Node node)
+{
+    remove(node);
+    announce(NotificationPorts::Matching::Terminate, node);
+}
+
+void FakeLiveService::tell(NotificationPorts::Interest kind, quintptr argument)
+{
+    const RegistryObject host = entryFromPath(QStringLiteral("DxService:/"));
+    ports().tell(kind, host, argument);
+    release(host);
+    ports().deliver();
+}
+
+void FakeLiveService::tellOfChange()
+{
+    tell(NotificationPorts::Interest::General, 0);
+}
+
+void FakeLiveService::tellBusy(quintptr count)
+{
+    tell(NotificationPorts::Interest::Busy, count);
+}
+
+void FakeLiveService::tellPower(quint32 type, quintptr notificationID)
+{
+    ports().tellPower(power_, static_cast<PowerMessage>(type), notificationID);
+    ports().deliver();
+}
+
+NotificationPort FakeLiveService::createNotificationPort()
+{
+    return refused_ == Refused::Ports ? 0 : FakeRegistryService::createNotificationPort();
+}
+
+MessagePort FakeLiveService::messagePort(NotificationPort port)
+{
+    return refused_ == Refused::Messages ? 0 : FakeRegistryService::messagePort(port);
+}
+
+RegistryStatus FakeLiveService::addMatchingNotification(NotificationPort port, const char *type,
+                                                        const QString &className,
+                                                        MatchingCallback callback,
+                                                        RegistryIterator &iterator)
+{
+    if (refused_ == Refused::Matching)
+        return RegistryStatus::Failed;
+    return FakeRegistryService::addMatchingNotification(port, type, className, std::move(callback),
+                                                        iterator);
+}
+
+RegistryStatus FakeLiveService::addInterestNotification(NotificationPort port,
+                                                        RegistryObject object, const char *type,
+                                                        InterestCallback callback,
+                                                        RegistryNotification &notification)
+{
+    if (refused_ == Refused::Interest)
+        return RegistryStatus::Failed;
+    return FakeRegistryService::addInterestNotification(port, object, type, std::move(callback),
+                                                        notification);
+}
+
+PowerConnection FakeLiveService::registerForSystemPower(PowerCallback callback,
+                                                        NotificationPort &port,
+                                                        RegistryNotification &notification)
+{
+    if (refused_ == Refused::Power)
+        return 0;
+    port = ports().create();
+    power_ = notification = ports().addPower(port, std::move(callback));
+    ++powerRegistrations_;
+    return power_;
+}
+
+void FakeLiveService::deregisterForSystemPower(RegistryNotification notification)
+{
+    ports().releaseNotification(notification);
+}
+
+void FakeLiveService::allowPowerChange(PowerConnection, quintptr notificationID)
+{
+    allowed_.push_back(notificationID);
+}

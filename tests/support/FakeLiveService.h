@@ -1,0 +1,51 @@
+#pragma once
+
+#include "tests/support/FakeRegistryService.h"
+
+// A scripted registry that tells of its changes when the script says so.
+class FakeLiveService : public FakeRegistryService
+{
+public:
+    enum class Refused : quint8 { Nothing, Ports, Messages, Matching, Interest, Power };
+    void setRefused(Refused refused) { refused_ = refused; }
+
+    // Reading anew ends at once, or when the script says so.
+    void setHoldsPreparations(bool holds) { holdsPreparations_ = holds; }
+    std::size_t heldPreparations() const { return held_.size(); }
+    void finishPreparations();
+
+    void publish(Node node) { announce(NotificationPorts::Matching::Publish, node); }
+    void match(Node node) { announce(NotificationPorts::Matching::Matched, node); }
+    void terminate(Node node); // which removes it, too
+    void tellOfChange();
+    void tellBusy(quintptr count);
+    void tellPower(quint32 type, quintptr notificationID);
+    const std::vector<quintptr> &allowedPowerChanges() const { return allowed_; }
+    quint64 powerRegistrations() const { return powerRegistrations_; }
+
+    void prepareAsync(std::function<void()> ready) override;
+    NotificationPort createNotificationPort() override;
+    MessagePort messagePort(NotificationPort port) override;
+    RegistryStatus addMatchingNotification(NotificationPort port, const char *type,
+                                           const QString &className, MatchingCallback callback,
+                                           RegistryIterator &iterator) override;
+    RegistryStatus addInterestNotification(NotificationPort port, RegistryObject object,
+                                           const char *type, InterestCallback callback,
+                                           RegistryNotification &notification) override;
+    PowerConnection registerForSystemPower(PowerCallback callback, NotificationPort &port,
+                                           RegistryNotification &notification) override;
+    void deregisterForSystemPower(RegistryNotification notification) override;
+    void allowPowerChange(PowerConnection, quintptr notificationID) override;
+    void releasePowerConnection(PowerConnection) override { --powerRegistrations_; }
+
+private:
+    void announce(NotificationPorts::Matching kind, Node node);
+    void tell(NotificationPorts::Interest kind, quintptr argument);
+
+    Refused refused_ = Refused::Nothing;
+    bool holdsPreparations_ = false;
+    std::vector<std::function<void()>> held_;
+    RegistryNotification power_ = 0;
+    quint64 powerRegistrations_ = 0;
+    std::vector<quintptr> allowed_;
+};
