@@ -1,0 +1,267 @@
+#include "model/TavRegistryEntryPath.h"
+#include "platform/NotificationCenter.h"
+#include "store/DataStoreNotifications.h"
+#include "tests/support/RegistryTest.h"
+#include "tests/support/RegistryValues.h"
+
+#include <QRandomGenerator>
+
+using namespace values;
+
+// Windows and paths hold entries and properties longer than the store does. Run it under the
+// address sanitizer.
+class DataStoreLifetimeTest : public RegistryTest
+{
+protected:
+    using Notification = NotificationCenter::Notification;
+
+    DataStoreLifetimeTest()
+    {
+        tree_.plane("DxService", R"(
+            Root
+              Host
+                hub
+                  mouse
+                  disk
+                fan
+        )");
+        tree_.plane("DxPower", R"(
+            Root
+              Host
+                fan
+                  disk
+                hub
+                  disk
+        )");
+        service_.setProperties(tree_["disk"], dictionary({{"size", number(1)}}));
+        capture();
+    }
+    NotificationCenter::Observation on(const QString &name, std::function<void()> action)
+    {
+        return NotificationCenter::defaultCenter().observe(
+            name, nullptr, [action = std::move(action)](const Notification &) { action(); });
+    }
+    void terminate(const char *label)
+    {
+        entry(label).noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), true);
+        service_.remove(tree_[label]);
+    }
+    // Everything that a view might ask of an entry.
+    static void ask(TavRegistryEntry &entry)
+    {
+        const QString plane = QStringLiteral("DxService");
+        entry.nameAtLocationInPlane(plane);
+        entry.bundlePath();
+        entry.allRegistryPaths();
+        entry.allEntryPaths();
+        entry.getNumRegistryPaths();
+        entry.allAncestorsInPlane(plane);
+        entry.allDescendantsInPlane(plane);
+        entry.readAttributesAndProperties();
+        entry.readChildrenInPlane(plane);
+        entry.updateIsSingle(true);
+        entry.clearTerminatedChildren();
+        entry.clearIsNew();
+        if (entry.properties())
+            TreePrinter::properties(*entry.properties());
+    }
+};
+
+TEST_F(DataStoreLifetimeTest, EntriesAndPropertiesOutliveTheStore)
+{
+    const std::vector<EntryRef> entries = store_->registryEntries();
+    const PropertyRef size = entry("disk").properties()->childAtIndex(0)->ref();
+    const auto paths = entry("disk").allEntryPaths();
+    store_.reset();
+    EXPECT_EQ(service_.openHandles(), 0U);
+    for (const EntryRef &entry : entries) {
+        EXPECT_EQ(entry->dataStore(), nullptr);
+        EXPECT_EQ(entry->numParents(), 0U);
+        ask(*entry);
+    }
+    EXPECT_EQ(size->registryEntry()->nameInPlane({}), QStringLiteral("disk"));
+    EXPECT_EQ(paths.size(), 3U);
+}
+
+TEST_F(DataStoreLifetimeTest, PropertiesOutliveTheirEntryAndTheirReading)
+{
+    const PropertyRef size = entry("disk").properties()->childAtIndex(0)->ref();
+    store_->update();
+    EXPECT_NE(entry("disk").properties()->childAtIndex(0), size.get());
+    store_.reset();
+    EXPECT_EQ(size->registryEntry(), nullptr);
+    EXPECT_EQ(size->propertyPath(), QStringLiteral("//size"));
+    EXPECT_EQ(size->value(), number(1));
+}
+
+TEST_F(DataStoreLifetimeTest, ClearedEntriesLeaveNoLinksBehind)
+{
+    // The disk moves away from the hub, which is re-read alone: the disk still names it a parent.
+    service_.unlink(tree_["hub"], tree_["disk"], "DxService");
+    store_->updateObject(entry("hub"));
+    ASSERT_FALSE(entry("disk").parentsInPlane(servicePlane).empty());
+    const EntryRef held = entry("hub").shared_from_this();
+    terminate("hub");
+    store_->clearTerminatedObjects();
+    EXPECT_TRUE(entry("disk").parentsInPlane(servicePlane).empty());
+    EXPECT_EQ(entry("disk").parentsInPlane(QStringLiteral("DxPower")),
+              EntryList::Entries{&entry("fan")});
+    EXPECT_TRUE(held->childrenInPlane(servicePlane).empty());
+    ask(*held);
+    store_->updateObject(*held);
+    ask(entry("disk"));
+    store_->update();
+    EXPECT_EQ(entry("disk").entryPathsInPlane(QStringLiteral("DxPower")).size(), 1U);
+}
+
+TEST_F(DataStoreLifetimeTest, AnObserverMayCloseTheStore)
+{
+    const auto close = [this] { store_.reset(); };
+    {
+        const auto first = on(DataStoreNotifications::changed, close);
+        const auto second = on(DataStoreNotifications::changed, close);
+        entry("mouse").noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), false);
+        store_->update();
+    }
+    capture();
+    {
+        const auto observation = on(DataStoreNotifications::objectsTerminated, close);
+        entry("mouse").noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), false);
+        store_->update();
+    }
+    capture();
+    {
+        const auto observation = on(DataStoreNotifications::clearedTerminatedObjects, close);
+        entry("mouse").noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), true);
+        store_->clearTerminatedObjects();
+    }
+    capture();
+    {
+        const void *sender = nullptr;
+        QString name;
+        const auto first = on(DataStoreNotifications::objectChanged, close);
+        const auto second = NotificationCenter::defaultCenter().observe(
+            DataStoreNotifications::objectChanged, nullptr, [&](const Notification &notification) {
+                sender = notification.object;
+                name = static_cast<const TavRegistryEntry *>(sender)->nameInPlane({});
+            });
+        store_->updateObject(entry("mouse"));
+        EXPECT_EQ(name, QStringLiteral("mouse"));
+    }
+    EXPECT_FALSE(store_);
+}
+
+TEST_F(DataStoreLifetimeTest, AnObserverMayClearAndUpdateWhileTold)
+{
+    int rounds = 0;
+    const auto update = on(DataStoreNotifications::changed, [&] {
+        store_->clearTerminatedObjects();
+        if (++rounds < 3)
+            store_->update();
+    });
+    const EntryRef held = entry("hub").shared_from_this();
+    entry("hub").noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), false);
+    service_.remove(tree_["hub"]);
+    store_->update();
+    EXPECT_EQ(rounds, 3);
+    EXPECT_EQ(held->dataStore(), nullptr);
+    EXPECT_EQ(printed(), dedented(R"(
+        Root
+          Host
+            fan
+    )"));
+}
+
+// Any order of changes, updates, terminations and clearings, with entries, paths and properties
+// held across them: after an update, the links of what is live agree in both directions.
+TEST_F(DataStoreLifetimeTest, LinksAgreeAfterAnyOrderOfEvents)
+{
+    QRandomGenerator random(20);
+    std::vector<Node> nodes{tree_["Host"], tree_["hub"], tree_["fan"], tree_["disk"]};
+    std::vector<EntryRef> heldEntries;
+    std::vector<PropertyRef> heldProperties;
+    std::vector<TavRegistryEntryPath> heldPaths;
+    const auto any = [&] { return random.bounded(static_cast<quint32>(nodes.size())); };
+    for (int round = 0; round < 3000; ++round) {
+        const quint32 which = any();
+        const Node node = nodes[which];
+        TavRegistryEntry *const entry = find(node);
+        const char *const plane = random.bounded(2) ? "DxService" : "DxPower";
+        switch (random.bounded(10)) {
+        case 0:
+        case 1:
+        case 2: { // a parent comes before its children, so that no cycle arises
+            const Node added = service_.add(QStringLiteral("DxDevice"), "device");
+            service_.link(node, added, plane);
+            nodes.push_back(added);
+            break;
+        }
+        case 3:
+            if (which > 0) {
+                service_.unlink(nodes[random.bounded(which)], node, plane);
+                service_.link(nodes[random.bounded(which)], node, plane);
+            }
+            break;
+        case 4:
+            if (which > 0) {
+                service_.remove(node);
+                nodes.erase(nodes.begin() + which);
+                if (entry)
+                    entry->noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), random.bounded(2));
+            }
+            break;
+        case 5:
+            store_->update();
+            break;
+        case 6:
+            if (entry)
+                store_->updateObject(*entry);
+            break;
+        case 7:
+            store_->clearTerminatedObjects();
+            break;
+        case 8:
+            if (entry) {
+                heldEntries.push_back(entry->shared_from_this());
+                heldProperties.push_back(entry->propertiesRef());
+                if (const auto path = entry->entryPathInPlane(servicePlane, 0))
+                    heldPaths.push_back(*path);
+            }
+            break;
+        default:
+            for (const EntryRef &held : heldEntries)
+                held->getNumRegistryPaths();
+            if (heldEntries.size() > 20) {
+                heldEntries.clear();
+                heldPaths.clear();
+                heldProperties.clear();
+            }
+        }
+    }
+    store_->update();
+    store_->clearTerminatedObjects();
+    store_->update();
+    const QSet<TavRegistryEntry *> table = [&] {
+        QSet<TavRegistryEntry *> entries;
+        for (const EntryRef &entry : store_->registryEntries())
+            entries.insert(entry.get());
+        return entries;
+    }();
+    for (TavRegistryEntry *entry : table) {
+        for (const QString &plane : store_->registryPlanes()) {
+            for (TavRegistryEntry *child : entry->childrenInPlane(plane)) {
+                ASSERT_TRUE(table.contains(child));
+                const auto &parents = child->parentsInPlane(plane);
+                EXPECT_NE(std::find(parents.begin(), parents.end(), entry), parents.end());
+            }
+            for (TavRegistryEntry *parent : entry->parentsInPlane(plane)) {
+                ASSERT_TRUE(table.contains(parent));
+                const auto &children = parent->childrenInPlane(plane);
+                EXPECT_NE(std::find(children.begin(), children.end(), entry), children.end());
+            }
+        }
+    }
+    store_.reset();
+    for (const EntryRef &entry : heldEntries)
+        ask(*entry);
+}

@@ -1,0 +1,197 @@
+#include "model/TavRegistryEntryPath.h"
+#include "store/TavDataStore.h"
+#include "tests/support/FakeRegistryService.h"
+
+#include <ctime>
+#include <gtest/gtest.h>
+
+namespace {
+const QString plane = QStringLiteral("DxService");
+constexpr quint32 few = 5'000;
+constexpr quint32 many = 8 * few;
+// Eight times the entries may cost three times eight times the work, not sixty-four times.
+constexpr double mostTimes = 24;
+
+// A host whose child devices all have one child in common, or stand one below the other.
+class Registry
+{
+public:
+    enum Shape { Wide, Deep };
+
+    Registry(Shape shape, quint32 count)
+    {
+        service_.addClassChain({QStringLiteral("DxDevice"), QStringLiteral("DxService")});
+        const Node root = service_.add(QStringLiteral("DxDevice"), "Root");
+        service_.setRoot(root);
+        Node parent = service_.add(QStringLiteral("DxDevice"), "Host");
+        service_.link(root, parent, "DxService");
+        last_ = service_.add(QStringLiteral("DxDevice"), "last");
+        for (quint32 i = 0; i < count; ++i) {
+            const QByteArray location = QByteArray::number(i * 7919 % count);
+            const Node node = service_.add(QStringLiteral("DxDevice"), "device", location);
+            service_.link(parent, node, "DxService");
+            if (shape == Wide)
+                service_.link(node, last_, "DxService");
+            else
+                parent = node;
+        }
+        if (shape == Deep)
+            service_.link(parent, last_, "DxService");
+        service_.publishPlanes();
+    }
+    void capture() { store_ = TavDataStore::initFromDxRegistry(service_); }
+    TavDataStore &store() { return *store_; }
+    FakeRegistryService &service() { return service_; }
+    TavRegistryEntry &root() { return *store_->registryRoot(); }
+    TavRegistryEntry &last()
+    {
+        for (const EntryRef &entry : store_->registryEntries()) {
+            if (entry->entryTag() == last_)
+                return *entry;
+        }
+        return root();
+    }
+
+private:
+    using Node = FakeRegistry::Node;
+    FakeRegistryService service_;
+    Node last_;
+    std::unique_ptr<TavDataStore> store_;
+};
+
+// The processor time of each step, by name.
+class Times
+{
+public:
+    template<class Action>
+    void add(const char *step, Action action)
+    {
+        const std::clock_t start = std::clock();
+        action();
+        steps_.emplace_back(step, static_cast<double>(std::clock() - start));
+    }
+    void expectLinear(const Times &fewer) const
+    {
+        constexpr double granularity = CLOCKS_PER_SEC / 200.0;
+        for (std::size_t i = 0; i < steps_.size(); ++i)
+            EXPECT_LT(steps_[i].second, mostTimes * (fewer.steps_[i].second + granularity))
+                << steps_[i].first;
+    }
+
+private:
+    std::vector<std::pair<const char *, double>> steps_;
+};
+
+Times measureWide(quint32 count)
+{
+    Registry registry(Registry::Wide, count);
+    Times times;
+    times.add("capture", [&] { registry.capture(); });
+    EXPECT_EQ(registry.store().registryEntries().size(), count + 3U);
+    const quint64 calls = registry.service().calls();
+    times.add("update", [&] { registry.store().update(); });
+    EXPECT_LT(registry.service().calls() - calls, 20U * count);
+    TavRegistryEntry &last = registry.last();
+    EXPECT_EQ(last.parentsInPlane(plane).size(), count);
+    times.add("path strings", [&] { EXPECT_EQ(last.allRegistryPaths().size(), count); });
+    times.add("entry paths", [&] { EXPECT_EQ(last.allEntryPaths().size(), count); });
+    times.add("counts", [&] { EXPECT_EQ(last.getNumRegistryPaths().paths, count); });
+    times.add("ancestors", [&] { EXPECT_EQ(last.allAncestorsInPlane(plane).size(), count + 2); });
+    times.add("descendants",
+              [&] { EXPECT_EQ(registry.root().allDescendantsInPlane(plane).size(), count + 2); });
+    times.add("look-up", [&] {
+        const QString path = QStringLiteral("DxService:/device@7/last");
+        EXPECT_EQ(registry.store().entriesMatchingRegistryPath(path).entries.size(), 1);
+    });
+    times.add("terminate and clear", [&] {
+        const auto &entries = registry.store().registryEntries();
+        for (std::size_t i = 2; i < entries.size(); i += 2)
+            entries[i]->noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), true);
+        registry.store().clearTerminatedObjects();
+        EXPECT_LT(entries.size(), count / 2 + 5);
+    });
+    return times;
+}
+
+Times measureDeep(quint32 count)
+{
+    Registry registry(Registry::Deep, count);
+    Times times;
+    times.add("capture", [&] { registry.capture(); });
+    times.add("update", [&] { registry.store().update(); });
+    TavRegistryEntry &last = registry.last();
+    QString path;
+    times.add("path strings", [&] { path = last.registryPathsInPlane(plane).value(0); });
+    EXPECT_EQ(path.count(u'/'), count + 2);
+    times.add("entry paths", [&] {
+        EXPECT_EQ(last.entryPathsInPlane(plane).front().length(), count + 3);
+        EXPECT_FALSE(last.entryPathsInPlane(plane).front().registryPath().isEmpty());
+    });
+    times.add("counts", [&] { EXPECT_EQ(last.getNumRegistryPaths().paths, 1U); });
+    times.add("ancestors", [&] { EXPECT_EQ(last.allAncestorsInPlane(plane).size(), count + 2); });
+    times.add("descendants",
+              [&] { EXPECT_EQ(registry.root().allDescendantsInPlane(plane).size(), count + 2); });
+    path.remove(QStringLiteral("/Host"));
+    times.add("look-up", [&] {
+        EXPECT_EQ(registry.store().entriesMatchingRegistryPath(path).entries, EntrySet{&last});
+    });
+    return times;
+}
+} // namespace
+
+TEST(DataStoreScale, ManyChildrenAndParentsTakeLinearTime)
+{
+    const Times fewer = measureWide(few);
+    measureWide(many).expectLinear(fewer);
+}
+
+// Deep enough to overflow the stack of whoever walks it by recursion.
+TEST(DataStoreScale, DeepChainsTakeLinearTimeAndNoStack)
+{
+    const Times fewer = measureDeep(few);
+    measureDeep(many).expectLinear(fewer);
+}
+
+TEST(DataStoreScale, AMillionLevelsOverflowNoStack)
+{
+#ifdef __SANITIZE_ADDRESS__
+    constexpr quint32 levels = 200'000; // frames are larger, and time is short
+#else
+    constexpr quint32 levels = 1'000'000;
+#endif
+    std::vector<EntryRef> chain(levels);
+    for (EntryRef &entry : chain)
+        entry = TavRegistryEntry::createEmpty();
+    for (std::size_t i = 1; i < levels; ++i)
+        chain[i - 1]->addChild(*chain[i], plane);
+    TavRegistryEntry &top = *chain.front();
+    TavRegistryEntry &bottom = *chain.back();
+    top.setIsRegistryRoot(true);
+    EXPECT_EQ(bottom.registryPathsInPlane(plane).size(), 1);
+    EXPECT_EQ(bottom.getNumRegistryPaths().paths, 1U);
+    EXPECT_EQ(bottom.entryPathsInPlane(plane).front().length(), levels);
+    EXPECT_EQ(top.allDescendantsInPlane(plane).size(), qsizetype(levels - 1));
+    EXPECT_EQ(bottom.allAncestorsInPlane(plane).size(), qsizetype(levels - 1));
+}
+
+// The number of ways up doubles at every rung: they are counted, not walked.
+TEST(DataStoreScale, CountsWaysUpWithoutWalkingThem)
+{
+    std::vector<EntryRef> entries{TavRegistryEntry::createEmpty()};
+    entries.front()->setIsRegistryRoot(true);
+    TavRegistryEntry *rung = entries.front().get();
+    const auto add = [&] { return entries.emplace_back(TavRegistryEntry::createEmpty()).get(); };
+    for (int i = 1; i <= 70; ++i) {
+        TavRegistryEntry *const next = add();
+        for (int side = 0; side < 2; ++side) {
+            TavRegistryEntry *const middle = add();
+            rung->addChild(*middle, plane);
+            middle->addChild(*next, plane);
+        }
+        rung = next;
+        if (i == 40) {
+            EXPECT_EQ(rung->getNumRegistryPaths().paths, quint64(1) << 40);
+        }
+    }
+    EXPECT_EQ(rung->getNumRegistryPaths().paths, std::numeric_limits<quint64>::max());
+}

@@ -1,0 +1,305 @@
+#include "platform/NotificationCenter.h"
+#include "store/DataStoreNotifications.h"
+#include "tests/support/RegistryTest.h"
+#include "tests/support/RegistryValues.h"
+
+using namespace values;
+
+namespace {
+class CountingDelegate : public TavDataStoreDelegate
+{
+public:
+    void fatalDxRegistryError() override { ++errors; }
+    int errors = 0;
+};
+} // namespace
+
+class DataStoreTest : public RegistryTest
+{
+protected:
+    DataStoreTest()
+    {
+        tree_.plane("DxService", R"(
+            Root
+              Host
+                hub@1
+                  mouse
+        )");
+        for (const QString &name :
+             {DataStoreNotifications::outOfDate, DataStoreNotifications::changed,
+              DataStoreNotifications::objectChanged, DataStoreNotifications::objectsTerminated,
+              DataStoreNotifications::clearedTerminatedObjects})
+            observations_.push_back(NotificationCenter::defaultCenter().observe(
+                name, nullptr, [this](const NotificationCenter::Notification &notification) {
+                    const bool isStores = notification.object == store_.get();
+                    told_ += notification.name.mid(11).toStdString() +
+                             (isStores ? "\n" : " by another\n");
+                    sender_ = notification.object;
+                }));
+    }
+    // What was posted since the last look.
+    std::string told() { return std::exchange(told_, {}); }
+    Node plug(const char *parent, const QByteArray &name)
+    {
+        const Node node = service_.add(QStringLiteral("DxDevice"), name);
+        service_.link(tree_[parent], node, "DxService");
+        return node;
+    }
+    void unplug(const char *label, bool immediate)
+    {
+        entry(label).noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), immediate);
+        service_.remove(tree_[label]);
+    }
+
+    std::vector<NotificationCenter::Observation> observations_;
+    std::string told_;
+    const void *sender_ = nullptr;
+};
+
+TEST_F(DataStoreTest, CapturesTheWholeRegistry)
+{
+    tree_.plane("apart", R"(
+        Root
+          Host
+            mouse
+    )");
+    tree_.plane("DxClass", R"(
+        Root
+    )");
+    service_.link(tree_["Root"], tree_["Host"], "DxClass");
+    service_.publishPlanes();
+    service_.setDistinctHandles(true);
+    capture();
+    EXPECT_EQ(store_->registryPlanes(),
+              (QStringList{QStringLiteral("DxService"), QStringLiteral("apart"),
+                           QStringLiteral("DxClass")}));
+    EXPECT_EQ(printed(), dedented(R"(
+        Root
+          Host
+            hub@1
+              mouse
+    )"));
+    EXPECT_EQ(printed(QStringLiteral("apart")), dedented(R"(
+        Root
+          Host
+            mouse
+    )"));
+    EXPECT_EQ(store_->registryEntries().size(), 4U);
+    EXPECT_EQ(store_->registryRoot(), &entry("Root"));
+    EXPECT_TRUE(store_->isLive());
+    EXPECT_TRUE(store_->isUpToDate());
+    EXPECT_TRUE(store_->lastUpdateDate().isValid());
+    EXPECT_FALSE(store_->hostName().isEmpty());
+    EXPECT_EQ(service_.openHandles(), 4U); // one for each entry
+    EXPECT_EQ(service_.preparations(), 1);
+    EXPECT_FALSE(entry("mouse").dateDiscovered().isNull());
+    EXPECT_TRUE(entry("mouse").dateLastUpdated().isNull());
+}
+
+TEST_F(DataStoreTest, WhatAppearsIsNewUntilTheNextUpdate)
+{
+    capture();
+    told();
+    plug("hub@1", "disk");
+    store_->update();
+    EXPECT_EQ(told(), "changed\n");
+    EXPECT_EQ(printed(), dedented(R"(
+        Root
+          Host
+            hub@1
+              disk (new)
+              mouse
+    )"));
+    store_->update();
+    EXPECT_EQ(entry("hub@1").childrenInPlane(servicePlane).front()->registryState(),
+              RegistryStateUnchanged);
+}
+
+TEST_F(DataStoreTest, ATerminatedEntryStaysInItsPlaceUntilItIsCleared)
+{
+    capture();
+    told();
+    unplug("hub@1", false);
+    TavRegistryEntry &hub = entry("hub@1");
+    EXPECT_EQ(hub.registryState(), RegistryStateUnchanged);
+    EXPECT_TRUE(hub.dateTerminated().isNull());
+    store_->update();
+    EXPECT_EQ(told(), "changed\nobjects terminated\n");
+    EXPECT_FALSE(hub.dateTerminated().isNull());
+    const std::string withHub = dedented(R"(
+        Root
+          Host
+            hub@1 (terminated)
+              mouse
+    )");
+    EXPECT_EQ(printed(), withHub);
+    EXPECT_TRUE(entry("mouse").parentsInPlane(servicePlane).empty());
+    store_->updateObject(entry("Host"));
+    EXPECT_EQ(printed(), withHub);
+    told();
+
+    store_->clearTerminatedObjects();
+    EXPECT_EQ(told(), "cleared terminated objects\n");
+    EXPECT_EQ(printed(), dedented(R"(
+        Root
+          Host
+    )"));
+    store_->clearTerminatedObjects();
+    EXPECT_EQ(told(), "");
+    store_->update();
+    EXPECT_EQ(told(), "changed\n");
+}
+
+TEST_F(DataStoreTest, ImmediateTerminationShowsAtOnce)
+{
+    capture();
+    unplug("mouse", true);
+    EXPECT_EQ(entry("mouse").registryState(), RegistryStateTerminated);
+    entry("mouse").clearIsNew();
+    EXPECT_EQ(entry("mouse").registryState(), RegistryStateTerminated);
+    EXPECT_EQ(entry("mouse").DxRegistryEntry(), 0U);
+    EXPECT_EQ(service_.openHandles(), 3U);
+    store_->clearTerminatedObjects();
+    EXPECT_EQ(store_->registryEntries().size(), 3U);
+}
+
+TEST_F(DataStoreTest, WhatIsNotedButNotYetUpdatedIsForgottenByItsParentOnly)
+{
+    capture();
+    unplug("mouse", false);
+    told();
+    store_->clearTerminatedObjects();
+    EXPECT_EQ(told(), "");
+    EXPECT_TRUE(entry("hub@1").childrenInPlane(servicePlane).empty());
+    EXPECT_EQ(entry("mouse").registryState(), RegistryStateUnchanged);
+    store_->update();
+    EXPECT_EQ(entry("mouse").registryState(), RegistryStateTerminated);
+}
+
+TEST_F(DataStoreTest, UpdatingOneEntryReadsItAloneAndNamesIt)
+{
+    capture();
+    told();
+    service_.setProperties(tree_["hub@1"], dictionary({{"ports", number(4)}}));
+    service_.setProperties(tree_["mouse"], dictionary({{"dpi", number(800)}}));
+    plug("hub@1", "disk");
+    TavRegistryEntry &hub = entry("hub@1");
+    store_->updateObject(hub);
+    EXPECT_EQ(told(), "object changed by another\n");
+    EXPECT_EQ(sender_, &hub);
+    EXPECT_EQ(service_.preparedObjects(), std::vector<Node>{tree_["hub@1"]});
+    EXPECT_EQ(service_.preparations(), 1);
+    EXPECT_EQ(TreePrinter::properties(*hub.properties()), dedented(R"(
+        dictionary
+          ports: 4 (4 bytes)
+    )"));
+    EXPECT_EQ(entry("mouse").properties()->numberOfChildren(), 0);
+    EXPECT_FALSE(hub.dateLastUpdated().isNull());
+    EXPECT_EQ(hub.childrenInPlane(servicePlane).size(), 2U);
+    store_->update();
+    EXPECT_TRUE(hub.dateLastUpdated().isNull());
+}
+
+TEST_F(DataStoreTest, FindsAnEntryByAnyHandleOfItsObject)
+{
+    service_.setDistinctHandles(true);
+    for (const bool hasEntryIDs : {true, false}) {
+        service_.setHasEntryIDs(hasEntryIDs);
+        capture();
+        const auto root = RegistryHandle::adopt(service_, service_.rootEntry());
+        EXPECT_NE(root.get(), store_->registryRoot()->DxRegistryEntry());
+        EXPECT_EQ(store_->registryEntryForDxRegistryEntry(root.get(), true),
+                  store_->registryRoot());
+        EXPECT_EQ(store_->registryEntryForDxRegistryEntry(0, false), store_->registryRoot());
+        const Node stranger = service_.add(QStringLiteral("DxDevice"), "stranger");
+        service_.link(tree_["Host"], stranger, "DxService");
+        const auto handle = RegistryHandle::adopt(
+            service_, service_.entryFromPath(QStringLiteral("DxService:/stranger")));
+        ASSERT_TRUE(handle);
+        EXPECT_EQ(store_->registryEntryForDxRegistryEntry(handle.get(), false), nullptr);
+        EXPECT_NE(store_->registryEntryForDxRegistryEntry(handle.get(), true), nullptr);
+        service_.remove(stranger);
+        store_.reset();
+    }
+}
+
+TEST_F(DataStoreTest, ARegistryThatCannotBeReachedIsToldAndMayComeBack)
+{
+    const auto delegate = std::make_shared<CountingDelegate>();
+    const Node root = service_.root();
+    service_.setRoot(0);
+    capture(delegate);
+    EXPECT_EQ(delegate->errors, 2); // no root, and so no planes
+    EXPECT_EQ(store_->registryRoot(), nullptr);
+    EXPECT_TRUE(store_->registryEntries().empty());
+    EXPECT_TRUE(
+        store_->entriesMatchingRegistryPath(QStringLiteral("DxService:/")).entries.isEmpty());
+
+    service_.setRoot(root);
+    store_->update();
+    EXPECT_EQ(delegate->errors, 2);
+    EXPECT_EQ(printed(), dedented(R"(
+        Root (new)
+          Host (new)
+            hub@1 (new)
+              mouse (new)
+    )"));
+
+    // Without its table of planes the registry keeps the planes it had. The table that counts
+    // is the one of the reading before.
+    service_.setProperties(root, dictionary({{"DxRegistryPlanes", text("none")}}));
+    store_->update();
+    EXPECT_EQ(delegate->errors, 2);
+    store_->update();
+    EXPECT_EQ(delegate->errors, 3);
+    EXPECT_EQ(store_->registryPlanes(), QStringList{servicePlane});
+    store_->setDelegate(nullptr);
+    store_->update();
+    EXPECT_EQ(delegate->errors, 3);
+}
+
+TEST_F(DataStoreTest, ResolvesPaths)
+{
+    tree_.plane("DxEmpty", R"(
+        Root
+    )");
+    tree_.plane("Slashed", R"(
+        Root
+          Host
+            mouse
+    )");
+    service_.setName(tree_["Host"], "/", "Slashed");
+    capture();
+    struct Row
+    {
+        const char *path;
+        const char *match; // null: none
+        const char *plane;
+    };
+    const Row rows[] = {
+        {"", "Root", nullptr},
+        {"DxService", "Root", nullptr},
+        {"DxService:", "Root", "DxService"},
+        {"NoSuchPlane:", "Root", "NoSuchPlane"},
+        {"DxService:/", "Host", "DxService"},
+        {"DxService:/hub@1/mouse", "mouse", "DxService"},
+        {"DxService:/hub", nullptr, nullptr},
+        {"DxService:/hub@1/", nullptr, nullptr},
+        {"DxService:/Host/hub@1", nullptr, nullptr},
+        {"DxService:hub@1", nullptr, nullptr},
+        {"DxService://", nullptr, nullptr},
+        {"hub@1", nullptr, nullptr},
+        {"dxservice", nullptr, nullptr},
+        {"NoSuchPlane:/", nullptr, nullptr},
+        {"Slashed:/", "Host", "Slashed"},
+        {"Slashed:/mouse", "mouse", "Slashed"},
+        {":", "Root", ""},
+    };
+    for (const Row &row : rows) {
+        const auto matches = store_->entriesMatchingRegistryPath(QString::fromLatin1(row.path));
+        const EntrySet expected = row.match ? EntrySet{&entry(row.match)} : EntrySet();
+        EXPECT_EQ(matches.entries, expected) << row.path;
+        EXPECT_EQ(matches.plane, QString::fromLatin1(row.plane)) << row.path;
+        EXPECT_EQ(matches.plane.isNull(), row.plane == nullptr) << row.path;
+    }
+}
