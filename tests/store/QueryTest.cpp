@@ -1,0 +1,136 @@
+#include "store/TavDataStore.h"
+#include "tests/support/TreeBuilder.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+using Value = RegistryValue;
+
+CompactString key(const char *text)
+{
+    return CompactString(QString::fromUtf8(text));
+}
+
+Value text(const char *content)
+{
+    return Value::string(QString::fromUtf8(content));
+}
+
+class Query : public testing::Test
+{
+protected:
+    Query()
+    {
+        TreeBuilder tree(service_);
+        tree.plane("DxService", R"(
+            Root
+              Host : DxHost : DxService
+                bus : DxBusNub : DxService
+                  Disk@0 : DxDisk : DxBlock : DxService
+                busy : DxBusy : DxService
+        )");
+        tree.plane("DxBlock", R"(
+            Root
+              Host
+                Disk@0
+        )");
+        const auto disk = tree["Disk@0"];
+        service_.setName(disk, "Volume", "DxBlock");
+        service_.setState(disk, ServiceRegistered | ServiceMatched);
+        service_.setBusyCount(disk, 2);
+        // A dictionary in an array in a dictionary; a set beside it.
+        const Value inner = Value::dictionary({{key("InnerKey"), text("Deep Text")}});
+        const Value hidden =
+            Value::set({text("Hidden"), Value::dictionary({{key("Lost"), text("x")}})});
+        service_.setProperties(disk, Value::dictionary({{key("Outer"), Value::array({inner})},
+                                                        {key("Number"), Value::number(4711, 4)},
+                                                        {key("Set"), hidden}}));
+        store_ = TavDataStore::initFromDxRegistry(service_);
+    }
+
+    std::string found(const char *query, FindOptions options)
+    {
+        EntrySet matches;
+        store_->runQuery(QString::fromUtf8(query), options, &matches, nullptr);
+        return names(matches);
+    }
+    static std::string names(const EntrySet &entries)
+    {
+        QStringList list;
+        for (const TavRegistryEntry *entry : entries)
+            list.append(entry->nameInPlane({}));
+        list.sort();
+        return list.join(u' ').toStdString();
+    }
+
+    FakeRegistryService service_;
+    std::unique_ptr<TavDataStore> store_;
+};
+
+TEST_F(Query, LooksAtWhatTheOptionsName)
+{
+    EXPECT_EQ(found("BUS", FindOption::Name), "bus busy");
+    EXPECT_EQ(found("@0", FindOption::Name), "Disk");
+    EXPECT_EQ(found("dxdisk", FindOption::Class), "Disk");
+    EXPECT_EQ(found("dxblock", FindOption::Class), "");
+    EXPECT_EQ(found("dxblock", FindOption::Inheritance), "Disk");
+    // The own class is among those inherited.
+    EXPECT_EQ(found("dxblock", FindOption::Class | FindOption::Inheritance), "Disk");
+    EXPECT_EQ(found("inner", FindOption::Keys), "Disk");
+    EXPECT_EQ(found("deep", FindOption::Keys), "");
+    EXPECT_EQ(found("deep", FindOption::Values), "Disk");
+    EXPECT_EQ(found("4711", FindOption::Values), "");
+    EXPECT_EQ(found("disk", FindOption::KeyValue), "");
+    EXPECT_EQ(found("", {}), "");
+}
+
+TEST_F(Query, DoesNotLookIntoSets)
+{
+    EXPECT_EQ(found("hidden", FindOption::Values), "");
+    EXPECT_EQ(found("lost", FindOption::Keys), "");
+    EXPECT_EQ(found("set", FindOption::Keys), "Disk");
+}
+
+TEST_F(Query, KnowsStateWordsToTheLetter)
+{
+    EXPECT_EQ(found("busy", FindOption::Special), "Disk");
+    EXPECT_EQ(found("Busy", FindOption::Special), "");
+    EXPECT_EQ(found("matched", FindOption::Special), "Disk");
+    EXPECT_EQ(found("busy", {}), "Disk busy"); // every step, so the name too
+    EXPECT_EQ(found("terminated", FindOption::Special), "");
+    store_->registryEntries().back()->noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), true);
+    EXPECT_EQ(found("dead", FindOption::Special),
+              store_->registryEntries().back()->nameInPlane({}).toStdString());
+}
+
+TEST_F(Query, KeepsTheAnswerOfTheLastPlaneAndWhoIsAbove)
+{
+    // The name that matches in the first plane is another one in the second.
+    EXPECT_EQ(found("disk", FindOption::Name), "");
+    EXPECT_EQ(found("volume", FindOption::Name), "Disk");
+
+    EntrySet matches;
+    QHash<QString, EntrySet> above;
+    store_->runQuery(QStringLiteral("dxdisk"), FindOption::Class, &matches, &above);
+    EXPECT_EQ(names(above.value(QStringLiteral("DxService"))), "Host Root bus");
+    EXPECT_EQ(names(above.value(QStringLiteral("DxBlock"))), "Host Root");
+    store_->runQuery(QStringLiteral("nowhere"), {}, nullptr, nullptr);
+    for (const EntryRef &entry : store_->registryEntries()) {
+        EXPECT_FALSE(entry->matchesLastQuery());
+        EXPECT_FALSE(entry->descendantMatchesLastQueryInPlane(QStringLiteral("DxService")));
+    }
+}
+
+TEST_F(Query, AnswersForOneEntryAlone)
+{
+    TavRegistryEntry &host =
+        *store_->registryRoot()->childrenInPlane(QStringLiteral("DxService"))[0];
+    EXPECT_TRUE(host.matchesQuery(QStringLiteral("host"), FindOption::Name, nullptr, {}));
+    bool below = false;
+    EXPECT_FALSE(host.matchesQuery(QStringLiteral("disk"), FindOption::Name, &below,
+                                   QStringLiteral("DxService")));
+    EXPECT_TRUE(below);
+    EXPECT_TRUE(host.valueForSpecialProperty(QStringLiteral("other")).isNone());
+    EXPECT_EQ(host.valueForSpecialProperty(QStringLiteral("BUSY")), Value::number(0, 4));
+}
+} // namespace
