@@ -128,7 +128,8 @@ DataRendering::Characters DataRendering::characters(const QByteArray &bytes, qin
             text += QLatin1StringView(controlNames[unit.unicode()]);
         else
             text += unit;
-        if (unit.isHighSurrogate())
+        // Some encodings can name half a pair, even at the end.
+        if (unit.isHighSurrogate() && i < decoded->size() && decoded->at(i).isLowSurrogate())
             text += decoded->at(i++);
     }
     text += QLatin1StringView("\">");

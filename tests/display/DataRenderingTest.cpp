@@ -100,6 +100,7 @@ INSTANTIATE_TEST_SUITE_P(
                                  u"<\"a.😀.z\">", 3},
                     CharacterRow{"Utf16", QByteArray("\0a\0b", 4), "s10h", u"<\"a.b\">", 2},
                     CharacterRow{"KelRoman", "\x80\xca", "s30h", u"<\"Ä.\u00a0\">", 2},
+                    CharacterRow{"HalfAPairAtTheEnd", "a+2AE-", "s66548h", u"<\"a.\xd801\">", 2},
                     CharacterRow{"Undecodable", "\xff", "s4h",
                                  u"< – Unable to convert data using selected encoding – >", 0},
                     CharacterRow{"NoSuchEncoding", "a", "s99h",
@@ -116,6 +117,8 @@ TEST(DataCharactersTest, DotsAreGrayAndTheRestWrapsAnywhere)
     const StyledText::Ranges dots{{3, 1, ValueStyles::separatorDot},
                                   {5, 1, ValueStyles::separatorDot}};
     EXPECT_EQ(text.overrides(), dots);
+    item->formatDataValueWithOptions(formatOf("1xhu"));
+    EXPECT_EQ(item->numCharsInDataValue(), 0u);
     const LoneItem undecodable(RegistryValue::data("\xff"));
     EXPECT_EQ(undecodable->formatDataValueWithOptions(formatOf("s1h")).attributes(),
               ValueStyles::fixedPitch);
