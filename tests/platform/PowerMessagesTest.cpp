@@ -1,0 +1,188 @@
+#include "platform/PowerMessages.h"
+#include "tests/support/EventLoop.h"
+
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QProcess>
+#include <QStandardPaths>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace {
+const QString service = QStringLiteral("org.freedesktop.login1");
+const QString path = QStringLiteral("/org/freedesktop/login1");
+const QString manager = QStringLiteral("org.freedesktop.login1.Manager");
+
+// A message bus of the test's own.
+class PrivateBus
+{
+public:
+    PrivateBus()
+    {
+        daemon_.start(QStringLiteral("dbus-daemon"),
+                      {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                       QStringLiteral("--nopidfile"), QStringLiteral("--print-address=1")});
+        if (daemon_.waitForReadyRead())
+            address_ = QString::fromUtf8(daemon_.readLine().trimmed());
+    }
+    ~PrivateBus()
+    {
+        daemon_.terminate();
+        daemon_.waitForFinished();
+    }
+    QDBusConnection connect(const char *name) const
+    {
+        return QDBusConnection::connectToBus(address_, QString::fromLatin1(name));
+    }
+
+private:
+    QProcess daemon_;
+    QString address_;
+};
+
+// Answers as a login manager, and knows whether sleep is delayed.
+class LoginManager : public QDBusVirtualObject
+{
+public:
+    explicit LoginManager(QDBusConnection bus)
+        : bus_(std::move(bus))
+    {
+        bus_.registerVirtualObject(path, this);
+    }
+    ~LoginManager() override { bus_.unregisterObject(path); }
+    bool start() { return bus_.registerService(service); }
+    void stop() { bus_.unregisterService(service); }
+
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    {
+        if (message.interface() != manager || message.member() != QLatin1String("Inhibit"))
+            return false;
+        calls.append(message.arguments());
+        int ends[2];
+        if (refuses || pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
+            connection.send(message.createErrorReply(QDBusError::AccessDenied, {}));
+            return true;
+        }
+        const QDBusUnixFileDescriptor inhibitor(ends[1]);
+        connection.send(message.createReply(QVariant::fromValue(inhibitor)));
+        ::close(ends[1]);
+        inhibitor_ = QDBusUnixFileDescriptor(ends[0]);
+        ::close(ends[0]);
+        return true;
+    }
+    // Whether the other end of the last inhibitor is open somewhere.
+    bool isDelayed() const
+    {
+        char byte;
+        return inhibitor_.isValid() && read(inhibitor_.fileDescriptor(), &byte, 1) < 0;
+    }
+    void prepareForSleep(bool begins)
+    {
+        QDBusMessage signal =
+            QDBusMessage::createSignal(path, manager, QStringLiteral("PrepareForSleep"));
+        signal << begins;
+        bus_.send(signal);
+    }
+
+    QList<QVariantList> calls;
+    bool refuses = false;
+
+private:
+    QDBusConnection bus_;
+    QDBusUnixFileDescriptor inhibitor_;
+};
+
+class PowerMessagesTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
+            GTEST_SKIP() << "dbus-daemon is not installed";
+        bus_.emplace();
+        login_.emplace(bus_->connect("login"));
+    }
+    void TearDown() override
+    {
+        login_.reset();
+        for (const char *name : {"login", "client"})
+            QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
+    }
+    std::unique_ptr<PowerMessages> makeClient()
+    {
+        auto power = std::make_unique<PowerMessages>(bus_->connect("client"));
+        QObject::connect(power.get(), &PowerMessages::willSleep, power.get(),
+                         [this](quint64 request) { requests_.push_back(request); });
+        QObject::connect(power.get(), &PowerMessages::hasPoweredOn, power.get(),
+                         [this] { ++wakes_; });
+        return power;
+    }
+    bool isDelayed() const { return login_->isDelayed(); }
+
+    std::optional<PrivateBus> bus_;
+    std::optional<LoginManager> login_;
+    std::vector<quint64> requests_;
+    int wakes_ = 0;
+};
+
+TEST_F(PowerMessagesTest, DelaysSleepUntilItIsAllowed)
+{
+    ASSERT_TRUE(login_->start());
+    const auto power = makeClient();
+    ASSERT_TRUE(waitFor([&] { return isDelayed(); }));
+    EXPECT_EQ(login_->calls.constFirst().value(0), QStringLiteral("sleep"));
+    EXPECT_EQ(login_->calls.constFirst().value(3), QStringLiteral("delay"));
+
+    login_->prepareForSleep(true);
+    ASSERT_TRUE(waitFor([&] { return requests_.size() == 1; }));
+    EXPECT_TRUE(isDelayed());
+    power->allowSleep(requests_[0]);
+    EXPECT_TRUE(waitFor([&] { return !isDelayed(); }));
+
+    login_->prepareForSleep(false);
+    ASSERT_TRUE(waitFor([&] { return isDelayed(); })); // the next time
+    EXPECT_EQ(wakes_, 1);
+    login_->prepareForSleep(true);
+    ASSERT_TRUE(waitFor([&] { return requests_.size() == 2; }));
+    power->allowSleep(requests_[0]); // too late for this one
+    turnEventLoopFor(20);
+    EXPECT_TRUE(isDelayed());
+}
+
+TEST_F(PowerMessagesTest, LoginManagerMayRefuseComeLaterOrNotAtAll)
+{
+    PowerMessages nowhere(QDBusConnection(QStringLiteral("no such connection")));
+    nowhere.allowSleep(1);
+
+    const auto power = makeClient();
+    turnEventLoopFor(50);
+    EXPECT_TRUE(login_->calls.isEmpty());
+    login_->refuses = true;
+    ASSERT_TRUE(login_->start());
+    ASSERT_TRUE(waitFor([&] { return login_->calls.size() == 1; }));
+    login_->prepareForSleep(true); // told all the same
+    ASSERT_TRUE(waitFor([&] { return requests_.size() == 1; }));
+    power->allowSleep(requests_[0]);
+    login_->refuses = false;
+    login_->stop(); // restarted
+    ASSERT_TRUE(login_->start());
+    EXPECT_TRUE(waitFor([&] { return isDelayed(); }));
+}
+
+TEST_F(PowerMessagesTest, BelievesTheLoginManagerOnly)
+{
+    ASSERT_TRUE(login_->start());
+    const auto power = makeClient();
+    ASSERT_TRUE(waitFor([&] { return isDelayed(); }));
+    QDBusConnection other = bus_->connect("other");
+    QDBusMessage signal =
+        QDBusMessage::createSignal(path, manager, QStringLiteral("PrepareForSleep"));
+    signal << true;
+    other.send(signal);
+    turnEventLoopFor(50);
+    EXPECT_TRUE(requests_.empty());
+    QDBusConnection::disconnectFromBus(QStringLiteral("other"));
+}
+} // namespace
