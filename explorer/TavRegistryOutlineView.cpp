@@ -39,9 +39,9 @@ void TavRegistryOutlineView::setDataSource(TavRegistryOutlineViewDataSource &dat
 
 void TavRegistryOutlineView::rowDidExpand(const QModelIndex &index)
 {
-    fitColumnLater(false);
     if (isOpeningRows())
         return;
+    fitColumnLater(false);
     dataSource_->itemDidExpand(index);
     openExpandedRows(index);
 }

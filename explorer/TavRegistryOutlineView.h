@@ -19,10 +19,10 @@ public:
     // Once; takes no ownership. The data source must outlive the view's use.
     void setDataSource(TavRegistryOutlineViewDataSource &dataSource);
 
-    // Runs the change, which may make and drop nodes, then shows what there is. Rows stay open,
-    // the selected row stays selected, silently, if it is still there, and where it is on the
-    // screen.
-    void reloadData(const std::function<void()> &change = [] {});
+    // Shows what there is, after the change that rereads the nodes, or having reread them without.
+    // Rows stay open; the selected row stays selected, silently, if it is still there, and where
+    // it is on the screen.
+    void reloadData(const std::function<void()> &change = {});
     void setAllRowsExpanded(bool isExpanded);
 
     // The nodes of the longest prefix of the path that is there.

@@ -56,14 +56,14 @@ bool TavRegistryOutlineViewDataSource::reload(const std::function<void()> &chang
     const bool isReset = !isUpToDate();
     if (isReset)
         beginResetModel();
-    change();
     root_ = windowController_.rootOutlineItem();
-    if (!isReset)
-        return false;
-    if (root_)
+    if (change)
+        change();
+    else if (root_)
         root_->rereadChildren();
-    endResetModel();
-    return true;
+    if (isReset)
+        endResetModel();
+    return isReset;
 }
 
 TavRegistryOutlineItem *TavRegistryOutlineViewDataSource::item(const QModelIndex &index)

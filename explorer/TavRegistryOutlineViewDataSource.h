@@ -18,9 +18,9 @@ public:
     explicit TavRegistryOutlineViewDataSource(TavWindowController &windowController,
                                               QObject *parent = nullptr);
 
-    // Runs the change, which may make and drop nodes, and then shows the controller's root node.
-    // No node is selected afterwards. Does not reset when that would show the same rows.
-    // Whether it did.
+    // Shows the controller's root node anew. The change rereads its children, among others; without
+    // one they are reread alone. No node is selected afterwards. False when the rows are the same
+    // as before, so that there was no reset.
     bool reload(const std::function<void()> &change);
 
     static TavRegistryOutlineItem *item(const QModelIndex &index); // null for the invisible top
