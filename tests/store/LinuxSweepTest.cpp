@@ -1,4 +1,6 @@
 #include "LinuxFixture.h"
+#include "tests/support/MadeTree.h"
+#include "tests/support/VirtualDisk.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -8,31 +10,6 @@
 #include <unistd.h>
 
 namespace {
-// A small tree made for one test.
-class MadeTree
-{
-public:
-    MadeTree() { folder("devices"); }
-
-    QString sys() const { return directory_.filePath(QStringLiteral("sys")); }
-    QByteArray path(const char *below) const { return QFile::encodeName(sys()) + '/' + below; }
-    void folder(const char *below) { QDir().mkpath(QFile::decodeName(path(below))); }
-    void file(const char *below, const QByteArray &content)
-    {
-        folder(QByteArray(below).left(QByteArray(below).lastIndexOf('/')).constData());
-        QFile made(QFile::decodeName(path(below)));
-        ASSERT_TRUE(made.open(QIODevice::WriteOnly));
-        made.write(content);
-    }
-    void link(const char *below, const char *target)
-    {
-        ASSERT_EQ(symlink(target, path(below).constData()), 0);
-    }
-
-private:
-    QTemporaryDir directory_;
-};
-
 QStringList unread(const TavRegistryEntry *entry)
 {
     QStringList texts;
@@ -163,31 +140,6 @@ TEST(Sweep, KeepsTheLastFactsOfWhatIsGone)
     tree.store->clearTerminatedObjects();
     EXPECT_TRUE(tree.at("DxService:/here")->childrenInPlane(QStringLiteral("DxService")).empty());
 }
-
-// Adds a compressed memory disk by the kernel's control file and takes it away again.
-class VirtualDisk
-{
-public:
-    VirtualDisk()
-    {
-        QFile add(QStringLiteral("/sys/class/zram-control/hot_add"));
-        if (add.open(QIODevice::ReadOnly))
-            number_ = add.readAll().trimmed();
-    }
-    ~VirtualDisk() { remove(); }
-    void remove()
-    {
-        QFile control(QStringLiteral("/sys/class/zram-control/hot_remove"));
-        if (exists() && control.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-            control.write(number_);
-        number_.clear();
-    }
-    bool exists() const { return !number_.isEmpty(); }
-    QByteArray name() const { return "zram" + number_; }
-
-private:
-    QByteArray number_;
-};
 
 TEST(LiveHost, ShowsADeviceThatCameAsNew)
 {

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+
+// Adds a compressed memory disk by the kernel's control file and takes it away again.
+class VirtualDisk
+{
+public:
+    VirtualDisk()
+    {
+        QFile add(QStringLiteral("/sys/class/zram-control/hot_add"));
+        if (add.open(QIODevice::ReadOnly))
+            number_ = add.readAll().trimmed();
+    }
+    ~VirtualDisk() { remove(); }
+    void remove()
+    {
+        QFile control(QStringLiteral("/sys/class/zram-control/hot_remove"));
+        if (exists() && control.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            control.write(number_);
+        number_.clear();
+    }
+    bool exists() const { return !number_.isEmpty(); }
+    QByteArray name() const { return "zram" + number_; }
+
+private:
+    QByteArray number_;
+};
