@@ -23,6 +23,7 @@ ExplorerSession::~ExplorerSession() = default;
 bool ExplorerSession::start(const CommandLine &line, QString *error)
 {
     dataStore_ = TavDataStore::initFromDxRegistry(*service_);
+    dataStore_->setAutoupdate(true);
     if (!check(line, error))
         return false;
     windowController_ = std::make_unique<TavWindowController>(dataStore_);

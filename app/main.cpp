@@ -2,6 +2,7 @@
 #include "app/ExplorerSession.h"
 #include "app/Startup.h"
 #include "model/RegistryService.h"
+#include "platform/desktop/DesktopRunLoop.h"
 
 #include <QApplication>
 #include <cstdio>
@@ -25,6 +26,7 @@ int run(QApplication &application, const CommandLine &line,
         std::unique_ptr<RegistryService> service)
 {
     Startup::setUpApplication(line.theme);
+    const DesktopRunLoop runLoop;
     ExplorerSession session(std::move(service));
     QObject::connect(&session, &ExplorerSession::pictureSaved, &application,
                      [] { QApplication::exit(); });

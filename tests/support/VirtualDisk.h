@@ -14,6 +14,8 @@ public:
             number_ = add.readAll().trimmed();
     }
     ~VirtualDisk() { remove(); }
+    VirtualDisk(const VirtualDisk &) = delete;
+    VirtualDisk &operator=(const VirtualDisk &) = delete;
     void remove()
     {
         QFile control(QStringLiteral("/sys/class/zram-control/hot_remove"));
