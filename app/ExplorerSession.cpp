@@ -1,9 +1,12 @@
 #include "app/ExplorerSession.h"
 
 #include "app/CommandLine.h"
+#include "app/PreferencesWarning.h"
 #include "app/WindowPicture.h"
 #include "explorer/TavWindowController.h"
 #include "model/linux/LinuxRegistryService.h"
+#include "platform/PreferencesStore.h"
+#include "platform/desktop/DesktopRunLoop.h"
 #include "store/TavDataStore.h"
 
 #include <QMainWindow>
@@ -15,7 +18,8 @@ std::unique_ptr<RegistryService> ExplorerSession::openRegistry(const CommandLine
 }
 
 ExplorerSession::ExplorerSession(std::unique_ptr<RegistryService> service)
-    : service_(std::move(service))
+    : runLoop_(std::make_unique<DesktopRunLoop>())
+    , service_(std::move(service))
 {}
 
 ExplorerSession::~ExplorerSession() = default;
@@ -26,6 +30,7 @@ bool ExplorerSession::start(const CommandLine &line, QString *error)
     dataStore_->setAutoupdate(true);
     if (!check(line, error))
         return false;
+    applyUpdatePreferences();
     windowController_ = std::make_unique<TavWindowController>(dataStore_);
     if (TavRegistryEntry *root = dataStore_->registryRoot(); root && !line.plane.isNull())
         windowController_->goToEntryPath(root->entryPathInPlane(line.plane, 0), true, false);
@@ -38,7 +43,18 @@ bool ExplorerSession::start(const CommandLine &line, QString *error)
         connect(picture_.get(), &WindowPicture::failed, this, &ExplorerSession::pictureFailed);
     }
     window.show();
+    if (!picture_)
+        warning_ = std::make_unique<PreferencesWarning>(window);
     return true;
+}
+
+void ExplorerSession::applyUpdatePreferences()
+{
+    const PreferencesStore &preferences = PreferencesStore::standard();
+    dataStore_->setAutoupdate(preferences.flag(QStringLiteral("Autoupdate")));
+    dataStore_->setPolledUpdate(preferences.flag(QStringLiteral("PolledUpdate")));
+    dataStore_->setPollInterval(
+        static_cast<double>(preferences.integer(QStringLiteral("PolledUpdateInterval"))));
 }
 
 bool ExplorerSession::check(const CommandLine &line, QString *error) const

@@ -3,6 +3,8 @@
 #include <QObject>
 
 struct CommandLine;
+class DesktopRunLoop;
+class PreferencesWarning;
 class RegistryService;
 class TavDataStore;
 class TavWindowController;
@@ -30,11 +32,14 @@ Q_SIGNALS:
     void pictureFailed(const QString &message);
 
 private:
+    void applyUpdatePreferences();
     bool check(const CommandLine &line, QString *error) const;
 
     // Each uses those before it.
+    std::unique_ptr<DesktopRunLoop> runLoop_;
     std::unique_ptr<RegistryService> service_;
     std::shared_ptr<TavDataStore> dataStore_;
     std::unique_ptr<TavWindowController> windowController_;
+    std::unique_ptr<PreferencesWarning> warning_;
     std::unique_ptr<WindowPicture> picture_;
 };

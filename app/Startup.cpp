@@ -13,6 +13,9 @@ void Startup::registerDefaults()
     QJsonObject defaults = TavPropertyOutlineItem::defaultsToRegister();
     defaults.insert(QStringLiteral("DefaultPlane"), QStringLiteral("DxService"));
     defaults.insert(QStringLiteral("ShowNumPaths"), QStringLiteral("no"));
+    defaults.insert(QStringLiteral("Autoupdate"), QStringLiteral("yes"));
+    defaults.insert(QStringLiteral("PolledUpdate"), QStringLiteral("no"));
+    defaults.insert(QStringLiteral("PolledUpdateInterval"), 30);
     PreferencesStore::standard().registerDefaults(defaults);
 }
 

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/NotificationCenter.h"
+
+#include <QPointer>
+
+class QMessageBox;
+class QWidget;
+
+// Tells the user once what is wrong with the files of the preferences, now and when it happens.
+class PreferencesWarning
+{
+public:
+    explicit PreferencesWarning(QWidget &parent);
+
+    QMessageBox *box() const { return box_; } // null while there is nothing to tell
+
+private:
+    void tell(const QString &problem);
+
+    QWidget &parent_;
+    QPointer<QMessageBox> box_;
+    NotificationCenter::Observation observation_;
+};
