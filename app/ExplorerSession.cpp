@@ -27,7 +27,6 @@ ExplorerSession::~ExplorerSession() = default;
 bool ExplorerSession::start(const CommandLine &line, QString *error)
 {
     dataStore_ = TavDataStore::initFromDxRegistry(*service_);
-    dataStore_->setAutoupdate(true);
     if (!check(line, error))
         return false;
     applyUpdatePreferences();

@@ -3,8 +3,6 @@
 #include "display/PropertyFormatStore.h"
 #include "platform/PreferencesStore.h"
 
-#include <QMessageBox>
-
 PreferencesWarning::PreferencesWarning(QWidget &parent)
     : parent_(parent)
 {

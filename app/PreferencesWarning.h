@@ -2,9 +2,9 @@
 
 #include "platform/NotificationCenter.h"
 
+#include <QMessageBox>
 #include <QPointer>
 
-class QMessageBox;
 class QWidget;
 
 // Tells the user once what is wrong with the files of the preferences, now and when it happens.

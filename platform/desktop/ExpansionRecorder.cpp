@@ -2,6 +2,11 @@
 
 #include "platform/desktop/InputEvents.h"
 
+ExpansionRecorder::ExpansionRecorder()
+{
+    InputEvents::instance();
+}
+
 bool ExpansionRecorder::shouldRecord()
 {
     const InputEvents &events = InputEvents::instance();

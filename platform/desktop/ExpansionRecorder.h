@@ -8,6 +8,7 @@
 class ExpansionRecorder
 {
 public:
+    ExpansionRecorder(); // from now on clicks and keys are told apart
     bool shouldRecord();
 
 private:

@@ -293,6 +293,7 @@ TEST_F(WindowControllerTest, OutlivesWhatItShows)
 
 TEST_F(WindowControllerTest, ComesUpWithoutPlanesAndWithoutARegistry)
 {
+    FakeRegistryService none;
     FakeRegistryService bare;
     bare.addClass(QStringLiteral("DxRoot"), {});
     bare.setRoot(bare.add(QStringLiteral("DxRoot"), "Root"));
@@ -301,7 +302,6 @@ TEST_F(WindowControllerTest, ComesUpWithoutPlanesAndWithoutARegistry)
     EXPECT_NE(window->selectedEntry(), nullptr);
     window->update();
 
-    FakeRegistryService none;
     window = std::make_unique<TavWindowController>(TavDataStore::initFromDxRegistry(none));
     window->window()->show();
     window->window()->grab();

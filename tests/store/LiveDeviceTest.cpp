@@ -144,7 +144,11 @@ protected:
         store_ = TavDataStore::initFromDxRegistry(*service_);
         for (const QString &name : {outOfDate, changed, terminated})
             observations_.push_back(NotificationCenter::defaultCenter().observe(
-                name, store_.get(), [this](const auto &its) { ++posted_[its.name]; }));
+                name, store_.get(), [this](const auto &its) {
+                    ++posted_[its.name];
+                    // Another device may bring a second update before anybody looks.
+                    wasNew_ = wasNew_ || isThere(RegistryStateNew);
+                }));
     }
 
     TavRegistryEntry *entry() const
@@ -162,6 +166,7 @@ protected:
     std::unique_ptr<LinuxRegistryService> service_;
     std::unique_ptr<TavDataStore> store_;
     QHash<QString, int> posted_;
+    bool wasNew_ = false;
     std::vector<NotificationCenter::Observation> observations_;
 };
 
@@ -169,7 +174,7 @@ TEST_P(LiveDeviceTest, IsFollowedAutomatically)
 {
     store_->setAutoupdate(true);
     comer_->come();
-    ASSERT_TRUE(waitFor([&] { return isThere(RegistryStateNew); }));
+    ASSERT_TRUE(waitFor([&] { return wasNew_; }));
     const quint64 tag = entry()->entryTag();
     store_->update();
     EXPECT_TRUE(isThere(RegistryStateUnchanged));
