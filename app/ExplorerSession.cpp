@@ -6,7 +6,6 @@
 #include "explorer/TavWindowController.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "platform/PreferencesStore.h"
-#include "platform/desktop/DesktopRunLoop.h"
 #include "store/TavDataStore.h"
 
 #include <QMainWindow>
@@ -18,8 +17,7 @@ std::unique_ptr<RegistryService> ExplorerSession::openRegistry(const CommandLine
 }
 
 ExplorerSession::ExplorerSession(std::unique_ptr<RegistryService> service)
-    : runLoop_(std::make_unique<DesktopRunLoop>())
-    , service_(std::move(service))
+    : service_(std::move(service))
 {}
 
 ExplorerSession::~ExplorerSession() = default;

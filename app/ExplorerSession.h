@@ -3,7 +3,6 @@
 #include <QObject>
 
 struct CommandLine;
-class DesktopRunLoop;
 class PreferencesWarning;
 class RegistryService;
 class TavDataStore;
@@ -36,7 +35,6 @@ private:
     bool check(const CommandLine &line, QString *error) const;
 
     // Each uses those before it.
-    std::unique_ptr<DesktopRunLoop> runLoop_;
     std::unique_ptr<RegistryService> service_;
     std::shared_ptr<TavDataStore> dataStore_;
     std::unique_ptr<TavWindowController> windowController_;
