@@ -311,6 +311,7 @@ TEST_F(WindowControllerTest, ComesUpWithoutPlanesAndWithoutARegistry)
     window->collapseAll();
     window->goToRegistryPath(QStringLiteral("DxService:/"));
     EXPECT_EQ(window->rootOutlineItem(), nullptr);
+    window.reset(); // before its registry
 }
 
 TEST_F(WindowControllerTest, EveryControlHasAName)
