@@ -1,0 +1,151 @@
+// Capture, and update without changes, of generated registries: what an entry costs must not grow
+// with their number. Ends with a table of times for each entry, against the smallest registry with
+// as many nodes an entry, and of the memory that the model takes.
+#include "store/TavDataStore.h"
+#include "tests/support/RegistryGenerator.h"
+
+#include <benchmark/benchmark.h>
+#include <cstdio>
+#include <ctime>
+#include <malloc.h>
+#include <map>
+
+namespace {
+using Size = std::pair<quint32, quint32>; // entries, nodes an entry
+const Size sizes[] = {{1'000, 40}, {10'000, 40}, {100'000, 40}, {1'000, 4}, {1'000'000, 4}};
+
+struct Result
+{
+    double capture = 0; // nanoseconds an entry, the least seen
+    double update = 0;
+};
+std::map<Size, Result> results;
+
+double processorSeconds()
+{
+    timespec time;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+std::size_t heapInUse()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+std::unique_ptr<FakeRegistryService> generate(Size size)
+{
+    auto service = std::make_unique<FakeRegistryService>();
+    RegistryGenerator::generate(*service, {size.first, size.second, 1});
+    return service;
+}
+
+// Times the action by the processor time it takes, so that other programs matter little.
+template<class Prepare, class Action>
+void measure(benchmark::State &state, double &least, quint32 entries, Prepare prepare,
+             Action action)
+{
+    for (auto _ : state) {
+        prepare();
+        const double start = processorSeconds();
+        action();
+        const double seconds = processorSeconds() - start;
+        state.SetIterationTime(seconds);
+        const double each = seconds * 1e9 / entries;
+        least = least == 0 ? each : std::min(least, each);
+    }
+    state.counters["ns_per_entry"] = least;
+}
+
+void capture(benchmark::State &state, Size size)
+{
+    const auto service = generate(size);
+    std::unique_ptr<TavDataStore> store;
+    measure(
+        state, results[size].capture, size.first, [&] { store.reset(); },
+        [&] { store = TavDataStore::initFromDxRegistry(*service); });
+}
+
+void update(benchmark::State &state, Size size)
+{
+    const auto service = generate(size);
+    const auto store = TavDataStore::initFromDxRegistry(*service);
+    measure(
+        state, results[size].update, size.first, [] {}, [&] { store->update(); });
+}
+
+void printTimes()
+{
+    std::printf("\n%9s %6s %19s %19s\n", "entries", "nodes", "capture", "update");
+    for (const Size &size : sizes) {
+        const Result &result = results[size];
+        const Result &base = results[{1'000, size.second}];
+        std::printf("%9u %6u %9.0f ns %5.2fx %9.0f ns %5.2fx\n", size.first, size.second,
+                    result.capture, result.capture / base.capture, result.update,
+                    result.update / base.update);
+    }
+}
+
+struct Memory
+{
+    double model; // bytes an entry
+    double texts; // of texts and data, shared with the service's tables while it holds them
+};
+
+std::size_t dropTables(FakeRegistryService &service, quint32 entries)
+{
+    const std::size_t before = heapInUse();
+    for (FakeRegistry::Node node = 1; node <= entries; ++node)
+        service.setProperties(node, RegistryValue());
+    return before - heapInUse();
+}
+
+Memory measureMemory(Size size)
+{
+    const auto perEntry = [&](std::size_t bytes) {
+        return static_cast<double>(bytes) / size.first;
+    };
+    const std::size_t tables = dropTables(*generate(size), size.first);
+    const auto service = generate(size);
+    const std::size_t before = heapInUse();
+    const auto store = TavDataStore::initFromDxRegistry(*service);
+    const std::size_t model = heapInUse() - before;
+    return {perEntry(model), perEntry(tables - dropTables(*service, size.first))};
+}
+
+void printMemory()
+{
+    constexpr quint32 entries = 20'000;
+    constexpr quint32 nodes = 40;
+    const Memory small = measureMemory({entries, 1});
+    const Memory large = measureMemory({entries, nodes});
+    std::printf("\nbytes an entry, without properties: %.0f (the object: %zu)\n", small.model,
+                sizeof(TavRegistryEntry));
+    std::printf("bytes a property node: %.1f (the object: %zu), its text or data: %.1f\n",
+                (large.model - small.model) / (nodes - 1), sizeof(TavRegistryProperty),
+                (large.texts - small.texts) / (nodes - 1));
+    std::printf("bytes an entry with %u nodes: %.0f\n", nodes, large.model + large.texts);
+}
+} // namespace
+
+int main(int argc, char **argv)
+{
+    for (const Size &size : sizes) {
+        const std::string suffix =
+            '/' + std::to_string(size.first) + '/' + std::to_string(size.second);
+        const auto add = [&](const char *name, void (*run)(benchmark::State &, Size)) {
+            benchmark::RegisterBenchmark((name + suffix).c_str(), run, size)
+                ->UseManualTime()
+                ->Unit(benchmark::kMillisecond)
+                ->MinTime(0.5);
+        };
+        add("capture", capture);
+        add("update", update);
+    }
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    printTimes();
+    printMemory();
+    return 0;
+}
