@@ -46,7 +46,7 @@ void StyledTextLayout::setFormats(const StyledText &text, const QFont &font,
                                   const QPalette &palette)
 {
     QList<QTextLayout::FormatRange> formats;
-    const auto gray = palette.brush(QPalette::PlaceholderText);
+    const QBrush &gray = palette.brush(QPalette::PlaceholderText);
     if (text.attributes().grayForeground) {
         QTextLayout::FormatRange all{0, static_cast<int>(text.text().size()), {}};
         all.format.setForeground(gray);
