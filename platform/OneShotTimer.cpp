@@ -1,5 +1,7 @@
 #include "platform/OneShotTimer.h"
 
+#include <utility>
+
 OneShotTimer::Ref OneShotTimer::schedule(double seconds, Action action)
 {
     const Ref timer(new OneShotTimer);
