@@ -170,7 +170,8 @@ TavRegistryEntryPath TavRegistryOutlineView::selectItemAtEntryPath(const TavRegi
     // What is selected already was found by the user or kept by a reload, opened as he likes it.
     if (!scrollToVisible && selectedPath() == path)
         return path;
-    const auto items = itemsForEntryPath(path);
+    auto items = itemsForEntryPath(path);
+    items.resize(std::min<std::size_t>(items.size(), deepestLevel));
     for (const TavRegistryOutlineItem *item : items)
         expand(dataSource_->indexOf(*item));
     if (!items.empty()) {

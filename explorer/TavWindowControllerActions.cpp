@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 
 namespace {
 // Shows that the program is at work while it reads the registry.
@@ -94,13 +95,13 @@ void TavWindowController::collapseAll()
 
 void TavWindowController::copy()
 {
-    // A field that shows a part of its text as selected copies that.
-    if (auto *const field = qobject_cast<QLineEdit *>(window_->focusWidget());
-        field && field->hasSelectedText()) {
+    // A field or a cell that shows a part of its text as selected copies that.
+    QWidget *const focused = window_->focusWidget();
+    if (auto *const field = qobject_cast<QLineEdit *>(focused); field && field->hasSelectedText())
         field->copy();
-        return;
-    }
-    if (selectedEntryPath_)
+    else if (auto *const cell = qobject_cast<QPlainTextEdit *>(focused))
+        cell->copy();
+    else if (selectedEntryPath_)
         QGuiApplication::clipboard()->setText(registryPathForSelectedEntry());
 }
 

@@ -151,6 +151,7 @@ void TavWindowController::noteDataStoreObjectChanged()
 
 void TavWindowController::noteDataStoreObjectsTerminated()
 {
+    synchronizeWindowTitleWithDocumentName();
     registryOutlineView_->reloadData();
     updateStatusBar();
 }

@@ -11,6 +11,7 @@
 namespace {
 constexpr int horizontalMargin = 4;
 constexpr int verticalMargin = OutlineRowDelegate::verticalMargin;
+constexpr int longestMeasured = 500; // in characters
 constexpr int charactersLaidOut = 2'000'000;
 
 bool isValue(const QModelIndex &index)
@@ -18,11 +19,15 @@ bool isValue(const QModelIndex &index)
     return index.column() == TavPropertiesOutlineViewDataSource::ValueColumn;
 }
 
-// Whether a text is so short that it takes one line whatever its characters.
-bool fitsOneLine(const StyledText &text, const QFontMetrics &metrics, int width)
+// Whether a text takes one line, told without laying it out; false for a long one that might.
+bool fitsOneLine(const StyledText &styled, const QFont &font, int width)
 {
-    const qsizetype widest = text.text().size() * metrics.maxWidth();
-    return widest <= width && !text.text().contains(u'\n') && !text.text().contains(u'\r');
+    const QString &text = styled.text();
+    if (text.size() > longestMeasured || text.contains(u'\n') || text.contains(u'\r'))
+        return false;
+    const QFontMetrics metrics(
+        styled.attributes().fixedPitch ? StyledTextLayout::fixedPitchFont(font) : font);
+    return metrics.horizontalAdvance(text) <= width;
 }
 } // namespace
 
@@ -75,7 +80,7 @@ int PropertyValueDelegate::rowHeight(const QModelIndex &index,
                                      const QStyleOptionViewItem &option) const
 {
     const int width = view_.columnWidth(index.column()) - 2 * horizontalMargin;
-    if (fitsOneLine(dataSource_.styledText(index), option.fontMetrics, width))
+    if (fitsOneLine(dataSource_.styledText(index), option.font, width))
         return lineHeight(option);
     const int height = qCeil(layout(index, option.font, width).height()) + 2 * verticalMargin;
     return std::max(height, lineHeight(option));

@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QScrollBar>
 
 TavPropertiesOutlineView::TavPropertiesOutlineView(QWidget *parent)
     : OutlineView(parent)
@@ -42,8 +43,10 @@ void TavPropertiesOutlineView::setDataSource(TavPropertiesOutlineViewDataSource 
 void TavPropertiesOutlineView::reloadData()
 {
     delegate_->forgetLayouts();
-    dataSource_->reload();
+    const int position = verticalScrollBar()->value();
+    const bool isSameEntry = dataSource_->reload();
     openRememberedRows({});
+    verticalScrollBar()->setValue(isSameEntry ? position : 0);
 }
 
 void TavPropertiesOutlineView::openRememberedRows(const QModelIndex &top)

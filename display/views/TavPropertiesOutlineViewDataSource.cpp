@@ -27,16 +27,18 @@ TavPropertiesOutlineViewDataSource::TavPropertiesOutlineViewDataSource(
 
 TavPropertiesOutlineViewDataSource::~TavPropertiesOutlineViewDataSource() = default;
 
-void TavPropertiesOutlineViewDataSource::reload()
+bool TavPropertiesOutlineViewDataSource::reload()
 {
     const PropertyRef newRoot = windowController_.rootPropertyItem();
-    if (rootItem_ && newRoot && newRoot != rootItem_ &&
-        newRoot->registryEntry() == rootItem_->registryEntry())
+    const bool isSameEntry =
+        rootItem_ && newRoot && newRoot->registryEntry() == rootItem_->registryEntry();
+    if (isSameEntry && newRoot != rootItem_)
         expandedItems_.carryOver(*rootItem_, *newRoot);
     beginResetModel();
     root_ = std::make_unique<Row>(Row{newRoot.get(), nullptr, 0});
     const PropertyRef oldRoot = std::exchange(rootItem_, newRoot);
     endResetModel();
+    return isSameEntry;
 }
 
 void TavPropertiesOutlineViewDataSource::noteValuesChanged()

@@ -21,8 +21,8 @@ public:
                                                 QObject *parent = nullptr);
     ~TavPropertiesOutlineViewDataSource() override;
 
-    // Shows the controller's present tree. Indexes of the one before must not be used any more.
-    void reload();
+    // Shows the controller's present tree. Whether it is of the same entry as the one before.
+    bool reload();
     void noteValuesChanged(); // their texts, that is
 
     TavRegistryProperty *item(const QModelIndex &index) const; // null for the invisible top

@@ -134,7 +134,10 @@ TEST_F(OutlineItemTest, HandlesDeepTrees)
     for (; deepest->numberOfChildren() > 0; ++depth)
         deepest = deepest->childAtIndex(deepest->numberOfChildren() - 1);
     EXPECT_EQ(depth, 100'002);
-    EXPECT_EQ(deepest->entryPath().length(), 100'003U);
+    const TavRegistryEntryPath longest = deepest->entryPath();
+    EXPECT_EQ(longest.length(), 100'003U);
+    controller_->goToEntryPath(longest, true, true); // as deep as rows are opened
+    EXPECT_GT(controller_->selectedEntryPath()->length(), 500U);
     update();
     controller_.reset();
 }

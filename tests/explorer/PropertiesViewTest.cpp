@@ -9,6 +9,7 @@
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTest>
 
 namespace {
@@ -186,6 +187,21 @@ TEST_F(PropertiesViewTest, FollowsATableThatChangesItsShape)
     setTable(dictionary({}));
     update();
     EXPECT_EQ(rowsOf(*view_), "");
+}
+
+TEST_F(PropertiesViewTest, StaysWhereItIsWhenTheEntryIsReadAnew)
+{
+    RegistryValue::Members members;
+    for (int i = 1000; i < 1200; ++i)
+        members.push_back({CompactString(QString::number(i)), values::number(1)});
+    setTable(RegistryValue::dictionary(members));
+    update();
+    view_->verticalScrollBar()->setValue(777);
+    update();
+    EXPECT_EQ(view_->verticalScrollBar()->value(), 777);
+    select("Root");
+    select("Host");
+    EXPECT_EQ(view_->verticalScrollBar()->value(), 0);
 }
 
 TEST_F(PropertiesViewTest, KeepsTheTreeItShows)

@@ -239,6 +239,10 @@ TEST_F(WindowControllerTest, GoesToRegistryPaths)
     EXPECT_EQ(controller_->selectedEntry(), entry("disk@0"));
     controller_->copy();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("DxPower:/supply/disk@0"));
+    outlet<FactField>("objectNameField")->setFocus();
+    outlet<FactField>("objectNameField")->setSelection(0, 4);
+    controller_->copy();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("disk"));
 }
 
 TEST_F(WindowControllerTest, GoesAsFarAsThePathReaches)
