@@ -1,23 +1,24 @@
 #include "platform/ArchiveInput.h"
 
-namespace {
+using Reader = QCborStreamReader;
 
-template<class Bytes, class Read>
-bool readPieces(Bytes &whole, Read read)
+template<class Bytes>
+bool ArchiveInput::readPieces(Bytes &whole, Reader::StringResult<Bytes> (Reader::*read)())
 {
-    auto piece = read();
-    if (piece.status == QCborStreamReader::Ok) {
-        whole = std::move(piece.data);
-        piece = read();
+    while (true) {
+        // The reader allocates what a piece claims to need before it looks for it.
+        if (cbor.currentStringChunkSize() > size_ - cbor.currentOffset())
+            return false;
+        auto piece = (cbor.*read)();
+        // Where the bytes end too early after a string, only the error tells.
+        if (piece.status != Reader::Ok)
+            return piece.status == Reader::EndOfString && cbor.lastError() == QCborError::NoError;
+        if (whole.isNull())
+            whole = std::move(piece.data);
+        else
+            whole += piece.data;
     }
-    while (piece.status == QCborStreamReader::Ok) {
-        whole += piece.data;
-        piece = read();
-    }
-    return piece.status == QCborStreamReader::EndOfString;
 }
-
-} // namespace
 
 bool ArchiveInput::next()
 {
@@ -37,7 +38,7 @@ bool ArchiveInput::leave()
 
 bool ArchiveInput::readText(QString &text)
 {
-    if (!cbor.isString() || !readPieces(text, [this] { return cbor.readString(); }))
+    if (!cbor.isString() || !readPieces(text, &Reader::readString))
         return fail("a text is missing or damaged");
     if (text.isNull())
         text = QLatin1String("");
@@ -46,7 +47,7 @@ bool ArchiveInput::readText(QString &text)
 
 bool ArchiveInput::readBytes(QByteArray &bytes)
 {
-    if (!cbor.isByteArray() || !readPieces(bytes, [this] { return cbor.readByteArray(); }))
+    if (!cbor.isByteArray() || !readPieces(bytes, &Reader::readByteArray))
         return fail("data is missing or damaged");
     if (bytes.isNull())
         bytes = "";

@@ -9,13 +9,14 @@ class ArchiveInput
 public:
     explicit ArchiveInput(const QByteArray &bytes)
         : cbor(bytes)
+        , size_(bytes.size())
     {}
 
     bool next();
     bool enter();                      // an array or map
     bool leave();                      // false when it has more elements
     bool readText(QString &text);      // never null
-    bool readBytes(QByteArray &bytes); // never null
+    bool readBytes(QByteArray &bytes); // likewise
     bool fail(const char *reason);     // always false
 
     const QString &errorString() const { return errorString_; }
@@ -23,5 +24,9 @@ public:
     QCborStreamReader cbor;
 
 private:
+    template<class Bytes>
+    bool readPieces(Bytes &whole, QCborStreamReader::StringResult<Bytes> (QCborStreamReader::*)());
+
+    qint64 size_;
     QString errorString_;
 };

@@ -8,7 +8,13 @@ ArchiveReader::ArchiveReader(const QByteArray &bytes)
     : bytes_(bytes)
     , input_(bytes_)
     , values_(input_, table_)
-{}
+{
+    // About what a large archive needs, so that growing does not copy it again and again.
+    const auto size = static_cast<std::size_t>(bytes_.size());
+    table_.fields.reserve(size / 4);
+    table_.elements.reserve(size / 24);
+    table_.objects.reserve(size / 40);
+}
 
 bool ArchiveReader::read(ArchiveTable &table)
 {
@@ -74,9 +80,9 @@ bool ArchiveReader::readShape(quint32 &shape)
 
 bool ArchiveReader::readNewShape(ArchiveTable::Shape &shape)
 {
-    if (!input_.enter() || !input_.readText(shape.className))
+    if (!input_.enter() || !readName(shape.className))
         return false;
-    QSet<QString> names;
+    QSet<QByteArray> names;
     while (input_.cbor.hasNext()) {
         ArchiveTable::Key &key = shape.keys.emplace_back();
         if (!readKey(key))
@@ -92,8 +98,17 @@ bool ArchiveReader::readKey(ArchiveTable::Key &key)
 {
     key.isInteger = input_.cbor.isArray();
     if (!key.isInteger)
-        return input_.readText(key.name);
-    return input_.enter() && input_.readText(key.name) && input_.leave();
+        return readName(key.name);
+    return input_.enter() && readName(key.name) && input_.leave();
+}
+
+bool ArchiveReader::readName(QByteArray &name)
+{
+    QString text;
+    if (!input_.readText(text))
+        return false;
+    name = text.toUtf8();
+    return true;
 }
 
 bool ArchiveReader::readDigest()

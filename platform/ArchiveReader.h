@@ -19,6 +19,7 @@ private:
     bool readShape(quint32 &shape);
     bool readNewShape(ArchiveTable::Shape &shape);
     bool readKey(ArchiveTable::Key &key);
+    bool readName(QByteArray &name);
     bool readDigest();
 
     QByteArray bytes_;

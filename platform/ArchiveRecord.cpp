@@ -37,13 +37,13 @@ void ArchiveRecord::clear()
 
 void ArchiveRecord::addText(const QString &text)
 {
-    items_.add(Kind::String, newValue | texts_.size());
+    items_.add(Kind::NewString, texts_.size());
     texts_.push_back(text);
 }
 
 void ArchiveRecord::addDate(qint64 milliseconds)
 {
-    items_.add(Kind::Date, newValue | dates_.size());
+    items_.add(Kind::NewDate, dates_.size());
     dates_.push_back(milliseconds);
 }
 
@@ -92,19 +92,15 @@ void ArchiveRecord::writeItem(QCborStreamWriter &writer, std::size_t item) const
         writer.append(payload);
         break;
     case Kind::NegativeInteger:
+    case Kind::String:
+    case Kind::Date:
         writer.append(QCborNegativeInteger(payload + 1));
         break;
-    case Kind::String:
-        if (payload & newValue)
-            writer.append(QStringView(texts_[payload & ~newValue]));
-        else
-            writer.append(QCborNegativeInteger(payload + 1));
+    case Kind::NewString:
+        writer.append(QStringView(texts_[payload]));
         break;
-    case Kind::Date:
-        if (payload & newValue)
-            writeDate(writer, dates_[payload & ~newValue]);
-        else
-            writer.append(QCborNegativeInteger(payload + 1));
+    case Kind::NewDate:
+        writeDate(writer, dates_[payload]);
         break;
     case Kind::Data:
         writer.append(data_[payload]);

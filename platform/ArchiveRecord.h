@@ -25,9 +25,6 @@ private:
         quint64 left; // elements still to come
     };
 
-    // A string or a date of this kind is new, its payload an index here.
-    static constexpr quint64 newValue = quint64(1) << 63;
-
     void writeItem(QCborStreamWriter &writer, std::size_t item) const;
 
     ArchiveItems items_;

@@ -2,7 +2,6 @@
 
 #include "platform/ArchiveFormat.h"
 
-#include <QSet>
 #include <QtEndian>
 #include <cmath>
 
@@ -96,8 +95,7 @@ bool ArchiveValueReader::readSharedReference(ArchiveItems &items)
     const quint64 index = negativePayload(cbor_);
     if (index >= table_.shared.size())
         return input_.fail("a shared value is missing");
-    const bool isString = std::holds_alternative<QString>(table_.shared[index]);
-    items.add(isString ? Kind::String : Kind::Date, index);
+    items.add(table_.shared.kind(index), table_.shared.payload(index));
     return input_.next();
 }
 
@@ -106,8 +104,10 @@ bool ArchiveValueReader::readNewString(ArchiveItems &items)
     QString text;
     if (!input_.readText(text))
         return false;
-    items.add(Kind::String, table_.shared.size());
-    table_.shared.emplace_back(std::move(text));
+    const auto index = static_cast<quint64>(table_.strings.size());
+    table_.strings.append(std::move(text));
+    table_.shared.add(Kind::String, index);
+    items.add(Kind::String, index);
     return true;
 }
 
@@ -138,9 +138,10 @@ bool ArchiveValueReader::readDate(ArchiveItems &items)
     constexpr double furthest = 1e12; // beyond it a double cannot tell milliseconds
     if (!(std::abs(seconds) < furthest))
         return input_.fail("a date is out of range");
-    items.add(Kind::Date, table_.shared.size());
-    table_.shared.emplace_back(
-        QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000), Qt::UTC));
+    const quint64 index = table_.dates.size();
+    table_.dates.push_back(QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000), Qt::UTC));
+    table_.shared.add(Kind::Date, index);
+    items.add(Kind::Date, index);
     return input_.next();
 }
 
@@ -210,12 +211,10 @@ bool ArchiveValueReader::closeContainer()
 bool ArchiveValueReader::hasDistinctKeys(std::size_t dictionary) const
 {
     const ArchiveItems &items = table_.elements;
-    const std::size_t end = dictionary + 1 + items.payload(dictionary);
-    QSet<QStringView> keys;
-    qsizetype count = 0;
-    for (std::size_t key = dictionary + 1; key < end; ++count) {
-        keys.insert(table_.string(items.payload(key)));
-        key = items.next(key + 1);
-    }
-    return keys.size() == count;
+    const std::size_t end = items.next(dictionary);
+    std::vector<QStringView> keys;
+    for (std::size_t key = dictionary + 1; key < end; key = items.next(key + 1))
+        keys.push_back(table_.string(items.payload(key)));
+    std::sort(keys.begin(), keys.end());
+    return std::adjacent_find(keys.begin(), keys.end()) == keys.end();
 }

@@ -29,6 +29,11 @@ ArchiveKinds flagOf(Kind kind)
     }
 }
 
+bool isSame(const QByteArray &name, QLatin1String ascii)
+{
+    return QByteArrayView(name) == QByteArrayView(ascii.data(), ascii.size());
+}
+
 ArchiveNumber numberOf(Kind kind, quint64 bits)
 {
     return {bits, ArchiveItems::numberWidth(kind), ArchiveItems::isSignedNumber(kind)};
@@ -57,7 +62,7 @@ public:
         case Kind::String:
             return table_.string(payload);
         case Kind::Date:
-            return table_.date(payload);
+            return table_.dates[payload];
         case Kind::Data:
             return table_.data[payload];
         case Kind::List:
@@ -102,7 +107,7 @@ ArchivedObject::ArchivedObject(KeyedUnarchiver &unarchiver, ArchiveReference ref
     , reference_(reference)
 {}
 
-const QString &ArchivedObject::className() const
+const QByteArray &ArchivedObject::className() const
 {
     const ArchiveTable &table = unarchiver_->table_;
     return table.shapes[table.objects[reference_.index].shape].className;
@@ -116,9 +121,9 @@ bool ArchivedObject::isOfClass(ArchiveClassNames classes) const
 bool ArchivedObject::isAllowed(quint64 object, ArchiveClassNames classes) const
 {
     const ArchiveTable &table = unarchiver_->table_;
-    const QString &name = table.shapes[table.objects[object].shape].className;
+    const QByteArray &name = table.shapes[table.objects[object].shape].className;
     return std::any_of(classes.begin(), classes.end(),
-                       [&](QLatin1String allowed) { return name == allowed; });
+                       [&](QLatin1String allowed) { return isSame(name, allowed); });
 }
 
 std::optional<std::size_t> ArchivedObject::column(QLatin1String key) const
@@ -129,7 +134,7 @@ std::optional<std::size_t> ArchivedObject::column(QLatin1String key) const
         if (nextColumn_ >= keys.size())
             nextColumn_ = 0;
         const std::size_t candidate = nextColumn_++;
-        if (keys[candidate].name == key)
+        if (isSame(keys[candidate].name, key))
             return candidate;
     }
     return {};
@@ -156,9 +161,10 @@ ArchivedObject::Item ArchivedObject::itemOfKind(QLatin1String key, Kind kind) co
 
 void ArchivedObject::failKind(QLatin1String key) const
 {
-    unarchiver_->fail(QStringLiteral("the value is of a kind or class that is not allowed"),
-                      QStringLiteral("key \"%1\" of object %2, class \"%3\"")
-                          .arg(key, QString::number(reference_.index), className()));
+    unarchiver_->fail(
+        QStringLiteral("the value is of a kind or class that is not allowed"),
+        QStringLiteral("key \"%1\" of object %2, class \"%3\"")
+            .arg(key, QString::number(reference_.index), QString::fromUtf8(className())));
 }
 
 bool ArchivedObject::contains(QLatin1String key) const
@@ -196,7 +202,7 @@ QString ArchivedObject::decodeString(QLatin1String key) const
 QDateTime ArchivedObject::decodeDate(QLatin1String key) const
 {
     const Item found = itemOfKind(key, Kind::Date);
-    return found.kind == Kind::Date ? unarchiver_->table_.date(found.payload) : QDateTime();
+    return found.kind == Kind::Date ? unarchiver_->table_.dates[found.payload] : QDateTime();
 }
 
 QByteArray ArchivedObject::decodeData(QLatin1String key) const

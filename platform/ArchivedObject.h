@@ -34,7 +34,7 @@ class ArchivedObject
 {
 public:
     ArchiveReference reference() const { return reference_; }
-    const QString &className() const;
+    const QByteArray &className() const;
     bool isOfClass(ArchiveClassNames classes) const;
     bool contains(QLatin1String key) const; // with any value but an absent one
 

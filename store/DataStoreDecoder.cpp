@@ -27,7 +27,8 @@ DataStoreDecoder::DataStoreDecoder(KeyedUnarchiver &unarchiver)
 bool DataStoreDecoder::decodeStore()
 {
     if (!object_.isOfClass(ArchiveClassName::dataStore)) {
-        unarchiver_.fail(QStringLiteral("not a data store"), object_.className());
+        unarchiver_.fail(QStringLiteral("not a data store"),
+                         QString::fromUtf8(object_.className()));
         logUnableToDecode("the archive", unarchiver_);
         return false;
     }

@@ -140,7 +140,7 @@ RegistryValue PropertyListReader::readData()
     QByteArray text = readText().toUtf8();
     text.removeIf([](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; });
     const auto data = QByteArray::fromBase64Encoding(text, QByteArray::AbortOnBase64DecodingErrors);
-    return data ? RegistryValue::data(*data) : fail("not base64");
+    return data && text.size() % 4 == 0 ? RegistryValue::data(*data) : fail("not base64");
 }
 
 RegistryValue PropertyListReader::readDate()

@@ -5,6 +5,7 @@
 #include "platform/KeyedUnarchiver.h"
 
 #include <QBuffer>
+#include <QtEndian>
 #include <gtest/gtest.h>
 
 using L1 = QLatin1String;
@@ -225,9 +226,12 @@ TEST(ArchiveReader, SpendsLittleOnClaimsThatTheBytesDoNotBear)
 {
     const QByteArray head = archiveOfValue([](Writer &) {});
     const QByteArray content = unsealArchive(head).chopped(2); // the ends of object and list
-    const QByteArray count("\x7f\xff\xff\xff\xff\xff\xff\xff", 8);
-    for (const char type : {'\x5b', '\x7b', '\x9b', '\xbb'}) // data, text, list, dictionary
-        expectRefused(content + type + count);
+    for (const quint64 count : {0x7fffffffffffffffULL, 0x10000000000ULL, 0x60000000ULL}) {
+        char bytes[sizeof count];
+        qToBigEndian(count, bytes);
+        for (const char type : {'\x5b', '\x7b', '\x9b', '\xbb'}) // data, text, list, dictionary
+            expectRefused(content + type + QByteArray(bytes, sizeof bytes));
+    }
     expectRefused(content + QByteArray(1'000'000, '\x81')); // lists within lists
     expectRefused(content + QByteArray(1'000'000, '\xc1')); // tags within tags
     expectRefused(QByteArray(1'000'000, '\x9f'));

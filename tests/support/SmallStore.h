@@ -1,0 +1,13 @@
+#pragma once
+
+#include "tests/support/ArchiveSketch.h"
+
+// An archive of two entries, as sketches to be changed: a root whose properties hold a value of
+// each shape, and its child.
+struct SmallStore
+{
+    enum Position { Store, Root, Child, RootTable, ChildTable, Text, List, Element };
+
+    static ArchiveSketch current(); // of version 2
+    static ArchiveSketch old();     // of version 1
+};
