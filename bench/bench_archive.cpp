@@ -1,0 +1,108 @@
+// Saving and loading a snapshot, by the number of entries of 40 property nodes. Loading is compared
+// with what walking the same bytes with the plain CBOR reader takes in the same run.
+
+#include "store/DataStoreDecoder.h"
+#include "store/DataStoreEncoder.h"
+#include "tests/support/RegistryGenerator.h"
+
+#include <QBuffer>
+#include <QCborStreamReader>
+#include <benchmark/benchmark.h>
+#include <ctime>
+
+namespace {
+constexpr quint32 nodesPerEntry = 40;
+
+struct Snapshot
+{
+    FakeRegistryService registry;
+    std::unique_ptr<TavDataStore> store;
+    QByteArray bytes;
+};
+
+QByteArray saved(const TavDataStore &store)
+{
+    QBuffer device;
+    device.open(QIODevice::WriteOnly);
+    DataStoreEncoder::encode(store, device);
+    return device.data();
+}
+
+// Made once for each size, and only the last one kept.
+Snapshot &snapshotOf(quint32 entries)
+{
+    static quint32 size = 0;
+    static std::unique_ptr<Snapshot> snapshot;
+    if (size != entries) {
+        snapshot.reset();
+        snapshot = std::make_unique<Snapshot>();
+        RegistryGenerator::generate(snapshot->registry,
+                                    {.entries = entries, .nodesPerEntry = nodesPerEntry});
+        snapshot->store = TavDataStore::initFromDxRegistry(snapshot->registry);
+        snapshot->bytes = saved(*snapshot->store);
+        size = entries;
+    }
+    return *snapshot;
+}
+
+// Processor time, so that a busy machine does not blur the ratio.
+template<class Action>
+double seconds(Action action)
+{
+    const auto now = [] {
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    };
+    const double start = now();
+    action();
+    return now() - start;
+}
+
+void walk(const QByteArray &bytes)
+{
+    QCborStreamReader reader(bytes);
+    while (reader.lastError() == QCborError::NoError && reader.hasNext())
+        reader.next();
+}
+
+void reportPerNode(benchmark::State &state, const char *what, double total)
+{
+    state.counters[what] = total / (static_cast<double>(state.range(0)) * nodesPerEntry) /
+                           static_cast<double>(state.iterations());
+}
+
+void save(benchmark::State &state)
+{
+    const Snapshot &snapshot = snapshotOf(static_cast<quint32>(state.range(0)));
+    double time = 0;
+    double bytes = 0;
+    for (auto _ : state) {
+        time += seconds([&] { benchmark::DoNotOptimize(saved(*snapshot.store)); });
+        bytes += static_cast<double>(snapshot.bytes.size());
+    }
+    reportPerNode(state, "ns/node", time * 1e9);
+    reportPerNode(state, "bytes/node", bytes);
+}
+
+void load(benchmark::State &state)
+{
+    const Snapshot &snapshot = snapshotOf(static_cast<quint32>(state.range(0)));
+    double time = 0;
+    double walkTime = 0;
+    for (auto _ : state) {
+        std::unique_ptr<TavDataStore> store;
+        time += seconds([&] { store = DataStoreDecoder::decode(snapshot.bytes); });
+        walkTime += seconds([&] { walk(snapshot.bytes); });
+        if (!store)
+            state.SkipWithError("not loaded");
+    }
+    reportPerNode(state, "ns/node", time * 1e9);
+    reportPerNode(state, "walk ns/node", walkTime * 1e9);
+    state.counters["load/walk"] = time / walkTime;
+}
+} // namespace
+
+BENCHMARK(save)->Arg(1000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(load)->Arg(1000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK_MAIN();
