@@ -1,7 +1,6 @@
 #include "app/Startup.h"
 
 #include "display/TavPropertyOutlineItem.h"
-#include "model/TavRegistryEntry.h"
 #include "platform/PreferencesStore.h"
 #include "platform/SystemBeep.h"
 
@@ -29,6 +28,4 @@ void Startup::setUpApplication(Theme theme)
     QApplication::setWindowIcon(QIcon::fromTheme(PreferencesStore::applicationIdentifier()));
     SystemBeep::setSounder([] { QApplication::beep(); });
     registerDefaults();
-    // Every property tree read from now on can be shown.
-    TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
 }

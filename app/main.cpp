@@ -1,6 +1,6 @@
 #include "app/CommandLine.h"
-#include "app/ExplorerSession.h"
 #include "app/Startup.h"
+#include "app/TavApplicationDelegate.h"
 #include "model/RegistryService.h"
 #include "platform/desktop/DesktopRunLoop.h"
 
@@ -27,13 +27,13 @@ int run(QApplication &application, const CommandLine &line,
 {
     Startup::setUpApplication(line.theme);
     const DesktopRunLoop runLoop;
-    ExplorerSession session(std::move(service));
-    QObject::connect(&session, &ExplorerSession::pictureSaved, &application,
+    TavApplicationDelegate delegate(std::move(service));
+    QObject::connect(&delegate, &TavApplicationDelegate::pictureSaved, &application,
                      [] { QApplication::exit(); });
-    QObject::connect(&session, &ExplorerSession::pictureFailed, &application,
+    QObject::connect(&delegate, &TavApplicationDelegate::pictureFailed, &application,
                      [](const QString &message) { QApplication::exit(fail(message)); });
     QString error;
-    if (!session.start(line, &error))
+    if (!delegate.start(line, &error))
         return fail(error);
     return QApplication::exec();
 }
@@ -51,7 +51,7 @@ int main(int argc, char **argv)
 
     // Before the display is reached: a wrong folder is told without one.
     QString error;
-    auto service = ExplorerSession::openRegistry(line, &error);
+    auto service = TavApplicationDelegate::openRegistry(line, &error);
     if (!service)
         return fail(error);
     // The options are ours alone.

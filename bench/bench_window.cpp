@@ -5,6 +5,8 @@
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
 #include "store/TavDataStore.h"
+#include "store/TavDocument.h"
+#include "store/TavDocumentController.h"
 #include "tests/support/FakeRegistryService.h"
 #include "tests/support/RegistryGenerator.h"
 
@@ -89,12 +91,15 @@ private:
 struct Registry
 {
     FakeRegistryService service;
+    TavDocumentController documents{service};
+    std::unique_ptr<TavDocument> document;
     std::shared_ptr<TavDataStore> store;
 
     Registry()
     {
         RegistryGenerator::generate(service, {.entries = entryCount, .nodesPerEntry = 4});
-        store = TavDataStore::initFromDxRegistry(service);
+        document = TavDocument::createUntitled(documents);
+        store = document->dataStore();
     }
     static Registry &shared()
     {
@@ -167,7 +172,7 @@ std::unique_ptr<BareView> openBareView()
 
 std::unique_ptr<TavWindowController> openWindow()
 {
-    auto controller = std::make_unique<TavWindowController>(Registry::shared().store);
+    auto controller = std::make_unique<TavWindowController>(*Registry::shared().document);
     controller->window()->show();
     controller->window()->grab();
     return controller;

@@ -9,8 +9,8 @@
 #include "platform/PreferencesStore.h"
 #include "platform/desktop/FactField.h"
 #include "platform/desktop/InterfaceLoader.h"
-#include "store/DataStoreNotifications.h"
 #include "store/TavDataStore.h"
+#include "store/TavDocument.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -18,12 +18,12 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
-#include <QMessageBox>
 #include <QSplitter>
 #include <QTimer>
 
-TavWindowController::TavWindowController(std::shared_ptr<TavDataStore> dataStore)
-    : dataStore_(std::move(dataStore))
+TavWindowController::TavWindowController(TavDocument &document)
+    : document_(document)
+    , dataStore_(document.dataStore())
     , showNumPaths_(PreferencesStore::standard().flag(QStringLiteral("ShowNumPaths")))
     , outlineDataSource_(std::make_unique<TavRegistryOutlineViewDataSource>(*this))
     , propertiesDataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
@@ -33,12 +33,10 @@ TavWindowController::TavWindowController(std::shared_ptr<TavDataStore> dataStore
     setUpViews();
     connectActions();
     windowDidLoad();
-    observeDataStore();
 }
 
 TavWindowController::~TavWindowController()
 {
-    observations_.clear();
     dataStore_->removeClient(this);
 }
 
@@ -123,18 +121,16 @@ void TavWindowController::windowDidLoad()
     QTimer::singleShot(0, this, &TavWindowController::makeExplorerFirstResponder);
 }
 
-void TavWindowController::observeDataStore()
+QWidget *TavWindowController::documentWindow() const
 {
-    using namespace DataStoreNotifications;
-    const auto observe = [this](const QString &name, void (TavWindowController::*handler)()) {
-        observations_.push_back(NotificationCenter::defaultCenter().observe(
-            name, dataStore_.get(), [this, handler](const auto &) { (this->*handler)(); }));
-    };
-    observe(outOfDate, &TavWindowController::noteDataStoreOutOfDate);
-    observe(changed, &TavWindowController::noteDataStoreChanged);
-    observe(objectChanged, &TavWindowController::noteDataStoreObjectChanged);
-    observe(objectsTerminated, &TavWindowController::noteDataStoreObjectsTerminated);
-    observe(clearedTerminatedObjects, &TavWindowController::noteDataStoreClearedTerminatedObjects);
+    return window_.get();
+}
+
+void TavWindowController::showWindow()
+{
+    window_->show();
+    window_->raise();
+    window_->activateWindow();
 }
 
 TavRegistryOutlineItem *TavWindowController::rootOutlineItem() const

@@ -2,7 +2,7 @@
 
 #include "display/views/PropertiesViewController.h"
 #include "model/TavRegistryEntryPath.h"
-#include "platform/NotificationCenter.h"
+#include "store/TavDocumentWindowController.h"
 
 #include <QHash>
 #include <QObject>
@@ -15,22 +15,29 @@ class QComboBox;
 class QLabel;
 class QMainWindow;
 class TavDataStore;
+class TavDocument;
 class TavPropertiesOutlineView;
 class TavPropertiesOutlineViewDataSource;
 class TavRegistryOutlineItem;
 class TavRegistryOutlineView;
 class TavRegistryOutlineViewDataSource;
 
-// Drives one explorer window: a plane of a data store as a tree, the facts of the selected entry
-// and its property tree. Main thread only.
-class TavWindowController : public QObject, public PropertiesViewController
+// Drives one explorer window: a plane of its document's data store as a tree, the facts of the
+// selected entry and its property tree. Main thread only.
+class TavWindowController : public QObject,
+                            public TavDocumentWindowController,
+                            public PropertiesViewController
 {
     Q_OBJECT
 public:
-    explicit TavWindowController(std::shared_ptr<TavDataStore> dataStore);
+    // For the document to own.
+    explicit TavWindowController(TavDocument &document);
     ~TavWindowController() override;
 
     QMainWindow *window() const { return window_.get(); }
+    QWidget *documentWindow() const override;
+    void showWindow() override;
+    TavDocument &document() const { return document_; }
     TavDataStore *dataStore() const { return dataStore_.get(); }
     const QString &registryPlane() const { return registryPlane_; }
     const std::optional<TavRegistryEntryPath> &selectedEntryPath() const
@@ -64,12 +71,15 @@ public:
     void makeExplorerFirstResponder();
     void outlineViewSelectionChanged();
 
-    void noteDataStoreOutOfDate();
-    void noteDataStoreChanged();
-    void noteDataStoreObjectChanged();
-    void noteDataStoreObjectsTerminated();
-    void noteDataStoreClearedTerminatedObjects();
+    void synchronizeWindowTitleWithDocumentName() override;
+    void noteDataStoreOutOfDate() override;
+    void noteDataStoreChanged() override;
+    void noteDataStoreObjectChanged() override;
+    void noteDataStoreObjectsTerminated() override;
+    void noteDataStoreClearedTerminatedObjects() override;
+    void dataViewOptionsChanged(TavRegistryProperty *item) override;
 
+    void newDocumentWindow();
     void update();
     void updateSelectedObject();
     void clearTerminatedObjects();
@@ -83,14 +93,12 @@ private:
     void connectActions();
     void setUpViews();
     void windowDidLoad();
-    void observeDataStore();
-    void synchronizeWindowTitleWithDocumentName();
     void showObjectInfo(const TavRegistryEntry &entry);
     void validateActions();
     std::vector<TavRegistryEntryPath> entryPathsForRegistryPath(const QString &path) const;
     void tellOfMultipleMatches();
-    void showAbout();
 
+    TavDocument &document_;
     std::shared_ptr<TavDataStore> dataStore_;
     bool showNumPaths_ = false;
     QString registryPlane_;
@@ -98,7 +106,6 @@ private:
     EntryRef selectedEntry_;
     mutable QHash<QString, std::shared_ptr<TavRegistryOutlineItem>> rootOutlineItemsInPlanes_;
     PropertyRef rootPropertyItem_;
-    std::vector<NotificationCenter::Observation> observations_;
 
     std::unique_ptr<TavRegistryOutlineViewDataSource> outlineDataSource_;
     std::unique_ptr<TavPropertiesOutlineViewDataSource> propertiesDataSource_;

@@ -4,13 +4,15 @@
 #include "platform/SystemBeep.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "store/TavDataStore.h"
+#include "store/TavDocument.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QClipboard>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QMainWindow>
-#include <QMessageBox>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 
 namespace {
@@ -32,8 +34,9 @@ void TavWindowController::connectActions()
         connect(action, &QAction::triggered, this, receiver);
         return action;
     };
-    connectAction("closeAction", [this] { window_->close(); });
-    connectAction("quitAction", [] { QApplication::closeAllWindows(); });
+    connectAction("newDocumentWindowAction", [this] { newDocumentWindow(); });
+    for (const QAction *menu : window_->menuBar()->actions())
+        menu->menu()->menuAction()->setVisible(!menu->menu()->isEmpty());
     connectAction("copyAction", [this] { copy(); });
     connectAction("expandAllAction", [this] { expandAll(); });
     connectAction("collapseAllAction", [this] { collapseAll(); });
@@ -43,7 +46,6 @@ void TavWindowController::connectActions()
         connectAction("updateSelectedObjectAction", [this] { updateSelectedObject(); });
     clearTerminatedObjectsAction_ =
         connectAction("clearTerminatedObjectsAction", [this] { clearTerminatedObjects(); });
-    connectAction("aboutAction", [this] { showAbout(); });
 }
 
 void TavWindowController::validateActions()
@@ -105,15 +107,10 @@ void TavWindowController::copy()
         QGuiApplication::clipboard()->setText(registryPathForSelectedEntry());
 }
 
-void TavWindowController::showAbout()
+void TavWindowController::newDocumentWindow()
 {
-    auto *const about = new QMessageBox(window_.get());
-    about->setWindowTitle(tr("About Vandrel"));
-    about->setIconPixmap(QGuiApplication::windowIcon().pixmap(64, 64));
-    about->setText(QStringLiteral("<b>Vandrel %1</b>").arg(QLatin1String(VANDREL_VERSION)));
-    about->setInformativeText(
-        tr("Shows the devices and drivers that the Linux kernel knows of, and how they hang "
-           "together. It only reads and never changes anything."));
-    about->setAttribute(Qt::WA_DeleteOnClose);
-    about->open();
+    auto controller = std::make_unique<TavWindowController>(document_);
+    TavWindowController &added = *controller;
+    document_.addWindowController(std::move(controller));
+    added.showWindow();
 }

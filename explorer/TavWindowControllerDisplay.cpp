@@ -1,10 +1,13 @@
+#include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/DateText.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
 #include "platform/desktop/FactField.h"
+#include "platform/desktop/WindowTitle.h"
 #include "store/TavDataStore.h"
+#include "store/TavDocument.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -14,16 +17,19 @@ QString TavWindowController::windowTitleForDocumentDisplayName(const QString &di
 {
     const QString object = selectedEntry_ ? selectedEntry_->nameAtLocationInPlane(registryPlane_)
                                           : tr("(no object selected)");
-    QString title = tr("%1 — %2 — %3").arg(displayName, registryPlane_, object);
+    QString title = document_.hasFile() && dataStore_->isLive()
+                        ? tr("%1 (%2) — %3 — %4")
+                              .arg(displayName, dataStore_->hostName(), registryPlane_, object)
+                        : tr("%1 — %2 — %3").arg(displayName, registryPlane_, object);
     if (dataStore_->isLive() && !dataStore_->isUpToDate())
         title += tr(" (needs update)");
     return title;
 }
 
-// A live store's window is named after the machine.
 void TavWindowController::synchronizeWindowTitleWithDocumentName()
 {
-    window_->setWindowTitle(windowTitleForDocumentDisplayName(dataStore_->hostName()));
+    WindowTitle::set(*window_, windowTitleForDocumentDisplayName(document_.displayName()),
+                     document_.isDocumentEdited());
 }
 
 void TavWindowController::setSelectedEntry(const EntryRef &entry)
@@ -133,7 +139,6 @@ void TavWindowController::refreshPropertiesOutlineView()
 
 void TavWindowController::noteDataStoreOutOfDate()
 {
-    synchronizeWindowTitleWithDocumentName();
     updateStatusBar();
 }
 
@@ -151,12 +156,22 @@ void TavWindowController::noteDataStoreObjectChanged()
 
 void TavWindowController::noteDataStoreObjectsTerminated()
 {
-    synchronizeWindowTitleWithDocumentName();
     registryOutlineView_->reloadData();
     updateStatusBar();
 }
 
 void TavWindowController::noteDataStoreClearedTerminatedObjects()
 {
+    if (document_.hasFile())
+        document_.setDocumentEdited(true);
     refreshDisplay();
+}
+
+void TavWindowController::dataViewOptionsChanged(TavRegistryProperty *item)
+{
+    auto *const changed = dynamic_cast<TavPropertyOutlineItem *>(item);
+    if (!changed)
+        return;
+    changed->resetDisplayValueRecursive();
+    refreshPropertiesOutlineView();
 }

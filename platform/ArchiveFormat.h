@@ -6,6 +6,7 @@
 // Fixed facts of the archive container, described in docs/archive-format.md.
 struct ArchiveFormat
 {
+    static constexpr QLatin1String signature{"\xd9\xd9\xf7"}; // how every archive begins
     static constexpr QLatin1String name{"vandrel-archive"};
     static constexpr int version = 1;
     static constexpr auto digest = QCryptographicHash::Blake2b_256;

@@ -14,6 +14,8 @@ ExplorerFixture::ExplorerFixture()
     PreferencesStore::standard().registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
     SystemBeep::setSounder([this] { ++beeps_; });
+    documents_.setWindowControllerFactory(
+        [](TavDocument &document) { return std::make_unique<TavWindowController>(document); });
 }
 
 ExplorerFixture::~ExplorerFixture()
@@ -24,10 +26,16 @@ ExplorerFixture::~ExplorerFixture()
 
 void ExplorerFixture::open()
 {
-    store_ = TavDataStore::initFromDxRegistry(service_);
-    controller_ = std::make_unique<TavWindowController>(store_);
-    controller_->window()->show();
+    document_ = &static_cast<TavDocument &>(documents_.newDocument());
+    store_ = document_->dataStore();
+    controller_ = static_cast<TavWindowController *>(document_->windowControllers().front().get());
     ASSERT_TRUE(QTest::qWaitForWindowActive(controller_->window()));
+}
+
+void ExplorerFixture::close()
+{
+    controller_ = nullptr;
+    documents_.closeDocument(*std::exchange(document_, nullptr));
 }
 
 void ExplorerFixture::terminate(const char *label)

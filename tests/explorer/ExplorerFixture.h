@@ -3,6 +3,8 @@
 #include "explorer/TavWindowController.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "store/TavDataStore.h"
+#include "store/TavDocument.h"
+#include "store/TavDocumentController.h"
 #include "tests/support/TreeBuilder.h"
 
 #include <QMainWindow>
@@ -18,8 +20,9 @@ protected:
     ExplorerFixture();
     ~ExplorerFixture() override;
 
-    // Captures what the script says and opens the window.
+    // Captures what the script says as a document and opens its window.
     void open();
+    void close(); // the document and its window
     void update() { store_->update(); }
     // The object goes from the host, noticed at once.
     void terminate(const char *label);
@@ -35,8 +38,10 @@ protected:
 
     FakeRegistryService service_;
     TreeBuilder registry_{service_};
-    std::shared_ptr<TavDataStore> store_;
-    std::unique_ptr<TavWindowController> controller_;
+    TavDocumentController documents_{service_};
+    TavDocument *document_ = nullptr;
+    std::shared_ptr<TavDataStore> store_; // the document's
+    TavWindowController *controller_ = nullptr;
     int beeps_ = 0;
 
 private:

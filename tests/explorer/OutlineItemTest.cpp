@@ -139,5 +139,5 @@ TEST_F(OutlineItemTest, HandlesDeepTrees)
     controller_->goToEntryPath(longest, true, true); // as deep as rows are opened
     EXPECT_GT(controller_->selectedEntryPath()->length(), 500U);
     update();
-    controller_.reset();
+    close();
 }

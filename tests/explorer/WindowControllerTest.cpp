@@ -274,9 +274,8 @@ TEST_F(WindowControllerTest, MayBeClosedInAnUpdate)
 {
     const auto observation = NotificationCenter::defaultCenter().observe(
         DataStoreNotifications::changed, store_.get(), [this](const auto &) {
-            if (controller_)
-                controller_->window()->close();
-            controller_.reset();
+            if (document_)
+                close();
         });
     std::weak_ptr<TavDataStore> store = store_;
     update();
@@ -291,7 +290,7 @@ TEST_F(WindowControllerTest, OutlivesWhatItShows)
     select({"Root", "Host", "bus", "disk@0"});
     store_.reset();
     controller_->window()->grab();
-    controller_.reset();
+    close();
     EXPECT_EQ(service_.openHandles(), 0U);
 }
 
@@ -301,13 +300,18 @@ TEST_F(WindowControllerTest, ComesUpWithoutPlanesAndWithoutARegistry)
     FakeRegistryService bare;
     bare.addClass(QStringLiteral("DxRoot"), {});
     bare.setRoot(bare.add(QStringLiteral("DxRoot"), "Root"));
-    auto window = std::make_unique<TavWindowController>(TavDataStore::initFromDxRegistry(bare));
-    window->window()->show();
+    TavDocumentController bareDocuments(bare);
+    auto document = TavDocument::createUntitled(bareDocuments);
+    auto window = std::make_unique<TavWindowController>(*document);
+    window->showWindow();
     EXPECT_NE(window->selectedEntry(), nullptr);
     window->update();
 
-    window = std::make_unique<TavWindowController>(TavDataStore::initFromDxRegistry(none));
-    window->window()->show();
+    window.reset(); // before its document
+    TavDocumentController noDocuments(none);
+    document = TavDocument::createUntitled(noDocuments);
+    window = std::make_unique<TavWindowController>(*document);
+    window->showWindow();
     window->window()->grab();
     EXPECT_EQ(window->selectedEntry(), nullptr);
     window->update();
@@ -315,7 +319,8 @@ TEST_F(WindowControllerTest, ComesUpWithoutPlanesAndWithoutARegistry)
     window->collapseAll();
     window->goToRegistryPath(QStringLiteral("DxService:/"));
     EXPECT_EQ(window->rootOutlineItem(), nullptr);
-    window.reset(); // before its registry
+    window.reset(); // before its document, and that before its registry
+    document.reset();
 }
 
 TEST_F(WindowControllerTest, EveryControlHasAName)

@@ -1,4 +1,4 @@
-#include "app/ExplorerSession.h"
+#include "app/TavApplicationDelegate.h"
 
 #include "app/CommandLine.h"
 #include "app/Startup.h"
@@ -14,10 +14,10 @@
 #include <gmock/gmock.h>
 
 namespace {
-class ExplorerSessionTest : public testing::Test
+class ApplicationTest : public testing::Test
 {
 protected:
-    ExplorerSessionTest()
+    ApplicationTest()
     {
         PreferencesStore::setFolder(folder_.path());
         Startup::setUpApplication(Theme::Light);
@@ -28,30 +28,30 @@ protected:
         const CommandLine line = CommandLine::parse(QStringLiteral("vandrel --sysfs %1 %2")
                                                         .arg(tree, QString::fromUtf8(options))
                                                         .split(u' ', Qt::SkipEmptyParts));
-        session_.reset();
-        session_ = std::make_unique<ExplorerSession>(ExplorerSession::openRegistry(line, &error_));
-        return session_->start(line, &error_);
+        delegate_.reset();
+        delegate_ = std::make_unique<TavApplicationDelegate>(TavApplicationDelegate::openRegistry(line, &error_));
+        return delegate_->start(line, &error_);
     }
 
     QTemporaryDir folder_;
     QString error_;
-    std::unique_ptr<ExplorerSession> session_;
+    std::unique_ptr<TavApplicationDelegate> delegate_;
 };
 } // namespace
 
-TEST_F(ExplorerSessionTest, OpensWhereItIsAskedTo)
+TEST_F(ApplicationTest, OpensWhereItIsAskedTo)
 {
     ASSERT_TRUE(start("")) << error_.toStdString();
-    EXPECT_EQ(session_->windowController()->registryPlane(), QStringLiteral("DxService"));
+    EXPECT_EQ(delegate_->mainWindowController()->registryPlane(), QStringLiteral("DxService"));
     ASSERT_TRUE(start("--plane DxUsb")) << error_.toStdString();
-    EXPECT_EQ(session_->windowController()->registryPlane(), QStringLiteral("DxUsb"));
+    EXPECT_EQ(delegate_->mainWindowController()->registryPlane(), QStringLiteral("DxUsb"));
     const QString path = QStringLiteral("DxBus:/usb");
     ASSERT_TRUE(start("--plane DxUsb --select DxBus:/usb")) << error_.toStdString();
-    EXPECT_EQ(session_->windowController()->registryPathForSelectedEntry(), path);
-    EXPECT_TRUE(session_->windowController()->window()->isVisible());
+    EXPECT_EQ(delegate_->mainWindowController()->registryPathForSelectedEntry(), path);
+    EXPECT_TRUE(delegate_->mainWindowController()->window()->isVisible());
 }
 
-TEST_F(ExplorerSessionTest, TellsWhatIsNotThere)
+TEST_F(ApplicationTest, TellsWhatIsNotThere)
 {
     EXPECT_FALSE(start("--plane DxNowhere"));
     EXPECT_THAT(error_.toStdString(), testing::HasSubstr("DxNowhere"));
@@ -59,20 +59,20 @@ TEST_F(ExplorerSessionTest, TellsWhatIsNotThere)
     EXPECT_THAT(error_.toStdString(), testing::HasSubstr("DxBus:/nothing"));
     CommandLine line;
     line.sysfsRoot = folder_.path();
-    EXPECT_EQ(ExplorerSession::openRegistry(line, &error_), nullptr);
+    EXPECT_EQ(TavApplicationDelegate::openRegistry(line, &error_), nullptr);
     EXPECT_THAT(error_.toStdString(), testing::HasSubstr(folder_.path().toStdString()));
 }
 
-TEST_F(ExplorerSessionTest, SavesAPicture)
+TEST_F(ApplicationTest, SavesAPicture)
 {
     const QString file = folder_.filePath(QStringLiteral("window.png"));
     ASSERT_TRUE(start(("--screenshot " + file.toStdString()).c_str())) << error_.toStdString();
-    QSignalSpy saved(session_.get(), &ExplorerSession::pictureSaved);
+    QSignalSpy saved(delegate_.get(), &TavApplicationDelegate::pictureSaved);
     ASSERT_TRUE(saved.wait());
-    EXPECT_EQ(QImage(file).size(), session_->windowController()->window()->size());
+    EXPECT_EQ(QImage(file).size(), delegate_->mainWindowController()->window()->size());
 
     ASSERT_TRUE(start("--screenshot /nowhere/window.png"));
-    QSignalSpy failed(session_.get(), &ExplorerSession::pictureFailed);
+    QSignalSpy failed(delegate_.get(), &TavApplicationDelegate::pictureFailed);
     ASSERT_TRUE(failed.wait());
     EXPECT_THAT(failed.front().front().toString().toStdString(),
                 testing::HasSubstr("/nowhere/window.png"));

@@ -1,0 +1,92 @@
+#include "platform/Document.h"
+
+#include "platform/DocumentController.h"
+#include "platform/DocumentFile.h"
+
+#include <QFileInfo>
+#include <QPointer>
+
+Document::Document(DocumentController &controller)
+    : controller_(controller)
+{}
+
+Document::~Document() = default;
+
+QString Document::displayName() const
+{
+    return hasFile() ? QFileInfo(fileName_).fileName() : tr("Untitled");
+}
+
+void Document::setDocumentEdited(bool edited)
+{
+    if (std::exchange(isEdited_, edited) != edited)
+        synchronizeWindowTitleWithDocumentName();
+}
+
+bool Document::read(const QString &file, DocumentError &error)
+{
+    const auto data = DocumentFile::read(
+        file,
+        [this](const QByteArray &bytes, DocumentError &e) { return checkBeginning(bytes, e); },
+        error);
+    if (!data || !readFromData(*data, error))
+        return false;
+    fileName_ = QFileInfo(file).absoluteFilePath();
+    return true;
+}
+
+bool Document::save(const QString &file, DocumentError &error)
+{
+    if (!DocumentFile::write(
+            file, [this](QIODevice &device, DocumentError &e) { return writeData(device, e); },
+            error))
+        return false;
+    fileName_ = QFileInfo(file).absoluteFilePath();
+    isEdited_ = false;
+    synchronizeWindowTitleWithDocumentName();
+    return true;
+}
+
+void Document::addWindowController(std::unique_ptr<DocumentWindowController> controller)
+{
+    DocumentWindowController &added = *controller;
+    windowControllers_.push_back(std::move(controller));
+    Q_EMIT controller_.windowControllerAdded(*this, added);
+}
+
+void Document::removeWindowController(DocumentWindowController &controller)
+{
+    const auto found = std::find_if(windowControllers_.begin(), windowControllers_.end(),
+                                    [&](const auto &owned) { return owned.get() == &controller; });
+    if (found == windowControllers_.end())
+        return;
+    const auto removed = std::move(*found); // ends when it is no longer listed
+    windowControllers_.erase(found);
+}
+
+void Document::showWindows()
+{
+    forEachWindowController([](DocumentWindowController &controller) { controller.showWindow(); });
+}
+
+void Document::synchronizeWindowTitleWithDocumentName()
+{
+    forEachWindowController([](DocumentWindowController &controller) {
+        controller.synchronizeWindowTitleWithDocumentName();
+    });
+}
+
+void Document::forEachWindowController(const std::function<void(DocumentWindowController &)> &call)
+{
+    std::vector<DocumentWindowController *> listed;
+    for (const auto &controller : windowControllers_)
+        listed.push_back(controller.get());
+    const QPointer<Document> alive(this);
+    for (DocumentWindowController *controller : listed) {
+        if (!alive)
+            return;
+        if (std::any_of(windowControllers_.begin(), windowControllers_.end(),
+                        [&](const auto &owned) { return owned.get() == controller; }))
+            call(*controller);
+    }
+}

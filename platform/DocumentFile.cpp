@@ -1,0 +1,64 @@
+#include "platform/DocumentFile.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace {
+constexpr qint64 beginningSize = 64;
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("DocumentFile", text);
+}
+
+DocumentError openError(const QString &file, QFileDevice::FileError code, const QString &reason)
+{
+    return {DocumentFile::errorDomain, code,
+            tr("The document “%1” could not be opened.").arg(QFileInfo(file).fileName()), reason};
+}
+} // namespace
+
+std::optional<QByteArray>
+DocumentFile::read(const QString &path,
+                   const std::function<bool(const QByteArray &, DocumentError &)> &checkBeginning,
+                   DocumentError &error)
+{
+    const auto fail = [&](QFileDevice::FileError code, const QString &reason) {
+        error = openError(path, code, reason);
+        return std::nullopt;
+    };
+    const QFileInfo info(path);
+    if (!info.exists())
+        return fail(QFileDevice::OpenError, tr("There is no such file."));
+    if (info.isDir())
+        return fail(QFileDevice::OpenError, tr("It is a folder."));
+    // Opening a pipe or a device could block, or never end.
+    if (!info.isFile())
+        return fail(QFileDevice::OpenError, tr("It is not a regular file."));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(file.error(), file.errorString());
+    if (!checkBeginning(file.peek(beginningSize), error))
+        return std::nullopt;
+    QByteArray data = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return fail(file.error(), file.errorString());
+    return data;
+}
+
+bool DocumentFile::write(const QString &path,
+                         const std::function<bool(QIODevice &, DocumentError &)> &content,
+                         DocumentError &error)
+{
+    QSaveFile file(path);
+    const bool isOpen = file.open(QIODevice::WriteOnly);
+    if (isOpen && content(file, error) && file.commit())
+        return true;
+    const bool isOurs = isOpen && file.error() == QFileDevice::NoError && !error.reason.isNull();
+    if (!isOurs)
+        error = {errorDomain, file.error(),
+                 tr("The document “%1” could not be saved.").arg(QFileInfo(path).fileName()),
+                 file.errorString()};
+    return false;
+}

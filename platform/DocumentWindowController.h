@@ -1,0 +1,13 @@
+#pragma once
+
+class QWidget;
+
+// What a document asks of each of its windows.
+class DocumentWindowController
+{
+public:
+    virtual ~DocumentWindowController() = default;
+    virtual QWidget *documentWindow() const = 0; // never null
+    virtual void showWindow() = 0;
+    virtual void synchronizeWindowTitleWithDocumentName() = 0;
+};

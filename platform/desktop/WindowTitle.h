@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace WindowTitle {
+// Marks the window of a document with unsaved changes in the way of the desktop.
+void set(QWidget &window, const QString &title, bool isEdited);
+} // namespace WindowTitle

@@ -1,0 +1,185 @@
+#include "store/TavDocument.h"
+
+#include "platform/ArchiveFormat.h"
+#include "platform/PreferencesStore.h"
+#include "store/DataStoreDecoder.h"
+#include "store/DataStoreEncoder.h"
+#include "store/DataStoreNotifications.h"
+#include "store/FileVersionExceptions.h"
+#include "store/StoreLogging.h"
+#include "store/TavDocumentController.h"
+
+namespace {
+// The text of the table, or the fallback where it has none.
+QString errorText(const char *key, int code, const char *fallback)
+{
+    const QByteArray fullKey = key + QByteArray::number(code);
+    const QString text = QCoreApplication::translate("TavError", fullKey.constData());
+    return text == QString::fromLatin1(fullKey) ? QCoreApplication::translate("TavError", fallback)
+                                                : text;
+}
+
+DocumentError errorWithCode(TavDocument::ErrorCode code)
+{
+    return {
+        TavDocument::errorDomain(), code,
+        errorText("description", code,
+                  "Vandrel could not complete the operation because an unknown error occurred."),
+        errorText("failureReason", code, "An unknown error occurred.")};
+}
+} // namespace
+
+std::unique_ptr<TavDocument> TavDocument::createUntitled(TavDocumentController &controller)
+{
+    auto document = std::make_unique<TavDocument>(controller);
+    document->takeSnapshot();
+    document->applyUpdatePreferences();
+    document->setIndex(++controller.documentCounter_);
+    controller.synchronizeTitles();
+    controller.scheduleBookmarksCheck();
+    return document;
+}
+
+TavDocument::TavDocument(TavDocumentController &controller)
+    : Document(controller)
+    , documents_(controller)
+{}
+
+TavDocument::~TavDocument()
+{
+    observations_.clear();
+    closeWindowControllers(); // they use the store
+    if (dataStore_)
+        dataStore_->setDelegate(nullptr);
+    dataStore_.reset();
+    documents_.noteDocumentClosed();
+}
+
+void TavDocument::takeSnapshot()
+{
+    // The store does not own the document.
+    const std::shared_ptr<TavDataStoreDelegate> delegate(std::shared_ptr<void>(), this);
+    dataStore_ = TavDataStore::initFromDxRegistry(documents_.registryService(), delegate);
+    _registerForDataStoreNotifications();
+}
+
+void TavDocument::applyUpdatePreferences()
+{
+    const PreferencesStore &preferences = PreferencesStore::standard();
+    dataStore_->setAutoupdate(preferences.flag(QStringLiteral("Autoupdate")));
+    dataStore_->setPolledUpdate(preferences.flag(QStringLiteral("PolledUpdate")));
+    dataStore_->setPollInterval(
+        static_cast<double>(preferences.integer(QStringLiteral("PolledUpdateInterval"))));
+}
+
+QString TavDocument::displayName() const
+{
+    if (hasFile() || !dataStore_ || !dataStore_->isLive())
+        return Document::displayName();
+    if (documents_.documentCounter_ < 2)
+        return dataStore_->hostName();
+    return tr("%1 (%2)").arg(dataStore_->hostName(), QString::number(index_));
+}
+
+void TavDocument::makeWindowControllers()
+{
+    if (documents_.windowControllerFactory_)
+        addWindowController(documents_.windowControllerFactory_(*this));
+}
+
+bool TavDocument::checkBeginning(const QByteArray &bytes, DocumentError &error) const
+{
+    if (bytes.startsWith(ArchiveFormat::signature))
+        return true;
+    error = errorWithCode(UnknownError);
+    return false;
+}
+
+bool TavDocument::readFromData(const QByteArray &data, DocumentError &error)
+{
+    ErrorCode code = UnknownError;
+    try {
+        dataStore_ = DataStoreDecoder::decode(data);
+    } catch (const TavOldUnsupportedFileVersionException &) {
+        code = OldVersionError;
+    } catch (const TavNewUnsupportedFileVersionException &) {
+        code = NewVersionError;
+    }
+    if (!dataStore_)
+        error = errorWithCode(code);
+    return dataStore_ != nullptr;
+}
+
+bool TavDocument::writeData(QIODevice &device, DocumentError &error)
+{
+    const QString problem = DataStoreEncoder::encode(*dataStore_, device);
+    if (problem.isNull())
+        return true;
+    error = errorWithCode(UnknownError);
+    error.reason = problem;
+    return false;
+}
+
+void TavDocument::_registerForDataStoreNotifications()
+{
+    using namespace DataStoreNotifications;
+    observations_.clear();
+    // An entry that was re-read speaks for itself and is not heard here.
+    const auto observe = [this](const QString &name, void (TavDocument::*handler)()) {
+        observations_.push_back(NotificationCenter::defaultCenter().observe(
+            name, dataStore_.get(), [this, handler](const auto &) { (this->*handler)(); }));
+    };
+    observe(outOfDate, &TavDocument::noteDataStoreOutOfDate);
+    observe(changed, &TavDocument::noteDataStoreChanged);
+    observe(objectChanged, &TavDocument::noteDataStoreObjectChanged);
+    observe(objectsTerminated, &TavDocument::noteDataStoreObjectsTerminated);
+    observe(clearedTerminatedObjects, &TavDocument::noteDataStoreClearedTerminatedObjects);
+}
+
+void TavDocument::noteDataStoreOutOfDate()
+{
+    relay(&TavDocumentWindowController::noteDataStoreOutOfDate, true);
+}
+
+void TavDocument::noteDataStoreChanged()
+{
+    relay(&TavDocumentWindowController::noteDataStoreChanged, true);
+}
+
+void TavDocument::noteDataStoreObjectChanged()
+{
+    relay(&TavDocumentWindowController::noteDataStoreObjectChanged, false);
+}
+
+void TavDocument::noteDataStoreObjectsTerminated()
+{
+    relay(&TavDocumentWindowController::noteDataStoreObjectsTerminated, true);
+}
+
+void TavDocument::noteDataStoreClearedTerminatedObjects()
+{
+    relay(&TavDocumentWindowController::noteDataStoreClearedTerminatedObjects, true);
+}
+
+void TavDocument::relay(Relay note, bool changesTitle)
+{
+    if (hasFile())
+        setDocumentEdited(true);
+    if (changesTitle)
+        synchronizeWindowTitleWithDocumentName();
+    forEachWindowController([note](DocumentWindowController &controller) {
+        (static_cast<TavDocumentWindowController &>(controller).*note)();
+    });
+}
+
+void TavDocument::dataViewOptionsChanged(TavRegistryProperty *item)
+{
+    forEachWindowController([item](DocumentWindowController &controller) {
+        static_cast<TavDocumentWindowController &>(controller).dataViewOptionsChanged(item);
+    });
+}
+
+void TavDocument::fatalDxRegistryError()
+{
+    documents_.reportRegistryFailure();
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/Document.h"
+#include "platform/NotificationCenter.h"
+#include "store/TavDataStoreDelegate.h"
+
+class TavDataStore;
+class TavDocumentController;
+class TavDocumentWindowController;
+class TavRegistryProperty;
+
+// A document: one snapshot of the registry, live or read from a file, and the windows on it.
+class TavDocument : public Document, private TavDataStoreDelegate
+{
+    Q_OBJECT
+public:
+    static QString errorDomain() { return QStringLiteral("VandrelErrorDomain"); }
+    enum ErrorCode { UnknownError = 1, OldVersionError, NewVersionError };
+
+    // Takes a first picture of the running registry and follows it as the preferences say.
+    static std::unique_ptr<TavDocument> createUntitled(TavDocumentController &controller);
+    // To be read from a file; it has no data store until then.
+    explicit TavDocument(TavDocumentController &controller);
+    ~TavDocument() override;
+
+    const std::shared_ptr<TavDataStore> &dataStore() const { return dataStore_; }
+    unsigned index() const { return index_; } // among the live documents; 0 for others
+    void setIndex(unsigned index) { index_ = index; }
+    QString displayName() const override;
+    void makeWindowControllers() override;
+    void dataViewOptionsChanged(TavRegistryProperty *item);
+
+protected:
+    bool checkBeginning(const QByteArray &bytes, DocumentError &error) const override;
+    bool readFromData(const QByteArray &data, DocumentError &error) override;
+    bool writeData(QIODevice &device, DocumentError &error) override;
+
+private:
+    using Relay = void (TavDocumentWindowController::*)();
+
+    void takeSnapshot();
+    void applyUpdatePreferences();
+    void fatalDxRegistryError() override;
+    void _registerForDataStoreNotifications();
+    void noteDataStoreOutOfDate();
+    void noteDataStoreChanged();
+    void noteDataStoreObjectChanged();
+    void noteDataStoreObjectsTerminated();
+    void noteDataStoreClearedTerminatedObjects();
+    void relay(Relay note, bool changesTitle);
+
+    TavDocumentController &documents_;
+    std::shared_ptr<TavDataStore> dataStore_;
+    unsigned index_ = 0;
+    std::vector<NotificationCenter::Observation> observations_;
+};
