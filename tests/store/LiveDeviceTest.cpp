@@ -6,22 +6,15 @@
 #include "tests/support/EventLoop.h"
 #include "tests/support/RegistryText.h"
 #include "tests/support/VirtualDisk.h"
+#include "tests/support/VirtualInterface.h"
 
 #include <QDir>
-#include <QProcess>
 #include <gtest/gtest.h>
 
 namespace {
 const QString outOfDate = QStringLiteral("Data store out of date");
 const QString changed = QStringLiteral("Data store changed");
 const QString terminated = QStringLiteral("Data store objects terminated");
-
-bool runIp(const QStringList &arguments)
-{
-    QProcess ip;
-    ip.start(QStringLiteral("ip"), arguments);
-    return ip.waitForFinished() && ip.exitStatus() == QProcess::NormalExit && ip.exitCode() == 0;
-}
 
 bool write(const QString &file, const QByteArray &text)
 {
@@ -65,32 +58,21 @@ private:
 class Interface : public Comer
 {
 public:
-    Interface()
-    {
-        name = QStringLiteral("vt%1").arg(QCoreApplication::applicationPid());
-        className = QStringLiteral("DxNetDevice");
-    }
-    ~Interface() override { go(); }
     bool come() override
     {
-        const QString peer = name + u'p';
-        isThere_ =
-            runIp({QStringLiteral("link"), QStringLiteral("add"), name, QStringLiteral("type"),
-                   QStringLiteral("veth"), QStringLiteral("peer"), QStringLiteral("name"), peer});
-        return isThere_;
+        interface_.emplace();
+        name = interface_->name();
+        className = QStringLiteral("DxNetDevice");
+        return interface_->exists();
     }
-    void go() override
-    {
-        if (std::exchange(isThere_, false))
-            runIp({QStringLiteral("link"), QStringLiteral("delete"), name});
-    }
+    void go() override { interface_.reset(); }
     const char *missing() const override
     {
         return "no network interface can be added here (needs root and iproute2)";
     }
 
 private:
-    bool isThere_ = false;
+    std::optional<VirtualInterface> interface_;
 };
 
 // A source of random numbers has no users that would miss it for a moment.

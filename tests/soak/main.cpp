@@ -1,0 +1,198 @@
+// Follows this machine's registry in a window while virtual devices come and go and a hasty user
+// does everything at once. Every half a minute it must show what a fresh capture shows.
+#include "Churn.h"
+#include "display/TavPropertyOutlineItem.h"
+#include "explorer/TavWindowController.h"
+#include "model/linux/LinuxRegistryService.h"
+#include "platform/PreferencesStore.h"
+#include "platform/desktop/DesktopRunLoop.h"
+#include "store/TavDataStore.h"
+#include "store/TavDocument.h"
+#include "store/TavDocumentController.h"
+#include "tests/support/EventLoop.h"
+#include "tests/support/RegistryText.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <csignal>
+#include <cstdio>
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/common_interface_defs.h>
+#endif
+
+namespace {
+constexpr int skipped = 77;
+constexpr qint64 checkInterval = 30'000; // milliseconds
+
+volatile std::sig_atomic_t isInterrupted = 0;
+
+double megabytesResident()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toDouble() * 4096 / 1e6;
+}
+
+// Of the one run, for when a sanitizer ends it.
+Churn *runningChurn = nullptr;
+
+class Soak
+{
+public:
+    Soak()
+        : service_(LinuxRegistryService::create(QStringLiteral("/sys"), &error_))
+        , document_(TavDocument::createUntitled(documents_))
+        , store_(document_->dataStore())
+    {
+        window_ = addWindow();
+        store_->setAutoupdate(true);
+        runningChurn = &churn_;
+#ifdef __SANITIZE_ADDRESS__
+        __sanitizer_set_death_callback([] {
+            if (runningChurn)
+                runningChurn->end();
+        });
+#endif
+    }
+    ~Soak()
+    {
+        runningChurn = nullptr;
+    }
+    Soak(const Soak &) = delete;
+    Soak &operator=(const Soak &) = delete;
+
+    bool run(qint64 milliseconds)
+    {
+        QElapsedTimer time;
+        time.start();
+        qint64 nextCheck = checkInterval;
+        while (time.elapsed() < milliseconds && !isInterrupted) {
+            for (auto burst = random_() % 5; burst > 0; --burst)
+                churn_.step();
+            useWindow();
+            turnEventLoopFor(static_cast<int>(random_() % 150));
+            if (time.elapsed() < nextCheck)
+                continue;
+            nextCheck = time.elapsed() + checkInterval;
+            if (!check(time.elapsed()))
+                return false;
+        }
+        churn_.end();
+        return check(time.elapsed());
+    }
+
+private:
+    TavWindowController *addWindow()
+    {
+        auto window = std::make_unique<TavWindowController>(*document_);
+        window->showWindow();
+        TavWindowController *const added = window.get();
+        document_->addWindowController(std::move(window));
+        return added;
+    }
+
+    void useWindow()
+    {
+        const auto &entries = store_->registryEntries();
+        const auto &planes = store_->registryPlanes();
+        switch (random_() % 12) {
+        case 0:
+            window_->setRegistryPlane(
+                planes[static_cast<qsizetype>(random_() % static_cast<std::size_t>(planes.size()))],
+                true);
+            break;
+        case 1: {
+            const EntryRef entry = entries[random_() % entries.size()];
+            window_->goToEntryPath(entry->entryPathInPlane(window_->registryPlane(), 0), true,
+                                   false);
+            break;
+        }
+        case 2:
+            window_->clearTerminatedObjects();
+            break;
+        case 3:
+            window_->updateSelectedObject();
+            break;
+        case 4:
+            store_->setAutoupdate(!store_->isAutoupdate());
+            break;
+        case 5:
+            store_->setPollInterval(0.1 + static_cast<double>(random_() % 20) / 10);
+            store_->setPolledUpdate(!store_->isPolledUpdate());
+            break;
+        case 6:
+            if (second_)
+                document_->removeWindowController(*second_);
+            second_ = second_ ? nullptr : addWindow();
+            break;
+        case 7:
+            if (random_() % 4 == 0)
+                window_->update();
+            break;
+        default:
+            break;
+        }
+    }
+
+    bool agrees()
+    {
+        store_->clearTerminatedObjects();
+        const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error_);
+        const auto fresh = TavDataStore::initFromDxRegistry(*service);
+        fresh->update(); // sorts children by the names of every plane
+        for (const EntryRef &entry : store_->registryEntries())
+            entry->clearIsNew();
+        return RegistryText::planes(*store_) == RegistryText::planes(*fresh);
+    }
+
+    bool check(qint64 elapsed)
+    {
+        store_->setAutoupdate(true);
+        turnEventLoopFor(1000);
+        const bool good = waitFor([this] { return agrees(); }, 60'000);
+        std::printf("%4lld s: %llu changes, %zu entries, %.0f MB%s\n",
+                    static_cast<long long>(elapsed / 1000),
+                    static_cast<unsigned long long>(churn_.changes()),
+                    store_->registryEntries().size(), megabytesResident(),
+                    good ? "" : "; the store differs from a fresh capture");
+        std::fflush(stdout);
+        return good;
+    }
+
+    QString error_;
+    std::mt19937 random_{std::random_device()()};
+    std::unique_ptr<LinuxRegistryService> service_;
+    TavDocumentController documents_{*service_};
+    std::unique_ptr<TavDocument> document_;
+    std::shared_ptr<TavDataStore> store_; // the document's
+    TavWindowController *window_ = nullptr;
+    TavWindowController *second_ = nullptr; // or null
+    Churn churn_{random_};
+};
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    bool isNumber = argc == 2;
+    const int seconds = isNumber ? QByteArray(argv[1]).toInt(&isNumber) : 0;
+    if (!isNumber || seconds <= 0) {
+        std::fputs("usage: vandrel_soak SECONDS\n", stderr);
+        return 2;
+    }
+    if (!Churn::isPossible()) {
+        std::puts("skipped: no virtual device can be added here "
+                  "(needs root, and the zram module or iproute2)");
+        return skipped;
+    }
+    const QTemporaryDir settings;
+    PreferencesStore::setFolder(settings.path());
+    PreferencesStore::standard().registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
+    TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
+    for (const int signal : {SIGINT, SIGTERM})
+        std::signal(signal, [](int) { isInterrupted = 1; });
+    const DesktopRunLoop runLoop;
+    return Soak().run(1000LL * seconds) ? 0 : 1;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QProcess>
+
+// Adds a pair of linked network interfaces and takes it away again.
+class VirtualInterface
+{
+public:
+    VirtualInterface()
+    {
+        static int count = 0;
+        // Not longer than the kernel has room for.
+        name_ = QStringLiteral("v%1x%2").arg(QCoreApplication::applicationPid()).arg(++count);
+        exists_ = ip({QStringLiteral("add"), name_, QStringLiteral("type"), QStringLiteral("veth"),
+                      QStringLiteral("peer"), QStringLiteral("name"), name_ + u'p'});
+    }
+    ~VirtualInterface()
+    {
+        if (exists_)
+            ip({QStringLiteral("delete"), name_});
+    }
+    VirtualInterface(const VirtualInterface &) = delete;
+    VirtualInterface &operator=(const VirtualInterface &) = delete;
+    bool exists() const { return exists_; }
+    const QString &name() const { return name_; }
+
+private:
+    static bool ip(const QStringList &arguments)
+    {
+        QProcess ip;
+        ip.start(QStringLiteral("ip"), QStringList(QStringLiteral("link")) + arguments);
+        return ip.waitForFinished() && ip.exitStatus() == QProcess::NormalExit &&
+               ip.exitCode() == 0;
+    }
+
+    QString name_;
+    bool exists_ = false;
+};
