@@ -11,6 +11,7 @@ void Startup::registerDefaults()
 {
     QJsonObject defaults = TavPropertyOutlineItem::defaultsToRegister();
     defaults.insert(QStringLiteral("DefaultPlane"), QStringLiteral("DxService"));
+    defaults.insert(QStringLiteral("DefaultView"), QStringLiteral("outline"));
     defaults.insert(QStringLiteral("ShowNumPaths"), QStringLiteral("no"));
     defaults.insert(QStringLiteral("Autoupdate"), QStringLiteral("yes"));
     defaults.insert(QStringLiteral("PolledUpdate"), QStringLiteral("no"));

@@ -9,6 +9,8 @@
 #include "platform/PreferencesStore.h"
 #include "platform/desktop/FactField.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/desktop/SegmentedControl.h"
+#include "platform/desktop/SplitViewAutosave.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 
@@ -19,6 +21,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QTimer>
 
 TavWindowController::TavWindowController(TavDocument &document)
@@ -43,6 +46,7 @@ TavWindowController::~TavWindowController()
 void TavWindowController::loadWindow()
 {
     InterfaceLoader loader;
+    loader.addWidgetClass<SegmentedControl>();
     loader.addWidgetClass<FactField>();
     loader.addWidgetClass<TavRegistryOutlineView>();
     loader.addWidgetClass<TavPropertiesOutlineView>();
@@ -56,6 +60,12 @@ void TavWindowController::connectOutlets()
         field = InterfaceLoader::outlet<std::remove_reference_t<decltype(*field)>>(*window_, name);
     };
     outlet(planeListButton_, "planeListButton");
+    outlet(viewStyleControl_, "viewStyleControl");
+    outlet(findField_, "findField");
+    outlet(entryPathsButton_, "entryPathsButton");
+    outlet(explorerSplitView_, "explorerSplitView");
+    outlet(explorerTabView_, "explorerTabView");
+    outlet(registryBrowser_, "registryBrowser");
     outlet(objectNameField_, "objectNameField");
     outlet(objectInheritanceField_, "objectInheritanceField");
     outlet(objectBundleField_, "objectBundleField");
@@ -77,10 +87,12 @@ void TavWindowController::setUpViews()
     registryOutlineView_->setDataSource(*outlineDataSource_);
     propertiesOutlineView_->setDataSource(*propertiesDataSource_);
 
-    auto *const splitView = InterfaceLoader::outlet<QSplitter>(*window_, "explorerSplitView");
-    splitView->setStretchFactor(0, 0);
-    splitView->setStretchFactor(1, 1);
-    splitView->setSizes({window_->width() * 2 / 5, window_->width() * 3 / 5});
+    explorerSplitView_->setStretchFactor(0, 0);
+    explorerSplitView_->setStretchFactor(1, 1);
+    splitViewAutosave_ = std::make_unique<SplitViewAutosave>(*explorerSplitView_);
+    viewStyleControl_->setUp();
+    connect(viewStyleControl_, &SegmentedControl::segmentChosen, this,
+            &TavWindowController::changeView);
 
     // The rows below stay where they are when these facts come and go.
     QSizePolicy policy = dxserviceAttributesView_->sizePolicy();
@@ -111,11 +123,15 @@ void TavWindowController::windowDidLoad()
 {
     updatePlaneList();
     clearObjectInfo();
-    const QString plane = PreferencesStore::standard().string(QStringLiteral("DefaultPlane"));
-    setRegistryPlane(plane.isEmpty() ? QStringLiteral("DxService") : plane, true);
+    const PreferencesStore &preferences = PreferencesStore::standard();
+    setRegistryPlane(preferences.string(QStringLiteral("DefaultPlane")), true);
     TavRegistryEntry *const root = dataStore_->registryRoot();
     // New nodes are expanded, so the tree shows open from top to bottom.
     goToEntryPath(root ? root->entryPathInPlane(registryPlane_, 0) : std::nullopt, true, false);
+    if (preferences.string(QStringLiteral("DefaultView")) == QLatin1String("outline"))
+        outlineView();
+    else
+        browserView();
     updateStatusBar();
     synchronizeWindowTitleWithDocumentName();
     QTimer::singleShot(0, this, &TavWindowController::makeExplorerFirstResponder);
@@ -143,17 +159,12 @@ TavRegistryOutlineItem *TavWindowController::rootOutlineItem() const
     return item.get();
 }
 
+TavDataStore *TavWindowController::dataStore() const
+{
+    return document_.dataStore().get();
+}
+
 QString TavWindowController::registryPathForSelectedEntry() const
 {
     return selectedEntryPath_ ? selectedEntryPath_->registryPath() : QString();
-}
-
-bool TavWindowController::isExplorerFirstResponder() const
-{
-    return window_->focusWidget() == registryOutlineView_;
-}
-
-void TavWindowController::makeExplorerFirstResponder()
-{
-    registryOutlineView_->setFocus(Qt::OtherFocusReason);
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "display/EntryTextAttributes.h"
 #include "display/views/PropertiesViewController.h"
+#include "model/FindOptions.h"
 #include "model/TavRegistryEntryPath.h"
 #include "store/TavDocumentWindowController.h"
 
@@ -9,11 +11,19 @@
 
 class FactField;
 class PlaneMenu;
+class QAbstractItemView;
 class QAction;
 class QCheckBox;
 class QComboBox;
+class QDialog;
 class QLabel;
+class QLineEdit;
 class QMainWindow;
+class QPushButton;
+class QSplitter;
+class QStackedWidget;
+class SegmentedControl;
+class SplitViewAutosave;
 class TavDataStore;
 class TavDocument;
 class TavPropertiesOutlineView;
@@ -38,7 +48,7 @@ public:
     QWidget *documentWindow() const override;
     void showWindow() override;
     TavDocument &document() const { return document_; }
-    TavDataStore *dataStore() const { return dataStore_.get(); }
+    TavDataStore *dataStore() const; // the document's
     const QString &registryPlane() const { return registryPlane_; }
     const std::optional<TavRegistryEntryPath> &selectedEntryPath() const
     {
@@ -49,6 +59,17 @@ public:
     TavRegistryOutlineItem *rootOutlineItem() const; // of the plane; null without a registry
     const PropertyRef &rootPropertyItem() const override { return rootPropertyItem_; }
     bool showNumPaths() const { return showNumPaths_; }
+    bool showTerminatedObjects() const { return showTerminatedObjects_; }
+
+    // Searching. Without a search nothing is found and the set is empty.
+    const std::optional<EntrySet> &foundObjects() const { return foundObjects_; }
+    FindState findStateForRegistryEntry(const TavRegistryEntry &entry) const;
+    bool filterFindResults() const; // whether only what was found is to be shown
+    bool isFiltering() const { return filterFindResults() || !showTerminatedObjects_; }
+    bool passesFilter(const TavRegistryEntry &entry) const;
+    EntryList::Entries filterRegistryEntries(const EntryList::Entries &entries) const;
+    std::vector<TavRegistryOutlineItem *>
+    filterRegistryOutlineItems(std::vector<TavRegistryOutlineItem *> items) const;
 
     QString windowTitleForDocumentDisplayName(const QString &displayName) const;
     QString toolTipForRegistryEntry(const TavRegistryEntry &entry) const;
@@ -67,8 +88,12 @@ public:
     void updateStatusBar();
     void refreshDisplay();
     void refreshPropertiesOutlineView();
+    bool browserIsVisible() const;
     bool isExplorerFirstResponder() const;
     void makeExplorerFirstResponder();
+    void changeView();
+    void outlineView();
+    void browserView();
     void outlineViewSelectionChanged();
 
     void synchronizeWindowTitleWithDocumentName() override;
@@ -83,6 +108,12 @@ public:
     void update();
     void updateSelectedObject();
     void clearTerminatedObjects();
+    void toggleAutoupdate();
+    void toggleTimedUpdate();
+    void changeTimedUpdate();
+    void cancelChangeTimedUpdate();
+    void performChangeTimedUpdate();
+    void toggleShowTerminatedObjects();
     void expandAll();
     void collapseAll();
     void copy();
@@ -95,27 +126,49 @@ private:
     void windowDidLoad();
     void showObjectInfo(const TavRegistryEntry &entry);
     void validateActions();
+    void validateTimedUpdateActions();
+    enum class ViewStyle : quint8 { Outline, Browser };
+    void showView(ViewStyle style);
+    void arrangeSplitView(Qt::Orientation panes);
+    QWidget *explorerView() const;        // the one that is seen
+    QDialog *loadSheet(const char *name); // owned by the window
+    void loadTimedUpdateSheet();
+    void didEndSheet(const QDialog &sheet, int returnCode);
     std::vector<TavRegistryEntryPath> entryPathsForRegistryPath(const QString &path) const;
     void tellOfMultipleMatches();
 
     TavDocument &document_;
     std::shared_ptr<TavDataStore> dataStore_;
+    bool showTerminatedObjects_ = true;
     bool showNumPaths_ = false;
     QString registryPlane_;
     std::optional<TavRegistryEntryPath> selectedEntryPath_;
     EntryRef selectedEntry_;
     mutable QHash<QString, std::shared_ptr<TavRegistryOutlineItem>> rootOutlineItemsInPlanes_;
     PropertyRef rootPropertyItem_;
+    QString findQuery_; // null: no search
+    std::optional<EntrySet> foundObjects_;
+    QHash<QString, EntrySet> parentsOfFoundObjectsInPlanes_;
 
     std::unique_ptr<TavRegistryOutlineViewDataSource> outlineDataSource_;
     std::unique_ptr<TavPropertiesOutlineViewDataSource> propertiesDataSource_;
     std::unique_ptr<QMainWindow> window_; // goes first: its views use what is above
     std::unique_ptr<PlaneMenu> planeMenu_;
+    std::unique_ptr<SplitViewAutosave> splitViewAutosave_;
 
     QAction *updateAction_ = nullptr;
     QAction *updateSelectedObjectAction_ = nullptr;
     QAction *clearTerminatedObjectsAction_ = nullptr;
+    QAction *outlineViewAction_ = nullptr;
+    QAction *browserViewAction_ = nullptr;
+    QAction *toggleAutoupdateAction_ = nullptr;
+    QAction *toggleTimedUpdateAction_ = nullptr;
+    QAction *changeTimedUpdateAction_ = nullptr;
+    QAction *toggleShowTerminatedObjectsAction_ = nullptr;
     QComboBox *planeListButton_ = nullptr;
+    SegmentedControl *viewStyleControl_ = nullptr;
+    QLineEdit *findField_ = nullptr;
+    QComboBox *entryPathsButton_ = nullptr;
     FactField *objectNameField_ = nullptr;
     FactField *objectInheritanceField_ = nullptr;
     FactField *objectBundleField_ = nullptr;
@@ -125,8 +178,17 @@ private:
     QCheckBox *objectRegisteredCell_ = nullptr;
     QCheckBox *objectMatchedCell_ = nullptr;
     QCheckBox *objectActiveCell_ = nullptr;
+    QSplitter *explorerSplitView_ = nullptr;
+    QStackedWidget *explorerTabView_ = nullptr;
+    QAbstractItemView *registryBrowser_ = nullptr;
     TavRegistryOutlineView *registryOutlineView_ = nullptr;
     TavPropertiesOutlineView *propertiesOutlineView_ = nullptr;
+    QCheckBox *filteredFindCheckbox_ = nullptr;
+    QDialog *goToPathSheet_ = nullptr; // the sheets are loaded on first use
+    QDialog *timedUpdateSheet_ = nullptr;
+    QLineEdit *timedUpdateField_ = nullptr;
+    QPushButton *timedUpdateCancelButton_ = nullptr;
+    QPushButton *timedUpdateSetButton_ = nullptr;
     QLabel *systemStatusField1_ = nullptr;
     QLabel *systemStatusField2_ = nullptr;
     QLabel *systemStatusField3_ = nullptr;

@@ -38,6 +38,16 @@ void TavWindowController::connectActions()
     for (const QAction *menu : window_->menuBar()->actions())
         menu->menu()->menuAction()->setVisible(!menu->menu()->isEmpty());
     connectAction("copyAction", [this] { copy(); });
+    outlineViewAction_ = connectAction("outlineViewAction", [this] { outlineView(); });
+    browserViewAction_ = connectAction("browserViewAction", [this] { browserView(); });
+    toggleAutoupdateAction_ =
+        connectAction("toggleAutoupdateAction", [this] { toggleAutoupdate(); });
+    toggleTimedUpdateAction_ =
+        connectAction("toggleTimedUpdateAction", [this] { toggleTimedUpdate(); });
+    changeTimedUpdateAction_ =
+        connectAction("changeTimedUpdateAction", [this] { changeTimedUpdate(); });
+    toggleShowTerminatedObjectsAction_ = connectAction("toggleShowTerminatedObjectsAction",
+                                                       [this] { toggleShowTerminatedObjects(); });
     connectAction("expandAllAction", [this] { expandAll(); });
     connectAction("collapseAllAction", [this] { collapseAll(); });
     updateAction_ = connectAction("updateAction", [this] { update(); });
@@ -46,14 +56,6 @@ void TavWindowController::connectActions()
         connectAction("updateSelectedObjectAction", [this] { updateSelectedObject(); });
     clearTerminatedObjectsAction_ =
         connectAction("clearTerminatedObjectsAction", [this] { clearTerminatedObjects(); });
-}
-
-void TavWindowController::validateActions()
-{
-    const bool isLive = dataStore_->isLive();
-    updateAction_->setEnabled(isLive);
-    updateSelectedObjectAction_->setEnabled(isLive && selectedEntry_);
-    clearTerminatedObjectsAction_->setEnabled(isLive);
 }
 
 void TavWindowController::update()
@@ -78,6 +80,13 @@ void TavWindowController::clearTerminatedObjects()
     if (!dataStore_->isLive())
         SystemBeep::beep();
     dataStore_->clearTerminatedObjects();
+}
+
+void TavWindowController::toggleShowTerminatedObjects()
+{
+    showTerminatedObjects_ = !showTerminatedObjects_;
+    refreshDisplay();
+    validateActions();
 }
 
 void TavWindowController::expandAll()

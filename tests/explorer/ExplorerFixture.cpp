@@ -4,6 +4,7 @@
 #include "platform/PreferencesStore.h"
 #include "platform/SystemBeep.h"
 
+#include <QJsonObject>
 #include <QTest>
 #include <QTreeView>
 #include <stdexcept>
@@ -11,7 +12,10 @@
 ExplorerFixture::ExplorerFixture()
 {
     PreferencesStore::setFolder(preferences_.path());
-    PreferencesStore::standard().registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
+    QJsonObject defaults = TavPropertyOutlineItem::defaultsToRegister();
+    defaults.insert(QStringLiteral("DefaultPlane"), QStringLiteral("DxService"));
+    defaults.insert(QStringLiteral("DefaultView"), QStringLiteral("outline"));
+    PreferencesStore::standard().registerDefaults(defaults);
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
     SystemBeep::setSounder([this] { ++beeps_; });
     documents_.setWindowControllerFactory(
