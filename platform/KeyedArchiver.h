@@ -57,7 +57,7 @@ public:
         _step(key, true);
         if constexpr (std::signed_integral<T>) {
             if (value < 0) {
-                record_.add(ArchiveItemKind::NegativeInteger, static_cast<quint64>(~value));
+                record_.add(ArchiveItemKind::NegativeInteger, ~static_cast<quint64>(value));
                 return;
             }
         }

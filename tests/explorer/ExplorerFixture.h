@@ -9,6 +9,7 @@
 
 #include <QMainWindow>
 #include <QTemporaryDir>
+#include <gtest/gtest.h>
 #include <string>
 
 class QTreeView;

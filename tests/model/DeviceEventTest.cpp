@@ -1,5 +1,6 @@
 #include "model/linux/DeviceEvent.h"
 
+#include <QByteArrayList>
 #include <gtest/gtest.h>
 #include <random>
 

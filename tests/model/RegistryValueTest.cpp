@@ -40,7 +40,7 @@ TEST(RegistryValue, SharesWhatItHoldsAndOutlivesItsSource)
         EXPECT_EQ(outer.descendantCount(), 4U);
         inner = outer.member(u"list");
         RegistryValue moved = std::move(inner);
-        EXPECT_TRUE(inner.isNone());
+        EXPECT_TRUE(inner.isNone()); // NOLINT(bugprone-use-after-move): none is what is left
         inner = moved;
         inner = RegistryValue(inner); // onto itself, through a copy
     }

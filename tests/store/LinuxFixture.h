@@ -14,7 +14,7 @@ struct CapturedTree
 
     CapturedTree() = default;
     CapturedTree(CapturedTree &&) = default;
-    CapturedTree &operator=(CapturedTree &&other)
+    CapturedTree &operator=(CapturedTree &&other) noexcept
     {
         store = std::move(other.store); // first, for a store needs its service to the end
         service = std::move(other.service);

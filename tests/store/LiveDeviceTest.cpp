@@ -206,6 +206,7 @@ TEST(LiveStorm, OverflowEndsAsAFreshCapture)
     const auto store = TavDataStore::initFromDxRegistry(*service);
     store->setAutoupdate(true);
     std::vector<std::unique_ptr<VirtualDisk>> disks;
+    disks.reserve(40);
     for (int i = 0; i < 40; ++i)
         disks.push_back(std::make_unique<VirtualDisk>());
     for (int i = 0; i < 200; ++i) {

@@ -13,7 +13,7 @@ QByteArray cutAfter(QByteArray &text, const char *mark)
     const qsizetype at = text.indexOf(mark);
     if (at < 0)
         return {};
-    const QByteArray after = text.mid(at + qstrlen(mark));
+    const QByteArray after = text.mid(at + QByteArrayView(mark).size());
     text.truncate(at);
     return after;
 }
