@@ -8,4 +8,5 @@ class PropertiesViewController
 public:
     virtual ~PropertiesViewController() = default;
     virtual const PropertyRef &rootPropertyItem() const = 0; // null when nothing is selected
+    virtual void propertiesViewSelectionChanged() = 0;
 };

@@ -19,12 +19,15 @@ public:
 
     void reloadData();
     void noteHeightOfAllRowsChanged();
+    void setAllRowsExpanded(bool isExpanded);
     TavRegistryProperty *selectedItem() const; // null when no row is selected
 
 protected:
     void changeEvent(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
+    void setUpHeader();
     void openRememberedRows(const QModelIndex &top);
 
     TavPropertiesOutlineViewDataSource *dataSource_ = nullptr;

@@ -1,5 +1,6 @@
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 
+#include "display/PropertyOrder.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/PropertiesViewController.h"
 #include "platform/SystemBeep.h"
@@ -13,9 +14,10 @@ struct TavPropertiesOutlineViewDataSource::Row
 {
     TavRegistryProperty *item = nullptr;
     Row *parent = nullptr;
-    int number = 0;
+    int number = 0; // among its parent's, as shown
     bool hasMadeRows = false;
-    std::vector<Row> rows = {}; // made on first demand, never changed again
+    std::vector<Row> rows = {};    // by nature; made on first demand, never moved again
+    std::vector<Row *> shown = {}; // the same in the order of showing
 };
 
 TavPropertiesOutlineViewDataSource::TavPropertiesOutlineViewDataSource(
@@ -34,6 +36,9 @@ bool TavPropertiesOutlineViewDataSource::reload()
         rootItem_ && newRoot && newRoot->registryEntry() == rootItem_->registryEntry();
     if (isSameEntry && newRoot != rootItem_)
         expandedItems_.carryOver(*rootItem_, *newRoot);
+    // Formats may have changed since it was last shown.
+    if (TavPropertyOutlineItem *const top = outlineItem(newRoot.get()); newRoot != rootItem_ && top)
+        top->resetDisplayValueRecursive();
     beginResetModel();
     root_ = std::make_unique<Row>(Row{newRoot.get(), nullptr, 0});
     const PropertyRef oldRoot = std::exchange(rootItem_, newRoot);
@@ -63,8 +68,53 @@ TavPropertiesOutlineViewDataSource::madeRow(const QModelIndex &parent) const
         row.rows.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i)
             row.rows.push_back(Row{row.item->childAtIndex(i), &row, i});
+        sortRowsBelow(row);
     }
     return row;
+}
+
+void TavPropertiesOutlineViewDataSource::sortRowsBelow(Row &row) const
+{
+    row.shown.resize(row.rows.size());
+    std::transform(row.rows.begin(), row.rows.end(), row.shown.begin(),
+                   [](Row &below) { return &below; });
+    if (sortColumn_ >= 0) {
+        const auto by = static_cast<PropertyOrder::By>(sortColumn_);
+        const bool isReversed = sortOrder_ == Qt::DescendingOrder;
+        std::stable_sort(row.shown.begin(), row.shown.end(), [=](const Row *a, const Row *b) {
+            return isReversed ? PropertyOrder::precedes(by, *b->item, *a->item)
+                              : PropertyOrder::precedes(by, *a->item, *b->item);
+        });
+    }
+    for (std::size_t i = 0; i < row.shown.size(); ++i)
+        row.shown[i]->number = static_cast<int>(i);
+}
+
+void TavPropertiesOutlineViewDataSource::sort(int column, Qt::SortOrder order)
+{
+    const int known = column >= 0 && column < ColumnCount ? column : -1;
+    if (known == sortColumn_ && order == sortOrder_)
+        return;
+    sortColumn_ = known;
+    sortOrder_ = order;
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    const QModelIndexList kept = persistentIndexList();
+    std::vector<Row *> pending{root_.get()};
+    while (!pending.empty()) {
+        Row &row = *pending.back();
+        pending.pop_back();
+        sortRowsBelow(row);
+        for (Row &below : row.rows) {
+            if (below.hasMadeRows)
+                pending.push_back(&below);
+        }
+    }
+    QModelIndexList moved;
+    moved.reserve(kept.size());
+    for (const QModelIndex &index : kept)
+        moved.append(createIndex(rowOf(index)->number, index.column(), index.internalPointer()));
+    changePersistentIndexList(kept, moved);
+    Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
 TavRegistryProperty *TavPropertiesOutlineViewDataSource::item(const QModelIndex &index) const
@@ -112,12 +162,36 @@ void TavPropertiesOutlineViewDataSource::itemDidCollapse(const QModelIndex &inde
         expandedItems_.remove(*closed);
 }
 
+void TavPropertiesOutlineViewDataSource::noteAllItemsExpanded(bool isExpanded)
+{
+    std::vector<TavRegistryProperty *> pending;
+    if (rootItem_)
+        pending.push_back(rootItem_.get());
+    while (!pending.empty()) {
+        TavRegistryProperty *const item = pending.back();
+        pending.pop_back();
+        if (!item->isCollection())
+            continue;
+        if (isExpanded)
+            expandedItems_.insert(*item);
+        else
+            expandedItems_.remove(*item);
+        const auto children = item->children();
+        pending.insert(pending.end(), children.begin(), children.end());
+    }
+}
+
+void TavPropertiesOutlineViewDataSource::selectionDidChange()
+{
+    windowController_.propertiesViewSelectionChanged();
+}
+
 QModelIndex TavPropertiesOutlineViewDataSource::index(int row, int column,
                                                       const QModelIndex &parent) const
 {
     if (row < 0 || column < 0 || column >= ColumnCount || row >= rowCount(parent))
         return {};
-    return createIndex(row, column, &madeRow(parent).rows[static_cast<std::size_t>(row)]);
+    return createIndex(row, column, madeRow(parent).shown[static_cast<std::size_t>(row)]);
 }
 
 QModelIndex TavPropertiesOutlineViewDataSource::parent(const QModelIndex &index) const

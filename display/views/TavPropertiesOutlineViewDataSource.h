@@ -24,12 +24,14 @@ public:
     // Shows the controller's present tree. Whether it is of the same entry as the one before.
     bool reload();
     void noteValuesChanged(); // their texts, that is
+    void selectionDidChange();
 
     TavRegistryProperty *item(const QModelIndex &index) const; // null for the invisible top
     StyledText styledText(const QModelIndex &index) const;
     bool isItemExpanded(const TavRegistryProperty &item) const;
     void itemDidExpand(const QModelIndex &index);
     void itemDidCollapse(const QModelIndex &index);
+    void noteAllItemsExpanded(bool isExpanded);
     void removeTerminatedItems() { expandedItems_.removeTerminatedItems(); }
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
@@ -41,12 +43,15 @@ public:
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
+    // By a column's order, or by nature: as the entry gives them, for any other number.
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 private:
     struct Row;
 
     Row *rowOf(const QModelIndex &index) const;
     Row &madeRow(const QModelIndex &parent) const; // with the rows below it made
+    void sortRowsBelow(Row &row) const;
     static TavPropertyOutlineItem *outlineItem(TavRegistryProperty *item);
     static bool mayEdit(const TavRegistryProperty &item, int column);
 
@@ -55,4 +60,6 @@ private:
     ExpandedItems expandedItems_;
     PropertyRef rootItem_; // keeps the nodes that the rows stand for
     std::unique_ptr<Row> root_;
+    int sortColumn_ = -1;
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
 };

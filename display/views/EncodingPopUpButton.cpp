@@ -1,0 +1,95 @@
+#include "display/views/EncodingPopUpButton.h"
+
+#include "display/EncodingManager.h"
+#include "display/views/SelectEncodingsPanel.h"
+
+#include <QScopedValueRollback>
+#include <QSignalBlocker>
+
+namespace {
+QString titleOf(quint32 encoding)
+{
+    const QString name = TextEncodings::displayName(encoding);
+    return name.isNull() ? EncodingPopUpButton::tr("Encoding %1").arg(encoding) : name;
+}
+} // namespace
+
+EncodingPopUpButton::EncodingPopUpButton(QWidget *parent)
+    : QComboBox(parent)
+    , cell_(*this)
+    , observation_(NotificationCenter::defaultCenter().observe(
+          EncodingManager::listChangedNotification(), nullptr,
+          [this](const auto &) { encodingsListChanged(); }))
+{
+    connect(this, &QComboBox::activated, this, &EncodingPopUpButton::noteActivated);
+}
+
+void EncodingPopUpButton::setEncoding(quint32 encoding, bool defaultEntry)
+{
+    defaultEncoding_ = encoding;
+    hasDefaultEntry_ = defaultEntry;
+    setupPopUp(encoding, defaultEntry);
+}
+
+quint32 EncodingPopUpButton::selectedEncoding() const
+{
+    const QVariant tag = currentData();
+    return tag.isValid() ? tag.toUInt() : TextEncodings::none;
+}
+
+void EncodingPopUpButton::setupPopUp(quint32 selectedEncoding, bool withDefaultEntry)
+{
+    EncodingManager::Encodings encodings = EncodingManager::sharedInstance().enabledEncodings();
+    const bool isListed =
+        std::find(encodings.begin(), encodings.end(), selectedEncoding) != encodings.end();
+    // The present choice is offered even if it is not enabled.
+    if (!withDefaultEntry && selectedEncoding != TextEncodings::none && !isListed)
+        encodings.push_back(selectedEncoding);
+
+    const QSignalBlocker blocker(this); // nothing is chosen here
+    clear();
+    if (withDefaultEntry)
+        addItem(tr("Automatic"), TextEncodings::none);
+    int selected = 0;
+    for (const quint32 encoding : encodings) {
+        if (encoding == selectedEncoding)
+            selected = count();
+        addItem(titleOf(encoding), encoding);
+    }
+    if (count() > 0) {
+        insertSeparator(count());
+        setItemData(count() - 1, TextEncodings::none);
+    }
+    addItem(tr("Customize Encodings List…"), TextEncodings::none);
+    setCurrentIndex(-1);
+    cell_.selectItemAtIndex(selected);
+}
+
+void EncodingPopUpButton::noteActivated()
+{
+    const bool customizes = cell_.takeLastItemChosen();
+    if (!customizes)
+        Q_EMIT encodingChosen();
+    else if (!isStepping_)
+        SelectEncodingsPanel::sharedInstance().showPanel();
+}
+
+void EncodingPopUpButton::encodingsListChanged()
+{
+    const quint32 selected = selectedEncoding();
+    if (selected != 0 && selected != TextEncodings::none)
+        defaultEncoding_ = selected;
+    setupPopUp(defaultEncoding_, hasDefaultEntry_);
+}
+
+void EncodingPopUpButton::keyPressEvent(QKeyEvent *event)
+{
+    const QScopedValueRollback stepping(isStepping_, true);
+    QComboBox::keyPressEvent(event);
+}
+
+void EncodingPopUpButton::wheelEvent(QWheelEvent *event)
+{
+    const QScopedValueRollback stepping(isStepping_, true);
+    QComboBox::wheelEvent(event);
+}

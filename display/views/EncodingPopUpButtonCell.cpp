@@ -1,0 +1,28 @@
+#include "display/views/EncodingPopUpButtonCell.h"
+
+#include <QComboBox>
+
+EncodingPopUpButtonCell::EncodingPopUpButtonCell(QComboBox &popUp)
+    : popUp_(popUp)
+{
+    connect(&popUp, &QComboBox::currentIndexChanged, this, &EncodingPopUpButtonCell::noteSelected);
+}
+
+void EncodingPopUpButtonCell::selectItemAtIndex(int index)
+{
+    if (index + 2 > popUp_.count())
+        return;
+    selected_ = index;
+    popUp_.setCurrentIndex(index);
+}
+
+// The user's choice takes effect before it can be refused, so it is taken back.
+void EncodingPopUpButtonCell::noteSelected(int index)
+{
+    if (index + 2 <= popUp_.count()) {
+        selected_ = index;
+        return;
+    }
+    lastItemChosen_ = true;
+    popUp_.setCurrentIndex(selected_);
+}

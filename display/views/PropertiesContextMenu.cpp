@@ -1,0 +1,73 @@
+#include "display/views/PropertiesContextMenu.h"
+
+#include "display/views/TavFormatController.h"
+#include "display/views/TavPropertiesOutlineView.h"
+#include "display/views/TavPropertiesOutlineViewDataSource.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+using DataSource = TavPropertiesOutlineViewDataSource;
+
+PropertiesContextMenu::PropertiesContextMenu(TavPropertiesOutlineView &view,
+                                             const QModelIndex &index)
+    : QMenu(&view)
+    , view_(view)
+    , index_(index)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    if (index.isValid())
+        addCopyActions();
+    addExpansionActions();
+    if (index.isValid())
+        addFormatAction();
+}
+
+void PropertiesContextMenu::addCopyActions()
+{
+    addAction(tr("Copy &Key"), this, [this] { copy(cellText(DataSource::KeyColumn)); });
+    addAction(QIcon::fromTheme(QStringLiteral("edit-copy")), tr("Copy &Value"), this,
+              [this] { copy(cellText(DataSource::ValueColumn)); });
+    addAction(tr("Copy &Path"), this, [this] { copy(path()); });
+    addAction(tr("Copy &Row"), this, [this] {
+        copy(cellText(DataSource::KeyColumn) + u'\t' + cellText(DataSource::TypeColumn) + u'\t' +
+             cellText(DataSource::ValueColumn));
+    });
+    addSeparator();
+}
+
+void PropertiesContextMenu::addExpansionActions()
+{
+    addAction(QIcon::fromTheme(QStringLiteral("view-expand-all")), tr("&Expand All"), &view_,
+              [view = &view_] { view->setAllRowsExpanded(true); });
+    addAction(QIcon::fromTheme(QStringLiteral("view-collapse-all")), tr("Co&llapse All"), &view_,
+              [view = &view_] { view->setAllRowsExpanded(false); });
+}
+
+void PropertiesContextMenu::addFormatAction()
+{
+    addSeparator();
+    addAction(tr("Show in &Format Panel"), this, [this] {
+        if (!index_.isValid())
+            return;
+        view_.setCurrentIndex(index_);
+        TavFormatController::sharedInstance().showPropertyFormatPanel();
+    });
+}
+
+void PropertiesContextMenu::copy(const QString &text) const
+{
+    if (index_.isValid())
+        QGuiApplication::clipboard()->setText(text);
+}
+
+QString PropertiesContextMenu::cellText(int column) const
+{
+    return QModelIndex(index_).siblingAtColumn(column).data(Qt::EditRole).toString();
+}
+
+QString PropertiesContextMenu::path() const
+{
+    const TavRegistryProperty *const item = view_.dataSource()->item(index_);
+    return item ? item->propertyPath() : QString();
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QMenu>
+#include <QPersistentModelIndex>
+
+class TavPropertiesOutlineView;
+
+// The commands on one property.
+class PropertiesContextMenu : public QMenu
+{
+    Q_OBJECT
+public:
+    PropertiesContextMenu(TavPropertiesOutlineView &view, const QModelIndex &index);
+
+private:
+    void addCopyActions();
+    void addExpansionActions();
+    void addFormatAction();
+    void copy(const QString &text) const;
+    QString cellText(int column) const;
+    QString path() const;
+
+    TavPropertiesOutlineView &view_;
+    QPersistentModelIndex index_; // its row may go while the menu is open
+};

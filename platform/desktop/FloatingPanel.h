@@ -1,0 +1,11 @@
+#pragma once
+
+class QWidget;
+
+// Tool windows that float above the program's other windows, whichever of them is in use.
+namespace FloatingPanel {
+// Makes one of a window that is not shown yet.
+void prepare(QWidget &panel);
+// To the front, with the keyboard. It can be used even while a modal dialog is up.
+void makeKey(QWidget &panel);
+} // namespace FloatingPanel
