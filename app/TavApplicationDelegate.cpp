@@ -4,6 +4,7 @@
 #include "app/PreferencesWarning.h"
 #include "app/WindowPicture.h"
 #include "display/TavPropertyOutlineItem.h"
+#include "display/views/TavFormatController.h"
 #include "explorer/TavWindowController.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "platform/desktop/DocumentWindows.h"
@@ -33,6 +34,8 @@ TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> 
             [this](Document &, DocumentWindowController &controller) {
                 connectCommands(*static_cast<TavWindowController &>(controller).window());
             });
+    connect(&TavFormatController::sharedInstance(), &TavFormatController::dataViewOptionsChanged,
+            &documents_, &TavDocumentController::dataViewOptionsChanged);
     connect(&documents_, &DocumentController::terminationRequested, &QApplication::quit);
 }
 

@@ -1,5 +1,6 @@
 #include "explorer/TavRegistryOutlineItem.h"
 
+#include "display/views/TavFormatController.h"
 #include "explorer/TavWindowController.h"
 
 TavRegistryOutlineItem::TavRegistryOutlineItem(const TavWindowController &windowController,
@@ -167,8 +168,8 @@ const TavRegistryOutlineItem::DisplayName &TavRegistryOutlineItem::displayName()
     if (registryState == registryState_ && name == displayName_.text)
         return displayName_;
     registryState_ = registryState;
-    displayName_ = {name, EntryTextAttributes::forState(registryState, FindStateNone,
-                                                        registryEntry_->isRegistryRoot())};
+    displayName_ = {name, TavFormatController::textAttributesForRegistryState(
+                              registryState, FindStateNone, registryEntry_->isRegistryRoot())};
     return displayName_;
 }
 

@@ -35,6 +35,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     connectOutlets();
     setUpViews();
     connectActions();
+    setUpFormats();
     windowDidLoad();
 }
 

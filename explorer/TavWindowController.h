@@ -103,6 +103,8 @@ public:
     void noteDataStoreObjectsTerminated() override;
     void noteDataStoreClearedTerminatedObjects() override;
     void dataViewOptionsChanged(TavRegistryProperty *item) override;
+    void propertiesViewSelectionChanged() override;
+    void windowDidBecomeKey();
 
     void newDocumentWindow();
     void update();
@@ -118,10 +120,14 @@ public:
     void collapseAll();
     void copy();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void loadWindow();
     void connectOutlets();
     void connectActions();
+    void setUpFormats();
     void setUpViews();
     void windowDidLoad();
     void showObjectInfo(const TavRegistryEntry &entry);

@@ -1,4 +1,3 @@
-#include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/DateText.h"
 #include "explorer/TavRegistryOutlineItem.h"
@@ -165,13 +164,4 @@ void TavWindowController::noteDataStoreClearedTerminatedObjects()
     if (document_.hasFile())
         document_.setDocumentEdited(true);
     refreshDisplay();
-}
-
-void TavWindowController::dataViewOptionsChanged(TavRegistryProperty *item)
-{
-    auto *const changed = dynamic_cast<TavPropertyOutlineItem *>(item);
-    if (!changed)
-        return;
-    changed->resetDisplayValueRecursive();
-    refreshPropertiesOutlineView();
 }

@@ -1,6 +1,7 @@
 #include "ExplorerFixture.h"
 
 #include "display/TavPropertyOutlineItem.h"
+#include "display/views/TavFormatController.h"
 #include "platform/PreferencesStore.h"
 #include "platform/SystemBeep.h"
 
@@ -20,6 +21,9 @@ ExplorerFixture::ExplorerFixture()
     SystemBeep::setSounder([this] { ++beeps_; });
     documents_.setWindowControllerFactory(
         [](TavDocument &document) { return std::make_unique<TavWindowController>(document); });
+    QObject::connect(&TavFormatController::sharedInstance(),
+                     &TavFormatController::dataViewOptionsChanged, &documents_,
+                     &TavDocumentController::dataViewOptionsChanged);
 }
 
 ExplorerFixture::~ExplorerFixture()

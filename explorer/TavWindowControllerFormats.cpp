@@ -1,0 +1,47 @@
+#include "display/TavPropertyOutlineItem.h"
+#include "display/views/TavFormatController.h"
+#include "display/views/TavPropertiesOutlineView.h"
+#include "explorer/TavWindowController.h"
+#include "platform/desktop/InterfaceLoader.h"
+
+#include <QAction>
+#include <QEvent>
+#include <QMainWindow>
+
+void TavWindowController::setUpFormats()
+{
+    TavFormatController::sharedInstance().addTogglePropertyFormatPanelMenuItem(
+        *InterfaceLoader::outlet<QAction>(*window_, "togglePropertyFormatPanelAction"));
+    window_->installEventFilter(this);
+}
+
+bool TavWindowController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == window_.get() && event->type() == QEvent::WindowActivate)
+        windowDidBecomeKey();
+    return QObject::eventFilter(watched, event);
+}
+
+void TavWindowController::windowDidBecomeKey()
+{
+    propertiesViewSelectionChanged();
+}
+
+void TavWindowController::propertiesViewSelectionChanged()
+{
+    TavRegistryProperty *const selected = propertiesOutlineView_->selectedItem();
+    TavFormatController::sharedInstance().setSelectedPropertyItem(
+        selected ? selected : rootPropertyItem_.get());
+}
+
+void TavWindowController::dataViewOptionsChanged(TavRegistryProperty *item)
+{
+    auto *const changed = dynamic_cast<TavPropertyOutlineItem *>(item);
+    if (!changed)
+        return;
+    changed->resetDisplayValueRecursive();
+    // The same format may apply to properties of this window's entry.
+    if (auto *const shown = dynamic_cast<TavPropertyOutlineItem *>(rootPropertyItem_.get()))
+        shown->resetDisplayValueRecursive();
+    refreshPropertiesOutlineView();
+}
