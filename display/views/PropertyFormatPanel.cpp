@@ -9,6 +9,8 @@
 #include <QCheckBox>
 #include <QEvent>
 #include <QLabel>
+#include <QMenu>
+#include <QPushButton>
 
 namespace {
 using Type = RegistryValue::Type;
@@ -72,12 +74,17 @@ void PropertyFormatPanel::connectActions()
     static constexpr const char *names[ActionCount] = {
         "propertyFormatActionItemSetDefaults", "propertyFormatActionItemUseShared",
         "propertyFormatActionItemClearContents", "propertyFormatActionItemClearSubclasses"};
+    auto *const button = InterfaceLoader::outlet<QPushButton>(*window_, "propertyFormatActionMenu");
+    auto *const menu = new QMenu(button);
+    button->setMenu(menu);
     for (int i = 0; i < ActionCount; ++i) {
         const auto tag = static_cast<ActionTag>(i);
         actions_[tag] = InterfaceLoader::outlet<QAction>(*window_, names[tag]);
         connect(actions_[tag], &QAction::triggered, this,
                 [this, tag] { Q_EMIT actionChosen(tag); });
+        menu->addAction(actions_[tag]);
     }
+    menu->insertSeparator(actions_[ClearContents]);
 }
 
 bool PropertyFormatPanel::eventFilter(QObject *watched, QEvent *event)
