@@ -28,6 +28,10 @@ if(VANDREL_SANITIZE)
     target_link_options(vandrel_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(VANDREL_FUZZ)
+    target_compile_options(vandrel_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)

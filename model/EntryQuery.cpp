@@ -110,7 +110,8 @@ bool EntryQuery::containsName(const TavRegistryProperty &table, const TextSearch
 
 bool EntryQuery::containsString(const TavRegistryProperty &table, const TextSearch &search)
 {
-    return table.anyBelow([&](const TavRegistryProperty &node) {
+    const auto isFound = [&](const TavRegistryProperty &node) {
         return !node.isCollection() && search.matches(node.stringView());
-    });
+    };
+    return isFound(table) || table.anyBelow(isFound);
 }

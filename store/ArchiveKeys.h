@@ -7,9 +7,10 @@ struct ArchiveClassName
 {
     static constexpr QLatin1String dataStore[] = {QLatin1String("TavDataStore")};
     static constexpr QLatin1String entry[] = {QLatin1String("TavRegistryEntry")};
-    // Which of the two a node becomes is settled by the class in use, not by the archive.
-    static constexpr QLatin1String property[] = {QLatin1String("TavRegistryProperty"),
-                                                 QLatin1String("TavPropertyOutlineItem")};
+    // Which of the two a node becomes is settled by the class in use, not by the archive. Children
+    // are display items only, so that is what all nodes are written as.
+    static constexpr QLatin1String child[] = {QLatin1String("TavPropertyOutlineItem")};
+    static constexpr QLatin1String property[] = {child[0], QLatin1String("TavRegistryProperty")};
 };
 
 struct DataStoreKey

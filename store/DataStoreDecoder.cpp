@@ -56,8 +56,8 @@ bool DataStoreDecoder::decodeStore()
 
 void DataStoreDecoder::checkVersion() const
 {
-    const auto version = object_.decodeInteger<qint64>(Key::version);
-    if (version <= 0)
+    const auto version = object_.decodeInteger<quint64>(Key::version);
+    if (version == 0)
         throw TavOldUnsupportedFileVersionException();
     if (version >= 3)
         throw TavNewUnsupportedFileVersionException();

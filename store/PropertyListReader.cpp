@@ -3,20 +3,72 @@
 #include "store/StoreLogging.h"
 
 #include <QSet>
+#include <QStringDecoder>
 
 namespace {
 constexpr qsizetype largestList = 64 * 1024 * 1024; // bytes
 constexpr int deepestNesting = 64;
+constexpr qsizetype longestTag = 512;
+
+// What ends the markup that starts at the position; null for a tag or a document type.
+QLatin1String endOfMarkup(QStringView xml, qsizetype start)
+{
+    const QStringView markup = xml.sliced(start);
+    if (markup.startsWith(QLatin1String("<!--")))
+        return QLatin1String("-->");
+    if (markup.startsWith(QLatin1String("<![CDATA[")))
+        return QLatin1String("]]>");
+    if (markup.startsWith(QLatin1String("<?")))
+        return QLatin1String("?>");
+    return {};
+}
+
+// The position after a tag, or -1 when it is too long or declares something.
+qsizetype endOfTag(QStringView xml, qsizetype start)
+{
+    QChar quote;
+    for (const QChar c : xml.sliced(start, std::min(longestTag, xml.size() - start))) {
+        ++start;
+        if (!quote.isNull())
+            quote = c == quote ? QChar() : quote;
+        else if (c == u'>')
+            return start;
+        else if (c == u'[')
+            return -1;
+        else if (c == u'"' || c == u'\'')
+            quote = c;
+    }
+    return -1;
+}
+
+// The stream reader takes time with the square of a tag's attributes and of what the document type
+// declares; property lists need neither.
+bool hasShortTags(QStringView xml)
+{
+    qsizetype start = xml.indexOf(u'<');
+    while (start >= 0) {
+        const QLatin1String end = endOfMarkup(xml, start);
+        start = end.isNull() ? endOfTag(xml, start) : xml.indexOf(end, start);
+        if (start < 0)
+            return false;
+        start = xml.indexOf(u'<', start);
+    }
+    return true;
+}
 } // namespace
 
 RegistryValue PropertyListReader::read(const QByteArray &xml)
 {
     if (xml.size() > largestList)
         return {};
-    return PropertyListReader(xml).readDocument();
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(xml);
+    if (decoder.hasError() || !hasShortTags(text))
+        return {};
+    return PropertyListReader(text).readDocument();
 }
 
-PropertyListReader::PropertyListReader(const QByteArray &xml)
+PropertyListReader::PropertyListReader(const QString &xml)
     : xml_(xml)
 {}
 
@@ -45,10 +97,6 @@ bool PropertyListReader::nextElement()
             return true;
         case QXmlStreamReader::EndElement:
             return false;
-        case QXmlStreamReader::DTD:
-            if (!xml_.entityDeclarations().isEmpty())
-                fail("entities are declared");
-            break;
         case QXmlStreamReader::Characters:
             if (!xml_.isWhitespace())
                 fail("text between elements");

@@ -10,11 +10,12 @@
 class PropertyListReader
 {
 public:
-    // None when the bytes are no sound property list, or one that is too large or too deep.
+    // None when the bytes are no sound property list in UTF-8, or one that is too large, too deep
+    // or declares more than its document type.
     static RegistryValue read(const QByteArray &xml);
 
 private:
-    explicit PropertyListReader(const QByteArray &xml);
+    explicit PropertyListReader(const QString &xml);
     RegistryValue readDocument();
     bool nextElement();
     RegistryValue readValue(int depth);

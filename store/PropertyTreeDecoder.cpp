@@ -55,11 +55,7 @@ bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Pendi
     const auto parent = object.decodeReference(Key::parent, ArchiveClassName::property);
     if (parent && parent != pending.parent)
         return fail("parent", "a property's parent does not list it");
-    if (!parent && unarchiver_.error())
-        return fail("parent", nullptr);
-    if (!parent)
-        pending.node->parent_ = nullptr;
-    return true;
+    return parent || !unarchiver_.error() || fail("parent", nullptr);
 }
 
 bool PropertyTreeDecoder::decodeIdent(const ArchivedObject &object, TavRegistryProperty &node,
@@ -81,7 +77,7 @@ bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, TavRegist
                       : type == 2 ? Type::Dictionary
                       : type == 1 ? Type::Array
                                   : Type::Null;
-    const auto children = object.decodeReferences(Key::children, ArchiveClassName::property);
+    const auto children = object.decodeReferences(Key::children, ArchiveClassName::child);
     if (!children)
         return fail("contents.children", nullptr);
     for (const ArchiveReference child : *children) {

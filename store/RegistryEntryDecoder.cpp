@@ -6,6 +6,19 @@
 
 using Key = EntryKey;
 
+namespace {
+// Null when the value is no dictionary. Plane tables are sorted, and filling them in another order
+// takes time with the square of the planes.
+const ArchiveDictionary *sortedByKey(ArchiveValue &value)
+{
+    auto *dictionary = std::get_if<ArchiveDictionary>(&value);
+    if (dictionary)
+        std::sort(dictionary->begin(), dictionary->end(),
+                  [](const auto &a, const auto &b) { return a.key < b.key; });
+    return dictionary;
+}
+} // namespace
+
 RegistryEntryDecoder::RegistryEntryDecoder(KeyedUnarchiver &unarchiver,
                                            const std::vector<TavRegistryEntry *> &entries)
     : unarchiver_(unarchiver)
@@ -133,9 +146,9 @@ void RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &obj
         entry.properties_->clearIsNew();
 }
 
-bool RegistryEntryDecoder::setNames(PlaneTable<QString> &table, const ArchiveValue &value)
+bool RegistryEntryDecoder::setNames(PlaneTable<QString> &table, ArchiveValue value)
 {
-    const auto *names = value.get<ArchiveDictionary>();
+    const ArchiveDictionary *names = sortedByKey(value);
     if (!names)
         return value.isAbsent() && !unarchiver_.error();
     for (const auto &[plane, member] : *names) {
@@ -148,9 +161,9 @@ bool RegistryEntryDecoder::setNames(PlaneTable<QString> &table, const ArchiveVal
 }
 
 bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links,
-                                        quint32 entry, const ArchiveValue &value)
+                                        quint32 entry, ArchiveValue value)
 {
-    const auto *planes = value.get<ArchiveDictionary>();
+    const ArchiveDictionary *planes = sortedByKey(value);
     if (!planes)
         return value.isAbsent() && !unarchiver_.error();
     for (const auto &[plane, member] : *planes) {

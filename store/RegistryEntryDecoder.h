@@ -22,9 +22,9 @@ private:
     void decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
     void decodeOldStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool setNames(PlaneTable<QString> &table, const ArchiveValue &value);
+    bool setNames(PlaneTable<QString> &table, ArchiveValue value);
     bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
-                      const ArchiveValue &value);
+                      ArchiveValue value);
     bool readRelatives(const ArchiveList &list);
     bool succeeded(const char *what);
     bool fail(const char *what, const char *reason);

@@ -5,6 +5,7 @@
 #include "tests/support/SmallStore.h"
 #include "tests/support/TreePrinter.h"
 
+#include <ctime>
 #include <gtest/gtest.h>
 
 using L1 = QLatin1String;
@@ -66,6 +67,8 @@ TEST(DataStoreDecoder, TakesAbsentValuesWhereTheyAreOptional)
     EXPECT_EQ(store->registryEntries().size(), 2U);
     EXPECT_FALSE(store->registryRoot()->isActive());
     EXPECT_EQ(store->byteOrder(), 0);
+    TavRegistryProperty *const properties = store->registryRoot()->properties();
+    EXPECT_EQ(properties->childAtIndex(0)->parent(), properties) << "as the list of children says";
 }
 
 TEST(DataStoreDecoder, ThrowsForOtherVersions)
@@ -86,7 +89,8 @@ TEST(DataStoreDecoder, ThrowsForOtherVersions)
         }
         return {};
     };
-    const std::pair<qint64, QString> versions[] = {{0, old}, {1, {}}, {2, {}}, {3, newer}};
+    const std::pair<qint64, QString> versions[] = {
+        {0, old}, {1, {}}, {2, {}}, {3, newer}, {std::numeric_limits<qint64>::max(), newer}};
     for (const auto &[version, reason] : versions) {
         store.set(L1("dataStoreVersion"), version);
         EXPECT_EQ(reasonOf(), reason) << version;
@@ -200,6 +204,10 @@ TEST(DataStoreDecoder, LogsWhatCannotBeDecoded)
          ofNode("contents.children")},
         {set(SmallStore::List, L1("children"), ArchiveList{at(SmallStore::List)}),
          ofNode("contents.children")},
+        {[](Sketch &s) {
+             s.objects[SmallStore::Element].className = QStringLiteral("TavRegistryProperty");
+         },
+         ofNode("contents.children")},
         {remove(SmallStore::Text, L1("value")), ofNode("contents.value")},
         {set(SmallStore::Text, L1("value"), at(SmallStore::Root)), ofNode("contents.value")},
         {[](Sketch &s) {
@@ -232,13 +240,30 @@ TEST(DataStoreDecoder, RefusesCyclesInAPlane)
     }
 }
 
-TEST(DataStoreDecoder, SurvivesEveryFlippedByte)
+TEST(DataStoreDecoder, TakesManyPlanesInAnyOrder)
+{
+    const auto secondsFor = [](int planeCount) {
+        ArchiveDictionary names;
+        for (int i = planeCount; i-- > 0;) // against the order of the tables
+            names.push_back({QStringLiteral("%1").arg(i, 8), QStringLiteral("name")});
+        ArchiveSketch sketch = SmallStore::current();
+        sketch.objects[SmallStore::Child].set(L1("namesInPlanes"), ArchiveValue(names));
+        const QByteArray bytes = sketch.bytes();
+        const std::clock_t start = std::clock();
+        EXPECT_TRUE(DataStoreDecoder::decode(bytes));
+        return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    };
+    const double few = secondsFor(2'000);
+    EXPECT_LT(secondsFor(100'000), 50 * 10 * std::max(few, 1e-3));
+}
+
+TEST(DataStoreDecoder, SurvivesEveryFlippedBit)
 {
     const QByteArray content = unsealArchive(SmallStore::current().bytes());
     ASSERT_TRUE(DataStoreDecoder::decode(sealArchive(content)));
     LogCapture log;
     for (qsizetype i = 0; i < content.size(); ++i) {
-        for (int flip = 1; flip < 256; ++flip) {
+        for (int flip = 1; flip < 256; flip *= 2) {
             QByteArray flipped = content;
             flipped[i] = static_cast<char>(flipped[i] ^ flip);
             try {

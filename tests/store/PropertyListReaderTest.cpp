@@ -89,6 +89,24 @@ TEST(PropertyListReader, ExpandsNoEntitiesAndFetchesNothing)
     EXPECT_TRUE(PropertyListReader::read(file).isNone());
 }
 
+TEST(PropertyListReader, RefusesWhatWouldTakeLong)
+{
+    // Each of these takes the stream reader minutes when it is let have them.
+    QByteArray attributes = "<plist";
+    QByteArray declarations = "<!DOCTYPE plist [";
+    for (int i = 0; i < 50'000; ++i) {
+        const QByteArray name = 'a' + QByteArray::number(i);
+        attributes += ' ' + name + "='>'";
+        declarations += "<!ATTLIST plist " + name + " CDATA ''>";
+    }
+    EXPECT_TRUE(PropertyListReader::read(attributes + "><true/></plist>").isNone());
+    EXPECT_TRUE(PropertyListReader::read(declarations + "]><plist><true/></plist>").isNone());
+    EXPECT_TRUE(PropertyListReader::read("<plist><string>\xff</string></plist>").isNone());
+    const QByteArray longText = QByteArray("<b 'c > ").repeated(100'000);
+    EXPECT_EQ(read("<!-- " + longText + "--><string><![CDATA[" + longText + "]]></string>"),
+              RegistryValue::string(QString::fromLatin1(longText)));
+}
+
 TEST(PropertyListReader, BoundsDepth)
 {
     const auto nested = [](int depth) {

@@ -1,0 +1,17 @@
+// Property lists in XML, as snapshots of version 1 hold them.
+
+#include "Fuzzing.h"
+#include "model/TavRegistryProperty.h"
+#include "store/PropertyListReader.h"
+
+int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
+{
+    const RegistryValue value = PropertyListReader::read(fuzzedBytes(data, size));
+    if (value.isNone())
+        return 0;
+    const PropertyRef tree = TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(),
+                                                         nullptr, {}, nullptr, {}, 0, value);
+    tree->clearIsNew();
+    require(tree->registryState() == RegistryStateUnchanged);
+    return 0;
+}
