@@ -56,11 +56,17 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         tr("Select the entry at this path, such as \"DxService:/virtual/net/lo\"."), tr("PATH"));
     const QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                         tr("Save a picture of the window and exit."), tr("FILE"));
+    const QCommandLineOption capture(
+        QStringLiteral("capture"),
+        tr("Write a snapshot to this file, or to standard output for \"-\", without opening a "
+           "window, and exit: with 0 when it is written, 1 when there is no registry to read, 2 "
+           "when it cannot be written."),
+        tr("FILE"));
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   tr("Show this help."));
     const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
                                      tr("Show the version."));
-    parser.addOptions({sysfs, theme, plane, select, screenshot, help, version});
+    parser.addOptions({sysfs, theme, plane, select, screenshot, capture, help, version});
 
     if (!parser.parse(arguments))
         return failure(parser.errorText());
@@ -78,6 +84,17 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         return parser.isSet(option) ? parser.value(option) : QString();
     };
     CommandLine line;
+    if (parser.isSet(capture)) {
+        for (const auto &option : {theme, plane, select, screenshot}) {
+            if (parser.isSet(option))
+                return failure(tr("--%1 needs a window, and --capture opens none.")
+                                   .arg(option.names().constFirst()));
+        }
+        if (parser.value(capture).isEmpty())
+            return failure(tr("--capture needs a file."));
+        line.action = Action::Capture;
+        line.captureFile = parser.value(capture);
+    }
     line.sysfsRoot = parser.value(sysfs);
     line.theme = *chosen;
     line.plane = valueOrNull(plane);

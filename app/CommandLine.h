@@ -7,7 +7,7 @@
 // What the program is asked to do on its command line.
 struct CommandLine
 {
-    enum class Action { Run, ShowText, Fail };
+    enum class Action { Run, Capture, ShowText, Fail };
 
     // Arguments begin with the program's name. Needs no application object.
     static CommandLine parse(const QStringList &arguments);
@@ -19,4 +19,5 @@ struct CommandLine
     QString plane;          // null: the preferred one
     QString selectedPath;   // null: the registry's root
     QString screenshotFile; // null: none
+    QString captureFile;    // "-": standard output
 };

@@ -1,3 +1,4 @@
+#include "app/CaptureCommand.h"
 #include "app/CommandLine.h"
 #include "app/Startup.h"
 #include "app/TavApplicationDelegate.h"
@@ -49,13 +50,17 @@ int main(int argc, char **argv)
     if (line.action == CommandLine::Action::Fail)
         return fail(line.text);
 
+    // The options are ours alone.
+    int count = 1;
+    if (line.action == CommandLine::Action::Capture) {
+        const QCoreApplication application(count, argv);
+        return CaptureCommand::run(line);
+    }
     // Before the display is reached: a wrong folder is told without one.
     QString error;
     auto service = TavApplicationDelegate::openRegistry(line, &error);
     if (!service)
         return fail(error);
-    // The options are ours alone.
-    int count = 1;
     QApplication application(count, argv);
     return run(application, line, std::move(service));
 }

@@ -19,12 +19,26 @@ bool ArchiveOutput::flush()
 {
     if (!hasFailed_) {
         digest_.addData(pending_);
-        hasFailed_ = device_.write(pending_) != pending_.size();
-        if (hasFailed_)
-            setErrorString(device_.errorString());
+        hasFailed_ = !writePending();
     }
     pending_.resize(0);
     return !hasFailed_;
+}
+
+bool ArchiveOutput::writePending()
+{
+    // On a full disk only the second attempt, at what is left, tells why.
+    qint64 written = 0;
+    while (written < pending_.size()) {
+        const qint64 piece =
+            device_.write(pending_.constData() + written, pending_.size() - written);
+        if (piece <= 0) {
+            setErrorString(device_.errorString());
+            return false;
+        }
+        written += piece;
+    }
+    return true;
 }
 
 qint64 ArchiveOutput::writeData(const char *data, qint64 size)

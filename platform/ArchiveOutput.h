@@ -19,6 +19,8 @@ protected:
     qint64 writeData(const char *data, qint64 size) override;
 
 private:
+    bool writePending();
+
     QIODevice &device_;
     QByteArray pending_;
     QCryptographicHash digest_{ArchiveFormat::digest};

@@ -17,6 +17,12 @@ DocumentError openError(const QString &file, QFileDevice::FileError code, const 
     return {DocumentFile::errorDomain, code,
             tr("The document “%1” could not be opened.").arg(QFileInfo(file).fileName()), reason};
 }
+
+DocumentError saveError(const QString &file, QFileDevice::FileError code, const QString &reason)
+{
+    return {DocumentFile::errorDomain, code,
+            tr("The document “%1” could not be saved.").arg(QFileInfo(file).fileName()), reason};
+}
 } // namespace
 
 std::optional<QByteArray>
@@ -51,14 +57,17 @@ bool DocumentFile::write(const QString &path,
                          const std::function<bool(QIODevice &, DocumentError &)> &content,
                          DocumentError &error)
 {
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile() && !info.isDir()) { // saving would put a file in its place
+        error = saveError(path, QFileDevice::OpenError, tr("It is not a regular file."));
+        return false;
+    }
     QSaveFile file(path);
     const bool isOpen = file.open(QIODevice::WriteOnly);
     if (isOpen && content(file, error) && file.commit())
         return true;
     const bool isOurs = isOpen && file.error() == QFileDevice::NoError && !error.reason.isNull();
     if (!isOurs)
-        error = {errorDomain, file.error(),
-                 tr("The document “%1” could not be saved.").arg(QFileInfo(path).fileName()),
-                 file.errorString()};
+        error = saveError(path, file.error(), file.errorString());
     return false;
 }

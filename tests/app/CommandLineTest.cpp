@@ -39,11 +39,23 @@ TEST(CommandLine, ShowsHelpAndVersion)
 {
     const CommandLine help = parse("--help");
     EXPECT_EQ(help.action, CommandLine::Action::ShowText);
-    for (const char *option : {"--sysfs", "--theme", "--plane", "--select", "--screenshot"})
+    for (const char *option :
+         {"--sysfs", "--theme", "--plane", "--select", "--screenshot", "--capture"})
         EXPECT_THAT(help.text.toStdString(), testing::HasSubstr(option));
     const CommandLine version = parse("-v");
     EXPECT_EQ(version.action, CommandLine::Action::ShowText);
     EXPECT_EQ(version.text, QStringLiteral("Vandrel " VANDREL_VERSION));
+}
+
+TEST(CommandLine, CapturesWithoutAWindow)
+{
+    const CommandLine line = parse("--capture a.vandrel --sysfs /a");
+    EXPECT_EQ(line.action, CommandLine::Action::Capture);
+    EXPECT_EQ(line.captureFile, QStringLiteral("a.vandrel"));
+    EXPECT_EQ(line.sysfsRoot, QStringLiteral("/a"));
+    EXPECT_EQ(parse("--capture -").captureFile, QStringLiteral("-"));
+    EXPECT_EQ(parse({QStringLiteral("--capture"), QString()}).action, CommandLine::Action::Fail);
+    EXPECT_EQ(parse("--capture a --plane DxBus").action, CommandLine::Action::Fail);
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow)

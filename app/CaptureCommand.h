@@ -1,0 +1,14 @@
+#pragma once
+
+#include "app/CommandLine.h"
+
+// Writes a snapshot of the registry to a file, or to standard output for "-". Needs no display.
+class CaptureCommand
+{
+public:
+    enum ExitCode { Done, NoRegistry, NotWritten };
+
+    // What went wrong is told on standard error. A file that is there is replaced as a whole or
+    // left as it was.
+    static ExitCode run(const CommandLine &line);
+};

@@ -1,0 +1,104 @@
+#include "store/DataStoreDecoder.h"
+#include "tests/support/QtPrinters.h"
+#include "tests/support/StorePrinter.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+const QString program = QStringLiteral(VANDREL_PROGRAM);
+const QString fixture = QStringLiteral(VANDREL_SOURCE_DIR "/tests/fixtures/synthetic/sys");
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+class CaptureCommand : public testing::Test
+{
+protected:
+    struct Result
+    {
+        int code;
+        QByteArray output;
+        QByteArray errors;
+    };
+
+    // The program as a script on a server runs it: no display, and no platform to stand for one.
+    Result run(const QStringList &command)
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(QString::fromLatin1(name));
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(command.constFirst(), command.mid(1));
+        process.waitForFinished();
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        return {process.exitCode(), process.readAllStandardOutput(),
+                process.readAllStandardError()};
+    }
+    Result capture(const QString &file, const QString &sysfs = fixture)
+    {
+        return run({program, QStringLiteral("--sysfs"), sysfs, QStringLiteral("--capture"), file});
+    }
+    // $1: the program, $2: a sysfs tree, $3: a file
+    Result shell(const QString &script)
+    {
+        return run({QStringLiteral("sh"), QStringLiteral("-c"), script, QStringLiteral("sh"),
+                    program, fixture, path("out")});
+    }
+    QString path(const char *name) const { return folder_.filePath(QString::fromLatin1(name)); }
+
+    QTemporaryDir folder_;
+};
+
+TEST_F(CaptureCommand, WritesASnapshotWithoutADisplay)
+{
+    const Result toFile = capture(path("out"));
+    EXPECT_EQ(toFile.code, 0);
+    EXPECT_EQ(toFile.output + toFile.errors, "");
+    const auto store = DataStoreDecoder::decode(contentOf(path("out")));
+    ASSERT_TRUE(store);
+    EXPECT_GT(store->registryEntries().size(), 10U);
+
+    const Result toOutput = capture(QStringLiteral("-"));
+    EXPECT_EQ(toOutput.code, 0);
+    EXPECT_EQ(toOutput.errors, "");
+    const auto other = DataStoreDecoder::decode(toOutput.output);
+    ASSERT_TRUE(other);
+    EXPECT_EQ(other->registryEntries().size(), store->registryEntries().size());
+}
+
+TEST_F(CaptureCommand, TellsWhatWentWrongByExitCodeAndMessage)
+{
+    const auto expectFailure = [](const Result &result, int code, const char *message) {
+        EXPECT_EQ(result.code, code) << message;
+        EXPECT_EQ(result.output, "");
+        EXPECT_TRUE(result.errors.contains(message)) << result.errors.constData();
+    };
+    expectFailure(capture(path("out"), path("nowhere")), 1, "nowhere");
+    expectFailure(capture(path("no/folder")), 2, "No such file or directory");
+    expectFailure(capture(path("")), 2, "directory");
+    ASSERT_EQ(shell(QStringLiteral("mkfifo \"$3\"")).code, 0);
+    expectFailure(capture(path("out")), 2, "not a regular file");
+    expectFailure(shell(QStringLiteral("\"$1\" --sysfs \"$2\" --capture - > /dev/full")), 2,
+                  "No space");
+}
+
+TEST_F(CaptureCommand, LeavesTheOldFileWhenTheNewOneDoesNotFit)
+{
+    QFile old(path("out"));
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+    old.close();
+    const Result full = shell(QStringLiteral("trap '' XFSZ; ulimit -f 1; "
+                                             "\"$1\" --sysfs \"$2\" --capture \"$3\""));
+    EXPECT_EQ(full.code, 2);
+    EXPECT_TRUE(full.errors.contains("File too large")) << full.errors.constData();
+    EXPECT_EQ(contentOf(path("out")), "old");
+    EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files), QStringList{QStringLiteral("out")});
+}
+} // namespace
