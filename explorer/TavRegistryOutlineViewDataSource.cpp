@@ -1,42 +1,9 @@
 #include "explorer/TavRegistryOutlineViewDataSource.h"
 
+#include "explorer/EntryTextStyle.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavWindowController.h"
 #include "platform/desktop/PlainToolTip.h"
-
-#include <QFont>
-#include <QGuiApplication>
-#include <QPalette>
-
-namespace {
-QVariant color(const EntryTextAttributes &attributes)
-{
-    using Color = EntryTextAttributes::Color;
-    switch (attributes.color) {
-    case Color::Text:
-        return {};
-    case Color::LightGray:
-        return QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text);
-    case Color::DarkGray:
-        return QGuiApplication::palette().color(QPalette::PlaceholderText);
-    default:
-        return attributes.stateColor();
-    }
-}
-
-QVariant font(const EntryTextAttributes &attributes)
-{
-    if (!attributes.isBold && !attributes.isSlanted && !attributes.isUnderlined &&
-        !attributes.isStruckOut)
-        return {};
-    QFont font;
-    font.setBold(attributes.isBold);
-    font.setItalic(attributes.isSlanted);
-    font.setUnderline(attributes.isUnderlined);
-    font.setStrikeOut(attributes.isStruckOut);
-    return font;
-}
-} // namespace
 
 TavRegistryOutlineViewDataSource::TavRegistryOutlineViewDataSource(
     TavWindowController &windowController, QObject *parent)
@@ -143,9 +110,9 @@ QVariant TavRegistryOutlineViewDataSource::data(const QModelIndex &index, int ro
     case Qt::DisplayRole:
         return shown->displayName().text;
     case Qt::FontRole:
-        return font(shown->displayName().attributes);
+        return EntryTextStyle::font(shown->displayName().attributes);
     case Qt::ForegroundRole:
-        return color(shown->displayName().attributes);
+        return EntryTextStyle::color(shown->displayName().attributes);
     case Qt::ToolTipRole:
         return plainToolTip(windowController_.toolTipForRegistryEntry(*shown->registryEntry()));
     case Qt::AccessibleTextRole:

@@ -3,10 +3,12 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "explorer/PlaneMenu.h"
+#include "explorer/TavBrowserDelegate.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavRegistryOutlineViewDataSource.h"
 #include "platform/PreferencesStore.h"
+#include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/FactField.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/SegmentedControl.h"
@@ -30,6 +32,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     , showNumPaths_(PreferencesStore::standard().flag(QStringLiteral("ShowNumPaths")))
     , outlineDataSource_(std::make_unique<TavRegistryOutlineViewDataSource>(*this))
     , propertiesDataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
+    , browserDelegate_(std::make_unique<TavBrowserDelegate>(*this))
 {
     loadWindow();
     connectOutlets();
@@ -51,6 +54,7 @@ void TavWindowController::loadWindow()
     loader.addWidgetClass<FactField>();
     loader.addWidgetClass<TavRegistryOutlineView>();
     loader.addWidgetClass<TavPropertiesOutlineView>();
+    loader.addWidgetClass<ColumnBrowser>();
     window_.reset(qobject_cast<QMainWindow *>(loader.load(QStringLiteral("Explorer")).release()));
     Q_ASSERT(window_);
 }
@@ -87,6 +91,7 @@ void TavWindowController::setUpViews()
 {
     registryOutlineView_->setDataSource(*outlineDataSource_);
     propertiesOutlineView_->setDataSource(*propertiesDataSource_);
+    setUpBrowser();
 
     explorerSplitView_->setStretchFactor(0, 0);
     explorerSplitView_->setStretchFactor(1, 1);

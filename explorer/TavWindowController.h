@@ -9,9 +9,9 @@
 #include <QHash>
 #include <QObject>
 
+class ColumnBrowser;
 class FactField;
 class PlaneMenu;
-class QAbstractItemView;
 class QAction;
 class QCheckBox;
 class QComboBox;
@@ -24,6 +24,7 @@ class QSplitter;
 class QStackedWidget;
 class SegmentedControl;
 class SplitViewAutosave;
+class TavBrowserDelegate;
 class TavDataStore;
 class TavDocument;
 class TavPropertiesOutlineView;
@@ -75,6 +76,7 @@ public:
     QString toolTipForRegistryEntry(const TavRegistryEntry &entry) const;
     // What a screen reader says of a row.
     QString accessibleNameForOutlineItem(TavRegistryOutlineItem &item) const;
+    QString accessibleNameForEntry(const TavRegistryEntry &entry, const QString &name) const;
 
     void updatePlaneList();
     void setRegistryPlane(const QString &plane, bool updatePopup);
@@ -95,6 +97,7 @@ public:
     void outlineView();
     void browserView();
     void outlineViewSelectionChanged();
+    void browserSelectionChanged();
 
     void synchronizeWindowTitleWithDocumentName() override;
     void noteDataStoreOutOfDate() override;
@@ -129,6 +132,10 @@ private:
     void connectActions();
     void setUpFormats();
     void setUpViews();
+    void setUpBrowser();
+    TavRegistryEntryPath selectEntryPathInBrowser(const TavRegistryEntryPath &path,
+                                                  bool scrollToVisible);
+    void scrollBrowserToPath(int selectedColumns, bool isWholePath);
     void windowDidLoad();
     void showObjectInfo(const TavRegistryEntry &entry);
     void validateActions();
@@ -158,6 +165,7 @@ private:
 
     std::unique_ptr<TavRegistryOutlineViewDataSource> outlineDataSource_;
     std::unique_ptr<TavPropertiesOutlineViewDataSource> propertiesDataSource_;
+    std::unique_ptr<TavBrowserDelegate> browserDelegate_;
     std::unique_ptr<QMainWindow> window_; // goes first: its views use what is above
     std::unique_ptr<PlaneMenu> planeMenu_;
     std::unique_ptr<SplitViewAutosave> splitViewAutosave_;
@@ -186,7 +194,7 @@ private:
     QCheckBox *objectActiveCell_ = nullptr;
     QSplitter *explorerSplitView_ = nullptr;
     QStackedWidget *explorerTabView_ = nullptr;
-    QAbstractItemView *registryBrowser_ = nullptr;
+    ColumnBrowser *registryBrowser_ = nullptr;
     TavRegistryOutlineView *registryOutlineView_ = nullptr;
     TavPropertiesOutlineView *propertiesOutlineView_ = nullptr;
     QCheckBox *filteredFindCheckbox_ = nullptr;

@@ -3,6 +3,7 @@
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
+#include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/FactField.h"
 #include "platform/desktop/WindowTitle.h"
 #include "store/TavDataStore.h"
@@ -108,13 +109,19 @@ QString TavWindowController::toolTipForRegistryEntry(const TavRegistryEntry &ent
 
 QString TavWindowController::accessibleNameForOutlineItem(TavRegistryOutlineItem &item) const
 {
-    switch (item.registryEntry()->registryState()) {
+    return accessibleNameForEntry(*item.registryEntry(), item.name());
+}
+
+QString TavWindowController::accessibleNameForEntry(const TavRegistryEntry &entry,
+                                                    const QString &name) const
+{
+    switch (entry.registryState()) {
     case RegistryStateNew:
-        return tr("%1, new").arg(item.name());
+        return tr("%1, new").arg(name);
     case RegistryStateTerminated:
-        return tr("%1, terminated").arg(item.name());
+        return tr("%1, terminated").arg(name);
     default:
-        return item.name();
+        return name;
     }
 }
 
@@ -156,6 +163,7 @@ void TavWindowController::noteDataStoreObjectChanged()
 void TavWindowController::noteDataStoreObjectsTerminated()
 {
     registryOutlineView_->reloadData();
+    registryBrowser_->redisplay();
     updateStatusBar();
 }
 

@@ -5,6 +5,7 @@
 #include "explorer/TavRegistryOutlineViewDataSource.h"
 #include "explorer/TavWindowController.h"
 #include "platform/SystemBeep.h"
+#include "platform/desktop/ColumnBrowser.h"
 #include "store/TavDataStore.h"
 
 #include <QComboBox>
@@ -38,6 +39,7 @@ void TavWindowController::setRegistryPlane(const QString &plane, bool updatePopu
             planeListButton_->addItem(plane);
         planeListButton_->setCurrentIndex(planeListButton_->findText(plane));
     }
+    registryBrowser_->reloadColumn(0);
     registryOutlineView_->reloadData();
 }
 
@@ -84,6 +86,7 @@ void TavWindowController::goToEntryPath(std::optional<TavRegistryEntryPath> path
                                         bool scrollToVisible, bool beepOnFail)
 {
     if (!path || path->plane().isEmpty() || path->length() == 0) {
+        registryBrowser_->reloadColumn(0);
         registryOutlineView_->deselectAll();
         selectEntryPath(std::nullopt);
         return;
@@ -91,7 +94,8 @@ void TavWindowController::goToEntryPath(std::optional<TavRegistryEntryPath> path
     const bool hadFocus = isExplorerFirstResponder();
     setRegistryPlane(path->plane(), true);
     const TavRegistryEntryPath selected =
-        registryOutlineView_->selectItemAtEntryPath(*path, scrollToVisible);
+        browserIsVisible() ? selectEntryPathInBrowser(*path, scrollToVisible)
+                           : registryOutlineView_->selectItemAtEntryPath(*path, scrollToVisible);
     if (selected.length() > 0)
         selectEntryPath(selected);
     if (hadFocus)

@@ -1,6 +1,7 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
+#include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/SegmentedControl.h"
 #include "platform/desktop/SplitViewAutosave.h"

@@ -1,0 +1,34 @@
+#include "explorer/EntryTextStyle.h"
+
+#include <QColor>
+#include <QFont>
+#include <QGuiApplication>
+#include <QPalette>
+
+QVariant EntryTextStyle::color(const EntryTextAttributes &attributes)
+{
+    using Color = EntryTextAttributes::Color;
+    switch (attributes.color) {
+    case Color::Text:
+        return {};
+    case Color::LightGray:
+        return QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text);
+    case Color::DarkGray:
+        return QGuiApplication::palette().color(QPalette::PlaceholderText);
+    default:
+        return attributes.stateColor();
+    }
+}
+
+QVariant EntryTextStyle::font(const EntryTextAttributes &attributes)
+{
+    if (!attributes.isBold && !attributes.isSlanted && !attributes.isUnderlined &&
+        !attributes.isStruckOut)
+        return {};
+    QFont font;
+    font.setBold(attributes.isBold);
+    font.setItalic(attributes.isSlanted);
+    font.setUnderline(attributes.isUnderlined);
+    font.setStrikeOut(attributes.isStruckOut);
+    return font;
+}

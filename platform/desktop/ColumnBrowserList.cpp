@@ -1,0 +1,64 @@
+#include "platform/desktop/ColumnBrowserList.h"
+
+#include "platform/desktop/ColumnBrowserRowDelegate.h"
+
+#include <QKeyEvent>
+
+ColumnBrowserList::ColumnBrowserList(QWidget *parent)
+    : QListView(parent)
+{
+    setItemDelegate(new ColumnBrowserRowDelegate(this));
+    setFrameShape(NoFrame);
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setEditTriggers(NoEditTriggers);
+    setFocusPolicy(Qt::ClickFocus);
+}
+
+int ColumnBrowserList::widthOfContents() const
+{
+    int width = 0;
+    for (QModelIndex row = indexAt({0, 0});
+         row.isValid() && visualRect(row).top() < viewport()->height();
+         row = row.siblingAtRow(row.row() + 1))
+        width = std::max(width, sizeHintForIndex(row).width());
+    return width + this->width() - viewport()->width();
+}
+
+void ColumnBrowserList::keyPressEvent(QKeyEvent *event)
+{
+    const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier |
+                                                 Qt::MetaModifier | Qt::ShiftModifier));
+    const bool isLeft = event->key() == Qt::Key_Left;
+    if (!isPlain || (!isLeft && event->key() != Qt::Key_Right)) {
+        QListView::keyPressEvent(event);
+        return;
+    }
+    if (isLeft == isLeftToRight())
+        Q_EMIT wentBack();
+    else
+        Q_EMIT wentForward();
+    event->accept();
+}
+
+void ColumnBrowserList::mousePressEvent(QMouseEvent *event)
+{
+    QListView::mousePressEvent(event);
+    const QModelIndex row = indexAt(event->position().toPoint());
+    if (row.isValid() && event->button() == Qt::LeftButton)
+        Q_EMIT rowPressed(row.row());
+}
+
+// The selection of the column that has the focus stands out.
+void ColumnBrowserList::focusInEvent(QFocusEvent *event)
+{
+    QListView::focusInEvent(event);
+    viewport()->update();
+}
+
+void ColumnBrowserList::focusOutEvent(QFocusEvent *event)
+{
+    QListView::focusOutEvent(event);
+    viewport()->update();
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QListView>
+
+// One column of a column browser.
+class ColumnBrowserList : public QListView
+{
+    Q_OBJECT
+public:
+    explicit ColumnBrowserList(QWidget *parent);
+
+    int widthOfContents() const; // of the rows in sight
+
+Q_SIGNALS:
+    void wentBack(); // towards the column before, by key
+    void wentForward();
+    void rowPressed(int row);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+};
