@@ -1,0 +1,249 @@
+#include "FormatPanelFixture.h"
+#include "platform/PreferencesStore.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/QtPrinters.h"
+#include "tests/support/RegistryValues.h"
+#include "tests/support/TreeText.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QRadioButton>
+#include <QTest>
+
+namespace {
+using Status = TavFormatController::DataSettingsStatus;
+
+class FormatControllerTest : public FormatPanelFixture
+{
+protected:
+    static RegistryValue bytes() { return RegistryValue::data("some bytes"); }
+    static RegistryValue container()
+    {
+        return values::dictionary({{"one", RegistryValue::number(42, 4)}, {"two", bytes()}});
+    }
+    QAction *action(const char *name) const
+    {
+        return control<QAction>((std::string("propertyFormatActionItem") + name).c_str());
+    }
+    QString className() const
+    {
+        return control<QComboBox>("propertyFormatClassPopUpButton")->currentText();
+    }
+};
+
+TEST_F(FormatControllerTest, ShowsEachKindOfFormatForEachKindOfProperty)
+{
+    select(bytes());
+    EXPECT_EQ(panelText(), dedented(R"(
+        View the selected data property as:
+        automatic (1)* (2) (4) (8) (0)
+        base (2) (8) (10) (16)*
+        order (0)* (1) (2)
+        sign (1) (0)*
+        encoding 1 disabled)"));
+    controller_.setPropertyFormats(formatOf("4dls"));
+    EXPECT_EQ(panelText(), dedented(R"(
+        View the selected data property as:
+        unit 1 2 4* 8 0
+        base 2 8 10* 16
+        order 0 1 2*
+        sign 1* 0
+        encoding 1 disabled)"));
+    controller_.setPropertyFormatsFromDescriptor(QStringLiteral("s12b")); // of no enabled encoding
+    EXPECT_EQ(panelText(), dedented(R"(
+        View the selected data property as:
+        unit 1 2 4 8 0*
+        base (2) (8) (10)* (16)
+        order (0) (1)* (2)
+        sign (1)* (0)
+        encoding 12)"));
+
+    select(RegistryValue::number(42, 2));
+    controller_.setPropertyFormats(formatOf("8xbu")); // the width is the number's own
+    EXPECT_EQ(panelText(), dedented(R"(
+        View the selected number property as:
+        unit (1) 2* (4) (8) 0
+        base 2 8 10 16*
+        order 0 1* 2
+        sign (1) (0)*)"));
+    EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("2xbu"));
+    EXPECT_EQ(control<QRadioButton>("propertyFormatType2")->text(),
+              QStringLiteral("16-bit integer"));
+    EXPECT_EQ(control<QRadioButton>("propertyFormatType0")->text(),
+              QStringLiteral("ASCII Characters"));
+    controller_.setPropertyFormats(formatOf("s30l"));
+    EXPECT_EQ(panelText(), dedented(R"(
+        View the selected number property as:
+        unit (1) 2 (4) (8) 0*
+        base (2) (8) (10) (16)*
+        order 0 1 2*
+        sign (1) (0)*)"));
+    EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("s1l"));
+    controller_.setPropertyFormats(formatOf("a"));
+    EXPECT_EQ(matrixText("propertyFormatTypeMatrix"), "(1) (2)* (4) (8) (0)");
+
+    select(container());
+    EXPECT_EQ(control<QRadioButton>("propertyFormatType2")->text(),
+              QStringLiteral("16-bit integers"));
+    EXPECT_EQ(panelText().substr(0, panelText().find('\n')),
+              "View data/numbers within the selected dictionary property as:");
+    for (const RegistryValue &other :
+         {RegistryValue::string(QStringLiteral("text")), RegistryValue()}) {
+        select(RegistryValue::array({other}), {QStringLiteral("0")});
+        EXPECT_EQ(panelText().substr(0, panelText().find('\n')),
+                  "View data/numbers within the selected registry entry as:");
+    }
+}
+
+TEST_F(FormatControllerTest, WhatCannotBeReadLeavesTheCellsAsTheyAre)
+{
+    select(bytes());
+    controller_.setPropertyFormats(formatOf("4dhu"));
+    controller_.setPropertyFormats(formatOf("nonsense"));
+    EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("4dhu"));
+    controller_.setPropertyFormatsFromDescriptor(QString());
+    EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("4dhu"));
+    controller_.setPropertyFormats(formatOf("d")); // the default one
+    EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("a"));
+}
+
+TEST_F(FormatControllerTest, EveryControlStoresForThePropertyAndTheClass)
+{
+    TavPropertyOutlineItem &item = select(bytes());
+    EXPECT_EQ(statusText(), QStringLiteral("Using Default Settings"));
+    EXPECT_EQ(className(), QStringLiteral("Root"));
+    click("propertyFormatAutomaticCheckbox");
+    EXPECT_EQ(storedFormats(), "Root: //Value 1xhu\n");
+    EXPECT_EQ(statusText(), QStringLiteral("Using Custom Settings"));
+    click("propertyFormatType4");
+    click("propertyFormatBase10");
+    click("propertyFormatByteOrder1");
+    click("propertyFormatSign1");
+    EXPECT_EQ(storedFormats(), "Root: //Value 4dbs\n");
+    EXPECT_EQ(told_, (std::vector<TavRegistryProperty *>(5, &item)));
+    click("propertyFormatType0");
+    QTest::keyClick(control<QComboBox>("propertyFormatStringEncodingPopUp"), Qt::Key_Down);
+    EXPECT_EQ(storedFormats(), "Root: //Value s10b\n");
+    click("propertyFormatAutomaticCheckbox");
+    EXPECT_EQ(storedFormats(), "Root: //Value a\n");
+    EXPECT_EQ(controller_.dataSettingsStatus(), Status::Custom);
+    preferences_.restart();
+    EXPECT_EQ(storedFormats(), "Root: //Value a\n");
+}
+
+TEST_F(FormatControllerTest, AnotherClassTakesTheSettingFromTheNearestSubclassOnly)
+{
+    TavPropertyOutlineItem &item = select(bytes());
+    item.setPropertyFormats(formatOf("2xhu"), QStringLiteral("Mid"));
+    controller_.setSelectedPropertyItem(&item);
+    EXPECT_EQ(className(), QStringLiteral("Mid"));
+    chooseClass("Root");
+    EXPECT_EQ(storedFormats(), "Root: //Value 2xhu\n");
+    EXPECT_EQ(className(), QStringLiteral("Root"));
+    chooseClass("Mid"); // what is less specific stays
+    EXPECT_EQ(storedFormats(), "Root: //Value 2xhu\nRoot:Mid: //Value 2xhu\n");
+    EXPECT_EQ(className(), QStringLiteral("Mid"));
+}
+
+TEST_F(FormatControllerTest, WithoutAPropertyTheDefaultIsEdited)
+{
+    selectNone();
+    EXPECT_FALSE(control<QComboBox>("propertyFormatClassPopUpButton")->isEnabled());
+    click("propertyFormatAutomaticCheckbox");
+    click("propertyFormatType8");
+    EXPECT_EQ(defaultFormat(), QStringLiteral("8xhu"));
+    EXPECT_EQ(statusText(), QStringLiteral("Using Default Settings"));
+    EXPECT_EQ(storedFormats(), "");
+    EXPECT_EQ(told_, (std::vector<TavRegistryProperty *>(2, nullptr)));
+    preferences_.restart();
+    EXPECT_EQ(defaultFormat(), QStringLiteral("8xhu"));
+    select(bytes());
+    EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("8xhu"));
+}
+
+TEST_F(FormatControllerTest, AnInvalidDefaultIsToldAndIgnored)
+{
+    select(bytes());
+    const std::string before = panelText();
+    PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
+                                          QStringLiteral("d"));
+    LogCapture log;
+    controller_.setPropertyFormats(formatOf("d"));
+    EXPECT_EQ(log.take(), QStringList(QStringLiteral("Invalid default data view options!")));
+    EXPECT_EQ(panelText(), before);
+}
+
+TEST_F(FormatControllerTest, ActionsSetAndClear)
+{
+    TavPropertyOutlineItem &item = select(container());
+    auto &one = static_cast<TavPropertyOutlineItem &>(*item.childAtIndex(0));
+    item.setPropertyFormats(formatOf("4xhu"), QStringLiteral("Root"));
+    one.setPropertyFormats(formatOf("4dhu"), QStringLiteral("Own"));
+    controller_.setSelectedPropertyItem(&one);
+    EXPECT_EQ(statusText(), QStringLiteral("Using Custom Settings"));
+    EXPECT_TRUE(action("UseShared")->isEnabled());
+    EXPECT_FALSE(action("ClearContents")->isEnabled());
+    action("UseShared")->trigger();
+    EXPECT_EQ(statusText(), QStringLiteral("Using Shared Settings"));
+    EXPECT_EQ(className(), QStringLiteral("Root"));
+    EXPECT_EQ(controller_.dataSettingsStatus(), Status::Shared);
+    EXPECT_FALSE(action("UseShared")->isEnabled());
+    EXPECT_EQ(storedFormats(), "Root: //Value 4xhu\n");
+
+    action("SetDefaults")->trigger();
+    EXPECT_EQ(defaultFormat(), QStringLiteral("4xhu"));
+
+    one.setPropertyFormats(formatOf("4dhu"), QStringLiteral("Own"));
+    controller_.setSelectedPropertyItem(&item);
+    EXPECT_TRUE(action("ClearContents")->isEnabled());
+    action("ClearContents")->trigger();
+    EXPECT_EQ(storedFormats(), "Root: //Value 4xhu\n");
+
+    one.setPropertyFormats(formatOf("4dhu"), QStringLiteral("Own"));
+    item.setPropertyFormats(formatOf("1dhu"), QStringLiteral("Mid"));
+    controller_.setSelectedPropertyItem(&item);
+    action("ClearSubclasses")->trigger();
+    EXPECT_EQ(storedFormats(), "Root: //Value 4xhu\nRoot:Mid: //Value 1dhu\n");
+    EXPECT_EQ(told_.size(), 4U);
+
+    action("UseShared")->trigger();
+    action("UseShared")->trigger();
+    EXPECT_EQ(statusText(), QStringLiteral("Using Default Settings"));
+    EXPECT_FALSE(action("SetDefaults")->isEnabled());
+}
+
+TEST_F(FormatControllerTest, TheMenuItemShowsAndHidesThePanel)
+{
+    QAction item;
+    controller_.addTogglePropertyFormatPanelMenuItem(item);
+    EXPECT_EQ(item.text(), QStringLiteral("Hide Property Format Panel"));
+    item.trigger();
+    EXPECT_FALSE(controller_.isPropertyFormatPanelVisible());
+    EXPECT_EQ(item.text(), QStringLiteral("Show Property Format Panel"));
+    item.trigger();
+    EXPECT_TRUE(controller_.isPropertyFormatPanelVisible());
+    QTest::keyClick(&controller_.propertyFormatPanel(), Qt::Key_Escape);
+    EXPECT_EQ(item.text(), QStringLiteral("Show Property Format Panel"));
+}
+
+TEST_F(FormatControllerTest, KeepsAPropertyWhoseEntryHasGone)
+{
+    select(container(), {QStringLiteral("one")});
+    entry_.reset();
+    click("propertyFormatAutomaticCheckbox");
+    EXPECT_EQ(storedFormats(), "Root: //Value/one 4xhu\n");
+}
+
+TEST(EntryTextAttributesTest, SomeStatesShareASlot)
+{
+    const auto attributes = &TavFormatController::textAttributesForRegistryState;
+    EXPECT_EQ(&attributes(RegistryStateChanged, FindStateNone, true),
+              &attributes(RegistryStateUnchanged, FindStateNotMatching, false));
+    EXPECT_EQ(&attributes(RegistryStateTerminated, FindStateNone, true),
+              &attributes(RegistryStateNew, FindStateNotMatching, false));
+    EXPECT_NE(&attributes(RegistryStateNew, FindStateNone, true),
+              &attributes(RegistryStateNew, FindStateNone, false));
+    EXPECT_TRUE(attributes(RegistryStateUnchanged, FindStateNone, true).isSlanted);
+    EXPECT_TRUE(attributes(RegistryStateTerminated, FindStateParentOfMatch, true).isStruckOut);
+}
+} // namespace
