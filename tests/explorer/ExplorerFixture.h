@@ -31,6 +31,7 @@ protected:
     TavRegistryEntry *entry(const char *label) const; // throws when it is not in the store
     TavRegistryEntryPath path(std::initializer_list<const char *> labels,
                               const char *plane = "DxService") const;
+    QString preferencesFolder() const { return preferences_.path(); }
     template<class Outlet>
     Outlet *outlet(const char *name) const
     {

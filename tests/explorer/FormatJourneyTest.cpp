@@ -1,0 +1,145 @@
+#include "ExplorerFixture.h"
+#include "display/TavPropertyOutlineItem.h"
+#include "display/views/TavFormatController.h"
+#include "display/views/TavPropertiesOutlineView.h"
+#include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "platform/PreferencesStore.h"
+#include "tests/support/QtPrinters.h"
+#include "tests/support/RegistryValues.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDialog>
+#include <QRadioButton>
+#include <QTest>
+
+namespace {
+class FormatJourneyTest : public ExplorerFixture
+{
+protected:
+    void SetUp() override
+    {
+        registry_.plane("DxService", R"(
+            Root
+              usb@14 : DxPciSerialBus : DxPciDevice : DxService : DxRegistryEntry
+              sata@1f : DxPciStorage : DxPciDevice : DxService
+              net@2 : DxNetwork : DxService)");
+        const auto withConfig = [](const char *bytes) {
+            return values::dictionary({{"config", values::data(bytes)}});
+        };
+        service_.setProperties(registry_["usb@14"], withConfig("86806fa3"));
+        service_.setProperties(registry_["sata@1f"], withConfig("868002a1"));
+        service_.setProperties(registry_["net@2"], withConfig("f41a0100"));
+        open();
+        controller_->window()->activateWindow();
+    }
+    void TearDown() override { formats_.propertyFormatPanel().hide(); }
+
+    TavPropertiesOutlineView *view() const
+    {
+        return outlet<TavPropertiesOutlineView>("propertiesOutlineView");
+    }
+    // Clicks on the entry's property.
+    void selectConfig(const char *label)
+    {
+        controller_->goToEntryPath(path({"Root", label}), true, true);
+        const QModelIndex row = view()->model()->index(0, 0);
+        QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, view()->visualRect(row).center());
+    }
+    QString shown() const
+    {
+        constexpr int value = TavPropertiesOutlineViewDataSource::ValueColumn;
+        return view()->model()->index(0, value).data().toString();
+    }
+    template<class Control>
+    Control *panelControl(const char *name)
+    {
+        return formats_.propertyFormatPanel().findChild<Control *>(QString::fromLatin1(name));
+    }
+    void click(const char *name)
+    {
+        auto *const button = panelControl<QAbstractButton>(name);
+        QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
+    }
+    void chooseClass(const char *name)
+    {
+        auto *const popUp = panelControl<QComboBox>("propertyFormatClassPopUpButton");
+        const int index = popUp->findText(QString::fromLatin1(name));
+        ASSERT_GE(index, 0) << name;
+        const int from = popUp->currentIndex();
+        for (int i = from; i != index; i += from < index ? 1 : -1)
+            popUp->setCurrentIndex(from < index ? i + 1 : i - 1);
+        Q_EMIT popUp->activated(index);
+    }
+    void restart()
+    {
+        close();
+        PreferencesStore::setFolder(preferencesFolder());
+        PreferencesStore::standard().registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
+        open();
+    }
+
+    TavFormatController &formats_ = TavFormatController::sharedInstance();
+};
+} // namespace
+
+TEST_F(FormatJourneyTest, AFormatForABaseClassAnOwnOneAndBack)
+{
+    selectConfig("sata@1f"); // seen before the format is chosen
+    EXPECT_EQ(shown(), QStringLiteral("<86 80 02 a1>"));
+    selectConfig("usb@14");
+    outlet<QAction>("togglePropertyFormatPanelAction")->trigger();
+    chooseClass("DxPciDevice");
+    click("propertyFormatAutomaticCheckbox");
+    click("propertyFormatType2");
+    click("propertyFormatByteOrder2");
+    EXPECT_EQ(shown(), QStringLiteral("<0x8086 0xa36f>"));
+
+    selectConfig("sata@1f");
+    EXPECT_EQ(shown(), QStringLiteral("<0x8086 0xa102>"));
+    chooseClass("DxPciStorage");
+    click("propertyFormatType4");
+    EXPECT_EQ(shown(), QStringLiteral("<0xa1028086>"));
+    selectConfig("usb@14");
+    EXPECT_EQ(shown(), QStringLiteral("<0x8086 0xa36f>"));
+    selectConfig("net@2");
+    EXPECT_EQ(shown(), QStringLiteral("<f4 1a 01 00>"));
+
+    selectConfig("sata@1f");
+    panelControl<QAction>("propertyFormatActionItemUseShared")->trigger();
+    EXPECT_EQ(shown(), QStringLiteral("<0x8086 0xa102>"));
+    restart();
+    selectConfig("sata@1f");
+    EXPECT_EQ(shown(), QStringLiteral("<0x8086 0xa102>"));
+    selectConfig("net@2");
+    EXPECT_EQ(shown(), QStringLiteral("<f4 1a 01 00>"));
+}
+
+TEST_F(FormatJourneyTest, ThePanelFollowsTheSelection)
+{
+    selectConfig("usb@14");
+    const auto selected = [&] { return formats_.selectedPropertyItem(); };
+    ASSERT_NE(selected(), nullptr);
+    EXPECT_EQ(selected()->name(), QStringLiteral("config"));
+    view()->clearSelection();
+    EXPECT_EQ(selected(), controller_->rootPropertyItem().get());
+
+    // What is read anew is another tree, and of another type even.
+    selectConfig("usb@14");
+    service_.setProperties(registry_["usb@14"],
+                           values::dictionary({{"config", values::number(5)}}));
+    update();
+    EXPECT_EQ(selected(), controller_->rootPropertyItem().get());
+    EXPECT_EQ(shown(), QStringLiteral("0x5"));
+
+    selectConfig("usb@14");
+    outlet<QAction>("togglePropertyFormatPanelAction")->trigger();
+    terminate("usb@14");
+    store_->clearTerminatedObjects();
+    click("propertyFormatAutomaticCheckbox"); // for whatever is selected then
+    controller_->selectEntryPath(std::nullopt);
+    EXPECT_EQ(selected(), nullptr);
+    click("propertyFormatAutomaticCheckbox");
+    close();
+    click("propertyFormatAutomaticCheckbox"); // no window is left to tell
+}
