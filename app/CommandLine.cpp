@@ -68,14 +68,16 @@ CommandLine CommandLine::parse(const QStringList &arguments)
                                      tr("Show the version."));
     parser.addOptions({sysfs, theme, plane, select, screenshot, capture, help, version});
 
+    parser.addPositionalArgument(QStringLiteral("file"),
+                                 tr("Documents to open instead of this machine's registry."),
+                                 tr("[FILE…]"));
+
     if (!parser.parse(arguments))
         return failure(parser.errorText());
     if (parser.isSet(help))
         return message(helpText(parser, arguments.value(0)));
     if (parser.isSet(version))
         return message(QStringLiteral("Vandrel %1").arg(QLatin1String(VANDREL_VERSION)));
-    if (!parser.positionalArguments().isEmpty())
-        return failure(tr("Unexpected argument: %1").arg(parser.positionalArguments().first()));
     const std::optional<Theme> chosen = themeNamed(parser.value(theme));
     if (!chosen)
         return failure(tr("Unknown theme: %1").arg(parser.value(theme)));
@@ -96,6 +98,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         line.captureFile = parser.value(capture);
     }
     line.sysfsRoot = parser.value(sysfs);
+    line.files = parser.positionalArguments();
     line.theme = *chosen;
     line.plane = valueOrNull(plane);
     line.selectedPath = valueOrNull(select);

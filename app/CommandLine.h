@@ -15,6 +15,7 @@ struct CommandLine
     Action action = Action::Run;
     QString text; // to be shown: help and version on standard output, a failure on standard error
     QString sysfsRoot;
+    QStringList files; // documents to open; none: a new one
     Theme theme = Theme::System;
     QString plane;          // null: the preferred one
     QString selectedPath;   // null: the registry's root

@@ -2,13 +2,14 @@
 
 #include "display/PropertyFormatStore.h"
 #include "platform/PreferencesStore.h"
+#include "platform/RecentDocuments.h"
 
 PreferencesWarning::PreferencesWarning(QWidget &parent)
     : parent_(parent)
 {
     for (const PreferencesStore *store :
-         {&PreferencesStore::standard(),
-          &PreferencesStore::shared(PropertyFormatStore::domain())}) {
+         {&PreferencesStore::standard(), &PreferencesStore::shared(PropertyFormatStore::domain()),
+          &PreferencesStore::shared(RecentDocuments::domain())}) {
         for (const QString &problem : store->problems())
             tell(problem);
     }

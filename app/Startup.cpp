@@ -1,23 +1,30 @@
 #include "app/Startup.h"
 
-#include "display/TavPropertyOutlineItem.h"
+#include "platform/Alert.h"
 #include "platform/PreferencesStore.h"
 #include "platform/SystemBeep.h"
+#include "platform/desktop/AlertBox.h"
 
 #include <QApplication>
 #include <QIcon>
+#include <QTranslator>
 
-void Startup::registerDefaults()
+namespace {
+// English first: it has the texts that have no English of their own in the code.
+void installTranslations()
 {
-    QJsonObject defaults = TavPropertyOutlineItem::defaultsToRegister();
-    defaults.insert(QStringLiteral("DefaultPlane"), QStringLiteral("DxService"));
-    defaults.insert(QStringLiteral("DefaultView"), QStringLiteral("outline"));
-    defaults.insert(QStringLiteral("ShowNumPaths"), QStringLiteral("no"));
-    defaults.insert(QStringLiteral("Autoupdate"), QStringLiteral("yes"));
-    defaults.insert(QStringLiteral("PolledUpdate"), QStringLiteral("no"));
-    defaults.insert(QStringLiteral("PolledUpdateInterval"), 30);
-    PreferencesStore::standard().registerDefaults(defaults);
+    const auto install = [](auto... arguments) {
+        auto *const translator = new QTranslator(qApp);
+        if (translator->load(arguments...))
+            QCoreApplication::installTranslator(translator);
+        else
+            delete translator;
+    };
+    const QString folder = QStringLiteral(":/translations");
+    install(QStringLiteral("vandrel_en"), folder);
+    install(QLocale(), QStringLiteral("vandrel"), QStringLiteral("_"), folder);
 }
+} // namespace
 
 void Startup::setUpApplication(Theme theme)
 {
@@ -25,8 +32,9 @@ void Startup::setUpApplication(Theme theme)
     QApplication::setApplicationName(QStringLiteral("Vandrel"));
     QApplication::setApplicationVersion(QStringLiteral(VANDREL_VERSION));
     QApplication::setDesktopFileName(PreferencesStore::applicationIdentifier());
+    installTranslations();
     applyTheme(theme);
     QApplication::setWindowIcon(QIcon::fromTheme(PreferencesStore::applicationIdentifier()));
     SystemBeep::setSounder([] { QApplication::beep(); });
-    registerDefaults();
+    AlertPanel::setPresenter(AlertBox::present);
 }

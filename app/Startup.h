@@ -5,5 +5,4 @@
 // What is set up once, before the first document opens.
 namespace Startup {
 void setUpApplication(Theme theme);
-void registerDefaults();
 } // namespace Startup

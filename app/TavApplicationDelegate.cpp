@@ -1,20 +1,23 @@
 #include "app/TavApplicationDelegate.h"
 
 #include "app/CommandLine.h"
+#include "app/HelpWindow.h"
 #include "app/PreferencesWarning.h"
 #include "app/WindowPicture.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
 #include "explorer/TavWindowController.h"
 #include "model/linux/LinuxRegistryService.h"
-#include "platform/desktop/DocumentWindows.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/desktop/RecentDocumentsMenu.h"
+#include "platform/desktop/WindowsMenu.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMessageBox>
 
 std::unique_ptr<RegistryService> TavApplicationDelegate::openRegistry(const CommandLine &line,
@@ -25,21 +28,38 @@ std::unique_ptr<RegistryService> TavApplicationDelegate::openRegistry(const Comm
 
 TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> service)
     : service_(std::move(service))
+    , defaultsController_(*service_)
     , documents_(*service_)
-    , documentWindows_(std::make_unique<DocumentWindows>(documents_))
+    , documentCommands_(documents_, {tr("Vandrel snapshots"), QStringLiteral("vandrel")})
+    , documentWindows_(documents_, documentCommands_)
+    , bookmarksController_(
+          {.mainWindow = [this] { return mainWindowController(); },
+           .hasDocuments = [this] { return !documents_.documents().empty(); },
+           .defaultBookmarkPopUp = [this] { return defaultsController_.defaultBookmarkPopUp(); }})
 {
     documents_.setWindowControllerFactory(
         [](TavDocument &document) { return std::make_unique<TavWindowController>(document); });
+    documents_.setBookmarksCheck([this] { bookmarksController_.checkForDocuments(); });
     connect(&documents_, &DocumentController::windowControllerAdded, this,
-            [this](Document &, DocumentWindowController &controller) {
-                connectCommands(*static_cast<TavWindowController &>(controller).window());
+            [this](Document &document, DocumentWindowController &controller) {
+                connectCommands(static_cast<TavDocument &>(document),
+                                static_cast<TavWindowController &>(controller));
             });
     connect(&TavFormatController::sharedInstance(), &TavFormatController::dataViewOptionsChanged,
             &documents_, &TavDocumentController::dataViewOptionsChanged);
-    connect(&documents_, &DocumentController::terminationRequested, &QApplication::quit);
+    connect(&documentCommands_, &DocumentCommands::readyToTerminate, qApp,
+            [] { QApplication::exit(); });
+    connect(&defaultsController_, &TavDefaultsController::panelLoaded, this,
+            [this] { bookmarksController_.rebuildBookmarksMenus(); });
+    connect(&defaultsController_, &TavDefaultsController::defaultBookmarkPopUpChanged, this,
+            [this] { bookmarksController_.defaultBookmarkPopUpChanged(); });
 }
 
-TavApplicationDelegate::~TavApplicationDelegate() = default;
+TavApplicationDelegate::~TavApplicationDelegate()
+{
+    documents_.setBookmarksCheck({});
+    documents_.closeAllDocuments(); // their windows use what goes first
+}
 
 // Every property tree read from now on can be shown.
 void TavApplicationDelegate::applicationWillFinishLaunching()
@@ -47,34 +67,49 @@ void TavApplicationDelegate::applicationWillFinishLaunching()
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
 }
 
+void TavApplicationDelegate::applicationDidFinishLaunching()
+{
+    bookmarksController_.rebuildBookmarksMenus();
+}
+
 bool TavApplicationDelegate::start(const CommandLine &line, QString *error)
 {
     applicationWillFinishLaunching();
-    Document &document = documents_.newDocument(false);
-    if (!goWhereAsked(line, error))
+    applicationDidFinishLaunching();
+    if (!openDocuments(line, error) || !goWhereAsked(line, error))
         return false;
     if (!line.screenshotFile.isNull())
         takePicture(line.screenshotFile);
-    document.showWindows();
+    for (const auto &document : documents_.documents())
+        document->showWindows();
     if (!picture_)
         warning_ = std::make_unique<PreferencesWarning>(*mainWindowController()->window());
     return true;
 }
 
-TavWindowController *TavApplicationDelegate::mainWindowController() const
+bool TavApplicationDelegate::openDocuments(const CommandLine &line, QString *error)
 {
-    TavWindowController *last = nullptr;
-    for (const auto &document : documents_.documents()) {
-        for (const auto &controller : document->windowControllers()) {
-            last = static_cast<TavWindowController *>(controller.get());
-            if (last->window()->isActiveWindow())
-                return last;
+    const bool isUnattended = !line.screenshotFile.isNull();
+    for (const QString &file : line.files) {
+        DocumentError failure;
+        if (isUnattended && !documents_.openDocument(file, failure, false)) {
+            *error = QStringLiteral("%1: %2 %3").arg(file, failure.description, failure.reason);
+            return false;
         }
     }
-    return last;
+    if (!isUnattended)
+        documentCommands_.openFiles(line.files, nullptr);
+    if (documents_.documents().empty())
+        documents_.newDocument(false);
+    return true;
 }
 
-bool TavApplicationDelegate::goWhereAsked(const CommandLine &line, QString *error)
+TavWindowController *TavApplicationDelegate::mainWindowController() const
+{
+    return static_cast<TavWindowController *>(documentWindows_.mainWindowController());
+}
+
+bool TavApplicationDelegate::goWhereAsked(const CommandLine &line, QString *error) const
 {
     TavWindowController &window = *mainWindowController();
     TavDataStore &store = *window.dataStore();
@@ -103,23 +138,60 @@ void TavApplicationDelegate::takePicture(const QString &file)
     connect(picture_.get(), &WindowPicture::failed, this, &TavApplicationDelegate::pictureFailed);
 }
 
-void TavApplicationDelegate::connectCommands(QMainWindow &window)
+void TavApplicationDelegate::connectCommands(TavDocument &document, TavWindowController &controller)
 {
-    const auto connectAction = [&](const char *name, auto command) {
-        connect(InterfaceLoader::outlet<QAction>(window, name), &QAction::triggered, this, command);
+    QMainWindow &window = *controller.window();
+    // Later: the window that the command comes from may go by it.
+    const auto command = [&](const char *name, auto action) {
+        connect(InterfaceLoader::outlet<QAction>(window, name), &QAction::triggered, this, action,
+                Qt::QueuedConnection);
     };
-    connectAction("newDocumentAction", [this] { documents_.newDocument(); });
-    connectAction("closeAction", [&window] { window.close(); });
-    connectAction("quitAction", [] { QApplication::quit(); });
-    connectAction("aboutAction", [this] { showAbout(); });
-    for (const char *name :
-         {"openDocumentAction", "saveDocumentAction", "saveDocumentAsAction", "showHelpAction",
-          "showPreferencesPanelAction", "toggleBookmarksPanelAction"})
-        InterfaceLoader::outlet<QAction>(window, name)->setVisible(false); // not there yet
+    command("newDocumentAction", [this] { documentCommands_.newDocument(); });
+    command("openDocumentAction", [this, shown = QPointer(&window)] {
+        if (shown)
+            documentCommands_.openDocument(*shown);
+    });
+    const QPointer<Document> saved(&document);
+    command("saveDocumentAction", [this, saved] {
+        if (saved)
+            documentCommands_.saveDocument(*saved);
+    });
+    command("saveDocumentAsAction", [this, saved] {
+        if (saved)
+            documentCommands_.saveDocumentAs(*saved);
+    });
+    command("closeAction", [shown = QPointer(&window)] {
+        if (shown)
+            shown->close();
+    });
+    command("quitAction", [this] { documentCommands_.terminate(); });
+    command("showPreferencesPanelAction", [this] { defaultsController_.showPreferencesPanel(); });
+    command("toggleBookmarksPanelAction", [this] { bookmarksController_.toggleBookmarksPanel(); });
+    command("showHelpAction", [this] {
+        if (!helpWindow_)
+            helpWindow_ = std::make_unique<HelpWindow>();
+        helpWindow_->showHelp();
+    });
+    command("aboutAction", [this] { showAbout(); });
+
+    auto *const recent =
+        new RecentDocumentsMenu(*InterfaceLoader::outlet<QMenu>(window, "recentDocumentsMenu"),
+                                documentCommands_.recentDocuments());
+    connect(
+        recent, &RecentDocumentsMenu::chosen, this,
+        [this, shown = QPointer(&window)](const QString &file) {
+            documentCommands_.openFiles({file}, shown);
+        },
+        Qt::QueuedConnection);
+    new WindowsMenu(*InterfaceLoader::outlet<QMenu>(window, "windowMenu"), window, documents_);
+    bookmarksController_.addBookmarksMenu(*InterfaceLoader::outlet<QMenu>(window, "bookmarksMenu"),
+                                          controller);
 }
 
-void TavApplicationDelegate::showAbout()
+void TavApplicationDelegate::showAbout() const
 {
+    if (!mainWindowController())
+        return;
     auto *const about = new QMessageBox(mainWindowController()->window());
     about->setWindowTitle(tr("About Vandrel"));
     about->setIconPixmap(QGuiApplication::windowIcon().pixmap(64, 64));

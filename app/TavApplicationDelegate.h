@@ -1,17 +1,19 @@
 #pragma once
 
+#include "app/TavBookmarksController.h"
+#include "app/TavDefaultsController.h"
+#include "platform/desktop/DocumentCommands.h"
+#include "platform/desktop/DocumentWindows.h"
 #include "store/TavDocumentController.h"
 
 struct CommandLine;
-class DocumentWindows;
+class HelpWindow;
 class PreferencesWarning;
-class QAction;
 class QMainWindow;
-class TavWindowController;
 class WindowPicture;
 
 // Starts the program: the steps before the first document, then the documents that the command line
-// asks for, and the commands that belong to no window.
+// asks for, and the commands that are not a single window's.
 class TavApplicationDelegate : public QObject
 {
     Q_OBJECT
@@ -19,14 +21,19 @@ public:
     // Needs no display. Null, with a message for the user, when there is no registry.
     static std::unique_ptr<RegistryService> openRegistry(const CommandLine &line, QString *error);
 
+    // Registers the preferences' defaults.
     explicit TavApplicationDelegate(std::unique_ptr<RegistryService> service);
     ~TavApplicationDelegate() override;
 
-    // Shows what is asked for. False, with a message for the user, when it is not there.
+    // Shows what is asked for, within the event loop or before it. False, with a message for the
+    // user, when the plane or entry asked for is not there, or a picture of a file cannot be made.
     bool start(const CommandLine &line, QString *error);
 
     TavDocumentController &documents() { return documents_; }
-    TavWindowController *mainWindowController() const; // of the window last used, or null
+    DocumentCommands &documentCommands() { return documentCommands_; }
+    TavDefaultsController &defaultsController() { return defaultsController_; }
+    TavBookmarksController &bookmarksController() { return bookmarksController_; }
+    TavWindowController *mainWindowController() const; // null without a window
 
 Q_SIGNALS:
     void pictureSaved();
@@ -34,15 +41,21 @@ Q_SIGNALS:
 
 private:
     void applicationWillFinishLaunching();
-    bool goWhereAsked(const CommandLine &line, QString *error);
+    void applicationDidFinishLaunching();
+    bool openDocuments(const CommandLine &line, QString *error);
+    bool goWhereAsked(const CommandLine &line, QString *error) const;
     void takePicture(const QString &file);
-    void connectCommands(QMainWindow &window);
-    void showAbout();
+    void connectCommands(TavDocument &document, TavWindowController &controller);
+    void showAbout() const;
 
     // Each uses those before it.
     std::unique_ptr<RegistryService> service_;
+    TavDefaultsController defaultsController_;
     TavDocumentController documents_;
-    std::unique_ptr<DocumentWindows> documentWindows_;
+    DocumentCommands documentCommands_;
+    DocumentWindows documentWindows_;
+    TavBookmarksController bookmarksController_;
+    std::unique_ptr<HelpWindow> helpWindow_;
     std::unique_ptr<PreferencesWarning> warning_;
     std::unique_ptr<WindowPicture> picture_;
 };

@@ -47,7 +47,7 @@ protected:
     // Whether a file that begins like this may be one of the documents; what cannot is not read.
     virtual bool checkBeginning(const QByteArray &, DocumentError &) const { return true; }
     virtual bool readFromData(const QByteArray &data, DocumentError &error) = 0;
-    // A device that fails says why itself.
+    // The error needs no description, and nothing at all where it is the device that fails.
     virtual bool writeData(QIODevice &device, DocumentError &error) = 0;
 
     // Any window, and the document itself, may be closed by what is called.

@@ -19,6 +19,7 @@ public:
     Document *openDocument(const QString &file, DocumentError &error, bool display = true);
     // With its windows and without a question.
     void closeDocument(Document &document);
+    void closeAllDocuments();
     Document *documentForFile(const QString &file) const; // null unless open
     Document *documentForWindow(const QWidget &window) const;
 
@@ -28,7 +29,6 @@ Q_SIGNALS:
     void windowControllerAdded(Document &document, DocumentWindowController &controller);
 
 protected:
-    void closeAllDocuments();
     virtual std::unique_ptr<Document> makeUntitledDocument() = 0;
     virtual std::unique_ptr<Document> makeDocument() = 0; // to be read from a file
 

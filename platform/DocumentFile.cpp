@@ -63,11 +63,12 @@ bool DocumentFile::write(const QString &path,
         return false;
     }
     QSaveFile file(path);
-    const bool isOpen = file.open(QIODevice::WriteOnly);
-    if (isOpen && content(file, error) && file.commit())
+    DocumentError problem;
+    if (file.open(QIODevice::WriteOnly) && content(file, problem) && file.commit())
         return true;
-    const bool isOurs = isOpen && file.error() == QFileDevice::NoError && !error.reason.isNull();
-    if (!isOurs)
-        error = saveError(path, file.error(), file.errorString());
+    if (problem.reason.isNull())
+        problem = {errorDomain, file.error(), {}, file.errorString()};
+    error = problem;
+    error.description = saveError(path, QFileDevice::NoError, {}).description;
     return false;
 }

@@ -113,11 +113,9 @@ bool TavDocument::readFromData(const QByteArray &data, DocumentError &error)
 bool TavDocument::writeData(QIODevice &device, DocumentError &error)
 {
     const QString problem = DataStoreEncoder::encode(*dataStore_, device);
-    if (problem.isNull())
-        return true;
-    error = errorWithCode(UnknownError);
-    error.reason = problem;
-    return false;
+    if (!problem.isNull())
+        error = {errorDomain(), UnknownError, {}, problem};
+    return problem.isNull();
 }
 
 void TavDocument::_registerForDataStoreNotifications()

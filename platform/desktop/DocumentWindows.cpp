@@ -1,41 +1,96 @@
 #include "platform/desktop/DocumentWindows.h"
 
 #include "platform/DocumentController.h"
-#include "platform/DocumentWindowController.h"
 #include "platform/RunLoop.h"
+#include "platform/desktop/DocumentCommands.h"
 
-#include <QCloseEvent>
-#include <QPointer>
-#include <QTimer>
-#include <QWidget>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
 
-DocumentWindows::DocumentWindows(DocumentController &documents)
+namespace {
+QStringList localFiles(const QMimeData &data)
+{
+    QStringList files;
+    for (const QUrl &url : data.urls()) {
+        if (url.isLocalFile())
+            files.append(url.toLocalFile());
+    }
+    return files;
+}
+} // namespace
+
+DocumentWindows::DocumentWindows(DocumentController &documents, DocumentCommands &commands)
     : documents_(documents)
+    , commands_(commands)
 {
     connect(&documents, &DocumentController::windowControllerAdded, this,
-            [this](Document &, DocumentWindowController &controller) { watch(controller); });
+            [this](Document &, DocumentWindowController &controller) {
+                controller.documentWindow()->installEventFilter(this);
+                controller.documentWindow()->setAcceptDrops(true);
+            });
 }
 
-void DocumentWindows::watch(DocumentWindowController &controller)
+DocumentWindowController *DocumentWindows::mainWindowController() const
 {
-    controller.documentWindow()->installEventFilter(this);
+    DocumentWindowController *last = nullptr;
+    for (const auto &document : documents_.documents()) {
+        for (const auto &controller : document->windowControllers()) {
+            last = controller.get();
+            if (last->documentWindow() == mainWindow_)
+                return last;
+        }
+    }
+    return last;
 }
 
 bool DocumentWindows::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Close) {
-        // The window still has to deal with the event, and the document may be at work below.
-        QTimer::singleShot(0, this, [this, window = QPointer(static_cast<QWidget *>(watched))] {
-            RunLoop::main().performInDefaultMode(life_, [this, window] {
-                if (window && !window->isVisible())
-                    noteWindowClosed(*window);
-            });
-        });
+    auto &window = *static_cast<QWidget *>(watched);
+    switch (event->type()) {
+    case QEvent::WindowActivate:
+        mainWindow_ = &window;
+        return false;
+    case QEvent::Close:
+        if (asksBeforeClosing(window)) {
+            event->ignore();
+            return true;
+        }
+        noteWindowClosed(window);
+        return false;
+    case QEvent::DragEnter:
+    case QEvent::Drop:
+        return takeDrop(window, *static_cast<QDropEvent *>(event));
+    default:
+        return false;
     }
-    return false;
 }
 
-void DocumentWindows::noteWindowClosed(const QWidget &window)
+bool DocumentWindows::asksBeforeClosing(QWidget &window)
+{
+    Document *const document = documents_.documentForWindow(window);
+    if (!document || !document->isDocumentEdited() || document->windowControllers().size() > 1)
+        return false;
+    commands_.prepareToClose(*document, [this, document = QPointer(document)](bool mayClose) {
+        if (mayClose && document)
+            documents_.closeDocument(*document);
+    });
+    return true;
+}
+
+void DocumentWindows::noteWindowClosed(QWidget &window)
+{
+    // The window still has to deal with the event, and the document may be at work below.
+    const auto close = [this, watched = QPointer(&window)] {
+        RunLoop::main().performInDefaultMode(life_, [this, watched] {
+            if (watched && !watched->isVisible())
+                closeWindow(*watched);
+        });
+    };
+    QMetaObject::invokeMethod(this, close, Qt::QueuedConnection);
+}
+
+void DocumentWindows::closeWindow(const QWidget &window)
 {
     Document *const document = documents_.documentForWindow(window);
     if (!document)
@@ -50,4 +105,19 @@ void DocumentWindows::noteWindowClosed(const QWidget &window)
             return controller->documentWindow() == &window;
         });
     document->removeWindowController(**closed);
+}
+
+bool DocumentWindows::takeDrop(QWidget &window, QDropEvent &event)
+{
+    const QStringList files = localFiles(*event.mimeData());
+    if (files.isEmpty())
+        return false;
+    event.acceptProposedAction();
+    // The program that the files come from waits for the answer.
+    if (event.type() == QEvent::Drop)
+        QMetaObject::invokeMethod(
+            this,
+            [this, files, watched = QPointer(&window)] { commands_.openFiles(files, watched); },
+            Qt::QueuedConnection);
+    return true;
 }

@@ -1,27 +1,36 @@
 #pragma once
 
-#include <QObject>
+#include <QPointer>
+#include <QWidget>
 #include <memory>
 
-class Document;
+class DocumentCommands;
 class DocumentController;
 class DocumentWindowController;
-class QWidget;
+class QDropEvent;
 
-// Ties documents to their windows: one whose last window is closed is closed too.
+// Ties documents to their windows: a document whose last window is closed is closed too, and files
+// dropped onto a window are opened.
 class DocumentWindows : public QObject
 {
     Q_OBJECT
 public:
-    explicit DocumentWindows(DocumentController &documents);
+    DocumentWindows(DocumentController &documents, DocumentCommands &commands);
+
+    // Of the window that was active last; null without one.
+    DocumentWindowController *mainWindowController() const;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void watch(DocumentWindowController &controller);
-    void noteWindowClosed(const QWidget &window);
+    bool asksBeforeClosing(QWidget &window);
+    void noteWindowClosed(QWidget &window);
+    void closeWindow(const QWidget &window);
+    bool takeDrop(QWidget &window, QDropEvent &event);
 
     DocumentController &documents_;
+    DocumentCommands &commands_;
+    QPointer<QWidget> mainWindow_;
     std::shared_ptr<void> life_ = std::make_shared<char>();
 };

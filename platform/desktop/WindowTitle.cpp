@@ -2,12 +2,24 @@
 
 #include <QWidget>
 
+namespace {
+const QLatin1String mark("[*]");
+const QLatin1String escapedMark("[*][*]"); // stands for itself
+} // namespace
+
 void WindowTitle::set(QWidget &window, const QString &title, bool isEdited)
 {
-    const QLatin1String mark("[*]");
     QString text = title;
-    text.replace(mark, QLatin1String("[*][*]")); // stands for itself
-    window.setWindowModified(false);             // no mark, no modified window
+    text.replace(mark, escapedMark);
+    window.setWindowModified(false); // no mark, no modified window
     window.setWindowTitle(isEdited ? mark + text : text);
     window.setWindowModified(isEdited);
+}
+
+QString WindowTitle::shown(const QWidget &window)
+{
+    QString title = window.windowTitle();
+    if (window.isWindowModified())
+        title.replace(0, mark.size(), u'*');
+    return title.replace(escapedMark, mark);
 }

@@ -27,12 +27,13 @@ TEST(CommandLine, RunsOnThisMachineUnlessToldOtherwise)
     EXPECT_TRUE(plain.screenshotFile.isNull());
 
     const CommandLine told = parse("--sysfs /a --theme dark --plane DxBus --select DxBus:/pci "
-                                   "--screenshot b.png");
+                                   "--screenshot b.png c.vandrel d");
     EXPECT_EQ(told.sysfsRoot, QStringLiteral("/a"));
     EXPECT_EQ(told.theme, Theme::Dark);
     EXPECT_EQ(told.plane, QStringLiteral("DxBus"));
     EXPECT_EQ(told.selectedPath, QStringLiteral("DxBus:/pci"));
     EXPECT_EQ(told.screenshotFile, QStringLiteral("b.png"));
+    EXPECT_EQ(told.files, QStringList({QStringLiteral("c.vandrel"), QStringLiteral("d")}));
 }
 
 TEST(CommandLine, ShowsHelpAndVersion)
@@ -60,7 +61,7 @@ TEST(CommandLine, CapturesWithoutAWindow)
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow)
 {
-    for (const char *options : {"--theme pink", "--nonsense", "file.txt", "--sysfs"}) {
+    for (const char *options : {"--theme pink", "--nonsense", "--sysfs"}) {
         const CommandLine line = parse(options);
         EXPECT_EQ(line.action, CommandLine::Action::Fail) << options;
         EXPECT_FALSE(line.text.isEmpty()) << options;

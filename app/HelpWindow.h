@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QTextBrowser>
+
+// Shows the guide, which is part of the program.
+class HelpWindow : public QTextBrowser
+{
+    Q_OBJECT
+public:
+    HelpWindow();
+    void showHelp();
+};

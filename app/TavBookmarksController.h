@@ -1,0 +1,102 @@
+#pragma once
+
+#include "app/Bookmark.h"
+
+#include <QObject>
+#include <QPointer>
+#include <optional>
+#include <vector>
+
+class BookmarksTableModel;
+class QAction;
+class QComboBox;
+class QDialog;
+class QMenu;
+class QMimeData;
+class QPushButton;
+class QTableView;
+class TavWindowController;
+
+// The bookmarks: kept in the preferences, listed in menus, edited in a panel. One of them may be
+// the default, which new windows go to. Every change is saved at once.
+class TavBookmarksController : public QObject
+{
+    Q_OBJECT
+public:
+    // What the controller asks of the rest of the program.
+    struct Surroundings
+    {
+        std::function<TavWindowController *()> mainWindow; // null without one
+        std::function<bool()> hasDocuments;
+        std::function<QComboBox *()> defaultBookmarkPopUp; // null until loaded
+    };
+
+    static QString pasteboardType() { return QStringLiteral("Vandrel Bookmark"); }
+    static QJsonObject defaultsToRegister();
+
+    explicit TavBookmarksController(Surroundings surroundings);
+    ~TavBookmarksController() override;
+    // The one that exists.
+    static TavBookmarksController &sharedInstance();
+
+    const std::vector<BookmarkRef> &bookmarks();
+    QString defaultBookmarkPath(); // null without one
+    void addBookmarkNamed(const QString &name, const QString &path, bool setAsDefault);
+    void setDefaultBookmark(const BookmarkRef &bookmark, bool updateMenu); // null: none
+    // A window's menu. Its items go to the bookmarks in that window.
+    void addBookmarksMenu(QMenu &menu, TavWindowController &window);
+    void rebuildBookmarksMenus();
+
+    void toggleBookmarksPanel();
+    QDialog *bookmarksPanel() const { return bookmarksPanel_.get(); } // null until shown
+    void defaultBookmarkPopUpChanged();
+    void checkForDocuments();
+
+    // The table's rows.
+    int numberOfRowsInTableView();
+    QString objectValueForTableColumn(const QString &identifier, int row) const;
+    void setObjectValue(const QString &value, const QString &identifier, int row);
+    bool isDefaultBookmark(int row) const;
+    QMimeData *pasteboardForRow(int row) const; // the caller's
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void readBookmarksIfNeeded();
+    void saveBookmarks() const;
+    void sortBookmarks();
+    void rebuildBookmarksMenu(QMenu &menu, TavWindowController &window);
+    void rebuildDefaultBookmarkPopUp();
+    void validateMenuItem(QAction &toggleItem) const;
+
+    void loadPanel();
+    void newBookmarkFromBookmarksPanel();
+    void deleteBookmark();
+    void goToSelectedBookmark();
+    void tableViewSelectionDidChange();
+    void reloadTable();
+    void reloadBookmarksAfterEdit();
+    int selectedRow() const; // -1 without one
+    void selectRow(int row); // one that is not there: none
+    int rowOf(const BookmarkRef &bookmark) const;
+    bool isRow(int row) const;
+
+    struct WindowMenu
+    {
+        QPointer<QMenu> menu;
+        TavWindowController *window;
+    };
+
+    Surroundings surroundings_;
+    std::vector<WindowMenu> bookmarksMenus_;
+    std::unique_ptr<BookmarksTableModel> tableModel_;
+    std::unique_ptr<QDialog> bookmarksPanel_;
+    std::optional<std::vector<BookmarkRef>> bookmarks_; // none until first read
+    BookmarkRef lastEditedBookmark_;
+    BookmarkRef defaultBookmark_;
+    QPushButton *deleteBookmarkButton_ = nullptr;
+    QPushButton *setDefaultBookmarkButton_ = nullptr;
+    QPushButton *goBookmarkButton_ = nullptr;
+    QTableView *bookmarksTable_ = nullptr;
+};

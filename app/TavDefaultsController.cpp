@@ -1,0 +1,249 @@
+#include "app/TavDefaultsController.h"
+
+#include "app/PopUpItem.h"
+#include "app/TavBookmarksController.h"
+#include "display/TavPropertyOutlineItem.h"
+#include "model/FindOptions.h"
+#include "model/RegistryHandle.h"
+#include "model/RegistryOrder.h"
+#include "platform/PreferencesStore.h"
+#include "platform/desktop/InterfaceLoader.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QScopedValueRollback>
+#include <QShortcut>
+#include <QSpinBox>
+#include <QTabWidget>
+
+namespace {
+constexpr int outlineTag = 0;
+constexpr int browserTag = 1;
+
+const QString servicePlane = QStringLiteral("DxService");
+
+TavDefaultsController *instance = nullptr;
+} // namespace
+
+TavDefaultsController::TavDefaultsController(RegistryService &service)
+    : service_(service)
+{
+    Q_ASSERT(!instance);
+    instance = this;
+    _registerDefaults();
+}
+
+TavDefaultsController::~TavDefaultsController()
+{
+    instance = nullptr;
+}
+
+TavDefaultsController &TavDefaultsController::sharedInstance()
+{
+    Q_ASSERT(instance);
+    return *instance;
+}
+
+void TavDefaultsController::_registerDefaults()
+{
+    PreferencesStore &preferences = PreferencesStore::standard();
+    preferences.registerDefaults({
+        {QStringLiteral("SelectedPreferencesTab"), QStringLiteral("View")},
+        {QStringLiteral("DefaultView"), QStringLiteral("outline")},
+        {QStringLiteral("DefaultPlane"), servicePlane},
+        {QStringLiteral("FilteredFind"), QStringLiteral("yes")},
+        {QStringLiteral("FindOptions"),
+         FindOptions(FindOption::Name | FindOption::Inheritance).toInt()},
+        {QStringLiteral("ShowNumPaths"), QStringLiteral("no")},
+        {QStringLiteral("Autoupdate"), QStringLiteral("yes")},
+        {QStringLiteral("PolledUpdate"), QStringLiteral("no")},
+        {QStringLiteral("PolledUpdateInterval"), 30},
+    });
+    preferences.registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
+    preferences.registerDefaults(TavBookmarksController::defaultsToRegister());
+}
+
+void TavDefaultsController::showPreferencesPanel()
+{
+    if (!preferencesWindow_)
+        loadPanel();
+    _syncPreferencesPanel();
+    preferencesWindow_->show();
+    preferencesWindow_->raise();
+    preferencesWindow_->activateWindow();
+}
+
+void TavDefaultsController::loadPanel()
+{
+    preferencesWindow_.reset(qobject_cast<QDialog *>(
+        InterfaceLoader().load(QStringLiteral("PreferencesPanel")).release()));
+    connectOutlets();
+    connectControls();
+    preferencesWindow_->setFixedSize(preferencesWindow_->sizeHint());
+    Q_EMIT panelLoaded();
+}
+
+void TavDefaultsController::connectOutlets()
+{
+    const auto outlet = [this](auto *&field, const char *name) {
+        field = InterfaceLoader::outlet<std::remove_reference_t<decltype(*field)>>(
+            *preferencesWindow_, name);
+    };
+    const auto number = [&](QButtonGroup &matrix, const char *name, int tag) {
+        matrix.setId(InterfaceLoader::outlet<QAbstractButton>(*preferencesWindow_, name), tag);
+    };
+    outlet(preferencesTabView_, "preferencesTabView");
+    outlet(defaultViewMatrix_, "defaultViewMatrix");
+    number(*defaultViewMatrix_, "defaultViewOutlineCell", outlineTag);
+    number(*defaultViewMatrix_, "defaultViewBrowserCell", browserTag);
+    outlet(defaultPlanePopUp_, "defaultPlanePopUp");
+    outlet(defaultBookmarkPopUp_, "defaultBookmarkPopUp");
+    PopUpItem::addMarker(*defaultBookmarkPopUp_);
+    outlet(filteredFindCheckbox_, "filteredFindCheckbox");
+    outlet(findOptionsMatrix_, "findOptionsMatrix");
+    const std::pair<const char *, FindOption> findCheckboxes[] = {
+        {"findNameCheckbox", FindOption::Name},
+        {"findClassCheckbox", FindOption::Class},
+        {"findInheritanceCheckbox", FindOption::Inheritance},
+        {"findBundleIDCheckbox", FindOption::BundleID},
+        {"findKeysCheckbox", FindOption::Keys},
+        {"findValuesCheckbox", FindOption::Values},
+        {"findSpecialCheckbox", FindOption::Special},
+    };
+    for (const auto &[name, option] : findCheckboxes)
+        number(*findOptionsMatrix_, name, static_cast<int>(option));
+    outlet(defaultAutoupdateCheckbox_, "defaultAutoupdateCheckbox");
+    outlet(defaultPolledUpdateCheckbox_, "defaultPolledUpdateCheckbox");
+    outlet(defaultPollIntervalField_, "defaultPollIntervalField");
+}
+
+void TavDefaultsController::connectControls()
+{
+    const auto act = [this](auto *control, auto signal) {
+        connect(control, signal, this, [this, control] { userPreferenceChanged(control); });
+    };
+    act(defaultViewMatrix_, &QButtonGroup::idClicked);
+    act(defaultPlanePopUp_, &QComboBox::activated);
+    act(filteredFindCheckbox_, &QCheckBox::clicked);
+    act(findOptionsMatrix_, &QButtonGroup::idClicked);
+    act(defaultAutoupdateCheckbox_, &QCheckBox::clicked);
+    act(defaultPolledUpdateCheckbox_, &QCheckBox::clicked);
+    act(defaultPollIntervalField_, &QSpinBox::valueChanged);
+    connect(defaultBookmarkPopUp_, &QComboBox::activated, this,
+            &TavDefaultsController::defaultBookmarkPopUpChanged);
+    connect(preferencesTabView_, &QTabWidget::currentChanged, this,
+            &TavDefaultsController::didSelectTabViewItem);
+}
+
+void TavDefaultsController::_syncPreferencesPanel()
+{
+    const QScopedValueRollback syncing(isSyncing_, true);
+    const PreferencesStore &preferences = PreferencesStore::standard();
+    const QString tab = preferences.string(QStringLiteral("SelectedPreferencesTab"));
+    for (int i = 0; i < preferencesTabView_->count(); ++i) {
+        if (preferencesTabView_->widget(i)->objectName() == tab)
+            preferencesTabView_->setCurrentIndex(i);
+    }
+    const bool isOutline =
+        preferences.string(QStringLiteral("DefaultView")) == QLatin1String("outline");
+    defaultViewMatrix_->button(isOutline ? outlineTag : browserTag)->setChecked(true);
+    syncPlanePopUp();
+    filteredFindCheckbox_->setChecked(preferences.flag(QStringLiteral("FilteredFind")));
+    syncFindOptions();
+    defaultAutoupdateCheckbox_->setChecked(preferences.flag(QStringLiteral("Autoupdate")));
+    defaultPolledUpdateCheckbox_->setChecked(preferences.flag(QStringLiteral("PolledUpdate")));
+    using Limits = std::numeric_limits<int>;
+    const qint64 interval = preferences.integer(QStringLiteral("PolledUpdateInterval"));
+    defaultPollIntervalField_->setValue(
+        static_cast<int>(std::clamp<qint64>(interval, Limits::min(), Limits::max())));
+}
+
+void TavDefaultsController::syncPlanePopUp()
+{
+    QStringList planes = _readRegistryPlanes();
+    planes.removeAll(servicePlane);
+    planes.prepend(servicePlane);
+    defaultPlanePopUp_->clear();
+    defaultPlanePopUp_->addItems(planes);
+    planeKeys_ = std::make_unique<QObject>();
+    for (int i = 0; i < planes.size() && i < 9; ++i) {
+        auto *const key = new QShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(i + 1)),
+                                        preferencesWindow_.get());
+        connect(planeKeys_.get(), &QObject::destroyed, key, &QObject::deleteLater);
+        connect(key, &QShortcut::activated, this, [this, plane = planes[i]] {
+            defaultPlanePopUp_->setCurrentIndex(defaultPlanePopUp_->findText(plane));
+            userPreferenceChanged(defaultPlanePopUp_);
+        });
+    }
+    defaultPlanePopUp_->insertSeparator(1);
+    defaultPlanePopUp_->setCurrentIndex(defaultPlanePopUp_->findText(
+        PreferencesStore::standard().string(QStringLiteral("DefaultPlane")),
+        Qt::MatchFixedString | Qt::MatchCaseSensitive));
+}
+
+void TavDefaultsController::syncFindOptions()
+{
+    const qint64 options = PreferencesStore::standard().integer(QStringLiteral("FindOptions"));
+    for (QAbstractButton *checkbox : findOptionsMatrix_->buttons())
+        checkbox->setChecked(options & findOptionsMatrix_->id(checkbox));
+}
+
+QStringList TavDefaultsController::_readRegistryPlanes() const
+{
+    const auto root = RegistryHandle::adopt(service_, service_.rootEntry());
+    if (!root)
+        return {};
+    QStringList planes;
+    const RegistryValue table =
+        service_.copyProperty(root.get(), QStringLiteral("DxRegistryPlanes"));
+    for (const RegistryValue::Member &plane : table.members())
+        planes.append(plane.key.toOwner());
+    std::sort(planes.begin(), planes.end(), [](const QString &a, const QString &b) {
+        return compareRegistryPlaneForUI(a, b) < 0;
+    });
+    return planes;
+}
+
+void TavDefaultsController::userPreferenceChanged(const QObject *sender)
+{
+    if (isSyncing_)
+        return;
+    PreferencesStore &preferences = PreferencesStore::standard();
+    if (sender == defaultViewMatrix_)
+        preferences.setValue(QStringLiteral("DefaultView"), defaultViewMatrix_->checkedId() != 0
+                                                                ? QStringLiteral("browser")
+                                                                : QStringLiteral("outline"));
+    else if (sender == defaultPlanePopUp_)
+        preferences.setValue(QStringLiteral("DefaultPlane"), defaultPlanePopUp_->currentText());
+    else if (sender == filteredFindCheckbox_)
+        preferences.setFlag(QStringLiteral("FilteredFind"), filteredFindCheckbox_->isChecked());
+    else if (sender == findOptionsMatrix_)
+        _saveFindOptions();
+    else if (sender == defaultAutoupdateCheckbox_)
+        preferences.setFlag(QStringLiteral("Autoupdate"), defaultAutoupdateCheckbox_->isChecked());
+    else if (sender == defaultPolledUpdateCheckbox_)
+        preferences.setFlag(QStringLiteral("PolledUpdate"),
+                            defaultPolledUpdateCheckbox_->isChecked());
+    else if (sender == defaultPollIntervalField_)
+        preferences.setValue(QStringLiteral("PolledUpdateInterval"),
+                             defaultPollIntervalField_->value());
+}
+
+void TavDefaultsController::_saveFindOptions()
+{
+    int options = 0;
+    for (QAbstractButton *checkbox : findOptionsMatrix_->buttons()) {
+        if (checkbox->isChecked())
+            options |= findOptionsMatrix_->id(checkbox);
+    }
+    PreferencesStore::standard().setValue(QStringLiteral("FindOptions"), options);
+}
+
+void TavDefaultsController::didSelectTabViewItem(int index)
+{
+    if (!isSyncing_)
+        PreferencesStore::standard().setValue(QStringLiteral("SelectedPreferencesTab"),
+                                              preferencesTabView_->widget(index)->objectName());
+}

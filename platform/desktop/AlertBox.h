@@ -1,0 +1,9 @@
+#pragma once
+
+#include "platform/Alert.h"
+
+// Shows an alert as a box: on its window, which alone it keeps from being used, or for the whole
+// program.
+namespace AlertBox {
+void present(const Alert &alert, const AlertPanel::Answer &answer);
+} // namespace AlertBox

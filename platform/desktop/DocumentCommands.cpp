@@ -1,0 +1,207 @@
+#include "platform/desktop/DocumentCommands.h"
+
+#include "platform/Alert.h"
+#include "platform/DocumentController.h"
+#include "platform/desktop/BusyCursor.h"
+
+#include <QFileDialog>
+#include <QPointer>
+#include <QStandardPaths>
+
+namespace {
+QWidget *windowOf(const Document &document)
+{
+    const auto &controllers = document.windowControllers();
+    return controllers.empty() ? nullptr : controllers.front()->documentWindow();
+}
+
+// A dialog is still at work when it tells of its end, and what follows may close its window.
+template<class Call>
+void later(QObject &context, Call call)
+{
+    QMetaObject::invokeMethod(&context, std::move(call), Qt::QueuedConnection);
+}
+
+void report(const DocumentCommands::Done &done, bool success)
+{
+    if (done)
+        done(success);
+}
+} // namespace
+
+DocumentCommands::DocumentCommands(DocumentController &documents, Kind kind)
+    : documents_(documents)
+    , kind_(std::move(kind))
+{
+    connect(&documents, &DocumentController::terminationRequested, this,
+            &DocumentCommands::terminate, Qt::QueuedConnection);
+}
+
+void DocumentCommands::newDocument()
+{
+    const BusyCursor busy;
+    documents_.newDocument();
+}
+
+QFileDialog *DocumentCommands::makeDialog(QWidget &window, const QString &title) const
+{
+    auto *const dialog = new QFileDialog(&window, title);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setNameFilters({tr("%1 (*.%2)").arg(kind_.name, kind_.extension), tr("All files (*)")});
+    dialog->setDefaultSuffix(kind_.extension);
+    return dialog;
+}
+
+void DocumentCommands::openDocument(QWidget &window)
+{
+    QFileDialog *const dialog = makeDialog(window, tr("Open"));
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    const QStringList recent = recentDocuments_.files();
+    if (!recent.isEmpty())
+        dialog->setDirectory(QFileInfo(recent.first()).path());
+    connect(dialog, &QFileDialog::filesSelected, this,
+            [this, window = QPointer(&window)](const QStringList &files) {
+                later(*this, [this, files, window] { openFiles(files, window); });
+            });
+    dialog->open();
+}
+
+bool DocumentCommands::openFiles(const QStringList &files, QWidget *window)
+{
+    QList<Failure> failures;
+    for (const QString &file : files) {
+        const BusyCursor busy;
+        Failure failure{file, {}};
+        if (documents_.openDocument(file, failure.error))
+            recentDocuments_.add(file);
+        else
+            failures.append(failure);
+    }
+    for (const Failure &failure : std::as_const(failures)) {
+        if (!QFileInfo::exists(failure.file))
+            recentDocuments_.remove(QFileInfo(failure.file).absoluteFilePath());
+    }
+    tell(failures, window);
+    return failures.size() < files.size();
+}
+
+// Several failures share a box, so that nobody has to click through them.
+void DocumentCommands::tell(const QList<Failure> &failures, QWidget *window) const
+{
+    if (failures.isEmpty())
+        return;
+    QStringList details;
+    for (const Failure &failure : failures) {
+        if (failures.size() > 1)
+            details.append(failure.file + u'\n' + failure.error.description + u'\n' +
+                           failure.error.reason);
+        else
+            details = QStringList{failure.error.reason, failure.file};
+    }
+    AlertPanel::show({.title = QCoreApplication::applicationName(),
+                      .message = failures.size() > 1 ? tr("Some documents could not be opened.")
+                                                     : failures.first().error.description,
+                      .buttons = {tr("OK")},
+                      .details = details.join(QLatin1String("\n\n")),
+                      .window = window});
+}
+
+void DocumentCommands::saveDocument(Document &document, const Done &done)
+{
+    if (document.hasFile())
+        save(document, document.fileName(), done);
+    else
+        saveDocumentAs(document, done);
+}
+
+void DocumentCommands::saveDocumentAs(Document &document, const Done &done)
+{
+    QFileDialog *const dialog = makeDialog(*windowOf(document), tr("Save As"));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->selectFile(suggestedFile(document));
+    connect(dialog, &QFileDialog::finished, &document, [this, dialog, done, &document](int result) {
+        const QString file = dialog->selectedFiles().value(0);
+        later(document, [this, done, &document, isAccepted = result == QDialog::Accepted, file] {
+            if (isAccepted)
+                save(document, file, done);
+            else
+                report(done, false);
+        });
+    });
+    dialog->open();
+}
+
+QString DocumentCommands::suggestedFile(const Document &document) const
+{
+    if (document.hasFile())
+        return document.fileName();
+    QString name = document.displayName();
+    name.replace(u'/', u'-');
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u'/' + name +
+           u'.' + kind_.extension;
+}
+
+void DocumentCommands::save(Document &document, const QString &file, const Done &done)
+{
+    const auto fail = [&](const QString &message, const QString &details) {
+        AlertPanel::show({.title = QCoreApplication::applicationName(),
+                          .message = message,
+                          .buttons = {tr("OK")},
+                          .details = details,
+                          .window = windowOf(document)});
+        report(done, false);
+    };
+    const Document *const other = documents_.documentForFile(file);
+    if (other && other != &document)
+        return fail(tr("“%1” is open in another window.").arg(QFileInfo(file).fileName()),
+                    tr("Choose another name, or close that window first."));
+    DocumentError error;
+    {
+        const BusyCursor busy;
+        if (!document.save(file, error))
+            return fail(error.description, error.reason);
+    }
+    recentDocuments_.add(file);
+    report(done, true);
+}
+
+void DocumentCommands::prepareToClose(Document &document, const Done &done)
+{
+    if (!document.isDocumentEdited())
+        return report(done, true);
+    document.showWindows();
+    AlertPanel::show(
+        {.title = QCoreApplication::applicationName(),
+         .message = tr("Save the changes to “%1” before closing?").arg(document.displayName()),
+         .buttons = {tr("&Save"), tr("&Don’t Save"), tr("Cancel")},
+         .details = tr("It has changed since it was last saved. Without saving, the changes are "
+                       "lost."),
+         .window = windowOf(document)},
+        [this, done, document = QPointer(&document)](int button) {
+            if (!document)
+                return;
+            if (button == 0)
+                saveDocument(*document, done);
+            else
+                report(done, button == 1);
+        });
+}
+
+void DocumentCommands::terminate()
+{
+    for (const auto &document : documents_.documents()) {
+        if (!document->isDocumentEdited())
+            continue;
+        // Then the next one, for this one is saved or has gone.
+        prepareToClose(*document, [this, edited = QPointer(document.get())](bool mayClose) {
+            if (!mayClose)
+                return;
+            if (edited)
+                documents_.closeDocument(*edited);
+            terminate();
+        });
+        return;
+    }
+    documents_.closeAllDocuments();
+    Q_EMIT readyToTerminate();
+}

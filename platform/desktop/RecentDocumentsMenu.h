@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QObject>
+
+class QMenu;
+class RecentDocuments;
+
+// Offers the recent documents in a menu, whose child it is.
+class RecentDocumentsMenu : public QObject
+{
+    Q_OBJECT
+public:
+    RecentDocumentsMenu(QMenu &menu, RecentDocuments &documents);
+
+Q_SIGNALS:
+    void chosen(const QString &file);
+
+private:
+    void rebuild();
+
+    QMenu &menu_;
+    RecentDocuments &documents_;
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+
+class DocumentController;
+class QAction;
+class QMenu;
+class QWidget;
+
+// Lists the windows of all documents at the end of a window's menu, whose child it is.
+class WindowsMenu : public QObject
+{
+    Q_OBJECT
+public:
+    WindowsMenu(QMenu &menu, const QWidget &window, DocumentController &documents);
+
+private:
+    void rebuild();
+
+    QMenu &menu_;
+    const QWidget &window_;
+    DocumentController &documents_;
+    QList<QAction *> windows_; // and the separator before them
+};
