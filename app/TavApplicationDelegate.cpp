@@ -19,6 +19,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
+#include <QTimer>
 
 std::unique_ptr<RegistryService> TavApplicationDelegate::openRegistry(const CommandLine &line,
                                                                       QString *error)
@@ -109,7 +110,7 @@ TavWindowController *TavApplicationDelegate::mainWindowController() const
     return static_cast<TavWindowController *>(documentWindows_.mainWindowController());
 }
 
-bool TavApplicationDelegate::goWhereAsked(const CommandLine &line, QString *error) const
+bool TavApplicationDelegate::goWhereAsked(const CommandLine &line, QString *error)
 {
     TavWindowController &window = *mainWindowController();
     TavDataStore &store = *window.dataStore();
@@ -124,10 +125,17 @@ bool TavApplicationDelegate::goWhereAsked(const CommandLine &line, QString *erro
         *error = tr("There is no entry at %1").arg(line.selectedPath);
         return false;
     }
-    if (TavRegistryEntry *root = store.registryRoot(); root && !line.plane.isNull())
-        window.goToEntryPath(root->entryPathInPlane(line.plane, 0), true, false);
-    if (!line.selectedPath.isNull())
-        window.goToRegistryPath(line.selectedPath);
+    const auto go = [&window, &store, plane = line.plane, path = line.selectedPath] {
+        if (TavRegistryEntry *root = store.registryRoot(); root && !plane.isNull())
+            window.goToEntryPath(root->entryPathInPlane(plane, 0), true, false);
+        if (!path.isNull())
+            window.goToRegistryPath(path);
+    };
+    // The window is about to go to the default bookmark by itself.
+    if (bookmarksController_.defaultBookmarkPath().isNull())
+        go();
+    else
+        QTimer::singleShot(0, &window, go);
     return true;
 }
 

@@ -43,7 +43,7 @@ private:
     void applicationWillFinishLaunching();
     void applicationDidFinishLaunching();
     bool openDocuments(const CommandLine &line, QString *error);
-    bool goWhereAsked(const CommandLine &line, QString *error) const;
+    bool goWhereAsked(const CommandLine &line, QString *error);
     void takePicture(const QString &file);
     void connectCommands(TavDocument &document, TavWindowController &controller);
     void showAbout() const;

@@ -30,10 +30,12 @@ TavBookmarksController::TavBookmarksController(Surroundings surroundings)
 {
     Q_ASSERT(!instance);
     instance = this;
+    ExplorerBookmarks::setShared(this);
 }
 
 TavBookmarksController::~TavBookmarksController()
 {
+    ExplorerBookmarks::setShared(nullptr);
     instance = nullptr;
 }
 

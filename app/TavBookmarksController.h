@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Bookmark.h"
+#include "explorer/ExplorerBookmarks.h"
 
 #include <QObject>
 #include <QPointer>
@@ -19,7 +20,7 @@ class TavWindowController;
 
 // The bookmarks: kept in the preferences, listed in menus, edited in a panel. One of them may be
 // the default, which new windows go to. Every change is saved at once.
-class TavBookmarksController : public QObject
+class TavBookmarksController : public QObject, public ExplorerBookmarks
 {
     Q_OBJECT
 public:
@@ -40,8 +41,8 @@ public:
     static TavBookmarksController &sharedInstance();
 
     const std::vector<BookmarkRef> &bookmarks();
-    QString defaultBookmarkPath(); // null without one
-    void addBookmarkNamed(const QString &name, const QString &path, bool setAsDefault);
+    QString defaultBookmarkPath() override;
+    void addBookmarkNamed(const QString &name, const QString &path, bool setAsDefault) override;
     void setDefaultBookmark(const BookmarkRef &bookmark, bool updateMenu); // null: none
     // A window's menu. Its items go to the bookmarks in that window.
     void addBookmarksMenu(QMenu &menu, TavWindowController &window);

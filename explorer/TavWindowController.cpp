@@ -2,6 +2,7 @@
 
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "explorer/ExplorerBookmarks.h"
 #include "explorer/PlaneMenu.h"
 #include "explorer/TavBrowserDelegate.h"
 #include "explorer/TavRegistryOutlineItem.h"
@@ -127,6 +128,8 @@ void TavWindowController::setUpViews()
 
 void TavWindowController::windowDidLoad()
 {
+    ExplorerBookmarks *const bookmarks = ExplorerBookmarks::shared();
+    const QString bookmark = bookmarks ? bookmarks->defaultBookmarkPath() : QString();
     updatePlaneList();
     clearObjectInfo();
     const PreferencesStore &preferences = PreferencesStore::standard();
@@ -134,6 +137,8 @@ void TavWindowController::windowDidLoad()
     TavRegistryEntry *const root = dataStore_->registryRoot();
     // New nodes are expanded, so the tree shows open from top to bottom.
     goToEntryPath(root ? root->entryPathInPlane(registryPlane_, 0) : std::nullopt, true, false);
+    if (!bookmark.isNull())
+        QTimer::singleShot(0, this, [this, bookmark] { goToRegistryPath(bookmark); });
     if (preferences.string(QStringLiteral("DefaultView")) == QLatin1String("outline"))
         outlineView();
     else

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+// The bookmarks as explorer windows use them; who keeps them makes itself known.
+class ExplorerBookmarks
+{
+public:
+    virtual ~ExplorerBookmarks() = default;
+    virtual QString defaultBookmarkPath() = 0; // null without one
+    virtual void addBookmarkNamed(const QString &name, const QString &path, bool setAsDefault) = 0;
+
+    static ExplorerBookmarks *shared() { return shared_; } // null when nobody keeps any
+    static void setShared(ExplorerBookmarks *bookmarks) { shared_ = bookmarks; }
+
+private:
+    inline static ExplorerBookmarks *shared_ = nullptr;
+};
