@@ -77,31 +77,27 @@ bool TavApplicationDelegate::start(const CommandLine &line, QString *error)
 {
     applicationWillFinishLaunching();
     applicationDidFinishLaunching();
-    if (!openDocuments(line, error) || !goWhereAsked(line, error))
+    const QList<DocumentCommands::Failure> failures = documentCommands_.open(line.files, false);
+    const bool isUnattended = !line.screenshotFile.isNull();
+    if (isUnattended && !failures.isEmpty()) {
+        const DocumentCommands::Failure &first = failures.first();
+        *error = QStringLiteral("%1: %2 %3")
+                     .arg(first.file, first.error.description, first.error.reason);
         return false;
-    if (!line.screenshotFile.isNull())
+    }
+    if (documents_.documents().empty())
+        documents_.newDocument(false);
+    if (!goWhereAsked(line, error))
+        return false;
+    if (isUnattended)
         takePicture(line.screenshotFile);
     for (const auto &document : documents_.documents())
         document->showWindows();
-    if (!picture_)
-        warning_ = std::make_unique<PreferencesWarning>(*mainWindowController()->window());
-    return true;
-}
-
-bool TavApplicationDelegate::openDocuments(const CommandLine &line, QString *error)
-{
-    const bool isUnattended = !line.screenshotFile.isNull();
-    for (const QString &file : line.files) {
-        DocumentError failure;
-        if (isUnattended && !documents_.openDocument(file, failure, false)) {
-            *error = QStringLiteral("%1: %2 %3").arg(file, failure.description, failure.reason);
-            return false;
-        }
+    if (!isUnattended) {
+        QMainWindow *const window = mainWindowController()->window();
+        documentCommands_.tell(failures, window);
+        warning_ = std::make_unique<PreferencesWarning>(*window);
     }
-    if (!isUnattended)
-        documentCommands_.openFiles(line.files, nullptr);
-    if (documents_.documents().empty())
-        documents_.newDocument(false);
     return true;
 }
 

@@ -42,7 +42,6 @@ Q_SIGNALS:
 private:
     void applicationWillFinishLaunching();
     void applicationDidFinishLaunching();
-    bool openDocuments(const CommandLine &line, QString *error);
     bool goWhereAsked(const CommandLine &line, QString *error);
     void takePicture(const QString &file);
     void connectCommands(TavDocument &document, TavWindowController &controller);

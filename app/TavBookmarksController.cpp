@@ -18,6 +18,11 @@ const QString bookmarksKey = QStringLiteral("Bookmarks");
 const QString defaultIndexKey = QStringLiteral("DefaultBookmarkIndex");
 
 TavBookmarksController *instance = nullptr;
+
+bool isMarker(const QAction &item)
+{
+    return item.property("tag").toInt() == PopUpItem::markerTag;
+}
 } // namespace
 
 QJsonObject TavBookmarksController::defaultsToRegister()
@@ -126,13 +131,12 @@ void TavBookmarksController::setDefaultBookmark(const BookmarkRef &bookmark, boo
 void TavBookmarksController::addBookmarksMenu(QMenu &menu, TavWindowController &window)
 {
     bookmarksMenus_.push_back({&menu, &window});
-    const auto items = menu.actions();
-    const auto toggle = std::find_if(items.begin(), items.end(), [](const QAction *item) {
-        return item->objectName() == QLatin1String("toggleBookmarksPanelAction");
-    });
-    if (toggle != items.end())
-        connect(&menu, &QMenu::aboutToShow, this,
-                [this, item = *toggle] { validateMenuItem(*item); });
+    for (QAction *item : menu.actions()) {
+        if (isMarker(*item))
+            item->setSeparator(true); // which an interface file cannot say
+        else if (item->objectName() == QLatin1String("toggleBookmarksPanelAction"))
+            connect(&menu, &QMenu::aboutToShow, this, [this, item] { validateMenuItem(*item); });
+    }
     rebuildBookmarksMenu(menu, window);
 }
 
@@ -154,9 +158,8 @@ void TavBookmarksController::rebuildBookmarksMenus()
 void TavBookmarksController::rebuildBookmarksMenu(QMenu &menu, TavWindowController &window)
 {
     const auto items = menu.actions();
-    const auto marker = std::find_if(items.begin(), items.end(), [](const QAction *item) {
-        return item->property("tag").toInt() == PopUpItem::markerTag;
-    });
+    const auto marker = std::find_if(items.begin(), items.end(),
+                                     [](const QAction *item) { return isMarker(*item); });
     if (marker != items.end())
         qDeleteAll(marker + 1, items.end());
     for (const BookmarkRef &bookmark : bookmarks()) {

@@ -2,11 +2,13 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 
-void AlertBox::present(const Alert &alert, const AlertPanel::Answer &answer)
+namespace {
+void show(const Alert &alert, QWidget *window, const AlertPanel::Answer &answer)
 {
-    auto *const box = new QMessageBox(alert.window);
+    auto *const box = new QMessageBox(window ? window : QApplication::activeWindow());
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setIcon(QMessageBox::Warning);
     box->setWindowTitle(alert.title);
@@ -21,13 +23,23 @@ void AlertBox::present(const Alert &alert, const AlertPanel::Answer &answer)
     box->setEscapeButton(buttons.last());
 
     // Later, since the answer may close the window and this box with it.
-    QObject *const owner = alert.window ? static_cast<QObject *>(alert.window) : qApp;
+    QObject *const owner = window ? static_cast<QObject *>(window) : qApp;
     QObject::connect(box, &QMessageBox::buttonClicked, owner,
                      [answer, buttons, owner](QAbstractButton *button) {
                          const auto number = static_cast<int>(buttons.indexOf(button));
                          QMetaObject::invokeMethod(
                              owner, [answer, number] { answer(number); }, Qt::QueuedConnection);
                      });
-    box->setWindowModality(alert.window ? Qt::WindowModal : Qt::ApplicationModal);
+    box->setWindowModality(window ? Qt::WindowModal : Qt::ApplicationModal);
     box->show();
+}
+} // namespace
+
+// Later, since the window that it comes over may be about to show.
+void AlertBox::present(const Alert &alert, const AlertPanel::Answer &answer)
+{
+    QObject *const owner = alert.window ? static_cast<QObject *>(alert.window) : qApp;
+    QMetaObject::invokeMethod(
+        owner, [alert, window = QPointer(alert.window), answer] { show(alert, window, answer); },
+        Qt::QueuedConnection);
 }

@@ -66,23 +66,26 @@ void DocumentCommands::openDocument(QWidget &window)
     dialog->open();
 }
 
-bool DocumentCommands::openFiles(const QStringList &files, QWidget *window)
+void DocumentCommands::openFiles(const QStringList &files, QWidget *window)
 {
+    tell(open(files), window);
+}
+
+QList<DocumentCommands::Failure> DocumentCommands::open(const QStringList &files, bool display)
+{
+    const BusyCursor busy;
     QList<Failure> failures;
     for (const QString &file : files) {
-        const BusyCursor busy;
         Failure failure{file, {}};
-        if (documents_.openDocument(file, failure.error))
+        if (documents_.openDocument(file, failure.error, display)) {
             recentDocuments_.add(file);
-        else
-            failures.append(failure);
+            continue;
+        }
+        failures.append(failure);
+        if (!QFileInfo::exists(file))
+            recentDocuments_.remove(QFileInfo(file).absoluteFilePath());
     }
-    for (const Failure &failure : std::as_const(failures)) {
-        if (!QFileInfo::exists(failure.file))
-            recentDocuments_.remove(QFileInfo(failure.file).absoluteFilePath());
-    }
-    tell(failures, window);
-    return failures.size() < files.size();
+    return failures;
 }
 
 // Several failures share a box, so that nobody has to click through them.

@@ -27,9 +27,15 @@ public:
     RecentDocuments &recentDocuments() { return recentDocuments_; }
 
     void newDocument();
-    void openDocument(QWidget &window); // asks which
-    // False when none could be. What cannot be opened is told, on the window if there is one.
-    bool openFiles(const QStringList &files, QWidget *window);
+    void openDocument(QWidget &window);                        // asks which
+    void openFiles(const QStringList &files, QWidget *window); // tells what cannot be opened
+    struct Failure
+    {
+        QString file;
+        DocumentError error;
+    };
+    QList<Failure> open(const QStringList &files, bool display = true);
+    void tell(const QList<Failure> &failures, QWidget *window) const;
     void saveDocument(Document &document, const Done &done = {});
     void saveDocumentAs(Document &document, const Done &done = {}); // asks where
     // Asks about unsaved changes. Done with true, the document may be closed.
@@ -42,16 +48,9 @@ Q_SIGNALS:
     void readyToTerminate(); // all documents are closed
 
 private:
-    struct Failure
-    {
-        QString file;
-        DocumentError error;
-    };
-
     QFileDialog *makeDialog(QWidget &window, const QString &title) const;
     QString suggestedFile(const Document &document) const;
     void save(Document &document, const QString &file, const Done &done);
-    void tell(const QList<Failure> &failures, QWidget *window) const;
 
     DocumentController &documents_;
     Kind kind_;
