@@ -92,6 +92,9 @@ CommandLine CommandLine::parse(const QStringList &arguments)
                 return failure(tr("--%1 needs a window, and --capture opens none.")
                                    .arg(option.names().constFirst()));
         }
+        if (!parser.positionalArguments().isEmpty())
+            return failure(
+                tr("Unexpected argument: %1").arg(parser.positionalArguments().constFirst()));
         if (parser.value(capture).isEmpty())
             return failure(tr("--capture needs a file."));
         line.action = Action::Capture;

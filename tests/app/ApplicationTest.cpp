@@ -29,7 +29,8 @@ protected:
                                                         .arg(tree, QString::fromUtf8(options))
                                                         .split(u' ', Qt::SkipEmptyParts));
         delegate_.reset();
-        delegate_ = std::make_unique<TavApplicationDelegate>(TavApplicationDelegate::openRegistry(line, &error_));
+        delegate_ = std::make_unique<TavApplicationDelegate>(
+            TavApplicationDelegate::openRegistry(line, &error_));
         return delegate_->start(line, &error_);
     }
 
