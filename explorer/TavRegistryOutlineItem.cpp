@@ -43,103 +43,71 @@ const TavRegistryOutlineItem::Children &TavRegistryOutlineItem::allChildren()
     return allChildren_;
 }
 
-void TavRegistryOutlineItem::makeChildren(ItemsByTag known)
+TavRegistryOutlineItem::Items TavRegistryOutlineItem::children()
 {
-    const EntryList::Entries &entries = entryChildren();
-    setFlag(Leaf, entries.empty());
-    allChildren_.reserve(entries.size());
-    for (TavRegistryEntry *entry : entries) {
-        auto kept = known.extract(entry->entryTag());
-        allChildren_.push_back(
-            kept ? std::move(kept.mapped())
-                 : std::make_unique<TavRegistryOutlineItem>(windowController_, this, plane_,
-                                                            entry->shared_from_this()));
-        allChildren_.back()->row_ = static_cast<int>(allChildren_.size()) - 1;
-    }
+    allChildren();
+    return shownChildren();
 }
 
 int TavRegistryOutlineItem::numberOfChildren()
 {
-    if (isLeaf())
-        return -1;
-    if (!allChildren_.empty() && allChildren_.size() != entryChildren().size())
-        rereadChildren();
-    const auto count = static_cast<int>(children().size());
-    return count == 0 ? -1 : count;
+    allChildren();
+    return shownCount() == 0 ? -1 : static_cast<int>(shownCount());
+}
+
+bool TavRegistryOutlineItem::isExpandable()
+{
+    const bool isLazy = allChildren_.empty() && !windowController_.isFiltering();
+    return isLazy ? !isLeaf() : numberOfChildren() > 0;
 }
 
 TavRegistryOutlineItem *TavRegistryOutlineItem::childAtIndex(int index)
 {
-    const Children &shown = children();
-    return index >= 0 && index < static_cast<int>(shown.size())
-               ? shown[static_cast<std::size_t>(index)].get()
+    allChildren();
+    return index >= 0 && static_cast<std::size_t>(index) < shownCount()
+               ? shownChild(static_cast<std::size_t>(index))
                : nullptr;
 }
 
-void TavRegistryOutlineItem::rereadChildren()
+TavRegistryOutlineItem *TavRegistryOutlineItem::shownChild(std::size_t index) const
 {
-    std::vector<TavRegistryOutlineItem *> pending{this};
-    while (!pending.empty()) {
-        TavRegistryOutlineItem *const item = pending.back();
-        pending.pop_back();
-        item->rereadOwnChildren();
-        for (const auto &child : item->allChildren_)
-            pending.push_back(child.get());
-    }
+    return shown_ ? (*shown_)[index] : allChildren_[index].get();
 }
 
-void TavRegistryOutlineItem::rereadOwnChildren()
+bool TavRegistryOutlineItem::hasSiblingsFollowing() const
 {
-    if (ownChildrenAreUpToDate())
-        return;
-    if (allChildren_.empty()) {
-        setFlag(Leaf, entryChildren().empty());
-        return;
-    }
-    ItemsByTag known;
-    for (auto &item : std::exchange(allChildren_, {})) {
-        const quint64 tag = item->registryEntry_->entryTag();
-        known.emplace(tag, std::move(item));
-    }
-    makeChildren(std::move(known));
+    return !directParent_ || directParent_->shownCount() == 0 ||
+           directParent_->shownChild(directParent_->shownCount() - 1) != this;
 }
 
-bool TavRegistryOutlineItem::ownChildrenAreUpToDate() const
+bool TavRegistryOutlineItem::hasSiblingFollowingOnSelectionPath() const
 {
-    const EntryList::Entries &entries = entryChildren();
-    if (entries.empty() != isLeaf())
-        return false;
-    if (allChildren_.empty())
-        return true;
-    return std::equal(allChildren_.begin(), allChildren_.end(), entries.begin(), entries.end(),
-                      [](const auto &item, const TavRegistryEntry *entry) {
-                          return item->registryEntry_->entryTag() == entry->entryTag();
-                      });
+    return directParent_ && directParent_->childOnPath_ && row_ >= 0 &&
+           directParent_->childOnPath_->row_ > row_;
 }
 
-bool TavRegistryOutlineItem::isUpToDate() const
+TavRegistryOutlineItem *TavRegistryOutlineItem::nextSibling() const
 {
-    std::vector<const TavRegistryOutlineItem *> pending{this};
-    while (!pending.empty()) {
-        const TavRegistryOutlineItem *const item = pending.back();
-        pending.pop_back();
-        if (!item->ownChildrenAreUpToDate())
-            return false;
-        for (const auto &child : item->allChildren_)
-            pending.push_back(child.get());
-    }
-    return true;
+    return directParent_ && row_ >= 0 ? directParent_->childAtIndex(row_ + 1) : nullptr;
+}
+
+TavRegistryOutlineItem *TavRegistryOutlineItem::previousSibling() const
+{
+    return directParent_ ? directParent_->childAtIndex(row_ - 1) : nullptr;
 }
 
 void TavRegistryOutlineItem::setOnSelectionPath(bool isOnPath)
 {
-    for (TavRegistryOutlineItem *item = this; item; item = item->directParent_)
+    for (TavRegistryOutlineItem *item = this; item; item = item->directParent_) {
         item->setFlag(OnSelectionPath, isOnPath);
+        if (item->directParent_)
+            item->directParent_->childOnPath_ = isOnPath ? item : nullptr;
+    }
 }
 
 void TavRegistryOutlineItem::setExpandedRecursive(bool isExpanded)
 {
-    std::vector<TavRegistryOutlineItem *> pending{this};
+    Items pending{this};
     while (!pending.empty()) {
         TavRegistryOutlineItem *const item = pending.back();
         pending.pop_back();
@@ -164,12 +132,15 @@ QString TavRegistryOutlineItem::currentName() const
 const TavRegistryOutlineItem::DisplayName &TavRegistryOutlineItem::displayName()
 {
     const RegistryState registryState = registryEntry_->registryState();
+    const FindState findState = windowController_.findStateForRegistryEntry(*registryEntry_);
     const QString name = currentName();
-    if (registryState == registryState_ && name == displayName_.text)
+    if (registryState == registryState_ && findState == findState_ && name == displayName_.text &&
+        !displayName_.text.isNull())
         return displayName_;
     registryState_ = registryState;
+    findState_ = findState;
     displayName_ = {name, TavFormatController::textAttributesForRegistryState(
-                              registryState, FindStateNone, registryEntry_->isRegistryRoot())};
+                              registryState, findState, registryEntry_->isRegistryRoot())};
     return displayName_;
 }
 

@@ -3,22 +3,25 @@
 #include "display/EntryTextAttributes.h"
 #include "model/TavRegistryEntryPath.h"
 
-#include <unordered_map>
-
+class OutlineRowObserver;
 class TavWindowController;
 
 // A node of an entry tree: one entry at one place in a plane. Children are made when they are first
-// asked for, and again only by rereadChildren, so that what the user did to a node lasts.
+// asked for, and again only by rereading, so that what the user did to a node lasts. Which of them
+// the filter shows is settled when they are made and when they are reread.
 class TavRegistryOutlineItem
 {
 public:
     enum Flag : quint32 { Leaf = 1, OnSelectionPath = 2, Expanded = 4 };
     using Children = std::vector<std::unique_ptr<TavRegistryOutlineItem>>;
+    using Items = std::vector<TavRegistryOutlineItem *>;
     struct DisplayName
     {
         QString text;
         EntryTextAttributes attributes;
     };
+    // Which nodes follow their entry: every one, or those whose number of children is another.
+    enum class Reread : quint8 { All, Miscounted };
 
     // The controller must outlive the node, as must the parent, which is null for a root.
     TavRegistryOutlineItem(const TavWindowController &windowController,
@@ -31,18 +34,23 @@ public:
     TavRegistryOutlineItem *parent() const { return directParent_; }
     const EntryRef &registryEntry() const { return registryEntry_; }
     const QString &plane() const { return plane_; }
-    int row() const { return row_; } // among the parent's children
-    bool isLeaf() const { return flags_ & Leaf; }
+    int row() const { return row_; } // among the parent's children; -1 for one that is not shown
 
     const Children &allChildren();
-    const Children &children() { return allChildren(); }
-    // -1 for none. Reads the children anew if the entry has more or fewer of them by now.
-    int numberOfChildren();
+    Items children();                                // those that the filter shows
+    int numberOfChildren();                          // that are shown; -1 for none
+    bool isExpandable();                             // makes no children if it need not
     TavRegistryOutlineItem *childAtIndex(int index); // null when there is none
-    // Follows the entry's present children, here and in all nodes made below.
-    void rereadChildren();
-    // Whether rereadChildren would change nothing.
-    bool isUpToDate() const;
+    bool hasSiblingsFollowing() const;               // true for a root
+    bool hasSiblingFollowingOnSelectionPath() const;
+    TavRegistryOutlineItem *nextSibling() const;
+    TavRegistryOutlineItem *previousSibling() const;
+
+    // Follows the entry's present children, here and in all nodes made below, and filters them
+    // anew. The observer is told of each change of rows; null where nobody looks.
+    void rereadChildren(Reread which = Reread::All, OutlineRowObserver *observer = nullptr);
+    // How many nodes rereadChildren would change; counts no further than the limit.
+    int countRereads(Reread which, int limit) const;
 
     void setOnSelectionPath(bool isOnPath); // this node and all its ancestors
     bool isOnSelectionPath() const { return flags_ & OnSelectionPath; }
@@ -56,20 +64,33 @@ public:
     QString registryPath() const { return entryPath().registryPath(); }
 
 private:
-    using ItemsByTag = std::unordered_map<quint64, std::unique_ptr<TavRegistryOutlineItem>>;
-
     void setFlag(Flag flag, bool isSet);
-    void makeChildren(ItemsByTag known = {}); // known ones are kept
-    void rereadOwnChildren();
-    bool ownChildrenAreUpToDate() const;
+    bool isLeaf() const { return flags_ & Leaf; }
     const EntryList::Entries &entryChildren() const;
     QString currentName() const;
 
+    std::size_t shownCount() const { return shown_ ? shown_->size() : allChildren_.size(); }
+    TavRegistryOutlineItem *shownChild(std::size_t index) const;
+    Items shownChildren() const;
+    void filterChildren();
+    void setShown(Items items);
+    void numberRows(std::size_t first);
+
+    void makeChildren();
+    Children followEntry();
+    bool isToFollow(Reread which) const;
+    bool isToBeFilteredAnew() const;
+    void rereadOwnChildren(bool follows, OutlineRowObserver *observer);
+    void replaceRows(const Items &before, const Items &after, OutlineRowObserver &observer);
+
     TavRegistryOutlineItem *directParent_;
-    Children allChildren_; // empty until made
+    Children allChildren_;         // empty until made
+    std::unique_ptr<Items> shown_; // null when all are
     DisplayName displayName_;
+    TavRegistryOutlineItem *childOnPath_ = nullptr; // to the selection
     quint32 flags_ = Expanded;
-    RegistryState registryState_ = RegistryStateUnchanged; // that displayName_ was styled for
+    FindState findState_ = FindStateNone;                  // that displayName_ was styled for
+    RegistryState registryState_ = RegistryStateUnchanged; // likewise
     int row_ = 0;
     const TavWindowController &windowController_;
     EntryRef registryEntry_;

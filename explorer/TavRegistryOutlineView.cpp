@@ -1,5 +1,6 @@
 #include "explorer/TavRegistryOutlineView.h"
 
+#include "explorer/OutlineImages.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineViewDataSource.h"
 #include "platform/SystemBeep.h"
@@ -12,6 +13,8 @@
 TavRegistryOutlineView::TavRegistryOutlineView(QWidget *parent)
     : OutlineView(parent)
 {
+    _readIcons();
+    setIndentation(OutlineImages::width);
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setSelectionMode(SingleSelection);
@@ -43,12 +46,12 @@ void TavRegistryOutlineView::rowDidExpand(const QModelIndex &index)
         return;
     fitColumnLater(false);
     dataSource_->itemDidExpand(index);
-    openExpandedRows(index);
+    openExpandedRows({index});
 }
 
-void TavRegistryOutlineView::openExpandedRows(const QModelIndex &top)
+void TavRegistryOutlineView::openExpandedRows(const QModelIndexList &tops)
 {
-    openRows(top, [](const QModelIndex &index) {
+    openRows(tops, [](const QModelIndex &index) {
         return TavRegistryOutlineViewDataSource::item(index)->isExpanded();
     });
 }
@@ -72,26 +75,50 @@ void TavRegistryOutlineView::selectionDidChange()
         rows.isEmpty() ? nullptr : TavRegistryOutlineViewDataSource::item(rows.first()));
 }
 
-void TavRegistryOutlineView::reloadData(const std::function<void()> &change)
+void TavRegistryOutlineView::reloadData(TavRegistryOutlineItem::Reread which)
 {
     const QScopedValueRollback reloading(isReloading_, true);
-    const std::optional<TavRegistryEntryPath> selected = selectedPath();
+    const std::optional<Selection> selected = selection();
     const std::optional<Anchor> fixed = anchor();
-    const bool isReset = dataSource_->reload(change);
-    if (isReset)
-        openExpandedRows({});
+    const auto reloaded = dataSource_->reload(which);
+    if (reloaded.isChanged)
+        openAfterReload(reloaded);
     if (selected)
         restoreSelection(*selected);
-    if (isReset && fixed)
+    if (reloaded.isChanged && fixed)
         restoreAnchor(*fixed);
     viewport()->update();
     fitColumnLater(true);
 }
 
-std::optional<TavRegistryEntryPath> TavRegistryOutlineView::selectedPath() const
+void TavRegistryOutlineView::openAfterReload(
+    const TavRegistryOutlineViewDataSource::Reloaded &reloaded)
+{
+    QModelIndexList tops;
+    for (TavRegistryOutlineItem *item : reloaded.toOpen) {
+        if (item->isExpanded() && item->isExpandable())
+            tops.append(dataSource_->indexOf(*item));
+    }
+    if (reloaded.isReset)
+        tops.append(QModelIndex());
+    if (tops.isEmpty())
+        scheduleDelayedItemsLayout(); // rows may have gained or lost their expanders
+    else
+        openExpandedRows(tops);
+}
+
+std::optional<TavRegistryOutlineView::Selection> TavRegistryOutlineView::selection() const
 {
     const TavRegistryOutlineItem *const selected = dataSource_->selectedItem();
-    return selected ? std::optional(selected->entryPath()) : std::nullopt;
+    if (!selected)
+        return std::nullopt;
+    Selection selection{selected->entryPath(), 0};
+    for (const TavRegistryOutlineItem *item : itemsForEntryPath(selection.path)) {
+        if (!isExpanded(dataSource_->indexOf(*item)))
+            break;
+        ++selection.openRows;
+    }
+    return selection;
 }
 
 std::optional<TavRegistryOutlineView::Anchor> TavRegistryOutlineView::anchor() const
@@ -125,11 +152,16 @@ void TavRegistryOutlineView::restoreAnchor(const Anchor &anchor)
         verticalScrollBar()->setValue(verticalScrollBar()->value() + row.top() - anchor.y);
 }
 
-void TavRegistryOutlineView::restoreSelection(const TavRegistryEntryPath &path)
+void TavRegistryOutlineView::restoreSelection(const Selection &selection)
 {
-    const auto items = itemsStillThere(path);
-    if (items.empty() || items.size() < path.length())
+    const auto items = itemsStillThere(selection.path);
+    if (items.empty() || items.size() < selection.path.length())
         return;
+    for (std::size_t i = 0; i < selection.openRows; ++i) {
+        const QModelIndex index = dataSource_->indexOf(*items[i]);
+        if (!isExpanded(index))
+            openExpandedRows({index});
+    }
     dataSource_->setSelectedItem(items.back());
     selectRow(*items.back());
 }
@@ -168,7 +200,8 @@ TavRegistryEntryPath TavRegistryOutlineView::selectItemAtEntryPath(const TavRegi
                                                                    bool scrollToVisible)
 {
     // What is selected already was found by the user or kept by a reload, opened as he likes it.
-    if (!scrollToVisible && selectedPath() == path)
+    const TavRegistryOutlineItem *const selected = dataSource_->selectedItem();
+    if (!scrollToVisible && selected && selected->entryPath() == path)
         return path;
     auto items = itemsForEntryPath(path);
     items.resize(std::min<std::size_t>(items.size(), deepestLevel));

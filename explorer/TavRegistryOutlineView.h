@@ -1,12 +1,9 @@
 #pragma once
 
-#include "model/TavRegistryEntryPath.h"
+#include "explorer/TavRegistryOutlineViewDataSource.h"
 #include "platform/desktop/OutlineView.h"
 
 #include <QTimer>
-
-class TavRegistryOutlineItem;
-class TavRegistryOutlineViewDataSource;
 
 // Shows one plane of the registry as a tree. Which rows are open is kept in the nodes, so that it
 // outlasts every reload.
@@ -19,10 +16,11 @@ public:
     // Once; takes no ownership. The data source must outlive the view's use.
     void setDataSource(TavRegistryOutlineViewDataSource &dataSource);
 
-    // Shows what there is, after the change that rereads the nodes, or having reread them without.
-    // Rows stay open; the selected row stays selected, silently, if it is still there, and where
-    // it is on the screen.
-    void reloadData(const std::function<void()> &change = {});
+    // Shows what there is by now. Which nodes reread their children is said; rows that were open
+    // stay open, and the selected row stays selected, silently, if it is still there, and where it
+    // is on the screen.
+    void
+    reloadData(TavRegistryOutlineItem::Reread which = TavRegistryOutlineItem::Reread::Miscounted);
     void setAllRowsExpanded(bool isExpanded);
 
     // The nodes of the longest prefix of the path that is there.
@@ -34,7 +32,19 @@ public:
     void scrollToSelection();
     void deselectAll();
 
+    // Of the frames around other rows that show the selected entry.
+    void setSameEntryHighlightColor(const QColor &color);
+    // Paints those rows anew; when the window has changed its activity, in the colour for that.
+    void checkRowsNeedingRedisplay(bool windowChanged);
+
 protected:
+    void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
+                 const QModelIndex &index) const override;
+    void drawBranches(QPainter *painter, const QRect &rect,
+                      const QModelIndex &index) const override;
+    bool event(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -47,19 +57,30 @@ private:
         TavRegistryEntryPath path;
         int y;
     };
+    struct Selection
+    {
+        TavRegistryEntryPath path;
+        std::size_t openRows; // of the path, from its top
+    };
 
+    static void _readIcons();
+    void drawConnectors(QPainter &painter, const QRect &row, TavRegistryOutlineItem &item) const;
+    bool showsSelectedEntry(const TavRegistryOutlineItem &item) const; // and is not selected
+    QColor highlightColor(bool isActive) const;
     void rowDidExpand(const QModelIndex &index);
-    void openExpandedRows(const QModelIndex &top);
+    void openExpandedRows(const QModelIndexList &tops);
+    void openAfterReload(const TavRegistryOutlineViewDataSource::Reloaded &reloaded);
     void selectionDidChange();
-    std::optional<TavRegistryEntryPath> selectedPath() const;
+    std::optional<Selection> selection() const;
     std::optional<Anchor> anchor() const;
     std::vector<TavRegistryOutlineItem *> itemsStillThere(const TavRegistryEntryPath &path) const;
     void restoreAnchor(const Anchor &anchor);
-    void restoreSelection(const TavRegistryEntryPath &path);
+    void restoreSelection(const Selection &selection);
     void fitColumnLater(bool mayShrink);
     void fitColumn();
 
     TavRegistryOutlineViewDataSource *dataSource_ = nullptr;
+    std::optional<QColor> sameEntryHighlightColor_;
     bool isReloading_ = false;
     bool scrollsOnShow_ = false;
     bool mayShrinkColumn_ = false;

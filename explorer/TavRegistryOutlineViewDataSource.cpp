@@ -1,9 +1,13 @@
 #include "explorer/TavRegistryOutlineViewDataSource.h"
 
 #include "explorer/EntryTextStyle.h"
-#include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavWindowController.h"
 #include "platform/desktop/PlainToolTip.h"
+
+namespace {
+// As long as no more nodes have other children than before, their rows are changed one by one.
+constexpr int fewNodes = 16;
+} // namespace
 
 TavRegistryOutlineViewDataSource::TavRegistryOutlineViewDataSource(
     TavWindowController &windowController, QObject *parent)
@@ -11,26 +15,58 @@ TavRegistryOutlineViewDataSource::TavRegistryOutlineViewDataSource(
     , windowController_(windowController)
 {}
 
-bool TavRegistryOutlineViewDataSource::isUpToDate() const
+// A filtering search that has found nothing leaves nothing to show.
+bool TavRegistryOutlineViewDataSource::showsRoot() const
 {
-    TavRegistryOutlineItem *const root = windowController_.rootOutlineItem();
-    return root == root_ && (!root || root->isUpToDate());
+    return !windowController_.foundObjects() || !windowController_.foundObjects()->isEmpty() ||
+           !windowController_.filterFindResults();
 }
 
-bool TavRegistryOutlineViewDataSource::reload(const std::function<void()> &change)
+TavRegistryOutlineViewDataSource::Reloaded
+TavRegistryOutlineViewDataSource::reload(TavRegistryOutlineItem::Reread which)
 {
     setSelectedItem(nullptr);
-    const bool isReset = !isUpToDate();
-    if (isReset)
+    TavRegistryOutlineItem *const root = windowController_.rootOutlineItem();
+    TavRegistryOutlineItem *const shown = showsRoot() ? root : nullptr;
+    if (root == nullptr || shown != root_ || root->countRereads(which, fewNodes + 1) > fewNodes) {
         beginResetModel();
-    root_ = windowController_.rootOutlineItem();
-    if (change)
-        change();
-    else if (root_)
-        root_->rereadChildren();
-    if (isReset)
+        root_ = shown;
+        if (root)
+            root->rereadChildren(which);
         endResetModel();
-    return isReset;
+        return {.isReset = true, .isChanged = true, .toOpen = {}};
+    }
+    if (root->countRereads(which, 1) == 0)
+        return {};
+    root->rereadChildren(which, this);
+    return {.isReset = false, .isChanged = true, .toOpen = std::exchange(toOpen_, {})};
+}
+
+void TavRegistryOutlineViewDataSource::willRemoveRows(TavRegistryOutlineItem &parent, int first,
+                                                      int last)
+{
+    beginRemoveRows(indexOf(parent), first, last);
+}
+
+void TavRegistryOutlineViewDataSource::didRemoveRows()
+{
+    endRemoveRows();
+}
+
+void TavRegistryOutlineViewDataSource::willInsertRows(TavRegistryOutlineItem &parent, int first,
+                                                      int last)
+{
+    beginInsertRows(indexOf(parent), first, last);
+}
+
+void TavRegistryOutlineViewDataSource::didInsertRows(TavRegistryOutlineItem &parent, int first,
+                                                     int last)
+{
+    endInsertRows();
+    if (first == 0)
+        toOpen_.push_back(&parent); // it may have had no children before
+    for (int row = first; row <= last; ++row)
+        toOpen_.push_back(parent.childAtIndex(row));
 }
 
 TavRegistryOutlineItem *TavRegistryOutlineViewDataSource::item(const QModelIndex &index)
@@ -88,7 +124,7 @@ int TavRegistryOutlineViewDataSource::rowCount(const QModelIndex &parent) const
 {
     if (!parent.isValid())
         return root_ ? 1 : 0;
-    return static_cast<int>(item(parent)->children().size());
+    return std::max(0, item(parent)->numberOfChildren());
 }
 
 int TavRegistryOutlineViewDataSource::columnCount(const QModelIndex &) const
@@ -98,7 +134,7 @@ int TavRegistryOutlineViewDataSource::columnCount(const QModelIndex &) const
 
 bool TavRegistryOutlineViewDataSource::hasChildren(const QModelIndex &parent) const
 {
-    return parent.isValid() ? !item(parent)->isLeaf() : root_ != nullptr;
+    return parent.isValid() ? item(parent)->isExpandable() : root_ != nullptr;
 }
 
 QVariant TavRegistryOutlineViewDataSource::data(const QModelIndex &index, int role) const

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "model/TavRegistryEntryPath.h"
+#include "explorer/OutlineRowObserver.h"
+#include "explorer/TavRegistryOutlineItem.h"
 #include "platform/desktop/ExpansionRecorder.h"
 
 #include <QAbstractItemModel>
 
-class TavRegistryOutlineItem;
 class TavWindowController;
 
 // The rows of an entry tree, which are the nodes of the plane shown. What rows there are changes in
 // reload alone, whatever becomes of the entries meanwhile.
-class TavRegistryOutlineViewDataSource : public QAbstractItemModel
+class TavRegistryOutlineViewDataSource : public QAbstractItemModel, private OutlineRowObserver
 {
     Q_OBJECT
 public:
@@ -18,10 +18,17 @@ public:
     explicit TavRegistryOutlineViewDataSource(TavWindowController &windowController,
                                               QObject *parent = nullptr);
 
-    // Shows the controller's root node anew. The change rereads its children, among others; without
-    // one they are reread alone. No node is selected afterwards. False when the rows are the same
-    // as before, so that there was no reset.
-    bool reload(const std::function<void()> &change);
+    // What became of the rows in a reload. After a reset, and among those to open, what is marked
+    // as expanded is for the view to open.
+    struct Reloaded
+    {
+        bool isReset = false;
+        bool isChanged = false;
+        TavRegistryOutlineItem::Items toOpen;
+    };
+    // Shows the controller's root node, rereading its children and filtering them. Rows come and go
+    // one by one while they are few, or else in a reset. No node is selected afterwards.
+    Reloaded reload(TavRegistryOutlineItem::Reread which);
 
     static TavRegistryOutlineItem *item(const QModelIndex &index); // null for the invisible top
     QModelIndex indexOf(const TavRegistryOutlineItem &item) const;
@@ -40,10 +47,15 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
 
 private:
-    bool isUpToDate() const;
+    bool showsRoot() const;
+    void willRemoveRows(TavRegistryOutlineItem &parent, int first, int last) override;
+    void didRemoveRows() override;
+    void willInsertRows(TavRegistryOutlineItem &parent, int first, int last) override;
+    void didInsertRows(TavRegistryOutlineItem &parent, int first, int last) override;
 
     TavWindowController &windowController_;
     ExpansionRecorder expansionRecorder_;
-    TavRegistryOutlineItem *root_ = nullptr; // owned by the controller
+    TavRegistryOutlineItem *root_ = nullptr; // owned by the controller; null when it is not shown
     TavRegistryOutlineItem *selectedItem_ = nullptr;
+    TavRegistryOutlineItem::Items toOpen_; // while reloading
 };

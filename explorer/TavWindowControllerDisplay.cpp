@@ -128,12 +128,12 @@ QString TavWindowController::accessibleNameForEntry(const TavRegistryEntry &entr
 void TavWindowController::refreshDisplay()
 {
     setSelectedEntry(selectedEntry_);
-    registryOutlineView_->reloadData([this] {
-        for (const auto &item : std::as_const(rootOutlineItemsInPlanes_)) {
-            if (item)
-                item->rereadChildren();
-        }
-    });
+    // The tree shown rereads its nodes as it reloads, for its rows are to change with them.
+    for (const auto &item : std::as_const(rootOutlineItemsInPlanes_)) {
+        if (item && item.get() != rootOutlineItem())
+            item->rereadChildren();
+    }
+    registryOutlineView_->reloadData(TavRegistryOutlineItem::Reread::All);
     goToEntryPath(selectedEntryPath_, false, false);
     refreshPropertiesOutlineView();
 }

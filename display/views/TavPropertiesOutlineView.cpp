@@ -63,7 +63,7 @@ void TavPropertiesOutlineView::reloadData()
 
 void TavPropertiesOutlineView::openRememberedRows(const QModelIndex &top)
 {
-    openRows(top, [this](const QModelIndex &index) {
+    openRows({top}, [this](const QModelIndex &index) {
         return dataSource_->isItemExpanded(*dataSource_->item(index));
     });
 }

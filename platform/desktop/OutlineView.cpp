@@ -39,19 +39,21 @@ OutlineView::OutlineView(QWidget *parent)
     setHorizontalScrollMode(ScrollPerPixel);
 }
 
-void OutlineView::openRows(const QModelIndex &top, const Predicate &shouldOpen)
+void OutlineView::openRows(const QModelIndexList &tops, const Predicate &shouldOpen)
 {
     if (isOpeningRows_ || !model())
         return;
     const QScopedValueRollback opening(isOpeningRows_, true);
     // With a layout pending, opening a row does no more than note it.
     scheduleDelayedItemsLayout();
-    visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
-        if (index != top && !shouldOpen(index))
-            return false;
-        expand(index);
-        return true;
-    });
+    for (const QModelIndex &top : tops) {
+        visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
+            if (index != top && !shouldOpen(index))
+                return false;
+            expand(index);
+            return true;
+        });
+    }
     executeDelayedItemsLayout();
 }
 

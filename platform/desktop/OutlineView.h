@@ -17,9 +17,10 @@ protected:
     // How far below each other rows are opened in bulk: the layout takes a stack frame a level.
     static constexpr int deepestLevel = 1000;
 
-    // Opens top and, below rows that are opened, those that the predicate names; lays out once.
+    // Opens the tops and, below rows that are opened, those that the predicate names; lays out
+    // once.
     using Predicate = std::function<bool(const QModelIndex &)>;
-    void openRows(const QModelIndex &top, const Predicate &shouldOpen);
+    void openRows(const QModelIndexList &tops, const Predicate &shouldOpen);
     bool isOpeningRows() const { return isOpeningRows_; }
 
     void mousePressEvent(QMouseEvent *event) override;
