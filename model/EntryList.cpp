@@ -15,8 +15,12 @@ bool EntryList::contains(TavRegistryEntry *entry) const
 
 void EntryList::add(TavRegistryEntry *entry)
 {
-    if (contains(entry))
-        return;
+    if (!contains(entry))
+        append(entry);
+}
+
+void EntryList::append(TavRegistryEntry *entry)
+{
     entries_.push_back(entry);
     if (index_)
         index_->insert(entry);

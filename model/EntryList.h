@@ -14,7 +14,8 @@ public:
 
     const Entries &entries() const { return entries_; }
     bool contains(TavRegistryEntry *entry) const;
-    void add(TavRegistryEntry *entry); // nothing when it is in the list already
+    void add(TavRegistryEntry *entry);    // nothing when it is in the list already
+    void append(TavRegistryEntry *entry); // one known not to be in the list
     template<class Predicate>
     void removeIf(Predicate predicate)
     {

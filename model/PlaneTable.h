@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QString>
+#include "platform/CompactArray.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -9,22 +10,31 @@ template<class T>
 class PlaneTable
 {
 public:
-    using Item = std::pair<QString, T>;
+    struct Item
+    {
+        CompactString key;
+        T value;
+
+        QString plane() const { return key.toOwner(); }
+    };
 
     const T *find(const QString &plane) const
     {
-        const auto item = lowerBound(items_, plane);
-        return item != items_.end() && item->first == plane ? &item->second : nullptr;
+        const auto item = std::find_if(items_.begin(), items_.end(),
+                                       [&](const Item &each) { return isAt(each, plane); });
+        return item != items_.end() ? &item->value : nullptr;
     }
     T *find(const QString &plane) { return const_cast<T *>(std::as_const(*this).find(plane)); }
     T &operator[](const QString &plane)
     {
-        auto item = lowerBound(items_, plane);
-        if (item == items_.end() || item->first != plane)
-            item = items_.insert(item, Item(plane, T()));
-        return item->second;
+        if (T *known = find(plane))
+            return *known;
+        const auto next = std::find_if(items_.begin(), items_.end(),
+                                       [&](const Item &item) { return plane < textOf(item); });
+        return items_.insert(next, Item{CompactString(plane), T()})->value;
     }
     void clear() { items_.clear(); }
+    void reserve(std::size_t size) { items_.reserve(size); }
     bool isEmpty() const { return items_.empty(); }
     std::size_t size() const { return items_.size(); }
     auto begin() const { return items_.begin(); }
@@ -33,14 +43,12 @@ public:
     auto end() { return items_.end(); }
 
 private:
-    template<class Items>
-    static auto lowerBound(Items &items, const QString &plane)
+    static QStringView textOf(const Item &item) { return {item.key.data(), item.key.size()}; }
+    static bool isAt(const Item &item, const QString &plane)
     {
         // Names of planes share their text, so most comparisons end at once.
-        return std::lower_bound(
-            items.begin(), items.end(), plane, [](const Item &item, const QString &key) {
-                return item.first.constData() != key.constData() && item.first < key;
-            });
+        return item.key.size() == plane.size() &&
+               (item.key.data() == plane.constData() || textOf(item) == plane);
     }
 
     std::vector<Item> items_;

@@ -56,7 +56,6 @@ EntrySet reachable(const TavRegistryEntry &start, Neighbours neighbours)
 }
 } // namespace
 
-TavRegistryEntry::TavRegistryEntry() = default;
 TavRegistryEntry::~TavRegistryEntry() = default;
 
 void TavRegistryEntry::setPropertyClass(const PropertyClass &nodeClass)
@@ -77,7 +76,7 @@ EntryRef TavRegistryEntry::create(RegistryObject object, EntryStore &dataStore)
 
 EntryRef TavRegistryEntry::createEmpty()
 {
-    return EntryRef(new TavRegistryEntry);
+    return std::make_shared<TavRegistryEntry>(Private());
 }
 
 bool TavRegistryEntry::initWithDxRegistryEntry(RegistryObject object, EntryStore &dataStore)
@@ -186,9 +185,9 @@ bool TavRegistryEntry::readDxRegistryNameAndLocationInPlane(const QString &plane
         name_ = *name;
         location_ = location.value_or(QString());
     } else {
-        namesInPlanes_[plane] = *name;
+        namesInPlanes_[plane] = CompactString(*name);
         if (location)
-            locationsInPlanes_[plane] = *location;
+            locationsInPlanes_[plane] = CompactString(*location);
     }
     return true;
 }
@@ -197,6 +196,7 @@ void TavRegistryEntry::readDxRegistryNameAndLocationInPlanes(const QStringList &
 {
     if (!handle_)
         return;
+    namesInPlanes_.reserve(static_cast<std::size_t>(planes.size()));
     for (const QString &plane : planes)
         readDxRegistryNameAndLocationInPlane(plane);
 }
@@ -207,26 +207,41 @@ void TavRegistryEntry::readChildrenInPlane(const QString &plane)
     const auto planeText = planeCString(plane, planeBufferSize);
     if (!planeText)
         return;
-    EntryList::Entries previous = childrenInPlane(plane);
-    if (EntryList *children = childrenInPlanes_.find(plane))
-        children->clear();
-    for (TavRegistryEntry *child : previous) {
-        if (!child->DxRegistryEntry())
-            addChild(*child, plane);
+    EntryList *children = childrenInPlanes_.find(plane);
+    if (children)
+        children->removeIf([](TavRegistryEntry *child) { return child->DxRegistryEntry() != 0; });
+    for (TavRegistryEntry *terminated : childrenInPlane(plane))
+        terminated->addParent(*this, plane);
+    for (TavRegistryEntry *child : newChildrenInPlane(plane, *planeText)) {
+        children = children ? children : &childrenInPlanes_[plane];
+        children->append(child);
+        child->addParent(*this, plane);
     }
+    if (children && children->entries().size() > 1)
+        children->setOrder(sortedArrayForPlane(children->entries(), plane));
+}
+
+// Those of the service that are not in the list, none twice.
+EntryList::Entries TavRegistryEntry::newChildrenInPlane(const QString &plane,
+                                                        const QByteArray &cPlane)
+{
+    static quint64 reading = 0;
+    ++reading;
+    for (TavRegistryEntry *listed : childrenInPlane(plane))
+        listed->listedByReading_ = reading;
+    EntryList::Entries children;
     RegistryIterator iterator = 0;
     RegistryService *const service = handle_ ? dataStore_->service() : nullptr;
-    if (service && service->childIterator(handle_.get(), planeText->constData(), iterator) ==
-                       RegistryStatus::Success) {
-        while (const auto child =
-                   RegistryHandle::adopt(*service, service->iteratorNext(iterator))) {
-            if (auto *entry = dataStore_->registryEntryForDxRegistryEntry(child.get(), true))
-                addChild(*entry, plane);
-        }
-        service->releaseIterator(iterator);
+    if (!service || service->childIterator(handle_.get(), cPlane.constData(), iterator) !=
+                        RegistryStatus::Success)
+        return children;
+    while (const auto child = RegistryHandle::adopt(*service, service->iteratorNext(iterator))) {
+        auto *const entry = dataStore_->registryEntryForDxRegistryEntry(child.get(), true);
+        if (entry && std::exchange(entry->listedByReading_, reading) != reading)
+            children.push_back(entry);
     }
-    if (EntryList *children = childrenInPlanes_.find(plane))
-        children->setOrder(sortedArrayForPlane(children->entries(), plane));
+    service->releaseIterator(iterator);
+    return children;
 }
 
 void TavRegistryEntry::readChildrenInPlanes(const QStringList &planes)
@@ -265,13 +280,15 @@ void TavRegistryEntry::addParent(TavRegistryEntry &parent, const QString &plane)
 
 void TavRegistryEntry::clearParentChildRelationships()
 {
-    parentsInPlanes_.clear();
+    // The lists themselves stay, for most of what they hold comes back.
+    for (auto &item : parentsInPlanes_)
+        item.value.clear();
 }
 
 void TavRegistryEntry::clearTerminatedChildren()
 {
-    for (auto &[plane, children] : childrenInPlanes_)
-        children.removeIf([](TavRegistryEntry *child) { return !child->DxRegistryEntry(); });
+    for (auto &item : childrenInPlanes_)
+        item.value.removeIf([](TavRegistryEntry *child) { return !child->DxRegistryEntry(); });
 }
 
 void TavRegistryEntry::leaveStore()
@@ -285,10 +302,10 @@ void TavRegistryEntry::leaveStore()
 void TavRegistryEntry::forgetLinksTo(const EntrySet &leaving)
 {
     const auto isLeaving = [&](TavRegistryEntry *entry) { return leaving.contains(entry); };
-    for (auto &[plane, children] : childrenInPlanes_)
-        children.removeIf(isLeaving);
-    for (auto &[plane, parents] : parentsInPlanes_)
-        parents.removeIf(isLeaving);
+    for (auto &item : childrenInPlanes_)
+        item.value.removeIf(isLeaving);
+    for (auto &item : parentsInPlanes_)
+        item.value.removeIf(isLeaving);
 }
 
 void TavRegistryEntry::noteTerminatedAtDate(const QDateTime &date, bool immediate)
@@ -322,14 +339,14 @@ QString TavRegistryEntry::bundlePath() const
 
 QString TavRegistryEntry::nameInPlane(const QString &plane) const
 {
-    const QString *name = namesInPlanes_.find(plane);
-    return name ? *name : name_;
+    const CompactString *name = namesInPlanes_.find(plane);
+    return name ? name->toOwner() : name_;
 }
 
 QString TavRegistryEntry::locationInPlane(const QString &plane) const
 {
-    const QString *location = locationsInPlanes_.find(plane);
-    return location ? *location : location_;
+    const CompactString *location = locationsInPlanes_.find(plane);
+    return location ? location->toOwner() : location_;
 }
 
 QString TavRegistryEntry::nameAtLocationInPlane(const QString &plane) const
@@ -399,8 +416,8 @@ EntryList::Entries TavRegistryEntry::childrenWithNameAtLocation(const QString &n
 std::size_t TavRegistryEntry::numParents() const
 {
     std::size_t count = 0;
-    for (const auto &[plane, parents] : parentsInPlanes_)
-        count += parents.entries().size();
+    for (const auto &item : parentsInPlanes_)
+        count += item.value.entries().size();
     return count;
 }
 

@@ -20,6 +20,11 @@ using EntrySet = QSet<TavRegistryEntry *>;
 // other entries are cut when it leaves the store. Main thread only.
 class TavRegistryEntry : public std::enable_shared_from_this<TavRegistryEntry>
 {
+    struct Private
+    {
+        explicit Private() = default;
+    };
+
 public:
     enum Flag : quint8 {
         RegistryRoot = 1,
@@ -35,6 +40,7 @@ public:
     static EntryRef create(RegistryObject object, EntryStore &dataStore);
     // An entry with nothing read yet, for one that comes from a document.
     static EntryRef createEmpty();
+    explicit TavRegistryEntry(Private) {} // by the two above
     ~TavRegistryEntry();
     TavRegistryEntry(const TavRegistryEntry &) = delete;
     TavRegistryEntry &operator=(const TavRegistryEntry &) = delete;
@@ -152,13 +158,13 @@ private:
 
     friend class EntryQuery;
 
-    TavRegistryEntry();
     bool initWithDxRegistryEntry(RegistryObject object, EntryStore &dataStore);
     bool readIdentity(RegistryService &service);
     bool readInheritance(RegistryService &service);
     bool readServiceState(RegistryService &service);
     void setFlag(Flag flag, bool on);
     QStringList planesWithParents() const;
+    EntryList::Entries newChildrenInPlane(const QString &plane, const QByteArray &cPlane);
 
     EntryStore *dataStore_ = nullptr;
     RegistryHandle handle_;
@@ -172,14 +178,15 @@ private:
     quint8 flags_ = 0;
     bool matchesInAnyPlane_ = false; // by what is the same in every plane; as of answeredQuery_
     quint32 answeredQuery_ = 0;
-    quint32 visitedWalk_ = 0; // of a query through one plane
+    quint32 visitedWalk_ = 0;     // of a query through one plane
+    quint64 listedByReading_ = 0; // of an entry's children in one plane
     QString bundleID_;
     QStringList inheritance_;
     PropertyRef properties_;
     QString name_;
     QString location_;
-    PlaneTable<QString> namesInPlanes_;
-    PlaneTable<QString> locationsInPlanes_;
+    PlaneTable<CompactString> namesInPlanes_;
+    PlaneTable<CompactString> locationsInPlanes_;
     PlaneTable<EntryList> childrenInPlanes_;
     PlaneTable<EntryList> parentsInPlanes_;
     PlaneTable<bool> descendantMatchesLastQueryInPlanes_;

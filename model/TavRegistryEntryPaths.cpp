@@ -96,9 +96,9 @@ QStringList TavRegistryEntry::registryPathsInPlane(const QString &plane) const
 QStringList TavRegistryEntry::planesWithParents() const
 {
     QStringList planes;
-    for (const auto &[plane, parents] : parentsInPlanes_) {
-        if (!parents.entries().empty())
-            planes.append(plane);
+    for (const auto &item : parentsInPlanes_) {
+        if (!item.value.entries().empty())
+            planes.append(item.plane());
     }
     std::sort(planes.begin(), planes.end(), [](const QString &a, const QString &b) {
         return compareRegistryPlaneForUI(a, b) < 0;

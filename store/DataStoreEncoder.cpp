@@ -158,22 +158,23 @@ void DataStoreEncoder::encodeStrings(QLatin1String key, const QStringList &strin
     archiver_.encodeValue(key, ArchiveList(strings.begin(), strings.end()));
 }
 
-void DataStoreEncoder::encodeNames(QLatin1String key, const PlaneTable<QString> &names)
+void DataStoreEncoder::encodeNames(QLatin1String key, const PlaneTable<CompactString> &names)
 {
     ArchiveDictionary dictionary;
-    for (const auto &[plane, name] : names)
-        dictionary.push_back({plane, name});
+    for (const auto &item : names)
+        dictionary.push_back({item.plane(), item.value.toOwner()});
     archiver_.encodeValue(key, dictionary);
 }
 
 void DataStoreEncoder::encodeRelatives(QLatin1String key, const PlaneTable<EntryList> &relatives)
 {
     ArchiveDictionary dictionary;
-    for (const auto &[plane, entries] : relatives) {
+    for (const auto &item : relatives) {
         ArchiveList list;
-        for (const TavRegistryEntry *entry : entries.entries())
+        for (const TavRegistryEntry *entry : item.value.entries())
             list.push_back(archiver_.reference(*entry, entryClass_));
-        dictionary.push_back({plane, std::move(list)});
+        if (!list.empty())
+            dictionary.push_back({item.plane(), std::move(list)});
     }
     archiver_.encodeValue(key, dictionary);
 }

@@ -20,7 +20,7 @@ private:
     void encodeParent(const TavRegistryProperty &node);
     void encodeChildren(const TavRegistryProperty &node);
     void encodeStrings(QLatin1String key, const QStringList &strings);
-    void encodeNames(QLatin1String key, const PlaneTable<QString> &names);
+    void encodeNames(QLatin1String key, const PlaneTable<CompactString> &names);
     void encodeRelatives(QLatin1String key, const PlaneTable<EntryList> &relatives);
     const TavRegistryProperty *treeOf(const TavRegistryEntry &entry) const;
 

@@ -146,7 +146,7 @@ void RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &obj
         entry.properties_->clearIsNew();
 }
 
-bool RegistryEntryDecoder::setNames(PlaneTable<QString> &table, ArchiveValue value)
+bool RegistryEntryDecoder::setNames(PlaneTable<CompactString> &table, ArchiveValue value)
 {
     const ArchiveDictionary *names = sortedByKey(value);
     if (!names)
@@ -155,7 +155,7 @@ bool RegistryEntryDecoder::setNames(PlaneTable<QString> &table, ArchiveValue val
         const auto *name = member.get<QString>();
         if (!name)
             return false;
-        table[plane] = *name;
+        table[plane] = CompactString(*name);
     }
     return true;
 }

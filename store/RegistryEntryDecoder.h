@@ -22,7 +22,7 @@ private:
     void decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
     void decodeOldStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool setNames(PlaneTable<QString> &table, ArchiveValue value);
+    bool setNames(PlaneTable<CompactString> &table, ArchiveValue value);
     bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
                       ArchiveValue value);
     bool readRelatives(const ArchiveList &list);

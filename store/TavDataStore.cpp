@@ -80,10 +80,10 @@ void TavDataStore::readRegistry()
 {
     ++updatesRun_;
     lastUpdateDate_ = QDateTime::currentDateTimeUtc();
-    for (const EntryRef &entry : registryEntries_)
+    for (const EntryRef &entry : registryEntries_) {
         entry->clearParentChildRelationships();
-    for (const EntryRef &entry : registryEntries_)
         entry->clearIsNew();
+    }
     updatePlanes();
     // Reading children appends the entries that are new, and they are read in the same pass.
     for (std::size_t i = 0; i < registryEntries_.size(); ++i)
