@@ -22,6 +22,9 @@ function(vandrel_folder_library name)
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC vandrel_options ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
     target_precompile_headers(${name} REUSE_FROM vandrel_headers)
+    # moc's step does not notice by itself that a header was added.
+    list(FILTER ARG_SOURCES INCLUDE REGEX "\\.h$")
+    set_property(TARGET ${name} PROPERTY AUTOGEN_TARGET_DEPENDS ${ARG_SOURCES})
     _vandrel_publish_headers(${name} ${ARG_SOURCES})
 endfunction()
 
