@@ -1,10 +1,13 @@
 #include "platform/desktop/FloatingPanel.h"
 
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
 
 namespace {
+constexpr int margin = 40;
+
 bool isOrHasAncestor(const QWindow *window, const QWindow &ancestor)
 {
     return window == &ancestor || ancestor.isAncestorOf(window, QWindow::IncludeTransients);
@@ -17,6 +20,19 @@ void floatAbove(QWidget &panel, QWindow *window)
     if (own && window && window->isTopLevel() && !isOrHasAncestor(window, *own) &&
         window->type() != Qt::Popup && window->type() != Qt::ToolTip)
         own->setTransientParent(window);
+}
+// Beside the window where the screen has room, else over its lower left.
+void placeBeside(QWidget &panel, const QWindow &window)
+{
+    const QRect screen = window.screen()->availableGeometry();
+    const QRect beside = window.frameGeometry();
+    const QSize size = panel.sizeHint().expandedTo(panel.size());
+    QPoint place(beside.right() + 1, beside.top());
+    if (place.x() + size.width() > screen.right())
+        place.setX(beside.left() - size.width());
+    if (place.x() < screen.left())
+        place = beside.bottomLeft() + QPoint(margin, -size.height() - margin);
+    panel.move(place);
 }
 } // namespace
 
@@ -31,7 +47,10 @@ void FloatingPanel::prepare(QWidget &panel)
 void FloatingPanel::makeKey(QWidget &panel)
 {
     QWindow *const modal = QGuiApplication::modalWindow();
-    floatAbove(panel, modal ? modal : QGuiApplication::focusWindow());
+    QWindow *const window = modal ? modal : QGuiApplication::focusWindow();
+    floatAbove(panel, window);
+    if (window && !panel.testAttribute(Qt::WA_Moved))
+        placeBeside(panel, *window);
     panel.show();
     panel.raise();
     panel.activateWindow();
