@@ -20,14 +20,12 @@ bool isValue(const QModelIndex &index)
 }
 
 // Whether a text takes one line, told without laying it out; false for a long one that might.
-bool fitsOneLine(const StyledText &styled, const QFont &font, int width)
+bool fitsOneLine(const StyledText &styled, const ValueFonts &fonts, int width)
 {
     const QString &text = styled.text();
     if (text.size() > longestMeasured || text.contains(u'\n') || text.contains(u'\r'))
         return false;
-    const QFontMetrics metrics(
-        styled.attributes().fixedPitch ? StyledTextLayout::fixedPitchFont(font) : font);
-    return metrics.horizontalAdvance(text) <= width;
+    return QFontMetrics(fonts.of(styled.attributes())).horizontalAdvance(text) <= width;
 }
 } // namespace
 
@@ -50,6 +48,19 @@ int PropertyValueDelegate::lineHeight(const QStyleOptionViewItem &option) const
     return option.fontMetrics.height() + 2 * verticalMargin;
 }
 
+const ValueFonts &PropertyValueDelegate::fonts(const QFont &font) const
+{
+    if (!fonts_ || fonts_->plain != font)
+        fonts_.emplace(font);
+    return *fonts_;
+}
+
+void PropertyValueDelegate::forgetLayouts()
+{
+    layouts_.clear();
+    fonts_.reset();
+}
+
 const StyledTextLayout &PropertyValueDelegate::layout(const QModelIndex &index, const QFont &font,
                                                       int width) const
 {
@@ -57,7 +68,7 @@ const StyledTextLayout &PropertyValueDelegate::layout(const QModelIndex &index, 
     if (const StyledTextLayout *known = layouts_.object(item))
         return *known;
     const StyledText text = dataSource_.styledText(index);
-    auto *made = new StyledTextLayout(text, font, view_.palette(), width);
+    auto *made = new StyledTextLayout(text, fonts(font), view_.palette(), width);
     // One that is too large for the cache would not survive being put there.
     const auto cost = std::min<qsizetype>(text.text().size() + 1, charactersLaidOut);
     layouts_.insert(item, made, cost);
@@ -80,7 +91,7 @@ int PropertyValueDelegate::rowHeight(const QModelIndex &index,
                                      const QStyleOptionViewItem &option) const
 {
     const int width = view_.columnWidth(index.column()) - 2 * horizontalMargin;
-    if (fitsOneLine(dataSource_.styledText(index), option.font, width))
+    if (fitsOneLine(dataSource_.styledText(index), fonts(option.font), width))
         return lineHeight(option);
     const int height = qCeil(layout(index, option.font, width).height()) + 2 * verticalMargin;
     return std::max(height, lineHeight(option));
@@ -140,8 +151,7 @@ QWidget *PropertyValueDelegate::createEditor(QWidget *parent, const QStyleOption
     // It stands where the text did, and breaks its lines alike, as far as it can.
     const TextAttributes attributes = dataSource_.styledText(index).attributes();
     auto *editor = new QPlainTextEdit(parent);
-    editor->setFont(attributes.fixedPitch ? StyledTextLayout::fixedPitchFont(option.font)
-                                          : option.font);
+    editor->setFont(fonts(option.font).of(attributes));
     editor->setWordWrapMode(StyledTextLayout::wrapMode(attributes));
     editor->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     editor->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -17,7 +17,7 @@ public:
     PropertyValueDelegate(QTreeView &view, const TavPropertiesOutlineViewDataSource &dataSource);
 
     // To be called before rows are laid out anew for other texts, another width or another font.
-    void forgetLayouts() { layouts_.clear(); }
+    void forgetLayouts();
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
@@ -35,6 +35,7 @@ private:
     QRect textRect(const QStyleOptionViewItem &option) const;
     int lineHeight(const QStyleOptionViewItem &option) const;
     int rowHeight(const QModelIndex &index, const QStyleOptionViewItem &option) const;
+    const ValueFonts &fonts(const QFont &font) const;
     const StyledTextLayout &layout(const QModelIndex &index, const QFont &font, int width) const;
     void paintText(QPainter &painter, const QStyleOptionViewItem &option,
                    const QModelIndex &index) const;
@@ -43,5 +44,6 @@ private:
 
     QTreeView &view_;
     const TavPropertiesOutlineViewDataSource &dataSource_;
+    mutable std::optional<ValueFonts> fonts_;                // for the font of the last cell
     mutable QCache<const void *, StyledTextLayout> layouts_; // of nodes, the cost in characters
 };

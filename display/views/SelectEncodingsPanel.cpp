@@ -3,6 +3,7 @@
 #include "display/EncodingManager.h"
 #include "platform/desktop/FloatingPanel.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/desktop/OutlineRowDelegate.h"
 
 #include <QCoreApplication>
 #include <QListWidget>
@@ -38,6 +39,7 @@ void SelectEncodingsPanel::load()
     window_ = InterfaceLoader().load(QStringLiteral("SelectEncodingsPanel"));
     FloatingPanel::prepare(*window_);
     encodingsList_ = InterfaceLoader::outlet<QListWidget>(*window_, "encodingsList");
+    encodingsList_->setItemDelegate(new OutlineRowDelegate(encodingsList_));
     connect(encodingsList_, &QListWidget::itemChanged, this,
             &SelectEncodingsPanel::encodingListChanged);
     EncodingManager &manager = EncodingManager::sharedInstance();

@@ -15,14 +15,14 @@ QString withLineSeparators(QString text)
 }
 } // namespace
 
-QFont StyledTextLayout::fixedPitchFont(const QFont &like)
+ValueFonts::ValueFonts(const QFont &font)
+    : plain(font)
+    , fixedPitch(QFontDatabase::systemFont(QFontDatabase::FixedFont))
 {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (like.pointSizeF() > 0)
-        font.setPointSizeF(like.pointSizeF());
+    if (font.pointSizeF() > 0)
+        fixedPitch.setPointSizeF(font.pointSizeF());
     else
-        font.setPixelSize(like.pixelSize());
-    return font;
+        fixedPitch.setPixelSize(font.pixelSize());
 }
 
 QTextOption::WrapMode StyledTextLayout::wrapMode(const TextAttributes &attributes)
@@ -32,17 +32,17 @@ QTextOption::WrapMode StyledTextLayout::wrapMode(const TextAttributes &attribute
                : QTextOption::WrapAtWordBoundaryOrAnywhere;
 }
 
-StyledTextLayout::StyledTextLayout(const StyledText &text, const QFont &font,
+StyledTextLayout::StyledTextLayout(const StyledText &text, const ValueFonts &fonts,
                                    const QPalette &palette, qreal width)
 {
     const TextAttributes &attributes = text.attributes();
     layout_.setText(withLineSeparators(text.text()));
-    layout_.setFont(attributes.fixedPitch ? fixedPitchFont(font) : font);
-    setFormats(text, font, palette);
+    layout_.setFont(fonts.of(attributes));
+    setFormats(text, fonts, palette);
     breakLines(attributes, width);
 }
 
-void StyledTextLayout::setFormats(const StyledText &text, const QFont &font,
+void StyledTextLayout::setFormats(const StyledText &text, const ValueFonts &fonts,
                                   const QPalette &palette)
 {
     QList<QTextLayout::FormatRange> formats;
@@ -55,7 +55,7 @@ void StyledTextLayout::setFormats(const StyledText &text, const QFont &font,
     for (const StyledText::Range &range : text.overrides()) {
         QTextCharFormat format;
         if (range.attributes.fixedPitch != text.attributes().fixedPitch)
-            format.setFont(range.attributes.fixedPitch ? fixedPitchFont(font) : font);
+            format.setFont(fonts.of(range.attributes));
         if (range.attributes.grayForeground)
             format.setForeground(gray);
         if (!format.isEmpty())

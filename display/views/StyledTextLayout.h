@@ -8,14 +8,27 @@
 
 class QPainter;
 
+// The two fonts that values are drawn in, of the same size.
+struct ValueFonts
+{
+    explicit ValueFonts(const QFont &font);
+
+    const QFont &of(const TextAttributes &attributes) const
+    {
+        return attributes.fixedPitch ? fixedPitch : plain;
+    }
+
+    QFont plain;
+    QFont fixedPitch;
+};
+
 // A styled text broken into lines of a width, ready to be drawn.
 class StyledTextLayout
 {
 public:
-    StyledTextLayout(const StyledText &text, const QFont &font, const QPalette &palette,
+    StyledTextLayout(const StyledText &text, const ValueFonts &fonts, const QPalette &palette,
                      qreal width);
 
-    static QFont fixedPitchFont(const QFont &like); // of the same size
     static QTextOption::WrapMode wrapMode(const TextAttributes &attributes);
 
     qreal height() const { return height_; }
@@ -25,7 +38,7 @@ public:
               const QColor *highlight) const;
 
 private:
-    void setFormats(const StyledText &text, const QFont &font, const QPalette &palette);
+    void setFormats(const StyledText &text, const ValueFonts &fonts, const QPalette &palette);
     void breakLines(const TextAttributes &attributes, qreal width);
 
     QTextLayout layout_;

@@ -1,5 +1,7 @@
 #include "platform/desktop/Theme.h"
 
+#include "platform/desktop/DarkStyle.h"
+
 #include <QApplication>
 #include <QIcon>
 #include <QStyleFactory>
@@ -77,7 +79,10 @@ void applyTheme(Theme theme)
     QIcon::setFallbackThemeName(QStringLiteral("vandrel"));
     if (theme == Theme::System)
         return;
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    if (theme == Theme::Dark)
+        QApplication::setStyle(new DarkStyle);
+    else
+        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(theme == Theme::Dark ? darkPalette() : lightPalette());
 }
 

@@ -1,0 +1,30 @@
+#include "platform/desktop/DarkStyle.h"
+
+#include <QPainter>
+#include <QStyleFactory>
+#include <QStyleOption>
+
+DarkStyle::DarkStyle()
+    : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion")))
+{}
+
+void DarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
+                              QPainter *painter, const QWidget *widget) const
+{
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    const bool isRadio = element == PE_IndicatorRadioButton;
+    if (!isRadio && element != PE_IndicatorCheckBox && element != PE_IndicatorItemViewItemCheck)
+        return;
+    QColor color = option->palette.color(QPalette::PlaceholderText);
+    if (!(option->state & State_Enabled))
+        color.setAlphaF(0.5F);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing, isRadio);
+    painter->setPen(color);
+    painter->setBrush(Qt::NoBrush);
+    if (isRadio)
+        painter->drawEllipse(QRectF(option->rect).adjusted(1, 1, -1, -1));
+    else
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    painter->restore();
+}

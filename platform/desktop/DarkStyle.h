@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QProxyStyle>
+
+// Fusion for dark windows: it outlines check boxes and radio buttons a shade darker than the
+// window, where that cannot be seen.
+class DarkStyle : public QProxyStyle
+{
+    Q_OBJECT
+public:
+    DarkStyle();
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override;
+};
