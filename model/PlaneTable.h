@@ -20,18 +20,16 @@ public:
 
     const T *find(const QString &plane) const
     {
-        const auto item = std::find_if(items_.begin(), items_.end(),
-                                       [&](const Item &each) { return isAt(each, plane); });
-        return item != items_.end() ? &item->value : nullptr;
+        const auto item = lowerBound(items_, plane);
+        return item != items_.end() && textOf(*item) == plane ? &item->value : nullptr;
     }
     T *find(const QString &plane) { return const_cast<T *>(std::as_const(*this).find(plane)); }
     T &operator[](const QString &plane)
     {
-        if (T *known = find(plane))
-            return *known;
-        const auto next = std::find_if(items_.begin(), items_.end(),
-                                       [&](const Item &item) { return plane < textOf(item); });
-        return items_.insert(next, Item{CompactString(plane), T()})->value;
+        auto item = lowerBound(items_, plane);
+        if (item == items_.end() || textOf(*item) != plane)
+            item = items_.insert(item, Item{CompactString(plane), T()});
+        return item->value;
     }
     void clear() { items_.clear(); }
     void reserve(std::size_t size) { items_.reserve(size); }
@@ -44,11 +42,14 @@ public:
 
 private:
     static QStringView textOf(const Item &item) { return {item.key.data(), item.key.size()}; }
-    static bool isAt(const Item &item, const QString &plane)
+    template<class Items>
+    static auto lowerBound(Items &items, const QString &plane)
     {
         // Names of planes share their text, so most comparisons end at once.
-        return item.key.size() == plane.size() &&
-               (item.key.data() == plane.constData() || textOf(item) == plane);
+        return std::lower_bound(items.begin(), items.end(), plane,
+                                [](const Item &item, const QString &key) {
+                                    return item.key.data() != key.constData() && textOf(item) < key;
+                                });
     }
 
     std::vector<Item> items_;
