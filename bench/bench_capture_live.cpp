@@ -3,6 +3,7 @@
 #include "model/linux/LinuxRegistryService.h"
 #include "store/TavDataStore.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
@@ -103,4 +104,10 @@ void captureAgainstLoop(benchmark::State &state)
 BENCHMARK(captureAgainstLoop)->Unit(benchmark::kMillisecond)->Iterations(25);
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv); // the store's timers need one
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
