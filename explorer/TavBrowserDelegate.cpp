@@ -1,5 +1,6 @@
 #include "explorer/TavBrowserDelegate.h"
 
+#include "display/views/TavFormatController.h"
 #include "explorer/EntryTextStyle.h"
 #include "explorer/TavRegistryBrowserCell.h"
 #include "explorer/TavWindowController.h"
@@ -54,7 +55,7 @@ void TavBrowserDelegate::willDisplayCell(ColumnBrowser &, ColumnBrowserCell &cel
     const EntryRef &entry = entries[static_cast<std::size_t>(row)];
     static_cast<TavRegistryBrowserCell &>(cell).setRepresentedObject(entry);
     cell.text = entry->nameAtLocationInPlane(windowController_.registryPlane());
-    const auto attributes = EntryTextAttributes::forState(
+    const auto &attributes = TavFormatController::textAttributesForRegistryState(
         entry->registryState(), windowController_.findStateForRegistryEntry(*entry),
         entry->isRegistryRoot());
     cell.font = EntryTextStyle::font(attributes);

@@ -22,6 +22,8 @@ public:
     void
     reloadData(TavRegistryOutlineItem::Reread which = TavRegistryOutlineItem::Reread::Miscounted);
     void setAllRowsExpanded(bool isExpanded);
+    // Closes every row in sight whose entry is not one of the path's.
+    void collapseRowsOutside(const TavRegistryEntryPath &path);
 
     // The nodes of the longest prefix of the path that is there.
     std::vector<TavRegistryOutlineItem *> itemsForEntryPath(const TavRegistryEntryPath &path) const;

@@ -4,6 +4,7 @@
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "explorer/ExplorerBookmarks.h"
 #include "explorer/PlaneMenu.h"
+#include "explorer/SelectionHistory.h"
 #include "explorer/TavBrowserDelegate.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
@@ -34,6 +35,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     , outlineDataSource_(std::make_unique<TavRegistryOutlineViewDataSource>(*this))
     , propertiesDataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
     , browserDelegate_(std::make_unique<TavBrowserDelegate>(*this))
+    , history_(std::make_unique<SelectionHistory>())
 {
     loadWindow();
     connectOutlets();

@@ -8,6 +8,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <variant>
 
 class ColumnBrowser;
 class FactField;
@@ -23,6 +24,7 @@ class QPushButton;
 class QSplitter;
 class QStackedWidget;
 class SegmentedControl;
+class SelectionHistory;
 class SplitViewAutosave;
 class TavBrowserDelegate;
 class TavDataStore;
@@ -32,6 +34,9 @@ class TavPropertiesOutlineViewDataSource;
 class TavRegistryOutlineItem;
 class TavRegistryOutlineView;
 class TavRegistryOutlineViewDataSource;
+
+// A step into a property tree: the index of a child, or its name.
+using PropertyPathMember = std::variant<qsizetype, QString>;
 
 // Drives one explorer window: a plane of its document's data store as a tree, the facts of the
 // selected entry and its property tree. Main thread only.
@@ -99,6 +104,35 @@ public:
     void outlineViewSelectionChanged();
     void browserSelectionChanged();
 
+    // The paths of the selected entry.
+    void populatePathsPopup(const EntryRef &entry);
+    void pathPopupChanged(int item);
+    // None for no other path, or for one of another plane where the same one is asked for.
+    std::optional<TavRegistryEntryPath> nextEntryPathInPlane(bool inSamePlane) const;
+    std::optional<TavRegistryEntryPath> prevEntryPathInPlane(bool inSamePlane) const;
+    void goToNextPathInPlane();
+    void goToPrevPathInPlane();
+    void goToNextPathCrossPlane();
+    void goToPrevPathCrossPlane();
+
+    void selectParent();
+    void selectChild();
+    void selectNextSibling();
+    void selectPreviousSibling();
+    void goBack(); // to the selection before
+    void goForward();
+    void jumpToSelection();
+    void selectPropertyKeyIndexPath(const std::vector<PropertyPathMember> &path);
+    void paste();
+    void promptForPath();
+    void cancelGoToPath();
+    void performGoToPath();
+    void promptForBookmark();
+    void cancelAddBookmark();
+    void performAddBookmark();
+    void goToNextSnapshot();
+    void goToPrevSnapshot();
+
     void synchronizeWindowTitleWithDocumentName() override;
     void noteDataStoreOutOfDate() override;
     void noteDataStoreChanged() override;
@@ -121,6 +155,7 @@ public:
     void toggleShowTerminatedObjects();
     void expandAll();
     void collapseAll();
+    void collapseAroundSelection();
     void copy();
 
 protected:
@@ -136,6 +171,21 @@ private:
     TavRegistryEntryPath selectEntryPathInBrowser(const TavRegistryEntryPath &path,
                                                   bool scrollToVisible);
     void scrollBrowserToPath(int selectedColumns, bool isWholePath);
+    void selectSiblingInBrowser(int step);
+    void connectNavigationActions();
+    void connectNavigationControls();
+    void validateNavigationActions();
+    bool canSelectNextSibling() const;
+    bool canSelectPreviousSibling() const;
+    void selectInPathsPopup(const TavRegistryEntryPath &path);
+    bool canStepThroughPaths() const;
+    std::optional<TavRegistryEntryPath> entryPathOfItem(int item, bool inSamePlane) const;
+    void goToPath(const std::optional<TavRegistryEntryPath> &path);
+    void goToVisited(const TavRegistryEntryPath &path);
+    void scrollToSelectedProperty();
+    void loadGoToPathSheet();
+    void loadAddBookmarkSheet();
+    void addBookmark();
     void windowDidLoad();
     void showObjectInfo(const TavRegistryEntry &entry);
     void validateActions();
@@ -170,6 +220,10 @@ private:
     std::unique_ptr<PlaneMenu> planeMenu_;
     std::unique_ptr<SplitViewAutosave> splitViewAutosave_;
 
+    std::vector<std::optional<TavRegistryEntryPath>> entryPathsOfItems_; // none: a separator
+    std::unique_ptr<SelectionHistory> history_;
+    bool isRevisiting_ = false; // on the way back or forward
+    std::vector<std::pair<QAction *, std::function<bool()>>> navigationActions_; // when enabled
     QAction *updateAction_ = nullptr;
     QAction *updateSelectedObjectAction_ = nullptr;
     QAction *clearTerminatedObjectsAction_ = nullptr;
@@ -199,6 +253,14 @@ private:
     TavPropertiesOutlineView *propertiesOutlineView_ = nullptr;
     QCheckBox *filteredFindCheckbox_ = nullptr;
     QDialog *goToPathSheet_ = nullptr; // the sheets are loaded on first use
+    QLineEdit *goToPathField_ = nullptr;
+    QPushButton *goToPathCancelButton_ = nullptr;
+    QPushButton *goToPathGoButton_ = nullptr;
+    QDialog *addBookmarkSheet_ = nullptr;
+    QLineEdit *addBookmarkNameField_ = nullptr;
+    QCheckBox *addBookmarkDefaultCheckbox_ = nullptr;
+    QPushButton *addBookmarkCancelButton_ = nullptr;
+    QPushButton *addBookmarkOKButton_ = nullptr;
     QDialog *timedUpdateSheet_ = nullptr;
     QLineEdit *timedUpdateField_ = nullptr;
     QPushButton *timedUpdateCancelButton_ = nullptr;

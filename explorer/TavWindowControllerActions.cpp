@@ -48,6 +48,7 @@ void TavWindowController::connectActions()
         connectAction("changeTimedUpdateAction", [this] { changeTimedUpdate(); });
     toggleShowTerminatedObjectsAction_ = connectAction("toggleShowTerminatedObjectsAction",
                                                        [this] { toggleShowTerminatedObjects(); });
+    connectNavigationActions();
     connectAction("expandAllAction", [this] { expandAll(); });
     connectAction("collapseAllAction", [this] { collapseAll(); });
     updateAction_ = connectAction("updateAction", [this] { update(); });

@@ -35,6 +35,7 @@ void TavWindowController::synchronizeWindowTitleWithDocumentName()
 void TavWindowController::setSelectedEntry(const EntryRef &entry)
 {
     const PropertyRef previousRoot = rootPropertyItem_;
+    populatePathsPopup(entry);
     selectedEntry_ = entry;
     if (entry) {
         rootPropertyItem_ = entry->propertiesRef();

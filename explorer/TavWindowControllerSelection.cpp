@@ -1,5 +1,6 @@
 #include "explorer/ExplorerLogging.h"
 #include "explorer/PlaneMenu.h"
+#include "explorer/SelectionHistory.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavRegistryOutlineViewDataSource.h"
@@ -72,7 +73,10 @@ void TavWindowController::selectEntryPath(const std::optional<TavRegistryEntryPa
     if (selectedEntryPath_ == path)
         return;
     selectedEntryPath_ = path;
+    if (!isRevisiting_)
+        history_->visit(*path);
     setSelectedEntry(path->lastRegistryEntry());
+    selectInPathsPopup(*path);
 }
 
 void TavWindowController::outlineViewSelectionChanged()

@@ -35,5 +35,9 @@ void TavWindowController::didEndSheet(const QDialog &sheet, int returnCode)
         return;
     if (&sheet == timedUpdateSheet_)
         dataStore_->setPollInterval(secondsIn(timedUpdateField_->text().trimmed()));
+    else if (&sheet == goToPathSheet_)
+        goToRegistryPath(goToPathField_->text());
+    else if (&sheet == addBookmarkSheet_)
+        addBookmark();
     validateActions();
 }

@@ -16,6 +16,7 @@ void TavWindowController::validateActions()
     toggleShowTerminatedObjectsAction_->setText(
         showTerminatedObjects_ ? tr("&Hide Terminated Objects") : tr("&Show Terminated Objects"));
     validateTimedUpdateActions();
+    validateNavigationActions();
 }
 
 void TavWindowController::validateTimedUpdateActions()

@@ -1,0 +1,96 @@
+// The sheets that ask for a path and for a bookmark's name.
+#include "explorer/BookmarksDelegate.h"
+#include "explorer/EntryPathCompleter.h"
+#include "explorer/TavWindowController.h"
+#include "platform/SystemBeep.h"
+#include "platform/desktop/InterfaceLoader.h"
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPushButton>
+
+void TavWindowController::promptForPath()
+{
+    if (!goToPathSheet_)
+        loadGoToPathSheet();
+    goToPathSheet_->open();
+    goToPathField_->setFocus(Qt::OtherFocusReason);
+    goToPathField_->selectAll();
+}
+
+void TavWindowController::loadGoToPathSheet()
+{
+    goToPathSheet_ = loadSheet("PathSheetDialog");
+    goToPathField_ = InterfaceLoader::outlet<QLineEdit>(*goToPathSheet_, "goToPathField");
+    goToPathCancelButton_ =
+        InterfaceLoader::outlet<QPushButton>(*goToPathSheet_, "goToPathCancelButton");
+    goToPathGoButton_ = InterfaceLoader::outlet<QPushButton>(*goToPathSheet_, "goToPathGoButton");
+    connect(goToPathCancelButton_, &QPushButton::clicked, this,
+            &TavWindowController::cancelGoToPath);
+    connect(goToPathGoButton_, &QPushButton::clicked, this, &TavWindowController::performGoToPath);
+    new EntryPathCompleter(*goToPathField_, dataStore_);
+}
+
+void TavWindowController::cancelGoToPath()
+{
+    goToPathSheet_->done(0);
+}
+
+void TavWindowController::performGoToPath()
+{
+    goToPathSheet_->done(1);
+}
+
+void TavWindowController::promptForBookmark()
+{
+    if (!selectedEntry_) {
+        SystemBeep::beep();
+        return;
+    }
+    if (!addBookmarkSheet_)
+        loadAddBookmarkSheet();
+    addBookmarkNameField_->setText(QStringLiteral("%1 (%2)").arg(
+        selectedEntry_->nameAtLocationInPlane(registryPlane_), registryPlane_));
+    addBookmarkDefaultCheckbox_->setChecked(false);
+    addBookmarkSheet_->open();
+    addBookmarkNameField_->setFocus(Qt::OtherFocusReason);
+    addBookmarkNameField_->selectAll();
+}
+
+void TavWindowController::loadAddBookmarkSheet()
+{
+    addBookmarkSheet_ = loadSheet("AddBookmarkSheet");
+    addBookmarkNameField_ =
+        InterfaceLoader::outlet<QLineEdit>(*addBookmarkSheet_, "addBookmarkNameField");
+    addBookmarkDefaultCheckbox_ =
+        InterfaceLoader::outlet<QCheckBox>(*addBookmarkSheet_, "addBookmarkDefaultCheckbox");
+    addBookmarkCancelButton_ =
+        InterfaceLoader::outlet<QPushButton>(*addBookmarkSheet_, "addBookmarkCancelButton");
+    addBookmarkOKButton_ =
+        InterfaceLoader::outlet<QPushButton>(*addBookmarkSheet_, "addBookmarkOKButton");
+    connect(addBookmarkCancelButton_, &QPushButton::clicked, this,
+            &TavWindowController::cancelAddBookmark);
+    connect(addBookmarkOKButton_, &QPushButton::clicked, this,
+            &TavWindowController::performAddBookmark);
+}
+
+void TavWindowController::cancelAddBookmark()
+{
+    addBookmarkSheet_->done(0);
+}
+
+void TavWindowController::performAddBookmark()
+{
+    addBookmarkSheet_->done(1);
+}
+
+void TavWindowController::addBookmark()
+{
+    if (BookmarksDelegate *const bookmarks = BookmarksDelegate::shared())
+        bookmarks->addBookmark(addBookmarkNameField_->text(), registryPathForSelectedEntry(),
+                               addBookmarkDefaultCheckbox_->isChecked());
+    else
+        SystemBeep::beep();
+}

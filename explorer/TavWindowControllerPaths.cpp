@@ -1,0 +1,111 @@
+// The pop-up of the selected entry's paths, and the steps through it.
+#include "explorer/TavWindowController.h"
+#include "store/TavDataStore.h"
+
+#include <QComboBox>
+#include <algorithm>
+void TavWindowController::populatePathsPopup(const EntryRef &entry)
+{
+    entryPathsButton_->clear();
+    entryPathsOfItems_.clear();
+    int selected = -1;
+    if (entry) {
+        for (const QString &plane : dataStore_->registryPlanes()) {
+            const auto paths = entry->entryPathsInPlane(plane);
+            if (!paths.empty() && entryPathsButton_->count() > 0) {
+                entryPathsButton_->insertSeparator(entryPathsButton_->count());
+                entryPathsOfItems_.emplace_back();
+            }
+            for (const TavRegistryEntryPath &path : paths) {
+                if (selected < 0 && selectedEntryPath_ == path)
+                    selected = entryPathsButton_->count();
+                entryPathsButton_->addItem(path.registryPath());
+                entryPathsOfItems_.emplace_back(path);
+            }
+        }
+    }
+    entryPathsButton_->setEnabled(entryPathsButton_->count() > 0);
+    entryPathsButton_->setCurrentIndex(selected);
+}
+
+void TavWindowController::pathPopupChanged(int item)
+{
+    goToPath(entryPathOfItem(item, false));
+}
+
+void TavWindowController::selectInPathsPopup(const TavRegistryEntryPath &path)
+{
+    const auto item = std::find(entryPathsOfItems_.begin(), entryPathsOfItems_.end(), path);
+    if (item != entryPathsOfItems_.end())
+        entryPathsButton_->setCurrentIndex(static_cast<int>(item - entryPathsOfItems_.begin()));
+}
+
+bool TavWindowController::canStepThroughPaths() const
+{
+    return entryPathsButton_->isEnabled() && entryPathsButton_->currentIndex() >= 0;
+}
+
+// None for a separator and where there is no item.
+std::optional<TavRegistryEntryPath> TavWindowController::entryPathOfItem(int item,
+                                                                         bool inSamePlane) const
+{
+    const auto index = static_cast<std::size_t>(item);
+    if (item < 0 || index >= entryPathsOfItems_.size())
+        return std::nullopt;
+    const auto &path = entryPathsOfItems_[index];
+    return path && inSamePlane && path->plane() != registryPlane_ ? std::nullopt : path;
+}
+
+std::optional<TavRegistryEntryPath>
+TavWindowController::nextEntryPathInPlane(bool inSamePlane) const
+{
+    if (!canStepThroughPaths())
+        return std::nullopt;
+    const int count = entryPathsButton_->count();
+    int item = entryPathsButton_->currentIndex() + 1;
+    if (item == count)
+        item = 0;
+    while (item < count && !entryPathOfItem(item, false))
+        ++item;
+    return entryPathOfItem(item, inSamePlane);
+}
+
+// From the first item it steps to the one before the last, unlike the step forward, which wraps to
+// the very first; kept, for it has always been so.
+std::optional<TavRegistryEntryPath>
+TavWindowController::prevEntryPathInPlane(bool inSamePlane) const
+{
+    if (!canStepThroughPaths())
+        return std::nullopt;
+    const int current = entryPathsButton_->currentIndex();
+    int item = current > 0 ? current - 1 : entryPathsButton_->count() - 2;
+    while (item >= 0 && !entryPathOfItem(item, false))
+        --item;
+    return entryPathOfItem(item, inSamePlane);
+}
+
+void TavWindowController::goToPath(const std::optional<TavRegistryEntryPath> &path)
+{
+    if (path)
+        goToEntryPath(path, true, true);
+}
+
+void TavWindowController::goToNextPathInPlane()
+{
+    goToPath(nextEntryPathInPlane(true));
+}
+
+void TavWindowController::goToPrevPathInPlane()
+{
+    goToPath(prevEntryPathInPlane(true));
+}
+
+void TavWindowController::goToNextPathCrossPlane()
+{
+    goToPath(nextEntryPathInPlane(false));
+}
+
+void TavWindowController::goToPrevPathCrossPlane()
+{
+    goToPath(prevEntryPathInPlane(false));
+}
