@@ -1,5 +1,6 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/DateText.h"
+#include "explorer/SelectionHistory.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
@@ -135,6 +136,8 @@ void TavWindowController::refreshDisplay()
             item->rereadChildren();
     }
     registryOutlineView_->reloadData(TavRegistryOutlineItem::Reread::All);
+    if (!browserIsVisible())
+        registryBrowser_->reloadColumn(0); // so that it holds no entries that have gone
     goToEntryPath(selectedEntryPath_, false, false);
     refreshPropertiesOutlineView();
 }
@@ -173,4 +176,6 @@ void TavWindowController::noteDataStoreClearedTerminatedObjects()
     if (document_.hasFile())
         document_.setDocumentEdited(true);
     refreshDisplay();
+    history_->forgetWhatIsGone();
+    validateNavigationActions();
 }

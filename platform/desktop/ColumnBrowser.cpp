@@ -82,10 +82,10 @@ void ColumnBrowser::addColumn()
     list->setModel(model);
     list->setAccessibleName(tr("Column %1").arg(number + 1));
     auto *const resizer = new ColumnResizer(widget());
-    connect(list->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this, number](const QModelIndex &row) {
-                if (!isChanging_ && row.isValid())
-                    chooseRow(row.row(), number);
+    connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this, number](const QItemSelection &selected) {
+                if (!isChanging_ && !selected.isEmpty())
+                    chooseRow(selected.first().top(), number);
             });
     // A row that is current already may be chosen in order to leave the columns after it.
     connect(list, &ColumnBrowserList::rowPressed, this, [this, number](int row) {

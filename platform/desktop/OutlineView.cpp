@@ -101,8 +101,9 @@ void OutlineView::mousePressEvent(QMouseEvent *event)
 
 void OutlineView::keyPressEvent(QKeyEvent *event)
 {
-    const bool isAlt = event->modifiers() & Qt::AltModifier;
-    if (isAlt && currentIndex().isValid() &&
+    // With Alt alone these keys are the window's.
+    const auto modifiers = Qt::AltModifier | Qt::ShiftModifier;
+    if ((event->modifiers() & modifiers) == modifiers && currentIndex().isValid() &&
         (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
         const bool isForward = (event->key() == Qt::Key_Right) == !isRightToLeft();
         setSubtreeExpanded(currentIndex().siblingAtColumn(0), isForward);

@@ -3,8 +3,8 @@
 #include <QTreeView>
 #include <functional>
 
-// A tree view whose rows open and close in bulk quickly: with Alt held, a click on a row's
-// expander, or the left or right key, opens or closes all below it too.
+// A tree view whose rows open and close in bulk quickly: a click on a row's expander with Alt held,
+// or the left or right key with Alt and Shift, opens or closes all below it too.
 class OutlineView : public QTreeView
 {
     Q_OBJECT

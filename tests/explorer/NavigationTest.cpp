@@ -1,4 +1,5 @@
 #include "ExplorerFixture.h"
+#include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/BookmarksDelegate.h"
@@ -7,6 +8,7 @@
 #include "explorer/TavRegistryOutlineView.h"
 #include "platform/desktop/ColumnBrowser.h"
 #include "tests/support/QtPrinters.h"
+#include "tests/support/RegistryValues.h"
 #include "tests/support/TreeText.h"
 
 #include <QAction>
@@ -334,11 +336,9 @@ TEST_P(NavigationTest, GoesBackAndForth)
 
 TEST_P(NavigationTest, SelectsPropertiesByKeysAndIndexes)
 {
-    const auto number = [](quint64 value) { return RegistryValue::number(value, 4); };
-    service_.setProperties(registry_["array"], RegistryValue::dictionary(
-                                                   {{QStringLiteral("list"),
-                                                     RegistryValue::array({number(1), number(2)})},
-                                                    {QStringLiteral("size"), number(3)}}));
+    using namespace values;
+    service_.setProperties(registry_["array"], dictionary({{"list", array({number(1), number(2)})},
+                                                           {"size", number(3)}}));
     update();
     selectArray();
     const auto &view = *outlet<TavPropertiesOutlineView>("propertiesOutlineView");
@@ -347,7 +347,7 @@ TEST_P(NavigationTest, SelectsPropertiesByKeysAndIndexes)
     const TavRegistryProperty *const second =
         entry("array")->properties()->childWithName(list)->childAtIndex(1);
     EXPECT_EQ(view.selectedItem(), second);
-    EXPECT_EQ(TavFormatController::sharedInstance().selectedPropertyItem(), second);
+    EXPECT_TRUE(TavFormatController::sharedInstance().selectedPropertyItem() == second);
     EXPECT_TRUE(view.isExpanded(view.model()->index(0, 0)));
     for (const std::vector<PropertyPathMember> &path :
          {std::vector<PropertyPathMember>{list, qsizetype(2)},
