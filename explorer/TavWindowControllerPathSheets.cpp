@@ -1,6 +1,6 @@
 // The sheets that ask for a path and for a bookmark's name.
-#include "explorer/BookmarksDelegate.h"
 #include "explorer/EntryPathCompleter.h"
+#include "explorer/ExplorerBookmarks.h"
 #include "explorer/TavWindowController.h"
 #include "platform/SystemBeep.h"
 #include "platform/desktop/InterfaceLoader.h"
@@ -88,9 +88,9 @@ void TavWindowController::performAddBookmark()
 
 void TavWindowController::addBookmark()
 {
-    if (BookmarksDelegate *const bookmarks = BookmarksDelegate::shared())
-        bookmarks->addBookmark(addBookmarkNameField_->text(), registryPathForSelectedEntry(),
-                               addBookmarkDefaultCheckbox_->isChecked());
+    if (ExplorerBookmarks *const bookmarks = ExplorerBookmarks::shared())
+        bookmarks->addBookmarkNamed(addBookmarkNameField_->text(), registryPathForSelectedEntry(),
+                                    addBookmarkDefaultCheckbox_->isChecked());
     else
         SystemBeep::beep();
 }

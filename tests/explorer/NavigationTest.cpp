@@ -2,8 +2,8 @@
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
 #include "display/views/TavPropertiesOutlineView.h"
-#include "explorer/BookmarksDelegate.h"
 #include "explorer/EntryPathCompleter.h"
+#include "explorer/ExplorerBookmarks.h"
 #include "explorer/SelectionHistory.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "platform/desktop/ColumnBrowser.h"
@@ -24,12 +24,13 @@
 #include <QTest>
 
 namespace {
-class Bookmarks : public BookmarksDelegate
+class Bookmarks : public ExplorerBookmarks
 {
 public:
     Bookmarks() { setShared(this); }
     ~Bookmarks() override { setShared(nullptr); }
-    void addBookmark(const QString &name, const QString &path, bool setAsDefault) override
+    QString defaultBookmarkPath() override { return {}; }
+    void addBookmarkNamed(const QString &name, const QString &path, bool setAsDefault) override
     {
         added = name + QLatin1String(" = ") + path + (setAsDefault ? u'!' : u'.');
     }
