@@ -4,6 +4,7 @@
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
+#include "platform/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"
@@ -283,6 +284,9 @@ int main(int argc, char **argv)
     qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
     const QApplication application(argc, argv);
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
+    PreferencesStore::standard().registerDefaults(
+        {{QStringLiteral("DefaultPlane"), QStringLiteral("DxService")},
+         {QStringLiteral("DefaultView"), QStringLiteral("outline")}});
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
 }

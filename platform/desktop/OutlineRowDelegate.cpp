@@ -1,8 +1,15 @@
 #include "platform/desktop/OutlineRowDelegate.h"
 
+#include "platform/desktop/VisibleText.h"
+
 namespace {
 constexpr int widest = 150; // in characters
 } // namespace
+
+QString OutlineRowDelegate::displayText(const QVariant &value, const QLocale &locale) const
+{
+    return visibleText(QStyledItemDelegate::displayText(value, locale));
+}
 
 QSize OutlineRowDelegate::sizeHint(const QStyleOptionViewItem &option,
                                    const QModelIndex &index) const

@@ -2,7 +2,7 @@
 
 #include <QStyledItemDelegate>
 
-// Rows with air between them, of texts that are elided when they are absurdly long.
+// Rows with air between them, of texts made visible, elided when they are absurdly long.
 class OutlineRowDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -11,5 +11,6 @@ public:
 
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    QString displayText(const QVariant &value, const QLocale &locale) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 };

@@ -5,6 +5,7 @@
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"
+#include "tests/support/FakeLiveService.h"
 #include "tests/support/TreeBuilder.h"
 
 #include <QMainWindow>
@@ -38,7 +39,7 @@ protected:
         return InterfaceLoader::outlet<Outlet>(*controller_->window(), name);
     }
 
-    FakeRegistryService service_;
+    FakeLiveService service_;
     TreeBuilder registry_{service_};
     TavDocumentController documents_{service_};
     TavDocument *document_ = nullptr;
