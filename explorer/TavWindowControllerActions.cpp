@@ -35,8 +35,11 @@ void TavWindowController::connectActions()
         return action;
     };
     connectAction("newDocumentWindowAction", [this] { newDocumentWindow(); });
-    for (const QAction *menu : window_->menuBar()->actions())
+    for (const QAction *menu : window_->menuBar()->actions()) {
         menu->menu()->menuAction()->setVisible(!menu->menu()->isEmpty());
+        // Another window of the document may have changed what the commands tell.
+        connect(menu->menu(), &QMenu::aboutToShow, this, &TavWindowController::validateActions);
+    }
     connectAction("copyAction", [this] { copy(); });
     outlineViewAction_ = connectAction("outlineViewAction", [this] { outlineView(); });
     browserViewAction_ = connectAction("browserViewAction", [this] { browserView(); });

@@ -45,8 +45,7 @@ void TavWindowController::changeTimedUpdate()
 
 void TavWindowController::loadTimedUpdateSheet()
 {
-    if (timedUpdateSheet_)
-        timedUpdateSheet_->deleteLater();
+    delete timedUpdateSheet_;
     timedUpdateSheet_ = loadSheet("TimedUpdateSheet");
     timedUpdateField_ = InterfaceLoader::outlet<QLineEdit>(*timedUpdateSheet_, "timedUpdateField");
     timedUpdateCancelButton_ =

@@ -82,10 +82,9 @@ void TavWindowController::showView(ViewStyle style)
 void TavWindowController::arrangeSplitView(Qt::Orientation panes)
 {
     const bool isSideBySide = panes == Qt::Horizontal;
-    explorerSplitView_->setOrientation(panes);
-    const bool isRestored = splitViewAutosave_->setAutosaveName(
-        isSideBySide ? QStringLiteral("TavExplorerSplitView-Vertical")
-                     : QStringLiteral("TavExplorerSplitView-Horizontal"));
+    const bool isRestored = splitViewAutosave_->arrange(
+        panes, isSideBySide ? QStringLiteral("TavExplorerSplitView-Vertical")
+                            : QStringLiteral("TavExplorerSplitView-Horizontal"));
     const int extent = isSideBySide ? window_->width() : window_->height();
     if (!isRestored)
         explorerSplitView_->setSizes({extent * 2 / 5, extent * 3 / 5});

@@ -8,7 +8,9 @@ constexpr int widest = 150; // in characters
 
 QString OutlineRowDelegate::displayText(const QVariant &value, const QLocale &locale) const
 {
-    return visibleText(QStyledItemDelegate::displayText(value, locale));
+    return visibleText(value.userType() == QMetaType::QString
+                           ? value.toString()
+                           : QStyledItemDelegate::displayText(value, locale));
 }
 
 QSize OutlineRowDelegate::sizeHint(const QStyleOptionViewItem &option,

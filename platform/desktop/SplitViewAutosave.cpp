@@ -20,11 +20,12 @@ SplitViewAutosave::~SplitViewAutosave()
         save();
 }
 
-bool SplitViewAutosave::setAutosaveName(const QString &name)
+bool SplitViewAutosave::arrange(Qt::Orientation panes, const QString &name)
 {
     if (saveTimer_.isActive())
         save();
     name_ = name;
+    splitView_.setOrientation(panes);
     return restore();
 }
 

@@ -14,9 +14,9 @@ public:
     explicit SplitViewAutosave(QSplitter &splitView); // which must outlive this
     ~SplitViewAutosave() override;
 
-    // Saves under the name so far, then restores what was saved under the new one. False when
-    // there is nothing of use.
-    bool setAutosaveName(const QString &name);
+    // Saves under the name so far, then lays the panes out anew as was saved under the new one.
+    // False when there is nothing of use.
+    bool arrange(Qt::Orientation panes, const QString &name);
 
 private:
     void save();

@@ -1,0 +1,316 @@
+#include "ExplorerFixture.h"
+#include "explorer/TavRegistryOutlineItem.h"
+#include "explorer/TavRegistryOutlineView.h"
+#include "platform/DocumentError.h"
+#include "platform/PreferencesStore.h"
+#include "platform/desktop/SegmentedControl.h"
+#include "store/TavDataStore.h"
+#include "tests/support/QtPrinters.h"
+#include "tests/support/TreeText.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QJsonArray>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStyledItemDelegate>
+#include <QTest>
+
+namespace {
+class WindowViewsTest : public ExplorerFixture
+{
+protected:
+    void SetUp() override
+    {
+        registry_.plane("DxService", R"(
+            Root
+              Host
+                bus
+                  disk
+                port)");
+        open();
+        view_ = outlet<TavRegistryOutlineView>("registryOutlineView");
+    }
+    QAction &action(const char *name) const { return *outlet<QAction>(name); }
+    QSplitter &splitView() const { return *outlet<QSplitter>("explorerSplitView"); }
+    void dragDivider(const QPoint &by) const
+    {
+        QWidget *const handle = splitView().handle(1);
+        QTest::mousePress(handle, Qt::LeftButton, {}, QPoint(2, 2));
+        QTest::mouseMove(handle, QPoint(2, 2) + by);
+        QTest::mouseRelease(handle, Qt::LeftButton, {}, QPoint(2, 2) + by);
+    }
+    QDialog *sheet() const
+    {
+        return controller_->window()->findChild<QDialog *>(QStringLiteral("timedUpdateSheet"));
+    }
+    // Types into the sheet and presses one of its buttons.
+    void answerSheet(const QString &text, const char *button) const
+    {
+        ASSERT_TRUE(sheet() && sheet()->isVisible());
+        InterfaceLoader::outlet<QLineEdit>(*sheet(), "timedUpdateField")->setText(text);
+        QTest::mouseClick(InterfaceLoader::outlet<QPushButton>(*sheet(), button), Qt::LeftButton);
+        EXPECT_FALSE(sheet()->isVisible());
+    }
+    // Saved, and opened again as a record of how the registry was.
+    void openArchived()
+    {
+        const QString file = preferencesFolder() + QStringLiteral("/then.vandrel");
+        DocumentError error;
+        ASSERT_TRUE(document_->save(file, error));
+        close();
+        document_ = static_cast<TavDocument *>(documents_.openDocument(file, error));
+        ASSERT_NE(document_, nullptr);
+        store_ = document_->dataStore();
+        controller_ =
+            static_cast<TavWindowController *>(document_->windowControllers().front().get());
+        view_ = outlet<TavRegistryOutlineView>("registryOutlineView");
+    }
+
+    TavRegistryOutlineView *view_ = nullptr;
+};
+} // namespace
+
+TEST_F(WindowViewsTest, SwitchesBetweenTreeAndColumns)
+{
+    controller_->goToEntryPath(path({"Root", "Host", "bus"}), true, true);
+    auto *const browser = outlet<QWidget>("registryBrowser");
+    EXPECT_FALSE(controller_->browserIsVisible());
+    EXPECT_EQ(splitView().orientation(), Qt::Horizontal);
+    EXPECT_TRUE(action("outlineViewAction").isChecked());
+
+    view_->setFocus();
+    outlet<QAction>("browserViewAction")->trigger();
+    EXPECT_TRUE(controller_->browserIsVisible());
+    EXPECT_TRUE(browser->isVisible());
+    EXPECT_EQ(outlet<QStackedWidget>("explorerTabView")->currentWidget()->objectName(),
+              QStringLiteral("Browser"));
+    EXPECT_EQ(splitView().orientation(), Qt::Vertical);
+    EXPECT_EQ(outlet<SegmentedControl>("viewStyleControl")->selectedTag(), 1);
+    EXPECT_FALSE(action("outlineViewAction").isChecked());
+    EXPECT_TRUE(action("browserViewAction").isChecked());
+    EXPECT_TRUE(controller_->isExplorerFirstResponder()); // as before
+    EXPECT_EQ(controller_->selectedEntry(), entry("bus"));
+
+    auto *const properties = outlet<QWidget>("propertiesOutlineView");
+    properties->setFocus();
+    QTest::mouseClick(outlet<QWidget>("outlineSegment"), Qt::LeftButton);
+    EXPECT_FALSE(controller_->browserIsVisible());
+    EXPECT_FALSE(controller_->isExplorerFirstResponder()); // as before
+    EXPECT_EQ(controller_->selectedEntry(), entry("bus"));
+    EXPECT_EQ(beeps_, 0);
+
+    QWidget *next = outlet<QWidget>("findField")->nextInFocusChain();
+    while (next->focusPolicy() == Qt::NoFocus || !next->isVisible())
+        next = next->nextInFocusChain();
+    EXPECT_EQ(next, view_);
+}
+
+TEST_F(WindowViewsTest, EachArrangementKeepsItsDivider)
+{
+    dragDivider({80, 0});
+    const QList<int> sideBySide = splitView().sizes();
+    controller_->browserView();
+    const QList<int> before = splitView().sizes();
+    dragDivider({0, 60});
+    const QList<int> stacked = splitView().sizes();
+    ASSERT_NE(stacked, before);
+    controller_->outlineView();
+    EXPECT_EQ(splitView().sizes(), sideBySide);
+    controller_->browserView();
+    EXPECT_EQ(splitView().sizes(), stacked);
+    close();
+    open(); // the next window finds them
+    EXPECT_EQ(splitView().sizes(), sideBySide);
+
+    PreferencesStore::standard().setValue(QStringLiteral("TavExplorerSplitView-Vertical"),
+                                          QJsonArray{-5, QStringLiteral("x"), 1e300});
+    open();
+    EXPECT_GT(splitView().sizes().constFirst(), 100);
+    EXPECT_GT(splitView().sizes().constLast(), 100);
+}
+
+TEST_F(WindowViewsTest, AnyOtherDefaultViewIsColumns)
+{
+    for (const char *view : {"browser", "Outline", ""}) {
+        PreferencesStore::standard().setValue(QStringLiteral("DefaultView"),
+                                              QString::fromLatin1(view));
+        open();
+        EXPECT_TRUE(controller_->browserIsVisible()) << view;
+        EXPECT_EQ(controller_->selectedEntry(), entry("Root"));
+    }
+}
+
+TEST_F(WindowViewsTest, NewWindowsStartFromThePreferences)
+{
+    controller_->browserView();
+    controller_->goToEntryPath(path({"Root", "Host", "bus"}), true, true);
+    outlet<QAction>("newDocumentWindowAction")->trigger();
+    ASSERT_EQ(document_->windowControllers().size(), 2U);
+    const auto &added = static_cast<TavWindowController &>(*document_->windowControllers().back());
+    EXPECT_TRUE(added.window()->isVisible());
+    EXPECT_FALSE(added.browserIsVisible());
+    EXPECT_EQ(added.selectedEntry(), entry("Root"));
+    update(); // both follow
+    EXPECT_EQ(controller_->selectedEntry(), entry("bus"));
+}
+
+TEST_F(WindowViewsTest, SetsTheIntervalOfTimedUpdate)
+{
+    action("toggleTimedUpdateAction").trigger();
+    EXPECT_TRUE(store_->isPolledUpdate());
+    ASSERT_TRUE(sheet());
+    EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
+    EXPECT_EQ(InterfaceLoader::outlet<QLineEdit>(*sheet(), "timedUpdateField")->text(),
+              QStringLiteral("30"));
+    answerSheet(QStringLiteral("2.5"), "timedUpdateSetButton");
+    EXPECT_EQ(store_->pollInterval(), 2.5);
+    EXPECT_EQ(action("toggleTimedUpdateAction").text(), QStringLiteral("&Timed Update (2.5s)"));
+    EXPECT_TRUE(action("toggleTimedUpdateAction").isChecked());
+
+    for (const char *refused : {"0", "-1", "3600.5", "", "soon", "nan", "1e99"}) {
+        controller_->changeTimedUpdate();
+        EXPECT_EQ(InterfaceLoader::outlet<QLineEdit>(*sheet(), "timedUpdateField")->text(),
+                  QStringLiteral("2")); // cut off
+        answerSheet(QString::fromLatin1(refused), "timedUpdateSetButton");
+        EXPECT_EQ(store_->pollInterval(), 2.5) << refused;
+    }
+    controller_->changeTimedUpdate();
+    answerSheet(QStringLiteral("7"), "timedUpdateCancelButton");
+    EXPECT_EQ(store_->pollInterval(), 2.5);
+    controller_->changeTimedUpdate();
+    answerSheet(QStringLiteral("3600"), "timedUpdateSetButton");
+    EXPECT_EQ(store_->pollInterval(), 3600.0);
+    action("toggleTimedUpdateAction").trigger();
+    EXPECT_FALSE(store_->isPolledUpdate());
+    EXPECT_FALSE(sheet()->isVisible());
+    EXPECT_EQ(action("toggleTimedUpdateAction").text(), QStringLiteral("&Timed Update…"));
+}
+
+TEST_F(WindowViewsTest, TheSelectionMayGoWhileASheetIsOpen)
+{
+    controller_->goToEntryPath(path({"Root", "Host", "bus", "disk"}), true, true);
+    controller_->changeTimedUpdate();
+    terminate("disk");
+    update();
+    controller_->clearTerminatedObjects();
+    EXPECT_EQ(controller_->selectedEntry(), entry("bus"));
+    answerSheet(QStringLiteral("5"), "timedUpdateSetButton");
+    EXPECT_EQ(store_->pollInterval(), 5.0);
+    controller_->changeTimedUpdate();
+    close(); // with the sheet open
+}
+
+TEST_F(WindowViewsTest, AnArchivedRegistryIsNotUpdated)
+{
+    store_->setUpToDate(false);
+    openArchived();
+    EXPECT_EQ(outlet<QWidget>("systemStatusField2")->property("text").toString(),
+              QStringLiteral("was out of date"));
+    EXPECT_EQ(controller_->window()->windowTitle(),
+              QStringLiteral("then.vandrel — DxService — Root"));
+    for (const char *name :
+         {"updateAction", "updateSelectedObjectAction", "clearTerminatedObjectsAction",
+          "toggleAutoupdateAction", "toggleTimedUpdateAction", "changeTimedUpdateAction"})
+        EXPECT_FALSE(action(name).isEnabled()) << name;
+    const std::string before = rowsOf(*view_);
+    controller_->update();
+    EXPECT_EQ(beeps_, 1);
+    controller_->clearTerminatedObjects();
+    EXPECT_EQ(beeps_, 2);
+    controller_->updateSelectedObject();
+    EXPECT_EQ(beeps_, 3);
+    controller_->toggleTimedUpdate();
+    EXPECT_EQ(beeps_, 4);
+    EXPECT_FALSE(store_->isPolledUpdate());
+    controller_->toggleAutoupdate(); // says nothing
+    EXPECT_EQ(beeps_, 4);
+    EXPECT_FALSE(store_->isAutoupdate());
+    EXPECT_EQ(rowsOf(*view_), before);
+    EXPECT_FALSE(document_->isDocumentEdited());
+}
+
+TEST_F(WindowViewsTest, ALiveDocumentWithAFileNamesItsHost)
+{
+    const QString file = preferencesFolder() + QStringLiteral("/now.vandrel");
+    DocumentError error;
+    ASSERT_TRUE(document_->save(file, error));
+    controller_->synchronizeWindowTitleWithDocumentName();
+    const auto title = [this] {
+        return controller_->windowTitleForDocumentDisplayName(document_->displayName());
+    };
+    const QString plain =
+        QStringLiteral("now.vandrel (%1) — DxService — Root").arg(store_->hostName());
+    EXPECT_EQ(title(), plain);
+    EXPECT_FALSE(document_->isDocumentEdited());
+    terminate("disk");
+    update();
+    document_->setDocumentEdited(false);
+    controller_->clearTerminatedObjects();
+    EXPECT_TRUE(document_->isDocumentEdited());
+    store_->setUpToDate(false);
+    EXPECT_EQ(title(), plain + QStringLiteral(" (needs update)"));
+}
+
+TEST_F(WindowViewsTest, TheKeyboardFindsItsWayThroughTheTree)
+{
+    const auto selected = [this] { return controller_->selectedEntry(); };
+    view_->setFocus();
+    QTest::keyClick(view_, Qt::Key_End);
+    EXPECT_EQ(selected(), entry("port"));
+    QTest::keyClick(view_, Qt::Key_Home);
+    EXPECT_EQ(selected(), entry("Root"));
+    QTest::keyClicks(view_, QStringLiteral("di"));
+    EXPECT_EQ(selected(), entry("disk"));
+    QTest::keyClick(view_, Qt::Key_Up);
+    QTest::keyClick(view_, Qt::Key_Left);
+    EXPECT_EQ(rowsOf(*view_), dedented(R"(
+        Root
+          Host
+            bus + *
+            port)"));
+    QTest::keyClick(view_, Qt::Key_Right);
+    QTest::keyClick(view_, Qt::Key_Down);
+    EXPECT_EQ(selected(), entry("disk"));
+}
+
+TEST_F(WindowViewsTest, ShowsOddNamesAsOneLine)
+{
+    const auto add = [this](const QByteArray &name) {
+        const auto node = service_.add(QStringLiteral("DxDevice"), name);
+        service_.link(registry_["port"], node, "DxService");
+        return node;
+    };
+    add("");
+    add("two\nlines\x01");
+    add("\xe2\x80\xae"
+        "backwards");
+    add("\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d");
+    update();
+    const auto node = add("long");
+    service_.setName(node, QByteArray(100, 'x'));
+    update();
+    const auto &entries = store_->registryEntries();
+    ASSERT_EQ(entries.size(), 10U);
+    QStringList shown;
+    for (TavRegistryEntry *child : entry("port")->childrenInPlane(QStringLiteral("DxService"))) {
+        TavRegistryEntryPath to = path({"Root", "Host", "port"});
+        to.appendRegistryEntry(child->shared_from_this());
+        controller_->goToEntryPath(to, true, true);
+        EXPECT_EQ(controller_->selectedEntry(), child);
+        controller_->window()->grab();
+        const auto *const delegate = qobject_cast<QStyledItemDelegate *>(view_->itemDelegate());
+        shown.append(delegate->displayText(view_->currentIndex().data(), QLocale()));
+    }
+    EXPECT_TRUE(shown.contains(QString()));
+    EXPECT_TRUE(shown.contains(QStringLiteral("two␊lines␁")));
+    EXPECT_TRUE(shown.contains(QStringLiteral("\uFFFDbackwards")));
+    const QString long_(10'000, u'y');
+    const QString cut =
+        qobject_cast<QStyledItemDelegate *>(view_->itemDelegate())->displayText(long_, QLocale());
+    EXPECT_LE(cut.size(), 501);
+    EXPECT_TRUE(cut.endsWith(QChar(0x2026)));
+    EXPECT_EQ(beeps_, 0);
+}
