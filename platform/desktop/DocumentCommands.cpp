@@ -121,7 +121,9 @@ void DocumentCommands::saveDocumentAs(Document &document, const Done &done)
 {
     QFileDialog *const dialog = makeDialog(*windowOf(document), tr("Save As"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->selectFile(suggestedFile(document));
+    const QFileInfo suggested(suggestedFile(document));
+    dialog->setDirectory(suggested.absoluteDir().exists() ? suggested.path() : QDir::homePath());
+    dialog->selectFile(suggested.fileName());
     connect(dialog, &QFileDialog::finished, &document, [this, dialog, done, &document](int result) {
         const QString file = dialog->selectedFiles().value(0);
         later(document, [this, done, &document, isAccepted = result == QDialog::Accepted, file] {

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "app/TavApplicationDelegate.h"
+#include "explorer/TavWindowController.h"
+#include "platform/desktop/InterfaceLoader.h"
+#include "tests/support/FakeLiveService.h"
+#include "tests/support/QtPrinters.h"
+#include "tests/support/TreeBuilder.h"
+
+#include <QMainWindow>
+#include <QTemporaryDir>
+#include <gmock/gmock.h>
+
+class QMessageBox;
+
+// The program on a scripted registry, with settings of its own, driven through its windows.
+class ApplicationFixture : public testing::Test
+{
+protected:
+    ApplicationFixture();
+    ~ApplicationFixture() override;
+
+    // A run of the program. What is stored stays for the next one.
+    void launch(const QStringList &files = {});
+    void quit();
+
+    TavWindowController &window(std::size_t document = 0, std::size_t number = 0) const;
+    std::size_t documentCount() const { return delegate_->documents().documents().size(); }
+    TavDocument &document(std::size_t number = 0) const;
+    QStringList titles() const; // up to the first dash
+    void trigger(const char *action, std::size_t document = 0) const;
+    static void turnEventLoop();
+
+    QMessageBox *alert() const; // the one that is shown, or null
+    QString alertText() const;  // its message and details
+    void answer(const char *button) const;
+    void chooseFile(const QString &file) const; // in the file dialog that is shown
+
+    QString path(const char *name) const { return folder_.filePath(QString::fromUtf8(name)); }
+    static void write(const QString &file, const QByteArray &bytes);
+    static QByteArray contentOf(const QString &file);
+    QString preferencesFile() const;
+
+    template<class Outlet>
+    static Outlet *outlet(const QObject *root, const char *name)
+    {
+        return InterfaceLoader::outlet<Outlet>(*root, name);
+    }
+
+    QTemporaryDir folder_;
+    FakeLiveService *service_ = nullptr; // the delegate's
+    bool hasRegistry_ = true;
+    std::unique_ptr<TavApplicationDelegate> delegate_;
+};
