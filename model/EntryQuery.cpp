@@ -9,13 +9,28 @@ quint32 nextNumber()
     static quint32 last = 0;
     return ++last;
 }
+
+bool isKey(const TavRegistryProperty &node, const TextSearch &search)
+{
+    return node.parent()->valueType() == RegistryValue::Type::Dictionary &&
+           search.matchesKept(node.nameView());
+}
+
+bool holdsString(const TavRegistryProperty &node, const TextSearch &search)
+{
+    // A terminated copy no longer knows its type.
+    const bool mayBeString = node.valueType() == RegistryValue::Type::String ||
+                             node.valueType() == RegistryValue::Type::None;
+    return mayBeString && !node.isCollection() && search.matchesKept(node.stringView());
+}
 } // namespace
 
 EntryQuery::EntryQuery(const QString &query, FindOptions options)
     : query_(query)
     , options_(options)
     , search_(query, true)
-    , number_(nextNumber())
+    , settled_(nextNumber())
+    , open_(nextNumber())
 {}
 
 bool EntryQuery::run(TavRegistryEntry &top, bool *descendantMatches, const QString &plane)
@@ -36,20 +51,23 @@ void EntryQuery::walk(TavRegistryEntry &top, const QString &plane)
     struct Step
     {
         TavRegistryEntry *entry;
+        const EntryList::Entries *children;
         std::size_t nextChild;
         bool hasMatchBelow;
     };
     const quint32 walkNumber = nextNumber();
-    std::vector<Step> steps{{&top, 0, false}};
-    top.visitedWalk_ = walkNumber;
+    std::vector<Step> steps;
+    const auto enter = [&](TavRegistryEntry &entry) {
+        entry.visitedWalk_ = walkNumber;
+        steps.push_back({&entry, &entry.childrenInPlane(plane), 0, false});
+    };
+    enter(top);
     while (!steps.empty()) {
         Step &step = steps.back();
-        const auto &children = step.entry->childrenInPlane(plane);
-        if (step.nextChild < children.size()) {
-            TavRegistryEntry *const child = children[step.nextChild++];
+        if (step.nextChild < step.children->size()) {
+            TavRegistryEntry *const child = (*step.children)[step.nextChild++];
             if (child->visitedWalk_ != walkNumber) {
-                child->visitedWalk_ = walkNumber;
-                steps.push_back({child, 0, false});
+                enter(*child);
             } else if (child->matchesLastQuery() ||
                        child->descendantMatchesLastQueryInPlane(plane)) {
                 step.hasMatchBelow = true;
@@ -67,51 +85,83 @@ void EntryQuery::walk(TavRegistryEntry &top, const QString &plane)
     }
 }
 
+void EntryQuery::prepare(TavRegistryEntry &entry)
+{
+    if (entry.answeredQuery_ == settled_ || entry.answeredQuery_ == open_)
+        return;
+    entry.matchesInAnyPlane_ = matchesInAnyPlane(entry);
+    const bool nameDecides =
+        !entry.matchesInAnyPlane_ && looksAt(FindOption::Name) && matchesByNameSomewhere(entry);
+    entry.answeredQuery_ = nameDecides ? open_ : settled_;
+}
+
 bool EntryQuery::matches(TavRegistryEntry &entry, const QString &plane)
 {
-    if (looksAt(FindOption::Name) && search_.matches(entry.nameAtLocationInPlane(plane)))
+    prepare(entry);
+    if (entry.answeredQuery_ == settled_)
+        return entry.matchesInAnyPlane_;
+    return matchesByName(entry.nameInPlane(plane), entry.locationInPlane(plane));
+}
+
+// Whether any plane, read or not, gives the entry a name that matches.
+bool EntryQuery::matchesByNameSomewhere(const TavRegistryEntry &entry)
+{
+    if (matchesByName(entry.name_, entry.location_))
         return true;
-    if (entry.answeredQuery_ != number_) {
-        entry.answeredQuery_ = number_;
-        entry.matchesInAnyPlane_ = matchesInAnyPlane(entry);
+    for (const auto *table : {&entry.namesInPlanes_, &entry.locationsInPlanes_}) {
+        for (const auto &item : *table) {
+            const QString plane = item.plane();
+            if (matchesByName(entry.nameInPlane(plane), entry.locationInPlane(plane)))
+                return true;
+        }
     }
-    return entry.matchesInAnyPlane_;
+    return false;
+}
+
+bool EntryQuery::matchesByName(const QString &name, const QString &location)
+{
+    if (location.isNull())
+        return search_.matchesKept(name);
+    name_.resize(0);
+    return search_.matches(name_.append(name).append(u'@').append(location));
 }
 
 bool EntryQuery::matchesInAnyPlane(const TavRegistryEntry &entry) const
 {
-    if (looksAt(FindOption::Class) && search_.matches(entry.DxcoreClass()))
+    if (looksAt(FindOption::Class) && search_.matchesKept(entry.DxcoreClass()))
         return true;
     if (looksAt(FindOption::Inheritance)) {
         for (const QString &className : entry.inheritance()) {
-            if (search_.matches(className))
+            if (search_.matchesKept(className))
                 return true;
         }
     }
-    if (looksAt(FindOption::BundleID) && search_.matches(entry.bundleID()))
+    if (looksAt(FindOption::BundleID) && search_.matchesKept(entry.bundleID()))
         return true;
-    if (const TavRegistryProperty *table = entry.properties()) {
-        if (looksAt(FindOption::Keys) && containsName(*table, search_))
-            return true;
-        if (looksAt(FindOption::Values) && containsString(*table, search_))
-            return true;
-    }
+    if (entry.properties() && containsNameOrString(*entry.properties()))
+        return true;
     return looksAt(FindOption::Special) && entry.matchesSpecial(query_);
 }
 
-// The order in which the nodes are looked at cannot be seen from the answer.
+// In one walk, since the order in which the nodes are looked at cannot be seen from the answer.
+bool EntryQuery::containsNameOrString(const TavRegistryProperty &table) const
+{
+    if (looksAt(FindOption::Keys) && looksAt(FindOption::Values))
+        return holdsString(table, search_) || table.anyBelow([&](const TavRegistryProperty &node) {
+            return isKey(node, search_) || holdsString(node, search_);
+        });
+    return (looksAt(FindOption::Keys) && containsName(table, search_)) ||
+           (looksAt(FindOption::Values) && containsString(table, search_));
+}
+
 bool EntryQuery::containsName(const TavRegistryProperty &table, const TextSearch &search)
 {
-    return table.anyBelow([&](const TavRegistryProperty &node) {
-        return node.parent()->valueType() == RegistryValue::Type::Dictionary &&
-               search.matches(node.nameView());
-    });
+    return table.anyBelow([&](const TavRegistryProperty &node) { return isKey(node, search); });
 }
 
 bool EntryQuery::containsString(const TavRegistryProperty &table, const TextSearch &search)
 {
-    const auto isFound = [&](const TavRegistryProperty &node) {
-        return !node.isCollection() && search.matches(node.stringView());
-    };
-    return isFound(table) || table.anyBelow(isFound);
+    return holdsString(table, search) || table.anyBelow([&](const TavRegistryProperty &node) {
+        return holdsString(node, search);
+    });
 }

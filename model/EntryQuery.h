@@ -13,6 +13,10 @@ class EntryQuery
 public:
     EntryQuery(const QString &query, FindOptions options);
 
+    // Looks at the entry ahead of the walks, which then find the answer. Entries are quickest
+    // looked at in the order of their table, which is about that of their memory.
+    void prepare(TavRegistryEntry &entry);
+
     // The answer for the entry; with a place to tell of it and a plane, also for all below it
     // there.
     bool run(TavRegistryEntry &top, bool *descendantMatches, const QString &plane);
@@ -24,10 +28,15 @@ private:
     bool looksAt(FindOption option) const { return !options_ || options_.testFlag(option); }
     bool matches(TavRegistryEntry &entry, const QString &plane);
     bool matchesInAnyPlane(const TavRegistryEntry &entry) const;
+    bool containsNameOrString(const TavRegistryProperty &table) const;
+    bool matchesByNameSomewhere(const TavRegistryEntry &entry);
+    bool matchesByName(const QString &name, const QString &location);
     void walk(TavRegistryEntry &top, const QString &plane);
 
     QString query_;
     FindOptions options_;
     TextSearch search_;
-    quint32 number_;
+    quint32 settled_; // marks entries whose answer is the same in every plane
+    quint32 open_;    // marks those whose name in the plane decides
+    QString name_;    // put together of name and location
 };

@@ -2,6 +2,8 @@
 
 #include "platform/KeyedUnarchiver.h"
 
+#include <cstring>
+
 using Kind = ArchiveItemKind;
 
 namespace {
@@ -31,7 +33,9 @@ ArchiveKinds flagOf(Kind kind)
 
 bool isSame(const QByteArray &name, QLatin1String ascii)
 {
-    return QByteArrayView(name) == QByteArrayView(ascii.data(), ascii.size());
+    // Asked a dozen times for every object, so without a call where lengths differ.
+    return name.size() == ascii.size() &&
+           std::memcmp(name.constData(), ascii.data(), static_cast<std::size_t>(ascii.size())) == 0;
 }
 
 ArchiveNumber numberOf(Kind kind, quint64 bits)
@@ -104,13 +108,14 @@ private:
 
 ArchivedObject::ArchivedObject(KeyedUnarchiver &unarchiver, ArchiveReference reference)
     : unarchiver_(&unarchiver)
+    , shape_(&unarchiver.table_.shapes[unarchiver.table_.objects[reference.index].shape])
+    , firstField_(unarchiver.table_.objects[reference.index].firstField)
     , reference_(reference)
 {}
 
 const QByteArray &ArchivedObject::className() const
 {
-    const ArchiveTable &table = unarchiver_->table_;
-    return table.shapes[table.objects[reference_.index].shape].className;
+    return shape_->className;
 }
 
 bool ArchivedObject::isOfClass(ArchiveClassNames classes) const
@@ -128,14 +133,15 @@ bool ArchivedObject::isAllowed(quint64 object, ArchiveClassNames classes) const
 
 std::optional<std::size_t> ArchivedObject::column(QLatin1String key) const
 {
-    const ArchiveTable &table = unarchiver_->table_;
-    const auto &keys = table.shapes[table.objects[reference_.index].shape].keys;
-    for (std::size_t tried = 0; tried < keys.size(); ++tried) {
-        if (nextColumn_ >= keys.size())
-            nextColumn_ = 0;
-        const std::size_t candidate = nextColumn_++;
-        if (isSame(keys[candidate].name, key))
-            return candidate;
+    const auto &keys = shape_->keys;
+    const std::size_t start = nextColumn_;
+    for (; nextColumn_ < keys.size(); ++nextColumn_) {
+        if (isSame(keys[nextColumn_].name, key))
+            return nextColumn_++;
+    }
+    for (nextColumn_ = 0; nextColumn_ < start; ++nextColumn_) {
+        if (isSame(keys[nextColumn_].name, key))
+            return nextColumn_++;
     }
     return {};
 }
@@ -145,9 +151,9 @@ ArchivedObject::Item ArchivedObject::item(QLatin1String key) const
     const auto found = column(key);
     if (!found || unarchiver_->error())
         return {Kind::Absent, 0};
-    const ArchiveTable &table = unarchiver_->table_;
-    const std::size_t field = table.objects[reference_.index].firstField + *found;
-    return {table.fields.kind(field), table.fields.payload(field)};
+    const ArchiveItems &fields = unarchiver_->table_.fields;
+    const std::size_t field = firstField_ + *found;
+    return {fields.kind(field), fields.payload(field)};
 }
 
 ArchivedObject::Item ArchivedObject::itemOfKind(QLatin1String key, Kind kind) const

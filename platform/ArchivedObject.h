@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ArchiveItems.h"
+#include "platform/ArchiveTable.h"
 
 #include <QFlags>
 #include <QLatin1String>
@@ -69,6 +69,8 @@ private:
     void failKind(QLatin1String key) const;
 
     KeyedUnarchiver *unarchiver_;
+    const ArchiveTable::Shape *shape_;
+    std::size_t firstField_;
     ArchiveReference reference_;
     mutable std::size_t nextColumn_ = 0;
 };

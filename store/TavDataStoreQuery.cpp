@@ -8,9 +8,11 @@ void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet 
     // The inheritance has the entry's own class too.
     if (options.testFlag(FindOption::Inheritance))
         options.setFlag(FindOption::Class, false);
-    for (const EntryRef &entry : registryEntries_)
-        entry->resetForQuery();
     EntryQuery search(query, options);
+    for (const EntryRef &entry : registryEntries_) {
+        entry->resetForQuery();
+        search.prepare(*entry);
+    }
     bool scratch = false;
     if (TavRegistryEntry *const root = registryRoot()) {
         for (const QString &plane : registryPlanes_)
