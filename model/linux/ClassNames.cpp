@@ -82,32 +82,34 @@ QString ClassNames::nameFor(const HostObject &object)
 QString ClassNames::derive(const QStringList &chain, const QByteArray &module)
 {
     // A subsystem or driver named like one of our own classes would close a circle.
-    QStringList distinct = chain;
-    distinct.removeDuplicates();
-    defineChain(distinct, 1);
-    QString name = distinct.constFirst();
-    for (int attempt = 1;; ++attempt) {
-        const auto known = classes_.constFind(name);
-        if (known == classes_.constEnd()) {
-            // The plain name stays in the chain of one that had to be told apart from it.
-            const QString superclass = attempt == 1 ? distinct.value(1) : distinct.constFirst();
-            classes_.insert(name, {superclass, module});
-            return name;
-        }
-        if (known->module == module)
-            return name;
-        name = distinct.constFirst() + camelCased(module);
-        if (attempt > 1)
-            name += QString::number(attempt);
-    }
+    QStringList fromTop(chain.rbegin(), chain.rend());
+    fromTop.removeDuplicates();
+    const QString last = fromTop.takeLast();
+    QString name;
+    for (const QString &above : fromTop)
+        name = define(above, name, {});
+    return define(last, name, module);
 }
 
-void ClassNames::defineChain(const QStringList &chain, qsizetype from)
+// Gives the name itself, or one told apart from it when it stands for something else already: for
+// another module, or below another class, as where a bus and a class have the same name. A null
+// module takes what is there.
+QString ClassNames::define(QString name, QString superclass, const QByteArray &module)
 {
-    for (qsizetype i = from; i < chain.size(); ++i) {
-        if (classes_.contains(chain[i]))
-            break; // and so is all above it
-        classes_.insert(chain[i], {chain.value(i + 1), kernelBundle});
+    for (;;) {
+        const auto known = classes_.constFind(name);
+        if (known == classes_.constEnd()) {
+            classes_.insert(name, {superclass, module.isNull() ? kernelBundle : module});
+            return name;
+        }
+        if (known->superclass != superclass) {
+            name += superclass.mid(2);
+        } else if (!module.isNull() && known->module != module) {
+            superclass = name; // the plain name stays in the chain
+            name += camelCased(module);
+        } else {
+            return name;
+        }
     }
 }
 

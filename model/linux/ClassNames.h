@@ -29,7 +29,7 @@ private:
     };
 
     QString derive(const QStringList &chain, const QByteArray &module);
-    void defineChain(const QStringList &chain, qsizetype from);
+    QString define(QString name, QString superclass, const QByteArray &module);
 
     QHash<QString, Class> classes_;
 };

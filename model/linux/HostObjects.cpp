@@ -5,6 +5,7 @@
 
 #include <QCryptographicHash>
 #include <QtEndian>
+#include <tuple>
 
 namespace {
 using Kind = SweepObject::Kind;
@@ -255,12 +256,15 @@ void HostObjects::nameHost()
 
 void HostObjects::nameAll(ClassNames &classNames)
 {
-    // The kernel's own first, then by module, so that who keeps a plain name is no chance.
+    // The kernel's own first, then by module, buses before classes, so that who keeps a plain name
+    // is no chance.
     std::vector<HostObject *> order;
     for (HostObject &object : objects_)
         order.push_back(&object);
-    std::stable_sort(order.begin(), order.end(),
-                     [](const auto *a, const auto *b) { return a->module < b->module; });
+    std::stable_sort(order.begin(), order.end(), [](const auto *a, const auto *b) {
+        return std::tuple(a->module, b->isOnBus, a->subsystem) <
+               std::tuple(b->module, a->isOnBus, b->subsystem);
+    });
     for (HostObject *object : order)
         object->className = classNames.nameFor(*object);
     for (int i = 2; i < count(); ++i) {

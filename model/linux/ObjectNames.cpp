@@ -7,11 +7,11 @@
 namespace {
 constexpr qsizetype longestName = 127;
 
-QByteArray cut(QByteArray utf8)
+QByteArray cut(QByteArray utf8, qsizetype longest = longestName)
 {
-    if (utf8.size() <= longestName)
+    if (utf8.size() <= longest)
         return utf8;
-    qsizetype end = longestName;
+    qsizetype end = longest;
     while (end > 0 && (static_cast<unsigned char>(utf8[end]) & 0xc0) == 0x80)
         --end;
     utf8.truncate(end);
@@ -20,7 +20,7 @@ QByteArray cut(QByteArray utf8)
 
 QByteArray validName(const QByteArray &kernelName)
 {
-    return cut(QString::fromUtf8(kernelName).toUtf8());
+    return ObjectNames::validUtf8(kernelName, longestName);
 }
 
 QByteArray textOr(const HostObject &device, QStringView attribute, const QByteArray &otherwise)
@@ -37,12 +37,12 @@ QByteArray usbNumbers(const HostObject &device)
     return "usb" + hex(u"idVendor") + ',' + hex(u"idProduct");
 }
 
-NameAndLocation ofUsb(const HostObject &device)
+NameAndLocation ofUsb(const HostObject &device, const QByteArray &kernelName)
 {
-    const qsizetype colon = device.kernelName.indexOf(':');
+    const qsizetype colon = kernelName.indexOf(':');
     if (colon >= 0)
-        return {textOr(device, u"interface", "interface"), device.kernelName.mid(colon + 1)};
-    return {textOr(device, u"product", usbNumbers(device)), device.kernelName};
+        return {textOr(device, u"interface", "interface"), kernelName.mid(colon + 1)};
+    return {textOr(device, u"product", usbNumbers(device)), kernelName};
 }
 
 NameAndLocation ofPlatform(const QByteArray &kernelName)
@@ -83,6 +83,11 @@ QByteArray firstElement(const RegistryValue &value)
 }
 } // namespace
 
+QByteArray ObjectNames::validUtf8(const QByteArray &kernelName, qsizetype longest)
+{
+    return cut(QString::fromUtf8(kernelName).toUtf8(), longest);
+}
+
 QByteArray ObjectNames::sanitized(const QString &text)
 {
     QString clean;
@@ -109,7 +114,7 @@ NameAndLocation ObjectNames::ofDevice(const HostObject &device)
     if (subsystem == "pci")
         return {PciClass(device).word(), name};
     if (subsystem == "usb")
-        return ofUsb(device);
+        return ofUsb(device, name);
     if (subsystem == "acpi") {
         const qsizetype colon = name.lastIndexOf(':');
         return colon > 0 ? NameAndLocation{name.left(colon), name.mid(colon + 1)}

@@ -1,5 +1,6 @@
 #include "model/linux/RegistryGraph.h"
 
+#include "model/linux/ObjectNames.h"
 #include "model/linux/PlaneEdges.h"
 #include "model/linux/UdevDatabase.h"
 
@@ -144,10 +145,10 @@ void RegistryGraph::tellSiblingsApart(Plane plane)
     };
     constexpr qsizetype longestLocation = 100; // leaves room for the ID
     for (const int index : siblingsNamedAlike(plane))
-        relocate(index, at(index).kernelName.left(longestLocation));
+        relocate(index, ObjectNames::validUtf8(at(index).kernelName, longestLocation));
     // Kernel names can be alike too: of objects from different folders.
     for (const int index : siblingsNamedAlike(plane))
-        relocate(index, at(index).kernelName.left(longestLocation) + '#' +
+        relocate(index, ObjectNames::validUtf8(at(index).kernelName, longestLocation) + '#' +
                             QByteArray::number(at(index).id));
 }
 

@@ -1,0 +1,59 @@
+#include "LinuxFixture.h"
+#include "tests/support/MadeTree.h"
+
+#include <filesystem>
+#include <sys/stat.h>
+
+namespace {
+std::string inheritance(const CapturedTree &tree, const char *path)
+{
+    const TavRegistryEntry *entry = tree.at(path);
+    return entry ? entry->inheritanceString().toStdString() : "no such entry";
+}
+
+TEST(LinuxNames, TellClassesBelowDifferentOnesApart)
+{
+    MadeTree made;
+    for (const char *device : {"chip0", "chip1", "port0", "port1"})
+        made.file(("devices/" + QByteArray(device) + "/uevent").constData(), "");
+    for (const char *bus : {"gpio", "pci", "pnp"})
+        made.folder(("bus/" + QByteArray(bus) + "/drivers/serial").constData());
+    made.folder("class/gpio");
+    made.link("devices/chip0/subsystem", "../../class/gpio");
+    made.link("devices/chip1/subsystem", "../../bus/gpio");
+    made.link("devices/port0/subsystem", "../../bus/pnp");
+    made.link("devices/port0/driver", "../../bus/pnp/drivers/serial");
+    made.link("devices/port1/subsystem", "../../bus/pci");
+    made.link("devices/port1/driver", "../../bus/pci/drivers/serial");
+    const CapturedTree tree = CapturedTree::capture(made.sys());
+    EXPECT_EQ(inheritance(tree, "DxBus:/gpio/chip1"),
+              "DxGpioDevice : DxBusDevice : DxDevice : DxService : DxRegistryEntry");
+    EXPECT_EQ(inheritance(tree, "DxClass:/gpio/chip0"),
+              "DxGpioDeviceClassDevice : DxClassDevice : DxDevice : DxService : DxRegistryEntry");
+    EXPECT_EQ(inheritance(tree, "DxDriver:/pci/serial/serial@port1"),
+              "DxSerialDriver : DxPciBinding : DxBinding : DxService : DxRegistryEntry");
+    EXPECT_EQ(inheritance(tree, "DxDriver:/pnp/serial/serial@port0"),
+              "DxSerialDriverPnpBinding : DxPnpBinding : DxBinding : DxService : DxRegistryEntry");
+}
+
+TEST(LinuxNames, AreTextAndUniqueWhateverTheKernelsAre)
+{
+    MadeTree made;
+    made.folder("bus/usb");
+    const QByteArray names[] = {"1-\xfe", "1-\xff", "1-" + QByteArray("\xc3\xa9").repeated(100)};
+    for (const QByteArray &name : names) {
+        const QByteArray device = made.path(("devices/" + name).constData());
+        ASSERT_EQ(mkdir(device.constData(), 0700), 0);
+        ASSERT_EQ(symlink("../../bus/usb", (device + "/subsystem").constData()), 0);
+        ASSERT_EQ(mknod((device + "/uevent").constData(), S_IFREG | 0600, 0), 0);
+    }
+    const CapturedTree tree = CapturedTree::capture(made.sys());
+    const auto &devices = tree.at("DxBus:/usb")->childrenInPlane(QStringLiteral("DxBus"));
+    ASSERT_EQ(devices.size(), 3U);
+    QSet<QString> shown;
+    for (const TavRegistryEntry *device : devices)
+        shown.insert(device->nameAtLocationInPlane(QStringLiteral("DxBus")));
+    EXPECT_EQ(shown.size(), 3);
+    std::filesystem::remove_all(made.path("devices").toStdString()); // such names Qt cannot remove
+}
+} // namespace
