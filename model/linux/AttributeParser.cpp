@@ -334,6 +334,8 @@ RegistryValue parseAttribute(QByteArrayView name, QByteArrayView bytes, TextPool
     View text = bytes;
     if (text.endsWith('\n'))
         text.chop(1);
+    if (text.isEmpty() && name == "uevent")
+        return Value::dictionary({});
     if (text.isEmpty() || text == "(null)")
         return string({}, pool);
     if (!text.contains('\n') && !text.contains('='))

@@ -69,6 +69,7 @@ const Row rows[] = {
     {"Assignments", "uevent", "MAJOR=8\nDEVNAME=sda\n", "{MAJOR=8:4 DEVNAME=\"sda\"}"},
     {"OneAssignment", "uevent", "DRIVER=ahci", "{DRIVER=\"ahci\"}"},
     {"AssignmentOfNothing", "uevent", "MODALIAS=\n", "{MODALIAS=\"\"}"},
+    {"NoAssignment", "uevent", "", "{}"},
     {"TextWithASign", "x", "a b=c", "\"a b=c\""},
     {"KeyTwice", "x", "a=1\na=2", "[\"a=1\" \"a=2\"]"},
     {"Labels", "meminfo", "Node 0 Total:  16 kB\nNode 0 Free: 4 kB",
