@@ -147,8 +147,9 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     using Folder = AttributePolicy::Folder;
     const Folder folder = job.request.folder;
     const bool isTop = parent.below.isEmpty();
-    if (AttributePolicy::skipsDirectory(entry.name) || parent.depth >= deepestNesting ||
-        !permission_(parent.path, entry.name))
+    const bool isSkipped =
+        folder != Folder::Firmware && AttributePolicy::skipsDirectory(entry.name);
+    if (isSkipped || parent.depth >= deepestNesting || !permission_(parent.path, entry.name))
         return;
     Directory directory;
     directory.path = join(parent.path, entry.name);
