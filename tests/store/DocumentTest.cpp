@@ -1,0 +1,148 @@
+#include "store/TavDocument.h"
+#include "store/TavDocumentController.h"
+#include "tests/support/RegistryTest.h"
+#include "tests/support/SmallStore.h"
+
+#include <QTemporaryDir>
+
+namespace {
+// Writes down what its document tells it.
+class RecordingWindow : public TavDocumentWindowController
+{
+public:
+    explicit RecordingWindow(QStringList &log, std::function<void()> onChange = {})
+        : log_(log)
+        , onChange_(std::move(onChange))
+    {}
+    QWidget *documentWindow() const override { return nullptr; }
+    void showWindow() override {}
+    void synchronizeWindowTitleWithDocumentName() override { log_ += QStringLiteral("title"); }
+    void noteDataStoreOutOfDate() override { log_ += QStringLiteral("out of date"); }
+    void noteDataStoreChanged() override
+    {
+        log_ += QStringLiteral("changed");
+        if (const auto call = onChange_)
+            call(); // and this window may be gone
+    }
+    void noteDataStoreObjectChanged() override { log_ += QStringLiteral("object changed"); }
+    void noteDataStoreObjectsTerminated() override { log_ += QStringLiteral("terminated"); }
+    void noteDataStoreClearedTerminatedObjects() override { log_ += QStringLiteral("cleared"); }
+    void dataViewOptionsChanged(TavRegistryProperty *) override
+    {
+        log_ += QStringLiteral("options");
+    }
+
+private:
+    QStringList &log_;
+    std::function<void()> onChange_;
+};
+
+class DocumentTest : public RegistryTest
+{
+protected:
+    void SetUp() override
+    {
+        tree_.plane("DxService", R"(
+            Root
+              Host
+                disk)");
+        documents_.setWindowControllerFactory(
+            [this](TavDocument &) { return std::make_unique<RecordingWindow>(log_, onChange_); });
+    }
+    void TearDown() override
+    {
+        documents_.closeAllDocuments();
+        RegistryTest::TearDown();
+    }
+    TavDocument &open() { return static_cast<TavDocument &>(documents_.newDocument()); }
+    QStringList told() { return std::exchange(log_, {}); }
+
+    QStringList log_;
+    std::function<void()> onChange_;
+    TavDocumentController documents_{service_};
+    QTemporaryDir folder_;
+};
+
+QStringList list(std::initializer_list<const char *> texts)
+{
+    QStringList list;
+    for (const char *text : texts)
+        list.append(QString::fromLatin1(text));
+    return list;
+}
+} // namespace
+
+TEST_F(DocumentTest, RelaysWhatItsStoreTells)
+{
+    TavDocument &document = open();
+    TavDataStore &store = *document.dataStore();
+    told();
+    store.update();
+    EXPECT_EQ(told(), list({"title", "changed"}));
+    EXPECT_FALSE(document.isDocumentEdited()); // there is no file to differ from
+    // An entry that is read anew speaks for itself, which is not heard.
+    store.updateObject(*store.registryRoot());
+    EXPECT_EQ(told(), QStringList());
+
+    DocumentError error;
+    const QString file = folder_.filePath(QStringLiteral("a.vandrel"));
+    ASSERT_TRUE(document.save(file, error));
+    EXPECT_FALSE(document.isDocumentEdited());
+    service_.remove(tree_["disk"]);
+    store.update();
+    EXPECT_TRUE(document.isDocumentEdited());
+    ASSERT_TRUE(document.save(file, error));
+    EXPECT_FALSE(document.isDocumentEdited());
+    document.dataViewOptionsChanged(nullptr);
+    EXPECT_EQ(log_.last(), QStringLiteral("options"));
+    // One that was read from a file is told nothing.
+    documents_.closeDocument(document);
+    auto *const opened = static_cast<TavDocument *>(documents_.openDocument(file, error));
+    ASSERT_TRUE(opened);
+    told();
+    opened->dataStore()->clearTerminatedObjects();
+    EXPECT_EQ(told(), QStringList());
+}
+
+TEST_F(DocumentTest, MayLoseItsWindowsAndItselfWhileItTells)
+{
+    TavDocument *document = nullptr;
+    onChange_ = [&] {
+        if (document && !document->windowControllers().empty())
+            document->removeWindowController(*document->windowControllers().back());
+    };
+    document = &open();
+    document->makeWindowControllers();
+    document->dataStore()->update();
+    EXPECT_EQ(document->windowControllers().size(), 1U);
+
+    onChange_ = [&] { documents_.closeDocument(*std::exchange(document, nullptr)); };
+    document->makeWindowControllers();
+    document->removeWindowController(*document->windowControllers().front());
+    document->makeWindowControllers();
+    document->dataStore()->update();
+    EXPECT_EQ(documents_.documents().size(), 0U);
+}
+
+TEST_F(DocumentTest, TellsWhyItCannotBeRead)
+{
+    const auto codeOf = [this](const QByteArray &bytes) {
+        QFile file(folder_.filePath(QStringLiteral("b.vandrel")));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+        DocumentError error;
+        EXPECT_EQ(documents_.openDocument(file.fileName(), error), nullptr);
+        EXPECT_EQ(error.domain, QStringLiteral("VandrelErrorDomain"));
+        EXPECT_FALSE(error.description.isEmpty() || error.reason.isEmpty());
+        return error.code;
+    };
+    ArchiveSketch sketch = SmallStore::current();
+    const auto version = [&](qint64 number) {
+        sketch.objects[SmallStore::Store].set(QLatin1String("dataStoreVersion"), number);
+        return sketch.bytes();
+    };
+    EXPECT_EQ(codeOf("no archive"), TavDocument::UnknownError);
+    EXPECT_EQ(codeOf(version(0)), TavDocument::OldVersionError);
+    EXPECT_EQ(codeOf(version(3)), TavDocument::NewVersionError);
+}
