@@ -20,6 +20,11 @@ public:
 Q_SIGNALS:
     void segmentChosen(int tag); // by the user
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
+    void showSelection();
+
     QButtonGroup *segments_;
 };
