@@ -189,6 +189,28 @@ TEST_F(WindowViewsTest, SetsTheIntervalOfTimedUpdate)
     EXPECT_EQ(action("toggleTimedUpdateAction").text(), QStringLiteral("&Timed Update…"));
 }
 
+// Once the sheet for paths has been loaded, this one never is; one that was loaded before stays.
+TEST_F(WindowViewsTest, ThePathSheetKeepsTheIntervalSheetFromLoading)
+{
+    controller_->changeTimedUpdate();
+    answerSheet(QStringLiteral("8"), "timedUpdateCancelButton");
+    controller_->promptForPath();
+    controller_->cancelGoToPath();
+    const QDialog *const loaded = sheet();
+    controller_->changeTimedUpdate();
+    EXPECT_EQ(sheet(), loaded);
+    answerSheet(QStringLiteral("9"), "timedUpdateSetButton");
+    EXPECT_EQ(store_->pollInterval(), 9.0);
+
+    close();
+    open();
+    controller_->promptForPath();
+    controller_->cancelGoToPath();
+    controller_->changeTimedUpdate();
+    EXPECT_EQ(sheet(), nullptr);
+    EXPECT_EQ(beeps_, 1);
+}
+
 TEST_F(WindowViewsTest, TheSelectionMayGoWhileASheetIsOpen)
 {
     controller_->goToEntryPath(path({"Root", "Host", "bus", "disk"}), true, true);
