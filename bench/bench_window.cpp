@@ -12,6 +12,7 @@
 #include "tests/support/RegistryGenerator.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QMainWindow>
 #include <QPainter>
 #include <QScrollBar>
@@ -248,6 +249,64 @@ void refreshUnchanged(benchmark::State &state)
         });
 }
 
+// The least that showing a place in a plane can cost: all rows opened, one of them selected.
+void expandBare(benchmark::State &state)
+{
+    const auto bare = openBareView();
+    measure(
+        state, "switch", true,
+        [&] {
+            bare->view.collapseAll();
+            return bare.get();
+        },
+        [](BareView &view) {
+            view.view.expandAll();
+            const QModelIndex host = view.model.index(0, 0, view.model.index(0, 0, {}));
+            const QModelIndex last = view.model.index(view.model.rowCount(host) - 1, 0, host);
+            view.view.setCurrentIndex(last);
+            view.view.scrollTo(last);
+            view.view.grab();
+        });
+}
+
+std::unique_ptr<TavWindowController> openWindowDeepInTheTree()
+{
+    auto controller = openWindow();
+    TavRegistryEntry &entry = *Registry::shared().store->registryEntries()[entryCount / 2];
+    controller->goToEntryPath(entry.entryPathInPlane(QStringLiteral("DxService"), 0), true, true);
+    return controller;
+}
+
+void switchViews(benchmark::State &state)
+{
+    const auto controller = openWindowDeepInTheTree();
+    measure(
+        state, "switch", false, [&] { return controller.get(); },
+        [](TavWindowController &window) {
+            window.browserIsVisible() ? window.outlineView() : window.browserView();
+            window.window()->grab();
+        });
+}
+
+void switchPlanes(benchmark::State &state)
+{
+    const auto controller = openWindowDeepInTheTree();
+    const QStringList &planes = Registry::shared().store->registryPlanes();
+    auto *const popup =
+        controller->window()->findChild<QComboBox *>(QStringLiteral("planeListButton"));
+    int plane = 0;
+    measure(
+        state, "switch", false,
+        [&] {
+            popup->setCurrentText(planes[++plane % planes.size()]);
+            return controller.get();
+        },
+        [](TavWindowController &window) {
+            window.planePopupChanged();
+            window.window()->grab();
+        });
+}
+
 void paintPage(QTreeView &view)
 {
     view.verticalScrollBar()->setValue(view.verticalScrollBar()->value() + view.height());
@@ -273,6 +332,9 @@ BENCHMARK(openExplorer)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillis
 BENCHMARK(insertBare)->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(refreshExplorer)->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(refreshUnchanged)->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
+BENCHMARK(expandBare)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
+BENCHMARK(switchViews)->UseManualTime()->Iterations(10)->Unit(benchmark::kMillisecond);
+BENCHMARK(switchPlanes)->UseManualTime()->Iterations(12)->Unit(benchmark::kMillisecond);
 BENCHMARK(paintBare)->UseManualTime()->Iterations(200)->Unit(benchmark::kMillisecond);
 BENCHMARK(paintExplorer)->UseManualTime()->Iterations(200)->Unit(benchmark::kMillisecond);
 } // namespace
