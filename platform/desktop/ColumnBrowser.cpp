@@ -214,6 +214,7 @@ QRect ColumnBrowser::columnRect(int number) const
 void ColumnBrowser::layOutColumns()
 {
     layoutTimer_.stop();
+    updateFocusPolicies();
     for (std::size_t i = static_cast<std::size_t>(columnCount_); i < columns_.size(); ++i) {
         if (columns_[i].list->hasFocus() && columnCount_ > 0)
             list(std::max(0, selectedColumn()))->setFocus(Qt::OtherFocusReason);

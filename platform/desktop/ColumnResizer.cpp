@@ -13,7 +13,9 @@ void ColumnResizer::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Base));
-    painter.fillRect(width() / 2, 0, 1, height(), palette().color(QPalette::Mid));
+    QColor line = palette().color(QPalette::Text); // which stands out in any theme
+    line.setAlphaF(0.2F);
+    painter.fillRect(width() / 2, 0, 1, height(), line);
 }
 
 void ColumnResizer::mousePressEvent(QMouseEvent *event)
