@@ -72,13 +72,14 @@ void TavDataStore::update()
     }
     const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
     service_->prepare();
-    if (!life.expired())
-        readRegistry();
+    if (life.expired())
+        return;
+    ++directUpdates_;
+    readRegistry();
 }
 
 void TavDataStore::readRegistry()
 {
-    ++updatesRun_;
     lastUpdateDate_ = QDateTime::currentDateTimeUtc();
     for (const EntryRef &entry : registryEntries_) {
         entry->clearParentChildRelationships();

@@ -117,6 +117,6 @@ private:
     QHash<quint64, TavRegistryEntry *> entriesByTag_; // of registryEntries_
     QStringList registryPlanes_;
     LiveUpdate live_;
-    quint64 updatesRun_ = 0;
+    quint64 directUpdates_ = 0;                             // those that waited for the service
     std::shared_ptr<void> life_ = std::make_shared<char>(); // tells whether the store still exists
 };

@@ -262,11 +262,12 @@ void TavDataStore::updateWhenPrepared(std::function<void()> then)
         return;
     }
     const auto ready = [this, then = std::move(then), life = std::weak_ptr<void>(life_),
-                        updatesBefore = updatesRun_, changesBefore = live_.changesSeen] {
+                        updatesBefore = directUpdates_, changesBefore = live_.changesSeen] {
         if (life.expired())
             return;
-        // Another update may have run meanwhile, from what was read later.
-        const bool isLate = updatesRun_ != updatesBefore;
+        // One by hand may have run meanwhile, from what was read later. One that had to be prepared
+        // was asked for earlier, so it may have passed what this one is for.
+        const bool isLate = directUpdates_ != updatesBefore;
         const bool isPassed = live_.changesSeen != changesBefore;
         if (!isLate && !live_.onSleepWakePath) {
             readRegistry();

@@ -320,6 +320,15 @@ TEST_F(LiveUpdateTest, ChangeDuringAReadingLeadsToAnotherUpdate)
     loop_.advance(10);
     EXPECT_EQ(service_.heldPreparations(), 0U);
 
+    // A reading so long that the next is asked for before it ends.
+    service_.tellOfChange();
+    loop_.advance(0.25);
+    service_.tellOfChange();
+    loop_.advance(0.25);
+    ASSERT_EQ(service_.heldPreparations(), 2U);
+    service_.finishPreparations();
+    EXPECT_EQ(posted(), (Names{changed, changed}));
+
     // Without automatic update, what a poll may have passed stays told.
     store_->setAutoupdate(false);
     store_->setPolledUpdate(true);
