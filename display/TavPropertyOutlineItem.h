@@ -75,13 +75,11 @@ private:
     };
 
     bool isNumber() const { return contents().type() == Type::Number; }
-    bool isData() const { return contents().type() == Type::Data; }
     qint32 machineByteOrder() const;
     Rendering &rendering();
     StyledText render();
     QString plainText() const;
     std::optional<StoredFormat> _getPropertyFormats(const QStringList &inheritance) const;
-    void removeFormatsFrom(const QString &className, const QStringList &inheritance) const;
 
     std::unique_ptr<Rendering> rendering_; // of the few nodes that were ever shown
 };
