@@ -29,8 +29,10 @@ private:
     bool matches(TavRegistryEntry &entry, const QString &plane);
     bool matchesInAnyPlane(const TavRegistryEntry &entry) const;
     bool containsNameOrString(const TavRegistryProperty &table) const;
+    static bool hasOneName(const TavRegistryEntry &entry);
     bool matchesByNameSomewhere(const TavRegistryEntry &entry);
     bool matchesByName(const QString &name, const QString &location);
+    static void fetch(const TavRegistryEntry &next);
     void walk(TavRegistryEntry &top, const QString &plane);
 
     QString query_;
