@@ -193,6 +193,7 @@ private:
     enum class ViewStyle : quint8 { Outline, Browser };
     void showView(ViewStyle style);
     void arrangeSplitView(Qt::Orientation panes);
+    void setPaneMargins(bool isSideBySide);
     QWidget *explorerView() const;        // the one that is seen
     QDialog *loadSheet(const char *name); // owned by the window
     void loadTimedUpdateSheet();

@@ -8,6 +8,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QSplitter>
@@ -88,4 +89,17 @@ void TavWindowController::arrangeSplitView(Qt::Orientation panes)
     const int extent = isSideBySide ? window_->width() : window_->height();
     if (!isRestored)
         explorerSplitView_->setSizes({extent * 2 / 5, extent * 3 / 5});
+    setPaneMargins(isSideBySide);
+}
+
+// Each pane keeps its distance from the window's edges, and none from the divider.
+void TavWindowController::setPaneMargins(bool isSideBySide)
+{
+    constexpr int margin = 8;
+    const int inner = isSideBySide ? 0 : margin;
+    const auto layout = [&](const char *pane) {
+        return InterfaceLoader::outlet<QWidget>(*window_, pane)->layout();
+    };
+    layout("explorerPane")->setContentsMargins(margin, margin, inner, 0);
+    layout("propertiesPane")->setContentsMargins(inner, margin, margin, 0);
 }
