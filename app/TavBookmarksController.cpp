@@ -63,7 +63,7 @@ void TavBookmarksController::readBookmarksIfNeeded()
     const PreferencesStore &preferences = PreferencesStore::standard();
     defaultBookmark_.reset();
     bookmarks_.emplace();
-    for (const QJsonValue &value : preferences.list(bookmarksKey)) {
+    for (const auto &value : preferences.list(bookmarksKey)) {
         if (value.isObject())
             bookmarks_->push_back(std::make_shared<Bookmark>(Bookmark{value.toObject()}));
     }

@@ -58,7 +58,7 @@ double updateSeconds(const TavDataStore &store, Cause cause)
         DataStoreNotifications::changed, &store, [&](const auto &) { isUpdated = true; });
     cause();
     const double start = threadSeconds();
-    while (!isUpdated)
+    while (!isUpdated) // NOLINT(bugprone-infinite-loop): the observation ends it
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     return threadSeconds() - start;
 }

@@ -16,7 +16,7 @@ QString RecentDocuments::domain()
 QStringList RecentDocuments::files() const
 {
     QStringList files;
-    for (const QJsonValue &value : PreferencesStore::shared(domain()).list(key)) {
+    for (const auto &value : PreferencesStore::shared(domain()).list(key)) {
         const QString file = value.toString();
         if (QFileInfo(file).isAbsolute() && !files.contains(file) && files.size() < most)
             files.append(file);

@@ -11,7 +11,7 @@ void ColumnWidths::setAutosaveName(const QString &name)
 {
     name_ = name;
     widths_.clear();
-    for (const QJsonValue &width : PreferencesStore::standard().list(name)) {
+    for (const auto &width : PreferencesStore::standard().list(name)) {
         if (widths_.size() < mostKept)
             widths_.push_back(std::clamp(width.toInt(usual), least, most));
     }

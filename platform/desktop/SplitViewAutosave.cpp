@@ -42,7 +42,7 @@ void SplitViewAutosave::save()
 bool SplitViewAutosave::restore()
 {
     QList<int> sizes;
-    for (const QJsonValue &size : PreferencesStore::standard().list(name_))
+    for (const auto &size : PreferencesStore::standard().list(name_))
         sizes.append(size.toInt());
     const bool isUsable = sizes.size() == splitView_.count() &&
                           std::all_of(sizes.begin(), sizes.end(),

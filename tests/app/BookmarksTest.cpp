@@ -38,9 +38,8 @@ protected:
     static QStringList storedNames()
     {
         QStringList names;
-        for (const QJsonValue &value :
-             PreferencesStore::standard().list(QStringLiteral("Bookmarks")))
-            names.append(value[Bookmark::nameKey()].toString());
+        for (const auto &value : PreferencesStore::standard().list(QStringLiteral("Bookmarks")))
+            names.append(value.toObject()[Bookmark::nameKey()].toString());
         return names;
     }
     void openPanel()
