@@ -47,12 +47,13 @@ bool TavBrowserDelegate::isLeaf(const TavRegistryEntry &entry) const
 void TavBrowserDelegate::willDisplayCell(ColumnBrowser &, ColumnBrowserCell &cell, int row,
                                          int column)
 {
-    const auto &entries = entries_[static_cast<std::size_t>(column)];
-    if (row < 0 || static_cast<std::size_t>(row) >= entries.size()) {
+    const auto index = static_cast<std::size_t>(column);
+    if (row < 0 || index >= entries_.size() ||
+        static_cast<std::size_t>(row) >= entries_[index].size()) {
         cell.text = QStringLiteral("invalid!");
         return;
     }
-    const EntryRef &entry = entries[static_cast<std::size_t>(row)];
+    const EntryRef &entry = entries_[index][static_cast<std::size_t>(row)];
     static_cast<TavRegistryBrowserCell &>(cell).setRepresentedObject(entry);
     cell.text = entry->nameAtLocationInPlane(windowController_.registryPlane());
     const auto &attributes = TavFormatController::textAttributesForRegistryState(

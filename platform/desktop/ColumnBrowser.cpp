@@ -108,6 +108,9 @@ void ColumnBrowser::setColumnCount(int count)
 {
     while (static_cast<int>(columns_.size()) < count)
         addColumn();
+    // Those that are left may be painted once more before they are hidden.
+    for (int number = count; const Column *const left = column(number); ++number)
+        left->model->setRows(0);
     columnCount_ = count;
     layoutTimer_.start();
 }

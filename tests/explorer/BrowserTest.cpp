@@ -66,6 +66,17 @@ protected:
 };
 } // namespace
 
+TEST_F(BrowserTest, LetsGoOfColumnsThatAreLeft)
+{
+    openColumns();
+    go({"Root", "Host", "bus", "disk@1"});
+    const QListView &left = *browser_->list(4);
+    EXPECT_EQ(left.model()->rowCount(), 1);
+    controller_->setRegistryPlane(QStringLiteral("DxPower"), true);
+    EXPECT_EQ(left.model()->rowCount(), 0); // it is still seen, and may be painted
+    controller_->window()->grab();
+}
+
 TEST_F(BrowserTest, ShowsTheSelectionAndWhatIsBelowIt)
 {
     openColumns();
