@@ -3,48 +3,93 @@
 #include <span>
 
 // Takes away entries that no other leads to any more, with their links. Links that are left then
-// are part of a cycle or lead to one.
+// are part of a cycle or lead to one; otherwise that order serves to count paths.
 class PlaneLinks::Untangler
 {
 public:
     explicit Untangler(std::size_t entryCount)
         : start_(entryCount)
         , leadingTo_(entryCount)
+        , paths_(entryCount)
     {}
 
-    bool hasCycle(const Lists &lists)
+    Finding check(const Lists &lists, Direction direction)
     {
-        std::size_t links = 0;
-        forEach(lists, [&](std::size_t position) {
-            start_[lists[position]] = position + 1;
-            for (const quint32 relative : relatives(lists, position))
-                ++leadingTo_[relative];
-            links += lists[position + 1];
-        });
-        std::vector<quint32> free;
-        forEach(lists, [&](std::size_t position) {
-            if (leadingTo_[lists[position]] == 0)
-                free.push_back(lists[position]);
-        });
-        while (!free.empty()) {
-            const std::size_t start = start_[free.back()];
-            free.pop_back();
-            if (start == 0)
-                continue;
-            for (const quint32 relative : relatives(lists, start - 1)) {
+        std::size_t links = takeIn(lists);
+        for (std::size_t i = 0; i < order_.size(); ++i) {
+            for (const quint32 relative : relatives(lists, order_[i])) {
                 --links;
                 if (--leadingTo_[relative] == 0)
-                    free.push_back(relative);
+                    order_.push_back(relative);
             }
         }
+        if (links > 0)
+            return Finding::Cycle;
+        const bool isFew =
+            direction == Direction::ToChildren ? areFewDownwards(lists) : areFewUpwards(lists);
         forEach(lists, [&](std::size_t position) { start_[lists[position]] = 0; });
-        return links > 0; // the counts of leadingTo_ are all 0 again only if not
+        return isFew ? Finding::Sound : Finding::TooManyPaths;
     }
 
 private:
-    static std::span<const quint32> relatives(const Lists &lists, std::size_t position)
+    // Returns the number of links; order_ then begins with the entries that no other leads to.
+    std::size_t takeIn(const Lists &lists)
     {
-        return {lists.data() + position + 2, lists[position + 1]};
+        std::size_t links = 0;
+        order_.clear();
+        forEach(lists, [&](std::size_t position) {
+            start_[lists[position]] = position + 1;
+            links += lists[position + 1];
+            for (std::size_t i = 0; i < lists[position + 1]; ++i)
+                ++leadingTo_[lists[position + 2 + i]];
+        });
+        forEach(lists, [&](std::size_t position) {
+            if (leadingTo_[lists[position]] == 0)
+                order_.push_back(lists[position]);
+        });
+        return links;
+    }
+
+    // An entry has the paths of all its parents, which come before it.
+    bool areFewDownwards(const Lists &lists)
+    {
+        for (const quint32 entry : order_)
+            paths_[entry] = 0;
+        quint64 left = limit();
+        for (const quint32 entry : order_) {
+            const quint64 paths = std::max<quint64>(1, paths_[entry]);
+            if (paths > left)
+                return false;
+            left -= paths;
+            for (const quint32 child : relatives(lists, entry))
+                paths_[child] += paths;
+        }
+        return true;
+    }
+
+    // The parents come after it.
+    bool areFewUpwards(const Lists &lists)
+    {
+        quint64 left = limit();
+        for (auto entry = order_.rbegin(); entry != order_.rend(); ++entry) {
+            quint64 paths = 0;
+            for (const quint32 parent : relatives(lists, *entry))
+                paths += paths_[parent];
+            paths_[*entry] = std::max<quint64>(1, paths);
+            if (paths > left)
+                return false;
+            left -= paths;
+        }
+        return true;
+    }
+
+    quint64 limit() const { return pathLimit(start_.size()); }
+    std::span<const quint32> relatives(const Lists &lists, quint32 entry) const
+    {
+        const std::size_t start = start_[entry];
+        if (start == 0)
+            return {};
+        return {lists.data() + start + 1, lists[start]};
     }
     template<class Action>
     static void forEach(const Lists &lists, Action action)
@@ -54,7 +99,9 @@ private:
     }
 
     std::vector<std::size_t> start_; // by entry: 1 + where its list is; 0: none in this plane
-    std::vector<quint32> leadingTo_; // by entry: links that lead to it
+    std::vector<quint32> leadingTo_; // by entry: links that lead to it; all 0 between planes
+    std::vector<quint64> paths_;     // by entry
+    std::vector<quint32> order_;     // of a plane: each before those that it leads to
 };
 
 void PlaneLinks::add(const QString &plane, quint32 entry, const std::vector<quint32> &relatives)
@@ -65,9 +112,12 @@ void PlaneLinks::add(const QString &plane, quint32 entry, const std::vector<quin
     lists.insert(lists.end(), relatives.begin(), relatives.end());
 }
 
-bool PlaneLinks::haveCycle(std::size_t entryCount) const
+PlaneLinks::Finding PlaneLinks::check(Direction direction, std::size_t entryCount) const
 {
     Untangler untangler(entryCount);
-    return std::any_of(planes_.begin(), planes_.end(),
-                       [&](const Lists &lists) { return untangler.hasCycle(lists); });
+    for (const Lists &lists : planes_) {
+        if (const Finding finding = untangler.check(lists, direction); finding != Finding::Sound)
+            return finding;
+    }
+    return Finding::Sound;
 }

@@ -47,9 +47,23 @@ bool RegistryEntryDecoder::decode(ArchiveReference reference)
 
 bool RegistryEntryDecoder::finish()
 {
-    if (childLinks_.haveCycle(entries_.size()) || parentLinks_.haveCycle(entries_.size()))
-        unarchiver_.fail(QStringLiteral("an entry is its own ancestor"), {});
+    check(childLinks_, PlaneLinks::Direction::ToChildren);
+    check(parentLinks_, PlaneLinks::Direction::ToParents);
     return !unarchiver_.error();
+}
+
+void RegistryEntryDecoder::check(const PlaneLinks &links, PlaneLinks::Direction direction)
+{
+    switch (links.check(direction, entries_.size())) {
+    case PlaneLinks::Finding::Sound:
+        break;
+    case PlaneLinks::Finding::Cycle:
+        unarchiver_.fail(QStringLiteral("an entry is its own ancestor"), {});
+        break;
+    case PlaneLinks::Finding::TooManyPaths:
+        unarchiver_.fail(QStringLiteral("the entries have more paths than can be followed"), {});
+        break;
+    }
 }
 
 bool RegistryEntryDecoder::decodeDates(const ArchivedObject &object, TavRegistryEntry &entry)

@@ -26,6 +26,7 @@ private:
     bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
                       ArchiveValue value);
     bool readRelatives(const ArchiveList &list);
+    void check(const PlaneLinks &links, PlaneLinks::Direction direction);
     bool succeeded(const char *what);
     bool fail(const char *what, const char *reason);
 

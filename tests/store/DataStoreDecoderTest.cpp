@@ -240,6 +240,43 @@ TEST(DataStoreDecoder, RefusesCyclesInAPlane)
     }
 }
 
+// Each layer has two entries, and both have the layer above for their parents.
+TEST(DataStoreDecoder, RefusesMorePathsThanCanBeFollowed)
+{
+    const auto layered = [](quint32 layers, L1 key) {
+        ArchiveSketch sketch = SmallStore::old();
+        ArchiveList entries{at(SmallStore::Root)};
+        const ArchiveSketch::Object entry =
+            ArchiveSketch::Object(sketch.objects[SmallStore::Child]).remove(L1("parentsInPlanes"));
+        sketch.objects.resize(SmallStore::Child, entry);
+        ArchiveList above{at(SmallStore::Root)};
+        for (quint32 layer = 0; layer < layers; ++layer) {
+            const auto first = static_cast<quint32>(sketch.objects.size());
+            const ArchiveList pair{ArchiveReference{first}, ArchiveReference{first + 1}};
+            sketch.objects.insert(sketch.objects.end(), 2, entry);
+            for (const ArchiveValue &lower : pair) {
+                entries.push_back(lower);
+                if (key == L1("parentsInPlanes"))
+                    sketch.objects[lower.get<ArchiveReference>()->index].set(key, inPlane(above));
+            }
+            for (const ArchiveValue &upper : above) {
+                if (key == L1("childrenInPlanes"))
+                    sketch.objects[upper.get<ArchiveReference>()->index].set(key, inPlane(pair));
+            }
+            above = pair;
+        }
+        sketch.objects[SmallStore::Store].set(L1("registryEntries"), ArchiveValue(entries));
+        return sketch.bytes();
+    };
+    for (const L1 key : {L1("childrenInPlanes"), L1("parentsInPlanes")}) {
+        EXPECT_TRUE(DataStoreDecoder::decode(layered(15, key))) << key.data();
+        LogCapture log;
+        EXPECT_FALSE(DataStoreDecoder::decode(layered(40, key))) << key.data();
+        EXPECT_FALSE(DataStoreDecoder::decode(layered(400, key))) << key.data();
+        EXPECT_TRUE(log.messages().join(u' ').contains(L1("more paths"))) << key.data();
+    }
+}
+
 TEST(DataStoreDecoder, TakesManyPlanesInAnyOrder)
 {
     const auto secondsFor = [](int planeCount) {
