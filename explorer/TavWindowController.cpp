@@ -41,6 +41,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     connectOutlets();
     setUpViews();
     connectActions();
+    connectNavigationControls();
     setUpFormats();
     windowDidLoad();
 }

@@ -8,6 +8,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <span>
 #include <variant>
 
 class ColumnBrowser;
@@ -34,6 +35,7 @@ class TavPropertiesOutlineViewDataSource;
 class TavRegistryOutlineItem;
 class TavRegistryOutlineView;
 class TavRegistryOutlineViewDataSource;
+struct MenuCommand;
 
 // A step into a property tree: the index of a child, or its name.
 using PropertyPathMember = std::variant<qsizetype, QString>;
@@ -158,6 +160,9 @@ public:
     void collapseAroundSelection();
     void copy();
 
+    // Has a menu item show the state. Whether its command can run now; others' can always.
+    bool validateMenuItem(QAction &item) const;
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -172,11 +177,7 @@ private:
                                                   bool scrollToVisible);
     void scrollBrowserToPath(int selectedColumns, bool isWholePath);
     void selectSiblingInBrowser(int step);
-    void connectNavigationActions();
     void connectNavigationControls();
-    void validateNavigationActions();
-    bool canSelectNextSibling() const;
-    bool canSelectPreviousSibling() const;
     void selectInPathsPopup(const TavRegistryEntryPath &path);
     bool canStepThroughPaths() const;
     std::optional<TavRegistryEntryPath> entryPathOfItem(int item, bool inSamePlane) const;
@@ -188,8 +189,18 @@ private:
     void addBookmark();
     void windowDidLoad();
     void showObjectInfo(const TavRegistryEntry &entry);
-    void validateActions();
-    void validateTimedUpdateActions();
+    static std::span<const MenuCommand> menuCommands();
+    void perform(QAction &item);
+    void validateActions(); // whenever the state that they tell has changed
+    static bool canPaste();
+    bool canSelectChild() const;
+    bool canSelectNextSibling() const;
+    bool canSelectPreviousSibling() const;
+    QString pollIntervalText() const;
+    QString toggleTimedUpdateTitle() const;
+    QString changeTimedUpdateTitle() const;
+    QString toggleShowTerminatedObjectsTitle() const;
+    QString newDocumentWindowTitle() const;
     enum class ViewStyle : quint8 { Outline, Browser };
     void showView(ViewStyle style);
     void arrangeSplitView(Qt::Orientation panes);
@@ -224,16 +235,7 @@ private:
     std::vector<std::optional<TavRegistryEntryPath>> entryPathsOfItems_; // none: a separator
     std::unique_ptr<SelectionHistory> history_;
     bool isRevisiting_ = false; // on the way back or forward
-    std::vector<std::pair<QAction *, std::function<bool()>>> navigationActions_; // when enabled
-    QAction *updateAction_ = nullptr;
-    QAction *updateSelectedObjectAction_ = nullptr;
-    QAction *clearTerminatedObjectsAction_ = nullptr;
-    QAction *outlineViewAction_ = nullptr;
-    QAction *browserViewAction_ = nullptr;
-    QAction *toggleAutoupdateAction_ = nullptr;
-    QAction *toggleTimedUpdateAction_ = nullptr;
-    QAction *changeTimedUpdateAction_ = nullptr;
-    QAction *toggleShowTerminatedObjectsAction_ = nullptr;
+    QHash<QAction *, const MenuCommand *> commandsOfItems_;
     QComboBox *planeListButton_ = nullptr;
     SegmentedControl *viewStyleControl_ = nullptr;
     QLineEdit *findField_ = nullptr;

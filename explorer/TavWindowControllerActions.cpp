@@ -1,18 +1,13 @@
-#include "explorer/PlaneMenu.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
 #include "platform/SystemBeep.h"
-#include "platform/desktop/InterfaceLoader.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 
-#include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMainWindow>
-#include <QMenu>
-#include <QMenuBar>
 #include <QPlainTextEdit>
 
 namespace {
@@ -26,41 +21,6 @@ public:
     BusyCursor &operator=(const BusyCursor &) = delete;
 };
 } // namespace
-
-void TavWindowController::connectActions()
-{
-    const auto connectAction = [this](const char *name, auto receiver) {
-        auto *const action = InterfaceLoader::outlet<QAction>(*window_, name);
-        connect(action, &QAction::triggered, this, receiver);
-        return action;
-    };
-    connectAction("newDocumentWindowAction", [this] { newDocumentWindow(); });
-    for (const QAction *menu : window_->menuBar()->actions()) {
-        menu->menu()->menuAction()->setVisible(!menu->menu()->isEmpty());
-        // Another window of the document may have changed what the commands tell.
-        connect(menu->menu(), &QMenu::aboutToShow, this, &TavWindowController::validateActions);
-    }
-    connectAction("copyAction", [this] { copy(); });
-    outlineViewAction_ = connectAction("outlineViewAction", [this] { outlineView(); });
-    browserViewAction_ = connectAction("browserViewAction", [this] { browserView(); });
-    toggleAutoupdateAction_ =
-        connectAction("toggleAutoupdateAction", [this] { toggleAutoupdate(); });
-    toggleTimedUpdateAction_ =
-        connectAction("toggleTimedUpdateAction", [this] { toggleTimedUpdate(); });
-    changeTimedUpdateAction_ =
-        connectAction("changeTimedUpdateAction", [this] { changeTimedUpdate(); });
-    toggleShowTerminatedObjectsAction_ = connectAction("toggleShowTerminatedObjectsAction",
-                                                       [this] { toggleShowTerminatedObjects(); });
-    connectNavigationActions();
-    connectAction("expandAllAction", [this] { expandAll(); });
-    connectAction("collapseAllAction", [this] { collapseAll(); });
-    updateAction_ = connectAction("updateAction", [this] { update(); });
-    updateAction_->setShortcuts({QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)});
-    updateSelectedObjectAction_ =
-        connectAction("updateSelectedObjectAction", [this] { updateSelectedObject(); });
-    clearTerminatedObjectsAction_ =
-        connectAction("clearTerminatedObjectsAction", [this] { clearTerminatedObjects(); });
-}
 
 void TavWindowController::update()
 {
@@ -90,7 +50,6 @@ void TavWindowController::toggleShowTerminatedObjects()
 {
     showTerminatedObjects_ = !showTerminatedObjects_;
     refreshDisplay();
-    validateActions();
 }
 
 void TavWindowController::expandAll()
@@ -118,6 +77,16 @@ void TavWindowController::copy()
         cell->copy();
     else if (selectedEntryPath_)
         QGuiApplication::clipboard()->setText(registryPathForSelectedEntry());
+}
+
+void TavWindowController::paste()
+{
+    // A field that is being edited takes the text itself.
+    auto *const field = qobject_cast<QLineEdit *>(window_->focusWidget());
+    if (field && !field->isReadOnly())
+        field->paste();
+    else if (canPaste())
+        goToRegistryPath(QGuiApplication::clipboard()->text());
 }
 
 void TavWindowController::newDocumentWindow()

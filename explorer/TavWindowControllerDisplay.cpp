@@ -140,6 +140,7 @@ void TavWindowController::refreshDisplay()
         registryBrowser_->reloadColumn(0); // so that it holds no entries that have gone
     goToEntryPath(selectedEntryPath_, false, false);
     refreshPropertiesOutlineView();
+    validateActions(); // what stands beside the selection may have changed
 }
 
 void TavWindowController::refreshPropertiesOutlineView()
@@ -169,6 +170,7 @@ void TavWindowController::noteDataStoreObjectsTerminated()
     registryOutlineView_->reloadData();
     registryBrowser_->redisplay();
     updateStatusBar();
+    validateActions();
 }
 
 void TavWindowController::noteDataStoreClearedTerminatedObjects()
@@ -177,5 +179,5 @@ void TavWindowController::noteDataStoreClearedTerminatedObjects()
         document_.setDocumentEdited(true);
     refreshDisplay();
     history_->forgetWhatIsGone();
-    validateNavigationActions();
+    validateActions();
 }

@@ -25,6 +25,7 @@ bool TavWindowController::eventFilter(QObject *watched, QEvent *event)
 void TavWindowController::windowDidBecomeKey()
 {
     propertiesViewSelectionChanged();
+    validateActions();
 }
 
 void TavWindowController::propertiesViewSelectionChanged()

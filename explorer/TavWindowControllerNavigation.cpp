@@ -1,4 +1,5 @@
 // Going from the selection to its neighbours and to where it has been.
+#include "explorer/HistoryButtons.h"
 #include "explorer/SelectionHistory.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
@@ -7,7 +8,17 @@
 #include "platform/SystemBeep.h"
 #include "platform/desktop/ColumnBrowser.h"
 
+#include <QComboBox>
+#include <QMainWindow>
 #include <QScopedValueRollback>
+
+void TavWindowController::connectNavigationControls()
+{
+    auto *const buttons = new HistoryButtons(*window_);
+    connect(buttons, &HistoryButtons::backPressed, this, &TavWindowController::goBack);
+    connect(buttons, &HistoryButtons::forwardPressed, this, &TavWindowController::goForward);
+    connect(entryPathsButton_, &QComboBox::activated, this, &TavWindowController::pathPopupChanged);
+}
 
 void TavWindowController::selectParent()
 {
@@ -108,7 +119,7 @@ void TavWindowController::goToVisited(const TavRegistryEntryPath &path)
 {
     const QScopedValueRollback revisiting(isRevisiting_, true);
     goToEntryPath(path, true, true);
-    validateNavigationActions();
+    validateActions();
 }
 
 // There is no sequence of snapshots to go through.

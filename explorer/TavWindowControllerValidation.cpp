@@ -1,32 +1,126 @@
+// Menu items are made to tell the truth: whether their commands can run now, and of the state.
+#include "explorer/MenuCommand.h"
+#include "explorer/TavRegistryOutlineItem.h"
+#include "explorer/TavRegistryOutlineViewDataSource.h"
 #include "explorer/TavWindowController.h"
+#include "platform/SystemBeep.h"
+#include "platform/desktop/ColumnBrowser.h"
+#include "platform/desktop/InterfaceLoader.h"
+#include "platform/desktop/MenuText.h"
 #include "store/TavDataStore.h"
+#include "store/TavDocument.h"
 
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+
+void TavWindowController::connectActions()
+{
+    for (const MenuCommand &command : menuCommands()) {
+        auto *const item = InterfaceLoader::outlet<QAction>(*window_, command.item);
+        commandsOfItems_.insert(item, &command);
+        connect(item, &QAction::triggered, this, [this, item] { perform(*item); });
+    }
+    InterfaceLoader::outlet<QAction>(*window_, "updateAction")
+        ->setShortcuts({QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)});
+    for (QAction *menu : window_->menuBar()->actions()) {
+        menu->setVisible(!menu->menu()->isEmpty());
+        // Another window of the document may have changed what the commands tell.
+        connect(menu->menu(), &QMenu::aboutToShow, this, &TavWindowController::validateActions);
+    }
+    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+            &TavWindowController::validateActions);
+}
+
+// A key may ask for a command of which nobody noticed that it cannot run any more.
+void TavWindowController::perform(QAction &item)
+{
+    if (validateMenuItem(item)) {
+        (this->*commandsOfItems_[&item]->action)();
+        return;
+    }
+    item.setEnabled(false);
+    SystemBeep::beep();
+}
+
+bool TavWindowController::validateMenuItem(QAction &item) const
+{
+    const MenuCommand *const command = commandsOfItems_.value(&item);
+    if (!command)
+        return true;
+    const QString title = command->title ? command->title(*this) : QString();
+    if (!title.isNull())
+        item.setText(title);
+    if (command->isChecked)
+        item.setChecked(command->isChecked(*this));
+    return !command->isEnabled || command->isEnabled(*this);
+}
 
 void TavWindowController::validateActions()
 {
-    const bool isLive = dataStore_->isLive();
-    for (QAction *action : {updateAction_, clearTerminatedObjectsAction_, toggleAutoupdateAction_,
-                            toggleTimedUpdateAction_, changeTimedUpdateAction_})
-        action->setEnabled(isLive);
-    updateSelectedObjectAction_->setEnabled(isLive && selectedEntry_);
-    outlineViewAction_->setChecked(!browserIsVisible());
-    browserViewAction_->setChecked(browserIsVisible());
-    toggleAutoupdateAction_->setChecked(isLive && dataStore_->isAutoupdate());
-    toggleShowTerminatedObjectsAction_->setText(
-        showTerminatedObjects_ ? tr("&Hide Terminated Objects") : tr("&Show Terminated Objects"));
-    validateTimedUpdateActions();
-    validateNavigationActions();
+    for (auto item = commandsOfItems_.keyBegin(); item != commandsOfItems_.keyEnd(); ++item)
+        (*item)->setEnabled(validateMenuItem(**item));
 }
 
-void TavWindowController::validateTimedUpdateActions()
+bool TavWindowController::canPaste()
 {
-    const bool isPolled = dataStore_->isLive() && dataStore_->isPolledUpdate();
-    const QString interval =
-        QStringLiteral(" (%1s)").arg(QString::number(dataStore_->pollInterval(), 'g'));
-    toggleTimedUpdateAction_->setChecked(isPolled);
-    if (dataStore_->isLive())
-        toggleTimedUpdateAction_->setText(isPolled ? tr("&Timed Update") + interval
-                                                   : tr("&Timed Update…"));
-    changeTimedUpdateAction_->setText(tr("Set Timed Update &Interval…") + interval);
+    const QMimeData *const data = QGuiApplication::clipboard()->mimeData();
+    return data && data->hasFormat(QStringLiteral("text/plain"));
+}
+
+bool TavWindowController::canSelectChild() const
+{
+    return selectedEntry_ && !selectedEntry_->childrenInPlane(registryPlane_).empty();
+}
+
+bool TavWindowController::canSelectNextSibling() const
+{
+    if (!browserIsVisible()) {
+        const TavRegistryOutlineItem *const selected = outlineDataSource_->selectedItem();
+        return selected && selected->nextSibling();
+    }
+    const int column = registryBrowser_->selectedColumn();
+    return registryBrowser_->selectedRow(column) != registryBrowser_->numberOfRows(column) - 1;
+}
+
+// In the browser only the first row has none before it, so that it can be asked for with no row
+// selected; kept, for it has always been so.
+bool TavWindowController::canSelectPreviousSibling() const
+{
+    if (browserIsVisible())
+        return registryBrowser_->selectedRow(registryBrowser_->selectedColumn()) != 0;
+    const TavRegistryOutlineItem *const selected = outlineDataSource_->selectedItem();
+    return selected && selected->previousSibling();
+}
+
+QString TavWindowController::pollIntervalText() const
+{
+    return QStringLiteral(" (%1s)").arg(QString::number(dataStore_->pollInterval(), 'g'));
+}
+
+QString TavWindowController::toggleTimedUpdateTitle() const
+{
+    if (!dataStore_->isLive())
+        return {};
+    return dataStore_->isPolledUpdate() ? tr("&Timed Update") + pollIntervalText()
+                                        : tr("&Timed Update…");
+}
+
+QString TavWindowController::changeTimedUpdateTitle() const
+{
+    return tr("Set Timed Update &Interval…") + pollIntervalText();
+}
+
+QString TavWindowController::toggleShowTerminatedObjectsTitle() const
+{
+    return showTerminatedObjects_ ? tr("Hide Terminated &Objects") : tr("Show Terminated &Objects");
+}
+
+QString TavWindowController::newDocumentWindowTitle() const
+{
+    return tr("New &Viewer Window for '%1'").arg(menuText(document_.displayName()));
 }
