@@ -1,9 +1,11 @@
 #include "app/Startup.h"
 
 #include "platform/Alert.h"
+#include "platform/FileManager.h"
 #include "platform/PreferencesStore.h"
 #include "platform/SystemBeep.h"
 #include "platform/desktop/AlertBox.h"
+#include "platform/desktop/FileRevealer.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -37,4 +39,5 @@ void Startup::setUpApplication(Theme theme)
     QApplication::setWindowIcon(QIcon::fromTheme(PreferencesStore::applicationIdentifier()));
     SystemBeep::setSounder([] { QApplication::beep(); });
     AlertPanel::setPresenter(AlertBox::present);
+    FileManager::setRevealer([](const QString &file) { FileRevealer::reveal(file); });
 }

@@ -1,10 +1,9 @@
 #include "platform/PowerMessages.h"
 #include "tests/support/EventLoop.h"
+#include "tests/support/PrivateBus.h"
 
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <QProcess>
-#include <QStandardPaths>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -13,33 +12,6 @@ namespace {
 const QString service = QStringLiteral("org.freedesktop.login1");
 const QString path = QStringLiteral("/org/freedesktop/login1");
 const QString manager = QStringLiteral("org.freedesktop.login1.Manager");
-
-// A message bus of the test's own.
-class PrivateBus
-{
-public:
-    PrivateBus()
-    {
-        daemon_.start(QStringLiteral("dbus-daemon"),
-                      {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                       QStringLiteral("--nopidfile"), QStringLiteral("--print-address=1")});
-        if (daemon_.waitForReadyRead())
-            address_ = QString::fromUtf8(daemon_.readLine().trimmed());
-    }
-    ~PrivateBus()
-    {
-        daemon_.terminate();
-        daemon_.waitForFinished();
-    }
-    QDBusConnection connect(const char *name) const
-    {
-        return QDBusConnection::connectToBus(address_, QString::fromLatin1(name));
-    }
-
-private:
-    QProcess daemon_;
-    QString address_;
-};
 
 // Answers as a login manager, and knows whether sleep is delayed.
 class LoginManager : public QDBusVirtualObject
@@ -99,7 +71,7 @@ class PowerMessagesTest : public testing::Test
 protected:
     void SetUp() override
     {
-        if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
+        if (!PrivateBus::isAvailable())
             GTEST_SKIP() << "dbus-daemon is not installed";
         bus_.emplace();
         login_.emplace(bus_->connect("login"));
