@@ -143,7 +143,7 @@ void TavBookmarksController::addBookmarksMenu(QMenu &menu, TavWindowController &
 void TavBookmarksController::validateMenuItem(QAction &toggleItem) const
 {
     const bool isShown = bookmarksPanel_ && bookmarksPanel_->isVisible();
-    toggleItem.setText(isShown ? tr("Hide All Bookmarks") : tr("Show All Bookmarks"));
+    toggleItem.setText(isShown ? tr("Hide All &Bookmarks") : tr("Show All &Bookmarks"));
 }
 
 void TavBookmarksController::rebuildBookmarksMenus()

@@ -5,6 +5,7 @@
 #include "explorer/TavRegistryOutlineViewDataSource.h"
 #include "platform/SystemBeep.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
@@ -248,6 +249,22 @@ void TavRegistryOutlineView::keyPressEvent(QKeyEvent *event)
         return;
     }
     OutlineView::keyPressEvent(event);
+}
+
+void TavRegistryOutlineView::contextMenuEvent(QContextMenuEvent *event)
+{
+    event->accept();
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex row =
+        isByKey ? selectionModel()->selectedRows().value(0) : indexAt(event->pos());
+    if (!row.isValid())
+        return;
+    if (isByKey)
+        scrollToSelection();
+    else
+        selectRow(*TavRegistryOutlineViewDataSource::item(row));
+    const QPoint below = (visualRect(row) & viewport()->rect()).bottomLeft();
+    Q_EMIT contextMenuRequested(isByKey ? viewport()->mapToGlobal(below) : event->globalPos());
 }
 
 void TavRegistryOutlineView::resizeEvent(QResizeEvent *event)

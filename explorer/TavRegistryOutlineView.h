@@ -39,6 +39,10 @@ public:
     // Paints those rows anew; when the window has changed its activity, in the colour for that.
     void checkRowsNeedingRedisplay(bool windowChanged);
 
+Q_SIGNALS:
+    // Of the selected row, which is the one under the pointer.
+    void contextMenuRequested(const QPoint &globalPosition);
+
 protected:
     void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
                  const QModelIndex &index) const override;
@@ -49,6 +53,7 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
 

@@ -42,6 +42,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     setUpViews();
     connectActions();
     connectNavigationControls();
+    connectContextMenus();
     setUpFormats();
     windowDidLoad();
 }

@@ -146,6 +146,7 @@ public:
     void windowDidBecomeKey();
 
     void newDocumentWindow();
+    void openInNewWindow(); // what is selected
     void update();
     void updateSelectedObject();
     void clearTerminatedObjects();
@@ -159,6 +160,11 @@ public:
     void collapseAll();
     void collapseAroundSelection();
     void copy();
+    void copyName();
+    void copyPath();
+    void copyClass();
+    void copyBundle();
+    void revealSelectionBundleInNavro();
 
     // Has a menu item show the state. Whether its command can run now; others' can always.
     bool validateMenuItem(QAction &item) const;
@@ -178,6 +184,9 @@ private:
     void scrollBrowserToPath(int selectedColumns, bool isWholePath);
     void selectSiblingInBrowser(int step);
     void connectNavigationControls();
+    void connectContextMenus();
+    void showEntryMenu(const QPoint &place);
+    TavWindowController &addWindow(); // of the same document, shown
     void selectInPathsPopup(const TavRegistryEntryPath &path);
     bool canStepThroughPaths() const;
     std::optional<TavRegistryEntryPath> entryPathOfItem(int item, bool inSamePlane) const;
@@ -193,6 +202,8 @@ private:
     void perform(QAction &item);
     void validateActions(); // whenever the state that they tell has changed
     static bool canPaste();
+    bool hasBundle() const;
+    bool hasBundlePath() const;
     bool canSelectChild() const;
     bool canSelectNextSibling() const;
     bool canSelectPreviousSibling() const;

@@ -2,7 +2,6 @@
 #include "explorer/TavWindowController.h"
 #include "platform/SystemBeep.h"
 #include "store/TavDataStore.h"
-#include "store/TavDocument.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -87,12 +86,4 @@ void TavWindowController::paste()
         field->paste();
     else if (canPaste())
         goToRegistryPath(QGuiApplication::clipboard()->text());
-}
-
-void TavWindowController::newDocumentWindow()
-{
-    auto controller = std::make_unique<TavWindowController>(document_);
-    TavWindowController &added = *controller;
-    document_.addWindowController(std::move(controller));
-    added.showWindow();
 }

@@ -20,6 +20,10 @@ std::span<const MenuCommand> TavWindowController::menuCommands()
 
     static constexpr MenuCommand commands[] = {
         {"copyAction", &Window::copy},
+        {"copyNameAction", &Window::copyName, isSelected},
+        {"copyPathAction", &Window::copyPath, isSelected},
+        {"copyClassAction", &Window::copyClass, isSelected},
+        {"copyBundleAction", &Window::copyBundle, [](const Window &w) { return w.hasBundle(); }},
         {"pasteAction", &Window::paste, [](const Window &) { return canPaste(); }},
 
         {"outlineViewAction", &Window::outlineView, always, fixed, isTree},
@@ -51,6 +55,8 @@ std::span<const MenuCommand> TavWindowController::menuCommands()
         {"goToPrevSnapshotAction", &Window::goToPrevSnapshot},
         {"jumpToSelectionAction", &Window::jumpToSelection},
         {"promptForPathAction", &Window::promptForPath},
+        {"revealSelectionBundleInNavroAction", &Window::revealSelectionBundleInNavro,
+         [](const Window &w) { return w.hasBundlePath(); }},
 
         {"updateAction", &Window::update, isLive},
         {"updateSelectedObjectAction", &Window::updateSelectedObject,
@@ -70,6 +76,7 @@ std::span<const MenuCommand> TavWindowController::menuCommands()
 
         {"newDocumentWindowAction", &Window::newDocumentWindow, always,
          [](const Window &w) { return w.newDocumentWindowTitle(); }},
+        {"openInNewWindowAction", &Window::openInNewWindow, isSelected},
     };
     return commands;
 }

@@ -225,8 +225,8 @@ bool TavFormatController::_hasCollectionDataSettingsTarget() const
 
 void TavFormatController::validateMenuItems()
 {
-    const QString title = isPropertyFormatPanelVisible() ? tr("Hide Property Format Panel")
-                                                         : tr("Show Property Format Panel");
+    const QString title = isPropertyFormatPanelVisible() ? tr("Hide Property &Format Panel")
+                                                         : tr("Show Property &Format Panel");
     for (const QPointer<QAction> &item : toggleItems_) {
         if (item)
             item->setText(title);

@@ -4,6 +4,7 @@
 #include "platform/desktop/ColumnBrowserList.h"
 #include "platform/desktop/ColumnResizer.h"
 
+#include <QContextMenuEvent>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
@@ -94,6 +95,8 @@ void ColumnBrowser::addColumn()
     });
     connect(list, &ColumnBrowserList::wentBack, this, [this, number] { goBackFrom(number); });
     connect(list, &ColumnBrowserList::wentForward, this, [this, number] { goForwardFrom(number); });
+    connect(list, &ColumnBrowserList::contextMenuRequested, this,
+            [this, number](const QContextMenuEvent &event) { requestContextMenu(event, number); });
     connect(resizer, &ColumnResizer::draggedBy, this,
             [this, number](int pixels) { resizeColumn(number, widths_.of(number) + pixels); });
     connect(resizer, &ColumnResizer::dragEnded, this, [this] { widths_.save(); });
@@ -194,6 +197,26 @@ void ColumnBrowser::goForwardFrom(int number)
         return;
     list(number + 1)->setFocus(Qt::OtherFocusReason);
     chooseRow(0, number + 1);
+}
+
+void ColumnBrowser::requestContextMenu(const QContextMenuEvent &event, int number)
+{
+    const bool isByKey = event.reason() == QContextMenuEvent::Keyboard;
+    if (isByKey)
+        number = selectedColumn();
+    const int row = isByKey ? selectedRow(number) : list(number)->indexAt(event.pos()).row();
+    if (row < 0)
+        return;
+    if (selectedColumn() != number || selectedRow(number) != row)
+        chooseRow(row, number);
+    if (!isByKey) {
+        Q_EMIT contextMenuRequested(event.globalPos());
+        return;
+    }
+    scrollRowToVisible(row, number);
+    const QListView &shown = *list(number);
+    Q_EMIT contextMenuRequested(
+        shown.viewport()->mapToGlobal(shown.visualRect(shown.currentIndex()).bottomLeft()));
 }
 
 void ColumnBrowser::redisplay()

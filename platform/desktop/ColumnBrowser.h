@@ -9,6 +9,7 @@
 class ColumnBrowserDelegate;
 class ColumnBrowserList;
 class ColumnResizer;
+class QContextMenuEvent;
 class QListView;
 
 // Shows a tree as columns, each with the children of what is selected in the one before it. Columns
@@ -58,6 +59,8 @@ public:
 
 Q_SIGNALS:
     void selectionChosen(); // by the user, in whatever column
+    // Of the last selected row, which is the one under the pointer.
+    void contextMenuRequested(const QPoint &globalPosition);
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -78,6 +81,7 @@ private:
     void setCurrentRow(int row, int column);
     void goBackFrom(int column);
     void goForwardFrom(int column);
+    void requestContextMenu(const QContextMenuEvent &event, int column);
     void resizeColumn(int column, int width);
     void layOutColumns();
     void showColumns();

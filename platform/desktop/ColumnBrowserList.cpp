@@ -2,6 +2,7 @@
 
 #include "platform/desktop/ColumnBrowserRowDelegate.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 
 ColumnBrowserList::ColumnBrowserList(QWidget *parent)
@@ -48,6 +49,12 @@ void ColumnBrowserList::mousePressEvent(QMouseEvent *event)
     const QModelIndex row = indexAt(event->position().toPoint());
     if (row.isValid() && event->button() == Qt::LeftButton)
         Q_EMIT rowPressed(row.row());
+}
+
+void ColumnBrowserList::contextMenuEvent(QContextMenuEvent *event)
+{
+    event->accept();
+    Q_EMIT contextMenuRequested(*event);
 }
 
 // The selection of the column that has the focus stands out.

@@ -15,10 +15,12 @@ Q_SIGNALS:
     void wentBack(); // towards the column before, by key
     void wentForward();
     void rowPressed(int row);
+    void contextMenuRequested(const QContextMenuEvent &event);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
 };

@@ -199,7 +199,7 @@ TEST_F(BookmarksTest, AreEditedInTheTable)
     // Closed and shown again by the same command, whose title says which.
     Q_EMIT outlet<QMenu>(window().window(), "bookmarksMenu")->aboutToShow();
     EXPECT_EQ(outlet<QAction>(window().window(), "toggleBookmarksPanelAction")->text(),
-              QStringLiteral("Hide All Bookmarks"));
+              QStringLiteral("Hide All &Bookmarks"));
     trigger("toggleBookmarksPanelAction");
     EXPECT_FALSE(panel_->isVisible());
 }

@@ -216,14 +216,14 @@ TEST_F(FormatControllerTest, TheMenuItemShowsAndHidesThePanel)
 {
     QAction item;
     controller_.addTogglePropertyFormatPanelMenuItem(item);
-    EXPECT_EQ(item.text(), QStringLiteral("Hide Property Format Panel"));
+    EXPECT_EQ(item.text(), QStringLiteral("Hide Property &Format Panel"));
     item.trigger();
     EXPECT_FALSE(controller_.isPropertyFormatPanelVisible());
-    EXPECT_EQ(item.text(), QStringLiteral("Show Property Format Panel"));
+    EXPECT_EQ(item.text(), QStringLiteral("Show Property &Format Panel"));
     item.trigger();
     EXPECT_TRUE(controller_.isPropertyFormatPanelVisible());
     QTest::keyClick(&controller_.propertyFormatPanel(), Qt::Key_Escape);
-    EXPECT_EQ(item.text(), QStringLiteral("Show Property Format Panel"));
+    EXPECT_EQ(item.text(), QStringLiteral("Show Property &Format Panel"));
 }
 
 TEST_F(FormatControllerTest, KeepsAPropertyWhoseEntryHasGone)
