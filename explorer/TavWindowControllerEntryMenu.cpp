@@ -3,6 +3,7 @@
 #include "explorer/TavWindowController.h"
 #include "platform/FileManager.h"
 #include "platform/desktop/ColumnBrowser.h"
+#include "platform/desktop/ContextMenuKey.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "store/TavDocument.h"
 
@@ -19,6 +20,7 @@ void TavWindowController::connectContextMenus()
             &TavWindowController::showEntryMenu);
     connect(registryBrowser_, &ColumnBrowser::contextMenuRequested, this,
             &TavWindowController::showEntryMenu);
+    ContextMenuKey::addTo(*window_);
 }
 
 // Its items are those of the window's menus, so that they tell the same.

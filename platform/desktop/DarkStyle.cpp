@@ -12,6 +12,8 @@ void DarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
                               QPainter *painter, const QWidget *widget) const
 {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element == PE_PanelMenu)
+        drawMenuFrame(*option, *painter);
     const bool isRadio = element == PE_IndicatorRadioButton;
     if (!isRadio && element != PE_IndicatorCheckBox && element != PE_IndicatorItemViewItemCheck)
         return;
@@ -27,4 +29,14 @@ void DarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
     else
         painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
     painter->restore();
+}
+
+void DarkStyle::drawMenuFrame(const QStyleOption &option, QPainter &painter)
+{
+    QColor color = option.palette.color(QPalette::PlaceholderText);
+    color.setAlphaF(0.5F);
+    painter.save();
+    painter.setPen(color);
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+    painter.restore();
 }

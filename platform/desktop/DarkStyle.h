@@ -2,7 +2,7 @@
 
 #include <QProxyStyle>
 
-// Fusion for dark windows: it outlines check boxes and radio buttons a shade darker than the
+// Fusion for dark windows: it outlines check boxes, radio buttons and menus a shade darker than the
 // window, where that cannot be seen.
 class DarkStyle : public QProxyStyle
 {
@@ -12,4 +12,7 @@ public:
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override;
+
+private:
+    static void drawMenuFrame(const QStyleOption &option, QPainter &painter);
 };
