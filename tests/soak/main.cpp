@@ -144,7 +144,29 @@ private:
         fresh->update(); // sorts children by the names of every plane
         for (const EntryRef &entry : store_->registryEntries())
             entry->clearIsNew();
-        return RegistryText::planes(*store_) == RegistryText::planes(*fresh);
+        shown_ = RegistryText::planes(*store_);
+        captured_ = RegistryText::planes(*fresh);
+        return shown_ == captured_;
+    }
+
+    // The lines from the first to the last that differ.
+    void printDifference() const
+    {
+        const auto linesOf = [](const std::string &text) {
+            return QString::fromStdString(text).split(u'\n');
+        };
+        QStringList shown = linesOf(shown_);
+        QStringList captured = linesOf(captured_);
+        const auto ends =
+            std::mismatch(shown.begin(), shown.end(), captured.begin(), captured.end());
+        shown.erase(shown.begin(), ends.first);
+        captured.erase(captured.begin(), ends.second);
+        while (!shown.isEmpty() && !captured.isEmpty() && shown.last() == captured.last()) {
+            shown.removeLast();
+            captured.removeLast();
+        }
+        std::printf("shown:\n%s\ncaptured:\n%s\n", qPrintable(shown.mid(0, 40).join(u'\n')),
+                    qPrintable(captured.mid(0, 40).join(u'\n')));
     }
 
     bool check(qint64 elapsed)
@@ -157,6 +179,8 @@ private:
                     static_cast<unsigned long long>(churn_.changes()),
                     store_->registryEntries().size(), megabytesResident(),
                     good ? "" : "; the store differs from a fresh capture");
+        if (!good)
+            printDifference();
         std::fflush(stdout);
         return good;
     }
@@ -170,6 +194,8 @@ private:
     TavWindowController *window_ = nullptr;
     TavWindowController *second_ = nullptr; // or null
     Churn churn_{random_};
+    std::string shown_; // of the last comparison
+    std::string captured_;
 };
 } // namespace
 
