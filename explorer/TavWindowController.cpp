@@ -3,9 +3,11 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "explorer/ExplorerBookmarks.h"
+#include "explorer/FoundEntryPaths.h"
 #include "explorer/PlaneMenu.h"
 #include "explorer/SelectionHistory.h"
 #include "explorer/TavBrowserDelegate.h"
+#include "explorer/TavFindTableViewDataSource.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavRegistryOutlineViewDataSource.h"
@@ -13,14 +15,17 @@
 #include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/FactField.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/desktop/SearchField.h"
 #include "platform/desktop/SegmentedControl.h"
 #include "platform/desktop/SplitViewAutosave.h"
+#include "platform/desktop/Stepper.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
@@ -40,6 +45,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     loadWindow();
     connectOutlets();
     setUpViews();
+    setUpFind();
     connectActions();
     connectNavigationControls();
     connectContextMenus();
@@ -50,6 +56,7 @@ TavWindowController::TavWindowController(TavDocument &document)
 TavWindowController::~TavWindowController()
 {
     dataStore_->removeClient(this);
+    findOptionsDrawer_->disconnect(this); // it is hidden as the window goes
 }
 
 void TavWindowController::loadWindow()
@@ -60,6 +67,8 @@ void TavWindowController::loadWindow()
     loader.addWidgetClass<TavRegistryOutlineView>();
     loader.addWidgetClass<TavPropertiesOutlineView>();
     loader.addWidgetClass<ColumnBrowser>();
+    loader.addWidgetClass<SearchField>();
+    loader.addWidgetClass<Stepper>();
     window_.reset(qobject_cast<QMainWindow *>(loader.load(QStringLiteral("Explorer")).release()));
     Q_ASSERT(window_);
 }
@@ -135,6 +144,7 @@ void TavWindowController::windowDidLoad()
     ExplorerBookmarks *const bookmarks = ExplorerBookmarks::shared();
     const QString bookmark = bookmarks ? bookmarks->defaultBookmarkPath() : QString();
     updatePlaneList();
+    loadDefaultFindOptions();
     clearObjectInfo();
     const PreferencesStore &preferences = PreferencesStore::standard();
     setRegistryPlane(preferences.string(QStringLiteral("DefaultPlane")), true);

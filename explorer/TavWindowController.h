@@ -8,28 +8,36 @@
 
 #include <QHash>
 #include <QObject>
+#include <array>
 #include <span>
 #include <variant>
 
 class ColumnBrowser;
 class FactField;
+class FoundEntryPaths;
 class PlaneMenu;
 class QAction;
 class QCheckBox;
 class QComboBox;
 class QDialog;
+class QDockWidget;
 class QLabel;
 class QLineEdit;
 class QMainWindow;
 class QPushButton;
 class QSplitter;
 class QStackedWidget;
+class QTableView;
+class QToolButton;
+class SearchField;
 class SegmentedControl;
 class SelectionHistory;
 class SplitViewAutosave;
+class Stepper;
 class TavBrowserDelegate;
 class TavDataStore;
 class TavDocument;
+class TavFindTableViewDataSource;
 class TavPropertiesOutlineView;
 class TavPropertiesOutlineViewDataSource;
 class TavRegistryOutlineItem;
@@ -69,8 +77,28 @@ public:
     bool showNumPaths() const { return showNumPaths_; }
     bool showTerminatedObjects() const { return showTerminatedObjects_; }
 
-    // Searching. Without a search nothing is found and the set is empty.
+    // Searching. Without a search there is no set; the entries in it are kept while it lasts.
     const std::optional<EntrySet> &foundObjects() const { return foundObjects_; }
+    const QString &findQuery() const { return findQuery_; } // null: no search
+    FindOptions findOptions() const { return findOptions_; }
+    void beginFind();
+    void find(); // what the field says
+    void findWithString(const QString &text);
+    void findObjectsMatching(QString query);
+    void findStep();
+    void findNext();
+    void findPrev();
+    void findNextInAnyPlane();
+    void findPrevInAnyPlane();
+    void findNext(bool forward, bool inPlane, bool mustAdvance);
+    std::optional<TavRegistryEntryPath> nextFindPathInPlane(bool samePlane, bool mustAdvance) const;
+    std::optional<TavRegistryEntryPath> prevFindPathInPlane(bool samePlane, bool mustAdvance) const;
+    void loadDefaultFindOptions();
+    void findOptionsChanged();
+    void resetFindOptions();
+    void filteredFindChanged();
+    void toggleFindOptionsDrawer();
+    void toggleFindOptionsDrawerButtonClicked();
     FindState findStateForRegistryEntry(const TavRegistryEntry &entry) const;
     bool filterFindResults() const; // whether only what was found is to be shown
     bool isFiltering() const { return filterFindResults() || !showTerminatedObjects_; }
@@ -179,6 +207,16 @@ private:
     void setUpFormats();
     void setUpViews();
     void setUpBrowser();
+    void setUpFind();
+    void setFindShortcuts();
+    std::array<std::pair<FindOption, QCheckBox *>, 8> findCheckboxes() const;
+    void updateFindStepper();
+    void endSearch();
+    bool drawerIsOpen() const;
+    void openDrawer();
+    void closeDrawer();
+    void drawerVisibilityChanged();
+    TavRegistryEntryPath findStartingPath() const;
     TavRegistryEntryPath selectEntryPathInBrowser(const TavRegistryEntryPath &path,
                                                   bool scrollToVisible);
     void scrollBrowserToPath(int selectedColumns, bool isWholePath);
@@ -235,10 +273,13 @@ private:
     QString findQuery_; // null: no search
     std::optional<EntrySet> foundObjects_;
     QHash<QString, EntrySet> parentsOfFoundObjectsInPlanes_;
+    std::unique_ptr<FoundEntryPaths> foundEntryPaths_; // null: no search
+    FindOptions findOptions_ = FindOption::Name;
 
     std::unique_ptr<TavRegistryOutlineViewDataSource> outlineDataSource_;
     std::unique_ptr<TavPropertiesOutlineViewDataSource> propertiesDataSource_;
     std::unique_ptr<TavBrowserDelegate> browserDelegate_;
+    std::unique_ptr<TavFindTableViewDataSource> findDataSource_;
     std::unique_ptr<QMainWindow> window_; // goes first: its views use what is above
     std::unique_ptr<PlaneMenu> planeMenu_;
     std::unique_ptr<SplitViewAutosave> splitViewAutosave_;
@@ -249,7 +290,8 @@ private:
     QHash<QAction *, const MenuCommand *> commandsOfItems_;
     QComboBox *planeListButton_ = nullptr;
     SegmentedControl *viewStyleControl_ = nullptr;
-    QLineEdit *findField_ = nullptr;
+    SearchField *findField_ = nullptr;
+    Stepper *findStepper_ = nullptr;
     QComboBox *entryPathsButton_ = nullptr;
     FactField *objectNameField_ = nullptr;
     FactField *objectInheritanceField_ = nullptr;
@@ -265,7 +307,19 @@ private:
     ColumnBrowser *registryBrowser_ = nullptr;
     TavRegistryOutlineView *registryOutlineView_ = nullptr;
     TavPropertiesOutlineView *propertiesOutlineView_ = nullptr;
+    QToolButton *findOptionsDrawerButton_ = nullptr;
+    QDockWidget *findOptionsDrawer_ = nullptr;
     QCheckBox *filteredFindCheckbox_ = nullptr;
+    QCheckBox *findNameCheckbox_ = nullptr;
+    QCheckBox *findClassCheckbox_ = nullptr;
+    QCheckBox *findInheritanceCheckbox_ = nullptr;
+    QCheckBox *findBundleIDCheckbox_ = nullptr;
+    QCheckBox *findKeysCheckbox_ = nullptr;
+    QCheckBox *findValuesCheckbox_ = nullptr;
+    QCheckBox *findKeyValueCheckbox_ = nullptr;
+    QCheckBox *findSpecialCheckbox_ = nullptr;
+    QLineEdit *findPreviewField_ = nullptr;
+    QTableView *findTableView_ = nullptr;
     QDialog *goToPathSheet_ = nullptr; // the sheets are loaded on first use
     QLineEdit *goToPathField_ = nullptr;
     QPushButton *goToPathCancelButton_ = nullptr;

@@ -58,6 +58,20 @@ std::span<const MenuCommand> TavWindowController::menuCommands()
         {"revealSelectionBundleInNavroAction", &Window::revealSelectionBundleInNavro,
          [](const Window &w) { return w.hasBundlePath(); }},
 
+        {"beginFindAction", &Window::beginFind},
+        {"findNextAction", &Window::findNext,
+         [](const Window &w) { return w.nextFindPathInPlane(true, true).has_value(); }},
+        {"findPrevAction", &Window::findPrev,
+         [](const Window &w) { return w.prevFindPathInPlane(true, true).has_value(); }},
+        {"findNextInAnyPlaneAction", &Window::findNextInAnyPlane,
+         [](const Window &w) { return w.nextFindPathInPlane(false, true).has_value(); }},
+        {"findPrevInAnyPlaneAction", &Window::findPrevInAnyPlane,
+         [](const Window &w) { return w.prevFindPathInPlane(false, true).has_value(); }},
+        {"toggleFindOptionsDrawerAction", &Window::toggleFindOptionsDrawer, always,
+         [](const Window &w) {
+             return w.drawerIsOpen() ? tr("Hide Find &Options") : tr("Show Find &Options");
+         }},
+
         {"updateAction", &Window::update, isLive},
         {"updateSelectedObjectAction", &Window::updateSelectedObject,
          [](const Window &w) { return isLive(w) && isSelected(w); }},

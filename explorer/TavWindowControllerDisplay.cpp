@@ -1,6 +1,7 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/DateText.h"
 #include "explorer/SelectionHistory.h"
+#include "explorer/TavFindTableViewDataSource.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
@@ -135,6 +136,8 @@ void TavWindowController::refreshDisplay()
         if (item && item.get() != rootOutlineItem())
             item->rereadChildren();
     }
+    if (!findQuery_.isNull())
+        findObjectsMatching(findQuery_);
     registryOutlineView_->reloadData(TavRegistryOutlineItem::Reread::All);
     if (!browserIsVisible())
         registryBrowser_->reloadColumn(0); // so that it holds no entries that have gone
@@ -169,6 +172,7 @@ void TavWindowController::noteDataStoreObjectsTerminated()
 {
     registryOutlineView_->reloadData();
     registryBrowser_->redisplay();
+    findDataSource_->redisplay();
     updateStatusBar();
     validateActions();
 }

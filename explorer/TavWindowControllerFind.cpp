@@ -1,7 +1,13 @@
-#include "explorer/TavRegistryOutlineItem.h"
+// Running a search, and what it makes of the entries.
+#include "explorer/FoundEntryPaths.h"
+#include "explorer/TavFindTableViewDataSource.h"
+#include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
-
-#include <QCheckBox>
+#include "platform/SystemBeep.h"
+#include "platform/desktop/ColumnBrowser.h"
+#include "platform/desktop/SearchField.h"
+#include "platform/desktop/Stepper.h"
+#include "store/TavDataStore.h"
 
 FindState TavWindowController::findStateForRegistryEntry(const TavRegistryEntry &entry) const
 {
@@ -16,35 +22,56 @@ FindState TavWindowController::findStateForRegistryEntry(const TavRegistryEntry 
                : FindStateNotMatching;
 }
 
-bool TavWindowController::filterFindResults() const
+void TavWindowController::beginFind()
 {
-    return filteredFindCheckbox_ && filteredFindCheckbox_->isChecked();
+    if (!findField_->isEnabled()) {
+        SystemBeep::beep();
+        return;
+    }
+    findField_->selectAll();
+    findField_->setFocus(Qt::ShortcutFocusReason);
 }
 
-// Hiding what has terminated hides what a search leaves out as well, whether or not that is asked
-// for by itself.
-bool TavWindowController::passesFilter(const TavRegistryEntry &entry) const
+void TavWindowController::find()
 {
-    if (!isFiltering())
-        return true;
-    return findStateForRegistryEntry(entry) != FindStateNotMatching &&
-           (showTerminatedObjects_ || entry.dateTerminated().isNull());
+    findField_->cancelPendingSearch();
+    findWithString(findField_->text());
 }
 
-EntryList::Entries
-TavWindowController::filterRegistryEntries(const EntryList::Entries &entries) const
+void TavWindowController::findWithString(const QString &text)
 {
-    EntryList::Entries kept;
-    std::copy_if(entries.begin(), entries.end(), std::back_inserter(kept),
-                 [this](const TavRegistryEntry *entry) { return passesFilter(*entry); });
-    return kept;
+    const std::optional<TavRegistryEntryPath> selected = selectedEntryPath_;
+    findObjectsMatching(text);
+    registryOutlineView_->reloadData();
+    registryBrowser_->reloadColumn(0);
+    if (foundObjects_)
+        findNext(true, true, false);
+    else
+        goToEntryPath(selected, true, true);
 }
 
-std::vector<TavRegistryOutlineItem *>
-TavWindowController::filterRegistryOutlineItems(std::vector<TavRegistryOutlineItem *> items) const
+// Takes a copy of the query, which may be the one that is kept.
+void TavWindowController::findObjectsMatching(QString query)
 {
-    std::erase_if(items, [this](const TavRegistryOutlineItem *item) {
-        return !passesFilter(*item->registryEntry());
-    });
-    return items;
+    endSearch();
+    if (!query.isEmpty() && findOptions_) {
+        findQuery_ = std::move(query);
+        foundObjects_.emplace();
+        dataStore_->runQuery(findQuery_, findOptions_, &*foundObjects_,
+                             &parentsOfFoundObjectsInPlanes_);
+        foundEntryPaths_ =
+            std::make_unique<FoundEntryPaths>(*foundObjects_, dataStore_->registryPlanes());
+        updateFindStepper();
+    }
+    findDataSource_->reloadData();
+    validateActions();
+}
+
+void TavWindowController::endSearch()
+{
+    findStepper_->setEnabled(false);
+    foundObjects_.reset();
+    parentsOfFoundObjectsInPlanes_.clear();
+    foundEntryPaths_.reset();
+    findQuery_ = QString();
 }

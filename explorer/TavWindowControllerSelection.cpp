@@ -40,6 +40,7 @@ void TavWindowController::setRegistryPlane(const QString &plane, bool updatePopu
             planeListButton_->addItem(plane);
         planeListButton_->setCurrentIndex(planeListButton_->findText(plane));
     }
+    updateFindStepper();
     registryBrowser_->reloadColumn(0);
     registryOutlineView_->reloadData();
 }

@@ -27,6 +27,7 @@ void TavWindowController::connectActions()
     }
     InterfaceLoader::outlet<QAction>(*window_, "updateAction")
         ->setShortcuts({QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)});
+    setFindShortcuts();
     for (QAction *menu : window_->menuBar()->actions()) {
         menu->setVisible(!menu->menu()->isEmpty());
         // Another window of the document may have changed what the commands tell.

@@ -3,13 +3,13 @@
 #include "explorer/TavWindowController.h"
 #include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/desktop/SearchField.h"
 #include "platform/desktop/SegmentedControl.h"
 #include "platform/desktop/SplitViewAutosave.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QLayout>
-#include <QLineEdit>
 #include <QMainWindow>
 #include <QSplitter>
 #include <QStackedWidget>

@@ -1,0 +1,150 @@
+#include "explorer/FoundPathsInPlane.h"
+
+#include <limits>
+
+namespace {
+constexpr auto noPosition = std::numeric_limits<std::size_t>::max();
+
+// A document can be made in which the ways to an entry are past counting; nobody steps through
+// that many.
+constexpr std::size_t mostPositions = 4'000'000;
+} // namespace
+
+// Climbs from what was found to the tops, and walks down again in the order of the paths: each
+// before those that lead on from it, siblings in the plane's order.
+class FoundPathsInPlane::Builder
+{
+public:
+    explicit Builder(FoundPathsInPlane &paths)
+        : paths_(paths)
+    {}
+
+    void build(const std::vector<EntryRef> &found)
+    {
+        climb(found);
+        TavRegistryEntry::sortForPlane(tops_, paths_.plane_);
+        for (Stage &stage : stages_)
+            TavRegistryEntry::sortForPlane(stage.below, paths_.plane_);
+        for (TavRegistryEntry *top : tops_)
+            walk(top);
+    }
+
+private:
+    struct Stage
+    {
+        TavRegistryEntry *entry;
+        EntryList::Entries below; // that lead to what was found
+        bool isFound = false;
+        bool isOnWay = false;
+    };
+    struct Step
+    {
+        std::size_t stage;
+        std::size_t position;
+        std::size_t next;
+    };
+
+    std::size_t stageOf(TavRegistryEntry *entry)
+    {
+        const auto known = numbers_.constFind(entry);
+        if (known != numbers_.constEnd())
+            return *known;
+        numbers_.insert(entry, stages_.size());
+        stages_.push_back({entry, {}});
+        paths_.kept_.push_back(entry->shared_from_this());
+        return stages_.size() - 1;
+    }
+
+    void climb(const std::vector<EntryRef> &found)
+    {
+        for (const EntryRef &entry : found) {
+            if (!entry->parentsInPlane(paths_.plane_).empty())
+                stages_[stageOf(entry.get())].isFound = true;
+        }
+        // It grows on the way.
+        for (std::size_t stage = 0; stage < stages_.size(); ++stage) {
+            TavRegistryEntry *const entry = stages_[stage].entry;
+            if (entry->numParents() == 0)
+                tops_.push_back(entry);
+            for (TavRegistryEntry *parent : entry->parentsInPlane(paths_.plane_))
+                stages_[stageOf(parent)].below.push_back(entry);
+        }
+    }
+
+    void walk(TavRegistryEntry *top)
+    {
+        enter(top, noPosition);
+        while (!steps_.empty()) {
+            Step &step = steps_.back();
+            Stage &stage = stages_[step.stage];
+            if (step.next == stage.below.size() || paths_.positions_.size() >= mostPositions) {
+                stage.isOnWay = false;
+                steps_.pop_back();
+            } else {
+                enter(stage.below[step.next++], step.position);
+            }
+        }
+    }
+
+    // Entries re-read one by one can disagree about who is above whom: a way that comes back to
+    // itself is left.
+    void enter(TavRegistryEntry *entry, std::size_t parent)
+    {
+        const std::size_t number = numbers_[entry];
+        Stage &stage = stages_[number];
+        if (stage.isOnWay)
+            return;
+        stage.isOnWay = true;
+        const std::size_t position = paths_.positions_.size();
+        paths_.positions_.push_back({entry, parent});
+        if (stage.isFound)
+            paths_.found_.push_back(position);
+        steps_.push_back({number, position, 0});
+    }
+
+    FoundPathsInPlane &paths_;
+    QHash<const TavRegistryEntry *, std::size_t> numbers_;
+    std::vector<Stage> stages_;
+    EntryList::Entries tops_;
+    std::vector<Step> steps_;
+};
+
+FoundPathsInPlane::FoundPathsInPlane(const QString &plane, const std::vector<EntryRef> &found)
+    : plane_(plane)
+{
+    Builder(*this).build(found);
+}
+
+TavRegistryEntryPath FoundPathsInPlane::at(std::size_t index) const
+{
+    std::vector<EntryRef> entries;
+    for (std::size_t at = found_[index]; at != noPosition; at = positions_[at].parent)
+        entries.push_back(positions_[at].entry->shared_from_this());
+    std::reverse(entries.begin(), entries.end());
+    return TavRegistryEntryPath(plane_, std::move(entries));
+}
+
+template<class IsBefore>
+std::size_t FoundPathsInPlane::countWhile(IsBefore isBefore) const
+{
+    std::size_t first = 0;
+    std::size_t last = size();
+    while (first < last) {
+        const std::size_t middle = first + (last - first) / 2;
+        if (isBefore(at(middle)))
+            first = middle + 1;
+        else
+            last = middle;
+    }
+    return first;
+}
+
+std::size_t FoundPathsInPlane::countBefore(const TavRegistryEntryPath &path) const
+{
+    return countWhile([&](const auto &found) { return path.compareToEntryPath(found) > 0; });
+}
+
+std::size_t FoundPathsInPlane::countNotAfter(const TavRegistryEntryPath &path) const
+{
+    return countWhile([&](const auto &found) { return path.compareToEntryPath(found) >= 0; });
+}

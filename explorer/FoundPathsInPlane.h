@@ -1,0 +1,34 @@
+#pragma once
+
+#include "model/TavRegistryEntryPath.h"
+
+// Every path in one plane of the entries that a search found, in order. They are told by their last
+// steps, for there may be many more of them than entries. The entries are kept.
+class FoundPathsInPlane
+{
+public:
+    FoundPathsInPlane(const QString &plane, const std::vector<EntryRef> &found);
+
+    std::size_t size() const { return found_.size(); }
+    bool isEmpty() const { return found_.empty(); }
+    TavRegistryEntryPath at(std::size_t index) const;
+    // How many come before the path, which is one of this plane; or are equal to it.
+    std::size_t countBefore(const TavRegistryEntryPath &path) const;
+    std::size_t countNotAfter(const TavRegistryEntryPath &path) const;
+
+private:
+    class Builder;
+    struct Position // of an entry on the way to what was found
+    {
+        TavRegistryEntry *entry;
+        std::size_t parent;
+    };
+
+    template<class IsBefore>
+    std::size_t countWhile(IsBefore isBefore) const;
+
+    QString plane_;
+    std::vector<Position> positions_;
+    std::vector<std::size_t> found_; // positions
+    std::vector<EntryRef> kept_;
+};

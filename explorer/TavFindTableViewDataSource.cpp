@@ -1,0 +1,226 @@
+#include "explorer/TavFindTableViewDataSource.h"
+
+#include "display/TavPropertyOutlineItem.h"
+#include "display/views/TavFormatController.h"
+#include "explorer/EntryTextStyle.h"
+#include "explorer/TavWindowController.h"
+#include "platform/SystemBeep.h"
+#include "platform/desktop/OutlineRowDelegate.h"
+#include "platform/desktop/PlainToolTip.h"
+#include "platform/desktop/VisibleText.h"
+#include "store/TavDataStore.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QTableView>
+
+namespace {
+QString textOf(const RegistryValue &value)
+{
+    return value.type() == RegistryValue::Type::Number ? QString::number(value.numberBits())
+                                                       : value.toString();
+}
+} // namespace
+
+TavFindTableViewDataSource::TavFindTableViewDataSource(TavWindowController &windowController,
+                                                       QTableView &findTableView,
+                                                       QLineEdit &findPreviewField,
+                                                       QLabel &findNumMatchedField)
+    : windowController_(windowController)
+    , findTableView_(findTableView)
+    , findPreviewField_(findPreviewField)
+    , findNumMatchedField_(findNumMatchedField)
+{
+    setUpTable();
+    connect(&findPreviewField_, &QLineEdit::textChanged, this,
+            &TavFindTableViewDataSource::findPreviewChanged);
+    connect(findTableView_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (!isReloading_)
+            findPreviewSelected();
+    });
+    connect(&findTableView_, &QTableView::activated, this,
+            &TavFindTableViewDataSource::findPreviewSelected);
+    numberOfRowsInTableView();
+}
+
+void TavFindTableViewDataSource::setUpTable()
+{
+    findTableView_.setModel(this);
+    auto *const delegate = new OutlineRowDelegate(&findTableView_);
+    findTableView_.setItemDelegate(delegate);
+    findTableView_.setSelectionBehavior(QAbstractItemView::SelectRows);
+    findTableView_.setSelectionMode(QAbstractItemView::SingleSelection);
+    findTableView_.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    findTableView_.setTabKeyNavigation(false);
+    findTableView_.setShowGrid(false);
+    findTableView_.setWordWrap(false);
+    findTableView_.verticalHeader()->hide();
+    findTableView_.verticalHeader()->setDefaultSectionSize(findTableView_.fontMetrics().height() +
+                                                           2 * OutlineRowDelegate::verticalMargin);
+    QHeaderView &header = *findTableView_.horizontalHeader();
+    header.setStretchLastSection(true);
+    header.setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    header.setHighlightSections(false);
+    header.resizeSection(NameColumn, findTableView_.fontMetrics().averageCharWidth() * 20);
+}
+
+int TavFindTableViewDataSource::numberOfRowsInTableView()
+{
+    const auto &found = windowController_.foundObjects();
+    const auto count = found ? found->size() : 0;
+    findNumMatchedField_.setText(!found       ? tr("No search")
+                                 : count == 1 ? tr("%1 object matches").arg(count)
+                                              : tr("%1 objects match").arg(count));
+    return static_cast<int>(count);
+}
+
+void TavFindTableViewDataSource::reloadData()
+{
+    const QScopedValueRollback reloading(isReloading_, true);
+    const EntryRef selected = entryAtIndex(selectedRow());
+    const int scrolled = findTableView_.verticalScrollBar()->value();
+    beginResetModel();
+    sorted_.clear();
+    rows_ = numberOfRowsInTableView();
+    endResetModel();
+    if (selected)
+        restoreSelection(selected, scrolled);
+}
+
+void TavFindTableViewDataSource::restoreSelection(const EntryRef &entry, int scrolled)
+{
+    entryAtIndex(0);
+    const auto found = std::find(sorted_.begin(), sorted_.end(), entry);
+    if (found == sorted_.end())
+        return;
+    const QModelIndex row = index(static_cast<int>(found - sorted_.begin()), NameColumn);
+    findTableView_.selectionModel()->setCurrentIndex(row, QItemSelectionModel::ClearAndSelect |
+                                                              QItemSelectionModel::Rows);
+    findTableView_.verticalScrollBar()->setValue(scrolled);
+    findTableView_.scrollTo(row);
+}
+
+void TavFindTableViewDataSource::redisplay()
+{
+    findTableView_.viewport()->update();
+}
+
+EntryRef TavFindTableViewDataSource::entryAtIndex(int row) const
+{
+    if (row < 0 || row >= rows_)
+        return nullptr;
+    if (sorted_.empty() && windowController_.foundObjects()) {
+        const auto &found = *windowController_.foundObjects();
+        for (TavRegistryEntry *entry :
+             TavRegistryEntry::sortedArrayForPlane({found.begin(), found.end()}, QString()))
+            sorted_.push_back(entry->shared_from_this());
+    }
+    const auto index = static_cast<std::size_t>(row);
+    return index < sorted_.size() ? sorted_[index] : nullptr;
+}
+
+QVariant TavFindTableViewDataSource::objectValueForTableColumn(int column, int row) const
+{
+    const EntryRef entry = entryAtIndex(row);
+    if (!entry)
+        return {};
+    return column == NameColumn ? entry->nameInPlane(QString()) : previewOf(*entry);
+}
+
+QString TavFindTableViewDataSource::previewOf(const TavRegistryEntry &entry) const
+{
+    const QString key = findPreviewField_.text();
+    if (key.isEmpty())
+        return {};
+    TavRegistryProperty *const property =
+        entry.properties() ? entry.properties()->childWithName(key) : nullptr;
+    if (!property)
+        return textOf(entry.valueForSpecialProperty(key));
+    auto *const item = dynamic_cast<TavPropertyOutlineItem *>(property);
+    return item ? item->displayValue().text() : QString();
+}
+
+void TavFindTableViewDataSource::findPreviewChanged()
+{
+    Q_EMIT headerDataChanged(Qt::Horizontal, PropertyColumn, PropertyColumn);
+    if (rows_ > 0)
+        Q_EMIT dataChanged(index(0, PropertyColumn), index(rows_ - 1, PropertyColumn));
+}
+
+int TavFindTableViewDataSource::selectedRow() const
+{
+    const QModelIndexList rows = findTableView_.selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+void TavFindTableViewDataSource::findPreviewSelected()
+{
+    const EntryRef entry = entryAtIndex(selectedRow());
+    if (!entry)
+        return;
+    auto path = entry->entryPathInPlane(windowController_.registryPlane(), 0);
+    for (const QString &plane : windowController_.dataStore()->registryPlanes()) {
+        if (!path)
+            path = entry->entryPathInPlane(plane, 0);
+    }
+    if (path)
+        windowController_.goToEntryPath(path, true, true);
+    else
+        SystemBeep::beep();
+}
+
+int TavFindTableViewDataSource::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : rows_;
+}
+
+int TavFindTableViewDataSource::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant TavFindTableViewDataSource::headerData(int section, Qt::Orientation orientation,
+                                                int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    if (section == NameColumn)
+        return tr("Name");
+    const QString key = findPreviewField_.text();
+    return key.isEmpty() ? tr("Property") : visibleText(key);
+}
+
+QVariant TavFindTableViewDataSource::data(const QModelIndex &index, int role) const
+{
+    const EntryRef entry = entryAtIndex(index.row());
+    if (!entry)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return objectValueForTableColumn(index.column(), index.row());
+    case Qt::FontRole:
+    case Qt::ForegroundRole:
+        return index.column() == NameColumn ? styleOf(*entry, role) : QVariant();
+    case Qt::ToolTipRole:
+        return plainToolTip(index.column() == NameColumn
+                                ? windowController_.toolTipForRegistryEntry(*entry)
+                                : previewOf(*entry));
+    case Qt::AccessibleTextRole:
+        return index.column() == NameColumn
+                   ? windowController_.accessibleNameForEntry(*entry, entry->nameInPlane(QString()))
+                   : previewOf(*entry);
+    default:
+        return {};
+    }
+}
+
+QVariant TavFindTableViewDataSource::styleOf(const TavRegistryEntry &entry, int role) const
+{
+    const auto &attributes = TavFormatController::textAttributesForRegistryState(
+        entry.registryState(), FindStateNone, entry.isRegistryRoot());
+    return role == Qt::FontRole ? EntryTextStyle::font(attributes)
+                                : EntryTextStyle::color(attributes);
+}

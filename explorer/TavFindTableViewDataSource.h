@@ -1,0 +1,52 @@
+#pragma once
+
+#include "model/TavRegistryEntry.h"
+
+#include <QAbstractTableModel>
+
+class QLabel;
+class QLineEdit;
+class QTableView;
+class TavWindowController;
+
+// The entries that a search has found, by name, with the value of a chosen property beside them.
+// They are sorted when a row is first asked for.
+class TavFindTableViewDataSource : public QAbstractTableModel
+{
+    Q_OBJECT
+public:
+    enum Column { NameColumn, PropertyColumn, ColumnCount };
+
+    // All must outlive the use of this by the table.
+    TavFindTableViewDataSource(TavWindowController &windowController, QTableView &findTableView,
+                               QLineEdit &findPreviewField, QLabel &findNumMatchedField);
+
+    void reloadData(); // keeps the row of the selected entry selected and in its place
+    void redisplay();
+
+    int numberOfRowsInTableView();        // and tells it in words
+    EntryRef entryAtIndex(int row) const; // null where there is none
+    QVariant objectValueForTableColumn(int column, int row) const;
+    void findPreviewChanged();
+    void findPreviewSelected(); // goes to the entry of the selected row
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+
+private:
+    void setUpTable();
+    int selectedRow() const; // -1 for none
+    void restoreSelection(const EntryRef &entry, int scrolled);
+    QString previewOf(const TavRegistryEntry &entry) const;
+    QVariant styleOf(const TavRegistryEntry &entry, int role) const;
+
+    TavWindowController &windowController_;
+    QTableView &findTableView_;
+    QLineEdit &findPreviewField_;
+    QLabel &findNumMatchedField_;
+    int rows_ = 0;
+    mutable std::vector<EntryRef> sorted_; // empty until a row is asked for
+    bool isReloading_ = false;
+};

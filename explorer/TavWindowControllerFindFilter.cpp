@@ -1,0 +1,50 @@
+// What a search leaves to be shown.
+#include "explorer/TavFindTableViewDataSource.h"
+#include "explorer/TavRegistryOutlineItem.h"
+#include "explorer/TavRegistryOutlineView.h"
+#include "explorer/TavWindowController.h"
+#include "platform/desktop/ColumnBrowser.h"
+
+#include <QCheckBox>
+
+bool TavWindowController::filterFindResults() const
+{
+    return filteredFindCheckbox_->isChecked();
+}
+
+// Hiding what has terminated hides what a search leaves out as well, whether or not that is asked
+// for by itself.
+bool TavWindowController::passesFilter(const TavRegistryEntry &entry) const
+{
+    if (!isFiltering())
+        return true;
+    return findStateForRegistryEntry(entry) != FindStateNotMatching &&
+           (showTerminatedObjects_ || entry.dateTerminated().isNull());
+}
+
+EntryList::Entries
+TavWindowController::filterRegistryEntries(const EntryList::Entries &entries) const
+{
+    EntryList::Entries kept;
+    std::copy_if(entries.begin(), entries.end(), std::back_inserter(kept),
+                 [this](const TavRegistryEntry *entry) { return passesFilter(*entry); });
+    return kept;
+}
+
+std::vector<TavRegistryOutlineItem *>
+TavWindowController::filterRegistryOutlineItems(std::vector<TavRegistryOutlineItem *> items) const
+{
+    std::erase_if(items, [this](const TavRegistryOutlineItem *item) {
+        return !passesFilter(*item->registryEntry());
+    });
+    return items;
+}
+
+void TavWindowController::filteredFindChanged()
+{
+    const std::optional<TavRegistryEntryPath> selected = selectedEntryPath_;
+    registryOutlineView_->reloadData();
+    registryBrowser_->reloadColumn(0);
+    findDataSource_->reloadData();
+    goToEntryPath(selected, true, true);
+}

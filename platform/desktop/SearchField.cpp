@@ -1,0 +1,29 @@
+#include "platform/desktop/SearchField.h"
+
+#include <QKeyEvent>
+
+namespace {
+constexpr int typingPause = 150; // milliseconds
+} // namespace
+
+SearchField::SearchField(QWidget *parent)
+    : QLineEdit(parent)
+{
+    delay_.setSingleShot(true);
+    delay_.setInterval(typingPause);
+    connect(this, &QLineEdit::textChanged, &delay_, qOverload<>(&QTimer::start));
+    connect(&delay_, &QTimer::timeout, this, &SearchField::searchRequested);
+    connect(this, &QLineEdit::returnPressed, this, &SearchField::searchRequested);
+}
+
+void SearchField::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Escape) {
+        QLineEdit::keyPressEvent(event);
+        return;
+    }
+    clear();
+    cancelPendingSearch();
+    event->accept();
+    Q_EMIT cancelled();
+}
