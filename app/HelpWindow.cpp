@@ -1,8 +1,13 @@
 #include "app/HelpWindow.h"
 
 #include <QFile>
+#include <QImage>
 #include <QShortcut>
 #include <QTextTable>
+
+namespace {
+constexpr int textWidth = 680; // of the window as it opens, without its margins
+}
 
 HelpWindow::HelpWindow()
 {
@@ -11,7 +16,8 @@ HelpWindow::HelpWindow()
     setAccessibleName(windowTitle());
     setOpenExternalLinks(true);
     document()->setDocumentMargin(16);
-    resize(720, 640);
+    setSearchPaths({QStringLiteral(":/docs")});
+    resize(textWidth + 60, 720);
     QFile guide(QStringLiteral(":/docs/guide.md"));
     if (guide.open(QIODevice::ReadOnly))
         setMarkdown(QString::fromUtf8(guide.readAll()));
@@ -33,4 +39,18 @@ void HelpWindow::showHelp()
     show();
     raise();
     activateWindow();
+}
+
+// Pictures of windows are wider than the text.
+QVariant HelpWindow::loadResource(int type, const QUrl &name)
+{
+    const QVariant resource = QTextBrowser::loadResource(type, name);
+    if (type != QTextDocument::ImageResource)
+        return resource;
+    QImage image = QImage::fromData(resource.toByteArray());
+    const auto width = static_cast<int>(textWidth * devicePixelRatioF());
+    if (image.width() > width)
+        image = image.scaledToWidth(width, Qt::SmoothTransformation);
+    image.setDevicePixelRatio(devicePixelRatioF());
+    return image;
 }

@@ -9,4 +9,7 @@ class HelpWindow : public QTextBrowser
 public:
     HelpWindow();
     void showHelp();
+
+protected:
+    QVariant loadResource(int type, const QUrl &name) override;
 };
