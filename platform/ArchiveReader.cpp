@@ -12,8 +12,8 @@ ArchiveReader::ArchiveReader(const QByteArray &bytes)
     // About what a large archive needs, so that growing does not copy it again and again.
     const auto size = static_cast<std::size_t>(bytes_.size());
     table_.fields.reserve(size / 4);
-    table_.elements.reserve(size / 24);
-    table_.objects.reserve(size / 40);
+    table_.elements.reserve(size / 16);
+    table_.objects.reserve(size / 32);
 }
 
 bool ArchiveReader::read(ArchiveTable &table)
@@ -32,8 +32,9 @@ bool ArchiveReader::readHeader()
     if (!input_.cbor.isTag() || input_.cbor.toTag() != QCborTag(QCborKnownTags::Signature) ||
         !input_.next() || !input_.enter() || !input_.readText(name) || name != ArchiveFormat::name)
         return input_.fail("this is no archive");
-    if (!input_.cbor.isUnsignedInteger() ||
-        input_.cbor.toUnsignedInteger() != ArchiveFormat::version)
+    const quint64 version = input_.cbor.isUnsignedInteger() ? input_.cbor.toUnsignedInteger() : 0;
+    isOfNewerFormat_ = version > ArchiveFormat::version;
+    if (version != ArchiveFormat::version)
         return input_.fail("the version of the archive's format is unknown");
     return input_.next();
 }

@@ -10,6 +10,8 @@ public:
     explicit ArchiveReader(const QByteArray &bytes);
 
     bool read(ArchiveTable &table); // the table is of use only when that succeeds
+    // Whether reading failed because a later version of this program may be able to.
+    bool isOfNewerFormat() const { return isOfNewerFormat_; }
     const QString &errorString() const { return input_.errorString(); }
 
 private:
@@ -26,4 +28,5 @@ private:
     ArchiveInput input_;
     ArchiveTable table_;
     ArchiveValueReader values_;
+    bool isOfNewerFormat_ = false;
 };

@@ -7,6 +7,7 @@ KeyedUnarchiver::KeyedUnarchiver(const QByteArray &bytes)
     ArchiveReader reader(bytes);
     if (!reader.read(table_))
         fail(reader.errorString(), {});
+    isOfNewerFormat_ = reader.isOfNewerFormat();
 }
 
 ArchivedObject KeyedUnarchiver::object(ArchiveReference reference)

@@ -22,6 +22,8 @@ public:
 
     // No object when the bytes are no sound archive.
     std::size_t objectCount() const { return table_.objects.size(); }
+    // Whether the bytes are no sound archive for being in a later version of the format.
+    bool isOfNewerFormat() const { return isOfNewerFormat_; }
     static constexpr ArchiveReference root{0};
     ArchivedObject object(ArchiveReference reference);
 
@@ -33,4 +35,5 @@ private:
 
     ArchiveTable table_;
     std::optional<ArchiveError> error_;
+    bool isOfNewerFormat_ = false;
 };

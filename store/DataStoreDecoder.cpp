@@ -10,6 +10,8 @@ using Key = DataStoreKey;
 std::unique_ptr<TavDataStore> DataStoreDecoder::decode(const QByteArray &bytes)
 {
     KeyedUnarchiver unarchiver(bytes);
+    if (unarchiver.isOfNewerFormat())
+        throw TavNewUnsupportedFileVersionException();
     if (unarchiver.objectCount() == 0) {
         logUnableToDecode("the archive", unarchiver);
         return nullptr;

@@ -79,9 +79,9 @@ TEST(DataStoreDecoder, ThrowsForOtherVersions)
         "The file is stored in an old version that this version of the application cannot open.");
     const QString newer = QStringLiteral(
         "The file is stored in an newer version that this version of the application cannot open.");
-    const auto reasonOf = [&]() -> QString {
+    const auto reasonOf = [](const QByteArray &bytes) -> QString {
         try {
-            DataStoreDecoder::decode(sketch.bytes());
+            DataStoreDecoder::decode(bytes);
         } catch (const TavOldUnsupportedFileVersionException &exception) {
             return exception.reason();
         } catch (const TavNewUnsupportedFileVersionException &exception) {
@@ -93,10 +93,17 @@ TEST(DataStoreDecoder, ThrowsForOtherVersions)
         {0, old}, {1, {}}, {2, {}}, {3, newer}, {std::numeric_limits<qint64>::max(), newer}};
     for (const auto &[version, reason] : versions) {
         store.set(L1("dataStoreVersion"), version);
-        EXPECT_EQ(reasonOf(), reason) << version;
+        EXPECT_EQ(reasonOf(sketch.bytes()), reason) << version;
     }
     store.remove(L1("dataStoreVersion"));
-    EXPECT_EQ(reasonOf(), old);
+    EXPECT_EQ(reasonOf(sketch.bytes()), old);
+
+    // A container of a later version may look any way at all after its version.
+    const QByteArray head = QByteArray("\xd9\xd9\xf7\x9f\x6f") + "vandrel-archive";
+    EXPECT_EQ(reasonOf(head + '\x02'), newer);
+    EXPECT_EQ(reasonOf(head + "\x18\xff\xf6"), newer);
+    EXPECT_EQ(reasonOf(head + '\x00'), QString()) << "there was no earlier version";
+    EXPECT_EQ(reasonOf(head + "\x61\x32"), QString());
 }
 
 TEST(DataStoreDecoder, ReadsVersionOne)
