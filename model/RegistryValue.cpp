@@ -130,10 +130,10 @@ RegistryValue RegistryValue::set(Elements members)
     return list(Type::Set, std::move(members));
 }
 
-RegistryValue RegistryValue::string(const QString &text)
+RegistryValue RegistryValue::string(QString text)
 {
     RegistryValue value(Type::String);
-    const auto parts = CompactString(text).release();
+    const auto parts = CompactString(std::move(text)).release();
     value.text_ = parts.header;
     value.size_ = parts.size;
     return value;
@@ -155,10 +155,10 @@ RegistryValue RegistryValue::boolean(bool truth)
     return value;
 }
 
-RegistryValue RegistryValue::data(const QByteArray &bytes)
+RegistryValue RegistryValue::data(QByteArray bytes)
 {
     RegistryValue value(Type::Data);
-    const auto parts = CompactBytes(bytes).release();
+    const auto parts = CompactBytes(std::move(bytes)).release();
     value.bytes_ = parts.header;
     value.size_ = parts.size;
     return value;
@@ -216,13 +216,6 @@ qint64 RegistryValue::signedNumber() const
 bool RegistryValue::toBoolean() const
 {
     return type_ == Type::Boolean && bits_ != 0;
-}
-
-QStringView RegistryValue::stringView() const
-{
-    if (type_ != Type::String || !text_)
-        return {};
-    return QStringView(CompactString::startOf(text_), static_cast<qsizetype>(size_));
 }
 
 QByteArray RegistryValue::toData() const

@@ -37,12 +37,12 @@ public:
     static RegistryValue dictionary(Members members);
     static RegistryValue array(Elements elements);
     static RegistryValue set(Elements members);
-    static RegistryValue string(const QString &text);
+    static RegistryValue string(QString text);
     // Width is 1, 2, 4 or 8 bytes; bits above it are cut off. Whether the number may be negative
     // matters to comparing only: how it is shown is the display's affair.
     static RegistryValue number(quint64 bits, int width, bool isSigned = false);
     static RegistryValue boolean(bool truth);
-    static RegistryValue data(const QByteArray &bytes);
+    static RegistryValue data(QByteArray bytes);
     static RegistryValue date(const QDateTime &date); // to the millisecond, UTC
     static RegistryValue null();
 
@@ -54,7 +54,12 @@ public:
     const Members &members() const;
     std::span<const RegistryValue> elements() const;
     QString toString() const;
-    QStringView stringView() const; // the same without sharing it
+    QStringView stringView() const // the same without sharing it
+    {
+        return type_ == Type::String && text_
+                   ? QStringView(CompactString::startOf(text_), static_cast<qsizetype>(size_))
+                   : QStringView();
+    }
     int numberWidth() const { return type_ == Type::Number ? width_ : 0; }
     quint64 numberBits() const;  // zero-extended
     qint64 signedNumber() const; // sign-extended from its width

@@ -12,6 +12,9 @@ struct ArchiveTable
     {
         QByteArray name; // UTF-8
         bool isInteger;
+        // The name by which it was last asked for; names are constants, so that comparing where
+        // they lie mostly tells enough.
+        mutable const char *askedAs = nullptr;
     };
     struct Shape
     {

@@ -134,14 +134,18 @@ bool ArchivedObject::isAllowed(quint64 object, ArchiveClassNames classes) const
 std::optional<std::size_t> ArchivedObject::column(QLatin1String key) const
 {
     const auto &keys = shape_->keys;
-    const std::size_t start = nextColumn_;
-    for (; nextColumn_ < keys.size(); ++nextColumn_) {
-        if (isSame(keys[nextColumn_].name, key))
-            return nextColumn_++;
+    for (std::size_t i = nextColumn_; i < keys.size(); ++i) {
+        if (keys[i].askedAs == key.data()) {
+            nextColumn_ = i + 1;
+            return i;
+        }
     }
-    for (nextColumn_ = 0; nextColumn_ < start; ++nextColumn_) {
-        if (isSame(keys[nextColumn_].name, key))
-            return nextColumn_++;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (isSame(keys[i].name, key)) {
+            keys[i].askedAs = key.data();
+            nextColumn_ = i + 1;
+            return i;
+        }
     }
     return {};
 }

@@ -29,7 +29,8 @@ using ArchiveClassNames = std::span<const QLatin1String>;
 
 // One object of an archive, read by its keys. A key that the object lacks is absent, which is no
 // error; a value of a wrong kind or class is absent too, and an error of the unarchiver. Reading
-// keys in the order they were written is quickest. A light value; the unarchiver must outlive it.
+// keys in the order they were written is quickest. Keys must be literals, whose place tells them
+// apart. A light value; the unarchiver must outlive it.
 class ArchivedObject
 {
 public:

@@ -24,14 +24,13 @@ public:
 
     CompactArray() = default;
 
-    explicit CompactArray(const Owner &owner)
+    explicit CompactArray(Owner owner)
     {
         if (owner.isEmpty())
             return;
-        Owner shared = owner;
-        if (!sharesWhole(shared))
-            shared = Owner(owner.constData(), owner.size()); // a literal or a slice
-        Pointer &pointer = shared.data_ptr();
+        if (!sharesWhole(owner))
+            owner = Owner(owner.constData(), owner.size()); // a literal or a slice
+        Pointer &pointer = owner.data_ptr();
         header_ = pointer.d_ptr();
         size_ = static_cast<quint32>(pointer.size);
         header_->ref();

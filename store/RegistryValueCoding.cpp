@@ -25,16 +25,16 @@ ArchiveValue archiveValue(const RegistryValue &value)
     }
 }
 
-RegistryValue registryValue(const ArchiveValue &value)
+RegistryValue registryValue(ArchiveValue value)
 {
-    if (const auto *text = value.get<QString>())
-        return RegistryValue::string(*text);
+    if (auto *text = std::get_if<QString>(&value))
+        return RegistryValue::string(std::move(*text));
     if (const auto *number = value.get<ArchiveNumber>())
         return RegistryValue::number(number->bits, number->width, number->isSigned);
     if (const auto *truth = value.get<bool>())
         return RegistryValue::boolean(*truth);
-    if (const auto *data = value.get<QByteArray>())
-        return RegistryValue::data(*data);
+    if (auto *data = std::get_if<QByteArray>(&value))
+        return RegistryValue::data(std::move(*data));
     if (const auto *date = value.get<QDateTime>())
         return RegistryValue::date(*date);
     if (value.get<ArchiveNull>())
