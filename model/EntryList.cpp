@@ -22,6 +22,7 @@ void EntryList::add(TavRegistryEntry *entry)
 void EntryList::append(TavRegistryEntry *entry)
 {
     entries_.push_back(entry);
+    noteChange();
     if (index_)
         index_->insert(entry);
 }
@@ -29,5 +30,6 @@ void EntryList::append(TavRegistryEntry *entry)
 void EntryList::clear()
 {
     entries_.clear();
+    noteChange();
     index_.reset();
 }

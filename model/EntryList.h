@@ -12,6 +12,14 @@ class EntryList
 public:
     using Entries = std::vector<TavRegistryEntry *>;
 
+    EntryList() = default;
+    EntryList(EntryList &&) noexcept = default;
+    EntryList &operator=(EntryList &&) noexcept = default;
+    ~EntryList() { noteChange(); }
+
+    // Counts the changes of all lists, so that what was made of them can tell whether it holds.
+    static quint64 changes() { return changes_; }
+
     const Entries &entries() const { return entries_; }
     bool contains(TavRegistryEntry *entry) const;
     void add(TavRegistryEntry *entry);    // nothing when it is in the list already
@@ -19,13 +27,22 @@ public:
     template<class Predicate>
     void removeIf(Predicate predicate)
     {
-        if (std::erase_if(entries_, predicate) > 0)
+        if (std::erase_if(entries_, predicate) > 0) {
             index_.reset();
+            noteChange();
+        }
     }
-    void setOrder(Entries entries) { entries_ = std::move(entries); } // the same entries
+    void setOrder(Entries entries) // the same entries
+    {
+        entries_ = std::move(entries);
+        noteChange();
+    }
     void clear();
 
 private:
+    static void noteChange() { ++changes_; }
+
+    inline static quint64 changes_ = 0;
     Entries entries_;
     mutable std::unique_ptr<QSet<TavRegistryEntry *>> index_; // made on demand for long lists
 };

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "model/EntryOrder.h"
 #include "model/FindOptions.h"
+#include "model/TavRegistryEntry.h"
 #include "model/TextSearch.h"
-
-class TavRegistryEntry;
-class TavRegistryProperty;
 
 // One search through the entries of a store. Each entry is looked at once for what is the same in
 // every plane, and once in each plane for its name there, however many ways lead to it.
@@ -16,10 +15,17 @@ public:
     // Looks at the entry ahead of the walks, which then find the answer. Entries are quickest
     // looked at in the order of their table, which is about that of their memory.
     void prepare(TavRegistryEntry &entry);
+    // Preparing waits for memory more than for anything else: these ask for what the next few
+    // entries need, first the entry itself and later its properties.
+    static void fetch(const TavRegistryEntry &next);
+    void fetchProperties(const TavRegistryEntry &next) const;
 
     // The answer for the entry; with a place to tell of it and a plane, also for all below it
     // there.
     bool run(TavRegistryEntry &top, bool *descendantMatches, const QString &plane);
+
+    // Keeps the answer for every entry of the order and whether any below it matched.
+    void run(const EntryOrder &order);
 
     static bool containsName(const TavRegistryProperty &table, const TextSearch &search);
     static bool containsString(const TavRegistryProperty &table, const TextSearch &search);
@@ -32,13 +38,12 @@ private:
     static bool hasOneName(const TavRegistryEntry &entry);
     bool matchesByNameSomewhere(const TavRegistryEntry &entry);
     bool matchesByName(const QString &name, const QString &location);
-    static void fetch(const TavRegistryEntry &next);
-    void walk(TavRegistryEntry &top, const QString &plane);
 
-    QString query_;
+    TavRegistryEntry::SpecialTest special_;
     FindOptions options_;
-    TextSearch search_;
-    quint32 settled_; // marks entries whose answer is the same in every plane
-    quint32 open_;    // marks those whose name in the plane decides
-    QString name_;    // put together of name and location
+    TextSearch search_;     // for what few texts serve many for: names, classes, keys
+    TextSearch textSearch_; // for values, most of which are their own; they would crowd out the few
+    quint32 settled_;       // marks entries whose answer is the same in every plane
+    quint32 open_;          // marks those whose name in the plane decides
+    QString name_;          // put together of name and location
 };

@@ -31,12 +31,6 @@ TavRegistryProperty *PropertyTree::addNodes(std::size_t count)
     return first;
 }
 
-TavRegistryProperty *PropertyTree::at(TavRegistryProperty *first, std::size_t index) const
-{
-    return reinterpret_cast<TavRegistryProperty *>(reinterpret_cast<std::byte *>(first) +
-                                                   index * nodeClass_.size);
-}
-
 void PropertyTree::keep(std::shared_ptr<PropertyTree> other)
 {
     if (other.get() != this && (kept_.empty() || kept_.back() != other))

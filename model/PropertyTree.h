@@ -26,7 +26,11 @@ public:
 
     // Makes nodes that lie one after another, nodeClass().size bytes apart.
     TavRegistryProperty *addNodes(std::size_t count);
-    TavRegistryProperty *at(TavRegistryProperty *first, std::size_t index) const;
+    TavRegistryProperty *at(TavRegistryProperty *first, std::size_t index) const
+    {
+        return reinterpret_cast<TavRegistryProperty *>(reinterpret_cast<std::byte *>(first) +
+                                                       index * nodeClass_.size);
+    }
     // Keeps another tree, some of whose nodes are referred to from this one.
     void keep(std::shared_ptr<PropertyTree> other);
 

@@ -129,6 +129,9 @@ public:
     // whether anything below matched; with no plane or nowhere to tell of it, of this one alone.
     bool matchesQuery(const QString &query, FindOptions options, bool *descendantMatches,
                       const QString &plane);
+    // What a word such as "busy" or "!new" asks of an entry; null for any other text.
+    using SpecialTest = bool (*)(const TavRegistryEntry &);
+    static SpecialTest specialTest(const QString &query);
     bool matchesSpecial(const QString &query) const; // "busy", "!new", "not matched" and so on
     RegistryValue valueForSpecialProperty(const QString &word) const;
     // In the property table, at any depth; without regard to case.
@@ -156,6 +159,7 @@ private:
     friend class DataStoreEncoder;
     friend class RegistryEntryDecoder;
 
+    friend class EntryOrder;
     friend class EntryQuery;
 
     bool initWithDxRegistryEntry(RegistryObject object, EntryStore &dataStore);
@@ -178,7 +182,8 @@ private:
     quint8 flags_ = 0;
     bool matchesInAnyPlane_ = false; // by what is the same in every plane; as of answeredQuery_
     quint32 answeredQuery_ = 0;
-    quint32 visitedWalk_ = 0;     // of a query through one plane
+    quint32 visitedWalk_ = 0;     // of an order of one plane
+    quint32 positionInWalk_ = 0;  // there
     quint64 listedByReading_ = 0; // of an entry's children in one plane
     QString bundleID_;
     QStringList inheritance_;

@@ -18,43 +18,67 @@ bool TavRegistryEntry::matchesQuery(const QString &query, FindOptions options,
     return EntryQuery(query, options).run(*this, descendantMatches, plane);
 }
 
+TavRegistryEntry::SpecialTest TavRegistryEntry::specialTest(const QString &query)
+{
+    using Entry = TavRegistryEntry;
+    constexpr auto isRegistered = [](const Entry &entry) { return entry.isRegistered(); };
+    constexpr auto isMatched = [](const Entry &entry) { return entry.isMatched(); };
+    constexpr auto isActive = [](const Entry &entry) { return entry.isActive(); };
+    constexpr auto isBusy = [](const Entry &entry) { return entry.busyCount() != 0; };
+    constexpr auto isNew = [](const Entry &entry) {
+        return entry.registryState() == RegistryStateNew;
+    };
+    constexpr auto isTerminated = [](const Entry &entry) {
+        return entry.registryState() == RegistryStateTerminated;
+    };
+    constexpr auto isNotRegistered = [](const Entry &entry) { return !entry.isRegistered(); };
+    constexpr auto isNotMatched = [](const Entry &entry) { return !entry.isMatched(); };
+    constexpr auto isNotActive = [](const Entry &entry) { return !entry.isActive(); };
+    constexpr auto isNotBusy = [](const Entry &entry) { return entry.busyCount() == 0; };
+    constexpr auto isNotNew = [](const Entry &entry) {
+        return entry.registryState() != RegistryStateNew;
+    };
+    constexpr auto isNotTerminated = [](const Entry &entry) {
+        return entry.registryState() != RegistryStateTerminated;
+    };
+    static constexpr struct
+    {
+        QLatin1String word;
+        SpecialTest test;
+    } words[] = {
+        {QLatin1String("registered"), isRegistered},
+        {QLatin1String("!registered"), isNotRegistered},
+        {QLatin1String("not registered"), isNotRegistered},
+        {QLatin1String("matched"), isMatched},
+        {QLatin1String("!matched"), isNotMatched},
+        {QLatin1String("not matched"), isNotMatched},
+        {QLatin1String("active"), isActive},
+        {QLatin1String("!active"), isNotActive},
+        {QLatin1String("not active"), isNotActive},
+        {QLatin1String("busy"), isBusy},
+        {QLatin1String("!busy"), isNotBusy},
+        {QLatin1String("not busy"), isNotBusy},
+        {QLatin1String("new"), isNew},
+        {QLatin1String("!new"), isNotNew},
+        {QLatin1String("not new"), isNotNew},
+        {QLatin1String("dead"), isTerminated},
+        {QLatin1String("terminated"), isTerminated},
+        {QLatin1String("!dead"), isNotTerminated},
+        {QLatin1String("not dead"), isNotTerminated},
+        {QLatin1String("!terminated"), isNotTerminated},
+        {QLatin1String("not terminated"), isNotTerminated},
+    };
+    for (const auto &[word, test] : words) {
+        if (query == word)
+            return test;
+    }
+    return nullptr;
+}
+
 bool TavRegistryEntry::matchesSpecial(const QString &query) const
 {
-    struct Word
-    {
-        const char *word;
-        bool isTrue;
-    };
-    const bool isNew = registryState_ == RegistryStateNew;
-    const bool isTerminated = registryState_ == RegistryStateTerminated;
-    const Word words[] = {
-        {"registered", isRegistered()},
-        {"!registered", !isRegistered()},
-        {"not registered", !isRegistered()},
-        {"matched", isMatched()},
-        {"!matched", !isMatched()},
-        {"not matched", !isMatched()},
-        {"active", isActive()},
-        {"!active", !isActive()},
-        {"not active", !isActive()},
-        {"busy", busyCount_ != 0},
-        {"!busy", busyCount_ == 0},
-        {"not busy", busyCount_ == 0},
-        {"new", isNew},
-        {"!new", !isNew},
-        {"not new", !isNew},
-        {"dead", isTerminated},
-        {"terminated", isTerminated},
-        {"!dead", !isTerminated},
-        {"not dead", !isTerminated},
-        {"!terminated", !isTerminated},
-        {"not terminated", !isTerminated},
-    };
-    for (const auto &[word, isTrue] : words) {
-        if (query == QLatin1String(word))
-            return isTrue;
-    }
-    return false;
+    const SpecialTest test = specialTest(query);
+    return test && test(*this);
 }
 
 RegistryValue TavRegistryEntry::valueForSpecialProperty(const QString &word) const

@@ -113,9 +113,9 @@ void TavRegistryProperty::openCollection(TavRegistryProperty *&nextFree)
     nextFree = child;
 }
 
-void TavRegistryProperty::setName(const CompactString &name)
+void TavRegistryProperty::setName(CompactString name)
 {
-    ident_ = name;
+    ident_ = std::move(name);
     flags_ |= HasName;
 }
 
@@ -203,11 +203,6 @@ RegistryValue TavRegistryProperty::value() const
 qsizetype TavRegistryProperty::numberOfChildren() const
 {
     return isCollection() ? children_.count : 0;
-}
-
-TavRegistryProperty *TavRegistryProperty::child(std::size_t index) const
-{
-    return children_.isListed ? (*children_.list)[index] : tree_->at(children_.first, index);
 }
 
 std::vector<TavRegistryProperty *> TavRegistryProperty::children() const

@@ -64,7 +64,7 @@ public:
 
     // For searching, without sharing what is looked at: the key, and the value of a string.
     QStringView nameView() const { return {ident_.data(), ident_.size()}; }
-    QStringView stringView() const { return contents().stringView(); }
+    QStringView stringView() const { return isCollection() ? QStringView() : value_.stringView(); }
     // Whether any node below satisfies the predicate. What is in sets is not looked at.
     template<class Predicate>
     bool anyBelow(Predicate predicate) const;
@@ -104,12 +104,21 @@ private:
         bool isListed;
     };
 
+    void fetchText() const
+    {
+        const QStringView text = stringView();
+        __builtin_prefetch(text.utf16());
+        __builtin_prefetch(text.utf16() + text.size());
+    }
     static int typeRank(Type type);
     Type storedType() const;
     void openCollection(TavRegistryProperty *&nextFree);
     ChildList presentChildren() const;
-    void setName(const CompactString &name);
-    TavRegistryProperty *child(std::size_t index) const;
+    void setName(CompactString name);
+    TavRegistryProperty *child(std::size_t index) const
+    {
+        return children_.isListed ? (*children_.list)[index] : tree_->at(children_.first, index);
+    }
     ChildList &listChildren();
     void appendTerminatedCopy(TavRegistryProperty &older);
     bool noteDictionaryChanges(TavRegistryProperty &older);
@@ -140,6 +149,9 @@ bool TavRegistryProperty::anyBelow(Predicate predicate) const
     while (!pending.isEmpty()) {
         const TavRegistryProperty *const node = pending.last();
         pending.removeLast();
+        // Texts lie anywhere in memory: asking for all of them first saves waiting for each.
+        for (std::size_t i = 0; i < node->children_.count; ++i)
+            node->child(i)->fetchText();
         for (std::size_t i = 0; i < node->children_.count; ++i) {
             const TavRegistryProperty *const below = node->child(i);
             if (predicate(*below))

@@ -23,7 +23,7 @@ public:
     bool matchesKept(QStringView candidate) const
     {
         const auto place = reinterpret_cast<quintptr>(candidate.utf16());
-        Known &known = known_[(place >> 4 ^ place >> 14) % known_.size()];
+        Known &known = known_[(place >> 4 ^ place >> 13) % known_.size()];
         if (known.text != candidate.utf16() || known.size != candidate.size())
             known = {candidate.utf16(), candidate.size(), matches(candidate)};
         return known.matches;
@@ -41,5 +41,5 @@ private:
     QStringMatcher matcher_;
     qsizetype length_;
     bool isSubstring_;
-    mutable std::array<Known, 1024> known_{};
+    mutable std::array<Known, 512> known_{};
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/EntryOrder.h"
 #include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
 #include "store/LiveUpdate.h"
@@ -75,6 +76,7 @@ private:
     friend class DataStoreDecoder;
 
     TavDataStore();
+    const std::vector<EntryOrder> &planeOrders();
     void readMachineFacts();
     void readRegistry();
     void updatePlanes();
@@ -116,6 +118,8 @@ private:
     std::vector<EntryRef> registryEntries_;
     QHash<quint64, TavRegistryEntry *> entriesByTag_; // of registryEntries_
     QStringList registryPlanes_;
+    std::vector<EntryOrder> planeOrders_; // from the root, as of that many changes of lists
+    quint64 ordersAsOf_ = 0;
     LiveUpdate live_;
     quint64 directUpdates_ = 0;                             // those that waited for the service
     std::shared_ptr<void> life_ = std::make_shared<char>(); // tells whether the store still exists

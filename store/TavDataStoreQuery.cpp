@@ -2,6 +2,26 @@
 #include "model/EntryQuery.h"
 #include "store/TavDataStore.h"
 
+// Kept from one query to the next, since a text that is typed is searched for letter by letter.
+const std::vector<EntryOrder> &TavDataStore::planeOrders()
+{
+    TavRegistryEntry *const root = registryRoot();
+    const auto isOf = [&](const EntryOrder &order, const QString &plane) {
+        return &order.top() == root && order.plane() == plane;
+    };
+    if (ordersAsOf_ == EntryList::changes() &&
+        std::equal(planeOrders_.begin(), planeOrders_.end(), registryPlanes_.begin(),
+                   registryPlanes_.end(), isOf))
+        return planeOrders_;
+    planeOrders_.clear();
+    if (root) {
+        for (const QString &plane : registryPlanes_)
+            planeOrders_.emplace_back(*root, plane);
+    }
+    ordersAsOf_ = EntryList::changes();
+    return planeOrders_;
+}
+
 void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet *matches,
                             QHash<QString, EntrySet> *parentsOfMatches)
 {
@@ -9,15 +29,16 @@ void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet 
     if (options.testFlag(FindOption::Inheritance))
         options.setFlag(FindOption::Class, false);
     EntryQuery search(query, options);
-    for (const EntryRef &entry : registryEntries_) {
-        entry->resetForQuery();
-        search.prepare(*entry);
+    for (std::size_t i = 0; i < registryEntries_.size(); ++i) {
+        if (i + 4 < registryEntries_.size())
+            EntryQuery::fetch(*registryEntries_[i + 4]);
+        if (i + 2 < registryEntries_.size())
+            search.fetchProperties(*registryEntries_[i + 2]);
+        registryEntries_[i]->resetForQuery();
+        search.prepare(*registryEntries_[i]);
     }
-    bool scratch = false;
-    if (TavRegistryEntry *const root = registryRoot()) {
-        for (const QString &plane : registryPlanes_)
-            search.run(*root, &scratch, plane);
-    }
+    for (const EntryOrder &order : planeOrders())
+        search.run(order);
     if (!matches && !parentsOfMatches)
         return;
     for (const EntryRef &entry : registryEntries_) {

@@ -121,6 +121,30 @@ TEST_F(Query, KeepsTheAnswerOfTheLastPlaneAndWhoIsAbove)
     }
 }
 
+TEST_F(Query, FollowsLinksThatChangedSinceTheLastQuery)
+{
+    const QString plane = QStringLiteral("DxService");
+    const auto above = [&] {
+        QHash<QString, EntrySet> parents;
+        store_->runQuery(QStringLiteral("dxdisk"), FindOption::Class, nullptr, &parents);
+        return names(parents.value(plane));
+    };
+    EXPECT_EQ(above(), "Host Root bus");
+    TavRegistryEntry &host = *store_->registryRoot()->childrenInPlane(plane)[0];
+    TavRegistryEntry &bus = *host.childrenInPlane(plane)[0];
+    TavRegistryEntry &busy = *host.childrenInPlane(plane)[1];
+    TavRegistryEntry &disk = *bus.childrenInPlane(plane)[0];
+    busy.addChild(disk, plane); // a second parent, reached after the first
+    EXPECT_EQ(above(), "Host Root bus busy");
+    bus.forgetLinksTo({&disk});
+    EXPECT_EQ(above(), "Host Root busy");
+    disk.addChild(busy, plane); // a circle
+    EXPECT_EQ(above(), "Host Root busy");
+    busy.forgetLinksTo({&disk});
+    disk.forgetLinksTo({&busy});
+    EXPECT_EQ(above(), "");
+}
+
 TEST_F(Query, AnswersForOneEntryAlone)
 {
     TavRegistryEntry &host =
