@@ -97,7 +97,7 @@ private:
     {
         const auto &entries = store_->registryEntries();
         const auto &planes = store_->registryPlanes();
-        switch (random_() % 12) {
+        switch (random_() % 14) {
         case 0:
             window_->setRegistryPlane(
                 planes[static_cast<qsizetype>(random_() % static_cast<std::size_t>(planes.size()))],
@@ -130,6 +130,24 @@ private:
         case 7:
             if (random_() % 4 == 0)
                 window_->update();
+            break;
+        case 8: {
+            static const QStringList queries{QStringLiteral("zram"), QStringLiteral("net"),
+                                             QStringLiteral("terminated"), QString()};
+            window_->findWithString(queries[static_cast<qsizetype>(random_() % 4)]);
+            break;
+        }
+        case 9:
+            window_->findNext(random_() % 2 == 0, random_() % 2 == 0, true);
+            break;
+        case 10:
+            window_->toggleShowTerminatedObjects();
+            break;
+        case 11:
+            if (window_->browserIsVisible())
+                window_->outlineView();
+            else
+                window_->browserView();
             break;
         default:
             break;
