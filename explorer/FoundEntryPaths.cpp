@@ -2,10 +2,26 @@
 
 #include "model/RegistryOrder.h"
 
+namespace {
+constexpr int highestClimb = 1000;
+
+// Whether the way by the first parents does; false if it is not seen to.
+bool climbsToATop(const TavRegistryEntry &entry, const QString &plane)
+{
+    const TavRegistryEntry *at = &entry;
+    for (int step = 0; step < highestClimb && !at->parentsInPlane(plane).empty(); ++step)
+        at = at->parentsInPlane(plane).front();
+    return at->numParents() == 0;
+}
+} // namespace
+
 FoundEntryPaths::FoundEntryPaths(const EntrySet &found, const QStringList &planes)
 {
-    found_.reserve(static_cast<std::size_t>(found.size()));
-    for (TavRegistryEntry *entry : found)
+    // In the order of their memory, in which they are looked at most quickly.
+    EntryList::Entries entries(found.begin(), found.end());
+    std::sort(entries.begin(), entries.end(), std::less<>());
+    found_.reserve(entries.size());
+    for (TavRegistryEntry *entry : entries)
         found_.push_back(entry->shared_from_this());
     for (const QString &plane : planes)
         planes_.push_back({plane, nullptr});
@@ -92,9 +108,28 @@ FoundEntryPaths::Path FoundEntryPaths::lastInPlane(const QString &plane) const
     return pathInPlane(plane, true);
 }
 
+bool FoundEntryPaths::isEmpty() const
+{
+    return std::none_of(planes_.begin(), planes_.end(),
+                        [&](const Plane &plane) { return hasPathsIn(plane); });
+}
+
 bool FoundEntryPaths::hasPathsAfterPlane(const QString &plane) const
 {
     return std::any_of(planes_.begin(), planes_.end(), [&](const Plane &known) {
-        return compareRegistryPlaneForUI(plane, known.name) < 0 && !pathsIn(known).isEmpty();
+        return compareRegistryPlaneForUI(plane, known.name) < 0 && hasPathsIn(known);
     });
+}
+
+// The first entry with a parent in the plane mostly tells.
+bool FoundEntryPaths::hasPathsIn(const Plane &plane) const
+{
+    if (plane.paths)
+        return !plane.paths->isEmpty();
+    const auto found = std::find_if(found_.begin(), found_.end(), [&](const EntryRef &entry) {
+        return !entry->parentsInPlane(plane.name).empty();
+    });
+    if (found == found_.end())
+        return false;
+    return climbsToATop(**found, plane.name) || !pathsIn(plane).isEmpty();
 }

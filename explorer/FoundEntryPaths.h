@@ -17,6 +17,8 @@ public:
     Path last() const;
     Path firstInPlane(const QString &plane) const;
     Path lastInPlane(const QString &plane) const;
+    // Without settling what they are.
+    bool isEmpty() const;
     bool hasPathsAfterPlane(const QString &plane) const;
 
 private:
@@ -27,6 +29,7 @@ private:
     };
 
     const FoundPathsInPlane &pathsIn(const Plane &plane) const;
+    bool hasPathsIn(const Plane &plane) const;
     Path pathInPlane(const QString &plane, bool isLast) const;
 
     std::vector<EntryRef> found_;

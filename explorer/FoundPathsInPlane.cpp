@@ -57,6 +57,8 @@ private:
 
     void climb(const std::vector<EntryRef> &found)
     {
+        numbers_.reserve(static_cast<qsizetype>(found.size()));
+        stages_.reserve(found.size());
         for (const EntryRef &entry : found) {
             if (!entry->parentsInPlane(paths_.plane_).empty())
                 stages_[stageOf(entry.get())].isFound = true;

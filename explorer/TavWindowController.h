@@ -211,6 +211,7 @@ private:
     void setFindShortcuts();
     std::array<std::pair<FindOption, QCheckBox *>, 8> findCheckboxes() const;
     void updateFindStepper();
+    bool canFindInAnyPlane() const;
     void endSearch();
     bool drawerIsOpen() const;
     void openDrawer();

@@ -64,9 +64,9 @@ std::span<const MenuCommand> TavWindowController::menuCommands()
         {"findPrevAction", &Window::findPrev,
          [](const Window &w) { return w.prevFindPathInPlane(true, true).has_value(); }},
         {"findNextInAnyPlaneAction", &Window::findNextInAnyPlane,
-         [](const Window &w) { return w.nextFindPathInPlane(false, true).has_value(); }},
+         [](const Window &w) { return w.canFindInAnyPlane(); }},
         {"findPrevInAnyPlaneAction", &Window::findPrevInAnyPlane,
-         [](const Window &w) { return w.prevFindPathInPlane(false, true).has_value(); }},
+         [](const Window &w) { return w.canFindInAnyPlane(); }},
         {"toggleFindOptionsDrawerAction", &Window::toggleFindOptionsDrawer, always,
          [](const Window &w) {
              return w.drawerIsOpen() ? tr("Hide Find &Options") : tr("Show Find &Options");

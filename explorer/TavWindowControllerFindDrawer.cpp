@@ -14,6 +14,10 @@
 #include <QTableView>
 #include <QToolButton>
 
+namespace {
+constexpr int leastWidth = 560; // of a window without the drawer
+} // namespace
+
 void TavWindowController::setUpFind()
 {
     const auto outlet = [this](auto *&field, const char *name) {
@@ -101,8 +105,13 @@ void TavWindowController::closeDrawer()
         makeExplorerFirstResponder();
 }
 
+// A window that is too narrow for what it holds beside the drawer grows.
 void TavWindowController::drawerVisibilityChanged()
 {
     findOptionsDrawerButton_->setChecked(drawerIsOpen());
+    if (drawerIsOpen())
+        window_->setMinimumWidth(std::max(leastWidth, window_->minimumSizeHint().width()));
+    else
+        window_->setMinimumWidth(leastWidth);
     validateActions();
 }

@@ -13,6 +13,12 @@ void TavWindowController::updateFindStepper()
     findStepper_->setEnabled(nextFindPathInPlane(true, false).has_value());
 }
 
+// With the planes to wrap through, any match is a next and a previous one.
+bool TavWindowController::canFindInAnyPlane() const
+{
+    return foundEntryPaths_ && !foundEntryPaths_->isEmpty();
+}
+
 // Without a selection, what comes before everything in the plane.
 TavRegistryEntryPath TavWindowController::findStartingPath() const
 {

@@ -47,12 +47,14 @@ void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet 
     }
     if (!parentsOfMatches)
         return;
-    for (const QString &plane : registryPlanes_) {
-        EntrySet parents;
-        for (const EntryRef &entry : registryEntries_) {
-            if (entry->descendantMatchesLastQueryInPlane(plane))
-                parents.insert(entry.get());
+    // All planes of an entry together, since its memory is at hand then.
+    std::vector<EntrySet> parents(static_cast<std::size_t>(registryPlanes_.size()));
+    for (const EntryRef &entry : registryEntries_) {
+        for (std::size_t i = 0; i < parents.size(); ++i) {
+            if (entry->descendantMatchesLastQueryInPlane(registryPlanes_[static_cast<int>(i)]))
+                parents[i].insert(entry.get());
         }
-        parentsOfMatches->insert(plane, parents);
     }
+    for (std::size_t i = 0; i < parents.size(); ++i)
+        parentsOfMatches->insert(registryPlanes_[static_cast<int>(i)], parents[i]);
 }
