@@ -33,6 +33,7 @@ private:
     struct Stage
     {
         TavRegistryEntry *entry;
+        const EntryList::Entries *parents;
         EntryList::Entries below; // that lead to what was found
         bool isFound = false;
         bool isOnWay = false;
@@ -44,32 +45,42 @@ private:
         std::size_t next;
     };
 
-    std::size_t stageOf(TavRegistryEntry *entry)
+    // Siblings follow one another most often, and ask for the same parent.
+    Stage &stageOf(TavRegistryEntry *entry)
     {
+        if (last_ < stages_.size() && stages_[last_].entry == entry)
+            return stages_[last_];
         const auto known = numbers_.constFind(entry);
-        if (known != numbers_.constEnd())
-            return *known;
+        last_ = known != numbers_.constEnd() ? *known : stages_.size();
+        return last_ < stages_.size() ? stages_[last_]
+                                      : addStage(entry, entry->parentsInPlane(paths_.plane_));
+    }
+
+    Stage &addStage(TavRegistryEntry *entry, const EntryList::Entries &parents)
+    {
         numbers_.insert(entry, stages_.size());
-        stages_.push_back({entry, {}});
         paths_.kept_.push_back(entry->shared_from_this());
-        return stages_.size() - 1;
+        return stages_.emplace_back(Stage{entry, &parents, {}});
     }
 
     void climb(const std::vector<EntryRef> &found)
     {
         numbers_.reserve(static_cast<qsizetype>(found.size()));
         stages_.reserve(found.size());
+        paths_.kept_.reserve(found.size());
         for (const EntryRef &entry : found) {
-            if (!entry->parentsInPlane(paths_.plane_).empty())
-                stages_[stageOf(entry.get())].isFound = true;
+            const auto &parents = entry->parentsInPlane(paths_.plane_);
+            if (!parents.empty())
+                addStage(entry.get(), parents).isFound = true;
         }
         // It grows on the way.
-        for (std::size_t stage = 0; stage < stages_.size(); ++stage) {
-            TavRegistryEntry *const entry = stages_[stage].entry;
-            if (entry->numParents() == 0)
+        for (std::size_t i = 0; i < stages_.size(); ++i) {
+            TavRegistryEntry *const entry = stages_[i].entry;
+            const EntryList::Entries &parents = *stages_[i].parents;
+            if (parents.empty() && entry->numParents() == 0)
                 tops_.push_back(entry);
-            for (TavRegistryEntry *parent : entry->parentsInPlane(paths_.plane_))
-                stages_[stageOf(parent)].below.push_back(entry);
+            for (TavRegistryEntry *parent : parents)
+                stageOf(parent).below.push_back(entry);
         }
     }
 
@@ -107,6 +118,7 @@ private:
     FoundPathsInPlane &paths_;
     QHash<const TavRegistryEntry *, std::size_t> numbers_;
     std::vector<Stage> stages_;
+    std::size_t last_ = 0; // of the stages, the one asked for last
     EntryList::Entries tops_;
     std::vector<Step> steps_;
 };

@@ -21,7 +21,7 @@ namespace {
 QString textOf(const RegistryValue &value)
 {
     return value.type() == RegistryValue::Type::Number ? QString::number(value.numberBits())
-                                                       : value.toString();
+                                                       : visibleText(value.toString());
 }
 } // namespace
 
@@ -140,7 +140,7 @@ QString TavFindTableViewDataSource::previewOf(const TavRegistryEntry &entry) con
     if (!property)
         return textOf(entry.valueForSpecialProperty(key));
     auto *const item = dynamic_cast<TavPropertyOutlineItem *>(property);
-    return item ? item->displayValue().text() : QString();
+    return item ? visibleText(item->displayValue().text()) : QString();
 }
 
 void TavFindTableViewDataSource::findPreviewChanged()

@@ -234,7 +234,7 @@ TEST_F(FindTest, PreviewsAPropertyAndGoesToAResult)
     };
     find("disk");
     EXPECT_EQ(shown(""), "");
-    EXPECT_EQ(shown("Serial"), "disk=Q-77\nB ");
+    EXPECT_EQ(shown("Serial"), "disk=Q-77␊B ");
     EXPECT_EQ(header(), "Serial");
     EXPECT_NE(shown("Size").find("disk="), std::string::npos);
     EXPECT_EQ(shown("BUSY"), "disk=0 disk=0 ");
