@@ -264,10 +264,17 @@ void ColumnBrowser::layOutColumns()
     }
 }
 
+// Where the selection was seen, it stays in sight.
 void ColumnBrowser::resizeEvent(QResizeEvent *event)
 {
+    const int selected = selectedColumn();
+    const QRect seen(horizontalScrollBar()->value(), 0, event->oldSize().width(), 1);
+    const QRect rect = columnRect(selected);
+    const bool wasSeen = rect.left() >= seen.left() && rect.right() <= seen.right();
     QScrollArea::resizeEvent(event);
     layOutColumns();
+    if (wasSeen)
+        scrollColumnToVisible(selected);
 }
 
 // Before, there were no sizes to go by.

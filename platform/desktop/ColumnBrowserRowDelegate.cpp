@@ -22,13 +22,16 @@ QColor mixed(const QColor &a, const QColor &b, double part)
     return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
-// A selection that the keyboard does not act on stays readable in its own colours.
+// A selection that the keyboard does not act on keeps its own colours, as far as they are readable
+// there.
 void fade(QStyleOptionViewItem &option)
 {
     QPalette &palette = option.palette;
     palette.setColor(QPalette::Highlight, mixed(palette.color(QPalette::Highlight),
                                                 palette.color(QPalette::Base), 0.35));
-    palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
+    palette.setColor(
+        QPalette::HighlightedText,
+        mixed(palette.color(QPalette::Text), QApplication::palette().color(QPalette::Text), 0.5));
 }
 
 void drawArrow(QPainter *painter, const QStyleOptionViewItem &row)

@@ -5,6 +5,7 @@
 #include "tests/support/QtPrinters.h"
 #include "tests/support/TreeText.h"
 
+#include <QCheckBox>
 #include <QListView>
 #include <QScrollBar>
 #include <QTest>
@@ -65,6 +66,22 @@ protected:
     ColumnBrowser *browser_ = nullptr;
 };
 } // namespace
+
+TEST_F(BrowserTest, KeepsTheSelectionInSightWhenItGetsNarrower)
+{
+    openColumns();
+    go({"Root", "Host", "bus", "disk@1"});
+    const auto isSeen = [&] {
+        const QListView &list = *browser_->list(3);
+        return browser_->viewport()->rect().contains(
+            {list.mapTo(browser_->viewport(), QPoint()), list.size()});
+    };
+    controller_->window()->resize(1400, 600);
+    EXPECT_TRUE(QTest::qWaitFor(isSeen));
+    controller_->window()->resize(420, 600);
+    EXPECT_TRUE(QTest::qWaitFor(isSeen));
+    EXPECT_GT(browser_->horizontalScrollBar()->value(), 0);
+}
 
 TEST_F(BrowserTest, LetsGoOfColumnsThatAreLeft)
 {
@@ -184,6 +201,22 @@ TEST_F(BrowserTest, WhatIsHiddenLeavesALeaf)
     terminate("disk@0");
     controller_->refreshDisplay();
     EXPECT_EQ(columns(), "Root>*\nHost>*\nbus*, module\n");
+}
+
+TEST_F(BrowserTest, SearchLeavesMatchesAndTheWayToThem)
+{
+    openColumns();
+    for (const char *checkbox : {"findNameCheckbox", "filteredFindCheckbox"})
+        QTest::mouseClick(outlet<QCheckBox>(checkbox), Qt::LeftButton);
+    controller_->findWithString(QStringLiteral("part"));
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*\ndisk@1>*\npart*\n");
+    controller_->findWithString(QStringLiteral("disk"));
+    controller_->findNext();
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*\ndisk@0, disk@1*\n");
+    controller_->findWithString(QStringLiteral("nothing"));
+    EXPECT_EQ(columns(), "\n");
+    controller_->findWithString(QString());
+    EXPECT_EQ(columns().substr(0, columns().find('\n')), "Root>*");
 }
 
 TEST_F(BrowserTest, KeepsItsPlaceThroughUpdates)

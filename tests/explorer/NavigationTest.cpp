@@ -1,9 +1,9 @@
+#include "BookmarksSpy.h"
 #include "ExplorerFixture.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/EntryPathCompleter.h"
-#include "explorer/ExplorerBookmarks.h"
 #include "explorer/SelectionHistory.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "platform/desktop/ColumnBrowser.h"
@@ -24,20 +24,6 @@
 #include <QTest>
 
 namespace {
-class Bookmarks : public ExplorerBookmarks
-{
-public:
-    Bookmarks() { setShared(this); }
-    ~Bookmarks() override { setShared(nullptr); }
-    QString defaultBookmarkPath() override { return {}; }
-    void addBookmarkNamed(const QString &name, const QString &path, bool setAsDefault) override
-    {
-        added = name + QLatin1String(" = ") + path + (setAsDefault ? u'!' : u'.');
-    }
-
-    QString added;
-};
-
 // An array that stands at three paths in two planes. Every test runs in the tree and in columns.
 class NavigationTest : public ExplorerFixture, public testing::WithParamInterface<bool>
 {
@@ -281,7 +267,7 @@ TEST_P(NavigationTest, PathSheetKeepsItsTextAndOffersNames)
 
 TEST_P(NavigationTest, BookmarkSheetAsksForTheName)
 {
-    Bookmarks bookmarks;
+    BookmarksSpy bookmarks;
     controller_->selectEntryPath(std::nullopt);
     controller_->promptForBookmark();
     EXPECT_EQ(beeps_, 1);

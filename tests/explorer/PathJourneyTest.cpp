@@ -1,7 +1,7 @@
 // One walk through all the places of an entry, as a user would take it, in the tree and in columns:
 // on a scripted registry, and on a recorded machine with a volume on four disks.
+#include "BookmarksSpy.h"
 #include "ExplorerFixture.h"
-#include "explorer/ExplorerBookmarks.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RecordedTrees.h"
@@ -14,17 +14,6 @@
 #include <QTest>
 
 namespace {
-class Bookmarks : public ExplorerBookmarks
-{
-public:
-    Bookmarks() { setShared(this); }
-    ~Bookmarks() override { setShared(nullptr); }
-    QString defaultBookmarkPath() override { return {}; }
-    void addBookmarkNamed(const QString &, const QString &path, bool) override { added = path; }
-
-    QString added;
-};
-
 struct Stations
 {
     QStringList paths;             // of the entry, by plane
@@ -115,14 +104,14 @@ protected:
     }
     void bookmarkAndReturn(const Stations &stations)
     {
-        Bookmarks bookmarks;
+        BookmarksSpy bookmarks;
         controller_->promptForBookmark();
         QTest::mouseClick(outlet<QPushButton>("addBookmarkOKButton"), Qt::LeftButton);
-        EXPECT_EQ(bookmarks.added, stations.path());
+        EXPECT_TRUE(bookmarks.added.endsWith(QLatin1String(" = ") + stations.path() + u'.'));
         controller_->goToRegistryPath(stations.sibling);
         controller_->promptForPath();
         outlet<QLineEdit>("goToPathField")->clear();
-        QTest::keyClicks(outlet<QLineEdit>("goToPathField"), bookmarks.added);
+        QTest::keyClicks(outlet<QLineEdit>("goToPathField"), stations.path());
         QTest::mouseClick(outlet<QPushButton>("goToPathGoButton"), Qt::LeftButton);
         EXPECT_EQ(selected(), stations.path());
     }
