@@ -6,6 +6,7 @@
 #include "tests/support/QtPrinters.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDialog>
@@ -163,6 +164,41 @@ TEST_F(MenuValidationTest, EveryCommandCanRunWhenItSays)
 
     openArchived();
     check(&Row::isArchived, "archived");
+}
+
+TEST_F(MenuValidationTest, FindCommandsFollowTheMatches)
+{
+    const auto enabled = [this](const char *text) {
+        outlet<QCheckBox>("findNameCheckbox")->setChecked(true);
+        controller_->findOptionsChanged();
+        controller_->findWithString(QString::fromUtf8(text));
+        std::string commands;
+        for (const char *command : {"findNext", "findPrev", "findNextInAnyPlane",
+                                    "findPrevInAnyPlane", "beginFind", "toggleFindOptionsDrawer"}) {
+            if (item((std::string(command) + "Action").c_str()).isEnabled())
+                commands += commands.empty() ? command : std::string(" ") + command;
+        }
+        return commands;
+    };
+    const std::string always = "beginFind toggleFindOptionsDrawer";
+    const std::string all = "findNext findPrev findNextInAnyPlane findPrevInAnyPlane " + always;
+    const auto check = [&](const char *state) {
+        EXPECT_EQ(enabled(""), always) << state;
+        EXPECT_EQ(enabled("nowhere"), always) << state;
+        EXPECT_EQ(enabled("disk@1"), all) << state;
+        // No other plane follows whose matches would show that these are the last.
+        EXPECT_EQ(enabled("disk@2"), "findNext findNextInAnyPlane findPrevInAnyPlane " + always)
+            << state;
+    };
+    check("live tree");
+    EXPECT_EQ(title("toggleFindOptionsDrawerAction"), QStringLiteral("Show Find Options"));
+    item("toggleFindOptionsDrawerAction").trigger();
+    EXPECT_EQ(title("toggleFindOptionsDrawerAction"), QStringLiteral("Hide Find Options"));
+    controller_->browserView();
+    controller_->goToEntryPath(std::nullopt, false, false);
+    check("columns without a selection");
+    openArchived();
+    check("archived");
 }
 
 TEST_F(MenuValidationTest, TitlesAndCheckMarksTellTheState)
