@@ -7,27 +7,12 @@ quint32 nextNumber()
     static quint32 last = 0;
     return ++last;
 }
-
-bool isKey(const TavRegistryProperty &node, const TextSearch &search)
-{
-    return node.parent()->valueType() == RegistryValue::Type::Dictionary &&
-           search.matchesKept(node.nameView());
-}
-
-bool holdsString(const TavRegistryProperty &node, const TextSearch &search)
-{
-    // A terminated copy no longer knows its type.
-    const bool mayBeString = node.valueType() == RegistryValue::Type::String ||
-                             node.valueType() == RegistryValue::Type::None;
-    return mayBeString && !node.isCollection() && search.matchesKept(node.stringView());
-}
 } // namespace
 
 EntryQuery::EntryQuery(const QString &query, FindOptions options)
     : special_(TavRegistryEntry::specialTest(query))
     , options_(options)
-    , search_(query, true)
-    , textSearch_(query, true)
+    , search_(query)
     , settled_(nextNumber())
     , open_(nextNumber())
 {}
@@ -75,14 +60,17 @@ void EntryQuery::fetchProperties(const TavRegistryEntry &next) const
     __builtin_prefetch(next.name_.constData());
     if (!looksAt(FindOption::Keys) && !looksAt(FindOption::Values))
         return;
-    // The nodes of a tree lie together, and most trees are about as large as this.
-    constexpr std::size_t lineSize = 64;
-    constexpr std::size_t treeSize = 36 * lineSize;
-    const auto *nodes = reinterpret_cast<const std::byte *>(next.properties());
-    if (!nodes)
-        return;
-    for (std::size_t offset = 0; offset < treeSize; offset += lineSize)
-        __builtin_prefetch(nodes + offset);
+    // The text of a tree, and the nodes for one that has none yet, lie together; most are about as
+    // large as this.
+    const auto fetchLines = [](const void *start, std::size_t count) {
+        constexpr std::size_t lineSize = 64;
+        for (std::size_t line = 0; line < count; ++line)
+            __builtin_prefetch(static_cast<const std::byte *>(start) + line * lineSize);
+    };
+    if (next.propertyText_.isMade())
+        fetchLines(next.propertyText_.whole().data(), 12);
+    else if (next.properties())
+        fetchLines(next.properties(), 36);
 }
 
 void EntryQuery::prepare(TavRegistryEntry &entry)
@@ -151,31 +139,17 @@ bool EntryQuery::matchesInAnyPlane(const TavRegistryEntry &entry) const
     }
     if (looksAt(FindOption::BundleID) && search_.matchesKept(entry.bundleID()))
         return true;
-    if (entry.properties() && containsNameOrString(*entry.properties()))
+    if (matchesInProperties(entry))
         return true;
     return looksAt(FindOption::Special) && special_ && special_(entry);
 }
 
-// In one walk, since the order in which the nodes are looked at cannot be seen from the answer.
-bool EntryQuery::containsNameOrString(const TavRegistryProperty &table) const
+bool EntryQuery::matchesInProperties(const TavRegistryEntry &entry) const
 {
-    if (looksAt(FindOption::Keys) && looksAt(FindOption::Values))
-        return holdsString(table, textSearch_) ||
-               table.anyBelow([&](const TavRegistryProperty &node) {
-                   return isKey(node, search_) || holdsString(node, textSearch_);
-               });
-    return (looksAt(FindOption::Keys) && containsName(table, search_)) ||
-           (looksAt(FindOption::Values) && containsString(table, textSearch_));
-}
-
-bool EntryQuery::containsName(const TavRegistryProperty &table, const TextSearch &search)
-{
-    return table.anyBelow([&](const TavRegistryProperty &node) { return isKey(node, search); });
-}
-
-bool EntryQuery::containsString(const TavRegistryProperty &table, const TextSearch &search)
-{
-    return holdsString(table, search) || table.anyBelow([&](const TavRegistryProperty &node) {
-        return holdsString(node, search);
-    });
+    const bool keys = looksAt(FindOption::Keys);
+    const bool values = looksAt(FindOption::Values);
+    if (!keys && !values)
+        return false;
+    const PropertyText &text = entry.propertyText();
+    return search_.matchesAnyOf(!values ? text.keys() : !keys ? text.strings() : text.whole());
 }

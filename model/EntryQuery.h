@@ -27,23 +27,19 @@ public:
     // Keeps the answer for every entry of the order and whether any below it matched.
     void run(const EntryOrder &order);
 
-    static bool containsName(const TavRegistryProperty &table, const TextSearch &search);
-    static bool containsString(const TavRegistryProperty &table, const TextSearch &search);
-
 private:
     bool looksAt(FindOption option) const { return !options_ || options_.testFlag(option); }
     bool matches(TavRegistryEntry &entry, const QString &plane);
     bool matchesInAnyPlane(const TavRegistryEntry &entry) const;
-    bool containsNameOrString(const TavRegistryProperty &table) const;
+    bool matchesInProperties(const TavRegistryEntry &entry) const;
     static bool hasOneName(const TavRegistryEntry &entry);
     bool matchesByNameSomewhere(const TavRegistryEntry &entry);
     bool matchesByName(const QString &name, const QString &location);
 
     TavRegistryEntry::SpecialTest special_;
     FindOptions options_;
-    TextSearch search_;     // for what few texts serve many for: names, classes, keys
-    TextSearch textSearch_; // for values, most of which are their own; they would crowd out the few
-    quint32 settled_;       // marks entries whose answer is the same in every plane
-    quint32 open_;          // marks those whose name in the plane decides
-    QString name_;          // put together of name and location
+    TextSearch search_;
+    quint32 settled_; // marks entries whose answer is the same in every plane
+    quint32 open_;    // marks those whose name in the plane decides
+    QString name_;    // put together of name and location
 };

@@ -130,6 +130,7 @@ bool TavRegistryEntry::readAttributesAndProperties()
         return false;
     kernelRetainCount_ = service.retainCount(handle_.get());
     properties_.reset();
+    propertyText_ = {};
     if (!readDxRegistryNameAndLocationInPlane({}))
         return false;
     RegistryValue table;

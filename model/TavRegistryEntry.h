@@ -3,6 +3,7 @@
 #include "model/EntryList.h"
 #include "model/FindOptions.h"
 #include "model/PlaneTable.h"
+#include "model/PropertyText.h"
 #include "model/RegistryHandle.h"
 #include "model/RegistryState.h"
 #include "model/TavRegistryProperty.h"
@@ -167,6 +168,7 @@ private:
     bool readInheritance(RegistryService &service);
     bool readServiceState(RegistryService &service);
     void setFlag(Flag flag, bool on);
+    const PropertyText &propertyText() const;
     QStringList planesWithParents() const;
     EntryList::Entries newChildrenInPlane(const QString &plane, const QByteArray &cPlane);
 
@@ -188,6 +190,7 @@ private:
     QString bundleID_;
     QStringList inheritance_;
     PropertyRef properties_;
+    mutable PropertyText propertyText_; // of properties_, made when it is first searched
     QString name_;
     QString location_;
     PlaneTable<CompactString> namesInPlanes_;

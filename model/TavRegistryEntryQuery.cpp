@@ -10,6 +10,16 @@ QString truth(bool isTrue)
     return isTrue ? QCoreApplication::translate("TavRegistryEntry", "True")
                   : QCoreApplication::translate("TavRegistryEntry", "False");
 }
+
+// Whether one of the texts has the given one in it, or is it.
+bool contains(QByteArrayView texts, const QString &text, bool substring)
+{
+    if (text.isNull())
+        return false;
+    const QByteArray folded = PropertyText::folded(text);
+    return substring ? !folded.isEmpty() && texts.contains(folded)
+                     : texts.contains(PropertyText::separator + folded + PropertyText::separator);
+}
 } // namespace
 
 bool TavRegistryEntry::matchesQuery(const QString &query, FindOptions options,
@@ -97,14 +107,21 @@ RegistryValue TavRegistryEntry::valueForSpecialProperty(const QString &word) con
     return {};
 }
 
+const PropertyText &TavRegistryEntry::propertyText() const
+{
+    if (properties_ && !propertyText_.isMade())
+        propertyText_ = PropertyText(*properties_);
+    return propertyText_;
+}
+
 bool TavRegistryEntry::containsPropertyName(const QString &name, bool substring) const
 {
-    return properties_ && EntryQuery::containsName(*properties_, TextSearch(name, substring));
+    return contains(propertyText().keys(), name, substring);
 }
 
 bool TavRegistryEntry::containsPropertyStringValue(const QString &text, bool substring) const
 {
-    return properties_ && EntryQuery::containsString(*properties_, TextSearch(text, substring));
+    return contains(propertyText().strings(), text, substring);
 }
 
 void TavRegistryEntry::setDescendantMatchesLastQuery(bool matches, const QString &plane)

@@ -1,24 +1,31 @@
 #pragma once
 
-#include <QString>
+#include "model/PropertyText.h"
+
+#include <QByteArrayMatcher>
 #include <QStringMatcher>
 #include <array>
 
-// One text looked for in many, without regard to case: within them, or as the whole of them. An
-// empty text is found nowhere.
+// One text looked for within many, without regard to case. An empty text is found nowhere.
 class TextSearch
 {
 public:
-    TextSearch(const QString &text, bool isSubstring);
+    explicit TextSearch(const QString &text)
+        : matcher_(text, Qt::CaseInsensitive)
+        , foldedMatcher_(PropertyText::folded(text))
+        , length_(text.size())
+    {}
 
     bool matches(QStringView candidate) const
     {
-        if (candidate.size() < length_ || length_ == 0)
-            return false;
-        return isSubstring_ ? matcher_.indexIn(candidate) >= 0
-                            : candidate.compare(text_, Qt::CaseInsensitive) == 0;
+        return length_ > 0 && candidate.size() >= length_ && matcher_.indexIn(candidate) >= 0;
     }
-    // The same for a text that stays where it is while the search lasts. Many properties share one
+    // Whether any of the texts of a PropertyText, or of part of it, matches.
+    bool matchesAnyOf(QByteArrayView texts) const
+    {
+        return length_ > 0 && foldedMatcher_.indexIn(texts) >= 0;
+    }
+    // As matches, for a text that stays where it is while the search lasts. Many entries share one
     // text, so most answers are known already.
     bool matchesKept(QStringView candidate) const
     {
@@ -37,9 +44,8 @@ private:
         bool matches = false;
     };
 
-    QString text_;
     QStringMatcher matcher_;
+    QByteArrayMatcher foldedMatcher_;
     qsizetype length_;
-    bool isSubstring_;
     mutable std::array<Known, 512> known_{};
 };

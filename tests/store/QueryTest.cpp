@@ -21,7 +21,9 @@ class Query : public testing::Test
 protected:
     Query()
     {
-        TreeBuilder tree(service_);
+        service_.addClass(QStringLiteral("DxDisk"), QStringLiteral("DxBlock"),
+                          QStringLiteral("org.disk.drv"));
+        TreeBuilder &tree = registry_;
         tree.plane("DxService", R"(
             Root
               Host : DxHost : DxService
@@ -64,6 +66,7 @@ protected:
     }
 
     FakeRegistryService service_;
+    TreeBuilder registry_{service_};
     std::unique_ptr<TavDataStore> store_;
 };
 
@@ -80,6 +83,7 @@ TEST_F(Query, LooksAtWhatTheOptionsName)
     EXPECT_EQ(found("deep", FindOption::Keys), "");
     EXPECT_EQ(found("deep", FindOption::Values), "Disk");
     EXPECT_EQ(found("4711", FindOption::Values), "");
+    EXPECT_EQ(found("DISK.drv", FindOption::BundleID), "Disk");
     EXPECT_EQ(found("disk", FindOption::KeyValue), "");
     EXPECT_EQ(found("", {}), "");
 }
@@ -93,14 +97,64 @@ TEST_F(Query, DoesNotLookIntoSets)
 
 TEST_F(Query, KnowsStateWordsToTheLetter)
 {
-    EXPECT_EQ(found("busy", FindOption::Special), "Disk");
+    service_.setState(registry_["bus"], ServiceRegistered | ServiceInactive);
+    service_.setState(registry_["Host"], 0);
+    registry_.plane("DxService", "Root\n  Host\n    late : DxLate : DxService");
+    store_->update();
+    TavRegistryEntry &busy =
+        *store_->registryRoot()
+             ->childrenInPlane(QStringLiteral("DxService"))[0]
+             ->childrenWithNameAtLocation(QStringLiteral("busy"), QStringLiteral("DxService"))[0];
+    busy.noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), true);
+
+    const QString all = QStringLiteral("Disk Host Root bus busy late");
+    const auto expect = [&](const char *word, const char *having,
+                            std::initializer_list<const char *> opposites) {
+        QStringList others = all.split(u' ');
+        for (const QString &name : QString::fromUtf8(having).split(u' '))
+            others.removeOne(name);
+        EXPECT_EQ(found(word, FindOption::Special), having) << word;
+        for (const char *opposite : opposites)
+            EXPECT_EQ(found(opposite, FindOption::Special), others.join(u' ').toStdString())
+                << opposite;
+    };
+    expect("registered", "Disk bus busy late", {"!registered", "not registered"});
+    expect("matched", "Disk", {"!matched", "not matched"});
+    expect("active", "Disk Host busy late", {"!active", "not active"});
+    expect("busy", "Disk", {"!busy", "not busy"});
+    expect("new", "late", {"!new", "not new"});
+    expect("dead", "busy", {"!dead", "not dead"});
+    expect("terminated", "busy", {"!terminated", "not terminated"});
     EXPECT_EQ(found("Busy", FindOption::Special), "");
-    EXPECT_EQ(found("matched", FindOption::Special), "Disk");
     EXPECT_EQ(found("busy", {}), "Disk busy"); // every step, so the name too
-    EXPECT_EQ(found("terminated", FindOption::Special), "");
-    store_->registryEntries().back()->noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), true);
-    EXPECT_EQ(found("dead", FindOption::Special),
-              store_->registryEntries().back()->nameInPlane({}).toStdString());
+}
+
+TEST_F(Query, FindsTextsOfThePropertiesInAnyCase)
+{
+    const auto disk = registry_["Disk@0"];
+    const QString deseret = QString::fromUcs4(U"\U00010400x"); // a capital of two units
+    service_.setProperties(
+        disk, Value::dictionary({{key("Größe"), text("ΣΊΣΥΦΟΣ")},
+                                 {key("Unit"), text("\u212Aelvin")},
+                                 {CompactString(deseret), text("")},
+                                 {key("Ends"), text("first")},
+                                 {key("Lone"), Value::string(QString(QChar(0xd801)))}}));
+    store_->update();
+    EXPECT_EQ(found("GRÖSSE", FindOption::Keys), ""); // letter by letter
+    EXPECT_EQ(found("GRÖ", FindOption::Keys), "Disk");
+    EXPECT_EQ(found("σίσυφος", FindOption::Values), "Disk");
+    EXPECT_EQ(found("kelv", FindOption::Values), "Disk");
+    EXPECT_EQ(found("\U00010428X", FindOption::Keys), "Disk");
+    // Each text by itself, and each kind apart.
+    EXPECT_EQ(found("stfirst", FindOption::Values), "");
+    EXPECT_EQ(found("ends", FindOption::Values), "");
+    EXPECT_EQ(found("first", FindOption::Keys), "");
+    EXPECT_EQ(found("first", FindOption::Keys | FindOption::Values), "Disk");
+
+    service_.setProperties(disk, Value::dictionary({{key("Ends"), text("last")}}));
+    store_->update();
+    EXPECT_EQ(found("first", FindOption::Values), "");
+    EXPECT_EQ(found("last", FindOption::Values), "Disk");
 }
 
 TEST_F(Query, KeepsTheAnswerOfTheLastPlaneAndWhoIsAbove)
@@ -155,6 +209,17 @@ TEST_F(Query, AnswersForOneEntryAlone)
                                    QStringLiteral("DxService")));
     EXPECT_TRUE(below);
     EXPECT_TRUE(host.valueForSpecialProperty(QStringLiteral("other")).isNone());
+    const TavRegistryEntry &disk =
+        *store_->registryRoot()->childrenInPlane(QStringLiteral("DxBlock"))[0]->childrenInPlane(
+            QStringLiteral("DxBlock"))[0];
+    EXPECT_EQ(disk.valueForSpecialProperty(QStringLiteral("Matched")), text("True"));
+    EXPECT_EQ(disk.valueForSpecialProperty(QStringLiteral("ACTIVE")), text("True"));
+    EXPECT_TRUE(disk.containsPropertyName(QStringLiteral("inner"), true));
+    EXPECT_FALSE(disk.containsPropertyName(QStringLiteral("inner"), false));
+    EXPECT_TRUE(disk.containsPropertyName(QStringLiteral("INNERKEY"), false));
+    EXPECT_TRUE(disk.containsPropertyStringValue(QStringLiteral("deep text"), false));
+    EXPECT_FALSE(disk.containsPropertyStringValue(QStringLiteral("text"), false));
+    EXPECT_FALSE(disk.containsPropertyStringValue({}, true));
     EXPECT_EQ(host.valueForSpecialProperty(QStringLiteral("BUSY")), Value::number(0, 4));
 }
 } // namespace
