@@ -48,6 +48,7 @@ void TavWindowController::findWithString(const QString &text)
         findNext(true, true, false);
     else
         goToEntryPath(selected, true, true);
+    validateActions(); // siblings are those in sight
 }
 
 // Takes a copy of the query, which may be the one that is kept.
@@ -64,7 +65,6 @@ void TavWindowController::findObjectsMatching(QString query)
         updateFindStepper();
     }
     findDataSource_->reloadData();
-    validateActions();
 }
 
 void TavWindowController::endSearch()

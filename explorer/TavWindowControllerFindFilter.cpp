@@ -47,4 +47,5 @@ void TavWindowController::filteredFindChanged()
     registryBrowser_->reloadColumn(0);
     findDataSource_->reloadData();
     goToEntryPath(selected, true, true);
+    validateActions();
 }

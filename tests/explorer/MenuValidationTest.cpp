@@ -253,6 +253,29 @@ TEST_F(MenuValidationTest, SiblingsAreThoseInSight)
     EXPECT_FALSE(item("selectChildAction").isEnabled());
 }
 
+TEST_F(MenuValidationTest, SiblingsComeBackWithTheEndOfASearch)
+{
+    const auto haveSiblings = [&](bool isExpected) {
+        return item("selectNextSiblingAction").isEnabled() == isExpected &&
+               item("selectPreviousSiblingAction").isEnabled() == isExpected;
+    };
+    for (const char *checkbox : {"findNameCheckbox", "filteredFindCheckbox"})
+        outlet<QCheckBox>(checkbox)->click();
+    for (const bool isBrowser : {false, true}) {
+        isBrowser ? controller_->browserView() : controller_->outlineView();
+        selectDisk();
+        EXPECT_TRUE(haveSiblings(true)) << isBrowser;
+        controller_->findWithString(QStringLiteral("disk@1"));
+        EXPECT_TRUE(haveSiblings(false)) << isBrowser;
+        outlet<QCheckBox>("filteredFindCheckbox")->click();
+        EXPECT_TRUE(haveSiblings(true)) << isBrowser;
+        outlet<QCheckBox>("filteredFindCheckbox")->click();
+        EXPECT_TRUE(haveSiblings(false)) << isBrowser;
+        controller_->findWithString({});
+        EXPECT_TRUE(haveSiblings(true)) << isBrowser;
+    }
+}
+
 TEST_F(MenuValidationTest, KeysDoNotGetPastTheTruth)
 {
     const QKeySequence key = item("revealSelectionBundleInNavroAction").shortcut();
