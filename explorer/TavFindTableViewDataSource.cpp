@@ -5,6 +5,7 @@
 #include "explorer/EntryTextStyle.h"
 #include "explorer/TavWindowController.h"
 #include "platform/SystemBeep.h"
+#include "platform/desktop/InputEvents.h"
 #include "platform/desktop/OutlineRowDelegate.h"
 #include "platform/desktop/PlainToolTip.h"
 #include "platform/desktop/VisibleText.h"
@@ -33,6 +34,7 @@ TavFindTableViewDataSource::TavFindTableViewDataSource(TavWindowController &wind
     , findTableView_(findTableView)
     , findPreviewField_(findPreviewField)
     , findNumMatchedField_(findNumMatchedField)
+    , eventOfVisit_(InputEvents::instance().current())
 {
     setUpTable();
     connect(&findPreviewField_, &QLineEdit::textChanged, this,
@@ -41,8 +43,10 @@ TavFindTableViewDataSource::TavFindTableViewDataSource(TavWindowController &wind
         if (!isReloading_)
             findPreviewSelected();
     });
+    connect(&findTableView_, &QTableView::pressed, this,
+            &TavFindTableViewDataSource::rowChosenAgain);
     connect(&findTableView_, &QTableView::activated, this,
-            &TavFindTableViewDataSource::findPreviewSelected);
+            &TavFindTableViewDataSource::rowChosenAgain);
     numberOfRowsInTableView();
 }
 
@@ -156,8 +160,16 @@ int TavFindTableViewDataSource::selectedRow() const
     return rows.isEmpty() ? -1 : rows.first().row();
 }
 
+// Unless the same press of a button or a key has gone there already, by selecting the row.
+void TavFindTableViewDataSource::rowChosenAgain()
+{
+    if (eventOfVisit_ != InputEvents::instance().current())
+        findPreviewSelected();
+}
+
 void TavFindTableViewDataSource::findPreviewSelected()
 {
+    eventOfVisit_ = InputEvents::instance().current();
     const EntryRef entry = entryAtIndex(selectedRow());
     if (!entry)
         return;

@@ -37,6 +37,7 @@ public:
 
 private:
     void setUpTable();
+    void rowChosenAgain();
     int selectedRow() const; // -1 for none
     void restoreSelection(const EntryRef &entry, int scrolled);
     QString previewOf(const TavRegistryEntry &entry) const;
@@ -49,4 +50,5 @@ private:
     int rows_ = 0;
     mutable std::vector<EntryRef> sorted_; // empty until a row is asked for
     bool isReloading_ = false;
+    quint64 eventOfVisit_; // in which the entry of a row was last gone to
 };

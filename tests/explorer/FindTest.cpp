@@ -240,7 +240,15 @@ TEST_F(FindTest, PreviewsAPropertyAndGoesToAResult)
     EXPECT_EQ(shown("BUSY"), "disk=0 disk=0 ");
     EXPECT_EQ(shown("Registered"), "disk=True disk=True ");
 
-    table_->selectRow(1);
+    const auto press = [&](int row) {
+        QTest::mouseClick(table_->viewport(), Qt::LeftButton, {},
+                          table_->visualRect(table_->model()->index(row, 0)).center());
+    };
+    press(1);
+    EXPECT_EQ(selected(), "DxService:/bus/disk@1");
+    controller_->findPrev();
+    EXPECT_EQ(selected(), "DxService:/bus/disk@0");
+    press(1); // selected as it is
     EXPECT_EQ(selected(), "DxService:/bus/disk@1");
     find("supply");
     table_->selectRow(0); // which the plane that is shown does not have
@@ -304,10 +312,14 @@ TEST_F(FindTest, ListsEntriesThatHaveGone)
     terminate("disk@1");
     store_->clearTerminatedObjects();
     EXPECT_EQ(table.model()->index(0, 0).data().toString(), QStringLiteral("disk"));
-    table.selectRow(0);
+    untold.window()->grab();
+    for (int press = 1; press <= 2; ++press) {
+        QTest::mouseClick(table.viewport(), Qt::LeftButton, {},
+                          table.visualRect(table.model()->index(0, 0)).center());
+        EXPECT_EQ(beeps_, press);
+    }
     untold.findNext();
     untold.window()->grab();
-    EXPECT_EQ(beeps_, 1);
     untold.refreshDisplay();
     EXPECT_EQ(table.model()->rowCount(), 0);
 }
