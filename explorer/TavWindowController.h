@@ -21,6 +21,7 @@ class QCheckBox;
 class QComboBox;
 class QDialog;
 class QDockWidget;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
 class QMainWindow;
@@ -239,6 +240,8 @@ private:
     void showObjectInfo(const TavRegistryEntry &entry);
     static std::span<const MenuCommand> menuCommands();
     void perform(QAction &item);
+    bool takeKey(const QKeyEvent &key); // one that the view with the keyboard is not to have
+    bool isKeyOfCommand(const QKeyEvent &key) const;
     void validateActions(); // whenever the state that they tell has changed
     static bool canPaste();
     bool hasBundle() const;

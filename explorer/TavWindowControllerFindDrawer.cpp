@@ -40,6 +40,7 @@ void TavWindowController::setUpFind()
     findDataSource_ = std::make_unique<TavFindTableViewDataSource>(
         *this, *findTableView_, *findPreviewField_,
         *InterfaceLoader::outlet<QLabel>(*window_, "findNumMatchedField"));
+    findTableView_->installEventFilter(this);
     findStepper_->setUp();
     closeDrawer();
 

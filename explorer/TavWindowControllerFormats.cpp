@@ -5,7 +5,7 @@
 #include "platform/desktop/InterfaceLoader.h"
 
 #include <QAction>
-#include <QEvent>
+#include <QKeyEvent>
 #include <QMainWindow>
 
 void TavWindowController::setUpFormats()
@@ -19,6 +19,8 @@ bool TavWindowController::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == window_.get() && event->type() == QEvent::WindowActivate)
         windowDidBecomeKey();
+    if (event->type() == QEvent::KeyPress && takeKey(*static_cast<QKeyEvent *>(event)))
+        return true;
     return QObject::eventFilter(watched, event);
 }
 

@@ -5,6 +5,7 @@
 #include "platform/desktop/ColumnResizer.h"
 
 #include <QContextMenuEvent>
+#include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
@@ -262,6 +263,12 @@ void ColumnBrowser::layOutColumns()
         place(*shown->list, widths_.of(number));
         place(*shown->resizer, ColumnResizer::thickness);
     }
+}
+
+// What a column leaves is no way to scroll sideways.
+void ColumnBrowser::keyPressEvent(QKeyEvent *event)
+{
+    event->ignore();
 }
 
 // Where the selection was seen, it stays in sight.

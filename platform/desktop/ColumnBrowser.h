@@ -63,6 +63,7 @@ Q_SIGNALS:
     void contextMenuRequested(const QPoint &globalPosition);
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
 

@@ -29,10 +29,12 @@ int ColumnBrowserList::widthOfContents() const
 
 void ColumnBrowserList::keyPressEvent(QKeyEvent *event)
 {
-    const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier |
-                                                 Qt::MetaModifier | Qt::ShiftModifier));
+    if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) {
+        event->ignore(); // these keys are the window's
+        return;
+    }
     const bool isLeft = event->key() == Qt::Key_Left;
-    if (!isPlain || (!isLeft && event->key() != Qt::Key_Right)) {
+    if (event->modifiers() & Qt::ShiftModifier || (!isLeft && event->key() != Qt::Key_Right)) {
         QListView::keyPressEvent(event);
         return;
     }

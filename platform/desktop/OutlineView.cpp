@@ -29,6 +29,21 @@ void visitSubtree(const QAbstractItemModel &model, const QModelIndex &top, int d
         }
     }
 }
+
+bool isMoving(const QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        return true;
+    default:
+        return false;
+    }
+}
 } // namespace
 
 OutlineView::OutlineView(QWidget *parent)
@@ -102,6 +117,10 @@ void OutlineView::mousePressEvent(QMouseEvent *event)
 void OutlineView::keyPressEvent(QKeyEvent *event)
 {
     // With Alt alone these keys are the window's.
+    if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::AltModifier && isMoving(*event)) {
+        event->ignore();
+        return;
+    }
     const auto modifiers = Qt::AltModifier | Qt::ShiftModifier;
     if ((event->modifiers() & modifiers) == modifiers && currentIndex().isValid() &&
         (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {

@@ -22,8 +22,13 @@ void SearchField::keyPressEvent(QKeyEvent *event)
         QLineEdit::keyPressEvent(event);
         return;
     }
+    cancelSearch();
+    event->accept();
+}
+
+void SearchField::cancelSearch()
+{
     clear();
     cancelPendingSearch();
-    event->accept();
     Q_EMIT cancelled();
 }

@@ -11,10 +11,11 @@ public:
     explicit SearchField(QWidget *parent = nullptr);
 
     void cancelPendingSearch() { delay_.stop(); }
+    void cancelSearch(); // and empties the field, as Escape does
 
 Q_SIGNALS:
     void searchRequested();
-    void cancelled(); // by Escape, which has emptied the field
+    void cancelled(); // the field is empty by now
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

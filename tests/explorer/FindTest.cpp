@@ -150,8 +150,33 @@ TEST_F(FindTest, FindsWhileTheUserTypes)
     EXPECT_TRUE(outlet<SearchField>("findField")->hasFocus());
 }
 
+TEST_F(FindTest, EscapeEndsASearchAmongWhatItShows)
+{
+    click("findOptionsDrawerButton");
+    const auto escape = [&] {
+        QTest::keyClick(controller_->window()->focusWidget(), Qt::Key_Escape);
+        return std::pair(controller_->foundObjects().has_value(),
+                         controller_->isExplorerFirstResponder());
+    };
+    const std::pair ended(false, true);
+    const auto checkIn = [&](QWidget &focused) {
+        type("disk");
+        controller_->find();
+        focused.setFocus();
+        EXPECT_EQ(escape(), ended) << focused.objectName().toStdString();
+        EXPECT_EQ(outlet<SearchField>("findField")->text(), QString());
+        EXPECT_EQ(escape(), ended);
+    };
+    checkIn(*view_);
+    checkIn(*table_);
+    controller_->browserView();
+    checkIn(*outlet<QWidget>("registryBrowser"));
+    EXPECT_EQ(beeps_, 0);
+}
+
 TEST_F(FindTest, TakesAnyQuery)
 {
+    found(every, "");
     const QString odd[] = {QString(10'000, u'd'), QString::fromUtf8("a\u202Eb\u05D0\u0001\n"),
                            QString(QChar(0xD800)), QStringLiteral("!BUSY"), QString(QChar(u'\0'))};
     for (const QString &query : odd) {

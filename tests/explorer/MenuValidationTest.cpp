@@ -276,6 +276,37 @@ TEST_F(MenuValidationTest, SiblingsComeBackWithTheEndOfASearch)
     }
 }
 
+// What cannot be done is not done by the view with the keyboard instead, in its own way.
+TEST_F(MenuValidationTest, KeysOfCommandsThatCannotRunOnlyBeep)
+{
+    outlet<QCheckBox>("findNameCheckbox")->click();
+    item("toggleFindOptionsDrawerAction").trigger();
+    controller_->findWithString(QStringLiteral("disk@"));
+    auto &results = *outlet<QAbstractItemView>("findTableView");
+    results.setCurrentIndex(results.model()->index(1, 0));
+    const auto beepsFor = [&](QWidget &focused, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        const int before = beeps_;
+        focused.setFocus();
+        QTest::keyClick(controller_->window()->focusWidget(), key, modifiers);
+        EXPECT_EQ(controller_->selectedEntry(), entry("disk@1"));
+        return beeps_ - before;
+    };
+    const auto check = [&](const char *view) {
+        auto &focused = *outlet<QWidget>(view);
+        EXPECT_EQ(beepsFor(focused, Qt::Key_Down, Qt::AltModifier), 1) << view; // it has no child
+        EXPECT_EQ(beepsFor(focused, Qt::Key_Right, Qt::AltModifier | Qt::KeypadModifier), 1);
+        EXPECT_EQ(beepsFor(focused, Qt::Key_PageDown, Qt::ControlModifier), 1) << view;
+        EXPECT_EQ(beepsFor(focused, Qt::Key_F9, {}), 0) << view; // no command's
+    };
+    ASSERT_EQ(controller_->selectedEntry(), entry("disk@1"));
+    for (const char *view : {"registryOutlineView", "propertiesOutlineView", "findTableView"})
+        check(view);
+    controller_->browserView();
+    check("registryBrowser");
+    controller_->findWithString({});
+    EXPECT_EQ(beepsFor(*outlet<QWidget>("registryBrowser"), Qt::Key_F3, {}), 1);
+}
+
 TEST_F(MenuValidationTest, KeysDoNotGetPastTheTruth)
 {
     const QKeySequence key = item("revealSelectionBundleInNavroAction").shortcut();
