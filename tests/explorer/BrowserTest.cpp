@@ -219,6 +219,19 @@ TEST_F(BrowserTest, SearchLeavesMatchesAndTheWayToThem)
     EXPECT_EQ(columns().substr(0, columns().find('\n')), "Root>*");
 }
 
+TEST_F(BrowserTest, HidingWhatIsTerminatedHidesWhatASearchLeavesOut)
+{
+    openColumns();
+    QTest::mouseClick(outlet<QCheckBox>("findNameCheckbox"), Qt::LeftButton);
+    controller_->findWithString(QStringLiteral("module"));
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>, module*\n");
+    controller_->toggleShowTerminatedObjects();
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nmodule*\n");
+    controller_->findWithString(QStringLiteral("nothing"));
+    controller_->goToEntryPath(path({"Root"}), true, true);
+    EXPECT_EQ(columns(), "Root*\n");
+}
+
 TEST_F(BrowserTest, KeepsItsPlaceThroughUpdates)
 {
     std::string tree = "Root\n  Host\n    many\n";

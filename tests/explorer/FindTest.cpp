@@ -1,4 +1,5 @@
 #include "ExplorerFixture.h"
+#include "display/EntryColors.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "platform/PreferencesStore.h"
 #include "platform/desktop/SearchField.h"
@@ -104,6 +105,11 @@ TEST_F(FindTest, ShowsMatchesAndTheWaysToThem)
     EXPECT_EQ(controller_->findStateForRegistryEntry(*entry("bus")), FindStateParentOfMatch);
     EXPECT_EQ(controller_->findStateForRegistryEntry(*entry("disk@1")), FindStateMatching);
     EXPECT_EQ(controller_->findStateForRegistryEntry(*entry("module")), FindStateNotMatching);
+    find("@");
+    EXPECT_EQ(count(), "3 objects match");
+    EXPECT_EQ(controller_->findStateForRegistryEntry(*entry("part@1")), FindStateMatching);
+    // It leads to a match as well.
+    EXPECT_EQ(controller_->findStateForRegistryEntry(*entry("disk@0")), FindStateMatching);
     EXPECT_EQ(beeps_, 0);
 
     find("nowhere");
@@ -303,6 +309,47 @@ TEST_F(FindTest, FollowsItsOptions)
     EXPECT_TRUE(outlet<QCheckBox>("findInheritanceCheckbox")->isChecked());
     EXPECT_EQ(count(), "1 object matches");
     EXPECT_EQ(found(every, "dxdisk"), "disk ");
+}
+
+TEST_F(FindTest, OptionsChangeWhileASearchIsPending)
+{
+    type("dxdisk");
+    click("findInheritanceCheckbox");
+    EXPECT_EQ(count(), "0 objects match"); // at once
+    type("part");
+    click("findNameCheckbox"); // the last one
+    EXPECT_FALSE(outlet<SearchField>("findField")->isEnabled());
+    QTest::qWait(300); // the search that was typed comes to nothing
+    EXPECT_EQ(count(), "No search");
+    EXPECT_EQ(beeps_, 1);
+}
+
+TEST_F(FindTest, OpensWithoutOptions)
+{
+    PreferencesStore::standard().setValue(QStringLiteral("FindOptions"), 0);
+    open();
+    EXPECT_FALSE(outlet<SearchField>("findField")->isEnabled());
+    EXPECT_EQ(count(), "No search");
+}
+
+TEST_F(FindTest, StylesResultsByTheirStateAlone)
+{
+    find("o"); // among them the root
+    const auto style = [&](const char *name, int role) {
+        QVariant found;
+        for (int row = 0; row < table_->model()->rowCount(); ++row) {
+            if (cell(row, 0) == name)
+                found = table_->model()->index(row, 0).data(role);
+        }
+        return found;
+    };
+    EXPECT_TRUE(style("Root", Qt::FontRole).value<QFont>().italic());
+    EXPECT_FALSE(style("Host", Qt::FontRole).isValid()); // not bold, as a match in the tree is
+    EXPECT_FALSE(style("Host", Qt::ForegroundRole).isValid());
+    terminate("module");
+    EXPECT_TRUE(style("module", Qt::FontRole).value<QFont>().strikeOut());
+    EXPECT_EQ(style("module", Qt::ForegroundRole).value<QColor>(),
+              EntryColors::colorForTerminatedItem());
 }
 
 TEST_F(FindTest, FollowsTheRegistry)

@@ -166,6 +166,15 @@ TEST_F(MenuValidationTest, EveryCommandCanRunWhenItSays)
     check(&Row::isArchived, "archived");
 }
 
+TEST_F(MenuValidationTest, PathsInThePlaneAreSteppedThrough)
+{
+    service_.link(registry_["Host"], registry_["disk@1"], "DxService");
+    update();
+    EXPECT_TRUE(item("goToNextPathInPlaneAction").isEnabled());
+    item("goToNextPathInPlaneAction").trigger();
+    EXPECT_EQ(controller_->registryPathForSelectedEntry(), QStringLiteral("DxService:/disk@1"));
+}
+
 TEST_F(MenuValidationTest, FindCommandsFollowTheMatches)
 {
     const auto enabled = [this](const char *text) {
@@ -227,6 +236,8 @@ TEST_F(MenuValidationTest, TitlesAndCheckMarksTellTheState)
     openArchived();
     EXPECT_FALSE(item("toggleTimedUpdateAction").isChecked());
     EXPECT_FALSE(item("toggleAutoupdateAction").isChecked());
+    item("toggleTimedUpdateAction").setText(QStringLiteral("as it was"));
+    EXPECT_EQ(menuTitle("registryMenu", "toggleTimedUpdateAction"), QStringLiteral("as it was"));
     EXPECT_EQ(menuTitle("windowMenu", "newDocumentWindowAction"),
               QStringLiteral("New Viewer Window for 'now  then.vandrel'"));
     EXPECT_TRUE(item("newDocumentWindowAction").text().contains(QLatin1String("now && then")));
