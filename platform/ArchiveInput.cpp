@@ -27,7 +27,7 @@ bool ArchiveInput::next()
 
 bool ArchiveInput::enter()
 {
-    return (cbor.isContainer() && cbor.enterContainer()) || fail("a list is missing");
+    return (cbor.isArray() && cbor.enterContainer()) || fail("a list is missing");
 }
 
 bool ArchiveInput::leave()

@@ -13,8 +13,8 @@ public:
     {}
 
     bool next();
-    bool enter();                      // an array or map
-    bool leave();                      // false when it has more elements
+    bool enter();                      // an array
+    bool leave();                      // an array or map; false when it has more elements
     bool readText(QString &text);      // never null
     bool readBytes(QByteArray &bytes); // likewise
     bool fail(const char *reason);     // always false

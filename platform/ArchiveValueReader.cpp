@@ -4,6 +4,7 @@
 
 #include <QtEndian>
 #include <cmath>
+#include <optional>
 
 using Kind = ArchiveItemKind;
 
@@ -13,6 +14,25 @@ namespace {
 quint64 negativePayload(const QCborStreamReader &cbor)
 {
     return static_cast<quint64>(cbor.toNegativeInteger()) - 1;
+}
+
+// An integer or a floating-point number of any width.
+std::optional<double> number(const QCborStreamReader &cbor)
+{
+    switch (cbor.type()) {
+    case QCborStreamReader::UnsignedInteger:
+        return static_cast<double>(cbor.toUnsignedInteger());
+    case QCborStreamReader::NegativeInteger:
+        return -1 - static_cast<double>(negativePayload(cbor));
+    case QCborStreamReader::Float16:
+        return static_cast<float>(cbor.toFloat16());
+    case QCborStreamReader::Float:
+        return cbor.toFloat();
+    case QCborStreamReader::Double:
+        return cbor.toDouble();
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -126,20 +146,14 @@ bool ArchiveValueReader::readTagged(ArchiveItems &items)
 
 bool ArchiveValueReader::readDate(ArchiveItems &items)
 {
-    double seconds = 0;
-    if (cbor_.isUnsignedInteger())
-        seconds = static_cast<double>(cbor_.toUnsignedInteger());
-    else if (cbor_.isNegativeInteger())
-        seconds = -1 - static_cast<double>(negativePayload(cbor_));
-    else if (cbor_.isDouble())
-        seconds = cbor_.toDouble();
-    else
+    const std::optional<double> seconds = number(cbor_);
+    if (!seconds)
         return input_.fail("a date is missing");
     constexpr double furthest = 1e12; // beyond it a double cannot tell milliseconds
-    if (!(std::abs(seconds) < furthest))
+    if (!(std::abs(*seconds) < furthest))
         return input_.fail("a date is out of range");
     const quint64 index = table_.dates.size();
-    table_.dates.push_back(QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000), Qt::UTC));
+    table_.dates.push_back(QDateTime::fromMSecsSinceEpoch(std::llround(*seconds * 1000), Qt::UTC));
     table_.shared.add(Kind::Date, index);
     items.add(Kind::Date, index);
     return input_.next();
@@ -194,7 +208,7 @@ bool ArchiveValueReader::openContainer(ArchiveItems &items, Kind kind)
         table_.fields.add(kind, start);
     table_.elements.add(kind);
     open_.push_back({start, kind == Kind::Dictionary});
-    return input_.enter();
+    return cbor_.enterContainer() || input_.fail("a list is damaged");
 }
 
 bool ArchiveValueReader::closeContainer()

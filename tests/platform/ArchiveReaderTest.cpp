@@ -142,6 +142,12 @@ TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
          })},
         {"shape that was not defined", "a shape is missing", archiveOf(array(0, 0))},
         {"object that is no array", "a list is missing", archiveOf([](Writer &w) { w.append(1); })},
+        {"object that is a map", "a list is missing", archiveOf([](Writer &w) {
+             w.startMap(1);
+             w.append(0);
+             w.append(0);
+             w.endMap();
+         })},
         {"reference out of range", "an object is missing",
          archiveOfValue([](Writer &w) { w.append(1); })},
         {"huge reference", "an object is missing",
@@ -220,6 +226,41 @@ TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
             << name << ": " << qPrintable(unarchiver.error()->message);
     }
     ASSERT_FALSE(KeyedUnarchiver(archiveOfValue([](Writer &w) { w.append(0); })).error());
+}
+
+TEST(ArchiveReader, ReadsEveryFormOfAValue)
+{
+    const QByteArray head = unsealArchive(archiveOfValue([](Writer &) {})).chopped(2);
+    const auto valueOf = [&](const QByteArray &form) {
+        KeyedUnarchiver unarchiver(sealArchive(head + form + "\xff\xff"));
+        EXPECT_FALSE(unarchiver.error()) << form.toHex().constData();
+        return unarchiver.error()
+                   ? ArchiveValue()
+                   : unarchiver.object({0}).decodeValue(L1("value"), ArchiveKinds(~0));
+    };
+    const auto date = [](qint64 milliseconds) -> ArchiveValue {
+        return QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC);
+    };
+    const std::pair<QByteArray, ArchiveValue> cases[] = {
+        {"c11805", date(5000)},
+        {"c124", date(-5000)},
+        {"c1f93e00", date(1500)},             // half
+        {"c1fabfc00000", date(-1500)},        // single
+        {"c1fb3ff8000000000000", date(1500)}, // double
+        {"7f626162ff", QStringLiteral("ab")},
+        {"7f61616061626062c3a4ff", QStringLiteral("abä")},
+        {"7fff", QString(L1(""))},
+        {"5f41014040420202ff", QByteArray("\1\2\2")},
+        {"5fff", QByteArray("")},
+        {"9ff4f5ff", ArchiveList{false, true}},
+        {"8180", ArchiveList{ArchiveList()}},
+        {"bf6161f57f6162fff4ff",
+         ArchiveDictionary{{QStringLiteral("a"), true}, {QStringLiteral("b"), false}}},
+        {"d84041ff", ArchiveNumber{255, 1, false}},
+        {"d8495f41ff4100ff", ArchiveNumber{0xff00, 2, true}},
+    };
+    for (const auto &[form, value] : cases)
+        EXPECT_TRUE(valueOf(QByteArray::fromHex(form)) == value) << form.constData();
 }
 
 TEST(ArchiveReader, SpendsLittleOnClaimsThatTheBytesDoNotBear)
