@@ -215,12 +215,16 @@ public:
     void operator()(ArchiveReference object) { record_.add(Kind::Object, object.index); }
     void operator()(const ArchiveList &list)
     {
+        if (isTooDeep())
+            return;
         record_.openContainer(Kind::List, list.size());
         for (const ArchiveValue &value : list)
             archiver_._addValue(value, depth_ + 1);
     }
     void operator()(const ArchiveDictionary &dictionary)
     {
+        if (isTooDeep())
+            return;
         record_.openContainer(Kind::Dictionary, 2 * dictionary.size());
         for (const ArchiveMember &member : dictionary) {
             archiver_._addString(member.key);
@@ -229,17 +233,21 @@ public:
     }
 
 private:
+    bool isTooDeep()
+    {
+        if (depth_ < ArchiveFormat::deepestNesting)
+            return false;
+        archiver_._fail(QStringLiteral("lists are nested too deeply"));
+        record_.add(Kind::Absent);
+        return true;
+    }
+
     KeyedArchiver &archiver_;
     ArchiveRecord &record_;
-    int depth_;
+    int depth_; // lists and dictionaries around the value
 };
 
 void KeyedArchiver::_addValue(const ArchiveValue &value, int depth)
 {
-    if (depth > ArchiveFormat::deepestNesting) {
-        _fail(QStringLiteral("lists are nested too deeply"));
-        record_.add(Kind::Absent);
-        return;
-    }
     std::visit(ValueAdder(*this, depth), static_cast<const ArchiveValue::variant &>(value));
 }

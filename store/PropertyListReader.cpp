@@ -114,12 +114,12 @@ bool PropertyListReader::nextElement()
 RegistryValue PropertyListReader::readValue(int depth)
 {
     const auto name = xml_.name();
-    if (depth > deepestNesting)
-        return fail("nested too deeply");
-    if (name == QLatin1String("dict"))
-        return readDictionary(depth);
-    if (name == QLatin1String("array"))
-        return readArray(depth);
+    const bool isDictionary = name == QLatin1String("dict");
+    if (isDictionary || name == QLatin1String("array")) {
+        if (depth == deepestNesting)
+            return fail("nested too deeply");
+        return isDictionary ? readDictionary(depth) : readArray(depth);
+    }
     if (name == QLatin1String("string"))
         return RegistryValue::string(readText());
     if (name == QLatin1String("integer"))

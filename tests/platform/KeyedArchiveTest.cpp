@@ -227,11 +227,15 @@ TEST(KeyedArchive, ReportsWhatCannotBeWritten)
                     a.encodeInteger(L1("k"), 1);
                     a.encodeString(L1("k"), {});
                 }).contains(L1("twice")));
-    ArchiveValue nested;
-    for (int i = 0; i < 100; ++i)
-        nested = ArchiveList{nested};
+    ArchiveValue deepest = true;
+    for (int i = 0; i < 64; ++i)
+        deepest = ArchiveList{deepest};
+    EXPECT_FALSE(KeyedUnarchiver(archiveOfValue(deepest)).error());
+    ArchiveValue deeper = ArchiveDictionary();
+    for (int i = 0; i < 64; ++i)
+        deeper = ArchiveList{deeper};
     EXPECT_TRUE(
-        failure([&](KeyedArchiver &a) { a.encodeValue(L1("k"), nested); }).contains(L1("nested")));
+        failure([&](KeyedArchiver &a) { a.encodeValue(L1("k"), deeper); }).contains(L1("nested")));
 
     QFile full(QStringLiteral("/dev/full"));
     ASSERT_TRUE(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));

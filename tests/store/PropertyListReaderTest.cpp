@@ -109,10 +109,13 @@ TEST(PropertyListReader, RefusesWhatWouldTakeLong)
 
 TEST(PropertyListReader, BoundsDepth)
 {
-    const auto nested = [](int depth) {
-        return read(QByteArray("<array>").repeated(depth) + QByteArray("</array>").repeated(depth));
+    const auto nested = [](int depth, const QByteArray &innermost = {}) {
+        return read(QByteArray("<array>").repeated(depth) + innermost +
+                    QByteArray("</array>").repeated(depth));
     };
-    EXPECT_FALSE(nested(60).isNone());
+    EXPECT_FALSE(nested(64, "<true/>").isNone());
+    EXPECT_TRUE(nested(65).isNone());
+    EXPECT_TRUE(nested(64, "<dict/>").isNone());
     EXPECT_TRUE(nested(1000).isNone());
     EXPECT_TRUE(read(QByteArray("<array>").repeated(1'000'000)).isNone());
 }
