@@ -25,6 +25,8 @@ QString DataStoreEncoder::encode(const TavDataStore &store, QIODevice &device)
 {
     DataStoreEncoder encoder(store, device);
     encoder.makeMissingTrees();
+    if (!encoder.settleLinks())
+        return QStringLiteral("the entries have more paths than can be followed");
     encoder.archiver_.encodeRoot(store, encoder.storeClass_);
     return encoder.archiver_.errorString();
 }
@@ -41,6 +43,10 @@ DataStoreEncoder::DataStoreEncoder(const TavDataStore &store, QIODevice &device)
     , propertyClass_(archiver_.addClass<TavRegistryProperty>(
           ArchiveClassName::property[0],
           [this](const TavRegistryProperty &object, KeyedArchiver &) { encodeProperty(object); }))
+    , children_{EntryKey::childrenInPlanes, &TavRegistryEntry::childrenInPlanes_,
+                PlaneLinks::Direction::ToChildren}
+    , parents_{EntryKey::parentsInPlanes, &TavRegistryEntry::parentsInPlanes_,
+               PlaneLinks::Direction::ToParents}
 {}
 
 // An entry that could not be read lately has lost its tree, but no archive opens without it.
@@ -88,8 +94,8 @@ void DataStoreEncoder::encodeEntry(const TavRegistryEntry &entry)
     encodeNames(Key::namesInPlanes, entry.namesInPlanes_);
     archiver_.encodeString(Key::location, entry.location_);
     encodeNames(Key::locationsInPlanes, entry.locationsInPlanes_);
-    encodeRelatives(Key::childrenInPlanes, entry.childrenInPlanes_);
-    encodeRelatives(Key::parentsInPlanes, entry.parentsInPlanes_);
+    encodeRelatives(entry, children_);
+    encodeRelatives(entry, parents_);
     archiver_.encodeInteger(Key::entryTag, entry.entryTag());
     archiver_.encodeInteger(Key::busyCount, entry.busyCount());
     archiver_.encodeInteger(Key::kernelRetainCount, entry.kernelRetainCount());
@@ -163,18 +169,5 @@ void DataStoreEncoder::encodeNames(QLatin1String key, const PlaneTable<CompactSt
     ArchiveDictionary dictionary;
     for (const auto &item : names)
         dictionary.push_back({item.plane(), item.value.toOwner()});
-    archiver_.encodeValue(key, dictionary);
-}
-
-void DataStoreEncoder::encodeRelatives(QLatin1String key, const PlaneTable<EntryList> &relatives)
-{
-    ArchiveDictionary dictionary;
-    for (const auto &item : relatives) {
-        ArchiveList list;
-        for (const TavRegistryEntry *entry : item.value.entries())
-            list.push_back(archiver_.reference(*entry, entryClass_));
-        if (!list.empty())
-            dictionary.push_back({item.plane(), std::move(list)});
-    }
     archiver_.encodeValue(key, dictionary);
 }

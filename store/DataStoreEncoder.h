@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/KeyedArchiver.h"
+#include "store/PlaneLinks.h"
 #include "store/TavDataStore.h"
 
 // Writes a data store, with its entries and their property trees, as the archive that is the
@@ -12,8 +13,19 @@ public:
     static QString encode(const TavDataStore &store, QIODevice &device);
 
 private:
+    // An entry's children or parents.
+    struct Relatives
+    {
+        QLatin1String key;
+        PlaneTable<EntryList> TavRegistryEntry::*table;
+        PlaneLinks::Direction direction;
+        PlaneLinks::LinkSets leftOut = {}; // by the entries' numbers in the archive
+    };
+
     DataStoreEncoder(const TavDataStore &store, QIODevice &device);
     void makeMissingTrees();
+    bool settleLinks(); // false when no archive with them would open
+    PlaneLinks linksTo(const Relatives &relatives);
     void encodeStore(const TavDataStore &store);
     void encodeEntry(const TavRegistryEntry &entry);
     void encodeProperty(const TavRegistryProperty &node);
@@ -21,7 +33,10 @@ private:
     void encodeChildren(const TavRegistryProperty &node);
     void encodeStrings(QLatin1String key, const QStringList &strings);
     void encodeNames(QLatin1String key, const PlaneTable<CompactString> &names);
-    void encodeRelatives(QLatin1String key, const PlaneTable<EntryList> &relatives);
+    void encodeRelatives(const TavRegistryEntry &entry, const Relatives &relatives);
+    std::vector<ArchiveReference> writtenRelatives(const TavRegistryEntry &entry,
+                                                   const Relatives &relatives,
+                                                   const PlaneTable<EntryList>::Item &item);
     const TavRegistryProperty *treeOf(const TavRegistryEntry &entry) const;
 
     const TavDataStore &store_;
@@ -29,6 +44,8 @@ private:
     ArchiveClass<TavDataStore> storeClass_;
     ArchiveClass<TavRegistryEntry> entryClass_;
     ArchiveClass<TavRegistryProperty> propertyClass_;
+    Relatives children_;
+    Relatives parents_;
     QHash<const TavRegistryEntry *, PropertyRef> missingTrees_;
     // The lister of each node that names another one as its parent.
     QHash<const TavRegistryProperty *, const TavRegistryProperty *> listers_;

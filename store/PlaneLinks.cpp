@@ -7,10 +7,11 @@
 class PlaneLinks::Untangler
 {
 public:
-    explicit Untangler(std::size_t entryCount)
-        : start_(entryCount)
-        , leadingTo_(entryCount)
-        , paths_(entryCount)
+    Untangler(std::size_t size, quint64 mostPaths)
+        : start_(size)
+        , leadingTo_(size)
+        , paths_(size)
+        , mostPaths_(mostPaths)
     {}
 
     Finding check(const Lists &lists, Direction direction)
@@ -55,7 +56,7 @@ private:
     {
         for (const quint32 entry : order_)
             paths_[entry] = 0;
-        quint64 left = limit();
+        quint64 left = mostPaths_;
         for (const quint32 entry : order_) {
             const quint64 paths = std::max<quint64>(1, paths_[entry]);
             if (paths > left)
@@ -70,7 +71,7 @@ private:
     // The parents come after it.
     bool areFewUpwards(const Lists &lists)
     {
-        quint64 left = limit();
+        quint64 left = mostPaths_;
         for (auto entry = order_.rbegin(); entry != order_.rend(); ++entry) {
             quint64 paths = 0;
             for (const quint32 parent : relatives(lists, *entry))
@@ -83,7 +84,6 @@ private:
         return true;
     }
 
-    quint64 limit() const { return pathLimit(start_.size()); }
     std::span<const quint32> relatives(const Lists &lists, quint32 entry) const
     {
         const std::size_t start = start_[entry];
@@ -91,17 +91,12 @@ private:
             return {};
         return {lists.data() + start + 1, lists[start]};
     }
-    template<class Action>
-    static void forEach(const Lists &lists, Action action)
-    {
-        for (std::size_t position = 0; position < lists.size(); position += 2 + lists[position + 1])
-            action(position);
-    }
 
     std::vector<std::size_t> start_; // by entry: 1 + where its list is; 0: none in this plane
     std::vector<quint32> leadingTo_; // by entry: links that lead to it; all 0 between planes
     std::vector<quint64> paths_;     // by entry
     std::vector<quint32> order_;     // of a plane: each before those that it leads to
+    quint64 mostPaths_;
 };
 
 void PlaneLinks::add(const QString &plane, quint32 entry, const std::vector<quint32> &relatives)
@@ -110,13 +105,17 @@ void PlaneLinks::add(const QString &plane, quint32 entry, const std::vector<quin
     lists.push_back(entry);
     lists.push_back(static_cast<quint32>(relatives.size()));
     lists.insert(lists.end(), relatives.begin(), relatives.end());
+    highest_ = std::max(highest_, entry);
+    for (const quint32 relative : relatives)
+        highest_ = std::max(highest_, relative);
 }
 
-PlaneLinks::Finding PlaneLinks::check(Direction direction, std::size_t entryCount) const
+PlaneLinks::Finding PlaneLinks::check(quint64 mostPaths) const
 {
-    Untangler untangler(entryCount);
+    Untangler untangler(highest_ + std::size_t(1), mostPaths);
     for (const Lists &lists : planes_) {
-        if (const Finding finding = untangler.check(lists, direction); finding != Finding::Sound)
+        const Finding finding = untangler.check(lists, direction_);
+        if (finding != Finding::Sound)
             return finding;
     }
     return Finding::Sound;

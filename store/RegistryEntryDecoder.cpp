@@ -31,6 +31,7 @@ bool RegistryEntryDecoder::decode(ArchiveReference reference)
 {
     const ArchivedObject object = unarchiver_.object(reference);
     TavRegistryEntry &entry = *entries_[reference.index];
+    ++entryCount_;
     const qint32 unmarked = object.contains(Key::dataStore) ? 2 : 1;
     const auto version = object.decodeInteger<qint32>(Key::version, unmarked);
     if (version > TavRegistryEntry::classVersion)
@@ -47,14 +48,14 @@ bool RegistryEntryDecoder::decode(ArchiveReference reference)
 
 bool RegistryEntryDecoder::finish()
 {
-    check(childLinks_, PlaneLinks::Direction::ToChildren);
-    check(parentLinks_, PlaneLinks::Direction::ToParents);
+    check(childLinks_);
+    check(parentLinks_);
     return !unarchiver_.error();
 }
 
-void RegistryEntryDecoder::check(const PlaneLinks &links, PlaneLinks::Direction direction)
+void RegistryEntryDecoder::check(const PlaneLinks &links)
 {
-    switch (links.check(direction, entries_.size())) {
+    switch (links.check(PlaneLinks::pathLimit(entryCount_))) {
     case PlaneLinks::Finding::Sound:
         break;
     case PlaneLinks::Finding::Cycle:

@@ -26,7 +26,7 @@ private:
     bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
                       ArchiveValue value);
     bool readRelatives(const ArchiveList &list);
-    void check(const PlaneLinks &links, PlaneLinks::Direction direction);
+    void check(const PlaneLinks &links);
     bool succeeded(const char *what);
     bool fail(const char *what, const char *reason);
 
@@ -37,6 +37,7 @@ private:
     std::vector<quint64> lastList_;
     quint64 listCount_ = 0;
     std::vector<quint32> relatives_; // of the current list
-    PlaneLinks childLinks_;
-    PlaneLinks parentLinks_;
+    std::size_t entryCount_ = 0;
+    PlaneLinks childLinks_{PlaneLinks::Direction::ToChildren};
+    PlaneLinks parentLinks_{PlaneLinks::Direction::ToParents};
 };

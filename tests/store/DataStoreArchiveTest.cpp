@@ -1,8 +1,13 @@
 #include "store/DataStoreDecoder.h"
 #include "store/DataStoreEncoder.h"
+#include "tests/support/FakeLiveService.h"
+#include "tests/support/QtPrinters.h"
 #include "tests/support/RegistryGenerator.h"
+#include "tests/support/SimulatedRunLoop.h"
 #include "tests/support/StorePrinter.h"
 #include "tests/support/TreeBuilder.h"
+#include "tests/support/TreePrinter.h"
+#include "tests/support/TreeText.h"
 
 #include <QBuffer>
 #include <gtest/gtest.h>
@@ -115,6 +120,96 @@ TEST_F(DataStoreArchive, OpensAStoreWithAnEntryThatLostItsProperties)
     const auto read = reopened(*store);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->registryEntries().at(1)->properties()->numberOfChildren(), 0);
+}
+
+// Below the bus stands "above" with "below" under it; then their places are exchanged.
+class DataStoreArchiveOfTurnedEntries : public testing::Test
+{
+protected:
+    DataStoreArchiveOfTurnedEntries()
+    {
+        tree_.plane("DxService", "Root\n  bus\n    above : DxDevice : DxService\n      below\n");
+        registry_.publishPlanes();
+        store_ = TavDataStore::initFromDxRegistry(registry_);
+    }
+    void turn()
+    {
+        registry_.unlink(tree_["bus"], tree_["above"], "DxService");
+        registry_.unlink(tree_["above"], tree_["below"], "DxService");
+        registry_.link(tree_["bus"], tree_["below"], "DxService");
+        registry_.link(tree_["below"], tree_["above"], "DxService");
+    }
+    TavRegistryEntry &entry(std::size_t i) { return *store_->registryEntries().at(i); }
+    void expectReopenedTree(const char *text)
+    {
+        const auto read = reopened(*store_);
+        ASSERT_TRUE(read);
+        EXPECT_EQ(TreePrinter::plane(*read, plane_), dedented(text));
+        for (std::size_t i = 0; i < read->registryEntries().size(); ++i)
+            EXPECT_EQ(read->registryEntries()[i]->registryPathsInPlane(plane_),
+                      entry(i).registryPathsInPlane(plane_));
+    }
+
+    SimulatedRunLoop loop_;
+    FakeLiveService registry_;
+    TreeBuilder tree_{registry_};
+    std::unique_ptr<TavDataStore> store_;
+    const QString plane_ = QStringLiteral("DxService");
+};
+
+TEST_F(DataStoreArchiveOfTurnedEntries, OpensWhenTheUpperOneIsTerminated)
+{
+    store_->setAutoupdate(true);
+    registry_.terminate(tree_["above"]);
+    turn();
+    registry_.tellOfChange();
+    loop_.advance(1);
+    ASSERT_EQ(entry(2).registryState(), RegistryStateTerminated);
+    ASSERT_TRUE(entry(3).allDescendantsInPlane(plane_).contains(&entry(3))) << "no cycle was made";
+    expectReopenedTree(R"(
+        Root
+          bus
+            above (terminated)
+              below
+            below
+    )");
+}
+
+TEST_F(DataStoreArchiveOfTurnedEntries, OpensWhenOneIsReadAlone)
+{
+    turn();
+    store_->updateObject(entry(3));
+    ASSERT_TRUE(entry(3).allDescendantsInPlane(plane_).contains(&entry(3))) << "no cycle was made";
+    ASSERT_TRUE(entry(3).allAncestorsInPlane(plane_).contains(&entry(3))) << "no cycle was made";
+    expectReopenedTree(R"(
+        Root
+          bus
+            above
+              below
+    )");
+}
+
+// Each layer has two entries, and both have the layer above for their parents.
+TEST_F(DataStoreArchive, IsNotWrittenWithMorePathsThanCanBeRead)
+{
+    TreeBuilder tree(registry_);
+    tree.plane("DxService", "Root\n");
+    std::vector<FakeRegistry::Node> above{tree["Root"]};
+    for (int layer = 0; layer < 20; ++layer) {
+        const std::vector pair{registry_.add(QStringLiteral("DxDevice"), "a"),
+                               registry_.add(QStringLiteral("DxDevice"), "b")};
+        for (const auto parent : above) {
+            for (const auto child : pair)
+                registry_.link(parent, child, "DxService");
+        }
+        above = pair;
+    }
+    registry_.publishPlanes();
+    const auto store = TavDataStore::initFromDxRegistry(registry_);
+    QBuffer device;
+    device.open(QIODevice::WriteOnly);
+    EXPECT_TRUE(DataStoreEncoder::encode(*store, device).contains(QLatin1String("paths")));
+    EXPECT_TRUE(device.data().isEmpty());
 }
 
 TEST_F(DataStoreArchive, NeedsNoStackForDeepTreesAndLongChains)

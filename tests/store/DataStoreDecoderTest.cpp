@@ -250,12 +250,13 @@ TEST(DataStoreDecoder, RefusesCyclesInAPlane)
 // Each layer has two entries, and both have the layer above for their parents.
 TEST(DataStoreDecoder, RefusesMorePathsThanCanBeFollowed)
 {
-    const auto layered = [](quint32 layers, L1 key) {
+    const auto layered = [](quint32 layers, L1 key, std::size_t otherObjects = 0) {
         ArchiveSketch sketch = SmallStore::old();
         ArchiveList entries{at(SmallStore::Root)};
         const ArchiveSketch::Object entry =
             ArchiveSketch::Object(sketch.objects[SmallStore::Child]).remove(L1("parentsInPlanes"));
         sketch.objects.resize(SmallStore::Child, entry);
+        sketch.objects.resize(sketch.objects.size() + otherObjects, {QStringLiteral("Other"), {}});
         ArchiveList above{at(SmallStore::Root)};
         for (quint32 layer = 0; layer < layers; ++layer) {
             const auto first = static_cast<quint32>(sketch.objects.size());
@@ -280,6 +281,7 @@ TEST(DataStoreDecoder, RefusesMorePathsThanCanBeFollowed)
         LogCapture log;
         EXPECT_FALSE(DataStoreDecoder::decode(layered(40, key))) << key.data();
         EXPECT_FALSE(DataStoreDecoder::decode(layered(400, key))) << key.data();
+        EXPECT_FALSE(DataStoreDecoder::decode(layered(19, key, 4000))) << "only entries count";
         EXPECT_TRUE(log.messages().join(u' ').contains(L1("more paths"))) << key.data();
     }
 }

@@ -1,0 +1,65 @@
+// How the links between entries are written.
+#include "store/DataStoreEncoder.h"
+
+// Terminated entries keep their children, and entries can be read alone, so that two may each be
+// said to be above the other. A snapshot that says so would not open.
+bool DataStoreEncoder::settleLinks()
+{
+    archiver_.reference(store_, storeClass_); // the root of the archive
+    for (const EntryRef &entry : store_.registryEntries())
+        archiver_.reference(*entry, entryClass_);
+    const quint64 mostPaths = PlaneLinks::pathLimit(store_.registryEntries().size());
+    for (Relatives *relatives : {&children_, &parents_}) {
+        const PlaneLinks links = linksTo(*relatives);
+        PlaneLinks::Finding finding = links.check(mostPaths);
+        if (finding == PlaneLinks::Finding::Cycle) {
+            relatives->leftOut = links.closingLinks();
+            finding = linksTo(*relatives).check(mostPaths);
+        }
+        if (finding != PlaneLinks::Finding::Sound)
+            return false;
+    }
+    return true;
+}
+
+PlaneLinks DataStoreEncoder::linksTo(const Relatives &relatives)
+{
+    PlaneLinks links(relatives.direction);
+    std::vector<quint32> numbers;
+    for (const EntryRef &entry : store_.registryEntries()) {
+        for (const auto &item : (*entry).*relatives.table) {
+            numbers.clear();
+            for (const ArchiveReference relative : writtenRelatives(*entry, relatives, item))
+                numbers.push_back(relative.index);
+            links.add(item.plane(), archiver_.reference(*entry, entryClass_).index, numbers);
+        }
+    }
+    return links;
+}
+
+void DataStoreEncoder::encodeRelatives(const TavRegistryEntry &entry, const Relatives &relatives)
+{
+    ArchiveDictionary dictionary;
+    for (const auto &item : entry.*relatives.table) {
+        const std::vector<ArchiveReference> list = writtenRelatives(entry, relatives, item);
+        if (!list.empty())
+            dictionary.push_back({item.plane(), ArchiveList(list.begin(), list.end())});
+    }
+    archiver_.encodeValue(relatives.key, dictionary);
+}
+
+std::vector<ArchiveReference>
+DataStoreEncoder::writtenRelatives(const TavRegistryEntry &entry, const Relatives &relatives,
+                                   const PlaneTable<EntryList>::Item &item)
+{
+    const auto leftOut = relatives.leftOut.constFind(item.plane());
+    const quint32 number = archiver_.reference(entry, entryClass_).index;
+    std::vector<ArchiveReference> references;
+    for (const TavRegistryEntry *relative : item.value.entries()) {
+        const ArchiveReference reference = archiver_.reference(*relative, entryClass_);
+        if (leftOut == relatives.leftOut.constEnd() ||
+            !leftOut->contains({number, reference.index}))
+            references.push_back(reference);
+    }
+    return references;
+}
