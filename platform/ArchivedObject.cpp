@@ -177,12 +177,22 @@ void ArchivedObject::failKind(QLatin1String key) const
             .arg(key, QString::number(reference_.index), QString::fromUtf8(className())));
 }
 
-bool ArchivedObject::contains(QLatin1String key) const
+Kind ArchivedObject::kindOf(QLatin1String key) const
 {
     const std::size_t next = nextColumn_; // a question leaves the place of reading alone
-    const bool found = item(key).kind != Kind::Absent;
+    const Kind kind = item(key).kind;
     nextColumn_ = next;
-    return found;
+    return kind;
+}
+
+bool ArchivedObject::contains(QLatin1String key) const
+{
+    return kindOf(key) != Kind::Absent;
+}
+
+bool ArchivedObject::containsData(QLatin1String key) const
+{
+    return kindOf(key) == Kind::Data;
 }
 
 bool ArchivedObject::decodeBoolean(QLatin1String key) const

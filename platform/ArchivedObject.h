@@ -38,6 +38,7 @@ public:
     const QByteArray &className() const;
     bool isOfClass(ArchiveClassNames classes) const;
     bool contains(QLatin1String key) const; // with any value but an absent one
+    bool containsData(QLatin1String key) const;
 
     template<std::integral T>
     T decodeInteger(QLatin1String key, T absent = 0) const;
@@ -65,6 +66,7 @@ private:
     ArchivedObject(KeyedUnarchiver &unarchiver, ArchiveReference reference);
     std::optional<std::size_t> column(QLatin1String key) const;
     Item item(QLatin1String key) const; // absent after an error
+    ArchiveItemKind kindOf(QLatin1String key) const;
     Item itemOfKind(QLatin1String key, ArchiveItemKind kind) const;
     bool isAllowed(quint64 object, ArchiveClassNames classes) const;
     void failKind(QLatin1String key) const;

@@ -34,7 +34,10 @@ bool DataStoreDecoder::decodeStore()
         logUnableToDecode("the archive", unarchiver_);
         return false;
     }
-    checkVersion();
+    if (!checkVersion()) {
+        logUnableToDecode("the archive", unarchiver_);
+        return false;
+    }
     store_->hostName_ = object_.decodeString(Key::hostName);
     store_->archName_ = object_.decodeString(Key::archName);
     if (const auto byteOrder = object_.decodeNumber(Key::byteOrder))
@@ -56,13 +59,17 @@ bool DataStoreDecoder::decodeStore()
     return !unarchiver_.error();
 }
 
-void DataStoreDecoder::checkVersion() const
+// False when what stands for the version is no version at all.
+bool DataStoreDecoder::checkVersion() const
 {
     const auto version = object_.decodeInteger<quint64>(Key::version);
+    if (unarchiver_.error())
+        return false;
     if (version == 0)
         throw TavOldUnsupportedFileVersionException();
     if (version >= 3)
         throw TavNewUnsupportedFileVersionException();
+    return true;
 }
 
 bool DataStoreDecoder::decodeEntries()

@@ -15,7 +15,7 @@ public:
 private:
     explicit DataStoreDecoder(KeyedUnarchiver &unarchiver);
     bool decodeStore();
-    void checkVersion() const;
+    bool checkVersion() const;
     bool decodeEntries();
     bool makeEntries(const std::vector<ArchiveReference> &references);
 

@@ -42,8 +42,7 @@ bool RegistryEntryDecoder::decode(ArchiveReference reference)
     decodeCountsAndFlags(object, entry);
     if (version == TavRegistryEntry::classVersion)
         return decodeStateAndProperties(object, entry);
-    decodeOldStateAndProperties(object, entry);
-    return true;
+    return decodeOldStateAndProperties(object, entry);
 }
 
 bool RegistryEntryDecoder::finish()
@@ -144,21 +143,23 @@ bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object
     return entry.properties_ || fail("properties", nullptr);
 }
 
-void RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &object,
+// An entry without readable bytes simply has no properties.
+bool RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &object,
                                                        TavRegistryEntry &entry)
 {
     if (object.decodeBoolean(Key::isNew))
         entry.registryState_ = RegistryStateNew;
     if (object.decodeBoolean(Key::terminationAcknowledged))
         entry.registryState_ = RegistryStateTerminated;
-    const QByteArray list = object.decodeData(Key::properties);
-    if (list.isNull())
-        return;
-    entry.properties_ = TavRegistryProperty::create(TavRegistryEntry::currentPropertyClass(),
-                                                    entry.shared_from_this(), {}, nullptr, {}, 0,
-                                                    PropertyListReader::read(list));
+    if (object.containsData(Key::properties)) {
+        const RegistryValue table = PropertyListReader::read(object.decodeData(Key::properties));
+        entry.properties_ =
+            TavRegistryProperty::create(TavRegistryEntry::currentPropertyClass(),
+                                        entry.shared_from_this(), {}, nullptr, {}, 0, table);
+    }
     if (entry.properties_)
         entry.properties_->clearIsNew();
+    return succeeded("properties");
 }
 
 bool RegistryEntryDecoder::setNames(PlaneTable<CompactString> &table, ArchiveValue value)

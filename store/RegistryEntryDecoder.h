@@ -21,7 +21,7 @@ private:
     bool decodeRelations(const ArchivedObject &object, TavRegistryEntry &entry);
     void decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
-    void decodeOldStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeOldStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
     bool setNames(PlaneTable<CompactString> &table, ArchiveValue value);
     bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
                       ArchiveValue value);

@@ -3,6 +3,7 @@
 #include "tests/support/ArchiveSeal.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/SmallStore.h"
+#include "tests/support/StorePrinter.h"
 #include "tests/support/TreePrinter.h"
 
 #include <ctime>
@@ -48,6 +49,20 @@ TEST(DataStoreDecoder, ReadsAnArchiveOfAnotherProgram)
               "    0: 7 (4 bytes)\n");
     EXPECT_TRUE(store->registryRoot()->properties()->dateRead().isNull());
     EXPECT_EQ(store->byteOrder(), EntryStore::LittleEndian);
+}
+
+TEST(DataStoreDecoder, FindsKeysInAnyOrderAmongUnknownOnes)
+{
+    const auto expected = DataStoreDecoder::decode(SmallStore::current().bytes());
+    ArchiveSketch sketch = SmallStore::current();
+    for (ArchiveSketch::Object &object : sketch.objects) {
+        object.set(L1("number of a later version"), -1)
+            .set(L1("table of a later version"), inPlane({at(SmallStore::Store), true}));
+        std::reverse(object.keys.begin(), object.keys.end());
+    }
+    const auto store = DataStoreDecoder::decode(sketch.bytes());
+    ASSERT_TRUE(store && expected);
+    EXPECT_EQ(StorePrinter::print(*store), StorePrinter::print(*expected));
 }
 
 TEST(DataStoreDecoder, TakesAbsentValuesWhereTheyAreOptional)
@@ -116,7 +131,6 @@ TEST(DataStoreDecoder, ReadsVersionOne)
                                                        "</dict></plist>")))
         .set(L1("isNew"), ArchiveValue(true));
     sketch.objects[SmallStore::Child]
-        .set(L1("properties"), ArchiveValue(QByteArray("not a property list")))
         .set(L1("isNew"), ArchiveValue(true))
         .set(L1("terminationAcknowledged"), ArchiveValue(true));
     const auto store = DataStoreDecoder::decode(sketch.bytes());
@@ -132,6 +146,16 @@ TEST(DataStoreDecoder, ReadsVersionOne)
     EXPECT_EQ(child.dataStore(), store.get());
     EXPECT_EQ(child.registryState(), RegistryStateTerminated);
     EXPECT_FALSE(child.properties());
+
+    const ArchiveValue withoutBytes[] = {QByteArray("not a property list"), QByteArray(""),
+                                         QStringLiteral("<plist><true/></plist>"),
+                                         at(SmallStore::Root), ArchiveNull()};
+    for (const ArchiveValue &value : withoutBytes) {
+        sketch.objects[SmallStore::Child].set(L1("properties"), value);
+        const auto read = DataStoreDecoder::decode(sketch.bytes());
+        ASSERT_TRUE(read) << value.index();
+        EXPECT_FALSE(read->registryEntries().at(1)->properties());
+    }
 }
 
 TEST(DataStoreDecoder, LogsWhatCannotBeDecoded)
@@ -142,6 +166,12 @@ TEST(DataStoreDecoder, LogsWhatCannotBeDecoded)
     };
     const auto remove = [](SmallStore::Position object, L1 key) {
         return [=](Sketch &sketch) { sketch.objects[object].remove(key); };
+    };
+    const auto ofOld = [](SmallStore::Position object, L1 key) {
+        return [=](Sketch &sketch) {
+            sketch = SmallStore::old();
+            sketch.objects[object].set(key, QStringLiteral("wrong"));
+        };
     };
     const auto ofEntry = [](const char *name) {
         return QStringList{QString::fromLatin1(name), QStringLiteral("registryEntries")};
@@ -166,6 +196,10 @@ TEST(DataStoreDecoder, LogsWhatCannotBeDecoded)
         {remove(SmallStore::Store, L1("registryPlanes")), {QStringLiteral("registryPlanes")}},
         {set(SmallStore::Store, L1("lastUpdateDate"), wrong), {QStringLiteral("the archive")}},
         {[](Sketch &s) { s.objects[SmallStore::Store].className = QStringLiteral("Other"); },
+         {QStringLiteral("the archive")}},
+        {set(SmallStore::Store, L1("dataStoreVersion"), QStringLiteral("2")),
+         {QStringLiteral("the archive")}},
+        {[](Sketch &s) { s.objects[SmallStore::Store].set(L1("dataStoreVersion"), -1); },
          {QStringLiteral("the archive")}},
 
         {set(SmallStore::Child, L1("dateDiscovered"), wrong), ofEntry("dateDiscovered")},
@@ -198,6 +232,10 @@ TEST(DataStoreDecoder, LogsWhatCannotBeDecoded)
              s.objects[SmallStore::Child].set(L1("TavRegistryEntryCoderVersionNumber"), 3);
          },
          {QStringLiteral("registryEntries")}},
+
+        {ofOld(SmallStore::Root, L1("isNew")), ofEntry("properties")},
+        {ofOld(SmallStore::Child, L1("terminationAcknowledged")), ofEntry("properties")},
+        {ofOld(SmallStore::Child, L1("busyCount")), ofEntry("properties")},
 
         {remove(SmallStore::Text, L1("registryEntry")), ofNode("registryEntry")},
         {set(SmallStore::Text, L1("registryEntry"), at(SmallStore::Child)),
