@@ -60,7 +60,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         QStringLiteral("capture"),
         tr("Write a snapshot to this file, or to standard output for \"-\", without opening a "
            "window, and exit: with 0 when it is written, 1 when there is no registry to read, 2 "
-           "when it cannot be written."),
+           "when it cannot be written, 64 when the command line is wrong."),
         tr("FILE"));
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   tr("Show this help."));

@@ -9,10 +9,13 @@
 #include <cstdio>
 
 namespace {
-int fail(const QString &message)
+constexpr int failure = 1;
+constexpr int wrongCommandLine = 64; // as is the custom; other codes tell how a capture failed
+
+int fail(const QString &message, int code = failure)
 {
     std::fprintf(stderr, "vandrel: %s\n", qUtf8Printable(message));
-    return 1;
+    return code;
 }
 
 QStringList argumentsOf(int argc, char **argv)
@@ -48,7 +51,7 @@ int main(int argc, char **argv)
         return 0;
     }
     if (line.action == CommandLine::Action::Fail)
-        return fail(line.text);
+        return fail(line.text, wrongCommandLine);
 
     // The options are ours alone.
     int count = 1;
