@@ -1,15 +1,19 @@
+#include "platform/ArchiveReader.h"
 #include "store/DataStoreDecoder.h"
 #include "store/DataStoreEncoder.h"
 #include "tests/support/FakeLiveService.h"
+#include "tests/support/LogCapture.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RegistryGenerator.h"
 #include "tests/support/SimulatedRunLoop.h"
+#include "tests/support/SmallStore.h"
 #include "tests/support/StorePrinter.h"
 #include "tests/support/TreeBuilder.h"
 #include "tests/support/TreePrinter.h"
 #include "tests/support/TreeText.h"
 
 #include <QBuffer>
+#include <QThread>
 #include <gtest/gtest.h>
 
 namespace {
@@ -36,6 +40,63 @@ bool hasConsistentParents(TavRegistryProperty &node)
     });
 }
 
+constexpr quint32 manyLevels = 200'000;
+
+ArchiveSketch levelsOfEntries()
+{
+    const auto inPlane = [](quint32 object) -> ArchiveValue {
+        return ArchiveDictionary{
+            {QStringLiteral("DxService"), ArchiveList{ArchiveReference{object}}}};
+    };
+    ArchiveSketch sketch{{SmallStore::old().objects[SmallStore::Store]}};
+    ArchiveList entries;
+    for (quint32 i = 1; i <= manyLevels; ++i) {
+        auto &entry = sketch.objects.emplace_back();
+        entry.className = QStringLiteral("TavRegistryEntry");
+        if (i < manyLevels)
+            entry.set(QLatin1String("childrenInPlanes"), inPlane(i + 1));
+        if (i > 1)
+            entry.set(QLatin1String("parentsInPlanes"), inPlane(i - 1));
+        entries.push_back(ArchiveReference{i});
+    }
+    sketch.objects[SmallStore::Store].set(QLatin1String("registryEntries"), ArchiveValue(entries));
+    return sketch;
+}
+
+// Below the root's table.
+ArchiveSketch levelsOfNodes()
+{
+    ArchiveSketch sketch = SmallStore::current();
+    const ArchiveSketch::Object list = sketch.objects[SmallStore::List];
+    const QLatin1String children("children");
+    sketch.objects.resize(SmallStore::Element);
+    for (quint32 i = 1; i < manyLevels; ++i) {
+        const auto object = static_cast<quint32>(sketch.objects.size());
+        sketch.objects.push_back(list);
+        sketch.objects.back()
+            .set(QLatin1String("parent"), ArchiveValue(ArchiveReference{object - 1}))
+            .set(children, ArchiveList{ArchiveReference{object + 1}});
+    }
+    sketch.objects.back().set(children, ArchiveValue(ArchiveList()));
+    return sketch;
+}
+
+quint32 entryLevels(const TavDataStore &store)
+{
+    quint32 levels = 0;
+    for (EntryList::Entries level{store.registryRoot()}; !level.empty(); ++levels)
+        level = level.front()->childrenInPlane(QStringLiteral("DxService"));
+    return levels;
+}
+
+quint32 nodeLevels(const TavDataStore &store)
+{
+    quint32 levels = 0;
+    for (auto *node = store.registryRoot()->properties()->childAtIndex(1); node; ++levels)
+        node = node->numberOfChildren() > 0 ? node->childAtIndex(0) : nullptr;
+    return levels;
+}
+
 class DataStoreArchive : public testing::Test
 {
 protected:
@@ -60,6 +121,68 @@ TEST_F(DataStoreArchive, RoundTripsAGeneratedRegistry)
     // What was read is written the same, but for the time of reading, which is not read back.
     const QByteArray again = encoded(*read);
     EXPECT_EQ(again, encoded(*DataStoreDecoder::decode(again)));
+}
+
+TEST_F(DataStoreArchive, WritesTheKeysOfEachClassInOrder)
+{
+    TreeBuilder tree(registry_);
+    tree.plane("DxService", "Root\n  Host\n");
+    registry_.setProperties(
+        tree["Host"],
+        RegistryValue::dictionary({
+            {CompactString(QStringLiteral("list")),
+             RegistryValue::array({RegistryValue::boolean(true), RegistryValue::array({})})},
+        }));
+    registry_.publishPlanes();
+    ArchiveTable table;
+    ASSERT_TRUE(ArchiveReader(encoded(*TavDataStore::initFromDxRegistry(registry_))).read(table));
+    QByteArrayList shapes;
+    for (const ArchiveTable::Shape &shape : table.shapes) {
+        QByteArrayList keys;
+        for (const ArchiveTable::Key &key : shape.keys)
+            keys.append(key.isInteger ? '#' + key.name : key.name);
+        shapes.append(shape.className + ": " + keys.join(' '));
+    }
+    std::sort(shapes.begin(), shapes.end());
+    const QByteArray node = "TavPropertyOutlineItem: #TavRegistryPropertyCoderVersionNumber "
+                            "isCollection hasName dateRead registryEntry #registryState parent ";
+    const QByteArrayList expected{
+        "TavDataStore: #dataStoreVersion hostName archName byteOrder registryEntries "
+        "registryPlanes lastUpdateDate isUpToDate",
+        node + "#index #collectionType children",
+        node + "#index value",
+        node + "name #collectionType children",
+        node + "name value",
+        "TavRegistryEntry: #TavRegistryEntryCoderVersionNumber dataStore dateDiscovered "
+        "dateLastUpdated dateTerminated bundleID inheritance name namesInPlanes location "
+        "locationsInPlanes childrenInPlanes parentsInPlanes #entryTag #busyCount "
+        "#kernelRetainCount isRegistryRoot conformsToDxService isRegistered isMatched isActive "
+        "#registryState properties",
+    };
+    EXPECT_EQ(shapes.join('\n'), expected.join('\n'));
+}
+
+TEST_F(DataStoreArchive, IsNeverReadAnewOnceOpened)
+{
+    TreeBuilder tree(registry_);
+    tree.plane("DxService", "Root\n  Host\n");
+    registry_.publishPlanes();
+    const auto read = reopened(*TavDataStore::initFromDxRegistry(registry_));
+    ASSERT_TRUE(read);
+    const std::string before = StorePrinter::print(*read);
+    SimulatedRunLoop loop;
+    LogCapture log;
+    read->setUpToDate(false);
+    read->setAutoupdate(true);
+    read->setPolledUpdate(true);
+    read->setPollInterval(1);
+    EXPECT_EQ(loop.pendingTimers(), 0U);
+    read->setUpToDate(true);
+    read->update();
+    read->updateObject(*read->registryRoot());
+    EXPECT_EQ(log.messages(),
+              QStringList{QStringLiteral("Attempt to update a non-live data store\n")});
+    EXPECT_EQ(StorePrinter::print(*read), before);
 }
 
 TEST_F(DataStoreArchive, KeepsMarksDatesAndTerminatedEntries)
@@ -212,23 +335,24 @@ TEST_F(DataStoreArchive, IsNotWrittenWithMorePathsThanCanBeRead)
     EXPECT_TRUE(device.data().isEmpty());
 }
 
-TEST_F(DataStoreArchive, NeedsNoStackForDeepTreesAndLongChains)
+TEST(DataStoreArchiveOfManyLevels, NeedsNoStack)
 {
-    RegistryValue deep = RegistryValue::boolean(true);
-    for (int i = 0; i < 2000; ++i)
-        deep = RegistryValue::array({deep});
-    TreeBuilder tree(registry_);
-    tree.plane("DxService", "Root\n  Host\n");
-    registry_.setProperties(tree["Host"], deep);
-    FakeRegistry::Node last = tree["Host"];
-    for (int i = 0; i < 5000; ++i) {
-        const auto next = registry_.add(QStringLiteral("DxDevice"), "link");
-        registry_.link(last, next, "DxService");
-        last = next;
-    }
-    registry_.publishPlanes();
-    const auto store = TavDataStore::initFromDxRegistry(registry_);
-    const auto read = reopened(*store);
-    ASSERT_TRUE(read);
-    EXPECT_EQ(StorePrinter::print(*read), StorePrinter::print(*store));
+    const auto thread = std::unique_ptr<QThread>(QThread::create([] {
+        const auto entries = DataStoreDecoder::decode(levelsOfEntries().bytes());
+        ASSERT_TRUE(entries);
+        EXPECT_EQ(entryLevels(*entries), manyLevels);
+        const auto entriesAgain = reopened(*entries);
+        ASSERT_TRUE(entriesAgain);
+        EXPECT_EQ(entryLevels(*entriesAgain), manyLevels);
+
+        const auto nodes = DataStoreDecoder::decode(levelsOfNodes().bytes());
+        ASSERT_TRUE(nodes);
+        EXPECT_EQ(nodeLevels(*nodes), manyLevels);
+        const auto nodesAgain = reopened(*nodes);
+        ASSERT_TRUE(nodesAgain);
+        EXPECT_EQ(nodeLevels(*nodesAgain), manyLevels);
+    }));
+    thread->setStackSize(256 * 1024);
+    thread->start();
+    thread->wait();
 }

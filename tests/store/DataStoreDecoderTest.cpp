@@ -39,7 +39,9 @@ QStringList undecoded(const QStringList &log)
 
 TEST(DataStoreDecoder, ReadsAnArchiveOfAnotherProgram)
 {
-    const auto store = DataStoreDecoder::decode(SmallStore::current().bytes());
+    ArchiveSketch sketch = SmallStore::current();
+    sketch.objects[SmallStore::RootTable].set(L1("dateRead"), QDateTime::currentDateTimeUtc());
+    const auto store = DataStoreDecoder::decode(sketch.bytes());
     ASSERT_TRUE(store);
     EXPECT_EQ(TreePrinter::plane(*store, QStringLiteral("DxService")), "Root\n  Child\n");
     EXPECT_EQ(TreePrinter::properties(*store->registryRoot()->properties()),
