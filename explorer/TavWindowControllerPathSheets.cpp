@@ -5,6 +5,7 @@
 #include "platform/SystemBeep.h"
 #include "platform/desktop/InterfaceLoader.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QDialog>
 #include <QLineEdit>
@@ -31,6 +32,14 @@ void TavWindowController::loadGoToPathSheet()
             &TavWindowController::cancelGoToPath);
     connect(goToPathGoButton_, &QPushButton::clicked, this, &TavWindowController::performGoToPath);
     new EntryPathCompleter(*goToPathField_, dataStore_);
+    // The list of what the path may go on as keeps the key from the sheet.
+    connect(goToPathField_, &QLineEdit::returnPressed, this, [this] {
+        QAbstractItemView &offers = *goToPathField_->completer()->popup();
+        if (!offers.isVisible() || offers.currentIndex().isValid())
+            return;
+        offers.hide();
+        performGoToPath();
+    });
 }
 
 void TavWindowController::cancelGoToPath()

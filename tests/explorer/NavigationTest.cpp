@@ -254,6 +254,17 @@ TEST_P(NavigationTest, PathSheetKeepsItsTextAndOffersNames)
     EXPECT_TRUE(isSelected("DxBlock:/disk@0/array"));
     EXPECT_FALSE(sheet("goToPathSheet")->isVisible());
 
+    // The offers are no obstacle to what has been typed.
+    controller_->promptForPath();
+    field->clear();
+    QTest::keyClicks(field, QStringLiteral("DxBlock:/disk@1"));
+    QWidget &offers = *field->completer()->popup();
+    ASSERT_TRUE(offers.isVisible());
+    QTest::keyClick(&offers, Qt::Key_Return);
+    EXPECT_TRUE(isSelected("DxBlock:/disk@1"));
+    EXPECT_FALSE(sheet("goToPathSheet")->isVisible());
+    EXPECT_FALSE(offers.isVisible());
+
     const auto &completer = *static_cast<const EntryPathCompleter *>(field->completer());
     const auto offered = [&](const char *text) {
         return completer.candidates(QString::fromUtf8(text)).join(u' ');
