@@ -134,14 +134,15 @@ TEST_F(TreeStateTest, SnapshotsAndEventsLeadToTheSameTree)
         changeSomething();
         settle();
         if (step == 30) // another document joins in
-            documents_.newDocument(false);
+            static_cast<TavDocument &>(documents_.newDocument(false))
+                .dataStore()
+                ->setAutoupdate(true);
     }
     auto &second = static_cast<TavDocument &>(*documents_.documents().back());
-    for (const auto &store : {store_, second.dataStore()}) {
-        store->update();
-        store->update(); // an entry that was renamed takes its new place when it is next read
+    settle();
+    settle(); // an entry that was renamed takes its new place when it is next read
+    for (const auto &store : {store_, second.dataStore()})
         store->clearTerminatedObjects();
-    }
     const auto rowsIn = [](const TavDocument &document) {
         const auto &controller =
             static_cast<TavWindowController &>(*document.windowControllers().front());
