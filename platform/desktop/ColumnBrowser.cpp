@@ -77,6 +77,8 @@ void ColumnBrowser::addColumn()
 {
     const auto number = static_cast<int>(columns_.size());
     auto *const list = new ColumnBrowserList(widget());
+    // The tab key is to find all columns where the browser is, however late they are made.
+    setTabOrder(columns_.empty() ? static_cast<QWidget *>(this) : columns_.back().list, list);
     auto *const model =
         new ColumnBrowserModel(*list, makeCell_, [this, number](ColumnBrowserCell &cell, int row) {
             delegate_->willDisplayCell(*this, cell, row, number);

@@ -15,6 +15,8 @@ ColumnBrowserList::ColumnBrowserList(QWidget *parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setEditTriggers(NoEditTriggers);
     setFocusPolicy(Qt::ClickFocus);
+    viewport()->setFocusProxy(
+        nullptr); // one link of the tab chain, so that nothing gets in between
 }
 
 int ColumnBrowserList::widthOfContents() const
