@@ -206,6 +206,7 @@ private:
     void connectOutlets();
     void connectActions();
     void setUpFormats();
+    void replaceSelectedPropertyItem(const PropertyRef &previousRoot);
     void setUpViews();
     void setUpBrowser();
     void setUpFind();

@@ -46,8 +46,10 @@ void TavWindowController::setSelectedEntry(const EntryRef &entry)
         clearObjectInfo();
         rootPropertyItem_.reset();
     }
-    if (rootPropertyItem_ != previousRoot)
+    if (rootPropertyItem_ != previousRoot) {
         propertiesOutlineView_->reloadData();
+        replaceSelectedPropertyItem(previousRoot);
+    }
     synchronizeWindowTitleWithDocumentName();
     validateActions();
 }
@@ -132,8 +134,9 @@ void TavWindowController::refreshDisplay()
 {
     setSelectedEntry(selectedEntry_);
     // The tree shown rereads its nodes as it reloads, for its rows are to change with them.
+    const TavRegistryOutlineItem *const shown = rootOutlineItem();
     for (const auto &item : std::as_const(rootOutlineItemsInPlanes_)) {
-        if (item && item.get() != rootOutlineItem())
+        if (item && item.get() != shown)
             item->rereadChildren();
     }
     if (!findQuery_.isNull())

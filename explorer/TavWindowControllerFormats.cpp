@@ -37,6 +37,17 @@ void TavWindowController::propertiesViewSelectionChanged()
         selected ? selected : rootPropertyItem_.get());
 }
 
+// The formats follow a tree that has given way to another, unless they are of another window's.
+void TavWindowController::replaceSelectedPropertyItem(const PropertyRef &previousRoot)
+{
+    TavRegistryProperty *const item = TavFormatController::sharedInstance().selectedPropertyItem();
+    const PropertyRef edited = item ? item->ref() : nullptr;
+    const bool isOfPreviousTree =
+        !edited.owner_before(previousRoot) && !previousRoot.owner_before(edited);
+    if (isOfPreviousTree)
+        propertiesViewSelectionChanged();
+}
+
 void TavWindowController::dataViewOptionsChanged(TavRegistryProperty *item)
 {
     auto *const changed = dynamic_cast<TavPropertyOutlineItem *>(item);

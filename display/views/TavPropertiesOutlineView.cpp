@@ -58,7 +58,6 @@ void TavPropertiesOutlineView::reloadData()
     const bool isSameEntry = dataSource_->reload();
     openRememberedRows({});
     verticalScrollBar()->setValue(isSameEntry ? position : 0);
-    dataSource_->selectionDidChange(); // there is none any more
 }
 
 void TavPropertiesOutlineView::openRememberedRows(const QModelIndex &top)

@@ -143,3 +143,51 @@ TEST_F(FormatJourneyTest, ThePanelFollowsTheSelection)
     close();
     click("propertyFormatAutomaticCheckbox"); // no window is left to tell
 }
+
+// A refresh of one window leaves the formats with what another has selected.
+TEST_F(FormatJourneyTest, TheFormatsAreThoseOfTheActiveWindow)
+{
+    const auto selected = [&] { return formats_.selectedPropertyItem(); };
+    controller_->newDocumentWindow();
+    auto &second = static_cast<TavWindowController &>(*document_->windowControllers().back());
+    const auto activate = [](const TavWindowController &controller) {
+        controller.window()->activateWindow();
+        return QTest::qWaitForWindowActive(controller.window());
+    };
+    second.goToEntryPath(path({"Root", "net@2"}), true, true);
+    second.selectPropertyKeyIndexPath({QStringLiteral("config")});
+    ASSERT_TRUE(activate(*controller_));
+    selectConfig("usb@14");
+    EXPECT_EQ(selected()->registryEntry().get(), entry("usb@14"));
+    update(); // both windows show other trees now
+    EXPECT_EQ(selected(), controller_->rootPropertyItem().get());
+    update();
+    EXPECT_EQ(selected(), controller_->rootPropertyItem().get());
+
+    ASSERT_TRUE(activate(second));
+    EXPECT_EQ(selected(), second.rootPropertyItem().get());
+    update();
+    EXPECT_EQ(selected(), second.rootPropertyItem().get());
+    second.selectPropertyKeyIndexPath({QStringLiteral("config")});
+    ASSERT_TRUE(activate(*controller_));
+    EXPECT_EQ(selected(), controller_->rootPropertyItem().get());
+    ASSERT_TRUE(activate(second));
+    EXPECT_EQ(selected()->name(), QStringLiteral("config"));
+    EXPECT_EQ(selected()->registryEntry().get(), entry("net@2"));
+}
+
+TEST_F(FormatJourneyTest, OnlyAnItemThatCanBeShownResetsWhatIsShown)
+{
+    selectConfig("usb@14");
+    EXPECT_EQ(shown(), QStringLiteral("<86 80 6f a3>"));
+    PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
+                                          QStringLiteral("2xhu"));
+    controller_->dataViewOptionsChanged(nullptr);
+    const PropertyRef plain = TavRegistryProperty::create(
+        TavRegistryProperty::staticPropertyClass(), entry("usb@14")->shared_from_this(), {},
+        nullptr, {}, 0, values::dictionary({}));
+    controller_->dataViewOptionsChanged(plain.get());
+    EXPECT_EQ(shown(), QStringLiteral("<86 80 6f a3>"));
+    controller_->dataViewOptionsChanged(controller_->rootPropertyItem().get());
+    EXPECT_EQ(shown(), QStringLiteral("<0x8086 0xa36f>"));
+}
