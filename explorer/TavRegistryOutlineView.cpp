@@ -226,9 +226,27 @@ void TavRegistryOutlineView::scrollToSelection()
 {
     const QModelIndex row = currentIndex();
     scrollsOnShow_ = !isVisible();
-    if (row.isValid() && isVisible())
-        scrollTo(row, viewport()->rect().contains(visualRect(row).center()) ? EnsureVisible
-                                                                            : PositionAtCenter);
+    if (!row.isValid() || !isVisible())
+        return;
+    const int x = horizontalScrollBar()->value();
+    const int y = visualRect(row).center().y();
+    scrollTo(row, y >= 0 && y < viewport()->height() ? EnsureVisible : PositionAtCenter);
+    horizontalScrollBar()->setValue(x);
+    scrollSidewaysTo(row);
+}
+
+// To the row's name, or its beginning; the base view goes by the width of all rows instead.
+void TavRegistryOutlineView::scrollSidewaysTo(const QModelIndex &row)
+{
+    int start = 0;
+    for (QModelIndex level = row.parent(); level.isValid(); level = level.parent())
+        start += indentation();
+    const int end = start + indentation() + sizeHintForIndex(row).width();
+    QScrollBar &bar = *horizontalScrollBar();
+    if (end > bar.value() + viewport()->width())
+        bar.setValue(end - viewport()->width());
+    if (start < bar.value())
+        bar.setValue(start);
 }
 
 void TavRegistryOutlineView::showEvent(QShowEvent *event)

@@ -78,6 +78,7 @@ private:
     void openExpandedRows(const QModelIndexList &tops);
     void openAfterReload(const TavRegistryOutlineViewDataSource::Reloaded &reloaded);
     void selectionDidChange();
+    void scrollSidewaysTo(const QModelIndex &row);
     std::optional<Selection> selection() const;
     std::optional<Anchor> anchor() const;
     std::vector<TavRegistryOutlineItem *> itemsStillThere(const TavRegistryEntryPath &path) const;
