@@ -147,7 +147,9 @@ void TavWindowController::windowDidLoad()
     loadDefaultFindOptions();
     clearObjectInfo();
     const PreferencesStore &preferences = PreferencesStore::standard();
-    setRegistryPlane(preferences.string(QStringLiteral("DefaultPlane")), true);
+    const QString planeKey = QStringLiteral("DefaultPlane");
+    const QString plane = preferences.string(planeKey);
+    setRegistryPlane(plane.isEmpty() ? preferences.registeredString(planeKey) : plane, true);
     TavRegistryEntry *const root = dataStore_->registryRoot();
     // New nodes are expanded, so the tree shows open from top to bottom.
     goToEntryPath(root ? root->entryPathInPlane(registryPlane_, 0) : std::nullopt, true, false);

@@ -89,6 +89,11 @@ QString PreferencesStore::string(const QString &key) const
     return valueOfType(key, QJsonValue::String).toString();
 }
 
+QString PreferencesStore::registeredString(const QString &key) const
+{
+    return defaults_.value(key).toString();
+}
+
 qint64 PreferencesStore::integer(const QString &key) const
 {
     return values_.value(key).toInteger(defaults_.value(key).toInteger());

@@ -41,6 +41,7 @@ public:
 
     // A stored value of another type counts as not stored.
     QString string(const QString &key) const;
+    QString registeredString(const QString &key) const; // whatever is stored
     qint64 integer(const QString &key) const;
     QJsonArray list(const QString &key) const;
     QJsonObject dictionary(const QString &key) const;
