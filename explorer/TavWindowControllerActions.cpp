@@ -1,6 +1,8 @@
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
 #include "platform/SystemBeep.h"
+#include "platform/desktop/BusyCursor.h"
+#include "platform/desktop/FactField.h"
 #include "store/TavDataStore.h"
 
 #include <QClipboard>
@@ -8,18 +10,6 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPlainTextEdit>
-
-namespace {
-// Shows that the program is at work while it reads the registry.
-class BusyCursor
-{
-public:
-    BusyCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~BusyCursor() { QGuiApplication::restoreOverrideCursor(); }
-    BusyCursor(const BusyCursor &) = delete;
-    BusyCursor &operator=(const BusyCursor &) = delete;
-};
-} // namespace
 
 void TavWindowController::update()
 {
@@ -70,7 +60,10 @@ void TavWindowController::copy()
 {
     // A field or a cell that shows a part of its text as selected copies that.
     QWidget *const focused = window_->focusWidget();
-    if (auto *const field = qobject_cast<QLineEdit *>(focused); field && field->hasSelectedText())
+    if (auto *const fact = qobject_cast<FactField *>(focused); fact && fact->hasSelectedText())
+        fact->copy();
+    else if (auto *const field = qobject_cast<QLineEdit *>(focused);
+             field && field->hasSelectedText())
         field->copy();
     else if (auto *const cell = qobject_cast<QPlainTextEdit *>(focused))
         cell->copy();

@@ -1,9 +1,11 @@
 // The pop-up of the selected entry's paths, and the steps through it.
 #include "explorer/TavWindowController.h"
+#include "platform/desktop/VisibleText.h"
 #include "store/TavDataStore.h"
 
 #include <QComboBox>
 #include <algorithm>
+
 void TavWindowController::populatePathsPopup(const EntryRef &entry)
 {
     entryPathsButton_->clear();
@@ -19,7 +21,7 @@ void TavWindowController::populatePathsPopup(const EntryRef &entry)
             for (const TavRegistryEntryPath &path : paths) {
                 if (selected < 0 && selectedEntryPath_ == path)
                     selected = entryPathsButton_->count();
-                entryPathsButton_->addItem(path.registryPath());
+                entryPathsButton_->addItem(visibleCharacters(path.registryPath()));
                 entryPathsOfItems_.emplace_back(path);
             }
         }

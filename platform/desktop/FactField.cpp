@@ -1,9 +1,11 @@
 #include "platform/desktop/FactField.h"
 
 #include "platform/desktop/PlainToolTip.h"
+#include "platform/desktop/VisibleText.h"
 
 #include <QFocusEvent>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QPainter>
 
 FactField::FactField(QWidget *parent)
@@ -16,13 +18,54 @@ FactField::FactField(QWidget *parent)
     setDimmed(false);
 }
 
-void FactField::setFact(const QString &text)
+void FactField::setFact(const QString &fact)
 {
-    if (text == this->text())
+    if (fact == fact_)
         return;
-    setText(text);
+    fact_ = fact;
+    setText(visibleCharacters(fact));
     setCursorPosition(0);
     updateToolTip();
+}
+
+void FactField::copy() const
+{
+    copyTo(QClipboard::Clipboard);
+}
+
+void FactField::copyTo(QClipboard::Mode clipboard) const
+{
+    if (hasSelectedText())
+        QGuiApplication::clipboard()->setText(fact_.mid(selectionStart(), selectionLength()),
+                                              clipboard);
+}
+
+void FactField::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy))
+        copy();
+    else
+        QLineEdit::keyPressEvent(event);
+}
+
+void FactField::mouseReleaseEvent(QMouseEvent *event)
+{
+    QLineEdit::mouseReleaseEvent(event);
+    if (event->button() == Qt::LeftButton && QGuiApplication::clipboard()->supportsSelection())
+        copyTo(QClipboard::Selection);
+}
+
+void FactField::contextMenuEvent(QContextMenuEvent *event)
+{
+    auto *const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(QIcon::fromTheme(QStringLiteral("edit-copy")), tr("&Copy"), QKeySequence::Copy,
+                    this, &FactField::copy)
+        ->setEnabled(hasSelectedText());
+    menu->addAction(QIcon::fromTheme(QStringLiteral("edit-select-all")), tr("Select &All"),
+                    QKeySequence::SelectAll, this, &QLineEdit::selectAll)
+        ->setEnabled(!text().isEmpty());
+    menu->popup(event->globalPos());
 }
 
 void FactField::setDimmed(bool dimmed)

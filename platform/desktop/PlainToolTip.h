@@ -2,6 +2,6 @@
 
 #include <QString>
 
-// Makes a tool tip show a text from outside as it is: never taken for markup, lines wrapped, cut
-// when it is absurdly long.
+// Makes a tool tip show a text from outside as it is: never taken for markup, lines wrapped,
+// characters that control replaced by visible ones, cut when it is absurdly long.
 QString plainToolTip(const QString &text);

@@ -1,5 +1,7 @@
 #include "platform/desktop/VisibleText.h"
 
+#include <algorithm>
+
 namespace {
 constexpr qsizetype longestText = 500;
 
@@ -9,30 +11,37 @@ bool turnsDirection(QChar c)
     return (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
-// Zero for a character that is fine.
-char16_t substituteFor(QChar c)
+} // namespace
+
+QChar visibleCharacter(QChar character)
 {
-    const char16_t code = c.unicode();
+    const char16_t code = character.unicode();
     if (code < 0x20)
         return static_cast<char16_t>(0x2400 + code);
     if (code == 0x7F)
-        return 0x2421;
-    if ((code >= 0x80 && code < 0xA0) || code == 0x2028 || code == 0x2029 || turnsDirection(c))
+        return char16_t(0x2421);
+    if ((code >= 0x80 && code < 0xA0) || code == 0x2028 || code == 0x2029 ||
+        turnsDirection(character))
         return QChar::ReplacementCharacter;
-    return 0;
+    return character;
 }
-} // namespace
+
+QString visibleCharacters(const QString &text)
+{
+    QString shown = text;
+    std::transform(shown.cbegin(), shown.cend(), shown.begin(), visibleCharacter);
+    return shown;
+}
+
+QString cutText(const QString &text, qsizetype longest)
+{
+    if (text.size() <= longest)
+        return text;
+    return text.left(text.at(longest - 1).isHighSurrogate() ? longest - 1 : longest) +
+           QChar(0x2026);
+}
 
 QString visibleText(const QString &text)
 {
-    QString shown = text;
-    if (shown.size() > longestText) {
-        shown.truncate(shown.at(longestText - 1).isHighSurrogate() ? longestText - 1 : longestText);
-        shown.append(QChar(0x2026));
-    }
-    for (qsizetype i = 0; i < shown.size(); ++i) {
-        if (const char16_t substitute = substituteFor(shown.at(i)))
-            shown[i] = QChar(substitute);
-    }
-    return shown;
+    return visibleCharacters(cutText(text, longestText));
 }

@@ -1,5 +1,7 @@
 #include "platform/desktop/WindowTitle.h"
 
+#include "platform/desktop/VisibleText.h"
+
 #include <QWidget>
 
 namespace {
@@ -9,7 +11,7 @@ const QLatin1String escapedMark("[*][*]"); // stands for itself
 
 void WindowTitle::set(QWidget &window, const QString &title, bool isEdited)
 {
-    QString text = title;
+    QString text = visibleText(title);
     text.replace(mark, escapedMark);
     window.setWindowModified(false); // no mark, no modified window
     window.setWindowTitle(isEdited ? mark + text : text);

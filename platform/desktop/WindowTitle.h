@@ -5,7 +5,8 @@
 class QWidget;
 
 namespace WindowTitle {
-// Marks the window of a document with unsaved changes in the way of the desktop.
+// As far as one line can show the title. Marks the window of a document with unsaved changes in the
+// way of the desktop.
 void set(QWidget &window, const QString &title, bool isEdited);
 // With a star if the document has unsaved changes.
 QString shown(const QWidget &window);
