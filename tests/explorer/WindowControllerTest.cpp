@@ -4,6 +4,7 @@
 #include "explorer/TavRegistryOutlineView.h"
 #include "platform/desktop/FactField.h"
 #include "store/DataStoreNotifications.h"
+#include "tests/support/LogCapture.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/TreeText.h"
 
@@ -81,7 +82,10 @@ TEST_F(WindowControllerTest, KeepsThePlanesOfTheStoreAndAddsUnknownOnes)
     controller_->setRegistryPlane(QStringLiteral("DxElsewhere"), true);
     EXPECT_EQ(outlet<QComboBox>("planeListButton")->currentText(), QStringLiteral("DxElsewhere"));
     EXPECT_EQ(rows(), "Root\n");
+    LogCapture log;
     controller_->setRegistryPlane({}, false); // logged, and no more
+    EXPECT_EQ(log.take(),
+              QStringList(QStringLiteral("No plane for setRegistryPlane:updatePopup:!\n")));
     EXPECT_EQ(rows(), "Root\n");
 }
 
@@ -131,6 +135,10 @@ TEST_F(WindowControllerTest, ShowsTheFactsOfTheSelectedEntry)
     update();
     select({"Root", "Host", "bus", "disk@0"});
     EXPECT_EQ(field("objectNameField"), QStringLiteral("disk@0"));
+    const auto nameColor = [this] {
+        return outlet<FactField>("objectNameField")->palette().color(QPalette::Text);
+    };
+    EXPECT_EQ(nameColor(), QGuiApplication::palette().color(QPalette::WindowText));
     EXPECT_EQ(field("objectInheritanceField"),
               QStringLiteral("DxDisk : DxDevice : DxService : DxRegistryEntry"));
     EXPECT_EQ(field("objectRetainCountField"), QStringLiteral("7"));
@@ -149,6 +157,8 @@ TEST_F(WindowControllerTest, ShowsTheFactsOfTheSelectedEntry)
 
     controller_->selectEntryPath(std::nullopt);
     EXPECT_EQ(field("objectNameField"), QStringLiteral("(No object selected)"));
+    EXPECT_EQ(nameColor(), QGuiApplication::palette().color(QPalette::PlaceholderText));
+    EXPECT_NE(nameColor(), QGuiApplication::palette().color(QPalette::WindowText));
     EXPECT_EQ(field("objectInheritanceField"), QString());
     EXPECT_EQ(field("objectRetainCountField"), QString());
     EXPECT_FALSE(isShown("dxserviceAttributesView"));

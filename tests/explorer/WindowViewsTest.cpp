@@ -3,16 +3,26 @@
 #include "explorer/TavRegistryOutlineView.h"
 #include "platform/DocumentError.h"
 #include "platform/PreferencesStore.h"
+#include "platform/desktop/FactField.h"
 #include "platform/desktop/SegmentedControl.h"
 #include "store/TavDataStore.h"
+#include "tests/support/LogCapture.h"
 #include "tests/support/QtPrinters.h"
+#include "tests/support/SmallStore.h"
 #include "tests/support/TreeText.h"
 
+#include <QAbstractItemView>
 #include <QAction>
+#include <QClipboard>
+#include <QComboBox>
 #include <QDialog>
+#include <QFile>
+#include <QGuiApplication>
 #include <QJsonArray>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStyledItemDelegate>
@@ -34,6 +44,7 @@ protected:
         view_ = outlet<TavRegistryOutlineView>("registryOutlineView");
     }
     QAction &action(const char *name) const { return *outlet<QAction>(name); }
+    QMainWindow &window() const { return *controller_->window(); }
     QSplitter &splitView() const { return *outlet<QSplitter>("explorerSplitView"); }
     void dragDivider(const QPoint &by) const
     {
@@ -61,6 +72,20 @@ protected:
         DocumentError error;
         ASSERT_TRUE(document_->save(file, error));
         close();
+        openFile(file);
+    }
+    void openSketch(const ArchiveSketch &sketch)
+    {
+        close();
+        QFile file(preferencesFolder() + QStringLiteral("/made.vandrel"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(sketch.bytes());
+        file.close();
+        openFile(file.fileName());
+    }
+    void openFile(const QString &file)
+    {
+        DocumentError error;
         document_ = static_cast<TavDocument *>(documents_.openDocument(file, error));
         ASSERT_NE(document_, nullptr);
         store_ = document_->dataStore();
@@ -69,9 +94,76 @@ protected:
         view_ = outlet<TavRegistryOutlineView>("registryOutlineView");
     }
 
+    // The controls that the tab key comes by, from the find field to where it meets one again.
+    std::string tabRound(Qt::KeyboardModifiers modifiers = {}) const
+    {
+        const auto *const browser = outlet<QWidget>("registryBrowser");
+        QStringList met;
+        outlet<QWidget>("findField")->setFocus();
+        QString name = QStringLiteral("findField");
+        while (!met.contains(name)) {
+            met.append(name);
+            QTest::keyClick(window().focusWidget(), Qt::Key_Tab, modifiers);
+            const QWidget *const focused = window().focusWidget();
+            name = (browser->isAncestorOf(focused) ? browser : focused)->objectName();
+        }
+        if (modifiers)
+            std::reverse(met.begin() + 1, met.end());
+        return met.join(u' ').toStdString() + " > " + name.toStdString();
+    }
+
     TavRegistryOutlineView *view_ = nullptr;
 };
 } // namespace
+
+TEST_F(WindowViewsTest, TheTabKeyComesByEveryControlOnce)
+{
+    PreferencesStore::standard().setValue(QStringLiteral("FindOptions"), 1);
+    open();
+    const auto roundOf = [this](const std::string &explorer) {
+        const bool isService = controller_->selectedEntry()->conformsToDxService();
+        return "findField " + explorer +
+               " propertiesOutlineView objectNameField objectInheritanceField objectBundleField "
+               "objectRetainCountField " +
+               (isService ? "objectBusyCountField " : "") +
+               "planeListButton outlineSegment entryPathsButton findOptionsDrawerButton > "
+               "findField";
+    };
+    const auto expectRound = [&](const std::string &explorer) {
+        EXPECT_EQ(tabRound(), roundOf(explorer));
+        EXPECT_EQ(tabRound(Qt::ShiftModifier), roundOf(explorer)) << "backwards";
+    };
+    expectRound("registryOutlineView");
+    controller_->browserView();
+    expectRound("registryBrowser");
+    for (const char *deeper : {"Host", "bus", "disk"}) { // another column comes into being
+        controller_->makeExplorerFirstResponder();
+        QTest::keyClick(window().focusWidget(), Qt::Key_Right);
+        ASSERT_EQ(controller_->selectedEntry(), entry(deeper));
+        expectRound("registryBrowser");
+    }
+    controller_->outlineView();
+    expectRound("registryOutlineView");
+    controller_->browserView();
+    expectRound("registryBrowser");
+}
+
+TEST_F(WindowViewsTest, TheFocusOfANewWindowIsInTheExplorer)
+{
+    EXPECT_EQ(window().focusWidget(), view_);
+    PreferencesStore::standard().setValue(QStringLiteral("DefaultView"), QStringLiteral("browser"));
+    open();
+    EXPECT_TRUE(controller_->isExplorerFirstResponder());
+    EXPECT_TRUE(outlet<QWidget>("registryBrowser")->isAncestorOf(window().focusWidget()));
+}
+
+TEST_F(WindowViewsTest, AnEmptyDefaultPlaneCountsAsNone)
+{
+    PreferencesStore::standard().setValue(QStringLiteral("DefaultPlane"), QStringLiteral(""));
+    open();
+    EXPECT_EQ(controller_->registryPlane(), QStringLiteral("DxService"));
+    EXPECT_EQ(controller_->selectedEntry(), entry("Root"));
+}
 
 TEST_F(WindowViewsTest, SwitchesBetweenTreeAndColumns)
 {
@@ -101,11 +193,6 @@ TEST_F(WindowViewsTest, SwitchesBetweenTreeAndColumns)
     EXPECT_FALSE(controller_->isExplorerFirstResponder()); // as before
     EXPECT_EQ(controller_->selectedEntry(), entry("bus"));
     EXPECT_EQ(beeps_, 0);
-
-    QWidget *next = outlet<QWidget>("findField")->nextInFocusChain();
-    while (next->focusPolicy() == Qt::NoFocus || !next->isVisible())
-        next = next->nextInFocusChain();
-    EXPECT_EQ(next, view_);
 }
 
 TEST_F(WindowViewsTest, EachArrangementKeepsItsDivider)
@@ -252,6 +339,90 @@ TEST_F(WindowViewsTest, AnArchivedRegistryIsNotUpdated)
     EXPECT_FALSE(store_->isAutoupdate());
     EXPECT_EQ(rowsOf(*view_), before);
     EXPECT_FALSE(document_->isDocumentEdited());
+}
+
+TEST_F(WindowViewsTest, WhatHasTerminatedIsClearedFromAnArchive)
+{
+    terminate("disk");
+    openArchived();
+    ASSERT_NE(rowsOf(*view_).find("disk"), std::string::npos);
+    const std::size_t count = store_->registryEntries().size();
+    LogCapture log;
+    controller_->update(); // which the store itself refuses
+    EXPECT_EQ(log.take().size(), 1);
+    controller_->clearTerminatedObjects();
+    EXPECT_EQ(store_->registryEntries().size(), count - 1);
+    EXPECT_NE(rowsOf(*view_).find("disk"), std::string::npos); // a record's window is not told
+    EXPECT_FALSE(document_->isDocumentEdited());
+    controller_->toggleShowTerminatedObjects();
+    EXPECT_EQ(rowsOf(*view_).find("disk"), std::string::npos);
+    EXPECT_EQ(beeps_, 2);
+}
+
+TEST_F(WindowViewsTest, AnArchiveWithoutPlanesComesUp)
+{
+    ArchiveSketch sketch = SmallStore::current();
+    sketch.objects[SmallStore::Store].set(QLatin1String("registryPlanes"),
+                                          ArchiveValue(ArchiveList()));
+    openSketch(sketch);
+    EXPECT_EQ(outlet<QComboBox>("planeListButton")->count(), 1);
+    EXPECT_EQ(rowsOf(*view_), "Root *\n  Child\n"); // what the entries themselves know
+    controller_->browserView();
+    window().grab();
+    EXPECT_FALSE(outlet<QComboBox>("entryPathsButton")->isEnabled());
+}
+
+TEST_F(WindowViewsTest, AbsurdNamesStayInTheirPlaces)
+{
+    const QString turning(QChar(0x202E));
+    const QString end(10'000, u'x');
+    const QString name = turning + QStringLiteral("turned\n") + end;
+    const QString shown = QStringLiteral("\uFFFDturned␊");
+    ArchiveSketch sketch = SmallStore::current();
+    const ArchiveDictionary names{{QStringLiteral("DxService"), name}};
+    for (const auto position : {SmallStore::Root, SmallStore::Child})
+        sketch.objects[position].set(QLatin1String("namesInPlanes"), ArchiveValue(names));
+    openSketch(sketch);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window()));
+    EXPECT_EQ(view_->horizontalScrollBar()->value(), 0);
+    controller_->selectChild();
+    EXPECT_EQ(controller_->selectedEntry()->nameInPlane(QStringLiteral("DxService")), name);
+    const QString title = window().windowTitle();
+    EXPECT_TRUE(title.startsWith(QStringLiteral("made.vandrel — DxService — ") + shown));
+    EXPECT_LT(title.size(), 600);
+
+    auto *const field = outlet<FactField>("objectNameField");
+    EXPECT_EQ(field->text(), shown + end);
+    const auto copied = [] { return QGuiApplication::clipboard()->text(); };
+    field->setFocus();
+    field->setSelection(0, 4);
+    QTest::keyClick(field, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(copied(), turning + QStringLiteral("tur"));
+    field->selectAll();
+    controller_->copy();
+    EXPECT_EQ(copied(), name);
+    window().grab();
+
+    const QString toolTip = view_->currentIndex().data(Qt::ToolTipRole).toString();
+    EXPECT_TRUE(toolTip.contains(QStringLiteral("Discovered: ")));
+    EXPECT_FALSE(toolTip.contains(turning));
+    QLabel wrapped(toolTip);
+    wrapped.setWordWrap(true);
+    EXPECT_LT(wrapped.sizeHint().width(), 1000);
+}
+
+TEST_F(WindowViewsTest, ThePathsPopUpBearsAbsurdNames)
+{
+    const QString name = QChar(0x202E) + QStringLiteral("turned") + QString(10'000, u'x');
+    service_.setName(registry_["disk"], name.toUtf8().left(100));
+    open();
+    controller_->goToEntryPath(path({"Root", "Host", "bus", "disk"}), true, true);
+    auto *const paths = outlet<QComboBox>("entryPathsButton");
+    EXPECT_TRUE(paths->currentText().startsWith(QStringLiteral("DxService:/bus/\uFFFDturnedxx")));
+    paths->addItem(name);
+    paths->showPopup();
+    EXPECT_LE(paths->view()->window()->width(), window().width());
+    paths->hidePopup();
 }
 
 TEST_F(WindowViewsTest, ALiveDocumentWithAFileNamesItsHost)
