@@ -307,6 +307,33 @@ void switchPlanes(benchmark::State &state)
         });
 }
 
+// Closing the whole tree and opening it again.
+void toggleBare(benchmark::State &state)
+{
+    const auto bare = openBareView();
+    measure(
+        state, "toggle", true, [&] { return &bare->view; },
+        [](QTreeView &view) {
+            view.collapseAll();
+            view.viewport()->grab();
+            view.expandAll();
+            view.viewport()->grab();
+        });
+}
+
+void toggleExplorer(benchmark::State &state)
+{
+    const auto controller = openWindow();
+    measure(
+        state, "toggle", false, [&] { return &treeOf(*controller); },
+        [](TavRegistryOutlineView &view) {
+            view.setSubtreeExpanded(view.model()->index(0, 0), false);
+            view.viewport()->grab();
+            view.setSubtreeExpanded(view.model()->index(0, 0), true);
+            view.viewport()->grab();
+        });
+}
+
 void paintPage(QTreeView &view)
 {
     view.verticalScrollBar()->setValue(view.verticalScrollBar()->value() + view.height());
@@ -335,6 +362,8 @@ BENCHMARK(refreshUnchanged)->UseManualTime()->Iterations(20)->Unit(benchmark::kM
 BENCHMARK(expandBare)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
 BENCHMARK(switchViews)->UseManualTime()->Iterations(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(switchPlanes)->UseManualTime()->Iterations(12)->Unit(benchmark::kMillisecond);
+BENCHMARK(toggleBare)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
+BENCHMARK(toggleExplorer)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
 BENCHMARK(paintBare)->UseManualTime()->Iterations(200)->Unit(benchmark::kMillisecond);
 BENCHMARK(paintExplorer)->UseManualTime()->Iterations(200)->Unit(benchmark::kMillisecond);
 } // namespace

@@ -302,7 +302,8 @@ void TavRegistryOutlineView::scrollContentsBy(int dx, int dy)
 void TavRegistryOutlineView::fitColumnLater(bool mayShrink)
 {
     mayShrinkColumn_ = mayShrinkColumn_ || mayShrink;
-    fitTimer_.start();
+    if (!fitTimer_.isActive())
+        fitTimer_.start();
 }
 
 // Names in view are shown whole. Scrolling up and down only widens, so that nothing jumps.

@@ -56,10 +56,10 @@ OutlineView::OutlineView(QWidget *parent)
 
 void OutlineView::openRows(const QModelIndexList &tops, const Predicate &shouldOpen)
 {
-    if (isOpeningRows_ || !model())
+    if (isOpeningRows_ || isChangingSubtree_ || !model())
         return;
     const QScopedValueRollback opening(isOpeningRows_, true);
-    // With a layout pending, opening a row does no more than note it.
+    // With a layout pending, opening or closing a row does no more than note it.
     scheduleDelayedItemsLayout();
     for (const QModelIndex &top : tops) {
         visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
@@ -74,22 +74,15 @@ void OutlineView::openRows(const QModelIndexList &tops, const Predicate &shouldO
 
 void OutlineView::setSubtreeExpanded(const QModelIndex &top, bool isExpanded)
 {
-    if (!top.isValid())
+    if (!top.isValid() || !model()->hasChildren(top))
         return;
-    if (isExpanded) {
-        scheduleDelayedItemsLayout();
-        visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
-            expand(index);
-            return true;
-        });
-        executeDelayedItemsLayout();
-    } else {
-        // The top comes first, so that the rows below are gone when their turn comes.
-        visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
-            collapse(index);
-            return true;
-        });
-    }
+    const QScopedValueRollback changing(isChangingSubtree_, true);
+    scheduleDelayedItemsLayout();
+    visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
+        setExpanded(index, isExpanded);
+        return true;
+    });
+    executeDelayedItemsLayout();
 }
 
 bool OutlineView::isOnExpander(const QPoint &position, const QModelIndex &index) const
@@ -116,6 +109,11 @@ void OutlineView::mousePressEvent(QMouseEvent *event)
 
 void OutlineView::keyPressEvent(QKeyEvent *event)
 {
+    if (event->key() == Qt::Key_Asterisk) {
+        setSubtreeExpanded(currentIndex().siblingAtColumn(0), true);
+        event->accept();
+        return;
+    }
     // With Alt alone these keys are the window's.
     if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::AltModifier && isMoving(*event)) {
         event->ignore();

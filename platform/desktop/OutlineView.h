@@ -4,13 +4,15 @@
 #include <functional>
 
 // A tree view whose rows open and close in bulk quickly: a click on a row's expander with Alt held,
-// or the left or right key with Alt and Shift, opens or closes all below it too.
+// or the left or right key with Alt and Shift, opens or closes all below it too; so does the
+// asterisk open it.
 class OutlineView : public QTreeView
 {
     Q_OBJECT
 public:
     explicit OutlineView(QWidget *parent = nullptr);
 
+    // Lays out once.
     void setSubtreeExpanded(const QModelIndex &top, bool isExpanded);
 
 protected:
@@ -18,7 +20,7 @@ protected:
     static constexpr int deepestLevel = 1000;
 
     // Opens the tops and, below rows that are opened, those that the predicate names; lays out
-    // once.
+    // once. Does nothing while rows are opened or closed in bulk already.
     using Predicate = std::function<bool(const QModelIndex &)>;
     void openRows(const QModelIndexList &tops, const Predicate &shouldOpen);
     bool isOpeningRows() const { return isOpeningRows_; }
@@ -30,4 +32,5 @@ private:
     bool isOnExpander(const QPoint &position, const QModelIndex &index) const;
 
     bool isOpeningRows_ = false;
+    bool isChangingSubtree_ = false;
 };
