@@ -105,18 +105,6 @@ void TavRegistryOutlineItem::setOnSelectionPath(bool isOnPath)
     }
 }
 
-void TavRegistryOutlineItem::setExpandedRecursive(bool isExpanded)
-{
-    Items pending{this};
-    while (!pending.empty()) {
-        TavRegistryOutlineItem *const item = pending.back();
-        pending.pop_back();
-        item->setExpanded(isExpanded);
-        for (const auto &child : item->allChildren_)
-            pending.push_back(child.get());
-    }
-}
-
 QString TavRegistryOutlineItem::currentName() const
 {
     const QString name = registryEntry_->nameAtLocationInPlane(plane_);

@@ -12,7 +12,7 @@ class TavWindowController;
 class TavRegistryOutlineItem
 {
 public:
-    enum Flag : quint32 { Leaf = 1, OnSelectionPath = 2, Expanded = 4 };
+    enum Flag : quint32 { Leaf = 1, OnSelectionPath = 2, Expanded = 4, OpenedInPassing = 8 };
     using Children = std::vector<std::unique_ptr<TavRegistryOutlineItem>>;
     using Items = std::vector<TavRegistryOutlineItem *>;
     struct DisplayName
@@ -56,7 +56,10 @@ public:
     bool isOnSelectionPath() const { return flags_ & OnSelectionPath; }
     void setExpanded(bool isExpanded) { setFlag(Expanded, isExpanded); }
     bool isExpanded() const { return flags_ & Expanded; }
-    void setExpandedRecursive(bool isExpanded); // this node and all made below
+    // A row that was opened on the way to another one, which is not the user's own doing. It stays
+    // open until it is closed.
+    void setOpenedInPassing(bool isOpened) { setFlag(OpenedInPassing, isOpened); }
+    bool isToBeOpen() const { return flags_ & (Expanded | OpenedInPassing); }
 
     QString name() { return displayName().text; }
     const DisplayName &displayName();

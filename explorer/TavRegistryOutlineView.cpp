@@ -53,7 +53,7 @@ void TavRegistryOutlineView::rowDidExpand(const QModelIndex &index)
 void TavRegistryOutlineView::openExpandedRows(const QModelIndexList &tops)
 {
     openRows(tops, [](const QModelIndex &index) {
-        return TavRegistryOutlineViewDataSource::item(index)->isExpanded();
+        return TavRegistryOutlineViewDataSource::item(index)->isToBeOpen();
     });
 }
 
@@ -62,7 +62,9 @@ void TavRegistryOutlineView::setAllRowsExpanded(bool isExpanded)
     const QModelIndex root = model()->index(0, 0);
     if (!root.isValid())
         return;
-    TavRegistryOutlineViewDataSource::item(root)->setExpandedRecursive(isExpanded);
+    // The command is about the root; what was open below it opens with it again.
+    isExpanded ? dataSource_->itemDidExpand(root) : dataSource_->itemDidCollapse(root);
+    TavRegistryOutlineViewDataSource::item(root)->setExpanded(isExpanded);
     setSubtreeExpanded(root, isExpanded);
 }
 
@@ -97,7 +99,7 @@ void TavRegistryOutlineView::openAfterReload(
 {
     QModelIndexList tops;
     for (TavRegistryOutlineItem *item : reloaded.toOpen) {
-        if (item->isExpanded() && item->isExpandable())
+        if (item->isToBeOpen() && item->isExpandable())
             tops.append(dataSource_->indexOf(*item));
     }
     if (reloaded.isReset)

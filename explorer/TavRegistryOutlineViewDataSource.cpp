@@ -98,10 +98,13 @@ void TavRegistryOutlineViewDataSource::itemDidExpand(const QModelIndex &index)
 {
     if (expansionRecorder_.shouldRecord())
         item(index)->setExpanded(true);
+    else
+        item(index)->setOpenedInPassing(true);
 }
 
 void TavRegistryOutlineViewDataSource::itemDidCollapse(const QModelIndex &index)
 {
+    item(index)->setOpenedInPassing(false);
     if (expansionRecorder_.shouldRecord())
         item(index)->setExpanded(false);
 }

@@ -18,8 +18,8 @@ public:
     explicit TavRegistryOutlineViewDataSource(TavWindowController &windowController,
                                               QObject *parent = nullptr);
 
-    // What became of the rows in a reload. After a reset, and among those to open, what is marked
-    // as expanded is for the view to open.
+    // What became of the rows in a reload. After a reset, and among those to open, what is to be
+    // open is for the view to open.
     struct Reloaded
     {
         bool isReset = false;

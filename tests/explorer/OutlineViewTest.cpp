@@ -6,7 +6,9 @@
 #include "tests/support/TreeText.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace {
@@ -51,6 +53,21 @@ protected:
         QTest::mouseClick(view_->viewport(), Qt::LeftButton, modifiers, place);
     }
     std::string rows() const { return rowsOf(*view_); }
+    // Closes a and bus, and has the next change belong to another key press.
+    void closeTheWayToPart()
+    {
+        clickExpander(index({"Root", "Host", "bus", "a"}));
+        clickExpander(index({"Root", "Host", "bus"}));
+        QTest::keyClick(view_, Qt::Key_Shift);
+    }
+    // Shows another plane for a moment.
+    void resetRows()
+    {
+        const QSignalSpy resets(view_->model(), &QAbstractItemModel::modelReset);
+        controller_->setRegistryPlane(QStringLiteral("DxPower"), true);
+        controller_->setRegistryPlane(QStringLiteral("DxService"), true);
+        EXPECT_EQ(resets.count(), 2);
+    }
 
     TavRegistryOutlineView *view_ = nullptr;
     std::unique_ptr<QAbstractItemModelTester> tester_;
@@ -122,6 +139,70 @@ TEST_F(OutlineViewTest, AltClickClosesAndOpensWholeSubtrees)
     EXPECT_TRUE(view_->isExpanded(index({"Root", "Host", "bus", "a"})));
     QTest::keyClick(view_, Qt::Key_Left, Qt::AltModifier | Qt::ShiftModifier);
     EXPECT_EQ(rows(), "Root\n  Host + *\n");
+}
+
+TEST_F(OutlineViewTest, OneActionRemembersTheFirstRowThatItChangesAlone)
+{
+    const std::string before = rows();
+    closeTheWayToPart();
+    const auto isMarked = [this](std::initializer_list<const char *> labels) {
+        return view_->itemsForEntryPath(path(labels)).back()->isExpanded();
+    };
+    controller_->goToEntryPath(path({"Root", "Host", "bus", "a", "part"}), true, true);
+    EXPECT_TRUE(isMarked({"Root", "Host", "bus"}));
+    EXPECT_FALSE(isMarked({"Root", "Host", "bus", "a"}));
+
+    QTest::keyClick(view_, Qt::Key_Shift);
+    controller_->collapseAll();
+    EXPECT_FALSE(isMarked({"Root"}));
+    EXPECT_TRUE(isMarked({"Root", "Host"}));
+    EXPECT_TRUE(isMarked({"Root", "Host", "bus"}));
+    clickExpander(index({"Root"})); // opens what was open before
+    EXPECT_EQ(rows().find("a +") + 2, rows().find('+'));
+    QTest::keyClick(view_, Qt::Key_Shift);
+    controller_->expandAll();
+    EXPECT_EQ(rows(), before);
+    EXPECT_FALSE(isMarked({"Root", "Host", "bus", "a"}));
+}
+
+TEST_F(OutlineViewTest, RowsOpenedInPassingOutlastResets)
+{
+    const std::string before = rows();
+    closeTheWayToPart();
+    controller_->goToEntryPath(path({"Root", "Host", "bus", "a", "part"}), true, true);
+    controller_->goToEntryPath(path({"Root"}), true, true);
+    resetRows();
+    EXPECT_EQ(rows(), before.substr(0, 4) + before.substr(6)); // without the selection
+
+    closeTheWayToPart();
+    view_->setCurrentIndex(index({"Root"}));
+    QTest::keyClick(view_, Qt::Key_Asterisk);
+    EXPECT_EQ(rows(), before);
+    clickExpander(index({"Root", "Host", "bus", "a"}));
+    resetRows();
+    EXPECT_NE(rows().find("a +\n      b\n"), std::string::npos);
+}
+
+// With a layout for each row, large trees would open and close slowly.
+TEST_F(OutlineViewTest, LaysOutOnceHoweverManyRowsOpenOrClose)
+{
+    FakeRegistry::Node parent = registry_["lone"];
+    for (int i = 0; i < 200; ++i) {
+        const auto child = service_.add(QStringLiteral("DxDevice"), "m" + QByteArray::number(i));
+        service_.link(parent, child, "DxService");
+        parent = i % 8 == 7 ? registry_["lone"] : child;
+    }
+    update();
+    view_->setCurrentIndex(index({"Root", "Host"}));
+    const QSignalSpy layouts(view_->verticalScrollBar(), &QScrollBar::rangeChanged);
+    QTest::keyClick(view_, Qt::Key_Left, Qt::AltModifier | Qt::ShiftModifier);
+    EXPECT_EQ(layouts.count(), 1);
+    QTest::keyClick(view_, Qt::Key_Right, Qt::AltModifier | Qt::ShiftModifier);
+    EXPECT_EQ(layouts.count(), 2);
+    QTest::keyClick(view_, Qt::Key_Left, Qt::AltModifier | Qt::ShiftModifier);
+    QTest::keyClick(view_, Qt::Key_Asterisk);
+    EXPECT_EQ(layouts.count(), 4);
+    EXPECT_TRUE(view_->isExpanded(index({"Root", "Host", "bus", "a"})));
 }
 
 TEST_F(OutlineViewTest, ExpandsAndCollapsesAll)
