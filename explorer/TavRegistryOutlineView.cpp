@@ -81,15 +81,17 @@ void TavRegistryOutlineView::selectionDidChange()
 void TavRegistryOutlineView::reloadData(TavRegistryOutlineItem::Reread which)
 {
     const QScopedValueRollback reloading(isReloading_, true);
-    const std::optional<Selection> selected = selection();
-    const std::optional<Anchor> fixed = anchor();
+    const TavRegistryOutlineItem *const selected = dataSource_->selectedItem();
+    const std::optional selection = selected ? std::optional(selected->entryPath()) : std::nullopt;
+    const std::vector<Anchor> fixed = anchors();
+    setAutoScroll(false); // the row after a selected one that goes becomes current for a moment
     const auto reloaded = dataSource_->reload(which);
+    setAutoScroll(true);
     if (reloaded.isChanged)
         openAfterReload(reloaded);
-    if (selected)
-        restoreSelection(*selected);
-    if (reloaded.isChanged && fixed)
-        restoreAnchor(*fixed);
+    restoreSelection(selection);
+    if (reloaded.isChanged)
+        restoreAnchor(fixed);
     viewport()->update();
     fitColumnLater(true);
 }
@@ -110,29 +112,27 @@ void TavRegistryOutlineView::openAfterReload(
         openExpandedRows(tops);
 }
 
-std::optional<TavRegistryOutlineView::Selection> TavRegistryOutlineView::selection() const
+QModelIndexList TavRegistryOutlineView::rowsInSight() const
 {
-    const TavRegistryOutlineItem *const selected = dataSource_->selectedItem();
-    if (!selected)
-        return std::nullopt;
-    Selection selection{selected->entryPath(), 0};
-    for (const TavRegistryOutlineItem *item : itemsForEntryPath(selection.path)) {
-        if (!isExpanded(dataSource_->indexOf(*item)))
-            break;
-        ++selection.openRows;
-    }
-    return selection;
+    QModelIndexList rows;
+    const QRect view = viewport()->rect();
+    for (QModelIndex row = indexAt(view.topLeft() + QPoint(0, 1));
+         row.isValid() && visualRect(row).top() <= view.bottom(); row = indexBelow(row))
+        rows.append(row);
+    return rows;
 }
 
-std::optional<TavRegistryOutlineView::Anchor> TavRegistryOutlineView::anchor() const
+// The selected row first, then the others downwards.
+std::vector<TavRegistryOutlineView::Anchor> TavRegistryOutlineView::anchors() const
 {
-    const QRect view = viewport()->rect();
-    QModelIndex row = currentIndex();
-    if (!row.isValid() || !visualRect(row).intersects(view))
-        row = indexAt(view.topLeft() + QPoint(0, 1));
-    if (!row.isValid())
-        return std::nullopt;
-    return Anchor{TavRegistryOutlineViewDataSource::item(row)->entryPath(), visualRect(row).top()};
+    QModelIndexList rows = rowsInSight();
+    if (const auto selected = rows.indexOf(currentIndex()); selected > 0)
+        rows.move(selected, 0);
+    std::vector<Anchor> anchors;
+    for (const QModelIndex &row : rows)
+        anchors.push_back(
+            {TavRegistryOutlineViewDataSource::item(row)->entryPath(), visualRect(row).top()});
+    return anchors;
 }
 
 // Of a path that was seen before a reload, which may have brought another plane.
@@ -145,25 +145,32 @@ TavRegistryOutlineView::itemsStillThere(const TavRegistryEntryPath &path) const
                                                  : std::vector<TavRegistryOutlineItem *>();
 }
 
-void TavRegistryOutlineView::restoreAnchor(const Anchor &anchor)
+// When all that was in sight is gone, what is left of the way to the first is held.
+void TavRegistryOutlineView::restoreAnchor(const std::vector<Anchor> &anchors)
 {
-    const auto items = itemsStillThere(anchor.path);
-    if (items.empty())
-        return;
-    const QRect row = visualRect(dataSource_->indexOf(*items.back()));
-    if (row.isValid())
-        verticalScrollBar()->setValue(verticalScrollBar()->value() + row.top() - anchor.y);
+    const auto hold = [this](const TavRegistryOutlineItem &item, int y) {
+        const QRect row = visualRect(dataSource_->indexOf(item));
+        if (row.isValid())
+            verticalScrollBar()->setValue(verticalScrollBar()->value() + row.top() - y);
+        return row.isValid();
+    };
+    for (const Anchor &anchor : anchors) {
+        const auto items = itemsStillThere(anchor.path);
+        if (items.size() == anchor.path.length() && hold(*items.back(), anchor.y))
+            return;
+    }
+    const auto items = anchors.empty() ? std::vector<TavRegistryOutlineItem *>()
+                                       : itemsStillThere(anchors.front().path);
+    if (!items.empty())
+        hold(*items.back(), anchors.front().y);
 }
 
-void TavRegistryOutlineView::restoreSelection(const Selection &selection)
+void TavRegistryOutlineView::restoreSelection(const std::optional<TavRegistryEntryPath> &path)
 {
-    const auto items = itemsStillThere(selection.path);
-    if (items.empty() || items.size() < selection.path.length())
+    const auto items = path ? itemsStillThere(*path) : std::vector<TavRegistryOutlineItem *>();
+    if (items.empty() || items.size() < path->length()) {
+        deselectAll();
         return;
-    for (std::size_t i = 0; i < selection.openRows; ++i) {
-        const QModelIndex index = dataSource_->indexOf(*items[i]);
-        if (!isExpanded(index))
-            openExpandedRows({index});
     }
     dataSource_->setSelectedItem(items.back());
     selectRow(*items.back());

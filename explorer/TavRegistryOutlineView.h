@@ -17,8 +17,8 @@ public:
     void setDataSource(TavRegistryOutlineViewDataSource &dataSource);
 
     // Shows what there is by now. Which nodes reread their children is said; rows that were open
-    // stay open, and the selected row stays selected, silently, if it is still there, and where it
-    // is on the screen.
+    // stay open. The selected row stays selected, silently, or none is when it is gone. It keeps
+    // still on the screen, or when it is gone or out of sight, the first row in sight still there.
     void
     reloadData(TavRegistryOutlineItem::Reread which = TavRegistryOutlineItem::Reread::Miscounted);
     void setAllRowsExpanded(bool isExpanded);
@@ -64,11 +64,6 @@ private:
         TavRegistryEntryPath path;
         int y;
     };
-    struct Selection
-    {
-        TavRegistryEntryPath path;
-        std::size_t openRows; // of the path, from its top
-    };
 
     static void _readIcons();
     void drawConnectors(QPainter &painter, const QRect &row, TavRegistryOutlineItem &item) const;
@@ -79,11 +74,11 @@ private:
     void openAfterReload(const TavRegistryOutlineViewDataSource::Reloaded &reloaded);
     void selectionDidChange();
     void scrollSidewaysTo(const QModelIndex &row);
-    std::optional<Selection> selection() const;
-    std::optional<Anchor> anchor() const;
+    QModelIndexList rowsInSight() const;
+    std::vector<Anchor> anchors() const;
     std::vector<TavRegistryOutlineItem *> itemsStillThere(const TavRegistryEntryPath &path) const;
-    void restoreAnchor(const Anchor &anchor);
-    void restoreSelection(const Selection &selection);
+    void restoreAnchor(const std::vector<Anchor> &anchors);
+    void restoreSelection(const std::optional<TavRegistryEntryPath> &path);
     void fitColumnLater(bool mayShrink);
     void fitColumn();
 

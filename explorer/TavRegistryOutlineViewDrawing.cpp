@@ -91,14 +91,10 @@ void TavRegistryOutlineView::checkRowsNeedingRedisplay(bool windowChanged)
         setSameEntryHighlightColor(highlightColor(isActiveWindow() && hasFocus()));
     if (!model())
         return;
-    const QRect view = viewport()->rect();
-    for (QModelIndex row = indexAt(view.topLeft() + QPoint(0, 1)); row.isValid();
-         row = indexBelow(row)) {
+    for (const QModelIndex &row : rowsInSight()) {
         const QRect place = visualRect(row);
-        if (place.top() > view.bottom())
-            break;
         if (showsSelectedEntry(*TavRegistryOutlineViewDataSource::item(row)))
-            viewport()->update(view.left(), place.top(), view.width(), place.height());
+            viewport()->update(0, place.top(), viewport()->width(), place.height());
     }
 }
 

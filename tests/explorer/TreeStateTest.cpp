@@ -225,6 +225,45 @@ TEST_F(TreeStateTest, HidesWhatHasTerminated)
     EXPECT_NE(rows().find("disk"), std::string::npos);
 }
 
+TEST_F(TreeStateTest, NoOtherRowTakesThePlaceOfASelectedOneThatGoes)
+{
+    registry_.plane("DxService", R"(
+        Root
+          Host
+            store
+              next)");
+    openLive();
+    controller_->toggleShowTerminatedObjects();
+    controller_->goToEntryPath(path({"Root", "Host", "store", "disk"}), true, true);
+    TavRegistryEntry *const gone = entry("disk");
+    service_.terminate(registry_["disk"]);
+    loop_.advance(2.0);
+    EXPECT_EQ(rows().find_first_of('*'), std::string::npos);
+    EXPECT_FALSE(view_->currentIndex().isValid());
+    EXPECT_EQ(controller_->selectedEntry(), gone);
+    QTest::mouseClick(view_->viewport(), Qt::LeftButton, {},
+                      rowOf({"Root", "Host", "store", "next"}).center());
+    EXPECT_EQ(controller_->selectedEntry(), entry("next"));
+}
+
+TEST_F(TreeStateTest, WhatIsInSightStaysWhereItIsWhenTheSelectedRowGoes)
+{
+    openLive();
+    for (int i = 0; i < 300; ++i)
+        changeSomething();
+    settle();
+    controller_->toggleShowTerminatedObjects();
+    controller_->goToEntryPath(path({"Root", "Host", "store", "disk"}), true, true);
+    view_->scrollTo(view_->currentIndex(), QAbstractItemView::PositionAtBottom);
+    const QPersistentModelIndex first = view_->indexAt({1, 1});
+    ASSERT_NE(TavRegistryOutlineViewDataSource::item(first)->registryEntry().get(), entry("store"));
+    const QRect before = view_->visualRect(first);
+    service_.terminate(registry_["disk"]);
+    loop_.advance(2.0);
+    EXPECT_EQ(rows().find("disk"), std::string::npos);
+    EXPECT_EQ(view_->visualRect(first), before);
+}
+
 // Only a refresh follows an entry whose children are others but as many.
 TEST_F(TreeStateTest, PlainReloadsRereadMiscountedNodesAlone)
 {
