@@ -1,4 +1,5 @@
 #include "ExplorerFixture.h"
+#include "display/EntryColors.h"
 #include "explorer/OutlineConnectors.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
@@ -11,6 +12,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QTest>
+#include <QWidget>
 
 namespace {
 class OutlineDrawingTest : public ExplorerFixture
@@ -149,6 +151,56 @@ TEST_F(OutlineDrawingTest, FramesOtherRowsOfTheSelectedEntry)
     EXPECT_EQ(corner({200, 0}).rgb(), active.rgb());
     select({"Root", "Host", "bus", "a"});
     EXPECT_FALSE(hasColor(painted(framed), active));
+}
+
+TEST_F(OutlineDrawingTest, FramesFollowTheActivityOfTheWindow)
+{
+    QPalette palette = view_->palette();
+    palette.setColor(QPalette::Active, QPalette::Highlight, Qt::magenta);
+    palette.setColor(QPalette::Inactive, QPalette::Highlight, Qt::cyan);
+    view_->setPalette(palette);
+    view_->setFocus();
+    select({"Root", "Host", "bus", "shared"});
+    const auto frame = [this] {
+        return painted(row({"Root", "Host", "port", "shared"})).pixelColor(200, 0);
+    };
+    EXPECT_EQ(frame(), QColor(Qt::magenta));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_EQ(frame(), QColor(Qt::cyan));
+    controller_->window()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(controller_->window()));
+    EXPECT_EQ(frame(), QColor(Qt::magenta));
+    outlet<QComboBox>("planeListButton")->setFocus();
+    other.activateWindow();
+    controller_->window()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(controller_->window()));
+    EXPECT_EQ(frame(), QColor(Qt::cyan));
+}
+
+TEST_F(OutlineDrawingTest, ColoursOfWhatCameAndWent)
+{
+    const struct
+    {
+        QColor color;
+        int hue, saturation, brightness; // in percent
+    } rows[] = {
+        {EntryColors::colorForTerminatedItem(), 0, 100, 100},
+        {EntryColors::colorForParentOfTerminatedItem(), 0, 67, 100},
+        {EntryColors::colorForNonmatchingTerminatedItem(), 0, 33, 100},
+        {EntryColors::colorForNewItem(), 33, 100, 67},
+        {EntryColors::colorForParentOfNewItem(), 33, 50, 80},
+        {EntryColors::colorForNonmatchingNewItem(), 33, 33, 90},
+    };
+    for (const auto &row : rows) {
+        const auto name = row.color.name().toStdString();
+        EXPECT_NEAR(row.color.hsvHueF(), row.hue / 100.0, 0.003) << name;
+        EXPECT_NEAR(row.color.hsvSaturationF(), row.saturation / 100.0, 0.003) << name;
+        EXPECT_NEAR(row.color.valueF(), row.brightness / 100.0, 0.003) << name;
+        EXPECT_EQ(row.color.alpha(), 255) << name;
+    }
 }
 
 // The plain pictures serve both appearances. What was loaded first stays.

@@ -291,11 +291,38 @@ TEST_F(OutlineViewTest, BeepsAtCommandKeys)
 TEST_F(OutlineViewTest, SpeaksNamesAndStates)
 {
     terminate("lone");
+    registry_.plane("DxService", R"(
+        Root
+          Host
+            come)");
     update();
-    EXPECT_EQ(index({"Root", "Host", "lone"}).data(Qt::AccessibleTextRole).toString(),
-              QStringLiteral("lone, terminated"));
-    EXPECT_EQ(index({"Root", "Host", "bus"}).data(Qt::AccessibleTextRole).toString(),
-              QStringLiteral("bus"));
+    const auto spoken = [this](const char *label) {
+        return index({"Root", "Host", label}).data(Qt::AccessibleTextRole).toString();
+    };
+    EXPECT_EQ(spoken("lone"), QStringLiteral("lone, terminated"));
+    EXPECT_EQ(spoken("come"), QStringLiteral("come, new"));
+    EXPECT_EQ(spoken("bus"), QStringLiteral("bus"));
+}
+
+TEST_F(OutlineViewTest, ControlsHaveTheirRoles)
+{
+    const auto roleOf = [this](const char *name) {
+        return QAccessible::queryAccessibleInterface(outlet<QWidget>(name))->role();
+    };
+    EXPECT_EQ(roleOf("registryOutlineView"), QAccessible::Tree);
+    EXPECT_EQ(roleOf("propertiesOutlineView"), QAccessible::Tree);
+    EXPECT_EQ(roleOf("planeListButton"), QAccessible::ComboBox);
+    EXPECT_EQ(roleOf("entryPathsButton"), QAccessible::ComboBox);
+    EXPECT_EQ(roleOf("findField"), QAccessible::EditableText);
+    EXPECT_EQ(roleOf("objectNameField"), QAccessible::EditableText);
+    EXPECT_EQ(roleOf("objectRegisteredCell"), QAccessible::CheckBox);
+    EXPECT_EQ(roleOf("findNextButton"), QAccessible::Button);
+    EXPECT_EQ(roleOf("findTableView"), QAccessible::Table);
+    const QAccessibleInterface *const row = QAccessible::queryAccessibleInterface(view_)->child(2);
+    ASSERT_TRUE(row);
+    EXPECT_EQ(row->role(), QAccessible::TreeItem);
+    EXPECT_EQ(row->text(QAccessible::Name), QStringLiteral("Host"));
+    EXPECT_TRUE(row->state().expandable && row->state().expanded);
 }
 
 // Rows change in reloads alone, so indexes stay good when one entry was re-read.
