@@ -146,19 +146,20 @@ TEST_F(DataStoreArchive, WritesTheKeysOfEachClassInOrder)
     std::sort(shapes.begin(), shapes.end());
     const QByteArray node = "TavPropertyOutlineItem: #TavRegistryPropertyCoderVersionNumber "
                             "isCollection hasName dateRead registryEntry #registryState parent ";
-    const QByteArrayList expected{
-        "TavDataStore: #dataStoreVersion hostName archName byteOrder registryEntries "
-        "registryPlanes lastUpdateDate isUpToDate",
-        node + "#index #collectionType children",
-        node + "#index value",
-        node + "name #collectionType children",
-        node + "name value",
+    const QByteArray store = "TavDataStore: #dataStoreVersion hostName archName byteOrder "
+                             "registryEntries registryPlanes lastUpdateDate isUpToDate";
+    const QByteArray entry =
         "TavRegistryEntry: #TavRegistryEntryCoderVersionNumber dataStore dateDiscovered "
         "dateLastUpdated dateTerminated bundleID inheritance name namesInPlanes location "
         "locationsInPlanes childrenInPlanes parentsInPlanes #entryTag #busyCount "
         "#kernelRetainCount isRegistryRoot conformsToDxService isRegistered isMatched isActive "
-        "#registryState properties",
-    };
+        "#registryState properties";
+    const QByteArrayList expected{store,
+                                  node + "#index #collectionType children",
+                                  node + "#index value",
+                                  node + "name #collectionType children",
+                                  node + "name value",
+                                  entry};
     EXPECT_EQ(shapes.join('\n'), expected.join('\n'));
 }
 
