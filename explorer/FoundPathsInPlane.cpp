@@ -1,6 +1,8 @@
 #include "explorer/FoundPathsInPlane.h"
 
+#include <algorithm>
 #include <limits>
+#include <ranges>
 
 namespace {
 constexpr auto noPosition = std::numeric_limits<std::size_t>::max();
@@ -141,16 +143,9 @@ TavRegistryEntryPath FoundPathsInPlane::at(std::size_t index) const
 template<class IsBefore>
 std::size_t FoundPathsInPlane::countWhile(IsBefore isBefore) const
 {
-    std::size_t first = 0;
-    std::size_t last = size();
-    while (first < last) {
-        const std::size_t middle = first + (last - first) / 2;
-        if (isBefore(at(middle)))
-            first = middle + 1;
-        else
-            last = middle;
-    }
-    return first;
+    const auto indices = std::views::iota(std::size_t(0), size());
+    return *std::ranges::partition_point(indices,
+                                         [&](std::size_t index) { return isBefore(at(index)); });
 }
 
 std::size_t FoundPathsInPlane::countBefore(const TavRegistryEntryPath &path) const

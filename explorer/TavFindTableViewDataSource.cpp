@@ -96,11 +96,11 @@ void TavFindTableViewDataSource::reloadData()
 
 void TavFindTableViewDataSource::restoreSelection(const EntryRef &entry, int scrolled)
 {
-    entryAtIndex(0);
-    const auto found = std::find(sorted_.begin(), sorted_.end(), entry);
-    if (found == sorted_.end())
+    const std::vector<EntryRef> &entries = sortedEntries();
+    const auto found = std::find(entries.begin(), entries.end(), entry);
+    if (found == entries.end())
         return;
-    const QModelIndex row = index(static_cast<int>(found - sorted_.begin()), NameColumn);
+    const QModelIndex row = index(static_cast<int>(found - entries.begin()), NameColumn);
     findTableView_.selectionModel()->setCurrentIndex(row, QItemSelectionModel::ClearAndSelect |
                                                               QItemSelectionModel::Rows);
     findTableView_.verticalScrollBar()->setValue(scrolled);
@@ -112,18 +112,23 @@ void TavFindTableViewDataSource::redisplay()
     findTableView_.viewport()->update();
 }
 
-EntryRef TavFindTableViewDataSource::entryAtIndex(int row) const
+const std::vector<EntryRef> &TavFindTableViewDataSource::sortedEntries() const
 {
-    if (row < 0 || row >= rows_)
-        return nullptr;
     if (sorted_.empty() && windowController_.foundObjects()) {
         const auto &found = *windowController_.foundObjects();
         for (TavRegistryEntry *entry :
              TavRegistryEntry::sortedArrayForPlane({found.begin(), found.end()}, QString()))
             sorted_.push_back(entry->shared_from_this());
     }
+    return sorted_;
+}
+
+EntryRef TavFindTableViewDataSource::entryAtIndex(int row) const
+{
+    if (row < 0 || row >= rows_)
+        return nullptr;
     const auto index = static_cast<std::size_t>(row);
-    return index < sorted_.size() ? sorted_[index] : nullptr;
+    return index < sortedEntries().size() ? sortedEntries()[index] : nullptr;
 }
 
 QVariant TavFindTableViewDataSource::objectValueForTableColumn(int column, int row) const

@@ -38,6 +38,7 @@ public:
 private:
     void setUpTable();
     void rowChosenAgain();
+    const std::vector<EntryRef> &sortedEntries() const;
     int selectedRow() const; // -1 for none
     void restoreSelection(const EntryRef &entry, int scrolled);
     QString previewOf(const TavRegistryEntry &entry) const;

@@ -3,51 +3,31 @@
 #include "model/TavRegistryProperty.h"
 
 #include <QVarLengthArray>
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
 namespace {
 using Buffer = QVarLengthArray<char, 4096>;
 
-char *writeUtf8(char32_t character, char *to)
-{
-    const auto leading = [&](unsigned mark, int shift) {
-        *to++ = static_cast<char>(mark | character >> shift);
-    };
-    const auto following = [&](int shift) {
-        *to++ = static_cast<char>(0x80 | (character >> shift & 0x3f));
-    };
-    if (character < 0x80) {
-        leading(0, 0);
-        return to;
-    }
-    if (character < 0x800) {
-        leading(0xc0, 6);
-    } else if (character < 0x10000) {
-        leading(0xe0, 12);
-        following(6);
-    } else {
-        leading(0xf0, 18);
-        following(12);
-        following(6);
-    }
-    following(0);
-    return to;
-}
-
+// Character by character, as the library's searches without regard to case do it; a whole text at
+// once would turn some letters into two.
 char *writeFolded(QStringView text, char *to)
 {
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t unit = text[i].unicode();
-        if (unit < 0x80) {
-            const bool isUpper = unit >= u'A' && unit <= u'Z';
-            *to++ = static_cast<char>(isUpper ? unit | 0x20 : unit);
+    const char16_t *const units = text.utf16();
+    const qsizetype size = text.size();
+    qsizetype written = 0;
+    for (qsizetype i = 0; i < size;) {
+        UChar32 character = units[i];
+        if (character < 0x80) {
+            const bool isUpper = character >= u'A' && character <= u'Z';
+            to[written++] = static_cast<char>(isUpper ? character | 0x20 : character);
+            ++i;
             continue;
         }
-        char32_t character = unit;
-        if (QChar::isHighSurrogate(unit) && i + 1 < text.size() && text[i + 1].isLowSurrogate())
-            character = QChar::surrogateToUcs4(unit, text[++i].unicode());
-        to = writeUtf8(QChar::toCaseFolded(character), to);
+        U16_NEXT(units, i, size, character);
+        U8_APPEND_UNSAFE(to, written, QChar::toCaseFolded(static_cast<char32_t>(character)));
     }
-    return to;
+    return to + written;
 }
 
 // With a separator behind it.

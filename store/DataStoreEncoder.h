@@ -34,8 +34,8 @@ private:
     void encodeStrings(QLatin1String key, const QStringList &strings);
     void encodeNames(QLatin1String key, const PlaneTable<CompactString> &names);
     void encodeRelatives(const TavRegistryEntry &entry, const Relatives &relatives);
-    std::vector<ArchiveReference> writtenRelatives(const TavRegistryEntry &entry,
-                                                   const Relatives &relatives,
+    // Of the entry of that number in the archive.
+    std::vector<ArchiveReference> writtenRelatives(quint32 number, const Relatives &relatives,
                                                    const PlaneTable<EntryList>::Item &item);
     const TavRegistryProperty *treeOf(const TavRegistryEntry &entry) const;
 

@@ -27,11 +27,12 @@ PlaneLinks DataStoreEncoder::linksTo(const Relatives &relatives)
     PlaneLinks links(relatives.direction);
     std::vector<quint32> numbers;
     for (const EntryRef &entry : store_.registryEntries()) {
+        const quint32 number = archiver_.reference(*entry, entryClass_).index;
         for (const auto &item : (*entry).*relatives.table) {
             numbers.clear();
-            for (const ArchiveReference relative : writtenRelatives(*entry, relatives, item))
+            for (const ArchiveReference relative : writtenRelatives(number, relatives, item))
                 numbers.push_back(relative.index);
-            links.add(item.plane(), archiver_.reference(*entry, entryClass_).index, numbers);
+            links.add(item.plane(), number, numbers);
         }
     }
     return links;
@@ -39,9 +40,10 @@ PlaneLinks DataStoreEncoder::linksTo(const Relatives &relatives)
 
 void DataStoreEncoder::encodeRelatives(const TavRegistryEntry &entry, const Relatives &relatives)
 {
+    const quint32 number = archiver_.reference(entry, entryClass_).index;
     ArchiveDictionary dictionary;
     for (const auto &item : entry.*relatives.table) {
-        const std::vector<ArchiveReference> list = writtenRelatives(entry, relatives, item);
+        const std::vector<ArchiveReference> list = writtenRelatives(number, relatives, item);
         if (!list.empty())
             dictionary.push_back({item.plane(), ArchiveList(list.begin(), list.end())});
     }
@@ -49,12 +51,12 @@ void DataStoreEncoder::encodeRelatives(const TavRegistryEntry &entry, const Rela
 }
 
 std::vector<ArchiveReference>
-DataStoreEncoder::writtenRelatives(const TavRegistryEntry &entry, const Relatives &relatives,
+DataStoreEncoder::writtenRelatives(quint32 number, const Relatives &relatives,
                                    const PlaneTable<EntryList>::Item &item)
 {
     const auto leftOut = relatives.leftOut.constFind(item.plane());
-    const quint32 number = archiver_.reference(entry, entryClass_).index;
     std::vector<ArchiveReference> references;
+    references.reserve(item.value.entries().size());
     for (const TavRegistryEntry *relative : item.value.entries()) {
         const ArchiveReference reference = archiver_.reference(*relative, entryClass_);
         if (leftOut == relatives.leftOut.constEnd() ||
