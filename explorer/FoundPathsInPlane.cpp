@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <ranges>
 
 namespace {
 constexpr auto noPosition = std::numeric_limits<std::size_t>::max();
@@ -131,10 +130,10 @@ FoundPathsInPlane::FoundPathsInPlane(const QString &plane, const std::vector<Ent
     Builder(*this).build(found);
 }
 
-TavRegistryEntryPath FoundPathsInPlane::at(std::size_t index) const
+TavRegistryEntryPath FoundPathsInPlane::pathTo(std::size_t position) const
 {
     std::vector<EntryRef> entries;
-    for (std::size_t at = found_[index]; at != noPosition; at = positions_[at].parent)
+    for (std::size_t at = position; at != noPosition; at = positions_[at].parent)
         entries.push_back(positions_[at].entry->shared_from_this());
     std::reverse(entries.begin(), entries.end());
     return TavRegistryEntryPath(plane_, std::move(entries));
@@ -143,9 +142,10 @@ TavRegistryEntryPath FoundPathsInPlane::at(std::size_t index) const
 template<class IsBefore>
 std::size_t FoundPathsInPlane::countWhile(IsBefore isBefore) const
 {
-    const auto indices = std::views::iota(std::size_t(0), size());
-    return *std::ranges::partition_point(indices,
-                                         [&](std::size_t index) { return isBefore(at(index)); });
+    const auto end = std::partition_point(found_.begin(), found_.end(), [&](std::size_t position) {
+        return isBefore(pathTo(position));
+    });
+    return static_cast<std::size_t>(end - found_.begin());
 }
 
 std::size_t FoundPathsInPlane::countBefore(const TavRegistryEntryPath &path) const

@@ -11,7 +11,7 @@ public:
 
     std::size_t size() const { return found_.size(); }
     bool isEmpty() const { return found_.empty(); }
-    TavRegistryEntryPath at(std::size_t index) const;
+    TavRegistryEntryPath at(std::size_t index) const { return pathTo(found_[index]); }
     // How many come before the path, which is one of this plane; or are equal to it.
     std::size_t countBefore(const TavRegistryEntryPath &path) const;
     std::size_t countNotAfter(const TavRegistryEntryPath &path) const;
@@ -24,6 +24,7 @@ private:
         std::size_t parent;
     };
 
+    TavRegistryEntryPath pathTo(std::size_t position) const;
     template<class IsBefore>
     std::size_t countWhile(IsBefore isBefore) const;
 
