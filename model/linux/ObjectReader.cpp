@@ -10,6 +10,7 @@ namespace {
 constexpr std::size_t textLimit = 4096;
 constexpr std::size_t dataLimit = 65536;
 constexpr int deepestNesting = 16;
+constexpr char noAnswer[] = "did not answer";
 
 QByteArray join(const QByteArray &directory, const QByteArray &name)
 {
@@ -36,6 +37,19 @@ std::size_t wholeCharacters(const char *bytes, std::size_t size)
     return size;
 }
 
+// None when the watch does not let it take the step. The step may touch only what is the reader's
+// own: when it returns, the program may have ended but for this thread.
+template<class Step>
+auto take(ObjectReader::Watch &watch, const QByteArray &directory, const QByteArray &name,
+          Step step) -> std::optional<decltype(step())>
+{
+    if (!watch.mayTake(directory, name))
+        return std::nullopt;
+    auto result = step();
+    watch.returned();
+    return result;
+}
+
 bool isBinary(const char *bytes, std::size_t size)
 {
     return std::memchr(bytes, 0, size) ||
@@ -46,11 +60,18 @@ bool isBinary(const char *bytes, std::size_t size)
 
 struct ObjectReader::Directory
 {
-    FileDescriptor descriptor;
-    QByteArray path;  // relative to the tree's root
-    QByteArray below; // relative to the object's directory; empty for itself
-    std::vector<SysfsRoot::Entry> entries;
+    QByteArray path;       // relative to the tree's root
+    QByteArray below = {}; // relative to the object's directory; empty for itself
     int depth = 0;
+    FileDescriptor descriptor = {};
+    std::vector<SysfsRoot::Entry> entries = {};
+
+    bool list(FileDescriptor opened)
+    {
+        descriptor = std::move(opened);
+        entries = SysfsRoot::list(descriptor.get());
+        return static_cast<bool>(descriptor);
+    }
 };
 
 struct ObjectReader::Job
@@ -61,10 +82,10 @@ struct ObjectReader::Job
 };
 
 ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices,
-                           Permission permission, bool recordsFiles)
+                           Watch &watch, bool recordsFiles)
     : root_(root)
     , forcedDevices_(forcedDevices)
-    , permission_(std::move(permission))
+    , watch_(watch)
     , recordsFiles_(recordsFiles)
     , buffer_(std::make_unique_for_overwrite<char[]>(dataLimit))
 {}
@@ -80,12 +101,10 @@ ObjectReader::Result ObjectReader::read(const Request &request)
     object.path = request.path;
     object.kernelName = request.path.mid(request.path.lastIndexOf('/') + 1);
     job.context.folder = request.folder;
-    if (!permission_(request.path, {}))
+    Directory directory{request.path};
+    if (!take(watch_, request.path, {},
+              [&] { return directory.list(root_.openDirectory(request.path)); }))
         return std::move(job.result);
-    Directory directory;
-    directory.path = request.path;
-    directory.descriptor = root_.openDirectory(request.path);
-    directory.entries = SysfsRoot::list(directory.descriptor.get());
     readHeader(job, directory);
     readDirectory(job, directory, object.members);
     return std::move(job.result);
@@ -100,15 +119,12 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     SweepObject &object = job.result.object;
     if (!contains(directory.entries, "uevent") && !forcedDevices_.contains(directory.path))
         object.kind = SweepObject::Kind::Container;
-    const QByteArray subsystem = contains(directory.entries, "subsystem")
-                                     ? SysfsRoot::readLink(directory.descriptor.get(), "subsystem")
-                                     : QByteArray();
+    const QByteArray subsystem =
+        contains(directory.entries, "subsystem") ? linkText(directory, "subsystem") : QByteArray();
     job.context.subsystem = subsystem.mid(subsystem.lastIndexOf('/') + 1);
     const auto textOf = [&](const QByteArray &name) {
         QByteArray reason;
-        const auto bytes = permission_(directory.path, name)
-                               ? readBytes(directory, name, textLimit, reason)
-                               : std::nullopt;
+        const auto bytes = readBytes(directory, name, textLimit, reason);
         return bytes ? QByteArray(bytes->data(), bytes->size()).trimmed() : QByteArray();
     };
     constexpr uint interfaceUp = 1;
@@ -149,10 +165,10 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     const bool isTop = parent.below.isEmpty();
     const bool isSkipped =
         folder != Folder::Firmware && AttributePolicy::skipsDirectory(entry.name);
-    if (isSkipped || parent.depth >= deepestNesting || !permission_(parent.path, entry.name))
+    if (isSkipped || parent.depth >= deepestNesting)
         return;
-    Directory directory;
-    directory.path = join(parent.path, entry.name);
+    Directory directory{join(parent.path, entry.name), join(parent.below, entry.name),
+                        parent.depth + 1};
     const auto addObject = [&](Folder its, SweepObject::Kind kind) {
         job.result.below.push_back({its, kind, directory.path, entry.inode});
     };
@@ -162,13 +178,14 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
         return addObject(folder, SweepObject::Kind::Device);
     if (folder == Folder::Device && isDevice(parent, entry.name, directory.path))
         return addObject(folder, SweepObject::Kind::Device);
-    directory.below = join(parent.below, entry.name);
-    directory.depth = parent.depth + 1;
-    directory.descriptor = FileDescriptor(openat(parent.descriptor.get(), entry.name.constData(),
-                                                 O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!directory.descriptor)
+    const auto open = [&] {
+        return FileDescriptor(openat(parent.descriptor.get(), entry.name.constData(),
+                                     O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    };
+    if (!take(watch_, parent.path, entry.name, [&] {
+             return directory.list(open());
+         }).value_or(false))
         return;
-    directory.entries = SysfsRoot::list(directory.descriptor.get());
     if (folder == Folder::Bus && isTop && entry.name == "devices")
         return readMembersOfBus(job, directory);
     if (folder == Folder::Bus && isTop && entry.name == "drivers")
@@ -183,9 +200,11 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
 void ObjectReader::readMembersOfBus(Job &job, const Directory &devices)
 {
     for (const SysfsRoot::Entry &entry : devices.entries) {
-        const QByteArray target = SysfsRoot::resolveLink(
-            devices.path, SysfsRoot::readLink(devices.descriptor.get(), entry.name));
-        if (entry.type == SysfsRoot::EntryType::Link && !target.isNull())
+        if (entry.type != SysfsRoot::EntryType::Link)
+            continue;
+        const QByteArray target =
+            SysfsRoot::resolveLink(devices.path, linkText(devices, entry.name));
+        if (!target.isNull())
             job.result.object.links.push_back({join(devices.below, entry.name), target});
     }
 }
@@ -200,20 +219,30 @@ void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
 }
 
 // Asked for by its own file, since a device will be listed when its turn comes.
-bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name,
-                            const QByteArray &path) const
+bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path)
 {
     if (forcedDevices_.contains(path))
         return true;
-    // Power management's folder is everywhere and never one.
-    return name != "power" &&
-           faccessat(parent.descriptor.get(), (name + "/uevent").constData(), F_OK, 0) == 0;
+    if (name == "power") // everywhere, and never one
+        return false;
+    const QByteArray file = name + "/uevent";
+    return take(watch_, parent.path, name,
+                [&] { return faccessat(parent.descriptor.get(), file.constData(), F_OK, 0) == 0; })
+        .value_or(false);
+}
+
+// Null when it cannot be read.
+QByteArray ObjectReader::linkText(const Directory &directory, const QByteArray &name)
+{
+    return take(watch_, directory.path, name,
+                [&] { return SysfsRoot::readLink(directory.descriptor.get(), name); })
+        .value_or(QByteArray());
 }
 
 void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
                             RegistryValue::Members &members)
 {
-    const QByteArray text = SysfsRoot::readLink(directory.descriptor.get(), entry.name);
+    const QByteArray text = linkText(directory, entry.name);
     const QByteArray target = SysfsRoot::resolveLink(directory.path, text);
     const QByteArray &shown = target.isNull() ? text : target;
     members.push_back({pool_.text(entry.name), RegistryValue::string(QString::fromUtf8(shown))});
@@ -235,14 +264,10 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
     if (rule != wanted || (isConfig && job.context.isSuspended))
         return;
     SweepObject &object = job.result.object;
-    if (!permission_(directory.path, name)) {
-        object.unread.push_back({join(directory.below, name), "did not answer"});
-        return;
-    }
     QByteArray reason;
     const auto bytes =
         readBytes(directory, name, isConfig ? AttributePolicy::configBytes : dataLimit, reason);
-    if (recordsFiles_)
+    if (recordsFiles_ && reason != noAnswer)
         job.result.filesRead.push_back(join(directory.path, name));
     if (bytes)
         members.push_back({pool_.text(name), parseAttribute(name, *bytes, pool_)});
@@ -253,6 +278,19 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
 std::optional<QByteArrayView> ObjectReader::readBytes(const Directory &directory,
                                                       const QByteArray &name, std::size_t limit,
                                                       QByteArray &reason)
+{
+    reason = noAnswer;
+    return take(watch_, directory.path, name,
+                [&] {
+                    reason.clear();
+                    return askForBytes(directory, name, limit, reason);
+                })
+        .value_or(std::nullopt);
+}
+
+std::optional<QByteArrayView> ObjectReader::askForBytes(const Directory &directory,
+                                                        const QByteArray &name, std::size_t limit,
+                                                        QByteArray &reason)
 {
     const FileDescriptor file(openat(directory.descriptor.get(), name.constData(),
                                      O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY));

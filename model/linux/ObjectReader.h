@@ -5,7 +5,6 @@
 #include "model/linux/SweepObject.h"
 #include "model/linux/SysfsRoot.h"
 
-#include <functional>
 #include <memory>
 
 // Reads one object's directory: its attributes, its links, and its subdirectories that are no
@@ -13,8 +12,17 @@
 class ObjectReader
 {
 public:
-    // Told before each step that might not return; answers whether to take it.
-    using Permission = std::function<bool(const QByteArray &directory, const QByteArray &name)>;
+    // Told before each step that might not return, to answer whether to take it, and after it.
+    // What it throws ends the reading.
+    class Watch
+    {
+    public:
+        virtual bool mayTake(const QByteArray &directory, const QByteArray &name) = 0;
+        virtual void returned() = 0;
+
+    protected:
+        ~Watch() = default;
+    };
 
     struct Request
     {
@@ -32,8 +40,8 @@ public:
     };
 
     // Directories at forcedDevices are devices even without a uevent file.
-    ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices,
-                 Permission permission, bool recordsFiles);
+    ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices, Watch &watch,
+                 bool recordsFiles);
     ~ObjectReader();
 
     Result read(const Request &request);
@@ -52,14 +60,17 @@ private:
                   RegistryValue::Members &members);
     void readMembersOfBus(Job &job, const Directory &devices);
     void readDriversOfBus(Job &job, const Directory &drivers);
-    bool isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path) const;
+    bool isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path);
+    QByteArray linkText(const Directory &directory, const QByteArray &name);
     // None with a reason (empty: not worth telling) when it cannot be read.
     std::optional<QByteArrayView> readBytes(const Directory &directory, const QByteArray &name,
                                             std::size_t limit, QByteArray &reason);
+    std::optional<QByteArrayView> askForBytes(const Directory &directory, const QByteArray &name,
+                                              std::size_t limit, QByteArray &reason);
 
     const SysfsRoot &root_;
     const QSet<QByteArray> &forcedDevices_;
-    Permission permission_;
+    Watch &watch_;
     bool recordsFiles_;
     TextPool pool_;
     std::unique_ptr<char[]> buffer_;

@@ -19,10 +19,11 @@ constexpr unsigned mostThreads = 4;
 struct Progress
 {
     std::mutex mutex;
-    std::optional<Request> request; // none while it waits for one
+    Request request;
     QByteArray directory;
     QByteArray name;
     quint64 step = 0;
+    bool isInStep = false; // asks the host, and touches nothing but its own
     bool isAbandoned = false;
 };
 
@@ -31,7 +32,12 @@ struct Watched
     std::shared_ptr<Progress> progress = std::make_shared<Progress>();
     quint64 lastStep = 0;
     Clock::time_point since = Clock::now();
+    std::jthread thread;
 };
+
+// Nobody waits for the thread any longer.
+struct Abandoned
+{};
 } // namespace
 
 // Shared with the threads, and outlives a run as long as an abandoned thread does.
@@ -71,13 +77,52 @@ struct Sweeper::State
         finished.notify_one();
         workOrEnd.notify_all();
     }
+    class StepWatch;
     void work(Progress &progress);
     bool takeRequest(Progress &progress, Request &request);
-    void deliver(Progress &progress, ObjectReader::Result result);
-    // The number of threads that were abandoned.
+    void deliver(ObjectReader::Result result);
+    // The number of threads that were abandoned. Locked by the caller.
     int watch(std::list<Watched> &threads, std::chrono::milliseconds patience);
     void giveUp(Progress &progress);
     void startThread(std::list<Watched> &threads, const std::shared_ptr<State> &self);
+    void leave(std::list<Watched> &threads);
+};
+
+class Sweeper::State::StepWatch final : public ObjectReader::Watch
+{
+public:
+    StepWatch(State &state, Progress &progress)
+        : state_(state)
+        , progress_(progress)
+    {}
+    bool mayTake(const QByteArray &directory, const QByteArray &name) override
+    {
+        if (state_.isBlocked(directory, name))
+            return false;
+        const std::lock_guard lock(progress_.mutex);
+        throwIfAbandoned();
+        progress_.directory = directory;
+        progress_.name = name;
+        progress_.isInStep = true;
+        ++progress_.step;
+        return true;
+    }
+    void returned() override
+    {
+        const std::lock_guard lock(progress_.mutex);
+        throwIfAbandoned();
+        progress_.isInStep = false;
+    }
+
+private:
+    void throwIfAbandoned() const
+    {
+        if (progress_.isAbandoned)
+            throw Abandoned();
+    }
+
+    State &state_;
+    Progress &progress_;
 };
 
 bool Sweeper::State::takeRequest(Progress &progress, Request &request)
@@ -91,21 +136,12 @@ bool Sweeper::State::takeRequest(Progress &progress, Request &request)
     queue.pop_back();
     const std::lock_guard progressLock(progress.mutex);
     progress.request = request;
-    ++progress.step;
     return true;
 }
 
-void Sweeper::State::deliver(Progress &progress, ObjectReader::Result result)
+void Sweeper::State::deliver(ObjectReader::Result result)
 {
     const std::lock_guard lock(mutex);
-    {
-        const std::lock_guard progressLock(progress.mutex);
-        if (progress.isAbandoned)
-            return;
-        progress.request.reset();
-        progress.directory.clear();
-        progress.name.clear();
-    }
     if (!goesOn)
         result.below.clear();
     for (Request &request : result.below)
@@ -124,32 +160,24 @@ void Sweeper::State::deliver(Progress &progress, ObjectReader::Result result)
 
 void Sweeper::State::work(Progress &progress)
 {
-    bool isAbandoned = false;
-    const auto permission = [&](const QByteArray &directory, const QByteArray &name) {
-        {
-            const std::lock_guard lock(progress.mutex);
-            isAbandoned = progress.isAbandoned;
-            progress.directory = directory;
-            progress.name = name;
-            ++progress.step;
-        }
-        return !isAbandoned && !isBlocked(directory, name);
-    };
-    ObjectReader reader(*root, forcedDevices, permission, recordsFiles);
+    StepWatch watch(*this, progress);
+    ObjectReader reader(*root, forcedDevices, watch, recordsFiles);
     Request request;
-    while (!isAbandoned && takeRequest(progress, request))
-        deliver(progress, reader.read(request));
+    try {
+        while (takeRequest(progress, request))
+            deliver(reader.read(request));
+    } catch (const Abandoned &) {
+        // Its object is another thread's by now.
+    }
 }
 
 // The path that does not answer is left out and the object read again without it.
 void Sweeper::State::giveUp(Progress &progress)
 {
-    const std::lock_guard lock(mutex);
-    const std::lock_guard progressLock(progress.mutex);
     progress.isAbandoned = true;
     blockedPaths.insert(progress.directory + '/' + progress.name);
     hasBlockedPaths = true;
-    queue.push_back(*progress.request);
+    queue.push_back(progress.request);
     workOrEnd.notify_all();
 }
 
@@ -157,21 +185,15 @@ int Sweeper::State::watch(std::list<Watched> &threads, std::chrono::milliseconds
 {
     int abandoned = 0;
     for (Watched &watched : threads) {
-        bool isStuck = false;
-        {
-            const std::lock_guard lock(watched.progress->mutex);
-            const Progress &progress = *watched.progress;
-            if (progress.isAbandoned)
-                continue;
-            if (!progress.request || progress.step != watched.lastStep) {
-                watched.lastStep = progress.step;
-                watched.since = Clock::now();
-            } else {
-                isStuck = Clock::now() - watched.since >= patience;
-            }
-        }
-        if (isStuck) {
-            giveUp(*watched.progress);
+        Progress &progress = *watched.progress;
+        const std::lock_guard lock(progress.mutex);
+        if (progress.isAbandoned)
+            continue;
+        if (!progress.isInStep || progress.step != watched.lastStep) {
+            watched.lastStep = progress.step;
+            watched.since = Clock::now();
+        } else if (Clock::now() - watched.since >= patience) {
+            giveUp(progress);
             ++abandoned;
         }
     }
@@ -181,8 +203,20 @@ int Sweeper::State::watch(std::list<Watched> &threads, std::chrono::milliseconds
 void Sweeper::State::startThread(std::list<Watched> &threads, const std::shared_ptr<State> &self)
 {
     threads.emplace_back();
-    // Detached: one that hangs in the kernel can be neither joined nor stopped.
-    std::thread([self, progress = threads.back().progress] { self->work(*progress); }).detach();
+    Watched &watched = threads.back();
+    watched.thread = std::jthread([self, progress = watched.progress] { self->work(*progress); });
+}
+
+// One that hangs in the kernel can be neither joined nor stopped. The others end at once.
+void Sweeper::State::leave(std::list<Watched> &threads)
+{
+    for (Watched &watched : threads) {
+        const std::lock_guard lock(watched.progress->mutex);
+        watched.progress->isAbandoned = true;
+        if (watched.progress->isInStep)
+            watched.thread.detach();
+    }
+    threads.clear();
 }
 
 Sweeper::Sweeper(std::shared_ptr<const SysfsRoot> root)
@@ -274,11 +308,11 @@ Sweep Sweeper::run(std::vector<Request> requests, bool goesOn, const std::stop_t
         state->startThread(threads, state);
     std::unique_lock lock(state->mutex);
     while (!state->finished.wait_for(lock, options_.patience / 8, [&] { return state->isOver; })) {
-        lock.unlock();
         for (int count = state->watch(threads, options_.patience); count > 0; --count)
             state->startThread(threads, state);
-        lock.lock();
     }
+    lock.unlock();
+    state->leave(threads);
     blockedPaths_ = state->blockedPaths;
     return std::move(state->sweep);
 }

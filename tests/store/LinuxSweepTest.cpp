@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -20,6 +21,28 @@ QStringList unread(const TavRegistryEntry *entry)
     }
     return texts;
 }
+
+// Lets a thread that waits for a pipe return when all other statics are gone: it may touch none.
+class LateAnswer
+{
+public:
+    void comeFrom(const QByteArray &pipe)
+    {
+        pipe_ = FileDescriptor(open(pipe.constData(), O_PATH | O_CLOEXEC));
+    }
+    ~LateAnswer()
+    {
+        if (!pipe_)
+            return;
+        const std::string path = "/proc/self/fd/" + std::to_string(pipe_.get());
+        const FileDescriptor answer(open(path.c_str(), O_RDWR | O_CLOEXEC));
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+
+private:
+    FileDescriptor pipe_;
+};
+[[gnu::init_priority(101)]] LateAnswer lateAnswer;
 
 TEST(SysfsRoot, RefusesWhatIsNoTree)
 {
@@ -96,8 +119,28 @@ TEST(Sweep, GoesOnWithoutAnAttributeThatDoesNotAnswer)
     tree.store->update();
     EXPECT_LT(timer.elapsed(), options.patience.count());
     EXPECT_EQ(unread(slow).size(), 1);
-    // Lets the abandoned thread return.
-    QFile(QFile::decodeName(made.path("devices/slow/blocks"))).open(QIODevice::ReadWrite);
+    lateAnswer.comeFrom(made.path("devices/slow/blocks"));
+}
+
+TEST(Sweep, EndsWhenAskedThoughAnAttributeDoesNotAnswer)
+{
+    MadeTree made;
+    made.file("devices/slow/uevent", "");
+    ASSERT_EQ(mkfifo(made.path("devices/slow/blocks").constData(), 0600), 0);
+    QString error;
+    Sweeper::Options options;
+    options.patience = std::chrono::hours(1);
+    Sweeper sweeper(
+        std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error)),
+        options);
+    std::stop_source stop;
+    std::jthread asker([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        stop.request_stop();
+    });
+    for (const SweepObject &object : sweeper.run(stop.get_token()).objects)
+        EXPECT_NE(object.path, "devices/slow");
+    lateAnswer.comeFrom(made.path("devices/slow/blocks"));
 }
 
 TEST(Sweep, SurvivesATreeThatChangesWhileItIsRead)
