@@ -5,7 +5,7 @@
 #include "tests/support/RegistryGenerator.h"
 
 #include <benchmark/benchmark.h>
-#include <ctime>
+#include <chrono>
 
 namespace {
 constexpr FindOptions everyOption = FindOption::Name | FindOption::Class | FindOption::Inheritance |
@@ -77,14 +77,10 @@ QString stringsOf(FindOptions options)
 
 double seconds(const auto &action)
 {
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-    };
-    const double start = now();
+    using Clock = std::chrono::steady_clock;
+    const auto start = Clock::now();
     action();
-    return now() - start;
+    return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
 // With a change before each query, as when the registry changes between them, the store has to find

@@ -73,6 +73,18 @@ void EntryQuery::fetchProperties(const TavRegistryEntry &next) const
         fetchLines(next.properties(), 36);
 }
 
+void EntryQuery::prepare(std::span<const EntryRef> entries)
+{
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i + 4 < entries.size())
+            fetch(*entries[i + 4]);
+        if (i + 2 < entries.size())
+            fetchProperties(*entries[i + 2]);
+        entries[i]->resetForQuery();
+        prepare(*entries[i]);
+    }
+}
+
 void EntryQuery::prepare(TavRegistryEntry &entry)
 {
     if (entry.answeredQuery_ == settled_ || entry.answeredQuery_ == open_)

@@ -12,13 +12,10 @@ class EntryQuery
 public:
     EntryQuery(const QString &query, FindOptions options);
 
-    // Looks at the entry ahead of the walks, which then find the answer. Entries are quickest
-    // looked at in the order of their table, which is about that of their memory.
-    void prepare(TavRegistryEntry &entry);
-    // Preparing waits for memory more than for anything else: these ask for what the next few
-    // entries need, first the entry itself and later its properties.
-    static void fetch(const TavRegistryEntry &next);
-    void fetchProperties(const TavRegistryEntry &next) const;
+    // Looks at the entries ahead of the walks, which then find the answers. Entries are quickest
+    // looked at in the order of their table, which is about that of their memory. Copies of one
+    // query may look at different entries at the same time.
+    void prepare(std::span<const EntryRef> entries);
 
     // The answer for the entry; with a place to tell of it and a plane, also for all below it
     // there.
@@ -28,6 +25,11 @@ public:
     void run(const EntryOrder &order);
 
 private:
+    // Preparing waits for memory more than for anything else: these ask for what the next few
+    // entries need, first the entry itself and later its properties.
+    static void fetch(const TavRegistryEntry &next);
+    void fetchProperties(const TavRegistryEntry &next) const;
+    void prepare(TavRegistryEntry &entry);
     bool looksAt(FindOption option) const { return !options_ || options_.testFlag(option); }
     bool matches(TavRegistryEntry &entry, const QString &plane);
     bool matchesInAnyPlane(const TavRegistryEntry &entry) const;

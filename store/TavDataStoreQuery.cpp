@@ -2,6 +2,22 @@
 #include "model/EntryQuery.h"
 #include "store/TavDataStore.h"
 
+#include <QFutureSynchronizer>
+#include <QtConcurrentMap>
+
+namespace {
+using Entries = std::span<const EntryRef>;
+
+std::vector<Entries> partsOf(Entries entries)
+{
+    constexpr std::size_t partSize = 2048;
+    std::vector<Entries> parts;
+    for (std::size_t start = 0; start < entries.size(); start += partSize)
+        parts.push_back(entries.subspan(start, std::min(partSize, entries.size() - start)));
+    return parts;
+}
+} // namespace
+
 // Kept from one query to the next, since a text that is typed is searched for letter by letter.
 const std::vector<EntryOrder> &TavDataStore::planeOrders()
 {
@@ -29,15 +45,13 @@ void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet 
     if (options.testFlag(FindOption::Inheritance))
         options.setFlag(FindOption::Class, false);
     EntryQuery search(query, options);
-    for (std::size_t i = 0; i < registryEntries_.size(); ++i) {
-        if (i + 4 < registryEntries_.size())
-            EntryQuery::fetch(*registryEntries_[i + 4]);
-        if (i + 2 < registryEntries_.size())
-            search.fetchProperties(*registryEntries_[i + 2]);
-        registryEntries_[i]->resetForQuery();
-        search.prepare(*registryEntries_[i]);
-    }
-    for (const EntryOrder &order : planeOrders())
+    std::vector<Entries> parts = partsOf(registryEntries_);
+    // Each with a copy of the search, which keeps what it has seen.
+    const auto prepare = [&search](Entries part) { EntryQuery(search).prepare(part); };
+    QFutureSynchronizer<void> preparing(QtConcurrent::map(parts, prepare));
+    const std::vector<EntryOrder> &orders = planeOrders();
+    preparing.waitForFinished();
+    for (const EntryOrder &order : orders)
         search.run(order);
     if (!matches && !parentsOfMatches)
         return;
