@@ -114,17 +114,20 @@ void TavRegistryOutlineItem::rereadChildren(Reread which, OutlineRowObserver *ob
     {
         TavRegistryOutlineItem *item;
         Reread which;
+        OutlineRowObserver *observer;
     };
-    std::vector<Pending> pending{{this, which}};
+    std::vector<Pending> pending{{this, which, observer}};
     while (!pending.empty()) {
-        const auto [item, itsReread] = pending.back();
+        const auto [item, itsReread, itsObserver] = pending.back();
         pending.pop_back();
         const bool follows = item->isToFollow(itsReread);
         if (follows || item->isToBeFilteredAnew())
-            item->rereadOwnChildren(follows, observer);
-        // Below one that is miscounted, everything is reread.
+            item->rereadOwnChildren(follows, itsObserver);
+        // Below one that is miscounted, everything is reread. Nobody sees what is below a hidden
+        // one.
         for (const auto &child : item->allChildren_)
-            pending.push_back({child.get(), follows ? Reread::All : itsReread});
+            pending.push_back({child.get(), follows ? Reread::All : itsReread,
+                               child->row_ < 0 ? nullptr : itsObserver});
     }
 }
 
