@@ -57,6 +57,7 @@ void TavFindTableViewDataSource::setUpTable()
     findTableView_.setItemDelegate(delegate);
     findTableView_.setSelectionBehavior(QAbstractItemView::SelectRows);
     findTableView_.setSelectionMode(QAbstractItemView::SingleSelection);
+    findTableView_.setContextMenuPolicy(Qt::CustomContextMenu);
     findTableView_.setEditTriggers(QAbstractItemView::NoEditTriggers);
     findTableView_.setTabKeyNavigation(false);
     findTableView_.setShowGrid(false);
@@ -84,27 +85,47 @@ int TavFindTableViewDataSource::numberOfRowsInTableView()
 void TavFindTableViewDataSource::reloadData()
 {
     const QScopedValueRollback reloading(isReloading_, true);
-    const EntryRef selected = entryAtIndex(selectedRow());
+    const int rowBefore = selectedRow();
+    const EntryRef selected = entryAtIndex(rowBefore);
+    const bool wasInSight = findTableView_.viewport()->rect().intersects(
+        findTableView_.visualRect(index(rowBefore, NameColumn)));
     const int scrolled = findTableView_.verticalScrollBar()->value();
     beginResetModel();
     sorted_.clear();
     rows_ = numberOfRowsInTableView();
     endResetModel();
-    if (selected)
-        restoreSelection(selected, scrolled);
+    const int row = selected ? rowOf(selected) : -1;
+    if (row < 0)
+        return;
+    restoreSelection(row);
+    // A row that the user has scrolled away from stays out of the way.
+    if (wasInSight)
+        findTableView_.verticalScrollBar()->setValue(scrolled + (row - rowBefore) * scrollStep());
 }
 
-void TavFindTableViewDataSource::restoreSelection(const EntryRef &entry, int scrolled)
+// Without scrolling to it.
+void TavFindTableViewDataSource::restoreSelection(int row)
+{
+    findTableView_.setAutoScroll(false);
+    findTableView_.selectionModel()->setCurrentIndex(
+        index(row, NameColumn), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    findTableView_.setAutoScroll(true);
+    findTableView_.doItemsLayout();
+}
+
+int TavFindTableViewDataSource::rowOf(const EntryRef &entry) const
 {
     const std::vector<EntryRef> &entries = sortedEntries();
     const auto found = std::find(entries.begin(), entries.end(), entry);
-    if (found == entries.end())
-        return;
-    const QModelIndex row = index(static_cast<int>(found - entries.begin()), NameColumn);
-    findTableView_.selectionModel()->setCurrentIndex(row, QItemSelectionModel::ClearAndSelect |
-                                                              QItemSelectionModel::Rows);
-    findTableView_.verticalScrollBar()->setValue(scrolled);
-    findTableView_.scrollTo(row);
+    return found == entries.end() ? -1 : static_cast<int>(found - entries.begin());
+}
+
+// By which the scroll bar moves from one row to the next.
+int TavFindTableViewDataSource::scrollStep() const
+{
+    return findTableView_.verticalScrollMode() == QAbstractItemView::ScrollPerItem
+               ? 1
+               : findTableView_.verticalHeader()->defaultSectionSize();
 }
 
 void TavFindTableViewDataSource::redisplay()

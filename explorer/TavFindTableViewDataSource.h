@@ -40,7 +40,9 @@ private:
     void rowChosenAgain();
     const std::vector<EntryRef> &sortedEntries() const;
     int selectedRow() const; // -1 for none
-    void restoreSelection(const EntryRef &entry, int scrolled);
+    int rowOf(const EntryRef &entry) const; // -1 for none
+    int scrollStep() const;
+    void restoreSelection(int row);
     QString previewOf(const TavRegistryEntry &entry) const;
     QVariant styleOf(const TavRegistryEntry &entry, int role) const;
 

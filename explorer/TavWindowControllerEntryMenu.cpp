@@ -1,4 +1,5 @@
 // The menu of an entry, and its commands.
+#include "explorer/TavFindTableViewDataSource.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
 #include "platform/FileManager.h"
@@ -12,6 +13,7 @@
 #include <QGuiApplication>
 #include <QMainWindow>
 #include <QMenu>
+#include <QTableView>
 #include <QTimer>
 
 void TavWindowController::connectContextMenus()
@@ -20,6 +22,12 @@ void TavWindowController::connectContextMenus()
             &TavWindowController::showEntryMenu);
     connect(registryBrowser_, &ColumnBrowser::contextMenuRequested, this,
             &TavWindowController::showEntryMenu);
+    connect(findTableView_, &QTableView::customContextMenuRequested, this,
+            [this](const QPoint &place) {
+                const int row = findTableView_->rowAt(place.y());
+                if (selectedEntry_ && findDataSource_->entryAtIndex(row) == selectedEntry_)
+                    showEntryMenu(findTableView_->viewport()->mapToGlobal(place));
+            });
     ContextMenuKey::addTo(*window_);
 }
 

@@ -8,9 +8,14 @@
 #include "tests/support/TreeText.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
+#include <QContextMenuEvent>
 #include <QDockWidget>
 #include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTest>
 
@@ -373,6 +378,50 @@ TEST_F(FindTest, FollowsTheRegistry)
     EXPECT_EQ(rows().find("disk@1"), std::string::npos);
     EXPECT_TRUE(canRun("findNextAction"));
     trigger("findNextAction");
+}
+
+TEST_F(FindTest, ResultsStayWhereTheyAreScrolledTo)
+{
+    for (int i = 100; i < 300; ++i)
+        service_.link(registry_["bus"],
+                      service_.add(QStringLiteral("DxDevice"), "disk" + QByteArray::number(i)),
+                      "DxService");
+    update();
+    find("disk");
+    outlet<QDockWidget>("findOptionsDrawer")->show();
+    QScrollBar &bar = *table_->verticalScrollBar();
+    table_->selectRow(50);
+    table_->scrollTo(table_->model()->index(50, 0), QAbstractItemView::PositionAtCenter);
+    const int place = table_->rowViewportPosition(50);
+    const auto addFirst = [&](const char *name) {
+        service_.link(registry_["bus"], service_.add(QStringLiteral("DxDevice"), name),
+                      "DxService");
+        update();
+    };
+    addFirst("a disk");
+    EXPECT_TRUE(table_->selectionModel()->isRowSelected(51));
+    EXPECT_EQ(table_->rowViewportPosition(51), place);
+    bar.setValue(bar.maximum()); // away from the selected row
+    const int scrolled = bar.value();
+    update();
+    EXPECT_EQ(bar.value(), scrolled);
+    EXPECT_TRUE(table_->selectionModel()->isRowSelected(51));
+}
+
+TEST_F(FindTest, ResultsHaveTheMenuOfTheirEntry)
+{
+    find("disk");
+    outlet<QDockWidget>("findOptionsDrawer")->show();
+    const QPoint place = table_->visualRect(table_->model()->index(1, 0)).center();
+    QTest::mouseClick(table_->viewport(), Qt::RightButton, {}, place);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place,
+                            table_->viewport()->mapToGlobal(place));
+    QApplication::sendEvent(table_->viewport(), &event);
+    EXPECT_EQ(selected(), "DxService:/bus/disk@1");
+    auto *const menu = controller_->window()->findChild<QMenu *>(QStringLiteral("entryMenu"));
+    ASSERT_TRUE(menu);
+    EXPECT_TRUE(menu->isVisible());
+    menu->close();
 }
 
 // A window that has not been told yet still lists what has left the store.
