@@ -17,7 +17,7 @@
 #include <QTemporaryDir>
 #include <QTreeView>
 #include <benchmark/benchmark.h>
-#include <ctime>
+#include <chrono>
 
 namespace {
 constexpr quint32 entryCount = 100'000;
@@ -58,17 +58,12 @@ struct Registry
     }
 };
 
-// By this thread: other programs may be running.
 double secondsOf(const auto &action)
 {
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-    };
-    const double start = now();
+    using Clock = std::chrono::steady_clock;
+    const auto start = Clock::now();
     action();
-    return now() - start;
+    return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
 void scan(const QString &text)

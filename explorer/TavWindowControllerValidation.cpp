@@ -100,7 +100,7 @@ bool TavWindowController::canSelectPreviousSibling() const
 
 QString TavWindowController::pollIntervalText() const
 {
-    return QStringLiteral(" (%1s)").arg(QString::number(dataStore_->pollInterval(), 'g'));
+    return tr(" (%1s)").arg(QString::number(dataStore_->pollInterval(), 'g'));
 }
 
 QString TavWindowController::toggleTimedUpdateTitle() const
