@@ -46,12 +46,6 @@ bool TavPropertiesOutlineViewDataSource::reload()
     return isSameEntry;
 }
 
-void TavPropertiesOutlineViewDataSource::noteValuesChanged()
-{
-    if (const int rows = rowCount())
-        Q_EMIT dataChanged(index(0, ValueColumn), index(rows - 1, ValueColumn));
-}
-
 TavPropertiesOutlineViewDataSource::Row *
 TavPropertiesOutlineViewDataSource::rowOf(const QModelIndex &index) const
 {

@@ -23,7 +23,6 @@ public:
 
     // Shows the controller's present tree. Whether it is of the same entry as the one before.
     bool reload();
-    void noteValuesChanged(); // their texts, that is
     void selectionDidChange();
 
     TavRegistryProperty *item(const QModelIndex &index) const; // null for the invisible top

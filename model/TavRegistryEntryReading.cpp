@@ -1,0 +1,225 @@
+// What TavRegistryEntry reads from the registry.
+#include "model/EntryStore.h"
+#include "model/TavRegistryEntry.h"
+
+namespace {
+const QString kernelBundlePlaceholder = QStringLiteral("__kernel__");
+const QString kernelBundleID = QStringLiteral("org.linux.kernel");
+const QString serviceClass = QStringLiteral("DxService");
+
+// A plane's name as the service takes it: ASCII in a buffer of the given size with its NUL.
+std::optional<QByteArray> planeCString(const QString &plane, qsizetype bufferSize)
+{
+    const auto isAscii = [](QChar c) { return c.unicode() > 0 && c.unicode() < 128; };
+    if (plane.size() >= bufferSize || !std::all_of(plane.begin(), plane.end(), isAscii))
+        return std::nullopt;
+    return plane.toLatin1();
+}
+
+// None for what is not UTF-8. A text equal to the likely one shares its storage.
+std::optional<QString> fromServiceText(const RegistryName &text, const QString &likely)
+{
+    const QUtf8StringView bytes(text.data(),
+                                static_cast<qsizetype>(strnlen(text.data(), text.size())));
+    if (!bytes.isValidUtf8())
+        return std::nullopt;
+    if (!likely.isNull() && QAnyStringView(bytes) == likely)
+        return likely;
+    return bytes.toString();
+}
+
+quint64 nextCounterTag()
+{
+    static quint64 next = 0;
+    return next++;
+}
+} // namespace
+
+bool TavRegistryEntry::initWithDxRegistryEntry(RegistryObject object, EntryStore &dataStore)
+{
+    RegistryService *service = dataStore.service();
+    if (!service || !object)
+        return false;
+    handle_ = RegistryHandle::retain(*service, object);
+    if (!readIdentity(*service))
+        return false;
+    dataStore_ = &dataStore;
+    dateDiscovered_ = QDateTime::currentDateTimeUtc();
+    if (!readInheritance(*service))
+        return false;
+    bundleID_ = service->copyBundleIdentifierForClass(inheritance_.constFirst());
+    if (bundleID_ == kernelBundlePlaceholder)
+        bundleID_ = kernelBundleID;
+    setFlag(ConformsToDxService, service->conformsTo(object, serviceClass));
+    if (!readAttributesAndProperties())
+        return false;
+    registryState_ = RegistryStateNew;
+    return true;
+}
+
+bool TavRegistryEntry::readIdentity(RegistryService &service)
+{
+    if (service.hasEntryIDs())
+        return service.entryID(handle_.get(), entryTag_) == RegistryStatus::Success;
+    entryTag_ = nextCounterTag();
+    return true;
+}
+
+bool TavRegistryEntry::readInheritance(RegistryService &service)
+{
+    QString className = service.copyClassName(handle_.get());
+    // A chain that comes back to itself ends there.
+    while (!className.isNull() && !inheritance_.contains(className)) {
+        inheritance_.append(className);
+        className =
+            service.hasSuperclassLookup() ? service.copySuperclassName(className) : QString();
+    }
+    return !inheritance_.isEmpty();
+}
+
+bool TavRegistryEntry::readAttributesAndProperties()
+{
+    if (!handle_)
+        return false;
+    RegistryService &service = *dataStore_->service();
+    if (conformsToDxService() && !readServiceState(service))
+        return false;
+    kernelRetainCount_ = service.retainCount(handle_.get());
+    properties_.reset();
+    propertyText_ = {};
+    if (!readDxRegistryNameAndLocationInPlane({}))
+        return false;
+    RegistryValue table;
+    if (service.copyProperties(handle_.get(), table) != RegistryStatus::Success)
+        return false;
+    properties_ = TavRegistryProperty::create(currentPropertyClass(), shared_from_this(), {},
+                                              nullptr, {}, 0, table);
+    if (properties_)
+        properties_->clearIsNew();
+    return true;
+}
+
+bool TavRegistryEntry::readServiceState(RegistryService &service)
+{
+    quint64 state = 0;
+    if (service.serviceState(handle_.get(), state) != RegistryStatus::Success)
+        return false;
+    setFlag(Registered, state & ServiceRegistered);
+    setFlag(Matched, state & ServiceMatched);
+    setFlag(Active, !(state & ServiceInactive));
+    quint32 busy = 0;
+    if (service.busyState(handle_.get(), busy) != RegistryStatus::Success)
+        return false;
+    busyCount_ = busy;
+    return true;
+}
+
+bool TavRegistryEntry::readDxRegistryNameAndLocationInPlane(const QString &plane)
+{
+    constexpr qsizetype planeBufferSize = 127;
+    if (!handle_)
+        return false;
+    const auto planeText = planeCString(plane, planeBufferSize);
+    if (!planeText)
+        return false;
+    const char *const planeName = plane.isNull() ? nullptr : planeText->constData();
+    RegistryService &service = *dataStore_->service();
+
+    RegistryName buffer;
+    if (service.nameInPlane(handle_.get(), planeName, buffer) != RegistryStatus::Success)
+        return false;
+    const auto name = fromServiceText(buffer, name_);
+    if (!name)
+        return false;
+    std::optional<QString> location;
+    const RegistryStatus status = service.locationInPlane(handle_.get(), planeName, buffer);
+    if (status == RegistryStatus::Success)
+        location = fromServiceText(buffer, location_);
+    if (status != RegistryStatus::NotFound && !location)
+        return false;
+
+    if (plane.isNull()) {
+        name_ = *name;
+        location_ = location.value_or(QString());
+    } else {
+        namesInPlanes_[plane] = CompactString(*name);
+        if (location)
+            locationsInPlanes_[plane] = CompactString(*location);
+    }
+    return true;
+}
+
+void TavRegistryEntry::readDxRegistryNameAndLocationInPlanes(const QStringList &planes)
+{
+    if (!handle_)
+        return;
+    namesInPlanes_.reserve(static_cast<std::size_t>(planes.size()));
+    for (const QString &plane : planes)
+        readDxRegistryNameAndLocationInPlane(plane);
+}
+
+void TavRegistryEntry::readChildrenInPlane(const QString &plane)
+{
+    constexpr qsizetype planeBufferSize = 511;
+    const auto planeText = planeCString(plane, planeBufferSize);
+    if (!planeText)
+        return;
+    EntryList *children = childrenInPlanes_.find(plane);
+    if (children)
+        children->removeIf([](TavRegistryEntry *child) { return child->DxRegistryEntry() != 0; });
+    for (TavRegistryEntry *terminated : childrenInPlane(plane))
+        terminated->addParent(*this, plane);
+    for (TavRegistryEntry *child : newChildrenInPlane(plane, *planeText)) {
+        children = children ? children : &childrenInPlanes_[plane];
+        children->append(child);
+        child->addParent(*this, plane);
+    }
+    if (children && children->entries().size() > 1)
+        children->setOrder(sortedArrayForPlane(children->entries(), plane));
+}
+
+// Those of the service that are not in the list, none twice.
+EntryList::Entries TavRegistryEntry::newChildrenInPlane(const QString &plane,
+                                                        const QByteArray &cPlane)
+{
+    static quint64 reading = 0;
+    ++reading;
+    for (TavRegistryEntry *listed : childrenInPlane(plane))
+        listed->listedByReading_ = reading;
+    EntryList::Entries children;
+    RegistryIterator iterator = 0;
+    RegistryService *const service = handle_ ? dataStore_->service() : nullptr;
+    if (!service || service->childIterator(handle_.get(), cPlane.constData(), iterator) !=
+                        RegistryStatus::Success)
+        return children;
+    while (const auto child = RegistryHandle::adopt(*service, service->iteratorNext(iterator))) {
+        auto *const entry = dataStore_->registryEntryForDxRegistryEntry(child.get(), true);
+        if (entry && std::exchange(entry->listedByReading_, reading) != reading)
+            children.push_back(entry);
+    }
+    service->releaseIterator(iterator);
+    return children;
+}
+
+void TavRegistryEntry::readChildrenInPlanes(const QStringList &planes)
+{
+    for (const QString &plane : planes)
+        readChildrenInPlane(plane);
+}
+
+void TavRegistryEntry::updateIsSingle(bool single)
+{
+    if (!dataStore_ || !dataStore_->isLive())
+        return;
+    setDateLastUpdated(single ? QDateTime::currentDateTimeUtc() : QDateTime());
+    if (!handle_ && !dateTerminated_.isNull()) {
+        registryState_ = RegistryStateTerminated;
+        dataStore_->setHasPendingTerminations(true);
+    } else {
+        readAttributesAndProperties();
+        readDxRegistryNameAndLocationInPlanes(dataStore_->registryPlanes());
+        readChildrenInPlanes(dataStore_->registryPlanes());
+    }
+    if (single)
+        dataStore_->noteObjectChanged(*this);
+}
