@@ -7,6 +7,7 @@
 #include "explorer/TavWindowController.h"
 #include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/FactField.h"
+#include "platform/desktop/VisibleText.h"
 #include "platform/desktop/WindowTitle.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
@@ -86,7 +87,7 @@ void TavWindowController::clearObjectInfo()
 void TavWindowController::updateStatusBar()
 {
     systemStatusField1_->setText(
-        QStringLiteral("%1 (%2)").arg(dataStore_->hostName(), dataStore_->archName()));
+        visibleText(QStringLiteral("%1 (%2)").arg(dataStore_->hostName(), dataStore_->archName())));
     QString state;
     if (!dataStore_->isUpToDate())
         state = dataStore_->isLive() ? tr("registry has changed") : tr("was out of date");

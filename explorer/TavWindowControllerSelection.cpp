@@ -43,6 +43,7 @@ void TavWindowController::setRegistryPlane(const QString &plane, bool updatePopu
     updateFindStepper();
     registryBrowser_->reloadColumn(0);
     registryOutlineView_->reloadData();
+    synchronizeWindowTitleWithDocumentName();
 }
 
 void TavWindowController::planePopupChanged()
@@ -53,15 +54,19 @@ void TavWindowController::planePopupChanged()
     const auto paths = selectedEntry_ ? selectedEntry_->entryPathsInPlane(plane)
                                       : std::vector<TavRegistryEntryPath>();
     setRegistryPlane(plane, false);
-    if (!paths.empty()) {
-        goToEntryPath(paths.front(), true, false);
-        return;
-    }
     TavRegistryEntry *const root = dataStore_->registryRoot();
-    goToEntryPath(root ? std::optional(TavRegistryEntryPath(plane, {root->shared_from_this()}))
-                       : std::nullopt,
-                  true, false);
-    registryOutlineView_->setAllRowsExpanded(true);
+    std::optional<TavRegistryEntryPath> path;
+    if (!paths.empty())
+        path = paths.front();
+    else if (root)
+        path = TavRegistryEntryPath(plane, {root->shared_from_this()});
+    goToEntryPath(path, true, false);
+    // Where the filter hides it, it is the selection all the same: a refresh would go back to the
+    // old plane otherwise.
+    if (selectedEntryPath_ && selectedEntryPath_->plane() != plane)
+        selectEntryPath(path);
+    if (paths.empty())
+        registryOutlineView_->setAllRowsExpanded(true);
 }
 
 void TavWindowController::selectEntryPath(const std::optional<TavRegistryEntryPath> &path)

@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QContextMenuEvent>
 #include <QDockWidget>
 #include <QLabel>
@@ -378,6 +379,23 @@ TEST_F(FindTest, FollowsTheRegistry)
     EXPECT_EQ(rows().find("disk@1"), std::string::npos);
     EXPECT_TRUE(canRun("findNextAction"));
     trigger("findNextAction");
+}
+
+TEST_F(FindTest, APlaneIsChosenThoughTheFilterHidesAllOfIt)
+{
+    find("nowhere");
+    auto *const planes = outlet<QComboBox>("planeListButton");
+    planes->setCurrentText(QStringLiteral("DxPower"));
+    controller_->planePopupChanged();
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(controller_->registryPlane(), QStringLiteral("DxPower"));
+        EXPECT_EQ(planes->currentText(), QStringLiteral("DxPower"));
+        EXPECT_TRUE(controller_->window()->windowTitle().contains(QStringLiteral("DxPower")));
+        update();
+    }
+    const int beeps = beeps_;
+    controller_->outlineView(); // shows no selection
+    EXPECT_EQ(beeps_, beeps + 1);
 }
 
 TEST_F(FindTest, ResultsStayWhereTheyAreScrolledTo)

@@ -97,11 +97,11 @@ TEST_F(WindowControllerTest, FollowsTheSelectionIntoAnotherPlane)
     controller_->planePopupChanged();
     EXPECT_EQ(controller_->registryPathForSelectedEntry(),
               QStringLiteral("DxPower:/supply/disk@0"));
+    outlet<TavRegistryOutlineView>("registryOutlineView")->setAllRowsExpanded(false);
 
     popup->setCurrentText(QStringLiteral("DxService"));
     controller_->planePopupChanged();
     select({"Root", "Host", "bus", "disk@1"});
-    outlet<TavRegistryOutlineView>("registryOutlineView")->setAllRowsExpanded(false);
     popup->setCurrentText(QStringLiteral("DxPower"));
     controller_->planePopupChanged(); // the disk is not there
     EXPECT_EQ(rows(), dedented(R"(
@@ -223,6 +223,19 @@ TEST_F(WindowControllerTest, KeepsTheSelectionThroughUpdates)
             module)"));
     EXPECT_EQ(field("objectNameField"), QStringLiteral("disk@1"));
     EXPECT_EQ(beeps_, 0);
+}
+
+// Also where the new children are as many as the old ones.
+TEST_F(WindowControllerTest, RereadsThePlanesThatAreNotShown)
+{
+    controller_->setRegistryPlane(QStringLiteral("DxPower"), true);
+    controller_->setRegistryPlane(QStringLiteral("DxService"), true);
+    service_.unlink(registry_["supply"], registry_["disk@0"], "DxPower");
+    service_.link(registry_["supply"], registry_["module"], "DxPower");
+    update();
+    controller_->setRegistryPlane(QStringLiteral("DxPower"), true);
+    EXPECT_NE(rows().find("module"), std::string::npos) << rows();
+    EXPECT_EQ(rows().find("disk@0"), std::string::npos) << rows();
 }
 
 TEST_F(WindowControllerTest, FallsBackToTheParentWhenTheSelectionGoes)

@@ -195,6 +195,21 @@ TEST_F(WindowViewsTest, SwitchesBetweenTreeAndColumns)
     EXPECT_EQ(beeps_, 0);
 }
 
+TEST_F(WindowViewsTest, SwitchingViewsBringsTheSelectionIntoSight)
+{
+    for (int i = 0; i < 200; ++i)
+        service_.link(registry_["bus"],
+                      service_.add(QStringLiteral("DxDevice"), "a" + QByteArray::number(i)),
+                      "DxService");
+    update();
+    controller_->goToEntryPath(path({"Root", "Host", "bus", "disk"}), true, true);
+    view_->scrollToTop();
+    EXPECT_FALSE(view_->viewport()->rect().intersects(view_->visualRect(view_->currentIndex())));
+    controller_->browserView();
+    controller_->outlineView();
+    EXPECT_TRUE(view_->viewport()->rect().contains(view_->visualRect(view_->currentIndex())));
+}
+
 TEST_F(WindowViewsTest, EachArrangementKeepsItsDivider)
 {
     dragDivider({80, 0});
@@ -382,6 +397,7 @@ TEST_F(WindowViewsTest, AbsurdNamesStayInTheirPlaces)
     const ArchiveDictionary names{{QStringLiteral("DxService"), name}};
     for (const auto position : {SmallStore::Root, SmallStore::Child})
         sketch.objects[position].set(QLatin1String("namesInPlanes"), ArchiveValue(names));
+    sketch.objects[SmallStore::Store].set(QLatin1String("hostName"), ArchiveValue(name));
     openSketch(sketch);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window()));
     EXPECT_EQ(view_->horizontalScrollBar()->value(), 0);
@@ -390,6 +406,7 @@ TEST_F(WindowViewsTest, AbsurdNamesStayInTheirPlaces)
     const QString title = window().windowTitle();
     EXPECT_TRUE(title.startsWith(QStringLiteral("made.vandrel — DxService — ") + shown));
     EXPECT_LT(title.size(), 600);
+    EXPECT_TRUE(outlet<QLabel>("systemStatusField1")->text().startsWith(shown));
 
     auto *const field = outlet<FactField>("objectNameField");
     EXPECT_EQ(field->text(), shown + end);
