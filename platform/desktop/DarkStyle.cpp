@@ -31,6 +31,20 @@ void DarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
     painter->restore();
 }
 
+QPixmap DarkStyle::generatedIconPixmap(QIcon::Mode mode, const QPixmap &pixmap,
+                                       const QStyleOption *option) const
+{
+    if (mode != QIcon::Disabled)
+        return QProxyStyle::generatedIconPixmap(mode, pixmap, option);
+    QPixmap faded(pixmap.size());
+    faded.setDevicePixelRatio(pixmap.devicePixelRatio());
+    faded.fill(Qt::transparent);
+    QPainter painter(&faded);
+    painter.setOpacity(0.35);
+    painter.drawPixmap(0, 0, pixmap);
+    return faded;
+}
+
 void DarkStyle::drawMenuFrame(const QStyleOption &option, QPainter &painter)
 {
     QColor color = option.palette.color(QPalette::PlaceholderText);

@@ -76,14 +76,14 @@ std::optional<Theme> themeNamed(const QString &name)
 
 void applyTheme(Theme theme)
 {
-    QIcon::setFallbackThemeName(QStringLiteral("vandrel"));
-    if (theme == Theme::System)
-        return;
-    if (theme == Theme::Dark)
-        QApplication::setStyle(new DarkStyle);
-    else
-        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QApplication::setPalette(theme == Theme::Dark ? darkPalette() : lightPalette());
+    if (theme != Theme::System) {
+        const bool dark = theme == Theme::Dark;
+        QApplication::setStyle(dark ? new DarkStyle
+                                    : QStyleFactory::create(QStringLiteral("Fusion")));
+        QApplication::setPalette(dark ? darkPalette() : lightPalette());
+    }
+    QIcon::setFallbackThemeName(isDark(QApplication::palette()) ? QStringLiteral("vandrel-dark")
+                                                                : QStringLiteral("vandrel"));
 }
 
 bool isDark(const QPalette &palette)
