@@ -1,5 +1,6 @@
 #include "platform/RunLoop.h"
 
+#include <QPointer>
 #include <QScopeGuard>
 #include <QTimer>
 #include <cmath>
@@ -50,20 +51,39 @@ void RunLoop::noteModeChange()
 {
     // A call may open a menu or a dialog, which holds back those after it.
     while (!heldBack_.empty() && isInDefaultMode()) {
-        const HeldBack next = std::move(heldBack_.front());
+        const Call next = std::move(heldBack_.front());
         heldBack_.erase(heldBack_.begin());
-        if (const auto owner = next.owner.lock())
-            next.call();
+        next();
     }
 }
 
-void RunLoop::performInDefaultMode(std::weak_ptr<const void> owner, Call call)
+void RunLoop::performInDefaultMode(Call call)
 {
     noteModeChange(); // those before it go first
     if (isInDefaultMode())
         call();
     else
-        heldBack_.push_back({std::move(owner), std::move(call)});
+        heldBack_.push_back(std::move(call));
+}
+
+// The owner may go by a call that is performed before this one.
+void RunLoop::performInDefaultMode(std::weak_ptr<const void> owner, Call call)
+{
+    performInDefaultMode([owner = std::move(owner), call = std::move(call)] {
+        if (const auto held = owner.lock())
+            call();
+    });
+}
+
+void RunLoop::performLater(QObject &owner, Call call)
+{
+    const auto perform = [guarded = QPointer(&owner), call = std::move(call)] {
+        main().performInDefaultMode([guarded, call] {
+            if (guarded)
+                call();
+        });
+    };
+    QMetaObject::invokeMethod(&owner, perform, Qt::QueuedConnection);
 }
 
 void RunLoop::wait(const std::function<bool(std::chrono::milliseconds)> &done)

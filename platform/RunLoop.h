@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+class QObject;
+
 // Shows that the main thread waits.
 class WaitDisplay
 {
@@ -47,6 +49,8 @@ public:
     // At once in the default mode, else when it returns, in the order of the requests; never when
     // the owner has gone.
     void performInDefaultMode(std::weak_ptr<const void> owner, Call call);
+    // The same, but not before the main run loop turns again: the call may end who asks for it.
+    static void performLater(QObject &owner, Call call);
 
     void setWaitDisplay(WaitDisplay *display) { waitDisplay_ = display; } // null: none
     // Keeps the main thread until done, which each time takes at most about the time it is given.
@@ -56,14 +60,10 @@ protected:
     static void setMain(RunLoop *loop); // null: the one on Qt's event loop again
 
 private:
-    struct HeldBack
-    {
-        std::weak_ptr<const void> owner;
-        Call call;
-    };
+    void performInDefaultMode(Call call);
 
     std::function<bool()> modeTest_;
-    std::vector<HeldBack> heldBack_;
+    std::vector<Call> heldBack_;
     std::unique_ptr<Timer> afterWait_;
     WaitDisplay *waitDisplay_ = nullptr;
     bool isWaiting_ = false;

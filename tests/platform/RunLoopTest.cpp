@@ -54,6 +54,34 @@ TEST(OneShotTimer, WaitsForTheDefaultModeInTheOrderOfFiring)
     EXPECT_EQ(acted, "12");
 }
 
+TEST(RunLoop, CallsNothingOfAnOwnerWhoGoesByACallBefore)
+{
+    SimulatedRunLoop loop;
+    std::string called;
+    const auto witness = std::make_shared<int>();
+    auto owner = std::make_shared<int>();
+    bool isDefault = false;
+    loop.setModeTest([&] { return isDefault; });
+    loop.performInDefaultMode(witness, [&] { owner.reset(); });
+    loop.performInDefaultMode(owner, [&] { called += '1'; });
+    isDefault = true;
+    loop.performInDefaultMode(owner, [&] { called += '2'; });
+    loop.performInDefaultMode(witness, [&] { called += 'w'; });
+    EXPECT_EQ(called, "w");
+
+    auto object = std::make_unique<QObject>();
+    RunLoop::performLater(*object, [&] { called += 'l'; });
+    EXPECT_EQ(called, "w");
+    turnEventLoopFor(1);
+    EXPECT_EQ(called, "wl");
+    isDefault = false;
+    RunLoop::performLater(*object, [&] { called += 'g'; });
+    turnEventLoopFor(1);
+    object.reset();
+    loop.setIsInDefaultMode(true);
+    EXPECT_EQ(called, "wl");
+}
+
 TEST(RunLoop, HoldsBackWhileTheMainThreadWaits)
 {
     class Display : public WaitDisplay
