@@ -8,6 +8,7 @@
 #include "display/views/TavFormatController.h"
 #include "explorer/TavWindowController.h"
 #include "model/linux/LinuxRegistryService.h"
+#include "platform/RunLoop.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/RecentDocumentsMenu.h"
 #include "platform/desktop/WindowsMenu.h"
@@ -147,8 +148,8 @@ void TavApplicationDelegate::connectCommands(TavDocument &document, TavWindowCon
     QMainWindow &window = *controller.window();
     // Later: the window that the command comes from may go by it.
     const auto command = [&](const char *name, auto action) {
-        connect(InterfaceLoader::outlet<QAction>(window, name), &QAction::triggered, this, action,
-                Qt::QueuedConnection);
+        connect(InterfaceLoader::outlet<QAction>(window, name), &QAction::triggered, this,
+                [this, action] { RunLoop::performLater(*this, action); });
     };
     command("newDocumentAction", [this] { documentCommands_.newDocument(); });
     command("openDocumentAction", [this, shown = QPointer(&window)] {
@@ -181,12 +182,11 @@ void TavApplicationDelegate::connectCommands(TavDocument &document, TavWindowCon
     auto *const recent =
         new RecentDocumentsMenu(*InterfaceLoader::outlet<QMenu>(window, "recentDocumentsMenu"),
                                 documentCommands_.recentDocuments());
-    connect(
-        recent, &RecentDocumentsMenu::chosen, this,
-        [this, shown = QPointer(&window)](const QString &file) {
-            documentCommands_.openFiles({file}, shown);
-        },
-        Qt::QueuedConnection);
+    connect(recent, &RecentDocumentsMenu::chosen, this,
+            [this, shown = QPointer(&window)](const QString &file) {
+                RunLoop::performLater(
+                    *this, [this, file, shown] { documentCommands_.openFiles({file}, shown); });
+            });
     new WindowsMenu(*InterfaceLoader::outlet<QMenu>(window, "windowMenu"), window, documents_);
     bookmarksController_.addBookmarksMenu(*InterfaceLoader::outlet<QMenu>(window, "bookmarksMenu"),
                                           controller);

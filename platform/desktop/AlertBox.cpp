@@ -1,5 +1,7 @@
 #include "platform/desktop/AlertBox.h"
 
+#include "platform/RunLoop.h"
+
 #include <QApplication>
 #include <QMessageBox>
 #include <QPointer>
@@ -27,8 +29,7 @@ void show(const Alert &alert, QWidget *window, const AlertPanel::Answer &answer)
     QObject::connect(box, &QMessageBox::buttonClicked, owner,
                      [answer, buttons, owner](QAbstractButton *button) {
                          const auto number = static_cast<int>(buttons.indexOf(button));
-                         QMetaObject::invokeMethod(
-                             owner, [answer, number] { answer(number); }, Qt::QueuedConnection);
+                         RunLoop::performLater(*owner, [answer, number] { answer(number); });
                      });
     box->setWindowModality(window ? Qt::WindowModal : Qt::ApplicationModal);
     box->show();

@@ -2,6 +2,7 @@
 
 #include "platform/Alert.h"
 #include "platform/DocumentController.h"
+#include "platform/RunLoop.h"
 #include "platform/desktop/BusyCursor.h"
 
 #include <QFileDialog>
@@ -13,13 +14,6 @@ QWidget *windowOf(const Document &document)
 {
     const auto &controllers = document.windowControllers();
     return controllers.empty() ? nullptr : controllers.front()->documentWindow();
-}
-
-// A dialog is still at work when it tells of its end, and what follows may close its window.
-template<class Call>
-void later(QObject &context, Call call)
-{
-    QMetaObject::invokeMethod(&context, std::move(call), Qt::QueuedConnection);
 }
 
 void report(const DocumentCommands::Done &done, bool success)
@@ -34,7 +28,7 @@ DocumentCommands::DocumentCommands(DocumentController &documents, Kind kind)
     , kind_(std::move(kind))
 {
     connect(&documents, &DocumentController::terminationRequested, this,
-            &DocumentCommands::terminate, Qt::QueuedConnection);
+            [this] { RunLoop::performLater(*this, [this] { terminate(); }); });
 }
 
 void DocumentCommands::newDocument()
@@ -59,9 +53,10 @@ void DocumentCommands::openDocument(QWidget &window)
     const QStringList recent = recentDocuments_.files();
     if (!recent.isEmpty())
         dialog->setDirectory(QFileInfo(recent.first()).path());
+    // Later: a dialog is still at work when it tells of its end.
     connect(dialog, &QFileDialog::filesSelected, this,
             [this, window = QPointer(&window)](const QStringList &files) {
-                later(*this, [this, files, window] { openFiles(files, window); });
+                RunLoop::performLater(*this, [this, files, window] { openFiles(files, window); });
             });
     dialog->open();
 }
@@ -126,12 +121,13 @@ void DocumentCommands::saveDocumentAs(Document &document, const Done &done)
     dialog->selectFile(suggested.fileName());
     connect(dialog, &QFileDialog::finished, &document, [this, dialog, done, &document](int result) {
         const QString file = dialog->selectedFiles().value(0);
-        later(document, [this, done, &document, isAccepted = result == QDialog::Accepted, file] {
-            if (isAccepted)
-                save(document, file, done);
-            else
-                report(done, false);
-        });
+        RunLoop::performLater(
+            document, [this, done, &document, isAccepted = result == QDialog::Accepted, file] {
+                if (isAccepted)
+                    save(document, file, done);
+                else
+                    report(done, false);
+            });
     });
     dialog->open();
 }

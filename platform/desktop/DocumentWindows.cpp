@@ -81,13 +81,10 @@ bool DocumentWindows::asksBeforeClosing(QWidget &window)
 void DocumentWindows::noteWindowClosed(QWidget &window)
 {
     // The window still has to deal with the event, and the document may be at work below.
-    const auto close = [this, watched = QPointer(&window)] {
-        RunLoop::main().performInDefaultMode(life_, [this, watched] {
-            if (watched && !watched->isVisible())
-                closeWindow(*watched);
-        });
-    };
-    QMetaObject::invokeMethod(this, close, Qt::QueuedConnection);
+    RunLoop::performLater(*this, [this, watched = QPointer(&window)] {
+        if (watched && !watched->isVisible())
+            closeWindow(*watched);
+    });
 }
 
 void DocumentWindows::closeWindow(const QWidget &window)
@@ -115,9 +112,8 @@ bool DocumentWindows::takeDrop(QWidget &window, QDropEvent &event)
     event.acceptProposedAction();
     // The program that the files come from waits for the answer.
     if (event.type() == QEvent::Drop)
-        QMetaObject::invokeMethod(
-            this,
-            [this, files, watched = QPointer(&window)] { commands_.openFiles(files, watched); },
-            Qt::QueuedConnection);
+        RunLoop::performLater(*this, [this, files, watched = QPointer(&window)] {
+            commands_.openFiles(files, watched);
+        });
     return true;
 }

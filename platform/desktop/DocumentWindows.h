@@ -2,7 +2,6 @@
 
 #include <QPointer>
 #include <QWidget>
-#include <memory>
 
 class DocumentCommands;
 class DocumentController;
@@ -32,5 +31,4 @@ private:
     DocumentController &documents_;
     DocumentCommands &commands_;
     QPointer<QWidget> mainWindow_;
-    std::shared_ptr<void> life_ = std::make_shared<char>();
 };

@@ -1,7 +1,9 @@
 #include "ApplicationFixture.h"
 #include "platform/PreferencesStore.h"
+#include "platform/RunLoop.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
+#include "tests/support/EventLoop.h"
 #include "tests/support/SmallStore.h"
 
 #include <QAction>
@@ -149,6 +151,26 @@ TEST_F(DocumentsTest, AsksBeforeChangesAreLost)
     EXPECT_EQ(documentCount(), 0U);
     EXPECT_EQ(ready.count(), 1);
     EXPECT_EQ(contentOf(file), saved);
+}
+
+TEST_F(DocumentsTest, ChangesNoDocumentsWhileTheRegistryIsWaitedFor)
+{
+    launch();
+    const std::vector<const char *> commands{"newDocumentAction", "quitAction"};
+    std::size_t count = documentCount();
+    for (const char *command : commands) {
+        int turns = 0;
+        RunLoop::main().wait([&](auto) {
+            if (turns == 0)
+                outlet<QAction>(window().window(), command)->trigger();
+            turnEventLoop();
+            EXPECT_EQ(documentCount(), count) << command;
+            return ++turns == 2;
+        });
+        ASSERT_TRUE(waitFor([&] { return documentCount() != count; })) << command;
+        count = documentCount();
+    }
+    EXPECT_EQ(count, 0U);
 }
 
 TEST_F(DocumentsTest, KeepsTheFormerFileWhenSavingFails)
