@@ -10,7 +10,10 @@ void LinuxRegistryService::prepare()
     std::move(readyLater_.begin(), readyLater_.end(), std::back_inserter(ready_));
     readyLater_.clear();
     beginPreparation();
-    RunLoop::main().wait([this](auto most) { return preparation_->waitFor(most); });
+    RunLoop::main().wait(
+        [this](auto most) { return !preparation_ || preparation_->waitFor(most); });
+    if (!preparation_)
+        return; // what is shown meanwhile has brought another one, which is installed
     const auto ready = installPreparation();
     if (ready.empty())
         return;

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QProgressDialog>
 
 namespace {
 bool isInDefaultMode()
@@ -26,6 +25,7 @@ DesktopRunLoop::DesktopRunLoop(RunLoop &loop)
 
 DesktopRunLoop::~DesktopRunLoop()
 {
+    waitEnded();
     loop_.setWaitDisplay(nullptr);
     loop_.setModeTest(nullptr);
 }
@@ -46,7 +46,7 @@ void DesktopRunLoop::waiting(std::chrono::milliseconds elapsed)
     if (elapsed < unnoticed)
         return;
     if (!progress_) {
-        progress_ = std::make_unique<QProgressDialog>(QApplication::activeWindow());
+        progress_ = new QProgressDialog(QApplication::activeWindow());
         progress_->setWindowModality(Qt::ApplicationModal);
         progress_->setLabelText(tr("Reading the device registry…"));
         progress_->setCancelButton(nullptr);
@@ -59,5 +59,5 @@ void DesktopRunLoop::waiting(std::chrono::milliseconds elapsed)
 
 void DesktopRunLoop::waitEnded()
 {
-    progress_.reset();
+    delete progress_;
 }

@@ -2,9 +2,8 @@
 
 #include "platform/RunLoop.h"
 
-#include <QObject>
-
-class QProgressDialog;
+#include <QPointer>
+#include <QProgressDialog>
 
 // Tells the main run loop what the desktop knows: it is in another mode while a popup menu is open
 // or an application-modal dialog runs, and past half a second a wait is shown.
@@ -16,7 +15,7 @@ public:
     ~DesktopRunLoop() override;
 
     // The wait that is shown, or null.
-    QProgressDialog *progress() const { return progress_.get(); }
+    QProgressDialog *progress() const { return progress_; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -26,5 +25,5 @@ private:
     void waitEnded() override;
 
     RunLoop &loop_;
-    std::unique_ptr<QProgressDialog> progress_;
+    QPointer<QProgressDialog> progress_; // goes with its window, too
 };

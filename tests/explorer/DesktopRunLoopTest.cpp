@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <QMenu>
 #include <QProgressDialog>
+#include <QTest>
 #include <QThread>
 #include <gtest/gtest.h>
 
@@ -81,5 +82,22 @@ TEST_F(DesktopRunLoopTest, LongWaitIsShown)
     EXPECT_TRUE(wasShown);
     EXPECT_FALSE(loop_.progress());
     EXPECT_TRUE(acts());
+}
+
+TEST_F(DesktopRunLoopTest, ShownWaitSurvivesItsWindow)
+{
+    auto window = std::make_unique<QWidget>();
+    window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    RunLoop::main().wait([&](auto most) {
+        QThread::usleep(static_cast<unsigned long>(most.count()) * 1000);
+        if (!loop_.progress())
+            return false;
+        EXPECT_EQ(loop_.progress()->parentWidget(), window.get());
+        window.reset();
+        return true;
+    });
+    EXPECT_FALSE(loop_.progress());
 }
 } // namespace

@@ -1,4 +1,5 @@
 #include "LinuxFixture.h"
+#include "platform/RunLoop.h"
 #include "tests/support/MadeTree.h"
 #include "tests/support/VirtualDisk.h"
 
@@ -119,6 +120,42 @@ TEST(Sweep, GoesOnWithoutAnAttributeThatDoesNotAnswer)
     tree.store->update();
     EXPECT_LT(timer.elapsed(), options.patience.count());
     EXPECT_EQ(unread(slow).size(), 1);
+    lateAnswer.comeFrom(made.path("devices/slow/blocks"));
+}
+
+TEST(Sweep, MayBeginAnewWhileAnotherIsWaitedFor)
+{
+    class Display : public WaitDisplay
+    {
+    public:
+        explicit Display(LinuxRegistryService &service)
+            : service_(service)
+        {
+            RunLoop::main().setWaitDisplay(this);
+        }
+        ~Display() override { RunLoop::main().setWaitDisplay(nullptr); }
+        void waiting(std::chrono::milliseconds) override
+        {
+            if (!std::exchange(hasBegun, true))
+                service_.prepare();
+        }
+        void waitEnded() override {}
+        bool hasBegun = false;
+
+    private:
+        LinuxRegistryService &service_;
+    };
+    MadeTree made;
+    made.file("devices/slow/uevent", "");
+    ASSERT_EQ(mkfifo(made.path("devices/slow/blocks").constData(), 0600), 0);
+    QString error;
+    Sweeper::Options options;
+    options.patience = std::chrono::milliseconds(200);
+    const auto service = LinuxRegistryService::create(made.sys(), options, &error);
+    Display display(*service);
+    service->prepare();
+    EXPECT_TRUE(display.hasBegun);
+    EXPECT_TRUE(service->entryFromPath(QStringLiteral("DxService:/slow")));
     lateAnswer.comeFrom(made.path("devices/slow/blocks"));
 }
 
