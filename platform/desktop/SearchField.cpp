@@ -16,6 +16,12 @@ SearchField::SearchField(QWidget *parent)
     connect(this, &QLineEdit::returnPressed, this, &SearchField::searchRequested);
 }
 
+QSize SearchField::sizeHint() const
+{
+    constexpr int characters = 30;
+    return {fontMetrics().averageCharWidth() * characters, QLineEdit::sizeHint().height()};
+}
+
 void SearchField::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() != Qt::Key_Escape) {

@@ -12,6 +12,7 @@ public:
 
     void cancelPendingSearch() { delay_.stop(); }
     void cancelSearch(); // and empties the field, as Escape does
+    QSize sizeHint() const override; // the same whether there is anything to clear or not
 
 Q_SIGNALS:
     void searchRequested();
