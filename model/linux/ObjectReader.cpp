@@ -243,6 +243,8 @@ void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoo
                             RegistryValue::Members &members)
 {
     const QByteArray text = linkText(directory, entry.name);
+    if (text.isNull())
+        return; // it has gone meanwhile
     const QByteArray target = SysfsRoot::resolveLink(directory.path, text);
     const QByteArray &shown = target.isNull() ? text : target;
     members.push_back({pool_.text(entry.name), RegistryValue::string(QString::fromUtf8(shown))});

@@ -110,7 +110,7 @@ QByteArray SysfsRoot::readLink(int directory, const QByteArray &name)
 
 QByteArray SysfsRoot::resolveLink(const QByteArray &directoryPath, const QByteArray &target)
 {
-    if (target.startsWith('/'))
+    if (target.isEmpty() || target.startsWith('/'))
         return {};
     QByteArray path = directoryPath;
     for (qsizetype start = 0; start <= target.size();) {

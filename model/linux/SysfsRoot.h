@@ -7,7 +7,8 @@
 #include <vector>
 
 // A sysfs tree, the kernel's own or a recorded one. Paths are relative to it, without a leading
-// slash; nothing is opened for writing and no link is followed. Safe to use from any thread.
+// slash; nothing is opened for writing, and no link at the end of a path is followed. Safe to use
+// from any thread.
 class SysfsRoot
 {
 public:
@@ -32,7 +33,8 @@ public:
     static std::vector<Entry> list(int directory);
     // The text of a link; null when it cannot be read.
     static QByteArray readLink(int directory, const QByteArray &name);
-    // Where a link leads, relative to the root, by its text alone. Null when it leads out of it.
+    // Where a link leads, relative to the root, by its text alone. Null when it leads out of it or
+    // could not be read.
     static QByteArray resolveLink(const QByteArray &directoryPath, const QByteArray &target);
 
 private:
