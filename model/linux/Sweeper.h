@@ -3,13 +3,14 @@
 #include "model/linux/ObjectReader.h"
 #include "model/linux/Sweep.h"
 
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <stop_token>
 
 // Reads a whole sysfs tree, or one object, in a few threads of its own. A step that does not
-// return in time is abandoned with its thread; its path is left out from then on and named among
-// the unread attributes of its object. Used from one thread at a time.
+// return in time is abandoned with its thread, and its path left out from then on; an attribute's
+// is named among the unread ones of its object. Used from one thread at a time.
 class Sweeper
 {
 public:
@@ -23,7 +24,7 @@ public:
     explicit Sweeper(std::shared_ptr<const SysfsRoot> root);
     Sweeper(std::shared_ptr<const SysfsRoot> root, Options options);
 
-    // Ends early, with what it has, when asked to stop.
+    // Ends early, with what it has, when asked to stop or when too many threads were abandoned.
     Sweep run(const std::stop_token &stop = {});
     // Takes over what another one, made from this, has learnt not to try again.
     void learnFrom(const Sweeper &other);
@@ -36,8 +37,6 @@ public:
     ObjectReading readObject(const ObjectReader::Request &request);
 
 private:
-    struct State;
-
     std::vector<ObjectReader::Request> firstRequests() const;
     Sweep run(std::vector<ObjectReader::Request> requests, bool goesOn,
               const std::stop_token &stop = {});
@@ -45,6 +44,7 @@ private:
 
     std::shared_ptr<const SysfsRoot> root_;
     Options options_;
-    QSet<QByteArray> blockedPaths_;  // did not return; never tried again
+    std::shared_ptr<std::atomic<int>> threadsLeftBehind_; // shared by the copies
+    QSet<QByteArray> blockedPaths_;                       // did not return; never tried again
     QSet<QByteArray> forcedDevices_; // have no uevent, but a class or bus points at them
 };

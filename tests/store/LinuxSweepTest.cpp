@@ -1,5 +1,6 @@
 #include "LinuxFixture.h"
 #include "platform/RunLoop.h"
+#include "tests/support/EventLoop.h"
 #include "tests/support/MadeTree.h"
 #include "tests/support/VirtualDisk.h"
 
@@ -63,6 +64,39 @@ TEST(SysfsRoot, ResolvesLinksByTheirTextOnly)
     EXPECT_EQ(SysfsRoot::resolveLink("class/net", "../.."), "");
     EXPECT_TRUE(SysfsRoot::resolveLink("class/net", "../../../etc").isNull());
     EXPECT_TRUE(SysfsRoot::resolveLink("class/net", "/etc").isNull());
+    EXPECT_TRUE(SysfsRoot::resolveLink("class/net", {}).isNull());
+}
+
+TEST(ObjectReader, LeavesOutLinksThatCannotBeRead)
+{
+    class Refusal final : public ObjectReader::Watch
+    {
+    public:
+        bool mayTake(const QByteArray &, const QByteArray &name) override
+        {
+            return name != "driver" && name != "a";
+        }
+        void returned() override {}
+    };
+    MadeTree made;
+    made.file("devices/a/uevent", "");
+    made.link("devices/a/driver", "../../bus/made/drivers/one");
+    made.link("devices/a/other", "../b");
+    made.folder("bus/made/devices");
+    made.link("bus/made/devices/a", "../../../devices/a");
+    made.link("bus/made/devices/b", "../../../devices/b");
+    QString error;
+    const auto root = SysfsRoot::open(QFile::encodeName(made.sys()), &error);
+    Refusal watch;
+    ObjectReader reader(*root, {}, watch, false);
+    using Folder = AttributePolicy::Folder;
+    const auto device = reader.read({Folder::Device, SweepObject::Kind::Device, "devices/a"});
+    EXPECT_TRUE(device.object.member(u"driver").isNone());
+    ASSERT_EQ(device.object.links.size(), 1U);
+    EXPECT_EQ(device.object.links[0].target, "devices/b");
+    const auto bus = reader.read({Folder::Bus, SweepObject::Kind::Bus, "bus/made"});
+    ASSERT_EQ(bus.object.links.size(), 1U);
+    EXPECT_EQ(bus.object.links[0].target, "devices/b");
 }
 
 TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
@@ -121,6 +155,42 @@ TEST(Sweep, GoesOnWithoutAnAttributeThatDoesNotAnswer)
     EXPECT_LT(timer.elapsed(), options.patience.count());
     EXPECT_EQ(unread(slow).size(), 1);
     lateAnswer.comeFrom(made.path("devices/slow/blocks"));
+}
+
+std::size_t threadCount()
+{
+    return static_cast<std::size_t>(QDir(QStringLiteral("/proc/self/task"))
+                                        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
+                                        .size());
+}
+
+TEST(Sweep, EndsWhenTooMuchDoesNotAnswer)
+{
+    constexpr std::size_t most = 40;
+    constexpr int pipes = 80;
+    MadeTree made;
+    QString error;
+    Sweeper::Options options;
+    options.patience = std::chrono::milliseconds(30);
+    Sweeper sweeper(
+        std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error)),
+        options);
+    const std::size_t before = threadCount();
+    for (const char *device : {"devices/one/", "devices/two/"}) {
+        made.file((QByteArray(device) + "uevent").constData(), "");
+        QByteArrayList blocking;
+        for (int i = 0; i < pipes; ++i)
+            blocking.push_back(made.path(device) + QByteArray::number(i));
+        for (const QByteArray &pipe : blocking)
+            ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);
+        sweeper.run();
+        EXPECT_GT(threadCount(), before + most / 2);
+        EXPECT_LT(threadCount(), before + most);
+        for (const QByteArray &pipe : blocking)
+            close(open(pipe.constData(), O_RDWR | O_CLOEXEC));
+        EXPECT_TRUE(waitFor([&] { return threadCount() == before; }));
+        made.remove(device);
+    }
 }
 
 TEST(Sweep, MayBeginAnewWhileAnotherIsWaitedFor)

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "model/linux/ObjectReader.h"
+#include "model/linux/Sweep.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <list>
+#include <mutex>
+#include <stop_token>
+#include <thread>
+
+// One reading of a tree, or of a part of it, by a few threads. Shared with them: it lives on as
+// long as one of them hangs in the kernel.
+class SweepRun : public std::enable_shared_from_this<SweepRun>
+{
+public:
+    struct Plan
+    {
+        std::shared_ptr<const SysfsRoot> root;
+        QSet<QByteArray> forcedDevices;
+        QSet<QByteArray> blockedPaths;                       // not to be tried
+        std::shared_ptr<std::atomic<int>> threadsLeftBehind; // those that hang, of all runs
+        std::chrono::milliseconds patience;
+        unsigned threads = 1;
+        bool recordsFiles = false;
+        bool goesOn = true; // to the objects found below
+    };
+
+    SweepRun(Plan plan, std::vector<ObjectReader::Request> requests);
+    ~SweepRun();
+
+    // Once. Ends early, with what it has, when asked to stop or when too many threads hang.
+    Sweep perform(const std::stop_token &stop);
+    // Those of the plan and what has not answered since. When it has ended.
+    const QSet<QByteArray> &blockedPaths() const { return plan_.blockedPaths; }
+
+private:
+    struct Progress;
+    struct Watched
+    {
+        std::shared_ptr<Progress> progress;
+        quint64 lastStep = 0;
+        std::chrono::steady_clock::time_point since;
+        std::jthread thread;
+    };
+    class StepWatch;
+
+    void add(ObjectReader::Request request);
+    bool isBlocked(const QByteArray &directory, const QByteArray &name);
+    void end();
+
+    void startThread();
+    void work(Progress &progress);
+    bool takeRequest(Progress &progress, ObjectReader::Request &request);
+    void deliver(ObjectReader::Result result);
+
+    void watch(); // locked by the caller
+    bool isStuck(Watched &watched) const;
+    void giveUp(Progress &progress);
+    void leaveBehind(Progress &progress);
+    void endWithoutReaders();
+    void leave();
+
+    Plan plan_;
+    std::list<Watched> threads_; // by the asker alone
+    int readers_ = 0;            // of them, not left behind
+
+    std::mutex mutex_;                  // of all below, and the blocked paths
+    std::condition_variable workOrEnd_; // for the threads
+    std::condition_variable finished_;  // for the watch
+    std::deque<ObjectReader::Request> queue_;
+    std::size_t unfinished_ = 0; // queued or being read
+    bool isOver_ = false;
+    std::atomic<bool> hasBlockedPaths_;
+    Sweep sweep_;
+};
