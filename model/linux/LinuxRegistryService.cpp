@@ -76,10 +76,9 @@ void LinuxRegistryService::prepareObject(RegistryObject object)
     SweepObject &fresh = reading.always;
     std::move(reading.onRequest.unread.begin(), reading.onRequest.unread.end(),
               std::back_inserter(fresh.unread));
-    fresh.inode = known.id;
     if (!reading.onRequest.members.empty())
         requested_.set(known.id, std::move(reading.onRequest.members));
-    requested_.addTo(fresh);
+    requested_.addTo(fresh.members, known.id);
     graph()->replaceMembers(index, std::move(fresh.members), std::move(fresh.unread), udev_);
     if (preparation_) {
         preparation_.reset(); // it does not know of this

@@ -12,8 +12,6 @@ Preparation::Result prepared(Preparation::Input input, const std::stop_token &st
     if (stop.stop_requested())
         return result;
     result.filesRead = std::move(sweep.filesRead);
-    for (SweepObject &object : sweep.objects)
-        input.requested.addTo(object);
     RegistryValue::Members rootFacts =
         isLive ? HostFacts::ofRunningKernel() : RegistryValue::Members();
     RegistryValue::Members hostFacts = HostFacts::ofDeviceTree(*input.root);
@@ -22,6 +20,8 @@ Preparation::Result prepared(Preparation::Input input, const std::stop_token &st
     UdevDatabase udev(input.root->folder());
     HostObjects objects(std::move(sweep), std::move(rootFacts), std::move(hostFacts),
                         result.classNames);
+    for (int i = 0; i < objects.count(); ++i)
+        input.requested.addTo(objects.at(i).members, objects.at(i).id);
     result.graph = std::make_unique<RegistryGraph>(std::move(objects), udev);
     return result;
 }

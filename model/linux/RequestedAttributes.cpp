@@ -25,13 +25,12 @@ void RequestedAttributes::set(quint64 id, RegistryValue::Members members)
     byID_.insert(id, {std::move(members), QDateTime::currentDateTimeUtc()});
 }
 
-void RequestedAttributes::addTo(SweepObject &object) const
+void RequestedAttributes::addTo(RegistryValue::Members &members, quint64 id) const
 {
-    const auto requested = byID_.constFind(object.inode);
+    const auto requested = byID_.constFind(id);
     if (requested == byID_.constEnd())
         return;
-    object.members = mergedMembers(std::move(object.members), requested->members);
-    object.members = mergedMembers(
-        std::move(object.members),
-        {{CompactString(QStringLiteral("DxReadOnRequest")), RegistryValue::date(requested->date)}});
+    members = mergedMembers(std::move(members), requested->members);
+    members = mergedMembers(std::move(members), {{CompactString(QStringLiteral("DxReadOnRequest")),
+                                                  RegistryValue::date(requested->date)}});
 }

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "model/linux/SweepObject.h"
+#include "model/RegistryValue.h"
 
 #include <QDateTime>
+#include <QHash>
 
 // What was read of single objects on request. Each keeps its last value in later sweeps, marked by
 // its date.
@@ -10,7 +11,7 @@ class RequestedAttributes
 {
 public:
     void set(quint64 id, RegistryValue::Members members);
-    void addTo(SweepObject &object) const; // by its inode
+    void addTo(RegistryValue::Members &members, quint64 id) const;
     template<class Predicate>
     void keepOnly(Predicate isThere) // by ID
     {
