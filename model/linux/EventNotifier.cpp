@@ -133,9 +133,14 @@ void EventNotifier::graphChanged(const std::vector<RegistryObject> &vanished,
     }
     for (const QByteArray &path : std::exchange(removalsInSweep_, {}))
         check({path, mostChecks});
+    busyCountChanged(busyCountBefore);
+}
+
+void EventNotifier::busyCountChanged(quint32 before)
+{
     const RegistryObject host = objects_.hold(HostObjects::host);
     const quint32 busyCount = objects_.graph()->at(HostObjects::host).busyCount();
-    if ((busyCount > 0) != (busyCountBefore > 0))
+    if ((busyCount > 0) != (before > 0))
         ports_.tell(Interest::Busy, host, busyCount);
     objects_.release(host);
 }

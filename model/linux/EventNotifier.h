@@ -18,7 +18,8 @@ public:
     void sweepBegins();
     // After a sweep: what was held and is not in its graph, and the host's busy count before it.
     void graphChanged(const std::vector<RegistryObject> &vanished, quint32 busyCountBefore);
-    void tellOfChange(); // of something or other on the host
+    void busyCountChanged(quint32 before); // the host's
+    void tellOfChange();                   // of something or other on the host
 
     // Announced as gone while the graph still has it.
     bool isGone(int index) const { return gone_.contains(objects_.graph()->at(index).id); }

@@ -1,6 +1,7 @@
 #include "model/linux/LinuxRegistryService.h"
 
 #include "model/linux/DeviceMonitor.h"
+#include "platform/RunLoop.h"
 
 #include <QFile>
 #include <cstring>
@@ -79,7 +80,11 @@ void LinuxRegistryService::prepareObject(RegistryObject object)
     if (!reading.onRequest.members.empty())
         requested_.set(known.id, std::move(reading.onRequest.members));
     requested_.addTo(fresh.members, known.id);
+    const quint32 busyCountBefore = graph()->at(HostObjects::host).busyCount();
     graph()->replaceMembers(index, std::move(fresh.members), std::move(fresh.unread), udev_);
+    notifier_.busyCountChanged(busyCountBefore);
+    // Not at once: who called this is about to read.
+    RunLoop::performLater(mainThread_, [this] { ports().deliver(); });
     if (preparation_) {
         preparation_.reset(); // it does not know of this
         beginPreparation();

@@ -40,6 +40,7 @@ private:
     std::vector<int> siblingsNamedAlike(Plane plane) const;
     void finish(HostObject &object, UdevDatabase &udev);
     void countBusyChildren();
+    void countBusyAbove(int index);
 
     HostObjects objects_;
     QHash<quint64, int> byID_;

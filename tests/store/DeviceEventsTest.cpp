@@ -235,6 +235,31 @@ TEST_F(DeviceEventsTest, BusyHostIsToldWhenItBecomesSoAndWhenItCeases)
     EXPECT_EQ(posted_.value(changed), 3);
 }
 
+TEST_F(DeviceEventsTest, BusyObjectThatIsReadAloneMakesThoseAboveBusy)
+{
+    device("devices/bus/other");
+    follow(false);
+    const auto busyCounts = [this](const char *status) {
+        made_.file("devices/bus/old/power/runtime_status", status);
+        store_->updateObject(*at("DxService:/bus/old"));
+        std::vector<quint32> counts;
+        for (const char *path : {"DxService:/", "DxService:/bus", "DxService:/bus/old"}) {
+            at(path)->updateIsSingle(true);
+            counts.push_back(at(path)->busyCount());
+        }
+        return counts;
+    };
+    const std::vector<quint32> busy{1, 1, 1};
+    const std::vector<quint32> quiet{0, 0, 0};
+    EXPECT_EQ(busyCounts("resuming\n"), busy);
+    ASSERT_TRUE(waitFor([&] { return posted_.value(outOfDate) == 1; }));
+    EXPECT_EQ(busyCounts("suspending\n"), busy);
+    EXPECT_EQ(busyCounts("active\n"), quiet);
+    ASSERT_TRUE(waitFor([&] { return posted_.value(outOfDate) == 2; }));
+    store_->update();
+    EXPECT_EQ(at("DxService:/")->busyCount(), 0U);
+}
+
 TEST_F(DeviceEventsTest, ReadingsAreInOrderAndNoneIsOlderThanItsRequest)
 {
     follow(false);
