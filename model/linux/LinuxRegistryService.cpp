@@ -70,25 +70,42 @@ void LinuxRegistryService::prepareObject(RegistryObject object)
     if (index == HostObject::none || !hasDirectory(graph()->at(index)))
         return;
     const HostObject &known = graph()->at(index);
-    const ObjectReader::Request request{folderOf(known.kind), known.kind, known.path, known.id};
-    Sweeper::ObjectReading reading = sweeper_.readObject(request);
-    if (reading.always.members.empty())
-        return; // it has gone meanwhile; the next sweep will tell
+    const quint64 id = known.id;
+    Sweeper::ObjectReading reading =
+        readObject({folderOf(known.kind), known.kind, known.path, known.inode});
+    // What is shown meanwhile may have brought another graph.
+    const int place = graph()->withID(id);
+    if (place == HostObject::none || reading.always.members.empty())
+        return; // it has gone; the next sweep will tell
     SweepObject &fresh = reading.always;
     std::move(reading.onRequest.unread.begin(), reading.onRequest.unread.end(),
               std::back_inserter(fresh.unread));
     if (!reading.onRequest.members.empty())
-        requested_.set(known.id, std::move(reading.onRequest.members));
-    requested_.addTo(fresh.members, known.id);
+        requested_.set(id, std::move(reading.onRequest.members));
+    requested_.addTo(fresh.members, id);
     const quint32 busyCountBefore = graph()->at(HostObjects::host).busyCount();
-    graph()->replaceMembers(index, std::move(fresh.members), std::move(fresh.unread), udev_);
+    graph()->replaceMembers(place, std::move(fresh.members), std::move(fresh.unread), udev_);
     notifier_.busyCountChanged(busyCountBefore);
     // Not at once: who called this is about to read.
     RunLoop::performLater(mainThread_, [this] { ports().deliver(); });
     if (preparation_) {
-        preparation_.reset(); // it does not know of this
+        cancelPreparation(); // it does not know of this
         beginPreparation();
     }
+}
+
+Sweeper::ObjectReading LinuxRegistryService::readObject(const ObjectReader::Request &request)
+{
+    // In a thread, or in this one when there can be no other.
+    auto reader = std::async([sweeper = sweeper_, request]() mutable {
+        Sweeper::ObjectReading reading = sweeper.readObject(request);
+        return std::pair(std::move(sweeper), std::move(reading));
+    });
+    RunLoop::main().wait(
+        [&](auto most) { return reader.wait_for(most) != std::future_status::timeout; });
+    auto [sweeper, reading] = reader.get();
+    sweeper_.learnFrom(sweeper);
+    return std::move(reading);
 }
 
 void LinuxRegistryService::retain(RegistryObject object)

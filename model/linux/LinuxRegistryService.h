@@ -81,7 +81,9 @@ private:
     RegistryObject holdHost();
     static RegistryStatus copyText(const QByteArray &text, RegistryName &buffer);
 
+    Sweeper::ObjectReading readObject(const ObjectReader::Request &request);
     void beginPreparation();
+    void cancelPreparation();
     void preparationFinished(quint64 number);
     std::vector<std::function<void()>> installPreparation();
 

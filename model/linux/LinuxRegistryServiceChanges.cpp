@@ -6,7 +6,7 @@
 void LinuxRegistryService::prepare()
 {
     // One that runs may have passed what has changed since.
-    preparation_.reset();
+    cancelPreparation();
     std::move(readyLater_.begin(), readyLater_.end(), std::back_inserter(ready_));
     readyLater_.clear();
     beginPreparation();
@@ -15,16 +15,9 @@ void LinuxRegistryService::prepare()
     if (!preparation_)
         return; // what is shown meanwhile has brought another one, which is installed
     const auto ready = installPreparation();
-    if (ready.empty())
-        return;
     // Not at once: who called this is about to read.
-    QMetaObject::invokeMethod(
-        &mainThread_,
-        [this, ready] {
-            for (const auto &call : ready)
-                RunLoop::main().performInDefaultMode(alive_, call);
-        },
-        Qt::QueuedConnection);
+    for (const auto &call : ready)
+        RunLoop::performLater(mainThread_, call);
 }
 
 void LinuxRegistryService::prepareAsync(std::function<void()> ready)
@@ -47,6 +40,15 @@ void LinuxRegistryService::beginPreparation()
     };
     preparation_ = std::make_unique<Preparation>(
         Preparation::Input{root_, sweeper_, classNames_, requested_}, finished);
+}
+
+// What has not answered meanwhile need not be tried again.
+void LinuxRegistryService::cancelPreparation()
+{
+    if (!preparation_)
+        return;
+    sweeper_.learnFrom(preparation_->cancel());
+    preparation_.reset();
 }
 
 void LinuxRegistryService::preparationFinished(quint64 number)

@@ -52,3 +52,9 @@ Preparation::Result Preparation::take()
 {
     return result_.get();
 }
+
+Sweeper Preparation::cancel()
+{
+    thread_.request_stop();
+    return result_.get().sweeper;
+}

@@ -34,6 +34,8 @@ public:
 
     bool waitFor(std::chrono::milliseconds most) const; // whether it is finished
     Result take();                                      // once, when it is
+    // Gives up the sweep, waits for the thread's end and returns who has swept. Instead of take.
+    Sweeper cancel();
 
 private:
     std::future<Result> result_;

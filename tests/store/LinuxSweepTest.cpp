@@ -193,6 +193,56 @@ TEST(Sweep, EndsWhenTooMuchDoesNotAnswer)
     }
 }
 
+TEST(Sweep, LearnsFromOneThatIsCancelled)
+{
+    constexpr int pipes = 5;
+    MadeTree made;
+    made.file("devices/slow/uevent", "");
+    for (int i = 0; i < pipes; ++i)
+        ASSERT_EQ(mkfifo((made.path("devices/slow/") + QByteArray::number(i)).constData(), 0600),
+                  0);
+    Sweeper::Options options;
+    options.patience = std::chrono::milliseconds(100);
+    QString error;
+    const std::size_t before = threadCount();
+    const auto service = LinuxRegistryService::create(made.sys(), options, &error);
+    service->prepareAsync([] {});
+    std::this_thread::sleep_for(options.patience * 5 / 2);
+    service->prepare();
+    // One for each pipe, and one that was asking when the first sweep was cancelled.
+    EXPECT_LE(threadCount(), before + pipes + 1);
+    for (int i = 0; i < pipes; ++i)
+        close(open((made.path("devices/slow/") + QByteArray::number(i)).constData(),
+                   O_RDWR | O_CLOEXEC));
+    EXPECT_TRUE(waitFor([&] { return threadCount() == before; }));
+}
+
+TEST(Sweep, WaitsForOneObjectWithTheDisplay)
+{
+    class Display : public WaitDisplay
+    {
+    public:
+        Display() { RunLoop::main().setWaitDisplay(this); }
+        ~Display() override { RunLoop::main().setWaitDisplay(nullptr); }
+        void waiting(std::chrono::milliseconds) override { wasShown = true; }
+        void waitEnded() override {}
+        bool wasShown = false;
+    };
+    MadeTree made;
+    made.file("devices/slow/uevent", "");
+    Sweeper::Options options;
+    options.patience = std::chrono::milliseconds(200);
+    CapturedTree tree = CapturedTree::capture(made.sys(), options);
+    TavRegistryEntry *const slow = tree.at("DxService:/slow");
+    ASSERT_TRUE(slow);
+    ASSERT_EQ(mkfifo(made.path("devices/slow/blocks").constData(), 0600), 0);
+    const Display display;
+    tree.store->updateObject(*slow);
+    EXPECT_TRUE(display.wasShown);
+    EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks (did not answer)")});
+    lateAnswer.comeFrom(made.path("devices/slow/blocks"));
+}
+
 TEST(Sweep, MayBeginAnewWhileAnotherIsWaitedFor)
 {
     class Display : public WaitDisplay
