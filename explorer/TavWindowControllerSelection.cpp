@@ -12,20 +12,22 @@
 #include <QComboBox>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QStandardItemModel>
 
 void TavWindowController::updatePlaneList()
 {
-    int counter = 1;
+    QList<QStandardItem *> planes; // added together, for the plane menu is made anew each time
     for (const QString &plane : dataStore_->registryPlanes()) {
         if (plane == QLatin1String("DxService"))
             continue;
-        planeListButton_->addItem(plane);
-        const int item = planeListButton_->count() - 1;
-        planeListButton_->setItemData(item, counter, PlaneMenu::TagRole);
-        planeListButton_->setItemData(item, QString::number(counter + 1),
-                                      PlaneMenu::KeyEquivalentRole);
-        ++counter;
+        const int tag = static_cast<int>(planes.size()) + 1;
+        auto *const item = new QStandardItem(plane);
+        item->setData(tag, PlaneMenu::TagRole);
+        item->setData(QString::number(tag + 1), PlaneMenu::KeyEquivalentRole);
+        planes.append(item);
     }
+    auto *const model = qobject_cast<QStandardItemModel *>(planeListButton_->model());
+    model->invisibleRootItem()->appendRows(planes);
 }
 
 void TavWindowController::setRegistryPlane(const QString &plane, bool updatePopup)

@@ -77,6 +77,27 @@ TEST_F(WindowControllerTest, ListsThePlanes)
     EXPECT_TRUE(actions[2]->isChecked());
 }
 
+TEST_F(WindowControllerTest, MakesTheMenuOfManyPlanesOnce)
+{
+    constexpr int planeCount = 40;
+    for (int i = 2; i < planeCount; ++i)
+        registry_.plane("DxPlane" + QByteArray::number(i), "Root\n  Host");
+    struct : QObject
+    {
+        bool eventFilter(QObject *object, QEvent *event) override
+        {
+            added += event->type() == QEvent::ActionAdded &&
+                     object->objectName() == QLatin1String("planeMenu");
+            return false;
+        }
+        int added = 0;
+    } counter;
+    qApp->installEventFilter(&counter);
+    open();
+    EXPECT_EQ(outlet<QMenu>("planeMenu")->actions().size(), planeCount);
+    EXPECT_LE(counter.added, planeCount + 1); // one is there from the start
+}
+
 TEST_F(WindowControllerTest, KeepsThePlanesOfTheStoreAndAddsUnknownOnes)
 {
     controller_->setRegistryPlane(QStringLiteral("DxElsewhere"), true);
