@@ -3,6 +3,7 @@
 #include "store/ArchiveKeys.h"
 #include "store/DecodingLog.h"
 #include "store/FileVersionExceptions.h"
+#include "store/PlaneLimits.h"
 #include "store/RegistryEntryDecoder.h"
 
 using Key = DataStoreKey;
@@ -46,12 +47,10 @@ bool DataStoreDecoder::decodeStore()
         logUnableToDecode("registryEntries", unarchiver_);
         return false;
     }
-    const auto planes = object_.decodeStrings(Key::registryPlanes);
-    if (!planes) {
+    if (!decodePlanes()) {
         logUnableToDecode("registryPlanes", unarchiver_);
         return false;
     }
-    store_->registryPlanes_ = *planes;
     store_->lastUpdateDate_ = object_.decodeDate(Key::lastUpdateDate);
     store_->isUpToDate_ = object_.decodeBoolean(Key::isUpToDate);
     if (unarchiver_.error())
@@ -81,6 +80,20 @@ bool DataStoreDecoder::decodeEntries()
     return std::all_of(references->begin(), references->end(),
                        [&](ArchiveReference entry) { return decoder.decode(entry); }) &&
            decoder.finish();
+}
+
+bool DataStoreDecoder::decodePlanes()
+{
+    const auto planes = object_.decodeStrings(Key::registryPlanes);
+    if (!planes)
+        return false;
+    if (!PlaneLimits::allow(*planes)) {
+        unarchiver_.fail(QStringLiteral("too many planes, or names that are too long"),
+                         QString::number(planes->size()));
+        return false;
+    }
+    store_->registryPlanes_ = *planes;
+    return true;
 }
 
 // All entries are made before any is decoded, since they refer to one another.

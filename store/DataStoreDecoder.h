@@ -17,6 +17,7 @@ private:
     bool decodeStore();
     bool checkVersion() const;
     bool decodeEntries();
+    bool decodePlanes();
     bool makeEntries(const std::vector<ArchiveReference> &references);
 
     KeyedUnarchiver &unarchiver_;

@@ -1,6 +1,7 @@
 #include "store/DataStoreEncoder.h"
 
 #include "store/ArchiveKeys.h"
+#include "store/PlaneLimits.h"
 #include "store/RegistryValueCoding.h"
 
 namespace {
@@ -24,6 +25,8 @@ qint32 collectionType(RegistryValue::Type type)
 QString DataStoreEncoder::encode(const TavDataStore &store, QIODevice &device)
 {
     DataStoreEncoder encoder(store, device);
+    if (!encoder.planesFit())
+        return QStringLiteral("there are too many planes, or their names are too long");
     encoder.makeMissingTrees();
     if (!encoder.settleLinks())
         return QStringLiteral("the entries have more paths than can be followed");
@@ -48,6 +51,20 @@ DataStoreEncoder::DataStoreEncoder(const TavDataStore &store, QIODevice &device)
     , parents_{EntryKey::parentsInPlanes, &TavRegistryEntry::parentsInPlanes_,
                PlaneLinks::Direction::ToParents}
 {}
+
+bool DataStoreEncoder::planesFit() const
+{
+    const auto fitIn = [](const auto &table) {
+        return std::all_of(table.begin(), table.end(),
+                           [](const auto &item) { return PlaneLimits::allowName(item.plane()); });
+    };
+    const auto &entries = store_.registryEntries();
+    return PlaneLimits::allow(store_.registryPlanes()) &&
+           std::all_of(entries.begin(), entries.end(), [&](const EntryRef &entry) {
+               return fitIn(entry->namesInPlanes_) && fitIn(entry->locationsInPlanes_) &&
+                      fitIn(entry->childrenInPlanes_) && fitIn(entry->parentsInPlanes_);
+           });
+}
 
 // An entry that could not be read lately has lost its tree, but no archive opens without it.
 void DataStoreEncoder::makeMissingTrees()

@@ -23,8 +23,9 @@ private:
     };
 
     DataStoreEncoder(const TavDataStore &store, QIODevice &device);
+    bool planesFit() const; // false when no archive with them would open
     void makeMissingTrees();
-    bool settleLinks(); // false when no archive with them would open
+    bool settleLinks(); // likewise
     PlaneLinks linksTo(const Relatives &relatives);
     void encodeStore(const TavDataStore &store);
     void encodeEntry(const TavRegistryEntry &entry);

@@ -2,6 +2,7 @@
 
 #include "store/ArchiveKeys.h"
 #include "store/DecodingLog.h"
+#include "store/PlaneLimits.h"
 #include "store/PropertyListReader.h"
 
 using Key = EntryKey;
@@ -169,7 +170,7 @@ bool RegistryEntryDecoder::setNames(PlaneTable<CompactString> &table, ArchiveVal
         return value.isAbsent() && !unarchiver_.error();
     for (const auto &[plane, member] : *names) {
         const auto *name = member.get<QString>();
-        if (!name)
+        if (!name || !PlaneLimits::allowName(plane))
             return false;
         table[plane] = CompactString(*name);
     }
@@ -184,7 +185,7 @@ bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks
         return value.isAbsent() && !unarchiver_.error();
     for (const auto &[plane, member] : *planes) {
         const auto *list = member.get<ArchiveList>();
-        if (!list || !readRelatives(*list))
+        if (!list || !PlaneLimits::allowName(plane) || !readRelatives(*list))
             return false;
         links.add(plane, entry, relatives_);
         EntryList::Entries entries;

@@ -336,6 +336,27 @@ TEST_F(DataStoreArchive, IsNotWrittenWithMorePathsThanCanBeRead)
     EXPECT_TRUE(device.data().isEmpty());
 }
 
+TEST_F(DataStoreArchive, IsNotWrittenWithPlanesThatAreRefused)
+{
+    const auto problemWith = [](int planes, const QByteArray &lastName) {
+        FakeRegistryService registry;
+        TreeBuilder tree(registry);
+        for (int i = 1; i < planes; ++i)
+            tree.plane("Plane" + QByteArray::number(i), "Root\n  child");
+        tree.plane(lastName, "Root\n  child");
+        const auto store = TavDataStore::initFromDxRegistry(registry);
+        EXPECT_EQ(store->registryPlanes().size(), planes);
+        QBuffer device;
+        device.open(QIODevice::WriteOnly);
+        const QString problem = DataStoreEncoder::encode(*store, device);
+        EXPECT_EQ(device.data().isEmpty(), !problem.isNull());
+        return problem;
+    };
+    EXPECT_TRUE(problemWith(256, QByteArray(510, 'p')).isNull());
+    EXPECT_TRUE(problemWith(257, "last").contains(QLatin1String("too many planes")));
+    EXPECT_TRUE(problemWith(1, QByteArray(511, 'p')).contains(QLatin1String("too long")));
+}
+
 TEST(DataStoreArchiveOfManyLevels, NeedsNoStack)
 {
     const auto thread = std::unique_ptr<QThread>(QThread::create([] {

@@ -186,6 +186,9 @@ TEST(DataStoreDecoder, LogsWhatCannotBeDecoded)
         return QStringList{QString::fromLatin1(name), QStringLiteral("contents.children"),
                            QStringLiteral("properties"), QStringLiteral("registryEntries")};
     };
+    const auto inLongPlane = [](const ArchiveValue &value) -> ArchiveValue {
+        return ArchiveDictionary{{QString(511, u'p'), value}};
+    };
     const ArchiveValue wrong = true; // a boolean where none belongs
     const std::pair<std::function<void(Sketch &)>, QStringList> cases[] = {
         {remove(SmallStore::Store, L1("registryEntries")), {QStringLiteral("registryEntries")}},
@@ -196,6 +199,10 @@ TEST(DataStoreDecoder, LogsWhatCannotBeDecoded)
              ArchiveList{at(SmallStore::Root), at(SmallStore::Root)}),
          {QStringLiteral("registryEntries")}},
         {remove(SmallStore::Store, L1("registryPlanes")), {QStringLiteral("registryPlanes")}},
+        {set(SmallStore::Store, L1("registryPlanes"), ArchiveList(257, QStringLiteral("p"))),
+         {QStringLiteral("registryPlanes")}},
+        {set(SmallStore::Store, L1("registryPlanes"), ArchiveList{QString(511, u'p')}),
+         {QStringLiteral("registryPlanes")}},
         {set(SmallStore::Store, L1("lastUpdateDate"), wrong), {QStringLiteral("the archive")}},
         {[](Sketch &s) { s.objects[SmallStore::Store].className = QStringLiteral("Other"); },
          {QStringLiteral("the archive")}},
@@ -213,10 +220,15 @@ TEST(DataStoreDecoder, LogsWhatCannotBeDecoded)
         {set(SmallStore::Child, L1("name"), wrong), ofEntry("name")},
         {set(SmallStore::Child, L1("namesInPlanes"), wrong), ofEntry("namesInPlanes")},
         {set(SmallStore::Child, L1("namesInPlanes"), inPlane({})), ofEntry("namesInPlanes")},
+        {set(SmallStore::Child, L1("namesInPlanes"), inLongPlane(QStringLiteral("name"))),
+         ofEntry("namesInPlanes")},
         {set(SmallStore::Child, L1("location"), wrong), ofEntry("location")},
         {set(SmallStore::Child, L1("locationsInPlanes"), wrong), ofEntry("location")},
         {set(SmallStore::Child, L1("childrenInPlanes"), wrong), ofEntry("location")},
         {set(SmallStore::Child, L1("parentsInPlanes"), wrong), ofEntry("location")},
+        {set(SmallStore::Root, L1("childrenInPlanes"),
+             inLongPlane(ArchiveList{at(SmallStore::Child)})),
+         ofEntry("location")},
         {set(SmallStore::Root, L1("childrenInPlanes"), inPlane({at(SmallStore::Text)})),
          ofEntry("location")},
         {set(SmallStore::Root, L1("childrenInPlanes"),
@@ -324,6 +336,19 @@ TEST(DataStoreDecoder, RefusesMorePathsThanCanBeFollowed)
         EXPECT_FALSE(DataStoreDecoder::decode(layered(19, key, 4000))) << "only entries count";
         EXPECT_TRUE(log.messages().join(u' ').contains(L1("more paths"))) << key.data();
     }
+}
+
+TEST(DataStoreDecoder, TakesAsManyPlanesAndAsLongNamesAsItAllows)
+{
+    ArchiveSketch sketch = SmallStore::current();
+    const QString longest(510, u'p');
+    sketch.objects[SmallStore::Store].set(L1("registryPlanes"), ArchiveList(256, longest));
+    sketch.objects[SmallStore::Child].set(
+        L1("namesInPlanes"), ArchiveValue(ArchiveDictionary{{longest, QStringLiteral("name")}}));
+    const auto store = DataStoreDecoder::decode(sketch.bytes());
+    ASSERT_TRUE(store);
+    EXPECT_EQ(store->registryPlanes().size(), 256);
+    EXPECT_EQ(store->registryEntries()[1]->nameInPlane(longest), QStringLiteral("name"));
 }
 
 TEST(DataStoreDecoder, TakesManyPlanesInAnyOrder)
