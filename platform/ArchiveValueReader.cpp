@@ -222,13 +222,15 @@ bool ArchiveValueReader::closeContainer()
            input_.fail("a key occurs twice in a dictionary");
 }
 
-bool ArchiveValueReader::hasDistinctKeys(std::size_t dictionary) const
+bool ArchiveValueReader::hasDistinctKeys(std::size_t dictionary)
 {
     const ArchiveItems &items = table_.elements;
     const std::size_t end = items.next(dictionary);
-    std::vector<QStringView> keys;
-    for (std::size_t key = dictionary + 1; key < end; key = items.next(key + 1))
-        keys.push_back(table_.string(items.payload(key)));
-    std::sort(keys.begin(), keys.end());
-    return std::adjacent_find(keys.begin(), keys.end()) == keys.end();
+    keys_.clear();
+    for (std::size_t key = dictionary + 1; key < end; key = items.next(key + 1)) {
+        const quint64 index = items.payload(key);
+        keys_.push_back(keyNumbers_.number(index, table_.string(index)));
+    }
+    std::sort(keys_.begin(), keys_.end());
+    return std::adjacent_find(keys_.begin(), keys_.end()) == keys_.end();
 }

@@ -2,6 +2,7 @@
 
 #include "platform/ArchiveInput.h"
 #include "platform/ArchiveTable.h"
+#include "platform/ArchiveTextNumbers.h"
 
 // Reads the values of an archive's objects into its table.
 class ArchiveValueReader
@@ -32,11 +33,13 @@ private:
     bool readSimple(ArchiveItems &items);
     bool openContainer(ArchiveItems &items, ArchiveItemKind kind);
     bool closeContainer();
-    bool hasDistinctKeys(std::size_t dictionary) const;
+    bool hasDistinctKeys(std::size_t dictionary);
 
     ArchiveInput &input_;
     QCborStreamReader &cbor_;
     ArchiveTable &table_;
     std::vector<Container> open_;
+    ArchiveTextNumbers keyNumbers_;
+    std::vector<quint64> keys_; // of the dictionary that is looked at
     quint64 highestReference_ = 0;
 };

@@ -195,6 +195,15 @@ TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
              w.append(true);
              w.endMap();
          })},
+        {"dictionary with a key and a reference to it", "twice in a dictionary",
+         archiveOfValue([](Writer &w) {
+             w.startMap(2);
+             w.append(L1("k"));
+             w.append(true);
+             w.append(-1);
+             w.append(true);
+             w.endMap();
+         })},
         {"class with a key twice", "a key occurs twice", archiveOf([](Writer &w) {
              w.startArray();
              w.startArray(3);
@@ -261,6 +270,31 @@ TEST(ArchiveReader, ReadsEveryFormOfAValue)
     };
     for (const auto &[form, value] : cases)
         EXPECT_TRUE(valueOf(QByteArray::fromHex(form)) == value) << form.constData();
+}
+
+// Comparing the texts for each dictionary would take many minutes.
+TEST(ArchiveReader, LooksAtLongKeysOnce)
+{
+    const QString start(4'000'000, u'k');
+    constexpr int count = 300'000;
+    KeyedUnarchiver unarchiver(archiveOfValue([&](Writer &w) {
+        w.startArray();
+        w.append(start + u'a');
+        w.append(start + u'b');
+        for (int i = 0; i < count; ++i) {
+            w.startMap(2);
+            w.append(-1);
+            w.append(true);
+            w.append(-2);
+            w.append(true);
+            w.endMap();
+        }
+        w.endArray();
+    }));
+    ASSERT_FALSE(unarchiver.error()) << qPrintable(unarchiver.error()->message);
+    const auto value = unarchiver.object({0}).decodeValue(L1("value"), ArchiveKinds(~0));
+    ASSERT_TRUE(value.get<ArchiveList>());
+    EXPECT_EQ(value.get<ArchiveList>()->size(), count + 2U);
 }
 
 TEST(ArchiveReader, SpendsLittleOnClaimsThatTheBytesDoNotBear)
