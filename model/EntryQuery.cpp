@@ -22,29 +22,30 @@ bool EntryQuery::run(TavRegistryEntry &top, bool *descendantMatches, const QStri
     if (!descendantMatches || plane.isNull()) {
         top.setMatchesLastQuery(matches(top, plane));
     } else {
-        run(EntryOrder(top, plane));
-        if (top.descendantMatchesLastQueryInPlane(plane))
+        if (run(EntryOrder(top, plane)))
             *descendantMatches = true;
     }
     return top.matchesLastQuery();
 }
 
-void EntryQuery::run(const EntryOrder &order)
+bool EntryQuery::run(const EntryOrder &order)
 {
     std::vector<bool> leadsToMatch(order.size());
+    bool hasMatchBelow = false;
     for (std::size_t i = 0; i < order.size(); ++i) {
         constexpr std::size_t ahead = 8;
         if (i + ahead < order.size())
             __builtin_prefetch(&order.entry(i + ahead).answeredQuery_, 1);
         TavRegistryEntry &entry = order.entry(i);
         const std::span children = order.children(i);
-        const bool hasMatchBelow = std::any_of(children.begin(), children.end(),
-                                               [&](quint32 child) { return leadsToMatch[child]; });
+        hasMatchBelow = std::any_of(children.begin(), children.end(),
+                                    [&](quint32 child) { return leadsToMatch[child]; });
         if (hasMatchBelow)
             entry.setDescendantMatchesLastQuery(true, order.plane());
         entry.setMatchesLastQuery(matches(entry, order.plane()));
         leadsToMatch[i] = hasMatchBelow || entry.matchesLastQuery();
     }
+    return hasMatchBelow; // the top comes last
 }
 
 void EntryQuery::fetch(const TavRegistryEntry &next)

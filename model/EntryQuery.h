@@ -21,8 +21,9 @@ public:
     // there.
     bool run(TavRegistryEntry &top, bool *descendantMatches, const QString &plane);
 
-    // Keeps the answer for every entry of the order and whether any below it matched.
-    void run(const EntryOrder &order);
+    // Keeps the answer for every entry of the order and whether any below it matched; gives the
+    // latter for the top.
+    bool run(const EntryOrder &order);
 
 private:
     // Preparing waits for memory more than for anything else: these ask for what the next few

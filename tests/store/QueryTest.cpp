@@ -168,7 +168,10 @@ TEST_F(Query, KeepsTheAnswerOfTheLastPlaneAndWhoIsAbove)
     store_->runQuery(QStringLiteral("dxdisk"), FindOption::Class, &matches, &above);
     EXPECT_EQ(names(above.value(QStringLiteral("DxService"))), "Host Root bus");
     EXPECT_EQ(names(above.value(QStringLiteral("DxBlock"))), "Host Root");
-    store_->runQuery(QStringLiteral("nowhere"), {}, nullptr, nullptr);
+    above.clear();
+    store_->runQuery(QStringLiteral("nowhere"), {}, nullptr, &above);
+    EXPECT_EQ(above, (QHash<QString, EntrySet>{{QStringLiteral("DxService"), {}},
+                                               {QStringLiteral("DxBlock"), {}}}));
     for (const EntryRef &entry : store_->registryEntries()) {
         EXPECT_FALSE(entry->matchesLastQuery());
         EXPECT_FALSE(entry->descendantMatchesLastQueryInPlane(QStringLiteral("DxService")));
@@ -208,6 +211,12 @@ TEST_F(Query, AnswersForOneEntryAlone)
     EXPECT_FALSE(host.matchesQuery(QStringLiteral("disk"), FindOption::Name, &below,
                                    QStringLiteral("DxService")));
     EXPECT_TRUE(below);
+    // An earlier search leaves its marks, which are no answer to this one.
+    store_->runQuery(QStringLiteral("dxdisk"), FindOption::Class, nullptr, nullptr);
+    below = false;
+    EXPECT_FALSE(host.matchesQuery(QStringLiteral("nowhere"), FindOption::Name, &below,
+                                   QStringLiteral("DxService")));
+    EXPECT_FALSE(below);
     EXPECT_TRUE(host.valueForSpecialProperty(QStringLiteral("other")).isNone());
     const TavRegistryEntry &disk =
         *store_->registryRoot()->childrenInPlane(QStringLiteral("DxBlock"))[0]->childrenInPlane(
