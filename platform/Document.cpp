@@ -25,12 +25,17 @@ void Document::setDocumentEdited(bool edited)
 
 bool Document::read(const QString &file, DocumentError &error)
 {
-    const auto data = DocumentFile::read(
-        file,
-        [this](const QByteArray &bytes, DocumentError &e) { return checkBeginning(bytes, e); },
-        error);
-    if (!data || !readFromData(*data, error))
+    const auto check = [this](const QByteArray &bytes, DocumentError &e) {
+        return checkBeginning(bytes, e);
+    };
+    try {
+        const auto data = DocumentFile::read(file, check, error);
+        if (!data || !readFromData(*data, error))
+            return false;
+    } catch (const std::bad_alloc &) { // the other documents must not suffer
+        error = DocumentFile::memoryError(file);
         return false;
+    }
     fileName_ = QFileInfo(file).absoluteFilePath();
     return true;
 }

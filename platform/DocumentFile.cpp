@@ -47,6 +47,8 @@ DocumentFile::read(const QString &path,
         return fail(file.error(), file.errorString());
     if (!checkBeginning(file.peek(beginningSize), error))
         return std::nullopt;
+    if (file.size() > largestSize)
+        return fail(QFileDevice::ReadError, tr("It is too large."));
     QByteArray data = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return fail(file.error(), file.errorString());
@@ -64,11 +66,20 @@ bool DocumentFile::write(const QString &path,
     }
     QSaveFile file(path);
     DocumentError problem;
-    if (file.open(QIODevice::WriteOnly) && content(file, problem) && file.commit())
-        return true;
+    if (file.open(QIODevice::WriteOnly) && content(file, problem)) {
+        if (file.size() > largestSize)
+            problem = {errorDomain, QFileDevice::WriteError, {}, tr("It would be too large.")};
+        else if (file.commit())
+            return true;
+    }
     if (problem.reason.isNull())
         problem = {errorDomain, file.error(), {}, file.errorString()};
     error = problem;
     error.description = saveError(path, QFileDevice::NoError, {}).description;
     return false;
+}
+
+DocumentError DocumentFile::memoryError(const QString &file)
+{
+    return openError(file, QFileDevice::ResourceError, tr("There is not enough memory."));
 }

@@ -12,6 +12,10 @@ class QIODevice;
 namespace DocumentFile {
 inline const QString errorDomain = QStringLiteral("FileErrorDomain");
 
+// More than any snapshot takes, and less than would leave the machine without memory. What is
+// larger is neither read nor written.
+inline constexpr qint64 largestSize = qint64(1) << 30;
+
 // The whole content, unless its beginning is refused.
 std::optional<QByteArray>
 read(const QString &file,
@@ -20,4 +24,6 @@ read(const QString &file,
 // Replaces the file as a whole or not at all.
 bool write(const QString &file, const std::function<bool(QIODevice &, DocumentError &)> &content,
            DocumentError &error);
+// For a file that was not read for want of memory.
+DocumentError memoryError(const QString &file);
 } // namespace DocumentFile
