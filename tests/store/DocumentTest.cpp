@@ -1,9 +1,13 @@
+#include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"
-#include "tests/support/RegistryTest.h"
+#include "tests/support/FakeLiveService.h"
+#include "tests/support/QtPrinters.h"
 #include "tests/support/SmallStore.h"
+#include "tests/support/TreeBuilder.h"
 
 #include <QTemporaryDir>
+#include <gtest/gtest.h>
 
 namespace {
 // Writes down what its document tells it.
@@ -37,7 +41,7 @@ private:
     std::function<void()> onChange_;
 };
 
-class DocumentTest : public RegistryTest
+class DocumentTest : public testing::Test
 {
 protected:
     void SetUp() override
@@ -52,13 +56,17 @@ protected:
     void TearDown() override
     {
         documents_.closeAllDocuments();
-        RegistryTest::TearDown();
+        EXPECT_EQ(service_.openHandles(), 0U);
+        EXPECT_EQ(service_.openIterators(), 0U);
+        EXPECT_EQ(service_.misuses(), 0U);
     }
     TavDocument &open() { return static_cast<TavDocument &>(documents_.newDocument()); }
     QStringList told() { return std::exchange(log_, {}); }
 
     QStringList log_;
     std::function<void()> onChange_;
+    FakeLiveService service_;
+    TreeBuilder tree_{service_};
     TavDocumentController documents_{service_};
     QTemporaryDir folder_;
 };
@@ -83,16 +91,30 @@ TEST_F(DocumentTest, RelaysWhatItsStoreTells)
     // An entry that is read anew speaks for itself, which is not heard.
     store.updateObject(*store.registryRoot());
     EXPECT_EQ(told(), QStringList());
+    service_.tellOfChange();
+    EXPECT_EQ(told(), list({"title", "out of date"}));
+    EXPECT_FALSE(document.isDocumentEdited());
 
+    // With a file, the title tells first that the document is edited.
     DocumentError error;
     const QString file = folder_.filePath(QStringLiteral("a.vandrel"));
+    const auto toldSinceSaved = [&](const auto &change) {
+        EXPECT_TRUE(document.save(file, error));
+        EXPECT_FALSE(document.isDocumentEdited());
+        told();
+        change();
+        EXPECT_TRUE(document.isDocumentEdited());
+        return told();
+    };
+    EXPECT_EQ(toldSinceSaved([&] { service_.tellOfChange(); }),
+              list({"title", "title", "out of date"}));
+    EXPECT_EQ(toldSinceSaved([&] { store.update(); }), list({"title", "title", "changed"}));
+    store.setAutoupdate(true);
+    EXPECT_EQ(toldSinceSaved([&] { service_.terminate(tree_["disk"]); }),
+              list({"title", "title", "terminated"}));
+    EXPECT_EQ(toldSinceSaved([&] { store.clearTerminatedObjects(); }),
+              list({"title", "title", "cleared"}));
     ASSERT_TRUE(document.save(file, error));
-    EXPECT_FALSE(document.isDocumentEdited());
-    service_.remove(tree_["disk"]);
-    store.update();
-    EXPECT_TRUE(document.isDocumentEdited());
-    ASSERT_TRUE(document.save(file, error));
-    EXPECT_FALSE(document.isDocumentEdited());
     document.dataViewOptionsChanged(nullptr);
     EXPECT_EQ(log_.last(), QStringLiteral("options"));
     // One that was read from a file is told nothing.
