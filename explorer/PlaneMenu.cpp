@@ -1,5 +1,7 @@
 #include "explorer/PlaneMenu.h"
 
+#include "platform/desktop/VisibleText.h"
+
 #include <QActionGroup>
 #include <QComboBox>
 #include <QMenu>
@@ -23,8 +25,8 @@ void PlaneMenu::rebuild()
 {
     qDeleteAll(planes_->actions());
     for (int i = 0; i < popup_.count(); ++i) {
-        // Names of planes are not ours: an ampersand in one marks no mnemonic.
-        QString title = popup_.itemText(i);
+        // Names of planes are not ours: an ampersand in one marks no mnemonic, a tab no key.
+        QString title = visibleText(popup_.itemText(i));
         title.replace(u'&', QLatin1String("&&"));
         QAction *const action = menu_.addAction(title);
         const QString key = popup_.itemData(i, KeyEquivalentRole).toString();
