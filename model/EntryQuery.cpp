@@ -69,7 +69,7 @@ void EntryQuery::fetchProperties(const TavRegistryEntry &next) const
             __builtin_prefetch(static_cast<const std::byte *>(start) + line * lineSize);
     };
     if (next.propertyText_.isMade())
-        fetchLines(next.propertyText_.whole().data(), 12);
+        fetchLines(next.propertyText_.both().data(), 12);
     else if (next.properties())
         fetchLines(next.properties(), 36);
 }
@@ -164,5 +164,11 @@ bool EntryQuery::matchesInProperties(const TavRegistryEntry &entry) const
     if (!keys && !values)
         return false;
     const PropertyText &text = entry.propertyText();
-    return search_.matchesAnyOf(!values ? text.keys() : !keys ? text.strings() : text.whole());
+    if (search_.matchesAnyOf(!values ? text.keys() : !keys ? text.strings() : text.both()))
+        return true;
+    if (text.isWhole())
+        return false;
+    const auto matches = [this](QStringView candidate) { return search_.matchesKept(candidate); };
+    return (keys && PropertyText::anyKey(*entry.properties(), matches)) ||
+           (values && PropertyText::anyString(*entry.properties(), matches));
 }

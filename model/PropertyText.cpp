@@ -9,6 +9,11 @@
 namespace {
 using Buffer = QVarLengthArray<char, 4096>;
 
+// In UTF-16 code units with separators, each of which takes three bytes at most.
+constexpr qsizetype roomForTable = 1024;
+constexpr qsizetype roomForNode = 64;              // a key and a string are shorter nearly always
+constexpr qsizetype mostRoom = qsizetype(1) << 28; // for a tree of any size
+
 // Character by character, as the library's searches without regard to case do it; a whole text at
 // once would turn some letters into two.
 char *writeFolded(QStringView text, char *to)
@@ -63,11 +68,22 @@ PropertyText::PropertyText(const TavRegistryProperty &table)
     Buffer strings;
     keys.append(separator);
     strings.append(separator);
+    qsizetype used = 0;
+    qsizetype room = roomForTable;
+    const auto add = [&](Buffer &buffer, QStringView text) {
+        if (used + text.size() >= room) {
+            isWhole_ = false;
+            return;
+        }
+        used += text.size() + 1;
+        appendFolded(buffer, text);
+    };
     const auto addNode = [&](const TavRegistryProperty &node, bool hasKey) {
+        room = std::min(room + roomForNode, mostRoom);
         if (hasKey)
-            appendFolded(keys, node.nameView());
+            add(keys, node.nameView());
         if (holdsString(node))
-            appendFolded(strings, node.stringView());
+            add(strings, node.stringView());
     };
     addNode(table, false);
     table.anyBelow([&](const TavRegistryProperty &node) {
@@ -80,6 +96,20 @@ PropertyText::PropertyText(const TavRegistryProperty &table)
     bytes.append(strings.constData(), strings.size());
     keysSize_ = static_cast<quint32>(keys.size());
     bytes_ = CompactBytes(std::move(bytes));
+}
+
+bool PropertyText::anyKey(const TavRegistryProperty &table, const Predicate &predicate)
+{
+    return table.anyBelow(
+        [&](const TavRegistryProperty &node) { return isKey(node) && predicate(node.nameView()); });
+}
+
+bool PropertyText::anyString(const TavRegistryProperty &table, const Predicate &predicate)
+{
+    const auto satisfies = [&](const TavRegistryProperty &node) {
+        return holdsString(node) && predicate(node.stringView());
+    };
+    return satisfies(table) || table.anyBelow(satisfies);
 }
 
 QByteArray PropertyText::folded(QStringView text)

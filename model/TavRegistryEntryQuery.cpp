@@ -11,14 +11,15 @@ QString truth(bool isTrue)
                   : QCoreApplication::translate("TavRegistryEntry", "False");
 }
 
-// Whether one of the texts has the given one in it, or is it.
-bool contains(QByteArrayView texts, const QString &text, bool substring)
+// Whether a text has the given one in it, or is it.
+PropertyText::Predicate containing(const QString &text, bool substring)
 {
-    if (text.isNull())
-        return false;
-    const QByteArray folded = PropertyText::folded(text);
-    return substring ? !folded.isEmpty() && texts.contains(folded)
-                     : texts.contains(PropertyText::separator + folded + PropertyText::separator);
+    return [text, substring](QStringView candidate) {
+        if (text.isNull())
+            return false;
+        return substring ? !text.isEmpty() && candidate.contains(text, Qt::CaseInsensitive)
+                         : candidate.compare(text, Qt::CaseInsensitive) == 0;
+    };
 }
 } // namespace
 
@@ -116,12 +117,12 @@ const PropertyText &TavRegistryEntry::propertyText() const
 
 bool TavRegistryEntry::containsPropertyName(const QString &name, bool substring) const
 {
-    return contains(propertyText().keys(), name, substring);
+    return properties_ && PropertyText::anyKey(*properties_, containing(name, substring));
 }
 
 bool TavRegistryEntry::containsPropertyStringValue(const QString &text, bool substring) const
 {
-    return contains(propertyText().strings(), text, substring);
+    return properties_ && PropertyText::anyString(*properties_, containing(text, substring));
 }
 
 void TavRegistryEntry::setDescendantMatchesLastQuery(bool matches, const QString &plane)

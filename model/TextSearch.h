@@ -3,6 +3,7 @@
 #include "model/PropertyText.h"
 
 #include <QByteArrayMatcher>
+#include <QHash>
 #include <QStringMatcher>
 #include <array>
 
@@ -26,17 +27,30 @@ public:
         return length_ > 0 && foldedMatcher_.indexIn(texts) >= 0;
     }
     // As matches, for a text that stays where it is while the search lasts. Many entries share one
-    // text, so most answers are known already.
+    // text, so most answers are known already; those for long texts are never forgotten.
     bool matchesKept(QStringView candidate) const
     {
         const auto place = reinterpret_cast<quintptr>(candidate.utf16());
         Known &known = known_[(place >> 4 ^ place >> 13) % known_.size()];
-        if (known.text != candidate.utf16() || known.size != candidate.size())
-            known = {candidate.utf16(), candidate.size(), matches(candidate)};
+        if (known.text != candidate.utf16() || known.size != candidate.size()) {
+            const bool answer =
+                candidate.size() < longSize ? matches(candidate) : matchesLong(candidate);
+            known = {candidate.utf16(), candidate.size(), answer};
+        }
         return known.matches;
     }
 
 private:
+    static constexpr qsizetype longSize = 1024;
+
+    bool matchesLong(QStringView candidate) const
+    {
+        const auto known = knownLong_.constFind(candidate.utf16());
+        return known != knownLong_.constEnd()
+                   ? *known
+                   : *knownLong_.insert(candidate.utf16(), matches(candidate));
+    }
+
     struct Known
     {
         const char16_t *text = nullptr;
@@ -48,4 +62,5 @@ private:
     QByteArrayMatcher foldedMatcher_;
     qsizetype length_;
     mutable std::array<Known, 512> known_{};
+    mutable QHash<const char16_t *, bool> knownLong_;
 };

@@ -8,9 +8,10 @@
 namespace {
 using Entries = std::span<const EntryRef>;
 
+// Not too many, for each part looks at the texts that it shares with others by itself.
 std::vector<Entries> partsOf(Entries entries)
 {
-    constexpr std::size_t partSize = 2048;
+    const std::size_t partSize = std::max<std::size_t>(2048, entries.size() / 64);
     std::vector<Entries> parts;
     for (std::size_t start = 0; start < entries.size(); start += partSize)
         parts.push_back(entries.subspan(start, std::min(partSize, entries.size() - start)));

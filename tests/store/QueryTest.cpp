@@ -157,6 +157,39 @@ TEST_F(Query, FindsTextsOfThePropertiesInAnyCase)
     EXPECT_EQ(found("last", FindOption::Values), "Disk");
 }
 
+TEST_F(Query, FindsLongTextsThatManyNodesShare)
+{
+    const QString filler(100'000, u'.');
+    const CompactString longKey(filler + QStringLiteral("LongKey"));
+    const Value longText = Value::string(filler + QStringLiteral("ΣΊΣΥΦΟΣ"));
+    const Value hidden = Value::string(filler + QStringLiteral("Hidden"));
+    const Value::Elements tables(2'000, Value::dictionary({{longKey, longText}}));
+    service_.setProperties(registry_["Disk@0"],
+                           Value::dictionary({{key("Start"), text("short")},
+                                              {key("Tables"), Value::array(tables)},
+                                              {key("Set"), Value::set({hidden})},
+                                              {key("End"), text("last")}}));
+    store_->update();
+    const TavRegistryEntry &disk =
+        *store_->registryRoot()->childrenInPlane(QStringLiteral("DxBlock"))[0]->childrenInPlane(
+            QStringLiteral("DxBlock"))[0];
+    const PropertyText folded(*disk.properties());
+    EXPECT_FALSE(folded.isWhole());
+    EXPECT_LT(folded.both().size(), 1'000'000); // written out, they would take 400 MB
+
+    EXPECT_EQ(found("longkey", FindOption::Keys), "Disk");
+    EXPECT_EQ(found("longkey", FindOption::Values), "");
+    EXPECT_EQ(found("σίσυφος", FindOption::Values), "Disk");
+    EXPECT_EQ(found("σίσυφος", FindOption::Keys), "");
+    EXPECT_EQ(found("σίσυφος", FindOption::Keys | FindOption::Values), "Disk");
+    EXPECT_EQ(found("hidden", {}), "");
+    EXPECT_EQ(found("short", FindOption::Values), "Disk");
+    EXPECT_EQ(found("end", FindOption::Keys), "Disk");
+    EXPECT_TRUE(disk.containsPropertyName(filler + QStringLiteral("LONGKEY"), false));
+    EXPECT_FALSE(disk.containsPropertyName(QStringLiteral("LongKey"), false));
+    EXPECT_TRUE(disk.containsPropertyStringValue(QStringLiteral("σίσυφος"), true));
+}
+
 TEST_F(Query, KeepsTheAnswerOfTheLastPlaneAndWhoIsAbove)
 {
     // The name that matches in the first plane is another one in the second.
