@@ -234,15 +234,18 @@ TEST(DeviceMonitor, TellsAnOverflowFromSilence)
     const auto monitor = DeviceMonitor::open(false, 1);
     ASSERT_TRUE(monitor);
     DeviceEvent event;
-    EXPECT_EQ(monitor->receive(event), DeviceEventSource::Reception::Nothing);
+    auto reception = monitor->receive(event);
+    while (reception == DeviceEventSource::Reception::Event) // of other devices
+        reception = monitor->receive(event);
+    EXPECT_EQ(reception, DeviceEventSource::Reception::Nothing);
     for (int i = 0; i < 20; ++i) {
         if (!VirtualDisk().exists())
             GTEST_SKIP() << "no virtual disk can be added here (needs root and the zram module)";
     }
     int losses = 0;
-    auto reception = monitor->receive(event);
+    reception = monitor->receive(event);
     for (; reception != DeviceEventSource::Reception::Nothing; reception = monitor->receive(event))
         losses += reception == DeviceEventSource::Reception::Loss;
-    EXPECT_EQ(losses, 1);
+    EXPECT_GE(losses, 1);
 }
 } // namespace
