@@ -3,6 +3,7 @@
 #include "model/linux/HostObject.h"
 
 #include <fcntl.h>
+#include <filesystem>
 
 namespace {
 constexpr qsizetype largestRecord = 65536;
@@ -28,14 +29,14 @@ RegistryValue texts(const QByteArrayList &list, TextPool &pool)
 
 UdevDatabase::UdevDatabase(const QByteArray &sysfsFolder)
 {
-    QByteArray folder = sysfsFolder;
-    while (folder.size() > 1 && folder.endsWith('/'))
-        folder.chop(1);
-    const QByteArray beside = folder.left(folder.lastIndexOf('/') + 1);
-    const QByteArray run = beside + "run/udev";
-    directory_ =
-        FileDescriptor(open((run + "/data").constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    isDaemonRunning_ = access((run + "/control").constData(), F_OK) == 0;
+    std::error_code error;
+    std::filesystem::path folder =
+        std::filesystem::absolute(sysfsFolder.toStdString(), error).lexically_normal();
+    if (!folder.has_filename())
+        folder = folder.parent_path(); // it ended with a slash
+    const std::filesystem::path run = folder.parent_path() / "run/udev";
+    directory_ = FileDescriptor(open((run / "data").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    isDaemonRunning_ = access((run / "control").c_str(), F_OK) == 0;
 }
 
 QByteArray UdevDatabase::recordName(const HostObject &device)

@@ -25,6 +25,21 @@ TEST_F(SyntheticTree, HasThePlanesWithMembers)
               "DxUsb");
 }
 
+TEST_F(SyntheticTree, HasItsRecordsWhateverItsFolderIsCalled)
+{
+    const auto hasRecord = [](const CapturedTree &tree) {
+        const TavRegistryEntry *const disk = tree.at("DxBlock:/sda");
+        return disk && disk->properties()->childWithName(QStringLiteral("udev"));
+    };
+    ASSERT_TRUE(hasRecord(tree_));
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(
+        QDir::setCurrent(QStringLiteral(VANDREL_SOURCE_DIR "/tests/fixtures/synthetic/sys")));
+    for (const char *name : {".", "./", "../sys/", "devices/.."})
+        EXPECT_TRUE(hasRecord(CapturedTree::capture(QString::fromLatin1(name)))) << name;
+    QDir::setCurrent(before);
+}
+
 TEST_F(SyntheticTree, StacksBlockDevicesOnAllBelow)
 {
     EXPECT_EQ(plane("DxBlock"), dedented(R"(
