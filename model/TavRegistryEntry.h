@@ -112,7 +112,8 @@ public:
     EntrySet allDescendantsInPlane(const QString &plane) const;
     void printName(const QString &plane) const;
 
-    // Paths. A path string is "Plane:" for the root and "Plane:/Name/Name@Location" below it.
+    // Paths. A path string is "Plane:" for the root and "Plane:/Name/Name@Location" below it. Of an
+    // absurd number only some are listed.
     QStringList registryPathsInPlane(const QString &plane) const;
     QStringList allRegistryPaths() const;
     struct PathCounts

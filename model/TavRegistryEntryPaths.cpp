@@ -7,9 +7,13 @@
 namespace {
 using Chain = std::vector<const TavRegistryEntry *>; // from an entry up to a top
 
+// A few devices stacked on two others each have more chains than there is memory. No machine comes
+// near this many steps of one entry's chains.
+constexpr std::size_t mostSteps = 4'000'000;
+
 // Calls action for every chain of parents in the plane that ends at a top, in the order of the
-// parents at each step. Entries re-read one by one can disagree about who is above whom, so a
-// chain that comes back to itself is left.
+// parents at each step, as far as the most steps go. Entries re-read one by one can disagree about
+// who is above whom, so a chain that comes back to itself is left.
 template<class IsTop, class Action>
 void forEachChainUp(const TavRegistryEntry &entry, const QString &plane, IsTop isTop, Action action)
 {
@@ -21,15 +25,17 @@ void forEachChainUp(const TavRegistryEntry &entry, const QString &plane, IsTop i
     Chain chain{&entry};
     QSet<const TavRegistryEntry *> onChain{&entry};
     std::vector<Step> steps;
+    std::size_t stepsTaken = 0;
     const auto enter = [&] {
         const bool top = isTop(*chain.back());
+        stepsTaken += top ? chain.size() : 1;
         if (top)
             action(chain);
         static const EntryList::Entries none;
         steps.push_back({top ? none : chain.back()->parentsInPlane(plane), 0});
     };
     enter();
-    while (!steps.empty()) {
+    while (!steps.empty() && stepsTaken < mostSteps) {
         Step &step = steps.back();
         if (step.next == step.parents.size()) {
             steps.pop_back();
