@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace {
 // Adjacency lists of the edges, by parent or by child.
@@ -44,44 +45,75 @@ std::vector<bool> core(const std::vector<Edge> &edges, int vertexCount, bool byP
     return isLeft;
 }
 
+// Looks for a way from both its ends by turns, for one of them often goes no further at once.
 class GrowingGraph
 {
 public:
     explicit GrowingGraph(int vertexCount)
-        : children_(vertexCount)
-        , visit_(static_cast<std::size_t>(vertexCount))
+        : down_(vertexCount)
+        , up_(vertexCount)
     {}
 
     bool addUnlessCyclic(const Edge &edge)
     {
-        if (reaches(edge.second, edge.first))
+        const auto &[parent, child] = edge;
+        if (reaches(child, parent))
             return false;
-        children_.of(edge.first).push_back(edge.second);
+        down_.next.of(parent).push_back(child);
+        up_.next.of(child).push_back(parent);
         return true;
     }
 
 private:
+    struct Side
+    {
+        explicit Side(int vertexCount)
+            : next(vertexCount)
+            , visit(static_cast<std::size_t>(vertexCount))
+        {}
+        int &visitOf(int vertex) { return visit[static_cast<std::size_t>(vertex)]; }
+
+        Neighbours next;
+        std::vector<int> visit; // by vertex, the last that came by
+        std::vector<int> pending = {};
+    };
+
     bool reaches(int from, int to)
     {
         ++visits_;
-        std::vector<int> pending{from};
-        while (!pending.empty()) {
-            const int vertex = pending.back();
-            pending.pop_back();
-            if (vertex == to)
+        begin(down_, from);
+        begin(up_, to);
+        if (from == to)
+            return true;
+        while (!down_.pending.empty() && !up_.pending.empty()) {
+            if (meets(down_, up_) || meets(up_, down_))
                 return true;
-            int &visited = visit_[static_cast<std::size_t>(vertex)];
-            if (visited == visits_)
-                continue;
-            visited = visits_;
-            const auto &children = children_.of(vertex);
-            pending.insert(pending.end(), children.begin(), children.end());
         }
         return false;
     }
 
-    Neighbours children_;
-    std::vector<int> visit_;
+    void begin(Side &side, int vertex) const
+    {
+        side.pending = {vertex};
+        side.visitOf(vertex) = visits_;
+    }
+
+    // Goes on from one vertex.
+    bool meets(Side &side, Side &other) const
+    {
+        const int vertex = side.pending.back();
+        side.pending.pop_back();
+        for (const int neighbour : side.next.of(vertex)) {
+            if (other.visitOf(neighbour) == visits_)
+                return true;
+            if (std::exchange(side.visitOf(neighbour), visits_) != visits_)
+                side.pending.push_back(neighbour);
+        }
+        return false;
+    }
+
+    Side down_;
+    Side up_;
     int visits_ = 0;
 };
 } // namespace
