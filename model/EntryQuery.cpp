@@ -13,6 +13,7 @@ EntryQuery::EntryQuery(const QString &query, FindOptions options)
     : special_(TavRegistryEntry::specialTest(query))
     , options_(options)
     , search_(query)
+    , asksForLocation_(query.contains(u'@'))
     , settled_(nextNumber())
     , open_(nextNumber())
 {}
@@ -132,12 +133,23 @@ bool EntryQuery::matchesByNameSomewhere(const TavRegistryEntry &entry)
     return false;
 }
 
+// As the two are written together, with an "@". Of that no more is written than could match across
+// it, for many entries may share one long name.
 bool EntryQuery::matchesByName(const QString &name, const QString &location)
 {
+    if (search_.matchesKept(name))
+        return true;
     if (location.isNull())
-        return search_.matchesKept(name);
-    name_.resize(0);
-    return search_.matches(name_.append(name).append(u'@').append(location));
+        return false;
+    if (search_.matchesKept(location))
+        return true;
+    if (!asksForLocation_)
+        return false;
+    const qsizetype reach = search_.length() - 1;
+    seam_.resize(0);
+    seam_.append(QStringView(name).last(std::min(reach, name.size())));
+    seam_.append(u'@').append(QStringView(location).first(std::min(reach, location.size())));
+    return search_.matches(seam_);
 }
 
 bool EntryQuery::matchesInAnyPlane(const TavRegistryEntry &entry) const

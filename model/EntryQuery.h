@@ -42,7 +42,8 @@ private:
     TavRegistryEntry::SpecialTest special_;
     FindOptions options_;
     TextSearch search_;
+    bool asksForLocation_;
     quint32 settled_; // marks entries whose answer is the same in every plane
     quint32 open_;    // marks those whose name in the plane decides
-    QString name_;    // put together of name and location
+    QString seam_;    // put together of name and location
 };

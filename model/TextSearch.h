@@ -17,6 +17,7 @@ public:
         , length_(text.size())
     {}
 
+    qsizetype length() const { return length_; }
     bool matches(QStringView candidate) const
     {
         return length_ > 0 && candidate.size() >= length_ && matcher_.indexIn(candidate) >= 0;

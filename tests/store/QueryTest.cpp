@@ -74,6 +74,13 @@ TEST_F(Query, LooksAtWhatTheOptionsName)
 {
     EXPECT_EQ(found("BUS", FindOption::Name), "bus busy");
     EXPECT_EQ(found("@0", FindOption::Name), "Disk");
+    EXPECT_EQ(found("@", FindOption::Name), "Disk");
+    EXPECT_EQ(found("0", FindOption::Name), "Disk");
+    EXPECT_EQ(found("uMe@0", FindOption::Name), "Disk");
+    EXPECT_EQ(found("volume@0", FindOption::Name), "Disk");
+    EXPECT_EQ(found("volume@00", FindOption::Name), "");
+    EXPECT_EQ(found("Disk@0", FindOption::Name), "");
+    EXPECT_EQ(found("us@", FindOption::Name), "");
     EXPECT_EQ(found("dxdisk", FindOption::Class), "Disk");
     EXPECT_EQ(found("dxblock", FindOption::Class), "");
     EXPECT_EQ(found("dxblock", FindOption::Inheritance), "Disk");
