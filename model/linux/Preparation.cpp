@@ -3,6 +3,8 @@
 #include "model/linux/HostFacts.h"
 #include "model/linux/UdevDatabase.h"
 
+#include <system_error>
+
 namespace {
 Preparation::Result prepared(Preparation::Input input, const std::stop_token &stop)
 {
@@ -29,16 +31,20 @@ Preparation::Result prepared(Preparation::Input input, const std::stop_token &st
 
 Preparation::Preparation(Input input, std::function<void()> finished)
 {
-    std::packaged_task<Result(std::stop_token)> task(
+    const auto task = std::make_shared<std::packaged_task<Result(const std::stop_token &)>>(
         [input = std::move(input)](const std::stop_token &stop) mutable {
             return prepared(std::move(input), stop);
         });
-    result_ = task.get_future();
-    thread_ = std::jthread(
-        [task = std::move(task), finished = std::move(finished)](std::stop_token stop) mutable {
-            task(std::move(stop));
-            finished();
-        });
+    result_ = task->get_future();
+    const auto perform = [task, finished = std::move(finished)](const std::stop_token &stop) {
+        (*task)(stop);
+        finished();
+    };
+    try {
+        thread_ = std::jthread(perform);
+    } catch (const std::system_error &) {
+        perform({}); // here, when there can be no other thread
+    }
 }
 
 Preparation::~Preparation() = default;
