@@ -39,7 +39,7 @@ private:
     void setUpTable();
     void rowChosenAgain();
     const std::vector<EntryRef> &sortedEntries() const;
-    int selectedRow() const; // -1 for none
+    int selectedRow() const;                // -1 for none
     int rowOf(const EntryRef &entry) const; // -1 for none
     int scrollStep() const;
     void restoreSelection(int row);

@@ -11,7 +11,7 @@ public:
     explicit SearchField(QWidget *parent = nullptr);
 
     void cancelPendingSearch() { delay_.stop(); }
-    void cancelSearch(); // and empties the field, as Escape does
+    void cancelSearch();             // and empties the field, as Escape does
     QSize sizeHint() const override; // the same whether there is anything to clear or not
 
 Q_SIGNALS:
