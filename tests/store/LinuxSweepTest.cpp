@@ -30,6 +30,15 @@ std::size_t threadCount()
                                         .size());
 }
 
+Sweeper sweeperOf(const MadeTree &made, std::chrono::milliseconds patience)
+{
+    QString error;
+    Sweeper::Options options;
+    options.patience = patience;
+    return {std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error)),
+            options};
+}
+
 // Lets a thread that waits for a pipe return when all other statics are gone: it may touch none.
 class LateAnswer
 {
@@ -167,12 +176,7 @@ TEST(Sweep, EndsWhenTooMuchDoesNotAnswer)
     constexpr std::size_t most = 40;
     constexpr int pipes = 80;
     MadeTree made;
-    QString error;
-    Sweeper::Options options;
-    options.patience = std::chrono::milliseconds(30);
-    Sweeper sweeper(
-        std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error)),
-        options);
+    Sweeper sweeper = sweeperOf(made, std::chrono::milliseconds(30));
     const std::size_t before = threadCount();
     for (const char *device : {"devices/one/", "devices/two/"}) {
         made.file((QByteArray(device) + "uevent").constData(), "");
@@ -282,12 +286,7 @@ TEST(Sweep, EndsWhenAskedThoughAnAttributeDoesNotAnswer)
     MadeTree made;
     made.file("devices/slow/uevent", "");
     ASSERT_EQ(mkfifo(made.path("devices/slow/blocks").constData(), 0600), 0);
-    QString error;
-    Sweeper::Options options;
-    options.patience = std::chrono::hours(1);
-    Sweeper sweeper(
-        std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error)),
-        options);
+    Sweeper sweeper = sweeperOf(made, std::chrono::hours(1));
     std::stop_source stop;
     std::jthread asker([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
