@@ -216,6 +216,7 @@ void untilPainted(benchmark::State &state)
     TavWindowController &controller = addWindow(*document);
     controller.window()->resize(1200, 4000); // all disks in sight
     controller.window()->show();
+    controller.outlineView();
     controller.goToRegistryPath(QStringLiteral("DxService:/virtual/block"));
     store->setAutoupdate(true);
     std::vector<double> waits;
