@@ -111,7 +111,7 @@ void query(benchmark::State &state, const QString &text, FindOptions options, bo
 // Found nowhere, so that no step is spared; found in a few entries; found in many.
 constexpr const char *texts[] = {"zzzz", "device77", "Generated3"};
 
-// The first search of a store folds the texts that later ones look at.
+// The first search of a store puts its planes in the order that later ones find kept.
 void everywhereAtFirst(benchmark::State &state)
 {
     makeRegistry();

@@ -62,17 +62,10 @@ void EntryQuery::fetchProperties(const TavRegistryEntry &next) const
     __builtin_prefetch(next.name_.constData());
     if (!looksAt(FindOption::Keys) && !looksAt(FindOption::Values))
         return;
-    // The text of a tree, and the nodes for one that has none yet, lie together; most are about as
-    // large as this.
-    const auto fetchLines = [](const void *start, std::size_t count) {
-        constexpr std::size_t lineSize = 64;
-        for (std::size_t line = 0; line < count; ++line)
-            __builtin_prefetch(static_cast<const std::byte *>(start) + line * lineSize);
-    };
-    if (next.propertyText_.isMade())
-        fetchLines(next.propertyText_.both().data(), 12);
-    else if (next.properties())
-        fetchLines(next.properties(), 36);
+    constexpr qsizetype lineSize = 64;
+    constexpr qsizetype usualSize = 12 * lineSize;
+    for (qsizetype at = 0; at < usualSize; at += lineSize)
+        __builtin_prefetch(next.propertyText_.both().data() + at);
 }
 
 void EntryQuery::prepare(std::span<const EntryRef> entries)
@@ -175,7 +168,7 @@ bool EntryQuery::matchesInProperties(const TavRegistryEntry &entry) const
     const bool values = looksAt(FindOption::Values);
     if (!keys && !values)
         return false;
-    const PropertyText &text = entry.propertyText();
+    const PropertyText &text = entry.propertyText_;
     if (search_.matchesAnyOf(!values ? text.keys() : !keys ? text.strings() : text.both()))
         return true;
     if (text.isWhole())

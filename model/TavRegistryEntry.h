@@ -169,7 +169,7 @@ private:
     bool readInheritance(RegistryService &service);
     bool readServiceState(RegistryService &service);
     void setFlag(Flag flag, bool on);
-    const PropertyText &propertyText() const;
+    void setProperties(PropertyRef table);
     QStringList planesWithParents() const;
     EntryList::Entries newChildrenInPlane(const QString &plane, const QByteArray &cPlane);
 
@@ -191,7 +191,7 @@ private:
     QString bundleID_;
     QStringList inheritance_;
     PropertyRef properties_;
-    mutable PropertyText propertyText_; // of properties_, made when it is first searched
+    PropertyText propertyText_; // of properties_
     QString name_;
     QString location_;
     PlaneTable<CompactString> namesInPlanes_;

@@ -108,13 +108,6 @@ RegistryValue TavRegistryEntry::valueForSpecialProperty(const QString &word) con
     return {};
 }
 
-const PropertyText &TavRegistryEntry::propertyText() const
-{
-    if (properties_ && !propertyText_.isMade())
-        propertyText_ = PropertyText(*properties_);
-    return propertyText_;
-}
-
 bool TavRegistryEntry::containsPropertyName(const QString &name, bool substring) const
 {
     return properties_ && PropertyText::anyKey(*properties_, containing(name, substring));

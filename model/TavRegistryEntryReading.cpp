@@ -85,18 +85,26 @@ bool TavRegistryEntry::readAttributesAndProperties()
     if (conformsToDxService() && !readServiceState(service))
         return false;
     kernelRetainCount_ = service.retainCount(handle_.get());
-    properties_.reset();
-    propertyText_ = {};
+    setProperties(nullptr);
     if (!readDxRegistryNameAndLocationInPlane({}))
         return false;
     RegistryValue table;
     if (service.copyProperties(handle_.get(), table) != RegistryStatus::Success)
         return false;
-    properties_ = TavRegistryProperty::create(currentPropertyClass(), shared_from_this(), {},
-                                              nullptr, {}, 0, table);
-    if (properties_)
-        properties_->clearIsNew();
+    PropertyRef properties = TavRegistryProperty::create(currentPropertyClass(), shared_from_this(),
+                                                         {}, nullptr, {}, 0, table);
+    if (properties)
+        properties->clearIsNew();
+    setProperties(std::move(properties));
     return true;
+}
+
+// The text is made while the tree has just been and is at hand: a search that had to make it would
+// wait for the memory of every tree.
+void TavRegistryEntry::setProperties(PropertyRef table)
+{
+    properties_ = std::move(table);
+    propertyText_ = properties_ ? PropertyText(*properties_) : PropertyText();
 }
 
 bool TavRegistryEntry::readServiceState(RegistryService &service)

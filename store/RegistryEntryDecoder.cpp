@@ -140,7 +140,7 @@ bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object
     entry.registryState_ = static_cast<RegistryState>(state);
     const auto root = object.decodeReference(Key::properties, ArchiveClassName::property);
     if (root)
-        entry.properties_ = properties_.decode(*root, object.reference(), entry);
+        entry.setProperties(properties_.decode(*root, object.reference(), entry));
     return entry.properties_ || fail("properties", nullptr);
 }
 
@@ -154,9 +154,9 @@ bool RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &obj
         entry.registryState_ = RegistryStateTerminated;
     if (object.containsData(Key::properties)) {
         const RegistryValue table = PropertyListReader::read(object.decodeData(Key::properties));
-        entry.properties_ =
-            TavRegistryProperty::create(TavRegistryEntry::currentPropertyClass(),
-                                        entry.shared_from_this(), {}, nullptr, {}, 0, table);
+        entry.setProperties(TavRegistryProperty::create(TavRegistryEntry::currentPropertyClass(),
+                                                        entry.shared_from_this(), {}, nullptr, {},
+                                                        0, table));
     }
     if (entry.properties_)
         entry.properties_->clearIsNew();
