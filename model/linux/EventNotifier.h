@@ -18,6 +18,7 @@ public:
     void sweepBegins();
     // After a sweep: what was held and is not in its graph, and the host's busy count before it.
     void graphChanged(const std::vector<RegistryObject> &vanished, quint32 busyCountBefore);
+    void graphKept();                      // the sweep has brought none
     void busyCountChanged(quint32 before); // the host's
     void tellOfChange();                   // of something or other on the host
 

@@ -86,6 +86,7 @@ private:
     void cancelPreparation();
     void preparationFinished(quint64 number);
     std::vector<std::function<void()>> installPreparation();
+    void installGraph(Preparation::Result result);
 
     bool openEvents();
     void receiveEvents();
@@ -101,6 +102,7 @@ private:
     std::vector<Iterator> iterators_; // by iterator, less one
     std::vector<RegistryIterator> freeIterators_;
     quint64 sweepCount_ = 0;
+    bool isWhole_ = false; // what the last sweep found
     std::vector<QByteArray> filesRead_;
 
     EventSourceFactory openEvents_;

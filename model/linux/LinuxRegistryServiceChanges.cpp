@@ -68,6 +68,21 @@ std::vector<std::function<void()>> LinuxRegistryService::installPreparation()
     Preparation::Result result = preparation_->take();
     preparation_.reset();
     sweeper_.learnFrom(result.sweeper);
+    // Of what a sweep in part has not reached, nobody knows that it is gone.
+    if (result.isWhole || !isWhole_)
+        installGraph(std::move(result));
+    else
+        notifier_.graphKept();
+    auto ready = std::exchange(ready_, std::exchange(readyLater_, {}));
+    if (!ready_.empty())
+        beginPreparation();
+    ports().deliver();
+    return ready;
+}
+
+void LinuxRegistryService::installGraph(Preparation::Result result)
+{
+    isWhole_ = result.isWhole;
     classNames_ = std::move(result.classNames);
     filesRead_ = std::move(result.filesRead);
     const quint32 busyCountBefore = graph() ? graph()->at(HostObjects::host).busyCount()
@@ -76,11 +91,6 @@ std::vector<std::function<void()>> LinuxRegistryService::installPreparation()
     ++sweepCount_;
     requested_.keepOnly([this](quint64 id) { return graph()->withID(id) != HostObject::none; });
     notifier_.graphChanged(vanished, busyCountBefore);
-    auto ready = std::exchange(ready_, std::exchange(readyLater_, {}));
-    if (!ready_.empty())
-        beginPreparation();
-    ports().deliver();
-    return ready;
 }
 
 bool LinuxRegistryService::openEvents()

@@ -226,6 +226,7 @@ void SweepRun::endWithoutReaders()
     if (readers_ > 0)
         return;
     isOver_ = true;
+    sweep_.isWhole = false;
     qCWarning(modelLog, "The registry is read in part only: too much of it does not answer");
 }
 

@@ -195,6 +195,32 @@ TEST(Sweep, EndsWhenTooMuchDoesNotAnswer)
     }
 }
 
+TEST(Sweep, KeepsWhatIsKnownWhenTooMuchDoesNotAnswer)
+{
+    constexpr int pipes = 40;
+    MadeTree made;
+    made.file("devices/one/uevent", "");
+    made.file("devices/one/child/uevent", "");
+    Sweeper::Options options;
+    options.patience = std::chrono::milliseconds(30);
+    const CapturedTree tree = CapturedTree::capture(made.sys(), options);
+    const std::size_t before = threadCount();
+    const auto pipe = [&](int i) { return made.path("devices/one/") + QByteArray::number(i); };
+    for (int i = 0; i < pipes; ++i)
+        ASSERT_EQ(mkfifo(pipe(i).constData(), 0600), 0);
+    tree.store->update();
+    for (const EntryRef &entry : tree.store->registryEntries())
+        EXPECT_EQ(entry->registryState(), RegistryStateUnchanged);
+    for (int i = 0; i < pipes; ++i)
+        close(open(pipe(i).constData(), O_RDWR | O_CLOEXEC));
+    EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
+    // Whole again, for what did not answer is known now.
+    made.file("devices/two/uevent", "");
+    tree.store->update();
+    EXPECT_TRUE(tree.at("DxService:/two"));
+    EXPECT_EQ(tree.at("DxService:/one/child")->registryState(), RegistryStateUnchanged);
+}
+
 TEST(Sweep, LearnsFromOneThatIsCancelled)
 {
     constexpr int pipes = 5;
