@@ -124,8 +124,16 @@ void KeyedArchiver::_step(QLatin1String key, bool isInteger)
 
 void KeyedArchiver::_addString(const QString &text)
 {
+    constexpr qsizetype longSize = 1024;
+    const bool isLong = text.size() >= longSize;
+    if (isLong && longStrings_.contains(text.constData())) {
+        record_.add(Kind::String, longStrings_.value(text.constData()));
+        return;
+    }
     const auto [index, isNew] = findOrInsert(sharedStrings_, text, sharedCount_);
     if (isNew) {
+        if (isLong)
+            longStrings_.insert(text.constData(), index);
         ++sharedCount_;
         record_.addText(text);
     } else {

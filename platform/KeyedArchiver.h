@@ -107,6 +107,9 @@ private:
     std::vector<Object> objects_; // in the order they are written
     QHash<const void *, quint32> objectIndexes_;
     QHash<QString, quint64> sharedStrings_;
+    // Those of the strings that are long, which many values may share: by where they lie, for
+    // hashing one takes time with its length.
+    QHash<const QChar *, quint64> longStrings_;
     QHash<qint64, quint64> sharedDates_;
     quint64 sharedCount_ = 0;
     QString errorString_;
