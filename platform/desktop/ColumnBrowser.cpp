@@ -88,7 +88,12 @@ void ColumnBrowser::addColumn()
     auto *const resizer = new ColumnResizer(widget());
     connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this, number](const QItemSelection &selected) {
-                if (!isChanging_ && !selected.isEmpty())
+                if (isChanging_)
+                    return;
+                // A click beside the rows, or on the selected one with the control key.
+                if (selected.isEmpty())
+                    leaveColumn(number);
+                else
                     chooseRow(selected.first().top(), number);
             });
     // A row that is current already may be chosen in order to leave the columns after it.
@@ -181,15 +186,20 @@ void ColumnBrowser::chooseRow(int row, int number)
 
 void ColumnBrowser::goBackFrom(int number)
 {
-    if (number == 0)
-        return;
+    if (number > 0)
+        leaveColumn(number);
+}
+
+void ColumnBrowser::leaveColumn(int number)
+{
     {
         const QScopedValueRollback changing(isChanging_, true);
+        column(number)->model->switchCellsOff();
         clearSelection(number);
         setColumnCount(number + 1);
     }
     updateFocusPolicies();
-    list(number - 1)->setFocus(Qt::OtherFocusReason);
+    list(std::max(0, number - 1))->setFocus(Qt::OtherFocusReason);
     showColumns();
     Q_EMIT selectionChosen();
 }

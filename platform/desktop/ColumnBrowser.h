@@ -81,6 +81,7 @@ private:
     void clearSelection(int column);
     void setCurrentRow(int row, int column);
     void goBackFrom(int column);
+    void leaveColumn(int column); // for the one before, whose selection counts from then on
     void goForwardFrom(int column);
     void requestContextMenu(const QContextMenuEvent &event, int column);
     void resizeColumn(int column, int width);

@@ -173,6 +173,24 @@ TEST_F(BrowserTest, ClicksSelectInAnyColumn)
     EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0, disk@1>\n");
 }
 
+TEST_F(BrowserTest, ClickBesideTheRowsLeavesTheColumn)
+{
+    openColumns();
+    go({"Root", "Host", "bus", "disk@1", "part"});
+    const auto clickBeside = [&](int column) {
+        QWidget &rows = *browser_->list(column)->viewport();
+        QTest::mouseClick(&rows, Qt::LeftButton, {}, {5, rows.height() - 5});
+    };
+    clickBeside(3);
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0, disk@1>\n");
+    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus"));
+    clickBeside(3); // nothing is selected in it any more
+    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus"));
+    clickBeside(0);
+    EXPECT_EQ(columns(), "Root>\n");
+    EXPECT_FALSE(controller_->selectedEntry());
+}
+
 TEST_F(BrowserTest, CellThatIsOffEndsThePath)
 {
     openColumns();
