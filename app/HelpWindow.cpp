@@ -1,8 +1,9 @@
 #include "app/HelpWindow.h"
 
+#include "platform/desktop/CloseKeys.h"
+
 #include <QFile>
 #include <QImage>
-#include <QShortcut>
 #include <QTextTable>
 
 namespace {
@@ -29,9 +30,7 @@ HelpWindow::HelpWindow()
             table->setFormat(format);
         }
     }
-    for (const QKeySequence &key :
-         {QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)})
-        connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
+    CloseKeys::addTo(*this, {Qt::Key_Escape});
 }
 
 void HelpWindow::showHelp()

@@ -4,6 +4,7 @@
 #include "explorer/TavWindowController.h"
 #include "model/TavRegistryEntry.h"
 #include "platform/PreferencesStore.h"
+#include "platform/desktop/CloseKeys.h"
 #include "platform/desktop/InterfaceLoader.h"
 
 #include <QDialog>
@@ -29,6 +30,7 @@ void TavBookmarksController::loadPanel()
 {
     bookmarksPanel_.reset(qobject_cast<QDialog *>(
         InterfaceLoader().load(QStringLiteral("BookmarksPanel")).release()));
+    CloseKeys::addTo(*bookmarksPanel_, {Qt::CTRL | Qt::SHIFT | Qt::Key_B});
     const auto button = [this](const char *name, auto action) {
         auto *const control = InterfaceLoader::outlet<QPushButton>(*bookmarksPanel_, name);
         connect(control, &QPushButton::clicked, this, action);

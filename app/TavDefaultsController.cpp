@@ -7,6 +7,7 @@
 #include "model/RegistryHandle.h"
 #include "model/RegistryOrder.h"
 #include "platform/PreferencesStore.h"
+#include "platform/desktop/CloseKeys.h"
 #include "platform/desktop/InterfaceLoader.h"
 
 #include <QButtonGroup>
@@ -81,6 +82,7 @@ void TavDefaultsController::loadPanel()
         InterfaceLoader().load(QStringLiteral("PreferencesPanel")).release()));
     connectOutlets();
     connectControls();
+    CloseKeys::addTo(*preferencesWindow_);
     preferencesWindow_->setFixedSize(preferencesWindow_->sizeHint());
     Q_EMIT panelLoaded();
 }

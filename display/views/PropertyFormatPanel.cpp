@@ -2,6 +2,7 @@
 
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/EncodingPopUpButton.h"
+#include "platform/desktop/CloseKeys.h"
 #include "platform/desktop/FloatingPanel.h"
 #include "platform/desktop/InterfaceLoader.h"
 
@@ -30,6 +31,7 @@ PropertyFormatPanel::PropertyFormatPanel()
     window_.reset(
         qobject_cast<QDialog *>(loader.load(QStringLiteral("PropertyFormatPanel")).release()));
     FloatingPanel::prepare(*window_);
+    CloseKeys::addTo(*window_, {Qt::CTRL | Qt::Key_T});
     connectOutlets();
     connectActions();
     window_->installEventFilter(this);

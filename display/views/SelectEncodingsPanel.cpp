@@ -1,6 +1,7 @@
 #include "display/views/SelectEncodingsPanel.h"
 
 #include "display/EncodingManager.h"
+#include "platform/desktop/CloseKeys.h"
 #include "platform/desktop/FloatingPanel.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/OutlineRowDelegate.h"
@@ -38,6 +39,7 @@ void SelectEncodingsPanel::load()
 {
     window_ = InterfaceLoader().load(QStringLiteral("SelectEncodingsPanel"));
     FloatingPanel::prepare(*window_);
+    CloseKeys::addTo(*window_);
     encodingsList_ = InterfaceLoader::outlet<QListWidget>(*window_, "encodingsList");
     encodingsList_->setItemDelegate(new OutlineRowDelegate(encodingsList_));
     connect(encodingsList_, &QListWidget::itemChanged, this,

@@ -202,6 +202,11 @@ TEST_F(BookmarksTest, AreEditedInTheTable)
               QStringLiteral("Hide All &Bookmarks"));
     trigger("toggleBookmarksPanelAction");
     EXPECT_FALSE(panel_->isVisible());
+    for (const char *key : {"Ctrl+Shift+B", "Ctrl+W"}) {
+        trigger("toggleBookmarksPanelAction");
+        QTest::keySequence(panel_, QKeySequence(QLatin1String(key)));
+        EXPECT_FALSE(panel_->isVisible()) << key;
+    }
 }
 
 TEST_F(BookmarksTest, AreAddedFromThePanel)
