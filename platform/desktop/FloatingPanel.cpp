@@ -6,8 +6,6 @@
 #include <QWindow>
 
 namespace {
-constexpr int margin = 40;
-
 bool isOrHasAncestor(const QWindow *window, const QWindow &ancestor)
 {
     return window == &ancestor || ancestor.isAncestorOf(window, QWindow::IncludeTransients);
@@ -21,7 +19,7 @@ void floatAbove(QWidget &panel, QWindow *window)
         window->type() != Qt::Popup && window->type() != Qt::ToolTip)
         own->setTransientParent(window);
 }
-// Beside the window where the screen has room, else over its lower left.
+// Beside the window where the screen has room, else over as little of its lower left as can be.
 void placeBeside(QWidget &panel, const QWindow &window)
 {
     const QRect screen = window.screen()->availableGeometry();
@@ -31,7 +29,7 @@ void placeBeside(QWidget &panel, const QWindow &window)
     if (place.x() + size.width() > screen.right())
         place.setX(beside.left() - size.width());
     if (place.x() < screen.left())
-        place = beside.bottomLeft() + QPoint(margin, -size.height() - margin);
+        place = {screen.left(), beside.bottom() - size.height()};
     panel.move(place);
 }
 } // namespace
