@@ -141,7 +141,9 @@ void PropertyValueDelegate::paintValue(QPainter &painter, const QStyleOptionView
     const qreal shift = std::max(0.0, option.fontMetrics.ascent() - text.firstAscent());
     const bool isSelected = option.state & QStyle::State_Selected;
     painter.setPen(color);
-    text.draw(painter, QPointF(rect.left(), rect.top() + shift), option.rect,
+    // A value may be many times as high as the view.
+    const QRect seen = option.rect & view_.viewport()->rect();
+    text.draw(painter, QPointF(rect.left(), rect.top() + shift), seen,
               isSelected ? &color : nullptr);
 }
 
