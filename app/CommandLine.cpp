@@ -36,75 +36,98 @@ QString helpText(const QCommandLineParser &parser, const QString &program)
         application.emplace(count, arguments);
     return parser.helpText().trimmed();
 }
-} // namespace
-
-CommandLine CommandLine::parse(const QStringList &arguments)
+class Parser
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        tr("Shows the devices and drivers that the Linux kernel knows of."));
-    const QCommandLineOption sysfs(QStringLiteral("sysfs"),
-                                   tr("Read the registry from this sysfs tree."), tr("DIR"),
-                                   QStringLiteral("/sys"));
-    const QCommandLineOption theme(QStringLiteral("theme"),
-                                   tr("Look: light, dark or system, which is the default."),
-                                   tr("NAME"), QStringLiteral("system"));
-    const QCommandLineOption plane(QStringLiteral("plane"), tr("Show this plane first."),
-                                   tr("NAME"));
-    const QCommandLineOption select(
+public:
+    Parser()
+    {
+        parser_.setApplicationDescription(
+            tr("Shows the devices and drivers that the Linux kernel knows of."));
+        parser_.addOptions(
+            {sysfs_, theme_, plane_, select_, screenshot_, capture_, help_, version_});
+        parser_.addPositionalArgument(QStringLiteral("file"),
+                                      tr("Documents to open instead of this machine's registry."),
+                                      tr("[FILE…]"));
+    }
+
+    CommandLine parse(const QStringList &arguments);
+
+private:
+    QString valueOrNull(const QCommandLineOption &option) const
+    {
+        return parser_.isSet(option) ? parser_.value(option) : QString();
+    }
+    QString objectionToCapture() const;
+
+    const QCommandLineOption sysfs_{QStringLiteral("sysfs"),
+                                    tr("Read the registry from this sysfs tree."), tr("DIR"),
+                                    QStringLiteral("/sys")};
+    const QCommandLineOption theme_{QStringLiteral("theme"),
+                                    tr("Look: light, dark or system, which is the default."),
+                                    tr("NAME"), QStringLiteral("system")};
+    const QCommandLineOption plane_{QStringLiteral("plane"), tr("Show this plane first."),
+                                    tr("NAME")};
+    const QCommandLineOption select_{
         QStringLiteral("select"),
-        tr("Select the entry at this path, such as \"DxService:/virtual/net/lo\"."), tr("PATH"));
-    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
-                                        tr("Save a picture of the window and exit."), tr("FILE"));
-    const QCommandLineOption capture(
+        tr("Select the entry at this path, such as \"DxService:/virtual/net/lo\"."), tr("PATH")};
+    const QCommandLineOption screenshot_{QStringLiteral("screenshot"),
+                                         tr("Save a picture of the window and exit."), tr("FILE")};
+    const QCommandLineOption capture_{
         QStringLiteral("capture"),
         tr("Write a snapshot to this file, or to standard output for \"-\", without opening a "
            "window, and exit: with 0 when it is written, 1 when there is no registry to read, 2 "
            "when it cannot be written, 64 when the command line is wrong."),
-        tr("FILE"));
-    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
-                                  tr("Show this help."));
-    const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
-                                     tr("Show the version."));
-    parser.addOptions({sysfs, theme, plane, select, screenshot, capture, help, version});
+        tr("FILE")};
+    const QCommandLineOption help_{{QStringLiteral("h"), QStringLiteral("help")},
+                                   tr("Show this help.")};
+    const QCommandLineOption version_{{QStringLiteral("v"), QStringLiteral("version")},
+                                      tr("Show the version.")};
+    QCommandLineParser parser_;
+};
 
-    parser.addPositionalArgument(QStringLiteral("file"),
-                                 tr("Documents to open instead of this machine's registry."),
-                                 tr("[FILE…]"));
-
-    if (!parser.parse(arguments))
-        return failure(parser.errorText());
-    if (parser.isSet(help))
-        return message(helpText(parser, arguments.value(0)));
-    if (parser.isSet(version))
+CommandLine Parser::parse(const QStringList &arguments)
+{
+    if (!parser_.parse(arguments))
+        return failure(parser_.errorText());
+    if (parser_.isSet(help_))
+        return message(helpText(parser_, arguments.value(0)));
+    if (parser_.isSet(version_))
         return message(QStringLiteral("Vandrel %1").arg(QLatin1String(VANDREL_VERSION)));
-    const std::optional<Theme> chosen = themeNamed(parser.value(theme));
+    const std::optional<Theme> chosen = themeNamed(parser_.value(theme_));
     if (!chosen)
-        return failure(tr("Unknown theme: %1").arg(parser.value(theme)));
+        return failure(tr("Unknown theme: %1").arg(parser_.value(theme_)));
 
-    const auto valueOrNull = [&](const QCommandLineOption &option) {
-        return parser.isSet(option) ? parser.value(option) : QString();
-    };
     CommandLine line;
-    if (parser.isSet(capture)) {
-        for (const auto &option : {theme, plane, select, screenshot}) {
-            if (parser.isSet(option))
-                return failure(tr("--%1 needs a window, and --capture opens none.")
-                                   .arg(option.names().constFirst()));
-        }
-        if (!parser.positionalArguments().isEmpty())
-            return failure(
-                tr("Unexpected argument: %1").arg(parser.positionalArguments().constFirst()));
-        if (parser.value(capture).isEmpty())
-            return failure(tr("--capture needs a file."));
-        line.action = Action::Capture;
-        line.captureFile = parser.value(capture);
+    if (parser_.isSet(capture_)) {
+        if (const QString objection = objectionToCapture(); !objection.isNull())
+            return failure(objection);
+        line.action = CommandLine::Action::Capture;
+        line.captureFile = parser_.value(capture_);
     }
-    line.sysfsRoot = parser.value(sysfs);
-    line.files = parser.positionalArguments();
+    line.sysfsRoot = parser_.value(sysfs_);
+    line.files = parser_.positionalArguments();
     line.theme = *chosen;
-    line.plane = valueOrNull(plane);
-    line.selectedPath = valueOrNull(select);
-    line.screenshotFile = valueOrNull(screenshot);
+    line.plane = valueOrNull(plane_);
+    line.selectedPath = valueOrNull(select_);
+    line.screenshotFile = valueOrNull(screenshot_);
     return line;
+}
+
+// Null when there is none.
+QString Parser::objectionToCapture() const
+{
+    for (const QCommandLineOption *option : {&theme_, &plane_, &select_, &screenshot_}) {
+        if (parser_.isSet(*option))
+            return tr("--%1 needs a window, and --capture opens none.")
+                .arg(option->names().constFirst());
+    }
+    if (!parser_.positionalArguments().isEmpty())
+        return tr("Unexpected argument: %1").arg(parser_.positionalArguments().constFirst());
+    return parser_.value(capture_).isEmpty() ? tr("--capture needs a file.") : QString();
+}
+} // namespace
+
+CommandLine CommandLine::parse(const QStringList &arguments)
+{
+    return Parser().parse(arguments);
 }
