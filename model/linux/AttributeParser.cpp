@@ -1,208 +1,16 @@
 #include "model/linux/AttributeParser.h"
 
-#include <QList>
+#include "model/linux/AttributeNumbers.h"
+#include "model/linux/AttributeText.h"
+
+#include <QSet>
 #include <QUtf8StringView>
-#include <charconv>
-#include <optional>
 
 namespace {
-using View = QByteArrayView;
-using Views = QVarLengthArray<View, 32>;
+using namespace AttributeText;
+using AttributeNumbers::number;
+using AttributeNumbers::numbers;
 using Value = RegistryValue;
-
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-bool isHexDigit(char c)
-{
-    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t';
-}
-
-View trimmed(View text)
-{
-    while (!text.isEmpty() && isBlank(text.front()))
-        text = text.sliced(1);
-    while (!text.isEmpty() && isBlank(text.back()))
-        text.chop(1);
-    return text;
-}
-
-Views split(View text, char separator)
-{
-    Views parts;
-    qsizetype start = 0;
-    for (qsizetype i = 0; i <= text.size(); ++i) {
-        if (i == text.size() || text[i] == separator) {
-            parts.append(text.sliced(start, i - start));
-            start = i + 1;
-        }
-    }
-    return parts;
-}
-
-Views words(View text)
-{
-    Views parts;
-    qsizetype start = -1;
-    for (qsizetype i = 0; i <= text.size(); ++i) {
-        const bool blank = i == text.size() || isBlank(text[i]);
-        if (!blank && start < 0) {
-            start = i;
-        } else if (blank && start >= 0) {
-            parts.append(text.sliced(start, i - start));
-            start = -1;
-        }
-    }
-    return parts;
-}
-
-int widthOfHexDigits(qsizetype digits)
-{
-    return digits <= 2 ? 1 : digits <= 4 ? 2 : digits <= 8 ? 4 : 8;
-}
-
-std::optional<quint64> parseUnsigned(View digits, int base)
-{
-    quint64 number = 0;
-    const auto result = std::from_chars(digits.begin(), digits.end(), number, base);
-    if (result.ec != std::errc() || result.ptr != digits.end())
-        return std::nullopt;
-    return number;
-}
-
-Value hexNumber(View text)
-{
-    constexpr qsizetype mostDigits = 16;
-    const View digits = text.sliced(2);
-    if (digits.isEmpty() || digits.size() > mostDigits ||
-        !std::all_of(digits.begin(), digits.end(), isHexDigit))
-        return {};
-    return Value::number(parseUnsigned(digits, 16).value_or(0), widthOfHexDigits(digits.size()));
-}
-
-// A number as a program would print it: no leading zeros, no plus sign.
-Value decimalNumber(View text)
-{
-    const bool negative = text.startsWith('-');
-    const View digits = negative ? text.sliced(1) : text;
-    if (digits.isEmpty() || !isDigit(digits.front()) ||
-        (digits.front() == '0' && (digits.size() > 1 || negative)))
-        return {};
-    const auto number = parseUnsigned(digits, 10);
-    if (!number)
-        return {};
-    if (!negative)
-        return Value::number(*number, *number <= 0xffffffff ? 4 : 8);
-    constexpr quint64 smallest = quint64(1) << 63;
-    if (*number > smallest)
-        return {};
-    return Value::number(0 - *number, *number <= quint64(1) << 31 ? 4 : 8, true);
-}
-
-Value number(View text)
-{
-    if (text.isEmpty())
-        return {};
-    return text.startsWith("0x") ? hexNumber(text) : decimalNumber(text);
-}
-
-Value string(View text, TextPool &pool)
-{
-    constexpr qsizetype shortText = 24;
-    return Value::string(text.size() <= shortText ? pool.text(text).toOwner()
-                                                  : QString::fromUtf8(text));
-}
-
-// The numbers of a line of several; empty when any word is none.
-Value::Elements numbers(View line)
-{
-    Value::Elements values;
-    for (const View word : words(line)) {
-        Value value = number(word);
-        if (value.isNone())
-            return {};
-        values.push_back(std::move(value));
-    }
-    return values;
-}
-
-bool isUsbIdentifier(View name)
-{
-    return name == "idVendor" || name == "idProduct" || name == "bcdDevice";
-}
-
-// Printed in hexadecimal without a prefix, so that their digits may look like a decimal number.
-bool isBareHexadecimal(View name, View text)
-{
-    static const QSet<QByteArray> names{"PCI_CLASS",
-                                        "bDeviceClass",
-                                        "bDeviceProtocol",
-                                        "bDeviceSubClass",
-                                        "bEndpointAddress",
-                                        "bInterfaceClass",
-                                        "bInterfaceNumber",
-                                        "bInterfaceProtocol",
-                                        "bInterfaceSubClass",
-                                        "bLength",
-                                        "bNumEndpoints",
-                                        "bmAttributes",
-                                        "bustype",
-                                        "core_cpus",
-                                        "core_siblings",
-                                        "cpumap",
-                                        "die_cpus",
-                                        "local_cpus",
-                                        "package_cpus",
-                                        "product",
-                                        "shared_cpu_map",
-                                        "thread_siblings",
-                                        "vendor",
-                                        "wMaxPacketSize"};
-    return names.contains(QByteArray::fromRawData(name.data(), name.size())) &&
-           std::all_of(text.begin(), text.end(), [](char c) { return isHexDigit(c) || c == ','; });
-}
-
-// "0-3,8": numbers and ranges.
-Value rangeList(View text, TextPool &pool)
-{
-    const bool isList = std::all_of(text.begin(), text.end(),
-                                    [](char c) { return isDigit(c) || c == '-' || c == ','; });
-    if (!isList || !isDigit(text.front()))
-        return {};
-    Value::Elements ranges;
-    for (const View range : split(text, ',')) {
-        Value value = decimalNumber(range);
-        ranges.push_back(value.isNone() ? string(range, pool) : std::move(value));
-    }
-    return Value::array(std::move(ranges));
-}
-
-// "a [b] c": one of several choices is selected.
-Value selection(View text, TextPool &pool)
-{
-    Value selected;
-    Value::Elements choices;
-    for (View word : words(text)) {
-        if (word.size() > 2 && word.startsWith('[') && word.endsWith(']')) {
-            if (!selected.isNone())
-                return {};
-            word = word.sliced(1, word.size() - 2);
-            selected = string(word, pool);
-        }
-        choices.push_back(string(word, pool));
-    }
-    if (selected.isNone())
-        return {};
-    return Value::dictionary({{pool.text("choices"), Value::array(std::move(choices))},
-                              {pool.text("selected"), std::move(selected)}});
-}
 
 struct Pair
 {
@@ -315,18 +123,6 @@ Value parseLines(View name, const Views &lines, TextPool &pool)
 }
 } // namespace
 
-CompactString TextPool::text(QByteArrayView utf8)
-{
-    const QByteArray key = QByteArray::fromRawData(utf8.data(), utf8.size());
-    const auto known = texts_.constFind(key);
-    if (known != texts_.constEnd())
-        return *known;
-    constexpr qsizetype mostTexts = 100000;
-    if (texts_.size() >= mostTexts)
-        texts_.clear();
-    return *texts_.insert(utf8.toByteArray(), CompactString(QString::fromUtf8(utf8)));
-}
-
 RegistryValue parseAttribute(QByteArrayView name, QByteArrayView bytes, TextPool &pool)
 {
     if (!isText(bytes))
@@ -337,7 +133,7 @@ RegistryValue parseAttribute(QByteArrayView name, QByteArrayView bytes, TextPool
     if (text.isEmpty() && name == "uevent")
         return Value::dictionary({});
     if (text.isEmpty() || text == "(null)")
-        return string({}, pool);
+        return parseScalar(name, {}, pool);
     if (!text.contains('\n') && !text.contains('='))
         return parseScalar(name, text, pool);
     const Views lines = split(text, '\n');
@@ -345,31 +141,4 @@ RegistryValue parseAttribute(QByteArrayView name, QByteArrayView bytes, TextPool
     if (!value.isNone())
         return value;
     return lines.size() > 1 ? parseLines(name, lines, pool) : parseScalar(name, text, pool);
-}
-
-RegistryValue parseScalar(QByteArrayView name, QByteArrayView text, TextPool &pool)
-{
-    if (text.isEmpty())
-        return string(text, pool);
-    Value value;
-    if (isUsbIdentifier(name)) {
-        if (text.size() == 4 && std::all_of(text.begin(), text.end(), isHexDigit))
-            return Value::number(parseUnsigned(text, 16).value_or(0), 2);
-    } else if (isDigit(text.front()) && isBareHexadecimal(name, text)) {
-        return string(text, pool);
-    } else if (name.endsWith("_list")) {
-        value = rangeList(text, pool);
-    }
-    if (value.isNone() && text.contains('['))
-        value = selection(text, pool);
-    if (value.isNone())
-        value = number(text);
-    if (value.isNone() && (text == "Y" || text == "N"))
-        value = Value::boolean(text == "Y");
-    if (value.isNone() && text.contains(' ')) {
-        Value::Elements list = numbers(text);
-        if (list.size() > 1)
-            value = Value::array(std::move(list));
-    }
-    return value.isNone() ? string(text, pool) : value;
 }

@@ -1,19 +1,7 @@
 #pragma once
 
 #include "model/RegistryValue.h"
-
-#include <QByteArray>
-#include <QHash>
-
-// Makes the keys and short texts of one reader thread share their storage.
-class TextPool
-{
-public:
-    CompactString text(QByteArrayView utf8);
-
-private:
-    QHash<QByteArray, CompactString> texts_;
-};
+#include "model/linux/TextPool.h"
 
 // The typed value of an attribute's bytes. The name matters to a few whose text alone is ambiguous.
 RegistryValue parseAttribute(QByteArrayView name, QByteArrayView bytes, TextPool &pool);

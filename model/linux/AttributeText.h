@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QVarLengthArray>
+
+// Cuts the texts of attributes into pieces, which are views of them.
+namespace AttributeText {
+using View = QByteArrayView;
+using Views = QVarLengthArray<View, 32>;
+
+inline bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+inline bool isHexDigit(char c)
+{
+    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+View trimmed(View text); // without blanks at its ends
+Views split(View text, char separator);
+Views words(View text);
+} // namespace AttributeText

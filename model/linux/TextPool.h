@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/CompactArray.h"
+
+#include <QHash>
+
+// Makes the keys and short texts of one reader thread share their storage.
+class TextPool
+{
+public:
+    CompactString text(QByteArrayView utf8);
+
+private:
+    QHash<QByteArray, CompactString> texts_;
+};
