@@ -45,7 +45,7 @@ public:
             tr("Shows the devices and drivers that the Linux kernel knows of."));
         parser_.addOptions(
             {sysfs_, theme_, plane_, select_, screenshot_, capture_, help_, version_});
-        parser_.addPositionalArgument(QStringLiteral("file"),
+        parser_.addPositionalArgument(QStringLiteral("FILE"),
                                       tr("Documents to open instead of this machine's registry."),
                                       tr("[FILE…]"));
     }

@@ -6,6 +6,7 @@
 #include "platform/desktop/DesktopRunLoop.h"
 
 #include <QApplication>
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -24,6 +25,14 @@ QStringList argumentsOf(int argc, char **argv)
     for (int i = 0; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     return arguments;
+}
+
+// The toolkit would abort without one.
+bool hasDisplay()
+{
+    const auto names = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    return std::any_of(names.begin(), names.end(),
+                       [](const char *name) { return !qEnvironmentVariableIsEmpty(name); });
 }
 
 int run(QApplication &application, const CommandLine &line,
@@ -64,6 +73,9 @@ int main(int argc, char **argv)
     auto service = TavApplicationDelegate::openRegistry(line, &error);
     if (!service)
         return fail(error);
+    if (!hasDisplay())
+        return fail(QStringLiteral("There is no display to open a window on. "
+                                   "vandrel --capture writes a snapshot without one."));
     QApplication application(count, argv);
     return run(application, line, std::move(service));
 }

@@ -83,6 +83,7 @@ TEST_F(CaptureCommand, TellsWhatWentWrongByExitCodeAndMessage)
     expectFailure(capture(path("out"), path("nowhere")), 1, "nowhere");
     expectFailure(capture(QString()), 64, "--capture needs a file");
     expectFailure(run({program, QStringLiteral("--capture")}), 64, "--help");
+    expectFailure(run({program, QStringLiteral("--sysfs"), fixture}), 1, "no display");
     expectFailure(capture(path("no/folder")), 2, "No such file or directory");
     expectFailure(capture(path("")), 2, "directory");
     ASSERT_EQ(shell(QStringLiteral("mkfifo \"$3\"")).code, 0);
