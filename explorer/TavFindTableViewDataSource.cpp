@@ -66,10 +66,10 @@ void TavFindTableViewDataSource::setUpTable()
     findTableView_.verticalHeader()->setDefaultSectionSize(findTableView_.fontMetrics().height() +
                                                            2 * OutlineRowDelegate::verticalMargin);
     QHeaderView &header = *findTableView_.horizontalHeader();
-    header.setStretchLastSection(true);
+    header.setSectionResizeMode(PropertyColumn, QHeaderView::Stretch);
     header.setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     header.setHighlightSections(false);
-    header.resizeSection(NameColumn, findTableView_.fontMetrics().averageCharWidth() * 20);
+    header.resizeSection(NameColumn, findTableView_.fontMetrics().averageCharWidth() * 27);
 }
 
 int TavFindTableViewDataSource::numberOfRowsInTableView()
