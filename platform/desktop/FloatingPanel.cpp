@@ -6,6 +6,8 @@
 #include <QWindow>
 
 namespace {
+constexpr int heightOfBars = 80; // roughly, at the top of a window
+
 bool isOrHasAncestor(const QWindow *window, const QWindow &ancestor)
 {
     return window == &ancestor || ancestor.isAncestorOf(window, QWindow::IncludeTransients);
@@ -19,17 +21,20 @@ void floatAbove(QWidget &panel, QWindow *window)
         window->type() != Qt::Popup && window->type() != Qt::ToolTip)
         own->setTransientParent(window);
 }
-// Beside the window where the screen has room, else over as little of its lower left as can be.
+// Beside the window where the screen has room, else over as little of it as can be.
 void placeBeside(QWidget &panel, const QWindow &window)
 {
     const QRect screen = window.screen()->availableGeometry();
     const QRect beside = window.frameGeometry();
-    const QSize size = panel.sizeHint().expandedTo(panel.size());
+    const QSize size = panel.testAttribute(Qt::WA_Resized) ? panel.size() : panel.sizeHint();
+    const int before = beside.left() - screen.left();
+    const int after = screen.right() - beside.right();
     QPoint place(beside.right() + 1, beside.top());
-    if (place.x() + size.width() > screen.right())
+    if (size.width() > after)
         place.setX(beside.left() - size.width());
-    if (place.x() < screen.left())
-        place = {screen.left(), beside.bottom() - size.height()};
+    if (size.width() > std::max(before, after))
+        place = {after > before ? screen.right() + 1 - size.width() : screen.left(),
+                 beside.top() + heightOfBars};
     panel.move(place);
 }
 } // namespace
