@@ -11,6 +11,7 @@
 #include "platform/RunLoop.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/RecentDocumentsMenu.h"
+#include "platform/desktop/WindowSizeAutosave.h"
 #include "platform/desktop/WindowsMenu.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
@@ -146,6 +147,7 @@ void TavApplicationDelegate::takePicture(const QString &file)
 void TavApplicationDelegate::connectCommands(TavDocument &document, TavWindowController &controller)
 {
     QMainWindow &window = *controller.window();
+    new WindowSizeAutosave(window, QStringLiteral("TavExplorerWindowSize"));
     // Later: the window that the command comes from may go by it.
     const auto command = [&](const char *name, auto action) {
         connect(InterfaceLoader::outlet<QAction>(window, name), &QAction::triggered, this,

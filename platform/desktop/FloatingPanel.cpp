@@ -6,7 +6,7 @@
 #include <QWindow>
 
 namespace {
-constexpr int heightOfBars = 80; // roughly, at the top of a window
+constexpr int heightOfBars = 100; // roughly, at the top of a window
 
 bool isOrHasAncestor(const QWindow *window, const QWindow &ancestor)
 {

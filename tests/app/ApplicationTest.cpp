@@ -8,9 +8,13 @@
 #include "tests/support/QtPrinters.h"
 
 #include <QImage>
+#include <QJsonArray>
 #include <QMainWindow>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QWindow>
 #include <gmock/gmock.h>
 
 namespace {
@@ -50,6 +54,27 @@ TEST_F(ApplicationTest, OpensWhereItIsAskedTo)
     ASSERT_TRUE(start("--plane DxUsb --select DxBus:/usb")) << error_.toStdString();
     EXPECT_EQ(delegate_->mainWindowController()->registryPathForSelectedEntry(), path);
     EXPECT_TRUE(delegate_->mainWindowController()->window()->isVisible());
+}
+
+TEST_F(ApplicationTest, OpensInTheSizeThatWasGivenLast)
+{
+    PreferencesStore &preferences = PreferencesStore::standard();
+    const QString key = QStringLiteral("TavExplorerWindowSize");
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+    const auto sizeAtStart = [&] {
+        EXPECT_TRUE(start(""));
+        return delegate_->mainWindowController()->window()->size();
+    };
+    const QSize usual = sizeAtStart();
+    delegate_->mainWindowController()->window()->windowHandle()->resize(640, 480);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return preferences.list(key) == QJsonArray{640, 480}; }));
+    EXPECT_EQ(sizeAtStart(), QSize(640, 480));
+    preferences.setValue(key, QJsonArray{100'000, 600});
+    EXPECT_EQ(sizeAtStart(), QSize(screen.width(), 600));
+    for (const QJsonValue &damaged : {QJsonValue(QJsonArray{-5, 600}), QJsonValue(7)}) {
+        preferences.setValue(key, damaged);
+        EXPECT_EQ(sizeAtStart(), usual);
+    }
 }
 
 TEST_F(ApplicationTest, TellsWhatIsNotThere)

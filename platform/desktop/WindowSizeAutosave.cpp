@@ -1,0 +1,44 @@
+#include "platform/desktop/WindowSizeAutosave.h"
+
+#include "platform/PreferencesStore.h"
+
+#include <QEvent>
+#include <QJsonArray>
+#include <QScreen>
+#include <QWidget>
+
+WindowSizeAutosave::WindowSizeAutosave(QWidget &window, const QString &name)
+    : QObject(&window)
+    , window_(window)
+    , name_(name)
+{
+    saveTimer_.setSingleShot(true);
+    saveTimer_.setInterval(500);
+    connect(&saveTimer_, &QTimer::timeout, this, &WindowSizeAutosave::save);
+    restore();
+    window.installEventFilter(this);
+}
+
+// A spontaneous change is the user's.
+bool WindowSizeAutosave::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() == QEvent::Resize && event->spontaneous())
+        saveTimer_.start();
+    return false;
+}
+
+void WindowSizeAutosave::save() const
+{
+    if (window_.isMaximized() || window_.isFullScreen())
+        return;
+    PreferencesStore::standard().setValue(name_, QJsonArray{window_.width(), window_.height()});
+}
+
+// The window's least size and the screen bound what was saved.
+void WindowSizeAutosave::restore()
+{
+    const QJsonArray saved = PreferencesStore::standard().list(name_);
+    const QSize size(saved.at(0).toInt(), saved.at(1).toInt());
+    if (!size.isEmpty())
+        window_.resize(size.boundedTo(window_.screen()->availableSize()));
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+class QWidget;
+
+// Opens windows in the size that the user gave one last, as kept in the preferences.
+class WindowSizeAutosave : public QObject
+{
+    Q_OBJECT
+public:
+    // The window owns it.
+    WindowSizeAutosave(QWidget &window, const QString &name);
+
+    bool eventFilter(QObject *window, QEvent *event) override;
+
+private:
+    void save() const;
+    void restore();
+
+    QWidget &window_;
+    QString name_;
+    QTimer saveTimer_; // not for each step of a drag
+};
