@@ -10,104 +10,91 @@ constexpr qint32 littleEndian = EntryStore::LittleEndian;
 constexpr qint32 bigEndian = EntryStore::BigEndian;
 constexpr qint32 unknownOrder = EntryStore::ByteOrderUnknown;
 
-struct IntegerRow
+TEST(DataIntegersTest, Renders)
 {
-    const char *name;
-    const char *hex; // of the bytes
-    PropertyFormatOptions options;
-    qint32 machine;
-    const char16_t *text;
-};
-
-class DataIntegersTest : public testing::TestWithParam<IntegerRow>
-{};
-
-TEST_P(DataIntegersTest, Renders)
-{
-    const IntegerRow &row = GetParam();
-    const LoneItem item(RegistryValue::data(QByteArray::fromHex(row.hex)), row.machine);
-    const StyledText text = item->formatDataValueWithOptions(row.options);
-    EXPECT_EQ(text.text(), QString::fromUtf16(row.text));
-    EXPECT_EQ(text.attributes(), ValueStyles::fixedPitch);
-    EXPECT_EQ(item->leftoverBytesInDataValue(), text.text().contains(u'…'));
+    const struct
+    {
+        const char *name;
+        const char *hex; // of the bytes
+        PropertyFormatOptions options;
+        qint32 machine;
+        const char16_t *text;
+    } rows[] = {
+        {"Empty", "", formatOf("4xhu"), littleEndian, u"<>"},
+        {"Leftover", "010203040506", formatOf("4xbu"), littleEndian, u"<0x01020304 …>"},
+        {"OnlyLeftover", "010203", formatOf("4xbu"), littleEndian, u"<…>"},
+        {"LittleEndian", "01020304", formatOf("2xlu"), bigEndian, u"<0x0201 0x0403>"},
+        {"NativeLittle", "01020304", formatOf("2xhu"), littleEndian, u"<0x0201 0x0403>"},
+        {"NativeBig", "01020304", formatOf("2xhu"), bigEndian, u"<0x0102 0x0304>"},
+        {"NativeUnknown", "0102030405", formatOf("2xhu"), unknownOrder, u"<???? ???? …>"},
+        {"NativeUnknownLong", "0102030405060708", formatOf("8dhu"), unknownOrder,
+         u"<???????????????\?>"},
+        {"NativeUnknownBinary", "0102", formatOf("2bhu"), unknownOrder, u"<0b???????????????\?>"},
+        {"BytesHaveNoOrder", "0102", formatOf("1xhu"), unknownOrder, u"<0x01 0x02>"},
+        {"ImpossibleOrderReadsZero",
+         "0102",
+         {.unit = 2, .base = 16, .byteOrder = 3},
+         littleEndian,
+         u"<0x0000>"},
+        {"HexadecimalLong", "0000000000000001", formatOf("8xbu"), littleEndian,
+         u"<0x0000000000000001>"},
+        {"OctalByte", "01ff", formatOf("1ohu"), littleEndian, u"<0o001 0o377>"},
+        {"OctalShort", "0001", formatOf("2obu"), littleEndian, u"<0o000001>"},
+        {"OctalWord", "00000001", formatOf("4obu"), littleEndian, u"<0o000000000001>"},
+        {"OctalLong", "0000000000000001", formatOf("8obu"), littleEndian,
+         u"<0o000000000000000001>"},
+        {"DecimalIsNotPadded", "0001", formatOf("2dbu"), littleEndian, u"<1>"},
+        {"SignedWords", "fffffffe00000001", formatOf("4dbs"), littleEndian, u"<-2 1>"},
+        {"BinaryKeepsEveryBit", "05", formatOf("1bhu"), littleEndian, u"<0b00000101>"},
+        {"BinaryShort", "0005", formatOf("2bbu"), littleEndian, u"<0b0000000000000101>"},
+        {"ImpossibleBase", "0102", {.unit = 1, .base = 7}, littleEndian, u"<…>"},
+        {"UnreadableDescriptor", "0102", formatOf("x"), littleEndian, u"<…>"},
+        {"UnreadableDescriptorNoBytes", "", formatOf("x"), littleEndian, u"<>"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const LoneItem item(RegistryValue::data(QByteArray::fromHex(row.hex)), row.machine);
+        const StyledText text = item->formatDataValueWithOptions(row.options);
+        EXPECT_EQ(text.text(), QString::fromUtf16(row.text));
+        EXPECT_EQ(text.attributes(), ValueStyles::fixedPitch);
+        EXPECT_EQ(item->leftoverBytesInDataValue(), text.text().contains(u'…'));
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DataIntegersTest,
-    testing::Values(
-        IntegerRow{"Empty", "", formatOf("4xhu"), littleEndian, u"<>"},
-        IntegerRow{"Leftover", "010203040506", formatOf("4xbu"), littleEndian, u"<0x01020304 …>"},
-        IntegerRow{"OnlyLeftover", "010203", formatOf("4xbu"), littleEndian, u"<…>"},
-        IntegerRow{"LittleEndian", "01020304", formatOf("2xlu"), bigEndian, u"<0x0201 0x0403>"},
-        IntegerRow{"NativeLittle", "01020304", formatOf("2xhu"), littleEndian, u"<0x0201 0x0403>"},
-        IntegerRow{"NativeBig", "01020304", formatOf("2xhu"), bigEndian, u"<0x0102 0x0304>"},
-        IntegerRow{"NativeUnknown", "0102030405", formatOf("2xhu"), unknownOrder, u"<???? ???? …>"},
-        IntegerRow{"NativeUnknownLong", "0102030405060708", formatOf("8dhu"), unknownOrder,
-                   u"<???????????????\?>"},
-        IntegerRow{"NativeUnknownBinary", "0102", formatOf("2bhu"), unknownOrder,
-                   u"<0b???????????????\?>"},
-        IntegerRow{"BytesHaveNoOrder", "0102", formatOf("1xhu"), unknownOrder, u"<0x01 0x02>"},
-        IntegerRow{"ImpossibleOrderReadsZero",
-                   "0102",
-                   {.unit = 2, .base = 16, .byteOrder = 3},
-                   littleEndian,
-                   u"<0x0000>"},
-        IntegerRow{"HexadecimalLong", "0000000000000001", formatOf("8xbu"), littleEndian,
-                   u"<0x0000000000000001>"},
-        IntegerRow{"OctalByte", "01ff", formatOf("1ohu"), littleEndian, u"<0o001 0o377>"},
-        IntegerRow{"OctalShort", "0001", formatOf("2obu"), littleEndian, u"<0o000001>"},
-        IntegerRow{"OctalWord", "00000001", formatOf("4obu"), littleEndian, u"<0o000000000001>"},
-        IntegerRow{"OctalLong", "0000000000000001", formatOf("8obu"), littleEndian,
-                   u"<0o000000000000000001>"},
-        IntegerRow{"DecimalIsNotPadded", "0001", formatOf("2dbu"), littleEndian, u"<1>"},
-        IntegerRow{"SignedWords", "fffffffe00000001", formatOf("4dbs"), littleEndian, u"<-2 1>"},
-        IntegerRow{"BinaryKeepsEveryBit", "05", formatOf("1bhu"), littleEndian, u"<0b00000101>"},
-        IntegerRow{"BinaryShort", "0005", formatOf("2bbu"), littleEndian, u"<0b0000000000000101>"},
-        IntegerRow{"ImpossibleBase", "0102", {.unit = 1, .base = 7}, littleEndian, u"<…>"},
-        IntegerRow{"UnreadableDescriptor", "0102", formatOf("x"), littleEndian, u"<…>"},
-        IntegerRow{"UnreadableDescriptorNoBytes", "", formatOf("x"), littleEndian, u"<>"}),
-    [](const auto &row) { return std::string(row.param.name); });
-
-struct CharacterRow
+TEST(DataCharactersTest, Renders)
 {
-    const char *name;
-    QByteArray bytes;
-    const char *descriptor;
-    const char16_t *text;
-    quint32 count;
-};
-
-class DataCharactersTest : public testing::TestWithParam<CharacterRow>
-{};
-
-TEST_P(DataCharactersTest, Renders)
-{
-    const CharacterRow &row = GetParam();
-    const LoneItem item(RegistryValue::data(row.bytes));
-    const StyledText text = item->formatDataValueWithOptions(formatOf(row.descriptor));
-    EXPECT_EQ(text.text(), QString::fromUtf16(row.text));
-    EXPECT_EQ(item->numCharsInDataValue(), row.count);
+    const struct
+    {
+        const char *name;
+        QByteArray bytes;
+        const char *descriptor;
+        const char16_t *text;
+        quint32 count;
+    } rows[] = {
+        {"LineFeed", "ab\n", "s1h", u"<\"a.b.\\n\">", 3},
+        {"Empty", "", "s1h", u"<\"\">", 0},
+        {"ControlNames", QByteArray("\0\x01\a\b\t\v\f\r\x0e\x1b\x1f", 11), "s1h",
+         u"<\"\\0.soh.\\a.\\b.\\t.vt.\\f.\\r.so.esc.us\">", 11},
+        {"Utf8", "\xc3\xa4\xe2\x82\xac", "s4h", u"<\"ä.€\">", 2},
+        {"OutsideTheBasicPlane", "a\xf0\x9f\x98\x80z", "s4h", u"<\"a.😀.z\">", 3},
+        {"Utf16", QByteArray("\0a\0b", 4), "s10h", u"<\"a.b\">", 2},
+        {"KelRoman", "\x80\xca", "s30h", u"<\"Ä.\u00a0\">", 2},
+        {"HalfAPairAtTheEnd", "a+2AE-", "s66548h", u"<\"a.\xd801\">", 2},
+        {"Undecodable", "\xff", "s4h", u"< – Unable to convert data using selected encoding – >",
+         0},
+        {"NoSuchEncoding", "a", "s99h", u"< – Unable to convert data using selected encoding – >",
+         0},
+        {"EncodingBeyondNumbers", "a", "s4294967300h",
+         u"< – Unable to convert data using selected encoding – >", 0},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const LoneItem item(RegistryValue::data(row.bytes));
+        const StyledText text = item->formatDataValueWithOptions(formatOf(row.descriptor));
+        EXPECT_EQ(text.text(), QString::fromUtf16(row.text));
+        EXPECT_EQ(item->numCharsInDataValue(), row.count);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DataCharactersTest,
-    testing::Values(CharacterRow{"LineFeed", "ab\n", "s1h", u"<\"a.b.\\n\">", 3},
-                    CharacterRow{"Empty", "", "s1h", u"<\"\">", 0},
-                    CharacterRow{"ControlNames", QByteArray("\0\x01\a\b\t\v\f\r\x0e\x1b\x1f", 11),
-                                 "s1h", u"<\"\\0.soh.\\a.\\b.\\t.vt.\\f.\\r.so.esc.us\">", 11},
-                    CharacterRow{"Utf8", "\xc3\xa4\xe2\x82\xac", "s4h", u"<\"ä.€\">", 2},
-                    CharacterRow{"OutsideTheBasicPlane", "a\xf0\x9f\x98\x80z", "s4h",
-                                 u"<\"a.😀.z\">", 3},
-                    CharacterRow{"Utf16", QByteArray("\0a\0b", 4), "s10h", u"<\"a.b\">", 2},
-                    CharacterRow{"KelRoman", "\x80\xca", "s30h", u"<\"Ä.\u00a0\">", 2},
-                    CharacterRow{"HalfAPairAtTheEnd", "a+2AE-", "s66548h", u"<\"a.\xd801\">", 2},
-                    CharacterRow{"Undecodable", "\xff", "s4h",
-                                 u"< – Unable to convert data using selected encoding – >", 0},
-                    CharacterRow{"NoSuchEncoding", "a", "s99h",
-                                 u"< – Unable to convert data using selected encoding – >", 0},
-                    CharacterRow{"EncodingBeyondNumbers", "a", "s4294967300h",
-                                 u"< – Unable to convert data using selected encoding – >", 0}),
-    [](const auto &row) { return std::string(row.param.name); });
 
 TEST(DataCharactersTest, DotsAreGrayAndTheRestWrapsAnywhere)
 {
@@ -124,54 +111,44 @@ TEST(DataCharactersTest, DotsAreGrayAndTheRestWrapsAnywhere)
               ValueStyles::fixedPitch);
 }
 
-struct AutomaticRow
+TEST(DataAutomaticTest, Renders)
 {
-    const char *name;
-    QByteArray bytes;
-    qint32 machine;
-    const char16_t *text;
-    quint32 strings;
-};
-
-class DataAutomaticTest : public testing::TestWithParam<AutomaticRow>
-{};
-
-TEST_P(DataAutomaticTest, Renders)
-{
-    const AutomaticRow &row = GetParam();
-    const LoneItem item(RegistryValue::data(row.bytes), row.machine);
-    const StyledText text = item->autoformattedDataValue();
-    EXPECT_EQ(text.text(), QString::fromUtf16(row.text));
-    EXPECT_EQ(item->numStringsInDataValue(), row.strings);
-    EXPECT_EQ(text.attributes(),
-              row.strings ? ValueStyles::characterWrap : ValueStyles::fixedPitch);
+    const struct
+    {
+        const char *name;
+        QByteArray bytes;
+        qint32 machine;
+        const char16_t *text;
+        quint32 strings;
+    } rows[] = {
+        {"OneString", QByteArray("abc\0", 4), littleEndian, u"<\"abc\">", 1},
+        {"InnerEmptyString", QByteArray("a\0\0b\0", 5), littleEndian, u"<\"a\", \"\", \"b\">", 3},
+        {"LeadingEmptyString", QByteArray("\0a\0", 3), littleEndian, u"<\"\", \"a\">", 2},
+        {"TrailingNulsAreDropped", QByteArray("a\0\0\0", 4), littleEndian, u"<\"a\">", 1},
+        {"TextNeedsNoByteOrder", QByteArray("a\0", 2), unknownOrder, u"<\"a\">", 1},
+        {"SpaceCountsAsLetter", QByteArray("- \0", 3), littleEndian, u"<\"- \">", 1},
+        {"QuarterHigh", QByteArray("abcd\x80\0", 6), littleEndian, u"<\"abcdÄ\">", 1},
+        {"MoreThanAQuarterHigh", QByteArray("abc\x80\0", 5), littleEndian, u"<61 62 63 80 00>", 0},
+        {"NoFinalNul", "abc", littleEndian, u"<61 62 63>", 0},
+        {"NoLetter", QByteArray("+-\0", 3), littleEndian, u"<2b 2d 00>", 0},
+        {"Tab", QByteArray("a\tb\0", 4), littleEndian, u"<61 09 62 00>", 0},
+        {"Delete", QByteArray("a\x7f\0", 3), littleEndian, u"<61 7f 00>", 0},
+        {"OneNul", QByteArray("\0", 1), littleEndian, u"<00>", 0},
+        {"OnlyNuls", QByteArray("\0\0\0", 3), littleEndian, u"<00 00 00>", 0},
+        {"Empty", "", littleEndian, u"<>", 0},
+        {"BytesOfABigEndian", "\xfe\x01", bigEndian, u"<fe 01>", 0},
+        {"BytesOfAnUnknown", "\xfe\x01", unknownOrder, u"<?? ?\?>", 0},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const LoneItem item(RegistryValue::data(row.bytes), row.machine);
+        const StyledText text = item->autoformattedDataValue();
+        EXPECT_EQ(text.text(), QString::fromUtf16(row.text));
+        EXPECT_EQ(item->numStringsInDataValue(), row.strings);
+        EXPECT_EQ(text.attributes(),
+                  row.strings ? ValueStyles::characterWrap : ValueStyles::fixedPitch);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DataAutomaticTest,
-    testing::Values(
-        AutomaticRow{"OneString", QByteArray("abc\0", 4), littleEndian, u"<\"abc\">", 1},
-        AutomaticRow{"InnerEmptyString", QByteArray("a\0\0b\0", 5), littleEndian,
-                     u"<\"a\", \"\", \"b\">", 3},
-        AutomaticRow{"LeadingEmptyString", QByteArray("\0a\0", 3), littleEndian, u"<\"\", \"a\">",
-                     2},
-        AutomaticRow{"TrailingNulsAreDropped", QByteArray("a\0\0\0", 4), littleEndian, u"<\"a\">",
-                     1},
-        AutomaticRow{"TextNeedsNoByteOrder", QByteArray("a\0", 2), unknownOrder, u"<\"a\">", 1},
-        AutomaticRow{"SpaceCountsAsLetter", QByteArray("- \0", 3), littleEndian, u"<\"- \">", 1},
-        AutomaticRow{"QuarterHigh", QByteArray("abcd\x80\0", 6), littleEndian, u"<\"abcdÄ\">", 1},
-        AutomaticRow{"MoreThanAQuarterHigh", QByteArray("abc\x80\0", 5), littleEndian,
-                     u"<61 62 63 80 00>", 0},
-        AutomaticRow{"NoFinalNul", "abc", littleEndian, u"<61 62 63>", 0},
-        AutomaticRow{"NoLetter", QByteArray("+-\0", 3), littleEndian, u"<2b 2d 00>", 0},
-        AutomaticRow{"Tab", QByteArray("a\tb\0", 4), littleEndian, u"<61 09 62 00>", 0},
-        AutomaticRow{"Delete", QByteArray("a\x7f\0", 3), littleEndian, u"<61 7f 00>", 0},
-        AutomaticRow{"OneNul", QByteArray("\0", 1), littleEndian, u"<00>", 0},
-        AutomaticRow{"OnlyNuls", QByteArray("\0\0\0", 3), littleEndian, u"<00 00 00>", 0},
-        AutomaticRow{"Empty", "", littleEndian, u"<>", 0},
-        AutomaticRow{"BytesOfABigEndian", "\xfe\x01", bigEndian, u"<fe 01>", 0},
-        AutomaticRow{"BytesOfAnUnknown", "\xfe\x01", unknownOrder, u"<?? ?\?>", 0}),
-    [](const auto &row) { return std::string(row.param.name); });
 
 TEST(DataUnitsTest, AdvanceByOneUnitOrNotAtAll)
 {

@@ -105,6 +105,14 @@ TEST_F(FormatControllerTest, WhatCannotBeReadLeavesTheCellsAsTheyAre)
     EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("4dhu"));
     controller_.setPropertyFormats(formatOf("d")); // the default one
     EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("a"));
+
+    const std::string before = panelText();
+    PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
+                                          QStringLiteral("d"));
+    LogCapture log;
+    controller_.setPropertyFormats(formatOf("d"));
+    EXPECT_EQ(log.take(), QStringList(QStringLiteral("Invalid default data view options!")));
+    EXPECT_EQ(panelText(), before);
 }
 
 TEST_F(FormatControllerTest, EveryControlStoresForThePropertyAndTheClass)
@@ -159,18 +167,6 @@ TEST_F(FormatControllerTest, WithoutAPropertyTheDefaultIsEdited)
     EXPECT_EQ(defaultFormat(), QStringLiteral("8xhu"));
     select(bytes());
     EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("8xhu"));
-}
-
-TEST_F(FormatControllerTest, AnInvalidDefaultIsToldAndIgnored)
-{
-    select(bytes());
-    const std::string before = panelText();
-    PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
-                                          QStringLiteral("d"));
-    LogCapture log;
-    controller_.setPropertyFormats(formatOf("d"));
-    EXPECT_EQ(log.take(), QStringList(QStringLiteral("Invalid default data view options!")));
-    EXPECT_EQ(panelText(), before);
 }
 
 TEST_F(FormatControllerTest, ActionsSetAndClear)

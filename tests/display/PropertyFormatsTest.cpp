@@ -187,7 +187,7 @@ TEST_F(FormatsByClassTest, WhatCannotBeReadIsUsedAsItIsAndOtherTypesAreIgnored)
 class FormatClearingTest : public FormatsByClassTest
 {
 protected:
-    FormatClearingTest()
+    void storeAll()
     {
         for (const QString &className : {root, mid, own}) {
             container(own_).setPropertyFormats(formatOf("1xhu"), className);
@@ -210,40 +210,38 @@ protected:
     }
 };
 
-TEST_F(FormatClearingTest, ThisProperty)
+TEST_F(FormatClearingTest, TakesWhatIsAskedForOnly)
 {
-    one(own_).clearPropertyFormats(true, true, mid);
-    EXPECT_EQ(left(), QStringLiteral("Root  /one /reg[0]\n"
-                                     "Root:Mid  /reg[0]\n"
-                                     "Root:Mid:Own  /reg[0]\n"
-                                     "Root:Mid:Sibling \n"));
-}
-
-TEST_F(FormatClearingTest, ContentsOnly)
-{
-    container(own_).clearPropertyFormats(false, true, mid);
-    preferences_.restart();
-    EXPECT_EQ(left(), QStringLiteral("Root  /one /reg[0]\n"
-                                     "Root:Mid \n"
-                                     "Root:Mid:Own \n"
-                                     "Root:Mid:Sibling \n"));
-}
-
-TEST_F(FormatClearingTest, AllSubclasses)
-{
-    one(own_).clearPropertyFormatsForSubclassesOfClass(mid);
-    EXPECT_EQ(left(), QStringLiteral("Root  /one /reg[0]\n"
-                                     "Root:Mid  /one /reg[0]\n"));
-}
-
-TEST_F(FormatClearingTest, UpToAClassTakesTheNearestSubclassOnly)
-{
-    one(own_).clearPropertyFormatsForClassInheritanceUpTo(root);
-    one(own_).clearPropertyFormatsForClassInheritanceUpTo(own);
-    one(own_).clearPropertyFormatsForClassInheritanceUpTo(QStringLiteral("Sibling"));
-    EXPECT_EQ(left(), QStringLiteral("Root  /one /reg[0]\n"
-                                     "Root:Mid  /reg[0]\n"
-                                     "Root:Mid:Own  /one /reg[0]\n"
-                                     "Root:Mid:Sibling \n"));
+    using Item = TavPropertyOutlineItem;
+    const std::pair<std::function<void(Item & one, Item & container)>, const char *> cases[] = {
+        {[this](Item &one, Item &) { one.clearPropertyFormats(true, true, mid); },
+         "Root  /one /reg[0]\n"
+         "Root:Mid  /reg[0]\n"
+         "Root:Mid:Own  /reg[0]\n"
+         "Root:Mid:Sibling \n"},
+        {[this](Item &, Item &container) { container.clearPropertyFormats(false, true, mid); },
+         "Root  /one /reg[0]\n"
+         "Root:Mid \n"
+         "Root:Mid:Own \n"
+         "Root:Mid:Sibling \n"},
+        {[this](Item &one, Item &) { one.clearPropertyFormatsForSubclassesOfClass(mid); },
+         "Root  /one /reg[0]\n"
+         "Root:Mid  /one /reg[0]\n"},
+        {[this](Item &one, Item &) { // the nearest subclass only
+             one.clearPropertyFormatsForClassInheritanceUpTo(root);
+             one.clearPropertyFormatsForClassInheritanceUpTo(own);
+             one.clearPropertyFormatsForClassInheritanceUpTo(QStringLiteral("Sibling"));
+         },
+         "Root  /one /reg[0]\n"
+         "Root:Mid  /reg[0]\n"
+         "Root:Mid:Own  /one /reg[0]\n"
+         "Root:Mid:Sibling \n"},
+    };
+    for (const auto &[clear, expected] : cases) {
+        storeAll();
+        clear(one(own_), container(own_));
+        preferences_.restart();
+        EXPECT_EQ(left(), QString::fromLatin1(expected));
+    }
 }
 } // namespace

@@ -26,20 +26,18 @@ TEST(DeviceEvent, TellsWhatHappenedAndWhere)
 
 TEST(DeviceEvent, RefusesWhatNamesNoObject)
 {
-    const QByteArray paths[] = {
-        {},
-        "/",
-        "devices/a",
-        "//devices/a",
-        "/devices//a",
-        "/devices/a/",
-        "/devices/../../etc/passwd",
-        "/devices/.",
-        "/devices/a/..",
-        QByteArray("/devices/a\0b", 12),
-        "/devices/" + QByteArray(256, 'n'),
-        QByteArray("/devices") + QByteArray("/deep").repeated(1000),
-    };
+    const QByteArray paths[] = {{},
+                                "/",
+                                "devices/a",
+                                "//devices/a",
+                                "/devices//a",
+                                "/devices/a/",
+                                "/devices/../../etc/passwd",
+                                "/devices/.",
+                                "/devices/a/..",
+                                QByteArray("/devices/a\0b", 12),
+                                "/devices/" + QByteArray(256, 'n'),
+                                QByteArray("/devices") + QByteArray("/deep").repeated(1000)};
     for (const QByteArray &path : paths)
         EXPECT_FALSE(DeviceEvent::parse("add", path)) << path.left(40).toStdString();
     EXPECT_FALSE(DeviceEvent::parse({}, "/devices/a"));

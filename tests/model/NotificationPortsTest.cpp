@@ -1,11 +1,8 @@
-#include "tests/support/FakeLiveService.h"
+#include "tests/support/RegistryTest.h"
 #include "tests/support/SimulatedRunLoop.h"
-#include "tests/support/TreeBuilder.h"
-
-#include <gtest/gtest.h>
 
 namespace {
-class NotificationPortsTest : public testing::Test
+class NotificationPortsTest : public RegistryTest
 {
 protected:
     NotificationPortsTest()
@@ -23,11 +20,10 @@ protected:
             service_.dispatchMessage(port_, message);
         });
     }
-    ~NotificationPortsTest() override
+    void TearDown() override
     {
         service_.destroyNotificationPort(port_);
-        EXPECT_EQ(service_.openHandles(), 0U);
-        EXPECT_EQ(service_.misuses(), 0U);
+        RegistryTest::TearDown();
     }
 
     RegistryIterator watch(const char *type, bool drains = true)
@@ -53,8 +49,6 @@ protected:
     }
 
     SimulatedRunLoop loop_;
-    FakeLiveService service_;
-    TreeBuilder tree_{service_};
     NotificationPort port_ = 0;
     int messages_ = 0;
     int calls_ = 0;

@@ -1,4 +1,3 @@
-#include "model/TavRegistryProperty.h"
 #include "tests/support/RegistryValues.h"
 #include "tests/support/TreePrinter.h"
 #include "tests/support/TreeText.h"
@@ -8,28 +7,20 @@
 
 using namespace values;
 
-namespace {
-PropertyRef build(const RegistryValue &value)
-{
-    PropertyRef root = TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(),
-                                                   nullptr, {}, nullptr, {}, 0, value);
-    root->clearIsNew();
-    return root;
-}
-} // namespace
-
 // Every test lets the older tree go before it looks, as a re-read entry does.
 class RegistryPropertyChangesTest : public testing::Test
 {
 protected:
     bool note(const RegistryValue &older, const RegistryValue &newer)
     {
-        tree_ = build(newer);
-        return tree_->noteChangesFromProperty(*build(older));
+        tree_ = build(older);
+        tree_->clearIsNew();
+        return noteNext(newer);
     }
     bool noteNext(const RegistryValue &newer)
     {
         const PropertyRef older = std::exchange(tree_, build(newer));
+        tree_->clearIsNew();
         return tree_->noteChangesFromProperty(*older);
     }
     std::string tree() const { return TreePrinter::properties(*tree_); }
@@ -39,22 +30,28 @@ protected:
 
 TEST_F(RegistryPropertyChangesTest, MarksKeysThatCameWentAndChanged)
 {
-    EXPECT_TRUE(note(
-        dictionary({{"same", number(1)},
-                    {"value", number(2)},
-                    {"lost", dictionary({{"inner", text("old")}})}}),
-        dictionary({{"gained", array({number(5)})}, {"value", number(3)}, {"same", number(1)}})));
+    EXPECT_TRUE(note(dictionary({{"same", number(1)},
+                                 {"type", number(2)},
+                                 {"deep", dictionary({{"list", array({text("x")})}})},
+                                 {"lost", dictionary({{"inner", text("old")}})}}),
+                     dictionary({{"gained", array({number(5)})},
+                                 {"type", text("2")},
+                                 {"deep", dictionary({{"list", array({text("y")})}})},
+                                 {"same", number(1)}})));
     EXPECT_EQ(tree(), dedented(R"(
         dictionary (changed)
           gained: array (new)
             0: 5 (4 bytes) (new)
-          value: 3 (4 bytes) (changed)
+          type: "2" (changed)
+          deep: dictionary (changed)
+            list: array (changed)
+              0: "y" (changed)
           same: 1 (4 bytes)
           lost: collection (terminated)
             inner: "old" (terminated)
     )"));
     tree_->removeDeletedChildren();
-    EXPECT_EQ(tree_->numberOfChildren(), 3);
+    EXPECT_EQ(tree_->numberOfChildren(), 4);
 }
 
 TEST_F(RegistryPropertyChangesTest, EqualTreesChangeNothing)
@@ -62,14 +59,7 @@ TEST_F(RegistryPropertyChangesTest, EqualTreesChangeNothing)
     EXPECT_FALSE(
         note(dictionary({{"list", array({number(1)})}, {"set", set({text("a"), data("")})}}),
              dictionary({{"set", set({data(""), text("a")})}, {"list", array({number(1)})}})));
-    EXPECT_EQ(tree(), dedented(R"(
-        dictionary
-          set: set
-            : <>
-            : "a"
-          list: array
-            0: 1 (4 bytes)
-    )"));
+    EXPECT_EQ(tree().find("changed"), std::string::npos) << tree();
 }
 
 TEST_F(RegistryPropertyChangesTest, ArraysCompareByPosition)
@@ -106,20 +96,6 @@ TEST_F(RegistryPropertyChangesTest, SetsCompareByMembership)
         set (changed)
           : array (new)
           : collection (terminated)
-    )"));
-}
-
-TEST_F(RegistryPropertyChangesTest, AChangeMarksTheAncestorsAndAnotherTypeIsAChange)
-{
-    EXPECT_TRUE(
-        note(dictionary({{"a", dictionary({{"b", array({text("x")})}})}, {"c", number(1)}}),
-             dictionary({{"a", dictionary({{"b", array({text("y")})}})}, {"c", text("1")}})));
-    EXPECT_EQ(tree(), dedented(R"(
-        dictionary (changed)
-          a: dictionary (changed)
-            b: array (changed)
-              0: "y" (changed)
-          c: "1" (changed)
     )"));
 }
 

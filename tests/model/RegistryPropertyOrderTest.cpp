@@ -1,4 +1,3 @@
-#include "model/TavRegistryProperty.h"
 #include "tests/support/RegistryValues.h"
 
 #include <gtest/gtest.h>
@@ -6,12 +5,6 @@
 using namespace values;
 
 namespace {
-PropertyRef build(const RegistryValue &value)
-{
-    return TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(), nullptr, {},
-                                       nullptr, {}, 0, value);
-}
-
 struct Row
 {
     const char *what;

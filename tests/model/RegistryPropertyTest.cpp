@@ -1,4 +1,3 @@
-#include "model/TavRegistryProperty.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RegistryValues.h"
 #include "tests/support/TreePrinter.h"
@@ -9,12 +8,6 @@
 using namespace values;
 
 namespace {
-PropertyRef build(const RegistryValue &value)
-{
-    return TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(), nullptr, {},
-                                       nullptr, {}, 0, value);
-}
-
 // A node class with a field of its own, that counts its nodes.
 class CountedProperty : public TavRegistryProperty
 {
@@ -104,20 +97,16 @@ TEST(RegistryProperty, NamesAndPathsFollowTheParentsType)
               (QVariantList{QStringLiteral("Key"), qint32(0), QStringLiteral("Inner")}));
     EXPECT_EQ(inner->keyIndexPath()[1].typeId(), QMetaType::Int);
 
-    const auto *member = root->childWithName(QStringLiteral("Set"))->childAtIndex(0);
+    auto *const members = root->childWithName(QStringLiteral("Set"));
+    const auto *member = members->childAtIndex(0);
     EXPECT_TRUE(member->hasName());
     EXPECT_EQ(member->name(), QStringLiteral(""));
     EXPECT_EQ(member->propertyPath(), QStringLiteral("//Set/"));
     EXPECT_EQ(member->keyIndexPath().constLast(), QVariant(QStringLiteral("")));
-}
-
-TEST(RegistryProperty, ANodeWithoutKeyInASetHasAWordForAName)
-{
-    const auto owner = build(set({text("m")}));
-    const auto node = TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(),
-                                                  nullptr, {}, owner.get(), {}, 5, text("n"));
-    EXPECT_EQ(node->name(), QStringLiteral("(set item)"));
-    EXPECT_EQ(node->index(), 0U);
+    const auto unnamed = TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(),
+                                                     nullptr, {}, members, {}, 5, text("n"));
+    EXPECT_EQ(unnamed->name(), QStringLiteral("(set item)"));
+    EXPECT_EQ(unnamed->index(), 0U);
 }
 
 TEST(RegistryProperty, AnswersNoneWhereThereIsNothing)
@@ -163,18 +152,6 @@ TEST(RegistryProperty, StatesStartNewAndAreSetForWholeTrees)
     EXPECT_EQ(list->childAtIndex(0)->registryState(), RegistryStateTerminated);
 }
 
-TEST(RegistryProperty, ANodeKeepsItsWholeTree)
-{
-    PropertyRef inner;
-    {
-        const auto root = build(dictionary({{"a", dictionary({{"b", text("kept")}})}}));
-        inner = root->childAtIndex(0)->childAtIndex(0)->ref();
-    }
-    EXPECT_EQ(inner->propertyPath(), QStringLiteral("//a/b"));
-    EXPECT_EQ(inner->value(), text("kept"));
-    EXPECT_FALSE(inner->registryEntry());
-}
-
 TEST(RegistryProperty, EveryNodeIsOfTheClassGiven)
 {
     {
@@ -213,19 +190,4 @@ TEST(RegistryProperty, ACopyHoldsTheSameChildrenAndHasNoType)
     EXPECT_FALSE(copied->isEqual(*list));
     EXPECT_TRUE(copied->isEqual(*copied));
     EXPECT_EQ(root->childAtIndex(1)->copy()->value(), text("v"));
-}
-
-TEST(RegistryProperty, DeepTreesAreBuiltAndMarked)
-{
-    constexpr int depth = 1000;
-    RegistryValue value = number(0);
-    for (int i = 0; i < depth; ++i)
-        value = i % 2 ? array({value}) : dictionary({{"k", value}});
-    const auto root = build(value);
-    root->setRegistryStateRecursive(RegistryStateChanged);
-    const TavRegistryProperty *node = root.get();
-    while (node->isCollection())
-        node = node->childAtIndex(0);
-    EXPECT_EQ(node->registryState(), RegistryStateChanged);
-    EXPECT_EQ(node->keyIndexPath().size(), depth);
 }

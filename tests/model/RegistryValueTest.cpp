@@ -22,13 +22,11 @@ TEST(RegistryValue, AnswersNothingForAnotherType)
     EXPECT_EQ(word.numberBits(), 0U);
     EXPECT_EQ(word.signedNumber(), 0);
     EXPECT_EQ(word.count(), 0);
-    EXPECT_TRUE(word.toData().isNull());
-    EXPECT_TRUE(word.toDate().isNull());
-    EXPECT_TRUE(word.members().empty());
-    EXPECT_TRUE(word.elements().empty());
+    EXPECT_TRUE(word.toData().isNull() && word.toDate().isNull());
+    EXPECT_TRUE(word.members().empty() && word.elements().empty());
+    EXPECT_TRUE(word.member(u"word").isNone());
     EXPECT_TRUE(number(3).toString().isNull());
     EXPECT_FALSE(number(1).toBoolean());
-    EXPECT_TRUE(word.member(u"word").isNone());
 }
 
 TEST(RegistryValue, SharesWhatItHoldsAndOutlivesItsSource)

@@ -2,24 +2,19 @@
 
 #include <gtest/gtest.h>
 
-TEST(CompactArray, SharesTheOwnersBufferBothWays)
+TEST(CompactArray, SharesTheOwnersBufferBothWaysButCopiesLiteralsAndSlices)
 {
     const QString owner = QString::fromLatin1("a text of its own");
     const CompactString compact(owner);
     EXPECT_EQ(static_cast<const void *>(compact.data()), owner.constData());
     EXPECT_EQ(compact.toOwner().constData(), owner.constData());
     EXPECT_EQ(compact.toOwner(), owner);
-}
-
-TEST(CompactArray, CopiesLiteralsAndSlices)
-{
-    const QString literal = QStringLiteral("literal");
-    EXPECT_EQ(CompactString(literal).toOwner(), literal);
+    EXPECT_EQ(CompactString(QStringLiteral("literal")).toOwner(), QStringLiteral("literal"));
     const QByteArray bytes("0123456789");
     const QByteArray slice = QByteArray::fromRawData(bytes.constData() + 3, 4);
-    const CompactBytes compact(slice);
-    EXPECT_NE(static_cast<const void *>(compact.data()), slice.constData());
-    EXPECT_EQ(compact.toOwner(), QByteArray("3456"));
+    const CompactBytes copied(slice);
+    EXPECT_NE(static_cast<const void *>(copied.data()), slice.constData());
+    EXPECT_EQ(copied.toOwner(), QByteArray("3456"));
     QString trimmed = QString::fromLatin1("abcdef");
     trimmed.remove(0, 2); // may leave room before the text
     EXPECT_EQ(CompactString(trimmed).toOwner(), QStringLiteral("cdef"));

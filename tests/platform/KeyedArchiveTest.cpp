@@ -1,15 +1,14 @@
 #include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
+#include "tests/support/SmallStack.h"
 
 #include <QBuffer>
 #include <QFile>
-#include <QThread>
 #include <gtest/gtest.h>
 
 using L1 = QLatin1String;
 
 namespace {
-
 constexpr L1 nodeClasses[] = {L1("Node")};
 constexpr ArchiveKinds anyKind(~0);
 
@@ -196,7 +195,7 @@ TEST(KeyedArchive, KeepsSharingAndCycles)
 
 TEST(KeyedArchive, NeedsNoStackForAChainOfAMillionObjects)
 {
-    const auto thread = std::unique_ptr<QThread>(QThread::create([] {
+    onSmallStack([] {
         std::vector<Node> chain(1'000'000);
         for (std::size_t i = 0; i + 1 < chain.size(); ++i)
             chain[i].links = {&chain[i + 1]};
@@ -206,10 +205,7 @@ TEST(KeyedArchive, NeedsNoStackForAChainOfAMillionObjects)
         for (std::size_t i = 0; i + 1 < chain.size(); ++i)
             last = linksOf(unarchiver, last).at(0);
         EXPECT_TRUE(linksOf(unarchiver, last).empty());
-    }));
-    thread->setStackSize(256 * 1024);
-    thread->start();
-    thread->wait();
+    });
 }
 
 TEST(KeyedArchive, ReportsWhatCannotBeWritten)

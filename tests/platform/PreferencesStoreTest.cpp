@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -79,33 +80,22 @@ TEST_F(PreferencesStoreTest, ValuesOfWrongTypeReadAsTheDefault)
     write(R"({"string": 7, "integer": "7", "fraction": 1.5, "huge": 1e300, "list": {}, "null": null,
               "YES": "YES", "true": true, "no": "no"})");
     PreferencesStore store = open();
-    const QJsonObject defaults{
-        {QStringLiteral("string"), QStringLiteral("a")},
-        {QStringLiteral("integer"), 30},
-        {QStringLiteral("fraction"), 31},
-        {QStringLiteral("huge"), 32},
-        {QStringLiteral("list"), QJsonArray{1}},
-        {QStringLiteral("null"), 33},
-        {QStringLiteral("true"), QStringLiteral("yes")},
-        {QStringLiteral("on"), QStringLiteral("yes")},
-    };
-    store.registerDefaults(defaults);
+    store.registerDefaults(QJsonDocument::fromJson(R"({"string": "a", "integer": 30, "fraction": 31,
+        "huge": 32, "list": [1], "null": 33, "true": "yes", "on": "yes"})")
+                               .object());
     EXPECT_EQ(store.string(QStringLiteral("string")), QStringLiteral("a"));
     EXPECT_TRUE(store.string(QStringLiteral("unknown")).isNull());
-    EXPECT_EQ(store.integer(QStringLiteral("integer")), 30);
-    EXPECT_EQ(store.integer(QStringLiteral("fraction")), 31);
-    EXPECT_EQ(store.integer(QStringLiteral("huge")), 32);
-    EXPECT_EQ(store.integer(QStringLiteral("null")), 33);
+    int expected = 30;
+    for (const char *key : {"integer", "fraction", "huge", "null"})
+        EXPECT_EQ(store.integer(QString::fromLatin1(key)), expected++) << key;
     EXPECT_EQ(store.list(QStringLiteral("list")), QJsonArray{1});
     // A flag is on for exactly one stored value.
-    EXPECT_FALSE(store.flag(QStringLiteral("YES")));
-    EXPECT_FALSE(store.flag(QStringLiteral("true")));
-    EXPECT_FALSE(store.flag(QStringLiteral("no")));
-    EXPECT_FALSE(store.flag(QStringLiteral("unknown")));
+    for (const char *key : {"YES", "true", "no", "unknown"})
+        EXPECT_FALSE(store.flag(QString::fromLatin1(key))) << key;
     EXPECT_TRUE(store.flag(QStringLiteral("on")));
 }
 
-TEST_F(PreferencesStoreTest, ObserversAreToldOfRealChanges)
+TEST_F(PreferencesStoreTest, RealChangesAreToldAndWrittenWhenTheEventLoopIsIdle)
 {
     PreferencesStore store = open();
     int changes = 0;
@@ -115,19 +105,13 @@ TEST_F(PreferencesStoreTest, ObserversAreToldOfRealChanges)
     store.setValue(key, 1);
     store.setValue(key, 1);
     store.setValue(key, 2);
+    EXPECT_EQ(changes, 2);
+    EXPECT_TRUE(files().isEmpty());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(read(file()).contains("\"key\": 2"));
     store.remove(key);
     store.remove(key);
     EXPECT_EQ(changes, 3);
-}
-
-TEST_F(PreferencesStoreTest, ChangesAreWrittenWhenTheEventLoopIsIdle)
-{
-    PreferencesStore store = open();
-    store.setValue(QStringLiteral("a"), 1);
-    store.setValue(QStringLiteral("b"), 2);
-    EXPECT_TRUE(files().isEmpty());
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(read(file()).contains("\"b\": 2"));
 }
 
 TEST_F(PreferencesStoreTest, DamagedFilesAreSetAsideAndKept)

@@ -10,7 +10,7 @@
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"
 #include "tests/support/EventLoop.h"
-#include "tests/support/RegistryText.h"
+#include "tests/support/StorePrinter.h"
 
 #include <QApplication>
 #include <QFile>
@@ -162,8 +162,8 @@ private:
         fresh->update(); // sorts children by the names of every plane
         for (const EntryRef &entry : store_->registryEntries())
             entry->clearIsNew();
-        shown_ = RegistryText::planes(*store_);
-        captured_ = RegistryText::planes(*fresh);
+        shown_ = StorePrinter::planes(*store_);
+        captured_ = StorePrinter::planes(*fresh);
         return shown_ == captured_;
     }
 

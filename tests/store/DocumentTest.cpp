@@ -1,13 +1,9 @@
-#include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"
-#include "tests/support/FakeLiveService.h"
-#include "tests/support/QtPrinters.h"
+#include "tests/support/RegistryTest.h"
 #include "tests/support/SmallStore.h"
-#include "tests/support/TreeBuilder.h"
 
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 namespace {
 // Writes down what its document tells it.
@@ -41,7 +37,7 @@ private:
     std::function<void()> onChange_;
 };
 
-class DocumentTest : public testing::Test
+class DocumentTest : public RegistryTest
 {
 protected:
     void SetUp() override
@@ -56,28 +52,16 @@ protected:
     void TearDown() override
     {
         documents_.closeAllDocuments();
-        EXPECT_EQ(service_.openHandles(), 0U);
-        EXPECT_EQ(service_.openIterators(), 0U);
-        EXPECT_EQ(service_.misuses(), 0U);
+        RegistryTest::TearDown();
     }
     TavDocument &open() { return static_cast<TavDocument &>(documents_.newDocument()); }
     QStringList told() { return std::exchange(log_, {}); }
 
     QStringList log_;
     std::function<void()> onChange_;
-    FakeLiveService service_;
-    TreeBuilder tree_{service_};
     TavDocumentController documents_{service_};
     QTemporaryDir folder_;
 };
-
-QStringList list(std::initializer_list<const char *> texts)
-{
-    QStringList list;
-    for (const char *text : texts)
-        list.append(QString::fromLatin1(text));
-    return list;
-}
 } // namespace
 
 TEST_F(DocumentTest, RelaysWhatItsStoreTells)

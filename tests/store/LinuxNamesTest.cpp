@@ -1,6 +1,7 @@
 #include "LinuxFixture.h"
 #include "tests/support/MadeTree.h"
 
+#include <QTemporaryDir>
 #include <filesystem>
 #include <sys/stat.h>
 
@@ -9,6 +10,27 @@ std::string inheritance(const CapturedTree &tree, const char *path)
 {
     const TavRegistryEntry *entry = tree.at(path);
     return entry ? entry->inheritanceString().toStdString() : "no such entry";
+}
+
+TEST(SysfsRoot, RefusesWhatIsNoTree)
+{
+    QString error;
+    EXPECT_FALSE(LinuxRegistryService::create(QStringLiteral("/nowhere/at/all"), &error));
+    EXPECT_TRUE(error.contains(QStringLiteral("/nowhere/at/all"))) << error.toStdString();
+    const QTemporaryDir empty;
+    EXPECT_FALSE(LinuxRegistryService::create(empty.path(), &error));
+    EXPECT_TRUE(error.contains(QStringLiteral("no sysfs tree"))) << error.toStdString();
+}
+
+TEST(SysfsRoot, ResolvesLinksByTheirTextOnly)
+{
+    EXPECT_EQ(SysfsRoot::resolveLink("class/net", "../../devices/virtual/net/lo"),
+              "devices/virtual/net/lo");
+    EXPECT_EQ(SysfsRoot::resolveLink("class/net", "./lo//x"), "class/net/lo/x");
+    EXPECT_EQ(SysfsRoot::resolveLink("class/net", "../.."), "");
+    EXPECT_TRUE(SysfsRoot::resolveLink("class/net", "../../../etc").isNull());
+    EXPECT_TRUE(SysfsRoot::resolveLink("class/net", "/etc").isNull());
+    EXPECT_TRUE(SysfsRoot::resolveLink("class/net", {}).isNull());
 }
 
 TEST(LinuxNames, TellClassesBelowDifferentOnesApart)

@@ -2,12 +2,9 @@
 #include "platform/RunLoop.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/MadeTree.h"
-#include "tests/support/VirtualDisk.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -30,13 +27,24 @@ std::size_t threadCount()
                                         .size());
 }
 
-Sweeper sweeperOf(const MadeTree &made, std::chrono::milliseconds patience)
+Sweeper::Options patienceOf(int milliseconds)
+{
+    Sweeper::Options options;
+    options.patience = std::chrono::milliseconds(milliseconds);
+    return options;
+}
+
+Sweeper sweeperOf(const MadeTree &made, int patience)
 {
     QString error;
-    Sweeper::Options options;
-    options.patience = patience;
     return {std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error)),
-            options};
+            patienceOf(patience)};
+}
+
+// Lets those go on that read the pipe.
+void answer(const QByteArray &pipe)
+{
+    close(open(pipe.constData(), O_RDWR | O_CLOEXEC));
 }
 
 // Lets a thread that waits for a pipe return when all other statics are gone: it may touch none.
@@ -61,26 +69,43 @@ private:
 };
 [[gnu::init_priority(101)]] LateAnswer lateAnswer;
 
-TEST(SysfsRoot, RefusesWhatIsNoTree)
+// Does something at the first sign that the main thread waits.
+class Display : public WaitDisplay
 {
-    QString error;
-    EXPECT_FALSE(LinuxRegistryService::create(QStringLiteral("/nowhere/at/all"), &error));
-    EXPECT_TRUE(error.contains(QStringLiteral("/nowhere/at/all"))) << error.toStdString();
-    const QTemporaryDir empty;
-    EXPECT_FALSE(LinuxRegistryService::create(empty.path(), &error));
-    EXPECT_TRUE(error.contains(QStringLiteral("no sysfs tree"))) << error.toStdString();
-}
+public:
+    explicit Display(std::function<void()> first)
+        : first_(std::move(first))
+    {
+        RunLoop::main().setWaitDisplay(this);
+    }
+    ~Display() override { RunLoop::main().setWaitDisplay(nullptr); }
+    void waiting(std::chrono::milliseconds) override
+    {
+        if (const auto first = std::exchange(first_, nullptr))
+            first();
+    }
+    void waitEnded() override {}
 
-TEST(SysfsRoot, ResolvesLinksByTheirTextOnly)
+private:
+    std::function<void()> first_;
+};
+
+// A device with an attribute that does not answer.
+class SlowDevice : public testing::Test
 {
-    EXPECT_EQ(SysfsRoot::resolveLink("class/net", "../../devices/virtual/net/lo"),
-              "devices/virtual/net/lo");
-    EXPECT_EQ(SysfsRoot::resolveLink("class/net", "./lo//x"), "class/net/lo/x");
-    EXPECT_EQ(SysfsRoot::resolveLink("class/net", "../.."), "");
-    EXPECT_TRUE(SysfsRoot::resolveLink("class/net", "../../../etc").isNull());
-    EXPECT_TRUE(SysfsRoot::resolveLink("class/net", "/etc").isNull());
-    EXPECT_TRUE(SysfsRoot::resolveLink("class/net", {}).isNull());
-}
+protected:
+    SlowDevice()
+    {
+        made_.file("devices/slow/uevent", "");
+        made_.file("devices/slow/after", "1");
+        made_.file("devices/slow/child/uevent", "");
+        made_.pipe("devices/slow/blocks");
+    }
+    ~SlowDevice() override { lateAnswer.comeFrom(made_.path("devices/slow/blocks")); }
+
+    MadeTree made_;
+    QString error_;
+};
 
 TEST(ObjectReader, LeavesOutLinksThatCannotBeRead)
 {
@@ -146,29 +171,59 @@ TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
     EXPECT_EQ(tree.store->registryEntries().size(), 3U);
 }
 
-TEST(Sweep, GoesOnWithoutAnAttributeThatDoesNotAnswer)
+TEST_F(SlowDevice, IsReadWithoutWhatDoesNotAnswer)
 {
-    MadeTree made;
-    made.file("devices/slow/uevent", "");
-    made.file("devices/slow/after", "1");
-    made.file("devices/slow/child/uevent", "");
-    made.file("devices/other/uevent", "");
-    ASSERT_EQ(mkfifo(made.path("devices/slow/blocks").constData(), 0600), 0);
-    Sweeper::Options options;
-    options.patience = std::chrono::milliseconds(500);
-    CapturedTree tree = CapturedTree::capture(made.sys(), options);
+    const CapturedTree tree = CapturedTree::capture(made_.sys(), patienceOf(500));
     const std::size_t before = threadCount();
     const TavRegistryEntry *slow = tree.at("DxService:/slow");
     ASSERT_TRUE(slow);
     EXPECT_TRUE(tree.at("DxService:/slow/child"));
-    EXPECT_TRUE(tree.at("DxService:/other"));
     EXPECT_EQ(CapturedTree::value(slow, u"after").numberBits(), 1U);
     EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks (did not answer)")});
     // It is not tried again: that would leave another thread behind.
     tree.store->update();
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
     EXPECT_EQ(unread(slow).size(), 1);
-    lateAnswer.comeFrom(made.path("devices/slow/blocks"));
+}
+
+TEST_F(SlowDevice, IsWaitedForWithTheDisplay)
+{
+    const QByteArray pipe = made_.path("devices/slow/blocks");
+    ASSERT_EQ(unlink(pipe.constData()), 0);
+    const CapturedTree tree = CapturedTree::capture(made_.sys(), patienceOf(500));
+    TavRegistryEntry *const slow = tree.at("DxService:/slow");
+    ASSERT_TRUE(slow);
+    made_.pipe("devices/slow/blocks");
+    bool wasShown = false;
+    const Display display([&] { wasShown = true; });
+    tree.store->updateObject(*slow);
+    EXPECT_TRUE(wasShown);
+    EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks (did not answer)")});
+}
+
+TEST_F(SlowDevice, MayBeReadAnewWhileItIsWaitedFor)
+{
+    const auto service = LinuxRegistryService::create(made_.sys(), patienceOf(200), &error_);
+    bool hasBegun = false;
+    const Display display([&] {
+        hasBegun = true;
+        service->prepare();
+    });
+    service->prepare();
+    EXPECT_TRUE(hasBegun);
+    EXPECT_TRUE(service->entryFromPath(QStringLiteral("DxService:/slow")));
+}
+
+TEST_F(SlowDevice, IsLeftOutWhenTheSweepIsStopped)
+{
+    Sweeper sweeper = sweeperOf(made_, 3'600'000);
+    std::stop_source stop;
+    std::jthread asker([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        stop.request_stop();
+    });
+    for (const SweepObject &object : sweeper.run(stop.get_token()).objects)
+        EXPECT_NE(object.path, "devices/slow");
 }
 
 TEST(Sweep, EndsWhenTooMuchDoesNotAnswer)
@@ -176,22 +231,19 @@ TEST(Sweep, EndsWhenTooMuchDoesNotAnswer)
     constexpr std::size_t most = 40;
     constexpr int pipes = 80;
     MadeTree made;
-    Sweeper sweeper = sweeperOf(made, std::chrono::milliseconds(30));
+    Sweeper sweeper = sweeperOf(made, 30);
     const std::size_t before = threadCount();
-    for (const char *device : {"devices/one/", "devices/two/"}) {
-        made.file((QByteArray(device) + "uevent").constData(), "");
-        QByteArrayList blocking;
+    for (const QByteArray device : {"devices/one/", "devices/two/"}) {
+        made.file((device + "uevent").constData(), "");
         for (int i = 0; i < pipes; ++i)
-            blocking.push_back(made.path(device) + QByteArray::number(i));
-        for (const QByteArray &pipe : blocking)
-            ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);
+            made.pipe(device + QByteArray::number(i));
         sweeper.run();
         EXPECT_GT(threadCount(), before + most / 2);
         EXPECT_LT(threadCount(), before + most);
-        for (const QByteArray &pipe : blocking)
-            close(open(pipe.constData(), O_RDWR | O_CLOEXEC));
+        for (int i = 0; i < pipes; ++i)
+            answer(made.path(device.constData()) + QByteArray::number(i));
         EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
-        made.remove(device);
+        made.remove(device.constData());
     }
 }
 
@@ -227,100 +279,18 @@ TEST(Sweep, LearnsFromOneThatIsCancelled)
     MadeTree made;
     made.file("devices/slow/uevent", "");
     for (int i = 0; i < pipes; ++i)
-        ASSERT_EQ(mkfifo((made.path("devices/slow/") + QByteArray::number(i)).constData(), 0600),
-                  0);
-    Sweeper::Options options;
-    options.patience = std::chrono::milliseconds(100);
+        made.pipe("devices/slow/" + QByteArray::number(i));
     QString error;
     const std::size_t before = threadCount();
-    const auto service = LinuxRegistryService::create(made.sys(), options, &error);
+    const auto service = LinuxRegistryService::create(made.sys(), patienceOf(100), &error);
     service->prepareAsync([] {});
-    std::this_thread::sleep_for(options.patience * 5 / 2);
+    std::this_thread::sleep_for(std::chrono::milliseconds(250));
     service->prepare();
     // One for each pipe, and one that was asking when the first sweep was cancelled.
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before + pipes + 1; }));
     for (int i = 0; i < pipes; ++i)
-        close(open((made.path("devices/slow/") + QByteArray::number(i)).constData(),
-                   O_RDWR | O_CLOEXEC));
+        answer(made.path("devices/slow/") + QByteArray::number(i));
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
-}
-
-TEST(Sweep, WaitsForOneObjectWithTheDisplay)
-{
-    class Display : public WaitDisplay
-    {
-    public:
-        Display() { RunLoop::main().setWaitDisplay(this); }
-        ~Display() override { RunLoop::main().setWaitDisplay(nullptr); }
-        void waiting(std::chrono::milliseconds) override { wasShown = true; }
-        void waitEnded() override {}
-        bool wasShown = false;
-    };
-    MadeTree made;
-    made.file("devices/slow/uevent", "");
-    Sweeper::Options options;
-    options.patience = std::chrono::milliseconds(500);
-    CapturedTree tree = CapturedTree::capture(made.sys(), options);
-    TavRegistryEntry *const slow = tree.at("DxService:/slow");
-    ASSERT_TRUE(slow);
-    ASSERT_EQ(mkfifo(made.path("devices/slow/blocks").constData(), 0600), 0);
-    const Display display;
-    tree.store->updateObject(*slow);
-    EXPECT_TRUE(display.wasShown);
-    EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks (did not answer)")});
-    lateAnswer.comeFrom(made.path("devices/slow/blocks"));
-}
-
-TEST(Sweep, MayBeginAnewWhileAnotherIsWaitedFor)
-{
-    class Display : public WaitDisplay
-    {
-    public:
-        explicit Display(LinuxRegistryService &service)
-            : service_(service)
-        {
-            RunLoop::main().setWaitDisplay(this);
-        }
-        ~Display() override { RunLoop::main().setWaitDisplay(nullptr); }
-        void waiting(std::chrono::milliseconds) override
-        {
-            if (!std::exchange(hasBegun, true))
-                service_.prepare();
-        }
-        void waitEnded() override {}
-        bool hasBegun = false;
-
-    private:
-        LinuxRegistryService &service_;
-    };
-    MadeTree made;
-    made.file("devices/slow/uevent", "");
-    ASSERT_EQ(mkfifo(made.path("devices/slow/blocks").constData(), 0600), 0);
-    QString error;
-    Sweeper::Options options;
-    options.patience = std::chrono::milliseconds(200);
-    const auto service = LinuxRegistryService::create(made.sys(), options, &error);
-    Display display(*service);
-    service->prepare();
-    EXPECT_TRUE(display.hasBegun);
-    EXPECT_TRUE(service->entryFromPath(QStringLiteral("DxService:/slow")));
-    lateAnswer.comeFrom(made.path("devices/slow/blocks"));
-}
-
-TEST(Sweep, EndsWhenAskedThoughAnAttributeDoesNotAnswer)
-{
-    MadeTree made;
-    made.file("devices/slow/uevent", "");
-    ASSERT_EQ(mkfifo(made.path("devices/slow/blocks").constData(), 0600), 0);
-    Sweeper sweeper = sweeperOf(made, std::chrono::hours(1));
-    std::stop_source stop;
-    std::jthread asker([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        stop.request_stop();
-    });
-    for (const SweepObject &object : sweeper.run(stop.get_token()).objects)
-        EXPECT_NE(object.path, "devices/slow");
-    lateAnswer.comeFrom(made.path("devices/slow/blocks"));
 }
 
 TEST(Sweep, SurvivesATreeThatChangesWhileItIsRead)
@@ -333,7 +303,7 @@ TEST(Sweep, SurvivesATreeThatChangesWhileItIsRead)
             const QByteArray name = "devices/stays/comes" + QByteArray::number(i % 7);
             made.file((name + "/below/uevent").constData(), "A=1");
             made.file((name + "/uevent").constData(), "B=2");
-            QDir(QFile::decodeName(made.path(name.constData()))).removeRecursively();
+            made.remove(name.constData());
         }
     });
     const CapturedTree tree = CapturedTree::capture(made.sys());
@@ -343,54 +313,5 @@ TEST(Sweep, SurvivesATreeThatChangesWhileItIsRead)
     }
     isOver = true;
     changer.join();
-}
-
-TEST(Sweep, KeepsTheLastFactsOfWhatIsGone)
-{
-    MadeTree made;
-    made.file("devices/here/uevent", "");
-    made.file("devices/here/leaves/uevent", "A=1");
-    const CapturedTree tree = CapturedTree::capture(made.sys());
-    TavRegistryEntry *const leaving = tree.at("DxService:/here/leaves");
-    ASSERT_TRUE(leaving && leaving->isActive());
-    QDir(QFile::decodeName(made.path("devices/here/leaves"))).removeRecursively();
-    tree.store->update();
-    EXPECT_EQ(tree.at("DxService:/here/leaves"), leaving);
-    EXPECT_EQ(leaving->registryState(), RegistryStateTerminated);
-    EXPECT_EQ(leaving->nameInPlane({}), QStringLiteral("leaves"));
-    EXPECT_TRUE(leaving->properties());
-    EXPECT_TRUE(tree.store->isUpToDate());
-    tree.store->clearTerminatedObjects();
-    EXPECT_TRUE(tree.at("DxService:/here")->childrenInPlane(QStringLiteral("DxService")).empty());
-}
-
-TEST(LiveHost, ShowsADeviceThatCameAsNew)
-{
-    const CapturedTree tree = CapturedTree::capture(QStringLiteral("/sys"));
-    ASSERT_TRUE(tree.store);
-    for (const EntryRef &entry : tree.store->registryEntries())
-        ASSERT_EQ(entry->registryState(), RegistryStateUnchanged);
-    VirtualDisk disk;
-    if (!disk.exists())
-        GTEST_SKIP() << "no virtual disk can be added here (needs root and the zram module)";
-    tree.store->update();
-    const QByteArray path = "DxService:/virtual/block/" + disk.name();
-    const TavRegistryEntry *added = tree.at(path.constData());
-    ASSERT_TRUE(added);
-    EXPECT_EQ(added->registryState(), RegistryStateNew);
-    EXPECT_EQ(added->DxcoreClass(), QStringLiteral("DxBlockDisk"));
-    const TavRegistryEntry *parent = tree.at("DxService:/virtual/block");
-    EXPECT_EQ(added->parentsInPlane(QStringLiteral("DxService")),
-              EntryList::Entries{const_cast<TavRegistryEntry *>(parent)});
-    EXPECT_EQ(parent->registryState(), RegistryStateUnchanged);
-    EXPECT_TRUE(added->childrenInPlane(QStringLiteral("DxService")).empty());
-    EXPECT_EQ(added->parentsInPlane(QStringLiteral("DxBlock")).size(), 1U);
-    EXPECT_EQ(added->parentsInPlane(QStringLiteral("DxClass")).size(), 1U);
-    disk.remove();
-    tree.store->update();
-    ASSERT_TRUE(tree.at(path.constData()));
-    EXPECT_EQ(tree.at(path.constData())->registryState(), RegistryStateTerminated);
-    tree.store->clearTerminatedObjects();
-    EXPECT_FALSE(tree.at(path.constData()));
 }
 } // namespace

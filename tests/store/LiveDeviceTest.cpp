@@ -2,108 +2,54 @@
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "platform/NotificationCenter.h"
+#include "store/DataStoreNotifications.h"
 #include "store/TavDataStore.h"
 #include "tests/support/EventLoop.h"
-#include "tests/support/RegistryText.h"
+#include "tests/support/StorePrinter.h"
 #include "tests/support/VirtualDisk.h"
 #include "tests/support/VirtualInterface.h"
 
 #include <QDir>
 #include <gtest/gtest.h>
 
-namespace {
-const QString outOfDate = QStringLiteral("Data store out of date");
-const QString changed = QStringLiteral("Data store changed");
-const QString terminated = QStringLiteral("Data store objects terminated");
+using namespace DataStoreNotifications;
 
-bool write(const QString &file, const QByteArray &text)
+namespace {
+// What comes and goes.
+struct Comer
 {
-    QFile control(file);
-    return control.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-           control.write(text) == text.size();
+    QString className;
+    const char *missing;
+    std::function<QByteArray()> come; // gives its name, or none when it cannot come
+    std::function<void()> go;
+};
+
+template<class Virtual>
+Comer virtualComer(const QString &className)
+{
+    const auto its = std::make_shared<std::optional<Virtual>>();
+    return {className, Virtual::missing,
+            [its] { return its->emplace().exists() ? (*its)->name() : QByteArray(); },
+            [its] { its->reset(); }};
 }
 
-// What comes and goes.
-class Comer
-{
-public:
-    virtual ~Comer() = default;
-    virtual bool come() = 0;
-    virtual void go() = 0;
-    virtual const char *missing() const = 0;
-    QString name;
-    QString className;
-};
-
-class Disk : public Comer
-{
-public:
-    bool come() override
-    {
-        disk_.emplace();
-        name = QString::fromLatin1(disk_->name());
-        className = QStringLiteral("DxBlockDisk");
-        return disk_->exists();
-    }
-    void go() override { disk_.reset(); }
-    const char *missing() const override
-    {
-        return "no virtual disk can be added here (needs root and the zram module)";
-    }
-
-private:
-    std::optional<VirtualDisk> disk_;
-};
-
-class Interface : public Comer
-{
-public:
-    bool come() override
-    {
-        interface_.emplace();
-        name = interface_->name();
-        className = QStringLiteral("DxNetDevice");
-        return interface_->exists();
-    }
-    void go() override { interface_.reset(); }
-    const char *missing() const override
-    {
-        return "no network interface can be added here (needs root and iproute2)";
-    }
-
-private:
-    std::optional<VirtualInterface> interface_;
-};
-
 // A source of random numbers has no users that would miss it for a moment.
-class Driver : public Comer
+Comer driver()
 {
-public:
-    Driver()
-    {
-        name = QStringLiteral("virtio_rng");
-        className = QStringLiteral("DxBinding");
-        device_ = folder_.entryList({QStringLiteral("virtio*")}, QDir::Dirs).value(0);
-        go();
-    }
-    ~Driver() override { come(); }
-    bool come() override { return !device_.isEmpty() && control("bind"); }
-    void go() override
-    {
-        if (!device_.isEmpty())
-            control("unbind");
-    }
-    const char *missing() const override { return "no driver that may be unbound is here"; }
-
-private:
-    bool control(const char *file)
-    {
-        return write(folder_.filePath(QString::fromLatin1(file)), device_.toLatin1());
-    }
-
-    QDir folder_{QStringLiteral("/sys/bus/virtio/drivers/virtio_rng")};
-    QString device_;
-};
+    const QDir folder(QStringLiteral("/sys/bus/virtio/drivers/virtio_rng"));
+    const QString device = folder.entryList({QStringLiteral("virtio*")}, QDir::Dirs).value(0);
+    const auto tell = [=](const char *file) {
+        QFile control(folder.filePath(QString::fromLatin1(file)));
+        return !device.isEmpty() && control.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+               control.write(device.toLatin1()) > 0;
+    };
+    // It is bound again when the test is over.
+    const std::shared_ptr<void> end(nullptr, [tell](void *) { tell("bind"); });
+    tell("unbind");
+    return {QStringLiteral("DxBinding"), "no driver that may be unbound is here",
+            [tell, end] { return tell("bind") ? QByteArray("virtio_rng") : QByteArray(); },
+            [tell] { tell("unbind"); }};
+}
 
 class LiveDeviceTest : public testing::TestWithParam<const char *>
 {
@@ -111,20 +57,18 @@ protected:
     void SetUp() override
     {
         const std::string kind = GetParam();
-        if (kind == "Disk")
-            comer_ = std::make_unique<Disk>();
-        else if (kind == "Interface")
-            comer_ = std::make_unique<Interface>();
-        else
-            comer_ = std::make_unique<Driver>();
-        const bool canCome = comer_->come();
-        comer_->go();
+        comer_ = kind == "Disk" ? virtualComer<VirtualDisk>(QStringLiteral("DxBlockDisk"))
+                 : kind == "Interface"
+                     ? virtualComer<VirtualInterface>(QStringLiteral("DxNetDevice"))
+                     : driver();
+        const bool canCome = !comer_.come().isEmpty();
+        comer_.go();
         if (!canCome)
-            GTEST_SKIP() << comer_->missing();
+            GTEST_SKIP() << comer_.missing;
         QString error;
         service_ = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
         store_ = TavDataStore::initFromDxRegistry(*service_);
-        for (const QString &name : {outOfDate, changed, terminated})
+        for (const QString &name : {outOfDate, changed, objectsTerminated})
             observations_.push_back(NotificationCenter::defaultCenter().observe(
                 name, store_.get(), [this](const auto &its) {
                     ++posted_[its.name];
@@ -132,19 +76,20 @@ protected:
                     wasNew_ = wasNew_ || isThere(RegistryStateNew);
                 }));
     }
-
+    void come() { name_ = QString::fromLatin1(comer_.come()); }
     TavRegistryEntry *entry() const
     {
         for (const EntryRef &entry : store_->registryEntries()) {
-            if (entry->nameInPlane({}) == comer_->name &&
-                entry->isKindOfDxcoreClass(comer_->className, false))
+            if (entry->nameInPlane({}) == name_ &&
+                entry->isKindOfDxcoreClass(comer_.className, false))
                 return entry.get();
         }
         return nullptr;
     }
     bool isThere(RegistryState state) const { return entry() && entry()->registryState() == state; }
 
-    std::unique_ptr<Comer> comer_;
+    Comer comer_;
+    QString name_;
     std::unique_ptr<LinuxRegistryService> service_;
     std::unique_ptr<TavDataStore> store_;
     QHash<QString, int> posted_;
@@ -152,26 +97,9 @@ protected:
     std::vector<NotificationCenter::Observation> observations_;
 };
 
-TEST_P(LiveDeviceTest, IsFollowedAutomatically)
+TEST_P(LiveDeviceTest, IsToldOfAndShownByTheNextUpdateOrFollowedAutomatically)
 {
-    store_->setAutoupdate(true);
-    comer_->come();
-    ASSERT_TRUE(waitFor([&] { return wasNew_; }));
-    const quint64 tag = entry()->entryTag();
-    store_->update();
-    EXPECT_TRUE(isThere(RegistryStateUnchanged));
-    comer_->go();
-    ASSERT_TRUE(waitFor([&] { return isThere(RegistryStateTerminated); }));
-    EXPECT_EQ(entry()->entryTag(), tag);
-    EXPECT_GT(posted_.value(terminated), 0);
-    EXPECT_EQ(posted_.value(outOfDate), 0);
-    store_->clearTerminatedObjects();
-    EXPECT_FALSE(entry());
-}
-
-TEST_P(LiveDeviceTest, IsToldOfAndShownByTheNextUpdate)
-{
-    comer_->come();
+    come();
     ASSERT_TRUE(waitFor([&] { return posted_.value(outOfDate) > 0; }));
     turnEventLoopFor(500);
     EXPECT_EQ(posted_.value(changed), 0);
@@ -180,16 +108,27 @@ TEST_P(LiveDeviceTest, IsToldOfAndShownByTheNextUpdate)
     EXPECT_TRUE(isThere(RegistryStateNew));
     store_->update();
     EXPECT_TRUE(isThere(RegistryStateUnchanged));
-
-    comer_->go();
+    comer_.go();
     ASSERT_TRUE(waitFor([&] { return entry()->DxRegistryEntry() == 0; }));
     EXPECT_TRUE(isThere(RegistryStateUnchanged));
     EXPECT_FALSE(store_->isUpToDate());
     store_->update();
     EXPECT_TRUE(isThere(RegistryStateTerminated));
-    EXPECT_GT(posted_.value(terminated), 0);
+    EXPECT_GT(posted_.value(objectsTerminated), 0);
     store_->clearTerminatedObjects();
     EXPECT_FALSE(entry());
+
+    store_->setAutoupdate(true);
+    posted_.clear();
+    wasNew_ = false;
+    come();
+    ASSERT_TRUE(waitFor([&] { return wasNew_; }));
+    const quint64 tag = entry()->entryTag();
+    comer_.go();
+    ASSERT_TRUE(waitFor([&] { return isThere(RegistryStateTerminated); }));
+    EXPECT_EQ(entry()->entryTag(), tag);
+    EXPECT_GT(posted_.value(objectsTerminated), 0);
+    EXPECT_EQ(posted_.value(outOfDate), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, LiveDeviceTest, testing::Values("Disk", "Interface", "Driver"),
@@ -199,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, LiveDeviceTest, testing::Values("Disk", "Interfa
 TEST(LiveStorm, OverflowEndsAsAFreshCapture)
 {
     if (!VirtualDisk().exists())
-        GTEST_SKIP() << "no virtual disk can be added here (needs root and the zram module)";
+        GTEST_SKIP() << VirtualDisk::missing;
     QString error;
     const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
     service->setEventSourceFactory([] { return DeviceMonitor::open(false, 1); });
@@ -222,7 +161,7 @@ TEST(LiveStorm, OverflowEndsAsAFreshCapture)
         fresh->update();
         for (const EntryRef &entry : store->registryEntries())
             entry->clearIsNew();
-        return RegistryText::planes(*store) == RegistryText::planes(*fresh);
+        return StorePrinter::planes(*store) == StorePrinter::planes(*fresh);
     };
     EXPECT_TRUE(waitFor(agrees));
     disks.clear();
@@ -240,7 +179,7 @@ TEST(DeviceMonitor, TellsAnOverflowFromSilence)
     EXPECT_EQ(reception, DeviceEventSource::Reception::Nothing);
     for (int i = 0; i < 20; ++i) {
         if (!VirtualDisk().exists())
-            GTEST_SKIP() << "no virtual disk can be added here (needs root and the zram module)";
+            GTEST_SKIP() << VirtualDisk::missing;
     }
     int losses = 0;
     reception = monitor->receive(event);

@@ -1,9 +1,11 @@
 #include "store/PropertyListReader.h"
+#include "tests/support/RegistryValues.h"
 
 #include <gtest/gtest.h>
 
-namespace {
+using namespace values;
 
+namespace {
 RegistryValue read(const QByteArray &content)
 {
     return PropertyListReader::read("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -11,12 +13,6 @@ RegistryValue read(const QByteArray &content)
                                     "<plist version=\"1.0\">" +
                                     content + "</plist>");
 }
-
-CompactString key(const char *text)
-{
-    return CompactString(QString::fromLatin1(text));
-}
-
 } // namespace
 
 TEST(PropertyListReader, ReadsEveryElement)
@@ -24,24 +20,23 @@ TEST(PropertyListReader, ReadsEveryElement)
     const QDateTime date(QDate(2005, 8, 1), QTime(12, 30, 45), Qt::UTC);
     const std::pair<QByteArray, RegistryValue> cases[] = {
         {"<string>a &lt;&amp;&gt; &quot;&apos; &#xe4; <![CDATA[<b>]]></string>",
-         RegistryValue::string(QStringLiteral("a <&> \"' ä <b>"))},
-        {"<string/>", RegistryValue::string({})},
-        {"<integer>42</integer>", RegistryValue::number(42, 8)},
-        {"<integer> 010 </integer>", RegistryValue::number(10, 8)},
-        {"<integer>0xFF</integer>", RegistryValue::number(255, 8)},
-        {"<integer>18446744073709551615</integer>", RegistryValue::number(~quint64(0), 8)},
-        {"<integer>-2</integer>", RegistryValue::number(quint64(-2), 8, true)},
-        {"<real>1.50</real>", RegistryValue::string(QStringLiteral("1.50"))},
+         text("a <&> \"' ä <b>")},
+        {"<string/>", text("")},
+        {"<integer>42</integer>", number(42, 8)},
+        {"<integer> 010 </integer>", number(10, 8)},
+        {"<integer>0xFF</integer>", number(255, 8)},
+        {"<integer>18446744073709551615</integer>", number(~quint64(0), 8)},
+        {"<integer>-2</integer>", negative(-2, 8)},
+        {"<real>1.50</real>", text("1.50")},
         {"<true/>", RegistryValue::boolean(true)},
         {"<false></false>", RegistryValue::boolean(false)},
         {"<data>\n\tAAEC\n\t/w==\n</data>", RegistryValue::data(QByteArray("\0\1\2\xff", 4))},
         {"<date>2005-08-01T12:30:45Z</date>", RegistryValue::date(date)},
-        {"<array/>", RegistryValue::array({})},
+        {"<array/>", array({})},
         {"<dict>\n<key>b</key><array><true/><dict/></array>\n<!-- c --><key/><false/></dict>",
-         RegistryValue::dictionary({
-             {key("b"),
-              RegistryValue::array({RegistryValue::boolean(true), RegistryValue::dictionary({})})},
-             {key(""), RegistryValue::boolean(false)},
+         dictionary({
+             {"b", array({RegistryValue::boolean(true), dictionary({})})},
+             {"", RegistryValue::boolean(false)},
          })},
     };
     for (const auto &[xml, value] : cases)
@@ -50,28 +45,26 @@ TEST(PropertyListReader, ReadsEveryElement)
 
 TEST(PropertyListReader, RefusesWhatIsNoPropertyList)
 {
-    const QByteArray unreadable[] = {
-        "",
-        "<true/><true/>",
-        "<other/>",
-        "text",
-        "<true>x</true>",
-        "<array>text</array>",
-        "<string><true/></string>",
-        "<integer>1.5</integer>",
-        "<integer>18446744073709551616</integer>",
-        "<integer>-0x</integer>",
-        "<real>x</real>",
-        "<data>A</data>",
-        "<data>AB*=</data>",
-        "<date>yesterday</date>",
-        "<date>2005-08-01T12:30:45</date>",
-        "<dict><key>a</key></dict>",
-        "<dict><true/><key>a</key></dict>",
-        "<dict><key>a</key><true/><key>a</key><true/></dict>",
-        "<string>&unknown;</string>",
-        "<array>",
-    };
+    const QByteArray unreadable[] = {"",
+                                     "<true/><true/>",
+                                     "<other/>",
+                                     "text",
+                                     "<true>x</true>",
+                                     "<array>text</array>",
+                                     "<string><true/></string>",
+                                     "<integer>1.5</integer>",
+                                     "<integer>18446744073709551616</integer>",
+                                     "<integer>-0x</integer>",
+                                     "<real>x</real>",
+                                     "<data>A</data>",
+                                     "<data>AB*=</data>",
+                                     "<date>yesterday</date>",
+                                     "<date>2005-08-01T12:30:45</date>",
+                                     "<dict><key>a</key></dict>",
+                                     "<dict><true/><key>a</key></dict>",
+                                     "<dict><key>a</key><true/><key>a</key><true/></dict>",
+                                     "<string>&unknown;</string>",
+                                     "<array>"};
     for (const QByteArray &xml : unreadable)
         EXPECT_TRUE(read(xml).isNone()) << xml.constData();
     EXPECT_TRUE(PropertyListReader::read("<dict/>").isNone());

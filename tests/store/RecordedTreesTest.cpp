@@ -1,5 +1,8 @@
 #include "tests/support/RecordedTrees.h"
 #include "LinuxFixture.h"
+#include "store/DataStoreDecoder.h"
+#include "tests/support/EncodedStore.h"
+#include "tests/support/StorePrinter.h"
 
 namespace {
 // What holds in every plane of every registry. Gives the entries that the plane has.
@@ -47,8 +50,41 @@ void checkStore(const TavDataStore &store)
     for (const QString &plane : store.registryPlanes())
         reached.unite(checkPlane(store, plane));
     EXPECT_EQ(static_cast<std::size_t>(reached.size()), store.registryEntries().size());
-    for (const EntryRef &entry : store.registryEntries())
-        EXPECT_TRUE(entry->properties()) << entry->nameInPlane({}).toStdString();
+    for (const EntryRef &entry : store.registryEntries()) {
+        EXPECT_TRUE(reached.contains(entry.get()));
+        ASSERT_TRUE(entry->properties()) << entry->nameInPlane({}).toStdString();
+        EXPECT_EQ(entry->properties()->registryEntry(), entry);
+        for (TavRegistryProperty *child : entry->properties()->children())
+            EXPECT_EQ(child->parent(), entry->properties());
+    }
+}
+
+// A failure shows the first line that differs, not both machines.
+void expectSameText(const std::string &text, const std::string &expected)
+{
+    const auto [a, b] = std::mismatch(text.begin(), text.end(), expected.begin(), expected.end());
+    const auto line = std::count(text.begin(), a, '\n');
+    const auto lineOf = [line](const std::string &whole) {
+        return QString::fromStdString(whole).section(u'\n', line, line).toStdString();
+    };
+    EXPECT_TRUE(text == expected) << "line " << line << ": " << lineOf(text) << "\ninstead of "
+                                  << lineOf(expected);
+}
+
+// That what was captured is a registry, and the same one when it is written and read back.
+void check(const CapturedTree &tree)
+{
+    ASSERT_TRUE(tree.store);
+    EXPECT_GT(tree.store->registryEntries().size(), 1U);
+    checkStore(*tree.store);
+    const auto read = DataStoreDecoder::decode(encoded(*tree.store));
+    ASSERT_TRUE(read);
+    checkStore(*read);
+    EXPECT_FALSE(read->isLive());
+    expectSameText(StorePrinter::print(*read), StorePrinter::print(*tree.store));
+    // The time of reading is not read back; all else is written the same.
+    const QByteArray again = encoded(*read);
+    EXPECT_TRUE(encoded(*DataStoreDecoder::decode(again)) == again);
 }
 
 struct Known
@@ -68,14 +104,9 @@ std::ostream &operator<<(std::ostream &stream, const Known &known)
 
 std::string asText(const RegistryValue &value)
 {
-    switch (value.type()) {
-    case RegistryValue::Type::Number:
-        return std::to_string(value.numberBits()) + ':' + std::to_string(value.numberWidth());
-    case RegistryValue::Type::String:
-        return value.toString().toStdString();
-    default:
-        return "?";
-    }
+    return value.type() == RegistryValue::Type::Number
+               ? std::to_string(value.numberBits()) + ':' + std::to_string(value.numberWidth())
+               : value.toString().toStdString();
 }
 
 class RecordedTree : public testing::TestWithParam<Known>
@@ -88,7 +119,7 @@ TEST_P(RecordedTree, IsARegistryWithItsKnownDevice)
     if (folder.isNull())
         GTEST_SKIP() << RecordedTrees::missingMessage().toStdString();
     const CapturedTree tree = CapturedTree::capture(folder + QStringLiteral("/sys"));
-    checkStore(*tree.store);
+    check(tree);
 
     const TavRegistryEntry *entry = tree.at(known.path);
     ASSERT_TRUE(entry) << known.path;
@@ -143,14 +174,12 @@ INSTANTIATE_TEST_SUITE_P(Machines, RecordedTree, testing::ValuesIn(knownDevices)
 
 TEST(Fixtures, AreRegistries)
 {
-    checkStore(*CapturedTree::fixture("synthetic").store);
-    checkStore(*CapturedTree::fixture("virtio-vm").store);
+    check(CapturedTree::fixture("synthetic"));
+    check(CapturedTree::fixture("virtio-vm"));
 }
 
 TEST(LiveHost, IsARegistry)
 {
-    const CapturedTree tree = CapturedTree::capture(QStringLiteral("/sys"));
-    ASSERT_TRUE(tree.store);
-    checkStore(*tree.store);
+    check(CapturedTree::capture(QStringLiteral("/sys")));
 }
 } // namespace

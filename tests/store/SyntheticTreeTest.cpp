@@ -8,11 +8,6 @@ class SyntheticTree : public testing::Test
 protected:
     static void SetUpTestSuite() { tree_ = CapturedTree::fixture("synthetic"); }
     static void TearDownTestSuite() { tree_ = {}; }
-
-    static std::string plane(const char *name)
-    {
-        return TreePrinter::plane(*tree_.store, QString::fromLatin1(name));
-    }
     static CapturedTree tree_;
 };
 
@@ -40,9 +35,12 @@ TEST_F(SyntheticTree, HasItsRecordsWhateverItsFolderIsCalled)
     QDir::setCurrent(before);
 }
 
-TEST_F(SyntheticTree, StacksBlockDevicesOnAllBelow)
+TEST_F(SyntheticTree, ArrangesItsPlanes)
 {
-    EXPECT_EQ(plane("DxBlock"), dedented(R"(
+    // At their first sight siblings are ordered by their plain names: those in planes come after.
+    tree_.store->update();
+    const std::pair<const char *, const char *> planes[] = {
+        {"DxBlock", R"(
         Root
           Synthetic One
             array!c0d0
@@ -59,12 +57,8 @@ TEST_F(SyntheticTree, StacksBlockDevicesOnAllBelow)
                 md0
                   dm-0
                   dm-1
-    )"));
-}
-
-TEST_F(SyntheticTree, PutsModulesUnderWhatTheyUse)
-{
-    EXPECT_EQ(plane("DxModule"), dedented(R"(
+    )"},
+        {"DxModule", R"(
         Root
           Synthetic One
             bonding
@@ -88,12 +82,8 @@ TEST_F(SyntheticTree, PutsModulesUnderWhatTheyUse)
               xhci_hcd
                 xhci_pci
                   xhci_hcd
-    )"));
-}
-
-TEST_F(SyntheticTree, PutsConsumersUnderSuppliersWithoutCycles)
-{
-    EXPECT_EQ(plane("DxPower"), dedented(R"(
+    )"},
+        {"DxPower", R"(
         Root
           Synthetic One
             clock@7e101000
@@ -106,20 +96,8 @@ TEST_F(SyntheticTree, PutsConsumersUnderSuppliersWithoutCycles)
               pump-b
             regulator@0
               serial@7e201000
-    )"));
-    const TavRegistryEntry *refusing = tree_.at("DxPower:/pump-a");
-    ASSERT_TRUE(refusing);
-    const auto *refused = refusing->properties()->childWithName(QStringLiteral("DxRefusedParents"));
-    ASSERT_TRUE(refused);
-    EXPECT_EQ(refused->childAtIndex(0)->value().toString().toStdString(),
-              "DxPower: devices/platform/pump-b");
-}
-
-TEST_F(SyntheticTree, ArrangesFirmwareUsbAndNetwork)
-{
-    // At their first sight siblings are ordered by their plain names: those in planes come after.
-    tree_.store->update();
-    EXPECT_EQ(plane("DxFirmware"), dedented(R"(
+    )"},
+        {"DxFirmware", R"(
         Root
           Synthetic One
             cpus
@@ -137,8 +115,8 @@ TEST_F(SyntheticTree, ArrangesFirmwareUsbAndNetwork)
               serial@7e201000
                 serial@7e201000
               soc
-    )"));
-    EXPECT_EQ(plane("DxUsb"), dedented(R"(
+    )"},
+        {"DxUsb", R"(
         Root
           Synthetic One
             Root Hub@usb1
@@ -148,8 +126,8 @@ TEST_F(SyntheticTree, ArrangesFirmwareUsbAndNetwork)
                 Keys!Dials Pro@1-4.2
                   interface@1.1
                   Keyboard@1.0
-    )"));
-    EXPECT_EQ(plane("DxNetwork"), dedented(R"(
+    )"},
+        {"DxNetwork", R"(
         Root
           Synthetic One
             eth0
@@ -159,7 +137,17 @@ TEST_F(SyntheticTree, ArrangesFirmwareUsbAndNetwork)
               bond0
                 bond0.7
             lo
-    )"));
+    )"},
+    };
+    for (const auto &[plane, text] : planes)
+        EXPECT_EQ(TreePrinter::plane(*tree_.store, QString::fromLatin1(plane)), dedented(text))
+            << plane;
+    const TavRegistryEntry *refusing = tree_.at("DxPower:/pump-a");
+    ASSERT_TRUE(refusing);
+    const auto *refused = refusing->properties()->childWithName(QStringLiteral("DxRefusedParents"));
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->childAtIndex(0)->value().toString().toStdString(),
+              "DxPower: devices/platform/pump-b");
 }
 
 TEST_F(SyntheticTree, NamesClassesAndBundles)

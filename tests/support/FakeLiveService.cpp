@@ -37,30 +37,10 @@ void FakeLiveService::tell(NotificationPorts::Interest kind, quintptr argument)
     ports().deliver();
 }
 
-void FakeLiveService::tellOfChange()
-{
-    tell(NotificationPorts::Interest::General, 0);
-}
-
-void FakeLiveService::tellBusy(quintptr count)
-{
-    tell(NotificationPorts::Interest::Busy, count);
-}
-
 void FakeLiveService::tellPower(quint32 type, quintptr notificationID)
 {
     ports().tellPower(power_, static_cast<PowerMessage>(type), notificationID);
     ports().deliver();
-}
-
-NotificationPort FakeLiveService::createNotificationPort()
-{
-    return refused_ == Refused::Ports ? 0 : FakeRegistryService::createNotificationPort();
-}
-
-MessagePort FakeLiveService::messagePort(NotificationPort port)
-{
-    return refused_ == Refused::Messages ? 0 : FakeRegistryService::messagePort(port);
 }
 
 RegistryStatus FakeLiveService::addMatchingNotification(NotificationPort port, const char *type,
@@ -95,14 +75,4 @@ PowerConnection FakeLiveService::registerForSystemPower(PowerCallback callback,
     power_ = notification = ports().addPower(port, std::move(callback));
     ++powerRegistrations_;
     return power_;
-}
-
-void FakeLiveService::deregisterForSystemPower(RegistryNotification notification)
-{
-    ports().releaseNotification(notification);
-}
-
-void FakeLiveService::allowPowerChange(PowerConnection, quintptr notificationID)
-{
-    allowed_.push_back(notificationID);
 }

@@ -17,15 +17,21 @@ public:
     void publish(Node node) { announce(NotificationPorts::Matching::Publish, node); }
     void match(Node node) { announce(NotificationPorts::Matching::Matched, node); }
     void terminate(Node node); // which removes it, too
-    void tellOfChange();
-    void tellBusy(quintptr count);
+    void tellOfChange() { tell(NotificationPorts::Interest::General, 0); }
+    void tellBusy(quintptr count) { tell(NotificationPorts::Interest::Busy, count); }
     void tellPower(quint32 type, quintptr notificationID);
     const std::vector<quintptr> &allowedPowerChanges() const { return allowed_; }
     quint64 powerRegistrations() const { return powerRegistrations_; }
 
     void prepareAsync(std::function<void()> ready) override;
-    NotificationPort createNotificationPort() override;
-    MessagePort messagePort(NotificationPort port) override;
+    NotificationPort createNotificationPort() override
+    {
+        return refused_ == Refused::Ports ? 0 : FakeRegistryService::createNotificationPort();
+    }
+    MessagePort messagePort(NotificationPort port) override
+    {
+        return refused_ == Refused::Messages ? 0 : FakeRegistryService::messagePort(port);
+    }
     RegistryStatus addMatchingNotification(NotificationPort port, const char *type,
                                            const QString &className, MatchingCallback callback,
                                            RegistryIterator &iterator) override;
@@ -34,8 +40,11 @@ public:
                                            RegistryNotification &notification) override;
     PowerConnection registerForSystemPower(PowerCallback callback, NotificationPort &port,
                                            RegistryNotification &notification) override;
-    void deregisterForSystemPower(RegistryNotification notification) override;
-    void allowPowerChange(PowerConnection, quintptr notificationID) override;
+    void deregisterForSystemPower(RegistryNotification notification) override
+    {
+        ports().releaseNotification(notification);
+    }
+    void allowPowerChange(PowerConnection, quintptr id) override { allowed_.push_back(id); }
     void releasePowerConnection(PowerConnection) override { --powerRegistrations_; }
 
 private:

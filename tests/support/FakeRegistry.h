@@ -2,7 +2,9 @@
 
 #include "model/RegistryService.h"
 
+#include <QByteArrayList>
 #include <QHash>
+#include <optional>
 #include <vector>
 
 // The objects of a registry in memory, made and changed by a script. Names and locations are UTF-8,
@@ -28,21 +30,27 @@ public:
     };
     Q_DECLARE_FLAGS(Failures, Failure)
 
-    void addClass(const QString &name, const QString &superclass, const QString &bundleID = {});
+    void addClass(const QString &name, const QString &superclass, const QString &bundleID = {})
+    {
+        classes_.insert(name, {superclass, bundleID});
+    }
     void addClassChain(const QStringList &mostDerivedFirst);
-    void setBundlePath(const QString &bundleID, const QString &path);
+    void setBundlePath(const QString &id, const QString &path) { bundlePaths_.insert(id, path); }
 
     Node add(const QString &className, const QByteArray &name, const QByteArray &location = {});
     void remove(Node node); // out of every plane and inactive; handles of it keep answering
     void setRoot(Node node) { root_ = node; }
     Node root() const { return root_; }
-    void link(Node parent, Node child, const QByteArray &plane);
+    void link(Node parent, Node child, const QByteArray &plane)
+    {
+        addPlane(parent, plane).children.push_back(child);
+    }
     void unlink(Node parent, Node child, const QByteArray &plane);
     void publishPlanes(); // all planes so far, as a property of the root
 
     void setName(Node node, const QByteArray &name, const QByteArray &plane = {});
     void setLocation(Node node, const QByteArray &location, const QByteArray &plane = {});
-    void setProperties(Node node, const RegistryValue &properties);
+    void setProperties(Node node, const RegistryValue &its) { at(node).properties = its; }
     void setEntryID(Node node, quint64 id) { at(node).entryID = id; }
     void setState(Node node, quint64 state) { at(node).state = state; }
     void setBusyCount(Node node, quint32 count) { at(node).busyCount = count; }
@@ -50,26 +58,20 @@ public:
     void setFailures(Node node, Failures failures) { at(node).failures = failures; }
 
 protected:
-    using PlaneIndex = std::size_t;
-    struct PlaneTexts
+    // What an object has in one plane, instead of what it has without one.
+    struct InPlane
     {
-        PlaneIndex plane;
-        QByteArray name; // null: the one without a plane
-        QByteArray location;
-        bool hasOwnLocation; // or has none there
-    };
-    struct Children
-    {
-        PlaneIndex plane;
-        std::vector<Node> nodes;
+        QByteArray plane;
+        QByteArray name; // null: none of its own
+        std::optional<QByteArray> location;
+        std::vector<Node> children;
     };
     struct Object
     {
         QString className;
         QByteArray name;
         QByteArray location;
-        std::vector<PlaneTexts> planeTexts;
-        std::vector<Children> children;
+        std::vector<InPlane> planes;
         RegistryValue properties;
         quint64 entryID = 0;
         quint64 state = ServiceRegistered;
@@ -87,23 +89,19 @@ protected:
     ~FakeRegistry() = default;
     Object &at(Node node) { return objects_[node - 1]; }
     bool exists(Node node) const { return node > 0 && node <= objects_.size(); }
-    PlaneIndex planeIndex(QByteArrayView plane) const;
-    const std::vector<Node> &childrenInPlane(Node node, PlaneIndex plane);
     // A null plane asks for the text that stands for no plane in particular.
-    const QByteArray &nameIn(const Object &object, const char *plane) const;
-    const QByteArray &locationIn(const Object &object, const char *plane) const;
-    QByteArray nameAtLocation(const Object &object, const char *plane) const;
-    const Class &classNamed(const QString &name) const;
+    static const InPlane &inPlane(const Object &object, QByteArrayView plane);
+    static const QByteArray &nameIn(const Object &object, QByteArrayView plane);
+    static const QByteArray &locationIn(const Object &object, QByteArrayView plane);
+    static QByteArray nameAtLocation(const Object &object, QByteArrayView plane);
+    Class classNamed(const QString &name) const { return classes_.value(name); }
     QString bundlePath(const QString &bundleID) const { return bundlePaths_.value(bundleID); }
 
 private:
-    PlaneIndex addPlane(const QByteArray &plane);
-    PlaneTexts &addTexts(Node node, const QByteArray &plane);
-    const PlaneTexts *findTexts(const Object &object, const char *plane) const;
-    std::vector<Node> &addChildren(Node node, const QByteArray &plane);
+    InPlane &addPlane(Node node, const QByteArray &plane);
 
     std::vector<Object> objects_;
-    std::vector<QByteArray> planes_;
+    QByteArrayList planes_;
     QHash<QString, Class> classes_;
     QHash<QString, QString> bundlePaths_;
     Node root_ = 0;

@@ -73,24 +73,17 @@ void FakeRegistryService::prepareObject(RegistryObject object)
         preparedObjects_.push_back(nodeOf(object));
 }
 
-RegistryObject FakeRegistryService::rootEntry()
-{
-    ++calls_;
-    return handOut(root());
-}
-
 RegistryObject FakeRegistryService::entryFromPath(const QString &path)
 {
     ++calls_;
     const QByteArray plane = path.section(u':', 0, 0).toLatin1();
-    const PlaneIndex index = planeIndex(plane);
-    if (!exists(root()) || childrenInPlane(root(), index).empty())
+    if (!exists(root()) || inPlane(at(root()), plane).children.empty())
         return 0;
-    Node node = childrenInPlane(root(), index).front();
+    Node node = inPlane(at(root()), plane).children.front();
     for (const QString &name : path.section(u':', 1).split(u'/', Qt::SkipEmptyParts)) {
-        const auto &children = childrenInPlane(node, index);
+        const auto &children = inPlane(at(node), plane).children;
         const auto next = std::find_if(children.begin(), children.end(), [&](Node child) {
-            return nameAtLocation(at(child), plane.constData()) == name.toUtf8();
+            return nameAtLocation(at(child), plane) == name.toUtf8();
         });
         if (next == children.end())
             return 0;
@@ -104,33 +97,22 @@ RegistryStatus FakeRegistryService::childIterator(RegistryObject object, const c
 {
     if (!heldWithout(ChildIteratorFails, object))
         return RegistryStatus::Failed;
-    if (freeIterators_.empty()) {
-        iterators_.emplace_back();
-        freeIterators_.push_back(static_cast<RegistryIterator>(iterators_.size()));
-    }
-    iterator = freeIterators_.back();
-    freeIterators_.pop_back();
-    iterators_[iterator - 1] = {nodeOf(object), planeIndex(plane), 0, true};
+    iterator = ++lastIterator_;
+    iterators_.insert(iterator, {nodeOf(object), plane});
     return RegistryStatus::Success;
-}
-
-FakeRegistryService::Iterator *FakeRegistryService::opened(RegistryIterator iterator)
-{
-    ++calls_;
-    if (iterator > 0 && iterator <= iterators_.size() && iterators_[iterator - 1].isOpen)
-        return &iterators_[iterator - 1];
-    ++misuses_;
-    return nullptr;
 }
 
 RegistryObject FakeRegistryService::iteratorNext(RegistryIterator iterator)
 {
     if (NotificationPorts::isIterator(iterator))
         return ports().next(iterator);
-    Iterator *const position = opened(iterator);
-    if (!position)
+    ++calls_;
+    const auto position = iterators_.find(iterator);
+    if (position == iterators_.end()) {
+        ++misuses_;
         return 0;
-    const auto &children = childrenInPlane(position->node, position->plane);
+    }
+    const auto &children = inPlane(at(position->node), position->plane).children;
     return position->next < children.size() ? handOut(children[position->next++]) : 0;
 }
 
@@ -138,10 +120,8 @@ void FakeRegistryService::releaseIterator(RegistryIterator iterator)
 {
     if (NotificationPorts::isIterator(iterator))
         return ports().releaseIterator(iterator);
-    if (Iterator *const position = opened(iterator)) {
-        position->isOpen = false;
-        freeIterators_.push_back(iterator);
-    }
+    ++calls_;
+    misuses_ += !iterators_.remove(iterator);
 }
 
 RegistryStatus FakeRegistryService::nameInPlane(RegistryObject object, const char *plane,
@@ -173,18 +153,6 @@ QString FakeRegistryService::copyClassName(RegistryObject object)
     return found ? found->className : QString();
 }
 
-QString FakeRegistryService::copySuperclassName(const QString &className)
-{
-    ++calls_;
-    return classNamed(className).superclass;
-}
-
-QString FakeRegistryService::copyBundleIdentifierForClass(const QString &className)
-{
-    ++calls_;
-    return classNamed(className).bundleID;
-}
-
 bool FakeRegistryService::conformsTo(RegistryObject object, const QString &className)
 {
     const Object *const found = held(object);
@@ -212,47 +180,14 @@ bool FakeRegistryService::objectsEqual(RegistryObject a, RegistryObject b)
     return nodeOf(a) == nodeOf(b);
 }
 
-RegistryStatus FakeRegistryService::copyProperties(RegistryObject object, RegistryValue &properties)
-{
-    const Object *const found = heldWithout(PropertiesFail, object);
-    if (!found)
-        return RegistryStatus::Failed;
-    properties = found->properties;
-    return RegistryStatus::Success;
-}
-
 RegistryValue FakeRegistryService::copyProperty(RegistryObject object, const QString &key)
 {
     const Object *const found = heldWithout(PropertiesFail, object);
     return found ? found->properties.member(key) : RegistryValue();
 }
 
-RegistryStatus FakeRegistryService::serviceState(RegistryObject object, quint64 &state)
-{
-    const Object *const found = heldWithout(ServiceStateFails, object);
-    if (!found)
-        return RegistryStatus::Failed;
-    state = found->state;
-    return RegistryStatus::Success;
-}
-
-RegistryStatus FakeRegistryService::busyState(RegistryObject object, quint32 &busyCount)
-{
-    const Object *const found = heldWithout(BusyStateFails, object);
-    if (!found)
-        return RegistryStatus::Failed;
-    busyCount = found->busyCount;
-    return RegistryStatus::Success;
-}
-
 quint32 FakeRegistryService::retainCount(RegistryObject object)
 {
     const Object *const found = held(object);
     return found ? found->retainCount : 0;
-}
-
-QString FakeRegistryService::bundleURLForIdentifier(const QString &bundleID)
-{
-    ++calls_;
-    return bundlePath(bundleID);
 }

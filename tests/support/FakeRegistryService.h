@@ -13,7 +13,7 @@ public:
     void setDistinctHandles(bool distinct) { distinctHandles_ = distinct; }
 
     quint64 openHandles() const { return openHandles_; }
-    quint64 openIterators() const { return iterators_.size() - freeIterators_.size(); }
+    quint64 openIterators() const { return static_cast<quint64>(iterators_.size()); }
     quint64 misuses() const { return misuses_; } // uses and releases of what was not held
     quint64 calls() const { return calls_; }
     int preparations() const { return preparations_; }
@@ -21,7 +21,11 @@ public:
 
     void prepare() override { ++preparations_; }
     void prepareObject(RegistryObject object) override;
-    RegistryObject rootEntry() override;
+    RegistryObject rootEntry() override
+    {
+        ++calls_;
+        return handOut(root());
+    }
     RegistryObject entryFromPath(const QString &path) override;
     RegistryStatus childIterator(RegistryObject object, const char *plane,
                                  RegistryIterator &iterator) override;
@@ -33,20 +37,41 @@ public:
                                    RegistryName &location) override;
     QString copyClassName(RegistryObject object) override;
     bool hasSuperclassLookup() const override { return hasSuperclassLookup_; }
-    QString copySuperclassName(const QString &className) override;
-    QString copyBundleIdentifierForClass(const QString &className) override;
+    QString copySuperclassName(const QString &className) override
+    {
+        ++calls_;
+        return classNamed(className).superclass;
+    }
+    QString copyBundleIdentifierForClass(const QString &className) override
+    {
+        ++calls_;
+        return classNamed(className).bundleID;
+    }
     bool conformsTo(RegistryObject object, const QString &className) override;
     bool hasEntryIDs() const override { return hasEntryIDs_; }
     RegistryStatus entryID(RegistryObject object, quint64 &id) override;
     bool objectsEqual(RegistryObject a, RegistryObject b) override;
-    RegistryStatus copyProperties(RegistryObject object, RegistryValue &properties) override;
+    RegistryStatus copyProperties(RegistryObject object, RegistryValue &properties) override
+    {
+        return read(PropertiesFail, object, &Object::properties, properties);
+    }
     RegistryValue copyProperty(RegistryObject object, const QString &key) override;
-    RegistryStatus serviceState(RegistryObject object, quint64 &state) override;
-    RegistryStatus busyState(RegistryObject object, quint32 &busyCount) override;
+    RegistryStatus serviceState(RegistryObject object, quint64 &state) override
+    {
+        return read(ServiceStateFails, object, &Object::state, state);
+    }
+    RegistryStatus busyState(RegistryObject object, quint32 &busyCount) override
+    {
+        return read(BusyStateFails, object, &Object::busyCount, busyCount);
+    }
     quint32 retainCount(RegistryObject object) override;
     void retain(RegistryObject object) override;
     void release(RegistryObject object) override;
-    QString bundleURLForIdentifier(const QString &bundleID) override;
+    QString bundleURLForIdentifier(const QString &bundleID) override
+    {
+        ++calls_;
+        return bundlePath(bundleID);
+    }
 
     PowerConnection registerForSystemPower(PowerCallback, NotificationPort &,
                                            RegistryNotification &) override
@@ -61,17 +86,24 @@ private:
     struct Iterator
     {
         Node node;
-        PlaneIndex plane;
-        std::size_t next;
-        bool isOpen;
+        QByteArray plane;
+        std::size_t next = 0;
     };
 
     Object *held(RegistryObject object);
     Object *heldWithout(Failure failure, RegistryObject object);
-    Iterator *opened(RegistryIterator iterator);
+    template<class Value>
+    RegistryStatus read(Failure failure, RegistryObject object, Value Object::*field, Value &value)
+    {
+        const Object *const found = heldWithout(failure, object);
+        if (!found)
+            return RegistryStatus::Failed;
+        value = found->*field;
+        return RegistryStatus::Success;
+    }
 
-    std::vector<Iterator> iterators_;
-    std::vector<RegistryIterator> freeIterators_;
+    QHash<RegistryIterator, Iterator> iterators_;
+    RegistryIterator lastIterator_ = 0;
     bool hasEntryIDs_ = true;
     bool hasSuperclassLookup_ = true;
     bool distinctHandles_ = false;

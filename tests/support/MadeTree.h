@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 // A small tree made for one test.
@@ -26,6 +27,11 @@ public:
     void link(const char *below, const char *target)
     {
         ASSERT_EQ(symlink(target, path(below).constData()), 0);
+    }
+    // One that does not answer who reads it.
+    void pipe(const QByteArray &below)
+    {
+        ASSERT_EQ(mkfifo(path(below.constData()).constData(), 0600), 0);
     }
 
 private:

@@ -42,23 +42,18 @@ RegistryValue PropertyTableGenerator::number(int width)
 
 RegistryValue PropertyTableGenerator::scalar(quint32 kind)
 {
+    constexpr int widths[] = {4, 2, 8, 1};
     switch (kind % scalarKinds) {
     case 0:
         return sharedText();
-    case 1:
-        return number(4);
     case 2:
         return ownText();
-    case 3:
-        return number(2);
     case 4:
         return RegistryValue::boolean(random_.bounded(2) == 1);
-    case 5:
-        return number(8);
     case 6:
         return RegistryValue::data(QByteArray(64, static_cast<char>(random_.bounded(256))));
     default:
-        return number(1);
+        return number(widths[kind % scalarKinds / 2]);
     }
 }
 

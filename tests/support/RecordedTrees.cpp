@@ -26,14 +26,6 @@ bool unpack(const QString &archive, const QString &folder)
 }
 } // namespace
 
-QStringList RecordedTrees::names()
-{
-    QStringList names = QDir(archiveFolder()).entryList({u'*' + suffix}, QDir::Files, QDir::Name);
-    for (QString &name : names)
-        name.chop(suffix.size());
-    return names;
-}
-
 QString RecordedTrees::folder(const QString &name)
 {
     const QFileInfo archive(archiveFolder() + u'/' + name + suffix);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QStringList>
+#include <QString>
 
 // Sysfs trees that were recorded on other machines. They are no part of the project: the archives
 // NAME.tar.xz are looked for in the folder named by VANDREL_SYSFS_TREES, else in ../shared/sysfs
@@ -8,7 +8,6 @@
 class RecordedTrees
 {
 public:
-    static QStringList names(); // of the archives, sorted; empty when there are none
     // The folder that holds the tree's "sys", unpacked on first use and kept in the build folder
     // for the next test; null when there is no such archive or it cannot be unpacked.
     static QString folder(const QString &name);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/RegistryValue.h"
+#include "model/TavRegistryProperty.h"
 
 // Short ways to write values in tests.
 namespace values {
@@ -38,5 +38,11 @@ inline RegistryValue dictionary(std::initializer_list<std::pair<const char *, Re
     for (const auto &[name, value] : items)
         members.push_back({key(name), value});
     return RegistryValue::dictionary(std::move(members));
+}
+// The property tree of a value, of nodes without an entry.
+inline PropertyRef build(const RegistryValue &value)
+{
+    return TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(), nullptr, {},
+                                       nullptr, {}, 0, value);
 }
 } // namespace values

@@ -27,7 +27,6 @@ public:
         state_->wake();
     }
     bool isOpen() const { return state_->isOpen; }
-    bool isEmpty() const { return state_->queue.empty(); }
 
     std::unique_ptr<DeviceEventSource> open() const { return std::make_unique<Source>(state_); }
 

@@ -1,19 +1,8 @@
 #include "tests/support/SimulatedRunLoop.h"
 
-struct SimulatedRunLoop::Scheduled
+struct SimulatedRunLoop::Ticket : RunLoop::Timer
 {
-    Call fire;
-};
-
-class SimulatedRunLoop::Ticket : public RunLoop::Timer
-{
-public:
-    explicit Ticket(std::shared_ptr<Scheduled> scheduled)
-        : scheduled_(std::move(scheduled))
-    {}
-
-private:
-    std::shared_ptr<Scheduled> scheduled_;
+    std::shared_ptr<Call> fire;
 };
 
 SimulatedRunLoop::SimulatedRunLoop()
@@ -28,9 +17,10 @@ SimulatedRunLoop::~SimulatedRunLoop()
 
 std::unique_ptr<RunLoop::Timer> SimulatedRunLoop::startTimer(Seconds delay, Call fire)
 {
-    auto scheduled = std::make_shared<Scheduled>(Scheduled{std::move(fire)});
-    timers_.emplace(now_ + std::chrono::ceil<Milliseconds>(delay), scheduled);
-    return std::make_unique<Ticket>(std::move(scheduled));
+    auto ticket = std::make_unique<Ticket>();
+    ticket->fire = std::make_shared<Call>(std::move(fire));
+    timers_.emplace(now_ + std::chrono::ceil<Milliseconds>(delay), ticket->fire);
+    return ticket;
 }
 
 std::size_t SimulatedRunLoop::pendingTimers() const
@@ -47,7 +37,7 @@ void SimulatedRunLoop::advance(double seconds)
         const auto due = timers_.begin()->second.lock();
         timers_.erase(timers_.begin());
         if (due)
-            due->fire();
+            (*due)();
     }
     now_ = end;
 }

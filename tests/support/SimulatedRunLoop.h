@@ -18,10 +18,9 @@ public:
     void setIsInDefaultMode(bool isDefault);
 
 private:
-    struct Scheduled;
-    class Ticket;
+    struct Ticket;
 
     using Milliseconds = std::chrono::milliseconds;
     Milliseconds now_{0};
-    std::multimap<Milliseconds, std::weak_ptr<Scheduled>> timers_;
+    std::multimap<Milliseconds, std::weak_ptr<Call>> timers_;
 };

@@ -1,22 +1,12 @@
 #include "tests/support/SmallStore.h"
 
 using L1 = QLatin1String;
+using enum SmallStore::Position;
 
 namespace {
-
-ArchiveReference at(SmallStore::Position position)
-{
-    return {static_cast<quint32>(position)};
-}
-
 ArchiveValue text(const char *text)
 {
     return QString::fromLatin1(text);
-}
-
-ArchiveDictionary inPlane(const ArchiveValue &value)
-{
-    return {{QStringLiteral("DxService"), value}};
 }
 
 ArchiveSketch::Object store(qint64 version)
@@ -27,7 +17,7 @@ ArchiveSketch::Object store(qint64 version)
                 {L1("hostName"), text("host")},
                 {L1("archName"), text("x86_64")},
                 {L1("byteOrder"), ArchiveNumber{1, 4, true}},
-                {L1("registryEntries"), ArchiveList{at(SmallStore::Root), at(SmallStore::Child)}},
+                {L1("registryEntries"), ArchiveList{SmallStore::at(Root), SmallStore::at(Child)}},
                 {L1("registryPlanes"), ArchiveList{text("DxService")}},
                 {L1("lastUpdateDate"), QDateTime::fromMSecsSinceEpoch(0, Qt::UTC)},
                 {L1("isUpToDate"), ArchiveValue(true)},
@@ -43,7 +33,7 @@ ArchiveSketch::Object entry(const char *name, qint64 tag)
                 {L1("bundleID"), ArchiveValue()},
                 {L1("inheritance"), ArchiveList{text("DxRoot"), text("DxRegistryEntry")}},
                 {L1("name"), text(name)},
-                {L1("namesInPlanes"), inPlane(text(name))},
+                {L1("namesInPlanes"), SmallStore::inPlane(text(name))},
                 {L1("location"), ArchiveValue()},
                 {L1("locationsInPlanes"), ArchiveDictionary()},
                 {L1("childrenInPlanes"), ArchiveDictionary()},
@@ -67,7 +57,7 @@ ArchiveSketch::Object node(SmallStore::Position owner, const ArchiveValue &paren
                 {L1("TavRegistryPropertyCoderVersionNumber"), qint64(2)},
                 {L1("isCollection"), ArchiveValue(isCollection)},
                 {L1("hasName"), ArchiveValue(false)},
-                {L1("registryEntry"), at(owner)},
+                {L1("registryEntry"), SmallStore::at(owner)},
                 {L1("registryState"), qint64(0)},
                 {L1("parent"), parent},
             }};
@@ -89,10 +79,10 @@ ArchiveSketch::Object named(ArchiveSketch::Object object, const char *name)
 ArchiveSketch sketch(qint64 version)
 {
     ArchiveSketch sketch{{store(version), entry("Root", 1), entry("Child", 2)}};
-    sketch.objects[SmallStore::Root].set(L1("childrenInPlanes"),
-                                         inPlane(ArchiveList{at(SmallStore::Child)}));
-    sketch.objects[SmallStore::Child].set(L1("parentsInPlanes"),
-                                          inPlane(ArchiveList{at(SmallStore::Root)}));
+    sketch.objects[Root].set(L1("childrenInPlanes"),
+                             SmallStore::inPlane(ArchiveList{SmallStore::at(Child)}));
+    sketch.objects[Child].set(L1("parentsInPlanes"),
+                              SmallStore::inPlane(ArchiveList{SmallStore::at(Root)}));
     return sketch;
 }
 

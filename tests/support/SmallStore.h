@@ -10,4 +10,10 @@ struct SmallStore
 
     static ArchiveSketch current(); // of version 2
     static ArchiveSketch old();     // of version 1
+
+    static ArchiveReference at(Position position) { return {static_cast<quint32>(position)}; }
+    static ArchiveValue inPlane(const ArchiveValue &value)
+    {
+        return ArchiveDictionary{{QStringLiteral("DxService"), value}};
+    }
 };

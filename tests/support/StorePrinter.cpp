@@ -3,9 +3,10 @@
 #include "tests/support/TreePrinter.h"
 
 #include <QHash>
+#include <map>
 
 namespace {
-using Places = QHash<const TavRegistryEntry *, std::size_t>;
+using Places = QHash<const TavRegistryEntry *, quint64>;
 
 // Null and empty are different.
 QString quoted(const QString &text)
@@ -29,17 +30,11 @@ QString placesText(const EntryList::Entries &entries, const Places &places)
     return text;
 }
 
-QString planesText(const TavRegistryEntry &entry, const QStringList &planes, const Places &places)
+QString planeText(const TavRegistryEntry &entry, const QString &plane, const Places &places)
 {
-    QString text;
-    for (const QString &plane : planes) {
-        text += plane + QLatin1String(": ") + quoted(entry.nameInPlane(plane)) +
-                QLatin1String(" at ") + quoted(entry.locationInPlane(plane)) +
-                QLatin1String("; children") + placesText(entry.childrenInPlane(plane), places) +
-                QLatin1String("; parents") + placesText(entry.parentsInPlane(plane), places) +
-                u'\n';
-    }
-    return text;
+    return plane + QLatin1String(": ") + quoted(entry.nameInPlane(plane)) + QLatin1String(" at ") +
+           quoted(entry.locationInPlane(plane)) + QLatin1String("; children") +
+           placesText(entry.childrenInPlane(plane), places);
 }
 
 QString factsText(const TavRegistryEntry &entry)
@@ -55,10 +50,19 @@ QString factsText(const TavRegistryEntry &entry)
         text += flag ? u'1' : u'0';
     return text + u'\n' + quoted(entry.nameInPlane({})) + QLatin1String(" at ") +
            quoted(entry.locationInPlane({})) + QLatin1String(" bundle ") +
-           quoted(entry.bundleID()) + u'\n' + entry.inheritanceString() + u'\n' +
-           dateText(entry.dateDiscovered()) + QLatin1String(", ") +
+           quoted(entry.bundleID()) + u'\n' + entry.inheritanceString() + u'\n';
+}
+
+QString datesText(const TavRegistryEntry &entry)
+{
+    return dateText(entry.dateDiscovered()) + QLatin1String(", ") +
            dateText(entry.dateLastUpdated()) + QLatin1String(", ") +
            dateText(entry.dateTerminated()) + u'\n';
+}
+
+std::string propertiesText(const TavRegistryEntry &entry)
+{
+    return entry.properties() ? TreePrinter::properties(*entry.properties()) : std::string();
 }
 } // namespace
 
@@ -66,7 +70,7 @@ std::string StorePrinter::print(const TavDataStore &store)
 {
     Places places;
     for (const EntryRef &entry : store.registryEntries())
-        places.insert(entry.get(), static_cast<std::size_t>(places.size()));
+        places.insert(entry.get(), static_cast<quint64>(places.size()));
     const QStringList &planes = store.registryPlanes();
     QString text =
         QStringLiteral("host %1 arch %2 byte order %3 up to date %4\n")
@@ -77,10 +81,37 @@ std::string StorePrinter::print(const TavDataStore &store)
     for (const EntryRef &entry : store.registryEntries()) {
         text = QStringLiteral("\nentry %1").arg(places.value(entry.get())) +
                (entry->dataStore() == &store ? QString() : QStringLiteral(" of another store")) +
-               u'\n' + factsText(*entry) + planesText(*entry, planes, places);
-        whole += text.toStdString();
-        if (TavRegistryProperty *properties = entry->properties())
-            whole += TreePrinter::properties(*properties);
+               u'\n' + factsText(*entry) + datesText(*entry);
+        for (const QString &plane : planes)
+            text += planeText(*entry, plane, places) + QLatin1String("; parents") +
+                    placesText(entry->parentsInPlane(plane), places) + u'\n';
+        whole += text.toStdString() + propertiesText(*entry);
     }
+    return whole;
+}
+
+std::string StorePrinter::planes(const TavDataStore &store)
+{
+    std::string text;
+    for (const QString &plane : store.registryPlanes())
+        text += plane.toStdString() + '\n' + TreePrinter::plane(store, plane);
+    return text;
+}
+
+std::string StorePrinter::registry(const TavDataStore &store)
+{
+    Places tags;
+    for (const EntryRef &entry : store.registryEntries())
+        tags.insert(entry.get(), entry->entryTag());
+    std::map<quint64, std::string> entries;
+    for (const EntryRef &entry : store.registryEntries()) {
+        QString text = factsText(*entry);
+        for (const QString &plane : store.registryPlanes())
+            text += planeText(*entry, plane, tags) + u'\n';
+        entries[entry->entryTag()] = text.toStdString() + propertiesText(*entry);
+    }
+    std::string whole = planes(store);
+    for (const auto &[tag, text] : entries)
+        whole += text;
     return whole;
 }

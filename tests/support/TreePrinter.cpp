@@ -40,34 +40,7 @@ QString numberText(const RegistryValue &number)
     return text +
            (width == 1 ? QStringLiteral(" (1 byte)") : QStringLiteral(" (%1 bytes)").arg(width));
 }
-} // namespace
-
-std::string TreePrinter::plane(const TavDataStore &store, const QString &plane)
-{
-    return store.registryRoot() ? entry(*store.registryRoot(), plane) : std::string();
-}
-
-std::string TreePrinter::entry(const TavRegistryEntry &top, const QString &plane)
-{
-    return print(
-        top,
-        [&](const TavRegistryEntry &node) -> const EntryList::Entries & {
-            return node.childrenInPlane(plane);
-        },
-        [&](const TavRegistryEntry &node) { return node.nameAtLocationInPlane(plane); });
-}
-
-std::string TreePrinter::properties(const TavRegistryProperty &top)
-{
-    return print(
-        top, [](const TavRegistryProperty &node) { return node.children(); },
-        [](const TavRegistryProperty &node) {
-            return node.name().isNull() ? value(node)
-                                        : node.name() + QLatin1String(": ") + value(node);
-        });
-}
-
-QString TreePrinter::value(const TavRegistryProperty &node)
+QString valueText(const TavRegistryProperty &node)
 {
     using Type = RegistryValue::Type;
     const RegistryValue value = node.value();
@@ -94,4 +67,27 @@ QString TreePrinter::value(const TavRegistryProperty &node)
         break;
     }
     return QStringLiteral("collection"); // a copied one, which no longer knows its type
+}
+} // namespace
+
+std::string TreePrinter::plane(const TavDataStore &store, const QString &plane)
+{
+    if (!store.registryRoot())
+        return {};
+    return print(
+        *store.registryRoot(),
+        [&](const TavRegistryEntry &node) -> const EntryList::Entries & {
+            return node.childrenInPlane(plane);
+        },
+        [&](const TavRegistryEntry &node) { return node.nameAtLocationInPlane(plane); });
+}
+
+std::string TreePrinter::properties(const TavRegistryProperty &top)
+{
+    return print(
+        top, [](const TavRegistryProperty &node) { return node.children(); },
+        [](const TavRegistryProperty &node) {
+            return node.name().isNull() ? valueText(node)
+                                        : node.name() + QLatin1String(": ") + valueText(node);
+        });
 }

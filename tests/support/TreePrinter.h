@@ -11,9 +11,7 @@ class TreePrinter
 public:
     // "name@location", with " (new)" or " (terminated)" where an entry is.
     static std::string plane(const TavDataStore &store, const QString &plane);
-    static std::string entry(const TavRegistryEntry &top, const QString &plane);
-    // "name: value", with " (new)", " (changed)" or " (terminated)" where a node is.
-    static std::string properties(const TavRegistryProperty &top);
+    // "name: value", with " (new)", " (changed)" or " (terminated)" where a node is. A value is
     // 5 (4 bytes), "text", <0102>, true, an ISO date, null, or the word for a collection.
-    static QString value(const TavRegistryProperty &node);
+    static std::string properties(const TavRegistryProperty &top);
 };

@@ -7,6 +7,9 @@
 class VirtualDisk
 {
 public:
+    static constexpr const char *missing =
+        "no virtual disk can be added here (needs root and the zram module)";
+
     VirtualDisk()
     {
         QFile add(QStringLiteral("/sys/class/zram-control/hot_add"));

@@ -7,6 +7,9 @@
 class VirtualInterface
 {
 public:
+    static constexpr const char *missing =
+        "no network interface can be added here (needs root and iproute2)";
+
     VirtualInterface()
     {
         static int count = 0;
@@ -23,7 +26,7 @@ public:
     VirtualInterface(const VirtualInterface &) = delete;
     VirtualInterface &operator=(const VirtualInterface &) = delete;
     bool exists() const { return exists_; }
-    const QString &name() const { return name_; }
+    QByteArray name() const { return name_.toLatin1(); }
 
 private:
     static bool ip(const QStringList &arguments)
