@@ -17,39 +17,33 @@ TEST(DataIntegersTest, Renders)
         const char *name;
         const char *hex; // of the bytes
         PropertyFormatOptions options;
-        qint32 machine;
         const char16_t *text;
+        qint32 machine = littleEndian;
     } rows[] = {
-        {"Empty", "", formatOf("4xhu"), littleEndian, u"<>"},
-        {"Leftover", "010203040506", formatOf("4xbu"), littleEndian, u"<0x01020304 …>"},
-        {"OnlyLeftover", "010203", formatOf("4xbu"), littleEndian, u"<…>"},
-        {"LittleEndian", "01020304", formatOf("2xlu"), bigEndian, u"<0x0201 0x0403>"},
-        {"NativeLittle", "01020304", formatOf("2xhu"), littleEndian, u"<0x0201 0x0403>"},
-        {"NativeBig", "01020304", formatOf("2xhu"), bigEndian, u"<0x0102 0x0304>"},
-        {"NativeUnknown", "0102030405", formatOf("2xhu"), unknownOrder, u"<???? ???? …>"},
-        {"NativeUnknownLong", "0102030405060708", formatOf("8dhu"), unknownOrder,
-         u"<???????????????\?>"},
-        {"NativeUnknownBinary", "0102", formatOf("2bhu"), unknownOrder, u"<0b???????????????\?>"},
-        {"BytesHaveNoOrder", "0102", formatOf("1xhu"), unknownOrder, u"<0x01 0x02>"},
-        {"ImpossibleOrderReadsZero",
-         "0102",
-         {.unit = 2, .base = 16, .byteOrder = 3},
-         littleEndian,
-         u"<0x0000>"},
-        {"HexadecimalLong", "0000000000000001", formatOf("8xbu"), littleEndian,
-         u"<0x0000000000000001>"},
-        {"OctalByte", "01ff", formatOf("1ohu"), littleEndian, u"<0o001 0o377>"},
-        {"OctalShort", "0001", formatOf("2obu"), littleEndian, u"<0o000001>"},
-        {"OctalWord", "00000001", formatOf("4obu"), littleEndian, u"<0o000000000001>"},
-        {"OctalLong", "0000000000000001", formatOf("8obu"), littleEndian,
-         u"<0o000000000000000001>"},
-        {"DecimalIsNotPadded", "0001", formatOf("2dbu"), littleEndian, u"<1>"},
-        {"SignedWords", "fffffffe00000001", formatOf("4dbs"), littleEndian, u"<-2 1>"},
-        {"BinaryKeepsEveryBit", "05", formatOf("1bhu"), littleEndian, u"<0b00000101>"},
-        {"BinaryShort", "0005", formatOf("2bbu"), littleEndian, u"<0b0000000000000101>"},
-        {"ImpossibleBase", "0102", {.unit = 1, .base = 7}, littleEndian, u"<…>"},
-        {"UnreadableDescriptor", "0102", formatOf("x"), littleEndian, u"<…>"},
-        {"UnreadableDescriptorNoBytes", "", formatOf("x"), littleEndian, u"<>"},
+        {"Empty", "", formatOf("4xhu"), u"<>"},
+        {"Leftover", "010203040506", formatOf("4xbu"), u"<0x01020304 …>"},
+        {"OnlyLeftover", "010203", formatOf("4xbu"), u"<…>"},
+        {"LittleEndian", "01020304", formatOf("2xlu"), u"<0x0201 0x0403>", bigEndian},
+        {"NativeLittle", "01020304", formatOf("2xhu"), u"<0x0201 0x0403>"},
+        {"NativeBig", "01020304", formatOf("2xhu"), u"<0x0102 0x0304>", bigEndian},
+        {"NativeUnknown", "0102030405", formatOf("2xhu"), u"<???? ???? …>", unknownOrder},
+        {"NativeUnknownLong", "0102030405060708", formatOf("8dhu"), u"<???????????????\?>",
+         unknownOrder},
+        {"NativeUnknownBinary", "0102", formatOf("2bhu"), u"<0b???????????????\?>", unknownOrder},
+        {"BytesHaveNoOrder", "0102", formatOf("1xhu"), u"<0x01 0x02>", unknownOrder},
+        {"ImpossibleOrderReadsZero", "0102", {.unit = 2, .base = 16, .byteOrder = 3}, u"<0x0000>"},
+        {"HexadecimalLong", "0000000000000001", formatOf("8xbu"), u"<0x0000000000000001>"},
+        {"OctalByte", "01ff", formatOf("1ohu"), u"<0o001 0o377>"},
+        {"OctalShort", "0001", formatOf("2obu"), u"<0o000001>"},
+        {"OctalWord", "00000001", formatOf("4obu"), u"<0o000000000001>"},
+        {"OctalLong", "0000000000000001", formatOf("8obu"), u"<0o000000000000000001>"},
+        {"DecimalIsNotPadded", "0001", formatOf("2dbu"), u"<1>"},
+        {"SignedWords", "fffffffe00000001", formatOf("4dbs"), u"<-2 1>"},
+        {"BinaryKeepsEveryBit", "05", formatOf("1bhu"), u"<0b00000101>"},
+        {"BinaryShort", "0005", formatOf("2bbu"), u"<0b0000000000000101>"},
+        {"ImpossibleBase", "0102", {.unit = 1, .base = 7}, u"<…>"},
+        {"UnreadableDescriptor", "0102", formatOf("x"), u"<…>"},
+        {"UnreadableDescriptorNoBytes", "", formatOf("x"), u"<>"},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
@@ -117,27 +111,27 @@ TEST(DataAutomaticTest, Renders)
     {
         const char *name;
         QByteArray bytes;
-        qint32 machine;
         const char16_t *text;
         quint32 strings;
+        qint32 machine = littleEndian;
     } rows[] = {
-        {"OneString", QByteArray("abc\0", 4), littleEndian, u"<\"abc\">", 1},
-        {"InnerEmptyString", QByteArray("a\0\0b\0", 5), littleEndian, u"<\"a\", \"\", \"b\">", 3},
-        {"LeadingEmptyString", QByteArray("\0a\0", 3), littleEndian, u"<\"\", \"a\">", 2},
-        {"TrailingNulsAreDropped", QByteArray("a\0\0\0", 4), littleEndian, u"<\"a\">", 1},
-        {"TextNeedsNoByteOrder", QByteArray("a\0", 2), unknownOrder, u"<\"a\">", 1},
-        {"SpaceCountsAsLetter", QByteArray("- \0", 3), littleEndian, u"<\"- \">", 1},
-        {"QuarterHigh", QByteArray("abcd\x80\0", 6), littleEndian, u"<\"abcdÄ\">", 1},
-        {"MoreThanAQuarterHigh", QByteArray("abc\x80\0", 5), littleEndian, u"<61 62 63 80 00>", 0},
-        {"NoFinalNul", "abc", littleEndian, u"<61 62 63>", 0},
-        {"NoLetter", QByteArray("+-\0", 3), littleEndian, u"<2b 2d 00>", 0},
-        {"Tab", QByteArray("a\tb\0", 4), littleEndian, u"<61 09 62 00>", 0},
-        {"Delete", QByteArray("a\x7f\0", 3), littleEndian, u"<61 7f 00>", 0},
-        {"OneNul", QByteArray("\0", 1), littleEndian, u"<00>", 0},
-        {"OnlyNuls", QByteArray("\0\0\0", 3), littleEndian, u"<00 00 00>", 0},
-        {"Empty", "", littleEndian, u"<>", 0},
-        {"BytesOfABigEndian", "\xfe\x01", bigEndian, u"<fe 01>", 0},
-        {"BytesOfAnUnknown", "\xfe\x01", unknownOrder, u"<?? ?\?>", 0},
+        {"OneString", QByteArray("abc\0", 4), u"<\"abc\">", 1},
+        {"InnerEmptyString", QByteArray("a\0\0b\0", 5), u"<\"a\", \"\", \"b\">", 3},
+        {"LeadingEmptyString", QByteArray("\0a\0", 3), u"<\"\", \"a\">", 2},
+        {"TrailingNulsAreDropped", QByteArray("a\0\0\0", 4), u"<\"a\">", 1},
+        {"TextNeedsNoByteOrder", QByteArray("a\0", 2), u"<\"a\">", 1, unknownOrder},
+        {"SpaceCountsAsLetter", QByteArray("- \0", 3), u"<\"- \">", 1},
+        {"QuarterHigh", QByteArray("abcd\x80\0", 6), u"<\"abcdÄ\">", 1},
+        {"MoreThanAQuarterHigh", QByteArray("abc\x80\0", 5), u"<61 62 63 80 00>", 0},
+        {"NoFinalNul", "abc", u"<61 62 63>", 0},
+        {"NoLetter", QByteArray("+-\0", 3), u"<2b 2d 00>", 0},
+        {"Tab", QByteArray("a\tb\0", 4), u"<61 09 62 00>", 0},
+        {"Delete", QByteArray("a\x7f\0", 3), u"<61 7f 00>", 0},
+        {"OneNul", QByteArray("\0", 1), u"<00>", 0},
+        {"OnlyNuls", QByteArray("\0\0\0", 3), u"<00 00 00>", 0},
+        {"Empty", "", u"<>", 0},
+        {"BytesOfABigEndian", "\xfe\x01", u"<fe 01>", 0, bigEndian},
+        {"BytesOfAnUnknown", "\xfe\x01", u"<?? ?\?>", 0, unknownOrder},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);

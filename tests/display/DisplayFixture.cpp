@@ -29,13 +29,13 @@ void PreferencesFolder::restart()
 LoneItem::LoneItem(const RegistryValue &value, qint32 byteOrder)
     : store_(byteOrder)
     , entry_(store_.entry({QStringLiteral("DxRegistryEntry")}, value))
-    , item_(&itemAt(entry_, {QStringLiteral("Value")}))
+    , item_(&itemAt(entry_, "Value"))
 {}
 
-TavPropertyOutlineItem &itemAt(const EntryRef &entry, const QStringList &keys)
+TavPropertyOutlineItem &itemAt(const EntryRef &entry, const char *path)
 {
     TavRegistryProperty *property = entry->properties();
-    for (const QString &key : keys) {
+    for (const QString &key : QString::fromLatin1(path).split(u'/', Qt::SkipEmptyParts)) {
         TavRegistryProperty *named = property->childWithName(key);
         property = named ? named : property->childAtIndex(key.toLongLong());
     }

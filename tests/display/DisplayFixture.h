@@ -61,5 +61,6 @@ private:
     TavPropertyOutlineItem *item_;
 };
 
-TavPropertyOutlineItem &itemAt(const EntryRef &entry, const QStringList &keys);
+// By keys and indexes, such as "Value/list/0".
+TavPropertyOutlineItem &itemAt(const EntryRef &entry, const char *path);
 PropertyFormatOptions formatOf(const char *descriptor);

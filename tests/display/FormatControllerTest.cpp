@@ -89,7 +89,7 @@ TEST_F(FormatControllerTest, ShowsEachKindOfFormatForEachKindOfProperty)
               "View data/numbers within the selected dictionary property as:");
     for (const RegistryValue &other :
          {RegistryValue::string(QStringLiteral("text")), RegistryValue()}) {
-        select(RegistryValue::array({other}), {QStringLiteral("0")});
+        select(RegistryValue::array({other}), "Value/0");
         EXPECT_EQ(panelText().substr(0, panelText().find('\n')),
                   "View data/numbers within the selected registry entry as:");
     }
@@ -224,7 +224,7 @@ TEST_F(FormatControllerTest, TheMenuItemShowsAndHidesThePanel)
 
 TEST_F(FormatControllerTest, KeepsAPropertyWhoseEntryHasGone)
 {
-    select(container(), {QStringLiteral("one")});
+    select(container(), "Value/one");
     entry_.reset();
     click("propertyFormatAutomaticCheckbox");
     EXPECT_EQ(storedFormats(), "Root: //Value/one 4xhu\n");

@@ -26,12 +26,11 @@ FormatPanelFixture::~FormatPanelFixture()
     selectNone();
 }
 
-TavPropertyOutlineItem &FormatPanelFixture::select(const RegistryValue &value,
-                                                   const QStringList &keys)
+TavPropertyOutlineItem &FormatPanelFixture::select(const RegistryValue &value, const char *path)
 {
     entry_ =
         store_.entry({QStringLiteral("Own"), QStringLiteral("Mid"), QStringLiteral("Root")}, value);
-    TavPropertyOutlineItem &item = itemAt(entry_, QStringList(QStringLiteral("Value")) + keys);
+    TavPropertyOutlineItem &item = itemAt(entry_, path);
     controller_.setSelectedPropertyItem(&item);
     return item;
 }

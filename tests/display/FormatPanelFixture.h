@@ -15,7 +15,7 @@ protected:
     FormatPanelFixture();
     ~FormatPanelFixture() override;
 
-    TavPropertyOutlineItem &select(const RegistryValue &value, const QStringList &keys = {});
+    TavPropertyOutlineItem &select(const RegistryValue &value, const char *path = "Value");
     void selectNone() { controller_.setSelectedPropertyItem(nullptr); }
     void click(const char *control);
     void chooseClass(const char *name);

@@ -1,5 +1,6 @@
 #include "DisplayFixture.h"
 #include "tests/support/QtPrinters.h"
+#include "tests/support/RegistryValues.h"
 
 #include "display/ValueStyles.h"
 #include "platform/PreferencesStore.h"
@@ -10,14 +11,6 @@ namespace {
 class OutlineItemTest : public testing::Test
 {
 protected:
-    static RegistryValue dictionary(std::initializer_list<const char *> keys)
-    {
-        RegistryValue::Members members;
-        for (const char *key : keys)
-            members.push_back(
-                {CompactString(QString::fromLatin1(key)), RegistryValue::number(1, 4)});
-        return RegistryValue::dictionary(members);
-    }
     static void setDefaultFormat(const char *descriptor)
     {
         PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
@@ -38,8 +31,8 @@ TEST_F(OutlineItemTest, TypesAndValuesByTheDefault)
     };
     const RegistryValue number = RegistryValue::number(42, 2);
     const Row rows[] = {
-        {dictionary({}), "Dictionary", "0 values", nullptr},
-        {dictionary({"a"}), "Dictionary", "1 value", nullptr},
+        {values::dictionary({}), "Dictionary", "0 values", nullptr},
+        {values::dictionary({{"a", values::number(1)}}), "Dictionary", "1 value", nullptr},
         {RegistryValue::array({number, number}), "Array", "2 values", nullptr},
         {RegistryValue::set({number}), "Set", "(Unknown value type)", nullptr},
         {RegistryValue::string(QStringLiteral("a b")), "String", "a b",
@@ -114,18 +107,18 @@ TEST_F(OutlineItemTest, InvalidOptionsDescribeNothing)
 TEST_F(OutlineItemTest, ValuesAreKeptUntilReset)
 {
     MachineStore store;
-    const EntryRef entry = store.entry(
-        {QStringLiteral("C")},
-        RegistryValue::array({dictionary({"number"}), RegistryValue::data(QByteArray(5, '\1'))}));
-    const QString value = QStringLiteral("Value");
-    auto &number = itemAt(entry, {value, QStringLiteral("0"), QStringLiteral("number")});
-    auto &data = itemAt(entry, {value, QStringLiteral("1")});
+    const EntryRef entry =
+        store.entry({QStringLiteral("C")},
+                    RegistryValue::array({values::dictionary({{"number", values::number(1)}}),
+                                          RegistryValue::data(QByteArray(5, '\1'))}));
+    auto &number = itemAt(entry, "Value/0/number");
+    auto &data = itemAt(entry, "Value/1");
     EXPECT_EQ(number.displayValue().text(), QStringLiteral("0x1"));
     EXPECT_EQ(data.displayValue().text(), QStringLiteral("<01 01 01 01 01>"));
 
     setDefaultFormat("4bbu");
     EXPECT_EQ(number.displayValue().text(), QStringLiteral("0x1"));
-    itemAt(entry, {}).resetDisplayValueRecursive();
+    itemAt(entry, "").resetDisplayValueRecursive();
     EXPECT_EQ(number.displayValue().text(), QStringLiteral("0b1000000000000000000000000"));
     EXPECT_EQ(data.displayValue().text(), QStringLiteral("<0b00000001000000010000000100000001 …>"));
 }
@@ -134,7 +127,7 @@ TEST_F(OutlineItemTest, NothingIsKnownOfTheMachineOnceTheEntryLeftItsStore)
 {
     MachineStore store;
     EntryRef entry = store.entry({QStringLiteral("C")}, RegistryValue::data("\x01\x02"));
-    const PropertyRef item = itemAt(entry, {QStringLiteral("Value")}).ref();
+    const PropertyRef item = itemAt(entry, "Value").ref();
     entry->leaveStore();
     auto &outlineItem = static_cast<TavPropertyOutlineItem &>(*item);
     EXPECT_EQ(outlineItem.displayValue().text(), QStringLiteral("<?? ?\?>"));

@@ -1,5 +1,6 @@
 #include "DisplayFixture.h"
 #include "tests/support/QtPrinters.h"
+#include "tests/support/RegistryValues.h"
 
 #include "display/PropertyFormatDescriptor.h"
 #include "display/PropertyFormatStore.h"
@@ -67,26 +68,19 @@ class FormatsByClassTest : public testing::Test
 protected:
     FormatsByClassTest()
     {
-        const RegistryValue number = RegistryValue::number(42, 4);
-        value_ = RegistryValue::dictionary(
-            {{CompactString(QStringLiteral("reg")), RegistryValue::array({number, number})},
-             {CompactString(QStringLiteral("one")), number}});
-        own_ = store_.entry({own, mid, root}, value_);
-        sibling_ = store_.entry({QStringLiteral("Sibling"), mid, root}, value_);
-        base_ = store_.entry({root}, value_);
+        const RegistryValue value =
+            values::dictionary({{"reg", values::array({values::number(42), values::number(42)})},
+                                {"one", values::number(42)}});
+        own_ = store_.entry({own, mid, root}, value);
+        sibling_ = store_.entry({QStringLiteral("Sibling"), mid, root}, value);
+        base_ = store_.entry({root}, value);
     }
 
-    static TavPropertyOutlineItem &container(const EntryRef &entry)
+    static TavPropertyOutlineItem &container(const EntryRef &its) { return itemAt(its, "Value"); }
+    static TavPropertyOutlineItem &one(const EntryRef &its) { return itemAt(its, "Value/one"); }
+    static TavPropertyOutlineItem &element(const EntryRef &its)
     {
-        return itemAt(entry, {QStringLiteral("Value")});
-    }
-    static TavPropertyOutlineItem &one(const EntryRef &entry)
-    {
-        return itemAt(entry, {QStringLiteral("Value"), QStringLiteral("one")});
-    }
-    static TavPropertyOutlineItem &element(const EntryRef &entry)
-    {
-        return itemAt(entry, {QStringLiteral("Value"), QStringLiteral("reg"), QStringLiteral("1")});
+        return itemAt(its, "Value/reg/1");
     }
     static QString shown(TavPropertyOutlineItem &item)
     {
@@ -113,7 +107,6 @@ protected:
     const QString root = QStringLiteral("Root");
     PreferencesFolder preferences_;
     MachineStore store_;
-    RegistryValue value_;
     EntryRef own_;
     EntryRef sibling_;
     EntryRef base_;

@@ -19,34 +19,23 @@ struct Node
     std::vector<Node *> links;
 };
 
-class NodeArchiver
+QByteArray archiveOf(const Node &root)
 {
-public:
-    NodeArchiver()
-        : archiver_(device_)
-        , nodes_(
-              archiver_.addClass<Node>(QStringLiteral("Node"), [this](const Node &node, auto &a) {
-                  a.encodeString(L1("name"), node.name);
-                  a.encodeDate(L1("date"), node.date);
-                  std::vector<ArchiveReference> links;
-                  for (const Node *link : node.links)
-                      links.push_back(a.reference(*link, nodes_));
-                  a.encodeReferences(L1("links"), links);
-              }))
-    {
-        device_.open(QIODevice::WriteOnly);
-    }
-    QByteArray bytes(const Node &root)
-    {
-        EXPECT_TRUE(archiver_.encodeRoot(root, nodes_)) << qPrintable(archiver_.errorString());
-        return device_.data();
-    }
-
-private:
-    QBuffer device_;
-    KeyedArchiver archiver_;
-    ArchiveClass<Node> nodes_;
-};
+    QBuffer device;
+    device.open(QIODevice::WriteOnly);
+    KeyedArchiver archiver(device);
+    ArchiveClass<Node> nodes{};
+    nodes = archiver.addClass<Node>(QStringLiteral("Node"), [&](const Node &node, auto &a) {
+        a.encodeString(L1("name"), node.name);
+        a.encodeDate(L1("date"), node.date);
+        std::vector<ArchiveReference> links;
+        for (const Node *link : node.links)
+            links.push_back(a.reference(*link, nodes));
+        a.encodeReferences(L1("links"), links);
+    });
+    EXPECT_TRUE(archiver.encodeRoot(root, nodes)) << qPrintable(archiver.errorString());
+    return device.data();
+}
 
 std::vector<ArchiveReference> linksOf(KeyedUnarchiver &unarchiver, ArchiveReference node)
 {
@@ -178,7 +167,7 @@ TEST(KeyedArchive, KeepsSharingAndCycles)
     Node left{QStringLiteral("shared name"), date, {}};
     Node right{QStringLiteral("right"), {}, {&left, &root, &left}};
     root.links = {&left, &right, &root};
-    const QByteArray bytes = NodeArchiver().bytes(root);
+    const QByteArray bytes = archiveOf(root);
     EXPECT_EQ(bytes.count("shared name"), 1);
 
     KeyedUnarchiver unarchiver(bytes);
@@ -199,7 +188,7 @@ TEST(KeyedArchive, NeedsNoStackForAChainOfAMillionObjects)
         std::vector<Node> chain(1'000'000);
         for (std::size_t i = 0; i + 1 < chain.size(); ++i)
             chain[i].links = {&chain[i + 1]};
-        KeyedUnarchiver unarchiver(NodeArchiver().bytes(chain[0]));
+        KeyedUnarchiver unarchiver(archiveOf(chain[0]));
         ASSERT_EQ(unarchiver.objectCount(), chain.size());
         ArchiveReference last = unarchiver.root;
         for (std::size_t i = 0; i + 1 < chain.size(); ++i)

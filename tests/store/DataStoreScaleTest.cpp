@@ -13,52 +13,31 @@ constexpr quint32 many = 8 * few;
 // Eight times the entries may cost three times eight times the work, not sixty-four times.
 constexpr double mostTimes = 24;
 
-// A host whose child devices all have one child in common, or stand one below the other.
-class Registry
+enum Shape { Wide, Deep };
+
+// A host whose child devices all have one child in common, or stand one below the other. Gives the
+// tag of the last one.
+quint64 makeRegistry(FakeRegistryService &service, Shape shape, quint32 count)
 {
-public:
-    enum Shape { Wide, Deep };
-
-    Registry(Shape shape, quint32 count)
-    {
-        service_.addClassChain({QStringLiteral("DxDevice"), QStringLiteral("DxService")});
-        const Node root = service_.add(QStringLiteral("DxDevice"), "Root");
-        service_.setRoot(root);
-        Node parent = service_.add(QStringLiteral("DxDevice"), "Host");
-        service_.link(root, parent, "DxService");
-        last_ = service_.add(QStringLiteral("DxDevice"), "last");
-        for (quint32 i = 0; i < count; ++i) {
-            const QByteArray location = QByteArray::number(i * 7919 % count);
-            const Node node = service_.add(QStringLiteral("DxDevice"), "device", location);
-            service_.link(parent, node, "DxService");
-            if (shape == Wide)
-                service_.link(node, last_, "DxService");
-            else
-                parent = node;
-        }
-        if (shape == Deep)
-            service_.link(parent, last_, "DxService");
-        service_.publishPlanes();
+    const QString device = QStringLiteral("DxDevice");
+    service.addClassChain({device, QStringLiteral("DxService")});
+    service.setRoot(service.add(device, "Root"));
+    auto parent = service.add(device, "Host");
+    service.link(service.root(), parent, "DxService");
+    const auto last = service.add(device, "last");
+    for (quint32 i = 0; i < count; ++i) {
+        const auto node = service.add(device, "device", QByteArray::number(i * 7919 % count));
+        service.link(parent, node, "DxService");
+        if (shape == Wide)
+            service.link(node, last, "DxService");
+        else
+            parent = node;
     }
-    void capture() { store_ = TavDataStore::initFromDxRegistry(service_); }
-    TavDataStore &store() { return *store_; }
-    FakeRegistryService &service() { return service_; }
-    TavRegistryEntry &root() { return *store_->registryRoot(); }
-    TavRegistryEntry &last()
-    {
-        for (const EntryRef &entry : store_->registryEntries()) {
-            if (entry->entryTag() == last_)
-                return *entry;
-        }
-        return root();
-    }
-
-private:
-    using Node = FakeRegistry::Node;
-    FakeRegistryService service_;
-    Node last_;
-    std::unique_ptr<TavDataStore> store_;
-};
+    if (shape == Deep)
+        service.link(parent, last, "DxService");
+    service.publishPlanes();
+    return last;
+}
 
 // The processor time of each step, by name.
 class Times
@@ -84,41 +63,43 @@ private:
 };
 
 // What any view might ask of a large registry, timed.
-Times measure(Registry::Shape shape, quint32 count)
+Times measure(Shape shape, quint32 count)
 {
-    Registry registry(shape, count);
-    const bool isWide = shape == Registry::Wide;
-    const quint32 ways = isWide ? count : 1; // up from the last
+    FakeRegistryService service;
+    const quint64 lastTag = makeRegistry(service, shape, count);
+    const quint32 ways = shape == Wide ? count : 1; // up from the last
     Times times;
-    times.add("capture", [&] { registry.capture(); });
-    EXPECT_EQ(registry.store().registryEntries().size(), count + 3U);
-    const quint64 calls = registry.service().calls();
-    times.add("update", [&] { registry.store().update(); });
-    EXPECT_LT(registry.service().calls() - calls, 20U * count);
-    TavRegistryEntry &last = registry.last();
+    std::unique_ptr<TavDataStore> store;
+    times.add("capture", [&] { store = TavDataStore::initFromDxRegistry(service); });
+    const auto &entries = store->registryEntries();
+    EXPECT_EQ(entries.size(), count + 3U);
+    const quint64 calls = service.calls();
+    times.add("update", [&] { store->update(); });
+    EXPECT_LT(service.calls() - calls, 20U * count);
+    TavRegistryEntry &last = **std::find_if(
+        entries.begin(), entries.end(), [&](auto &entry) { return entry->entryTag() == lastTag; });
     QStringList paths;
     times.add("path strings", [&] { paths = last.registryPathsInPlane(plane); });
     EXPECT_EQ(paths.size(), ways);
     times.add("entry paths", [&] {
         const auto entryPaths = last.entryPathsInPlane(plane);
         EXPECT_EQ(entryPaths.size(), ways);
-        EXPECT_EQ(entryPaths.front().length(), isWide ? 4 : count + 3);
+        EXPECT_EQ(entryPaths.front().length(), shape == Wide ? 4 : count + 3);
         EXPECT_FALSE(entryPaths.front().registryPath().isEmpty());
     });
     times.add("counts", [&] { EXPECT_EQ(last.getNumRegistryPaths().paths, ways); });
     times.add("ancestors", [&] { EXPECT_EQ(last.allAncestorsInPlane(plane).size(), count + 2); });
-    times.add("descendants",
-              [&] { EXPECT_EQ(registry.root().allDescendantsInPlane(plane).size(), count + 2); });
+    times.add("descendants", [&] {
+        EXPECT_EQ(store->registryRoot()->allDescendantsInPlane(plane).size(), count + 2);
+    });
     paths.front().remove(QStringLiteral("/Host"));
     times.add("look-up", [&] {
-        EXPECT_EQ(registry.store().entriesMatchingRegistryPath(paths.front()).entries,
-                  EntrySet{&last});
+        EXPECT_EQ(store->entriesMatchingRegistryPath(paths.front()).entries, EntrySet{&last});
     });
     times.add("terminate and clear", [&] {
-        const auto &entries = registry.store().registryEntries();
         for (std::size_t i = 2; i < entries.size(); i += 2)
             entries[i]->noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), true);
-        registry.store().clearTerminatedObjects();
+        store->clearTerminatedObjects();
         EXPECT_LT(entries.size(), count / 2 + 5);
     });
     return times;
@@ -127,15 +108,15 @@ Times measure(Registry::Shape shape, quint32 count)
 
 TEST(DataStoreScale, ManyChildrenAndParentsTakeLinearTime)
 {
-    const Times fewer = measure(Registry::Wide, few);
-    measure(Registry::Wide, many).expectLinear(fewer);
+    const Times fewer = measure(Wide, few);
+    measure(Wide, many).expectLinear(fewer);
 }
 
 TEST(DataStoreScale, DeepChainsTakeLinearTimeAndNoStack)
 {
     onSmallStack([] {
-        const Times fewer = measure(Registry::Deep, few);
-        measure(Registry::Deep, many).expectLinear(fewer);
+        const Times fewer = measure(Deep, few);
+        measure(Deep, many).expectLinear(fewer);
     });
 }
 

@@ -5,7 +5,6 @@
 #include "store/DataStoreNotifications.h"
 #include "store/TavDataStore.h"
 #include "tests/support/EventLoop.h"
-#include "tests/support/StorePrinter.h"
 #include "tests/support/VirtualDisk.h"
 #include "tests/support/VirtualInterface.h"
 
@@ -133,40 +132,6 @@ TEST_P(LiveDeviceTest, IsToldOfAndShownByTheNextUpdateOrFollowedAutomatically)
 
 INSTANTIATE_TEST_SUITE_P(Kinds, LiveDeviceTest, testing::Values("Disk", "Interface", "Driver"),
                          [](const auto &its) { return std::string(its.param); });
-
-// Far more events than the monitor's buffer holds, none of them read meanwhile.
-TEST(LiveStorm, OverflowEndsAsAFreshCapture)
-{
-    if (!VirtualDisk().exists())
-        GTEST_SKIP() << VirtualDisk::missing;
-    QString error;
-    const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
-    service->setEventSourceFactory([] { return DeviceMonitor::open(false, 1); });
-    const auto store = TavDataStore::initFromDxRegistry(*service);
-    store->setAutoupdate(true);
-    std::vector<std::unique_ptr<VirtualDisk>> disks;
-    disks.reserve(40);
-    for (int i = 0; i < 40; ++i)
-        disks.push_back(std::make_unique<VirtualDisk>());
-    for (int i = 0; i < 200; ++i) {
-        disks[static_cast<std::size_t>(i) % disks.size()] = std::make_unique<VirtualDisk>();
-        if (i % 50 == 0)
-            turnEventLoopFor(100);
-    }
-    const auto agrees = [&] {
-        store->clearTerminatedObjects();
-        const auto other = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
-        const auto fresh = TavDataStore::initFromDxRegistry(*other);
-        // Children are sorted by the names they had: a first reading knows those of one plane only.
-        fresh->update();
-        for (const EntryRef &entry : store->registryEntries())
-            entry->clearIsNew();
-        return StorePrinter::planes(*store) == StorePrinter::planes(*fresh);
-    };
-    EXPECT_TRUE(waitFor(agrees));
-    disks.clear();
-    EXPECT_TRUE(waitFor(agrees));
-}
 
 TEST(DeviceMonitor, TellsAnOverflowFromSilence)
 {
