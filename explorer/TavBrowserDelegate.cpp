@@ -12,10 +12,9 @@ std::vector<EntryRef> TavBrowserDelegate::entriesOfColumn(const ColumnBrowser &b
 {
     if (column == 0) {
         TavRegistryEntry *const root = windowController_.dataStore()->registryRoot();
-        const auto &found = windowController_.foundObjects();
-        const bool isHidden = found && found->isEmpty() && windowController_.filterFindResults();
-        return root && !isHidden ? std::vector<EntryRef>{root->shared_from_this()}
-                                 : std::vector<EntryRef>();
+        return root && !windowController_.hidesEverything()
+                   ? std::vector<EntryRef>{root->shared_from_this()}
+                   : std::vector<EntryRef>();
     }
     const auto *const parent =
         static_cast<const TavRegistryBrowserCell *>(browser.selectedCell(column - 1));

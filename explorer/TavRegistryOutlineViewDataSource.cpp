@@ -15,11 +15,9 @@ TavRegistryOutlineViewDataSource::TavRegistryOutlineViewDataSource(
     , windowController_(windowController)
 {}
 
-// A filtering search that has found nothing leaves nothing to show.
 bool TavRegistryOutlineViewDataSource::showsRoot() const
 {
-    return !windowController_.foundObjects() || !windowController_.foundObjects()->isEmpty() ||
-           !windowController_.filterFindResults();
+    return !windowController_.hidesEverything();
 }
 
 TavRegistryOutlineViewDataSource::Reloaded

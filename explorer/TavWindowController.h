@@ -44,6 +44,7 @@ class TavPropertiesOutlineViewDataSource;
 class TavRegistryOutlineItem;
 class TavRegistryOutlineView;
 class TavRegistryOutlineViewDataSource;
+class ViewNote;
 struct MenuCommand;
 
 // A step into a property tree: the index of a child, or its name.
@@ -102,6 +103,7 @@ public:
     void toggleFindOptionsDrawerButtonClicked();
     FindState findStateForRegistryEntry(const TavRegistryEntry &entry) const;
     bool filterFindResults() const; // whether only what was found is to be shown
+    bool hidesEverything() const;   // a search that filters has found nothing
     bool isFiltering() const { return filterFindResults() || !showTerminatedObjects_; }
     bool passesFilter(const TavRegistryEntry &entry) const;
     EntryList::Entries filterRegistryEntries(const EntryList::Entries &entries) const;
@@ -325,6 +327,7 @@ private:
     QCheckBox *findSpecialCheckbox_ = nullptr;
     QLineEdit *findPreviewField_ = nullptr;
     QTableView *findTableView_ = nullptr;
+    ViewNote *nothingFoundNote_ = nullptr;
     QDialog *goToPathSheet_ = nullptr; // the sheets are loaded on first use
     QLineEdit *goToPathField_ = nullptr;
     QPushButton *goToPathCancelButton_ = nullptr;

@@ -7,6 +7,7 @@
 #include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/SearchField.h"
 #include "platform/desktop/Stepper.h"
+#include "platform/desktop/ViewNote.h"
 #include "store/TavDataStore.h"
 
 FindState TavWindowController::findStateForRegistryEntry(const TavRegistryEntry &entry) const
@@ -65,6 +66,7 @@ void TavWindowController::findObjectsMatching(QString query)
         updateFindStepper();
     }
     findDataSource_->reloadData();
+    nothingFoundNote_->setVisible(hidesEverything());
 }
 
 void TavWindowController::endSearch()

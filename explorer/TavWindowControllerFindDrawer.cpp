@@ -4,6 +4,7 @@
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/SearchField.h"
 #include "platform/desktop/Stepper.h"
+#include "platform/desktop/ViewNote.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QStackedWidget>
 #include <QTableView>
 #include <QToolButton>
 
@@ -41,6 +43,7 @@ void TavWindowController::setUpFind()
         *this, *findTableView_, *findPreviewField_,
         *InterfaceLoader::outlet<QLabel>(*window_, "findNumMatchedField"));
     findTableView_->installEventFilter(this);
+    nothingFoundNote_ = new ViewNote(tr("Nothing matches"), *explorerTabView_);
     findStepper_->setUp();
     closeDrawer();
 

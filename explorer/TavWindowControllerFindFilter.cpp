@@ -4,12 +4,18 @@
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
 #include "platform/desktop/ColumnBrowser.h"
+#include "platform/desktop/ViewNote.h"
 
 #include <QCheckBox>
 
 bool TavWindowController::filterFindResults() const
 {
     return filteredFindCheckbox_->isChecked();
+}
+
+bool TavWindowController::hidesEverything() const
+{
+    return filterFindResults() && foundObjects_ && foundObjects_->isEmpty();
 }
 
 // Hiding what has terminated hides what a search leaves out as well, whether or not that is asked
@@ -46,6 +52,7 @@ void TavWindowController::filteredFindChanged()
     registryOutlineView_->reloadData();
     registryBrowser_->reloadColumn(0);
     findDataSource_->reloadData();
+    nothingFoundNote_->setVisible(hidesEverything());
     goToEntryPath(selected, true, true);
     validateActions();
 }

@@ -3,6 +3,7 @@
 #include "explorer/TavRegistryOutlineView.h"
 #include "platform/PreferencesStore.h"
 #include "platform/desktop/SearchField.h"
+#include "platform/desktop/ViewNote.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/RegistryValues.h"
 #include "tests/support/TreeText.h"
@@ -251,6 +252,25 @@ TEST_F(FindTest, FiltersByChoice)
     EXPECT_EQ(rows(), matchesAlone);
     controller_->toggleShowTerminatedObjects();
     EXPECT_EQ(rows(), matchesAlone + "      disk@1\n");
+}
+
+TEST_F(FindTest, SaysWhyItShowsNothing)
+{
+    const auto *const note = controller_->window()->findChild<ViewNote *>();
+    ASSERT_TRUE(note);
+    const auto says = [&] { return note->isVisibleTo(controller_->window()); };
+    find("disk");
+    EXPECT_FALSE(says());
+    find("disks");
+    EXPECT_EQ(rows(), "");
+    EXPECT_TRUE(says());
+    click("filteredFindCheckbox"); // now they are paler
+    EXPECT_FALSE(says());
+    click("filteredFindCheckbox");
+    controller_->browserView();
+    EXPECT_TRUE(says());
+    find("");
+    EXPECT_FALSE(says());
 }
 
 TEST_F(FindTest, PreviewsAPropertyAndGoesToAResult)
