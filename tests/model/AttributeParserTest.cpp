@@ -48,6 +48,8 @@ TEST(AttributeParser, GivesTheTypedValue)
         {"TwoBrackets", "x", "[a] [b]", text("[a] [b]")},
         {"HexByte", "x", "0x7f\n", number(127, 1)},
         {"HexThreeDigits", "x", "0x100", number(256, 2)},
+        {"HexFourDigits", "x", "0x1000", number(4096, 2)},
+        {"HexEightDigits", "x", "0x80000000", number(0x80000000)},
         {"HexSixDigits", "class", "0x0c0330", number(787248)},
         {"HexNineDigits", "x", "0x1ffffffff", number(8589934591, 8)},
         {"HexTooLong", "x", "0x11112222333344445", text("0x11112222333344445")},

@@ -128,6 +128,8 @@ TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
         {"dictionary with a key twice", "twice in a dictionary", archiveOfValue("a2616bf5616bf5")},
         {"dictionary with a key and a reference to it", "twice in a dictionary",
          archiveOfValue("a2616bf520f5")},
+        {"lists one too deep", "nested too deeply",
+         archiveOfValue(QByteArray("81").repeated(64) + "80")},
         {"class with a key twice", "a key occurs twice",
          archiveOf("9f 83 644e6f6465 616b 616b f5 f5 ff")},
         {"integer key without an integer", "an integer is missing",

@@ -65,31 +65,29 @@ QByteArray archiveOfValue(const ArchiveValue &value)
 TEST(KeyedArchive, KeepsValuesOfEveryKind)
 {
     const QDateTime date(QDate(2038, 1, 19), QTime(3, 14, 7, 123), Qt::UTC);
-    const ArchiveValue values[] = {
-        ArchiveValue(),
-        ArchiveNull(),
-        true,
-        false,
-        QString(QLatin1String("")),
-        QStringLiteral("Grüße \U0001F600"),
-        QByteArray(""),
-        QByteArray("\0\xff", 2),
-        date,
-        QDateTime::fromMSecsSinceEpoch(-1500, Qt::UTC),
-        QDateTime::fromMSecsSinceEpoch(7000, Qt::UTC),
-        ArchiveNumber{0xff, 1, false},
-        ArchiveNumber{0x8000, 2, true},
-        ArchiveNumber{1, 4, false},
-        ArchiveNumber{~quint64(0), 8, true},
-        ArchiveReference{0},
-        ArchiveList(),
-        ArchiveDictionary(),
-        ArchiveDictionary{
-            {QStringLiteral("b"), ArchiveList{ArchiveList{}, date, QStringLiteral("b")}},
-            {QStringLiteral("a"), ArchiveDictionary{{QStringLiteral("b"), true}}},
-            {QString(QLatin1String("")), date},
-        },
-    };
+    const ArchiveValue nested = ArchiveDictionary{
+        {QStringLiteral("b"), ArchiveList{ArchiveList{}, date, QStringLiteral("b")}},
+        {QStringLiteral("a"), ArchiveDictionary{{QStringLiteral("b"), true}}},
+        {QString(QLatin1String("")), date}};
+    const ArchiveValue values[] = {ArchiveValue(),
+                                   ArchiveNull(),
+                                   true,
+                                   false,
+                                   QString(QLatin1String("")),
+                                   QStringLiteral("Grüße \U0001F600"),
+                                   QByteArray(""),
+                                   QByteArray("\0\xff", 2),
+                                   date,
+                                   QDateTime::fromMSecsSinceEpoch(-1500, Qt::UTC),
+                                   QDateTime::fromMSecsSinceEpoch(7000, Qt::UTC),
+                                   ArchiveNumber{0xff, 1, false},
+                                   ArchiveNumber{0x8000, 2, true},
+                                   ArchiveNumber{1, 4, false},
+                                   ArchiveNumber{~quint64(0), 8, true},
+                                   ArchiveReference{0},
+                                   ArchiveList(),
+                                   ArchiveDictionary(),
+                                   nested};
     for (const ArchiveValue &value : values) {
         KeyedUnarchiver unarchiver(archiveOfValue(value));
         ASSERT_FALSE(unarchiver.error()) << qPrintable(unarchiver.error()->message);

@@ -114,32 +114,26 @@ TEST_F(DataStoreLifetimeTest, ClearedEntriesLeaveNoLinksBehind)
     EXPECT_EQ(entry("disk").entryPathsInPlane(QStringLiteral("DxPower")).size(), 1U);
 }
 
+// At an update or a termination, see the live store.
 TEST_F(DataStoreLifetimeTest, AnObserverMayCloseTheStore)
 {
-    QString last; // what one who is told after the closing still learns
-    for (const auto &[name, entryOf] :
-         {std::pair{DataStoreNotifications::changed, QString()},
-          std::pair{DataStoreNotifications::objectsTerminated, QString()},
-          std::pair{DataStoreNotifications::clearedTerminatedObjects, QString()},
-          std::pair{DataStoreNotifications::objectChanged, QStringLiteral("disk")}}) {
-        capture();
-        const auto close = on(name, [this] { store_.reset(); });
-        const auto later = NotificationCenter::defaultCenter().observe(
-            name, nullptr, [&, isEntry = !entryOf.isNull()](const Notification &its) {
-                last = its.name;
-                if (isEntry)
-                    last = static_cast<const TavRegistryEntry *>(its.object)->nameInPlane({});
-            });
-        entry("mouse").noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), false);
-        if (entryOf.isNull())
-            store_->update();
-        else
-            store_->updateObject(entry("disk"));
-        if (store_)
-            store_->clearTerminatedObjects();
-        EXPECT_FALSE(store_) << name.toStdString();
-        EXPECT_EQ(last, entryOf.isNull() ? name : entryOf);
+    const auto close = [this] { store_.reset(); };
+    {
+        const auto observation = on(DataStoreNotifications::clearedTerminatedObjects, close);
+        terminate("mouse");
+        store_->clearTerminatedObjects();
+        EXPECT_FALSE(store_);
     }
+    capture();
+    QString name; // what one who is told after the closing still learns
+    const auto first = on(DataStoreNotifications::objectChanged, close);
+    const auto second = NotificationCenter::defaultCenter().observe(
+        DataStoreNotifications::objectChanged, nullptr, [&](const Notification &its) {
+            name = static_cast<const TavRegistryEntry *>(its.object)->nameInPlane({});
+        });
+    store_->updateObject(entry("disk"));
+    EXPECT_FALSE(store_);
+    EXPECT_EQ(name, QStringLiteral("disk"));
 }
 
 TEST_F(DataStoreLifetimeTest, AnObserverMayClearAndUpdateWhileTold)

@@ -127,6 +127,12 @@ TEST_F(DataStoreTest, ATerminatedEntryStaysInItsPlaceUntilItIsCleared)
     EXPECT_EQ(host.registryState(), RegistryStateUnchanged);
     store_->update();
     EXPECT_EQ(host.registryState(), RegistryStateTerminated);
+
+    // What is there again after that is another entry.
+    store_->clearTerminatedObjects();
+    service_.link(tree_["Root"], tree_["Host"], "DxService");
+    store_->update();
+    EXPECT_EQ(printed(), "Root\n  Host (new)\n");
 }
 
 TEST_F(DataStoreTest, UpdatingOneEntryReadsItAloneAndNamesIt)

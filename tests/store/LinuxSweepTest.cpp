@@ -107,38 +107,6 @@ protected:
     QString error_;
 };
 
-TEST(ObjectReader, LeavesOutLinksThatCannotBeRead)
-{
-    class Refusal final : public ObjectReader::Watch
-    {
-    public:
-        bool mayTake(const QByteArray &, const QByteArray &name) override
-        {
-            return name != "driver" && name != "a";
-        }
-        void returned() override {}
-    };
-    MadeTree made;
-    made.file("devices/a/uevent", "");
-    made.link("devices/a/driver", "../../bus/made/drivers/one");
-    made.link("devices/a/other", "../b");
-    made.folder("bus/made/devices");
-    made.link("bus/made/devices/a", "../../../devices/a");
-    made.link("bus/made/devices/b", "../../../devices/b");
-    QString error;
-    const auto root = SysfsRoot::open(QFile::encodeName(made.sys()), &error);
-    Refusal watch;
-    ObjectReader reader(*root, {}, watch, false);
-    using Folder = AttributePolicy::Folder;
-    const auto device = reader.read({Folder::Device, SweepObject::Kind::Device, "devices/a"});
-    EXPECT_TRUE(device.object.member(u"driver").isNone());
-    ASSERT_EQ(device.object.links.size(), 1U);
-    EXPECT_EQ(device.object.links[0].target, "devices/b");
-    const auto bus = reader.read({Folder::Bus, SweepObject::Kind::Bus, "bus/made"});
-    ASSERT_EQ(bus.object.links.size(), 1U);
-    EXPECT_EQ(bus.object.links[0].target, "devices/b");
-}
-
 TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
 {
     MadeTree made;
@@ -253,18 +221,15 @@ TEST(Sweep, KeepsWhatIsKnownWhenTooMuchDoesNotAnswer)
     MadeTree made;
     made.file("devices/one/uevent", "");
     made.file("devices/one/child/uevent", "");
-    Sweeper::Options options;
-    options.patience = std::chrono::milliseconds(30);
-    const CapturedTree tree = CapturedTree::capture(made.sys(), options);
+    const CapturedTree tree = CapturedTree::capture(made.sys(), patienceOf(30));
     const std::size_t before = threadCount();
-    const auto pipe = [&](int i) { return made.path("devices/one/") + QByteArray::number(i); };
     for (int i = 0; i < pipes; ++i)
-        ASSERT_EQ(mkfifo(pipe(i).constData(), 0600), 0);
+        made.pipe("devices/one/" + QByteArray::number(i));
     tree.store->update();
     for (const EntryRef &entry : tree.store->registryEntries())
         EXPECT_EQ(entry->registryState(), RegistryStateUnchanged);
     for (int i = 0; i < pipes; ++i)
-        close(open(pipe(i).constData(), O_RDWR | O_CLOEXEC));
+        answer(made.path("devices/one/") + QByteArray::number(i));
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
     // Whole again, for what did not answer is known now.
     made.file("devices/two/uevent", "");
