@@ -10,6 +10,15 @@ ButtonMatrix::ButtonMatrix(QWidget &container)
         if (button->isCheckable() && tag.isValid())
             group_.addButton(button, tag.toInt());
     }
+    // The tab key goes to the chosen button, from which arrow keys go on.
+    connect(&group_, &QButtonGroup::buttonToggled, this,
+            [](QAbstractButton *button, bool isChosen) {
+                button->setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus);
+            });
+    if (group_.checkedButton()) {
+        for (QAbstractButton *button : group_.buttons())
+            button->setFocusPolicy(button->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+    }
     connect(&group_, &QButtonGroup::idClicked, this, &ButtonMatrix::chosen);
 }
 

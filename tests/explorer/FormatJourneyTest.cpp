@@ -115,6 +115,19 @@ TEST_F(FormatJourneyTest, AFormatForABaseClassAnOwnOneAndBack)
     EXPECT_EQ(shown(), QStringLiteral("<f4 1a 01 00>"));
 }
 
+TEST_F(FormatJourneyTest, TheTabKeyGoesToWhatIsChosen)
+{
+    selectConfig("usb@14");
+    outlet<QAction>("togglePropertyFormatPanelAction")->trigger();
+    click("propertyFormatAutomaticCheckbox");
+    click("propertyFormatType2");
+    panelControl<QWidget>("propertyFormatAutomaticCheckbox")->setFocus();
+    for (const char *next : {"propertyFormatType2", "propertyFormatBase16"}) {
+        QTest::keyClick(formats_.propertyFormatPanel().focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(formats_.propertyFormatPanel().focusWidget()->objectName(), QLatin1String(next));
+    }
+}
+
 TEST_F(FormatJourneyTest, ThePanelFollowsTheSelection)
 {
     selectConfig("usb@14");
