@@ -21,6 +21,7 @@ TEST_F(DeviceSweepTest, ReadingsAreInOrderAndNoneIsOlderThanItsRequest)
     ASSERT_TRUE(waitFor([&] { return order.size() == 3; }));
     EXPECT_EQ(order, "123");
     EXPECT_TRUE(service_->entryFromPath(QStringLiteral("DxService:/bus/new")));
+    EXPECT_FALSE(service_->entryFromPath(QStringLiteral("DxService:/bus/none")));
 
     service_->prepareAsync([&] { order += '4'; });
     service_->prepareAsync([&] { order += '5'; });
