@@ -87,6 +87,17 @@ TavWindowController &ApplicationFixture::window(std::size_t document, std::size_
         *this->document(document).windowControllers().at(number));
 }
 
+QString ApplicationFixture::selectedPath(std::size_t document) const
+{
+    return window(document).registryPathForSelectedEntry();
+}
+
+void ApplicationFixture::closeWindow(std::size_t document, std::size_t number) const
+{
+    window(document, number).window()->close();
+    turnEventLoop();
+}
+
 QStringList ApplicationFixture::titles() const
 {
     QStringList titles;
@@ -117,10 +128,10 @@ QMessageBox *ApplicationFixture::alert() const
     return shownWindow<QMessageBox>();
 }
 
-QString ApplicationFixture::alertText() const
+std::string ApplicationFixture::alertText() const
 {
     const QMessageBox *const box = alert();
-    return box ? box->text() + u'\n' + box->informativeText() : QString();
+    return box ? (box->text() + u'\n' + box->informativeText()).toStdString() : std::string();
 }
 
 void ApplicationFixture::answer(const char *button) const
@@ -144,21 +155,15 @@ void ApplicationFixture::chooseFile(const QString &file) const
     turnEventLoop();
 }
 
-void ApplicationFixture::write(const QString &file, const QByteArray &bytes)
+void ApplicationFixture::write(const char *name, const QByteArray &bytes) const
 {
-    QFile target(file);
+    QFile target(path(name));
     ASSERT_TRUE(target.open(QIODevice::WriteOnly));
     target.write(bytes);
 }
 
-QByteArray ApplicationFixture::contentOf(const QString &file)
+QByteArray ApplicationFixture::contentOf(const char *name) const
 {
-    QFile source(file);
+    QFile source(path(name));
     return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
-}
-
-QString ApplicationFixture::preferencesFile() const
-{
-    return path("settings") + u'/' + PreferencesStore::applicationIdentifier() +
-           QStringLiteral(".json");
 }

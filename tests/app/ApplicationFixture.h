@@ -27,19 +27,20 @@ protected:
     TavWindowController &window(std::size_t document = 0, std::size_t number = 0) const;
     std::size_t documentCount() const { return delegate_->documents().documents().size(); }
     TavDocument &document(std::size_t number = 0) const;
+    QString selectedPath(std::size_t document = 0) const;
+    void closeWindow(std::size_t document = 0, std::size_t number = 0) const;
     QStringList titles() const; // up to the first dash
     void trigger(const char *action, std::size_t document = 0) const;
     static void turnEventLoop();
 
-    QMessageBox *alert() const; // the one that is shown, or null
-    QString alertText() const;  // its message and details
+    QMessageBox *alert() const;    // the one that is shown, or null
+    std::string alertText() const; // its message and details
     void answer(const char *button) const;
     void chooseFile(const QString &file) const; // in the file dialog that is shown
 
     QString path(const char *name) const { return folder_.filePath(QString::fromUtf8(name)); }
-    static void write(const QString &file, const QByteArray &bytes);
-    static QByteArray contentOf(const QString &file);
-    QString preferencesFile() const;
+    void write(const char *name, const QByteArray &bytes) const;
+    QByteArray contentOf(const char *name) const;
 
     template<class Outlet>
     static Outlet *outlet(const QObject *root, const char *name)

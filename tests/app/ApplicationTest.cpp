@@ -8,13 +8,9 @@
 #include "tests/support/QtPrinters.h"
 
 #include <QImage>
-#include <QJsonArray>
 #include <QMainWindow>
-#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
-#include <QWindow>
 #include <gmock/gmock.h>
 
 namespace {
@@ -44,41 +40,19 @@ protected:
 };
 } // namespace
 
-TEST_F(ApplicationTest, OpensWhereItIsAskedTo)
+TEST_F(ApplicationTest, OpensWhereItIsAskedToOrTellsWhatIsNotThere)
 {
-    ASSERT_TRUE(start("")) << error_.toStdString();
-    EXPECT_EQ(delegate_->mainWindowController()->registryPlane(), QStringLiteral("DxService"));
-    ASSERT_TRUE(start("--plane DxUsb")) << error_.toStdString();
-    EXPECT_EQ(delegate_->mainWindowController()->registryPlane(), QStringLiteral("DxUsb"));
-    const QString path = QStringLiteral("DxBus:/usb");
-    ASSERT_TRUE(start("--plane DxUsb --select DxBus:/usb")) << error_.toStdString();
-    EXPECT_EQ(delegate_->mainWindowController()->registryPathForSelectedEntry(), path);
-    EXPECT_TRUE(delegate_->mainWindowController()->window()->isVisible());
-}
-
-TEST_F(ApplicationTest, OpensInTheSizeThatWasGivenLast)
-{
-    PreferencesStore &preferences = PreferencesStore::standard();
-    const QString key = QStringLiteral("TavExplorerWindowSize");
-    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
-    const auto sizeAtStart = [&] {
-        EXPECT_TRUE(start(""));
-        return delegate_->mainWindowController()->window()->size();
+    const auto plane = [this](const char *options) {
+        EXPECT_TRUE(start(options)) << error_.toStdString();
+        return delegate_->mainWindowController()->registryPlane();
     };
-    const QSize usual = sizeAtStart();
-    delegate_->mainWindowController()->window()->windowHandle()->resize(640, 480);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return preferences.list(key) == QJsonArray{640, 480}; }));
-    EXPECT_EQ(sizeAtStart(), QSize(640, 480));
-    preferences.setValue(key, QJsonArray{100'000, 600});
-    EXPECT_EQ(sizeAtStart(), QSize(screen.width(), 600));
-    for (const QJsonValue &damaged : {QJsonValue(QJsonArray{-5, 600}), QJsonValue(7)}) {
-        preferences.setValue(key, damaged);
-        EXPECT_EQ(sizeAtStart(), usual);
-    }
-}
+    EXPECT_EQ(plane(""), QStringLiteral("DxService"));
+    EXPECT_EQ(plane("--plane DxUsb"), QStringLiteral("DxUsb"));
+    EXPECT_EQ(plane("--plane DxUsb --select DxBus:/usb"), QStringLiteral("DxBus"));
+    EXPECT_EQ(delegate_->mainWindowController()->registryPathForSelectedEntry(),
+              QStringLiteral("DxBus:/usb"));
+    EXPECT_TRUE(delegate_->mainWindowController()->window()->isVisible());
 
-TEST_F(ApplicationTest, TellsWhatIsNotThere)
-{
     EXPECT_FALSE(start("--plane DxNowhere"));
     EXPECT_THAT(error_.toStdString(), testing::HasSubstr("DxNowhere"));
     EXPECT_FALSE(start("--select DxBus:/nothing"));

@@ -13,34 +13,36 @@
 #include <QTest>
 
 namespace {
+const QString disk = QStringLiteral("DxService:/bus/disk@0");
+
 class BookmarksTest : public ApplicationFixture
 {
 protected:
-    void store(const QByteArray &bookmarks, const QJsonValue &defaultIndex = {})
+    static void store(const QByteArray &bookmarks, const QJsonValue &defaultIndex)
     {
         PreferencesStore &preferences = PreferencesStore::standard();
         preferences.setValue(QStringLiteral("Bookmarks"),
                              QJsonDocument::fromJson(bookmarks).array());
-        if (!defaultIndex.isNull())
-            preferences.setValue(QStringLiteral("DefaultBookmarkIndex"), defaultIndex);
+        preferences.setValue(QStringLiteral("DefaultBookmarkIndex"), defaultIndex);
     }
-    void storeNamed(const QStringList &names, int defaultIndex)
+    // Bookmarks of the disk.
+    static void storeNamed(std::initializer_list<const char *> names, int defaultIndex)
     {
         QJsonArray list;
-        for (const QString &name : names)
-            list.append(Bookmark::make(name, QStringLiteral("DxService:/bus/disk@0")).record);
+        for (const char *name : names)
+            list.append(Bookmark::make(QString::fromUtf8(name), disk).record);
         store(QJsonDocument(list).toJson(), defaultIndex);
     }
     static qint64 defaultIndex()
     {
         return PreferencesStore::standard().integer(QStringLiteral("DefaultBookmarkIndex"));
     }
-    static QStringList storedNames()
+    static std::string storedNames()
     {
         QStringList names;
         for (const auto &value : PreferencesStore::standard().list(QStringLiteral("Bookmarks")))
             names.append(value.toObject()[Bookmark::nameKey()].toString());
-        return names;
+        return names.join(u' ').toStdString();
     }
     void openPanel()
     {
@@ -49,16 +51,20 @@ protected:
         table_ = outlet<QTableView>(panel_, "bookmarksTable");
         ASSERT_TRUE(panel_->isVisible());
     }
-    QString cell(int row, int column = 0) const
+    std::string cell(int row, int column = 0) const
     {
-        return table_->model()->index(row, column).data().toString();
+        return table_->model()->index(row, column).data().toString().toStdString();
     }
-    QStringList names() const
+    // "*" marks the selected row, "!" the default one, which is bold.
+    std::string rows() const
     {
-        QStringList names;
-        for (int row = 0; row < table_->model()->rowCount(); ++row)
-            names.append(cell(row));
-        return names;
+        std::string rows;
+        for (int row = 0; row < table_->model()->rowCount(); ++row) {
+            const QVariant font = table_->model()->index(row, 0).data(Qt::FontRole);
+            rows += (row > 0 ? " " : "") + cell(row) + (font.value<QFont>().bold() ? "!" : "") +
+                    (table_->selectionModel()->isRowSelected(row) ? "*" : "");
+        }
+        return rows;
     }
     void click(const char *button) const
     {
@@ -84,50 +90,37 @@ protected:
         QTest::keyClick(editor, Qt::Key_Return);
         turnEventLoop();
     }
-    int selectedRow() const
+    QList<QAction *> generatedItems() const
     {
-        const QModelIndexList rows = table_->selectionModel()->selectedRows();
-        return rows.isEmpty() ? -1 : rows.first().row();
-    }
-    QList<QAction *> generatedItems(std::size_t document = 0) const
-    {
-        const auto *const menu = outlet<QMenu>(window(document).window(), "bookmarksMenu");
-        auto *const marker = outlet<QAction>(window(document).window(), "bookmarksMarkerAction");
+        const auto *const menu = outlet<QMenu>(window().window(), "bookmarksMenu");
+        auto *const marker = outlet<QAction>(window().window(), "bookmarksMarkerAction");
         return menu->actions().mid(menu->actions().indexOf(marker) + 1);
     }
-    QStringList menuItems() const
+    std::string menuItems() const
     {
         QStringList items;
         for (const QAction *action : generatedItems())
             items.append(action->text());
-        return items;
+        return items.join(u' ').toStdString();
     }
 
     QDialog *panel_ = nullptr;
     QTableView *table_ = nullptr;
 };
-
-QStringList list(std::initializer_list<const char *> texts)
-{
-    QStringList list;
-    for (const char *text : texts)
-        list.append(QString::fromUtf8(text));
-    return list;
-}
 } // namespace
 
 TEST_F(BookmarksTest, ReadsWhatIsStored)
 {
-    storeNamed(list({"beta", "Alpha", "gamma"}), 0);
+    storeNamed({"beta", "Alpha", "gamma"}, 0);
     launch();
-    EXPECT_EQ(menuItems(), list({"Alpha", "beta", "gamma"}));
+    EXPECT_EQ(menuItems(), "Alpha beta gamma");
     EXPECT_EQ(defaultIndex(), 1);
-    EXPECT_EQ(window().registryPathForSelectedEntry(), QStringLiteral("DxService:/bus/disk@0"));
+    EXPECT_EQ(selectedPath(), disk);
     quit();
 
     store(R"(["text", {"Bookmark Name": "a&b", "Bookmark Path": 7}, 5, {}])", 2);
     launch();
-    EXPECT_EQ(menuItems(), list({"", "a&&b"}));
+    EXPECT_EQ(menuItems(), " a&&b");
     EXPECT_TRUE(delegate_->bookmarksController().defaultBookmarkPath().isNull());
     quit();
     for (const QJsonValue &index : {QJsonValue(-2), QJsonValue(QStringLiteral("0"))}) {
@@ -139,23 +132,23 @@ TEST_F(BookmarksTest, ReadsWhatIsStored)
     // A path to nowhere leaves the window at the root.
     store(R"([{"Bookmark Name": "a", "Bookmark Path": "DxPower:/nowhere"}])", 0);
     launch();
-    EXPECT_EQ(window().registryPlane(), QStringLiteral("DxService"));
-    EXPECT_NE(window().selectedEntry(), nullptr);
+    EXPECT_EQ(selectedPath(), QStringLiteral("(DxService)"));
     PreferencesStore::standard().setValue(QStringLiteral("Bookmarks"), 5);
     quit();
     launch();
-    EXPECT_EQ(menuItems(), QStringList());
+    EXPECT_EQ(menuItems(), "");
 }
 
-TEST_F(BookmarksTest, GoesWhereTheyLead)
+TEST_F(BookmarksTest, LeadToTheirPlace)
 {
-    storeNamed(list({"disk"}), -1);
+    const QString bus = QStringLiteral("DxService:/bus");
+    storeNamed({"disk"}, -1);
     launch();
     trigger("newDocumentAction");
-    window(1).goToRegistryPath(QStringLiteral("DxService:/bus"));
+    window(1).goToRegistryPath(bus);
     generatedItems().at(0)->trigger();
-    EXPECT_EQ(window(0).registryPathForSelectedEntry(), QStringLiteral("DxService:/bus/disk@0"));
-    EXPECT_EQ(window(1).registryPathForSelectedEntry(), QStringLiteral("DxService:/bus"));
+    EXPECT_EQ(selectedPath(0), disk);
+    EXPECT_EQ(selectedPath(1), bus);
 
     window(1).window()->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window(1).window()));
@@ -163,39 +156,35 @@ TEST_F(BookmarksTest, GoesWhereTheyLead)
     EXPECT_TRUE(isEnabled("goBookmarkButton"));
     EXPECT_FALSE(isEnabled("deleteBookmarkButton"));
     click("goBookmarkButton"); // nothing is selected
-    EXPECT_EQ(window(1).registryPathForSelectedEntry(), QStringLiteral("DxService:/bus"));
+    EXPECT_EQ(selectedPath(1), bus);
     table_->selectRow(0);
     EXPECT_TRUE(isEnabled("deleteBookmarkButton"));
     click("goBookmarkButton");
-    EXPECT_EQ(window(1).registryPathForSelectedEntry(), QStringLiteral("DxService:/bus/disk@0"));
-    window(1).window()->close();
-    window(0).window()->close();
-    turnEventLoop();
+    EXPECT_EQ(selectedPath(1), disk);
+    closeWindow(1);
+    closeWindow(0);
     EXPECT_FALSE(isEnabled("goBookmarkButton"));
 }
 
 TEST_F(BookmarksTest, AreEditedInTheTable)
 {
-    storeNamed(list({"b", "c", "d"}), 0);
+    storeNamed({"b", "c", "d"}, 0);
     launch();
     openPanel();
-    EXPECT_TRUE(table_->model()->index(0, 0).data(Qt::FontRole).value<QFont>().bold());
-    EXPECT_FALSE(table_->model()->index(1, 0).data(Qt::FontRole).value<QFont>().bold());
+    EXPECT_EQ(rows(), "b! c d");
     type(0, 0, "Z");
-    EXPECT_EQ(names(), list({"c", "d", "Z"}));
-    EXPECT_EQ(selectedRow(), 2);
+    EXPECT_EQ(rows(), "c d Z!*");
     EXPECT_EQ(defaultIndex(), 2);
-    EXPECT_EQ(storedNames(), names());
-    EXPECT_EQ(menuItems(), names());
+    EXPECT_EQ(storedNames(), "c d Z");
+    EXPECT_EQ(menuItems(), "c d Z");
     type(1, 1, "DxPower:/supply");
-    EXPECT_EQ(names(), list({"c", "d", "Z"}));
-    EXPECT_EQ(cell(1, 1), QStringLiteral("DxPower:/supply"));
+    EXPECT_EQ(cell(1, 1), "DxPower:/supply");
     click("clearDefaultBookmarkButton");
     EXPECT_EQ(defaultIndex(), -1);
-    table_->selectRow(1);
+    EXPECT_EQ(rows(), "c d* Z");
     click("setDefaultBookmarkButton");
     EXPECT_EQ(defaultIndex(), 1);
-    EXPECT_TRUE(table_->model()->index(1, 0).data(Qt::FontRole).value<QFont>().bold());
+    EXPECT_EQ(rows(), "c d!* Z");
     // Closed and shown again by the same command, whose title says which.
     Q_EMIT outlet<QMenu>(window().window(), "bookmarksMenu")->aboutToShow();
     EXPECT_EQ(outlet<QAction>(window().window(), "toggleBookmarksPanelAction")->text(),
@@ -215,58 +204,49 @@ TEST_F(BookmarksTest, AreAddedFromThePanel)
     window().goToRegistryPath(QStringLiteral("DxPower:/supply"));
     openPanel();
     click("addBookmarkButton");
-    EXPECT_EQ(names(), list({"supply (DxPower)"}));
-    EXPECT_EQ(cell(0, 1), QStringLiteral("DxPower:/supply"));
+    EXPECT_EQ(rows(), "supply (DxPower)*");
+    EXPECT_EQ(cell(0, 1), "DxPower:/supply");
     typeIntoEditor("mine");
-    EXPECT_EQ(storedNames(), list({"mine"}));
-    window().window()->close();
-    turnEventLoop();
+    EXPECT_EQ(storedNames(), "mine");
+    closeWindow();
     click("addBookmarkButton");
-    EXPECT_EQ(cell(1), QStringLiteral("New Bookmark"));
-    EXPECT_EQ(cell(1, 1), QString());
-    EXPECT_EQ(selectedRow(), 1);
+    EXPECT_EQ(rows(), "mine New Bookmark*");
+    EXPECT_EQ(cell(1, 1), "");
 }
 
-TEST_F(BookmarksTest, AreDeletedByButtonAndKey)
+TEST_F(BookmarksTest, AreDeletedByButtonAndKeyAndDraggedOut)
 {
-    storeNamed(list({"a", "b", "c"}), 2);
-    launch();
-    openPanel();
-    QTest::keyClick(table_, Qt::Key_Delete); // nothing is selected
-    EXPECT_EQ(names().size(), 3);
-    table_->selectRow(2);
-    QTest::keyClick(table_, Qt::Key_Delete);
-    EXPECT_EQ(names(), list({"a", "b"}));
-    EXPECT_EQ(defaultIndex(), -1);
-    EXPECT_EQ(selectedRow(), 1);
-    table_->selectRow(0);
-    QTest::keyClick(table_, Qt::Key_Backspace);
-    EXPECT_EQ(storedNames(), list({"b"}));
-    EXPECT_EQ(selectedRow(), -1);
-    EXPECT_FALSE(isEnabled("deleteBookmarkButton"));
-    table_->selectRow(0);
-    click("deleteBookmarkButton");
-    EXPECT_EQ(storedNames(), QStringList());
-    EXPECT_EQ(menuItems(), QStringList());
-}
-
-TEST_F(BookmarksTest, AreDraggedOut)
-{
-    storeNamed(list({"a", "b"}), -1);
+    storeNamed({"a", "b", "c"}, 2);
     launch();
     openPanel();
     const QAbstractItemModel &model = *table_->model();
     const std::unique_ptr<QMimeData> data(
         model.mimeData({model.index(1, 0), model.index(1, 1), model.index(0, 0)}));
-    EXPECT_EQ(data->text(), QStringLiteral("DxService:/bus/disk@0"));
+    EXPECT_EQ(data->text(), disk);
     EXPECT_EQ(QJsonDocument::fromJson(data->data(QStringLiteral("Vandrel Bookmark"))).object(),
-              Bookmark::make(QStringLiteral("b"), QStringLiteral("DxService:/bus/disk@0")).record);
+              Bookmark::make(QStringLiteral("b"), disk).record);
     EXPECT_EQ(table_->dragDropMode(), QAbstractItemView::DragOnly);
+
+    QTest::keyClick(table_, Qt::Key_Delete); // nothing is selected
+    EXPECT_EQ(rows(), "a b c!");
+    table_->selectRow(2);
+    QTest::keyClick(table_, Qt::Key_Delete);
+    EXPECT_EQ(rows(), "a b*");
+    EXPECT_EQ(defaultIndex(), -1);
+    table_->selectRow(0);
+    QTest::keyClick(table_, Qt::Key_Backspace);
+    EXPECT_EQ(rows(), "b");
+    EXPECT_EQ(storedNames(), "b");
+    EXPECT_FALSE(isEnabled("deleteBookmarkButton"));
+    table_->selectRow(0);
+    click("deleteBookmarkButton");
+    EXPECT_EQ(storedNames(), "");
+    EXPECT_EQ(menuItems(), "");
 }
 
 TEST_F(BookmarksTest, TheDefaultIsChosenInThePreferencesToo)
 {
-    storeNamed(list({"a", "b"}), 1);
+    storeNamed({"a", "b"}, 1);
     launch();
     trigger("showPreferencesPanelAction");
     auto *const popUp = delegate_->defaultsController().defaultBookmarkPopUp();

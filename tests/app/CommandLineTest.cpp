@@ -5,20 +5,16 @@
 #include <gmock/gmock.h>
 
 namespace {
-CommandLine parse(const QStringList &options)
-{
-    return CommandLine::parse(QStringList(QStringLiteral("vandrel")) + options);
-}
-
 CommandLine parse(const char *options)
 {
-    return parse(QString::fromLatin1(options).split(u' '));
+    return CommandLine::parse(
+        QString::fromLatin1(options).prepend(QLatin1String("vandrel ")).split(u' '));
 }
 } // namespace
 
 TEST(CommandLine, RunsOnThisMachineUnlessToldOtherwise)
 {
-    const CommandLine plain = parse(QStringList());
+    const CommandLine plain = CommandLine::parse({QStringLiteral("vandrel")});
     EXPECT_EQ(plain.action, CommandLine::Action::Run);
     EXPECT_EQ(plain.sysfsRoot, QStringLiteral("/sys"));
     EXPECT_EQ(plain.theme, Theme::System);
@@ -55,13 +51,12 @@ TEST(CommandLine, CapturesWithoutAWindow)
     EXPECT_EQ(line.captureFile, QStringLiteral("a.vandrel"));
     EXPECT_EQ(line.sysfsRoot, QStringLiteral("/a"));
     EXPECT_EQ(parse("--capture -").captureFile, QStringLiteral("-"));
-    EXPECT_EQ(parse({QStringLiteral("--capture"), QString()}).action, CommandLine::Action::Fail);
-    EXPECT_EQ(parse("--capture a --plane DxBus").action, CommandLine::Action::Fail);
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow)
 {
-    for (const char *options : {"--theme pink", "--nonsense", "--sysfs"}) {
+    for (const char *options :
+         {"--theme pink", "--nonsense", "--sysfs", "--capture ", "--capture a --plane DxBus"}) {
         const CommandLine line = parse(options);
         EXPECT_EQ(line.action, CommandLine::Action::Fail) << options;
         EXPECT_FALSE(line.text.isEmpty()) << options;

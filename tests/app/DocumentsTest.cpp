@@ -22,22 +22,26 @@ class DocumentsTest : public ApplicationFixture
 {
 protected:
     QString host() const { return document().dataStore()->hostName(); }
-    QString numbered(int number) const
-    {
-        return QStringLiteral("%1 (%2)").arg(host(), QString::number(number));
-    }
-    void save(const QString &file)
+    void save(const char *name)
     {
         DocumentError error;
-        ASSERT_TRUE(document().save(file, error)) << qPrintable(error.reason);
+        ASSERT_TRUE(document().save(path(name), error)) << qPrintable(error.reason);
     }
     // A saved live document whose registry has been read anew since.
-    void edit(const QString &file)
+    void edit(const char *name)
     {
         launch();
-        save(file);
+        save(name);
         document().dataStore()->update();
         ASSERT_TRUE(document().isDocumentEdited());
+    }
+    QList<QAction *> recentItems() const
+    {
+        return outlet<QMenu>(window().window(), "recentDocumentsMenu")->actions();
+    }
+    void expectAlert(const char *words) const
+    {
+        EXPECT_THAT(alertText(), testing::HasSubstr(words));
     }
 };
 } // namespace
@@ -45,23 +49,21 @@ protected:
 TEST_F(DocumentsTest, NumbersLiveDocuments)
 {
     launch();
-    EXPECT_EQ(titles(), QStringList(host()));
+    const QString name = host();
+    EXPECT_EQ(titles(), QStringList(name));
     trigger("newDocumentAction");
-    EXPECT_EQ(titles(), QStringList({numbered(1), numbered(2)}));
-    window(0).window()->close();
-    turnEventLoop();
-    EXPECT_EQ(titles(), QStringList(host()));
+    EXPECT_EQ(titles(), QStringList({name + QLatin1String(" (1)"), name + QLatin1String(" (2)")}));
+    closeWindow(0);
+    EXPECT_EQ(titles(), QStringList(name));
     EXPECT_EQ(document().index(), 1U);
     trigger("newDocumentAction");
-    window(1).window()->close();
-    turnEventLoop();
-    EXPECT_EQ(titles(), QStringList(host()));
+    closeWindow(1);
+    EXPECT_EQ(titles(), QStringList(name));
     // A second window shows the same document.
     trigger("newDocumentWindowAction");
-    EXPECT_EQ(titles(), QStringList({host(), host()}));
-    window(0, 0).window()->close();
-    turnEventLoop();
-    EXPECT_EQ(titles(), QStringList(host()));
+    EXPECT_EQ(titles(), QStringList({name, name}));
+    closeWindow(0, 0);
+    EXPECT_EQ(titles(), QStringList(name));
 }
 
 TEST_F(DocumentsTest, SavesAndOpens)
@@ -88,33 +90,26 @@ TEST_F(DocumentsTest, SavesAndOpens)
     EXPECT_EQ(documentCount(), 2U);
     trigger("saveDocumentAsAction");
     chooseFile(file);
-    EXPECT_THAT(alertText().toStdString(), testing::HasSubstr("open in another window"));
+    expectAlert("open in another window");
     answer("OK");
     EXPECT_EQ(document(0).fileName(), path("other.vandrel"));
 
-    const QList<QAction *> recent =
-        outlet<QMenu>(window().window(), "recentDocumentsMenu")->actions();
+    const QList<QAction *> recent = recentItems();
     EXPECT_EQ(recent.at(0)->toolTip(), file);
     EXPECT_EQ(recent.at(1)->toolTip(), path("other.vandrel"));
-    window(1).window()->close();
-    turnEventLoop();
+    closeWindow(1);
     recent.at(0)->trigger();
     turnEventLoop();
     EXPECT_EQ(documentCount(), 2U);
-}
 
-TEST_F(DocumentsTest, OpensWhatIsDropped)
-{
-    launch();
-    save(path("desk.vandrel"));
-    quit();
-    launch();
+    // So does what is dropped.
+    closeWindow(1);
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(path("desk.vandrel"))});
     const auto drop = [&](auto event) {
         QCoreApplication::sendEvent(window().window(), &event);
         return event.isAccepted();
     };
+    data.setUrls({QUrl::fromLocalFile(file)});
     EXPECT_TRUE(drop(QDragEnterEvent({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {})));
     EXPECT_TRUE(drop(QDropEvent({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {})));
     turnEventLoop();
@@ -125,22 +120,21 @@ TEST_F(DocumentsTest, OpensWhatIsDropped)
 
 TEST_F(DocumentsTest, AsksBeforeChangesAreLost)
 {
-    const QString file = path("desk.vandrel");
-    edit(file);
+    const char *const name = "desk.vandrel";
+    edit(name);
     EXPECT_TRUE(window().window()->isWindowModified());
-    const QByteArray former = contentOf(file);
-
-    window().window()->close();
+    const QByteArray former = contentOf(name);
+    closeWindow();
     answer("Cancel");
     EXPECT_TRUE(window().window()->isVisible());
-    window().window()->close();
+    closeWindow();
     answer("Save");
     EXPECT_EQ(documentCount(), 0U);
-    EXPECT_NE(contentOf(file), former);
+    EXPECT_NE(contentOf(name), former);
     quit();
 
-    edit(file);
-    const QByteArray saved = contentOf(file);
+    edit(name);
+    const QByteArray saved = contentOf(name);
     trigger("newDocumentAction");
     QSignalSpy ready(&delegate_->documentCommands(), &DocumentCommands::readyToTerminate);
     trigger("quitAction");
@@ -150,15 +144,14 @@ TEST_F(DocumentsTest, AsksBeforeChangesAreLost)
     answer("Don’t Save");
     EXPECT_EQ(documentCount(), 0U);
     EXPECT_EQ(ready.count(), 1);
-    EXPECT_EQ(contentOf(file), saved);
+    EXPECT_EQ(contentOf(name), saved);
 }
 
 TEST_F(DocumentsTest, ChangesNoDocumentsWhileTheRegistryIsWaitedFor)
 {
     launch();
-    const std::vector<const char *> commands{"newDocumentAction", "quitAction"};
     std::size_t count = documentCount();
-    for (const char *command : commands) {
+    for (const char *command : {"newDocumentAction", "quitAction"}) {
         int turns = 0;
         RunLoop::main().wait([&](auto) {
             if (turns == 0)
@@ -175,9 +168,7 @@ TEST_F(DocumentsTest, ChangesNoDocumentsWhileTheRegistryIsWaitedFor)
 
 TEST_F(DocumentsTest, KeepsTheFormerFileWhenSavingFails)
 {
-    launch();
-    save(path("desk.vandrel"));
-    document().dataStore()->update();
+    edit("desk.vandrel");
     ASSERT_EQ(mkdir(qPrintable(path("folder")), 0755), 0);
     DocumentError error;
     EXPECT_FALSE(document().save(path("folder"), error));
@@ -186,64 +177,54 @@ TEST_F(DocumentsTest, KeepsTheFormerFileWhenSavingFails)
     EXPECT_FALSE(error.reason.isEmpty());
     EXPECT_TRUE(document().isDocumentEdited());
     EXPECT_EQ(document().fileName(), path("desk.vandrel"));
-    EXPECT_FALSE(contentOf(path("desk.vandrel")).isEmpty());
+    EXPECT_FALSE(contentOf("desk.vandrel").isEmpty());
 }
 
 TEST_F(DocumentsTest, TellsWhatCannotBeOpened)
 {
-    write(path("empty"), {});
-    write(path("text"), "{\"Vandrel\": true}");
-    write(path("damaged"), SmallStore::current().bytes().chopped(9));
+    write("empty", {});
+    write("text", "{\"Vandrel\": true}");
+    write("damaged", SmallStore::current().bytes().chopped(9));
     ArchiveSketch newer = SmallStore::current();
     newer.objects[SmallStore::Store].set(QLatin1String("dataStoreVersion"), qint64(3));
-    write(path("newer"), newer.bytes());
+    write("newer", newer.bytes());
     ArchiveSketch older = SmallStore::current();
     older.objects[SmallStore::Store].remove(QLatin1String("dataStoreVersion"));
-    write(path("older"), older.bytes());
-    write(path("unreadable"), SmallStore::current().bytes());
+    write("older", older.bytes());
+    write("unreadable", SmallStore::current().bytes());
     ASSERT_EQ(chmod(qPrintable(path("unreadable")), 0), 0);
-    QFile zeros(path("zeros"));
-    ASSERT_TRUE(zeros.open(QIODevice::WriteOnly));
-    ASSERT_TRUE(zeros.resize(qint64(2) << 30));
+    write("zeros", {});
+    ASSERT_TRUE(QFile::resize(path("zeros"), qint64(2) << 30));
     ASSERT_EQ(mkfifo(qPrintable(path("pipe")), 0644), 0);
 
-    struct Case
-    {
-        const char *file;
-        const char *words;
-    };
-    std::vector<Case> cases{
-        {"empty", "cannot read this document"},
-        {"text", "cannot read this document"},
-        {"damaged", "cannot read this document"},
-        {"zeros", "cannot read this document"},
-        {"newer", "needs a newer version"},
-        {"older", "too old"},
-        {"vanished", "no such file"},
-        {".", "is a folder"},
-        {"pipe", "not a regular file"},
+    const char *const unknown = "cannot read this document";
+    std::vector<std::pair<const char *, const char *>> cases{
+        {"empty", unknown},           {"text", unknown},    {"damaged", unknown},
+        {"zeros", unknown},           {"older", "too old"}, {"newer", "needs a newer version"},
+        {"vanished", "no such file"}, {".", "is a folder"}, {"pipe", "not a regular file"},
     };
     if (geteuid() != 0) // who may read everything
-        cases.push_back({"unreadable", "Permission denied"});
+        cases.emplace_back("unreadable", "Permission denied");
     launch();
     for (const auto &[file, words] : cases) {
+        SCOPED_TRACE(file);
         QElapsedTimer time;
         time.start();
         delegate_->documentCommands().openFiles({path(file)}, window().window());
-        EXPECT_LT(time.elapsed(), 1000) << file;
-        EXPECT_THAT(alertText().toStdString(), testing::HasSubstr(words)) << file;
-        EXPECT_THAT(alertText().toStdString(), testing::HasSubstr(file)) << file;
+        EXPECT_LT(time.elapsed(), 1000);
+        expectAlert(words);
+        expectAlert(file);
         answer("OK");
-        EXPECT_EQ(alert(), nullptr) << file;
-        EXPECT_EQ(titles(), QStringList(host())) << file;
+        EXPECT_EQ(alert(), nullptr);
+        EXPECT_EQ(titles(), QStringList(host()));
     }
     EXPECT_FALSE(outlet<QMenu>(window().window(), "recentDocumentsMenu")->isEnabled());
     quit();
 
     // On the command line a document that is none leaves a new one; what can be opened is.
-    write(path("good"), SmallStore::current().bytes());
+    write("good", SmallStore::current().bytes());
     launch({path("empty"), path("vanished")});
-    EXPECT_THAT(alertText().toStdString(), testing::HasSubstr("Some documents"));
+    expectAlert("Some documents");
     answer("OK");
     EXPECT_TRUE(document().dataStore()->isLive());
     quit();
@@ -279,15 +260,13 @@ TEST_F(DocumentsTest, TellsOnceThatThereIsNoRegistry)
 // The life of a user's settings and documents over several runs.
 TEST_F(DocumentsTest, Journey)
 {
+    const QString place = QStringLiteral("DxService:/bus/disk@1");
     launch();
     EXPECT_EQ(window().registryPlane(), QStringLiteral("DxService"));
     EXPECT_FALSE(window().browserIsVisible());
     EXPECT_TRUE(document().dataStore()->isAutoupdate());
-    window().goToRegistryPath(QStringLiteral("DxService:/bus/disk@1"));
-    delegate_->bookmarksController().addBookmarkNamed(
-        QStringLiteral("Second disk"), window().registryPathForSelectedEntry(), true);
-    trigger("saveDocumentAction");
-    chooseFile(path("desk.vandrel"));
+    delegate_->bookmarksController().addBookmarkNamed(QStringLiteral("Disk"), place, true);
+    save("desk.vandrel");
     trigger("quitAction");
     EXPECT_EQ(documentCount(), 0U);
     quit();
@@ -297,24 +276,17 @@ TEST_F(DocumentsTest, Journey)
     EXPECT_EQ(titles(), QStringList({QStringLiteral("desk.vandrel"), host()}));
     EXPECT_EQ(document(1).index(), 1U);
     for (std::size_t i : {0U, 1U})
-        EXPECT_EQ(window(i).registryPathForSelectedEntry(),
-                  QStringLiteral("DxService:/bus/disk@1"));
-    EXPECT_EQ(outlet<QMenu>(window(1).window(), "recentDocumentsMenu")->actions().at(0)->toolTip(),
-              path("desk.vandrel"));
+        EXPECT_EQ(selectedPath(i), place);
+    EXPECT_EQ(recentItems().at(0)->toolTip(), path("desk.vandrel"));
     quit();
 
-    write(preferencesFile(), "{ \"Bookmarks\": [");
+    const QString settings =
+        QStringLiteral("settings/%1.json").arg(PreferencesStore::applicationIdentifier());
+    write(qPrintable(settings), "{ \"Bookmarks\": [");
     PreferencesStore::setFolder(path("settings"));
     launch();
-    EXPECT_THAT(alertText().toStdString(), testing::HasSubstr("damaged"));
-    EXPECT_EQ(contentOf(preferencesFile() + QStringLiteral(".damaged-1")), "{ \"Bookmarks\": [");
-    EXPECT_EQ(window().registryPathForSelectedEntry(),
-              window()
-                  .document()
-                  .dataStore()
-                  ->registryRoot()
-                  ->entryPathInPlane(QStringLiteral("DxService"), 0)
-                  ->registryPath());
-    EXPECT_EQ(outlet<QMenu>(window().window(), "recentDocumentsMenu")->actions().at(0)->toolTip(),
-              path("desk.vandrel"));
+    expectAlert("damaged");
+    EXPECT_EQ(contentOf(qPrintable(settings + QLatin1String(".damaged-1"))), "{ \"Bookmarks\": [");
+    EXPECT_EQ(selectedPath(), QStringLiteral("(DxService)"));
+    EXPECT_EQ(recentItems().at(0)->toolTip(), path("desk.vandrel"));
 }

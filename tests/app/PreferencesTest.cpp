@@ -9,6 +9,8 @@
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTest>
+#include <numeric>
+#include <set>
 
 namespace {
 class PreferencesTest : public ApplicationFixture
@@ -32,14 +34,19 @@ protected:
     {
         return outlet<QAbstractButton>(panel_, name);
     }
-    QStringList planes() const
+    // The buttons that are checked, by name.
+    std::string checked() const
     {
-        const auto *const popUp = outlet<QComboBox>(panel_, "defaultPlanePopUp");
-        QStringList planes;
-        for (int i = 0; i < popUp->count(); ++i)
-            planes.append(popUp->itemText(i));
-        return planes;
+        std::set<std::string> names;
+        for (const QAbstractButton *button : panel_->findChildren<QAbstractButton *>()) {
+            if (button->isChecked())
+                names.insert(button->objectName().toStdString() + ' ');
+        }
+        return std::accumulate(names.begin(), names.end(), std::string());
     }
+    QComboBox &planes() const { return *outlet<QComboBox>(panel_, "defaultPlanePopUp"); }
+    QTabWidget &tabs() const { return *outlet<QTabWidget>(panel_, "preferencesTabView"); }
+    int interval() const { return outlet<QSpinBox>(panel_, "defaultPollIntervalField")->value(); }
 
     QDialog *panel_ = nullptr;
 };
@@ -54,17 +61,12 @@ TEST_F(PreferencesTest, DefaultsApplyUntilSomethingIsStored)
     EXPECT_FALSE(store.isPolledUpdate());
     EXPECT_EQ(store.pollInterval(), 30.0);
     openPanel();
-    EXPECT_TRUE(button("defaultViewOutlineCell")->isChecked());
-    EXPECT_EQ(outlet<QComboBox>(panel_, "defaultPlanePopUp")->currentText(),
-              QStringLiteral("DxService"));
-    EXPECT_EQ(planes(), QStringList({QStringLiteral("DxService"), {}, QStringLiteral("DxPower")}));
-    EXPECT_TRUE(button("filteredFindCheckbox")->isChecked());
-    for (const char *name : {"findNameCheckbox", "findInheritanceCheckbox"})
-        EXPECT_TRUE(button(name)->isChecked()) << name;
-    for (const char *name : {"findClassCheckbox", "findBundleIDCheckbox", "findKeysCheckbox",
-                             "findValuesCheckbox", "findSpecialCheckbox"})
-        EXPECT_FALSE(button(name)->isChecked()) << name;
-    EXPECT_EQ(outlet<QSpinBox>(panel_, "defaultPollIntervalField")->value(), 30);
+    EXPECT_EQ(checked(), "defaultAutoupdateCheckbox defaultViewOutlineCell filteredFindCheckbox "
+                         "findInheritanceCheckbox findNameCheckbox ");
+    EXPECT_EQ(planes().currentText(), QStringLiteral("DxService"));
+    EXPECT_EQ(planes().count(), 3); // with a separator
+    EXPECT_EQ(planes().itemText(2), QStringLiteral("DxPower"));
+    EXPECT_EQ(interval(), 30);
     EXPECT_TRUE(PreferencesStore::standard().isEmpty());
 }
 
@@ -73,17 +75,15 @@ TEST_F(PreferencesTest, EveryControlIsWrittenAndShown)
     set("FindOptions", 64 + 1);
     launch();
     openPanel();
-    button("defaultViewBrowserCell")->click();
-    button("filteredFindCheckbox")->click();
-    for (const char *name : {"findNameCheckbox", "findClassCheckbox", "findBundleIDCheckbox",
-                             "findKeysCheckbox", "findValuesCheckbox", "findSpecialCheckbox"})
+    for (const char *name :
+         {"defaultViewBrowserCell", "filteredFindCheckbox", "findNameCheckbox", "findClassCheckbox",
+          "findBundleIDCheckbox", "findKeysCheckbox", "findValuesCheckbox", "findSpecialCheckbox",
+          "defaultAutoupdateCheckbox", "defaultPolledUpdateCheckbox"})
         button(name)->click();
-    button("defaultAutoupdateCheckbox")->click();
-    button("defaultPolledUpdateCheckbox")->click();
-    auto *const interval = outlet<QSpinBox>(panel_, "defaultPollIntervalField");
-    interval->setValue(0);
+    outlet<QSpinBox>(panel_, "defaultPollIntervalField")->setValue(0);
     QTest::keyClick(panel_, Qt::Key_2, Qt::ControlModifier);
-    outlet<QTabWidget>(panel_, "preferencesTabView")->setCurrentIndex(2);
+    tabs().setCurrentIndex(2);
+    const std::string chosen = checked();
 
     EXPECT_EQ(stored("DefaultView"), QStringLiteral("browser"));
     EXPECT_EQ(stored("DefaultPlane"), QStringLiteral("DxPower"));
@@ -106,12 +106,9 @@ TEST_F(PreferencesTest, EveryControlIsWrittenAndShown)
 
     launch();
     openPanel();
-    EXPECT_EQ(outlet<QTabWidget>(panel_, "preferencesTabView")->currentWidget()->objectName(),
-              QStringLiteral("Update"));
-    EXPECT_TRUE(button("defaultViewBrowserCell")->isChecked());
-    EXPECT_TRUE(button("findSpecialCheckbox")->isChecked());
-    EXPECT_FALSE(button("findNameCheckbox")->isChecked());
-    EXPECT_EQ(outlet<QSpinBox>(panel_, "defaultPollIntervalField")->value(), 0);
+    EXPECT_EQ(tabs().currentWidget()->objectName(), QStringLiteral("Update"));
+    EXPECT_EQ(checked(), chosen);
+    EXPECT_EQ(interval(), 0);
 }
 
 TEST_F(PreferencesTest, ToleratesWhatOthersHaveStored)
@@ -127,14 +124,13 @@ TEST_F(PreferencesTest, ToleratesWhatOthersHaveStored)
     EXPECT_FALSE(document().dataStore()->isAutoupdate());
     EXPECT_FALSE(document().dataStore()->isPolledUpdate());
     openPanel();
-    EXPECT_EQ(outlet<QComboBox>(panel_, "defaultPlanePopUp")->currentIndex(), -1);
-    EXPECT_EQ(outlet<QSpinBox>(panel_, "defaultPollIntervalField")->value(), 30);
+    EXPECT_EQ(planes().currentIndex(), -1);
+    EXPECT_EQ(interval(), 30);
     EXPECT_TRUE(button("findInheritanceCheckbox")->isChecked());
     set("PolledUpdateInterval", 5e12);
     set("DefaultPlane", QStringLiteral("DxPower"));
     delegate_->defaultsController().showPreferencesPanel(); // shows what is stored now
-    EXPECT_EQ(outlet<QSpinBox>(panel_, "defaultPollIntervalField")->value(), 2147483647);
-    EXPECT_EQ(outlet<QComboBox>(panel_, "defaultPlanePopUp")->currentText(),
-              QStringLiteral("DxPower"));
-    EXPECT_EQ(planes().size(), 3);
+    EXPECT_EQ(interval(), 2147483647);
+    EXPECT_EQ(planes().currentText(), QStringLiteral("DxPower"));
+    EXPECT_EQ(planes().count(), 3);
 }

@@ -1,44 +1,20 @@
 #include "ExplorerFixture.h"
-#include "explorer/TavRegistryBrowserCell.h"
 #include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/ColumnResizer.h"
-#include "tests/support/QtPrinters.h"
-#include "tests/support/TreeText.h"
 
-#include <QCheckBox>
 #include <QListView>
 #include <QScrollBar>
-#include <QTest>
 
 namespace {
 class BrowserTest : public ExplorerFixture
 {
 protected:
-    void SetUp() override
-    {
-        registry_.plane("DxService", R"(
-            Root
-              Host
-                bus
-                  disk@0
-                  disk@1
-                    part
-                module)");
-        registry_.plane("DxPower", R"(
-            Root
-              Host
-                supply
-                  disk@1)");
-    }
+    void SetUp() override { plantDisks(); }
     void openColumns()
     {
         open();
         controller_->browserView();
         browser_ = outlet<ColumnBrowser>("registryBrowser");
-    }
-    void go(std::initializer_list<const char *> labels)
-    {
-        controller_->goToEntryPath(path(labels), true, true);
     }
     // A line for each column: "*" marks a selected row, ">" one that another column belongs to.
     std::string columns() const
@@ -54,82 +30,52 @@ protected:
         }
         return text;
     }
-    void press(int key) { QTest::keyClick(controller_->window()->focusWidget(), Qt::Key(key)); }
-    void click(int row, int column)
+    void clickRow(int row, int column)
     {
         QListView &list = *browser_->list(column);
         QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
                           list.visualRect(list.model()->index(row, 0)).center());
     }
-    QString selected() const { return controller_->registryPathForSelectedEntry(); }
+    bool isInSight(int column) const
+    {
+        const QListView &list = *browser_->list(column);
+        return browser_->viewport()->rect().contains(
+            {list.mapTo(browser_->viewport(), QPoint()), list.size()});
+    }
 
     ColumnBrowser *browser_ = nullptr;
 };
 } // namespace
 
-TEST_F(BrowserTest, KeepsTheSelectionInSightWhenItGetsNarrower)
-{
-    openColumns();
-    go({"Root", "Host", "bus", "disk@1"});
-    const auto isSeen = [&] {
-        const QListView &list = *browser_->list(3);
-        return browser_->viewport()->rect().contains(
-            {list.mapTo(browser_->viewport(), QPoint()), list.size()});
-    };
-    controller_->window()->resize(1400, 600);
-    EXPECT_TRUE(QTest::qWaitFor(isSeen));
-    controller_->window()->resize(420, 600);
-    EXPECT_TRUE(QTest::qWaitFor(isSeen));
-    EXPECT_GT(browser_->horizontalScrollBar()->value(), 0);
-}
-
-TEST_F(BrowserTest, LetsGoOfColumnsThatAreLeft)
-{
-    openColumns();
-    go({"Root", "Host", "bus", "disk@1"});
-    const QListView &left = *browser_->list(4);
-    EXPECT_EQ(left.model()->rowCount(), 1);
-    controller_->setRegistryPlane(QStringLiteral("DxPower"), true);
-    EXPECT_EQ(left.model()->rowCount(), 0); // it is still seen, and may be painted
-    controller_->window()->grab();
-}
-
 TEST_F(BrowserTest, ShowsTheSelectionAndWhatIsBelowIt)
 {
     openColumns();
     EXPECT_EQ(columns(), "Root>*\nHost>\n");
-    go({"Root", "Host", "bus"});
-    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0, disk@1>\n");
-    go({"Root", "Host", "bus", "disk@1"});
-    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0, disk@1>*\npart\n");
-    go({"Root", "Host", "module"});
+    select({"Root", "Host", "bus"});
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0>, disk@1\n");
+    select({"Root", "Host", "bus", "disk@0"});
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0>*, disk@1\npart@1\n");
+    select({"Root", "Host", "module"});
     EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>, module*\n");
     EXPECT_EQ(beeps_, 0);
 
-    const auto *const cell = static_cast<const TavRegistryBrowserCell *>(browser_->selectedCell(2));
-    EXPECT_EQ(cell->representedObject().get(), entry("module"));
-    EXPECT_EQ(cell->browser(), browser_);
-    EXPECT_TRUE(cell->state);
-    EXPECT_EQ(cell->toolTip, controller_->toolTipForRegistryEntry(*entry("module")));
+    select({"Root", "Host", "bus", "part@1"}); // which is not straight below
+    EXPECT_EQ(beeps_, 1);
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0>, disk@1\n");
+    select({"Host"}); // nothing of it is there
+    EXPECT_EQ(beeps_, 2);
+    EXPECT_EQ(selected(), "DxService:/bus");
 
-    go({"Root", "Host", "bus", "disk@1"});
-    controller_->setRegistryPlane(QStringLiteral("DxPower"), true);
+    select({"Root", "Host", "bus", "disk@0"});
+    const QListView &left = *browser_->list(4);
+    EXPECT_EQ(left.model()->rowCount(), 1);
+    showPlane("DxPower");
+    EXPECT_EQ(left.model()->rowCount(), 0); // it is still seen, and may be painted
+    window().grab();
     EXPECT_EQ(columns(), "Root>\n");
     controller_->goToEntryPath(std::nullopt, true, true);
     EXPECT_EQ(columns(), "Root>\n");
     EXPECT_FALSE(controller_->selectedEntry());
-}
-
-TEST_F(BrowserTest, GoesAsFarAsThePathReaches)
-{
-    openColumns();
-    go({"Root", "Host", "bus", "part"});
-    EXPECT_EQ(beeps_, 1);
-    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0, disk@1>\n");
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus"));
-    go({"Host"}); // nothing of it is there
-    EXPECT_EQ(beeps_, 2);
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus"));
 }
 
 TEST_F(BrowserTest, KeysMoveInAllDirections)
@@ -137,67 +83,60 @@ TEST_F(BrowserTest, KeysMoveInAllDirections)
     openColumns();
     controller_->makeExplorerFirstResponder();
     ASSERT_TRUE(controller_->isExplorerFirstResponder());
-    press(Qt::Key_Left); // there is nothing before the first column
-    press(Qt::Key_Right);
-    press(Qt::Key_Right);
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus"));
-    press(Qt::Key_Down);
+    const std::pair<Qt::Key, const char *> steps[] = {
+        {Qt::Key_Left, "(DxService)"}, // there is nothing before the first column
+        {Qt::Key_Right, "DxService:/"},
+        {Qt::Key_Right, "DxService:/bus"},
+        {Qt::Key_Down, "DxService:/module"},
+        {Qt::Key_Right, "DxService:/module"}, // nor anything after a leaf
+        {Qt::Key_Left, "DxService:/"},
+        {Qt::Key_Right, "DxService:/bus"},
+        {Qt::Key_Right, "DxService:/bus/disk@0"},
+        {Qt::Key_End, "DxService:/bus/disk@1"},
+        {Qt::Key_Up, "DxService:/bus/disk@0"},
+        {Qt::Key_Left, "DxService:/bus"},
+        {Qt::Key_M, "DxService:/module"},
+    };
+    for (const auto &[key, expected] : steps) {
+        press(key);
+        EXPECT_EQ(selected(), expected) << key;
+    }
     EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>, module*\n");
-    press(Qt::Key_Right); // nor anything after a leaf
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/module"));
-    press(Qt::Key_Left);
-    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>, module\n");
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/"));
-    press(Qt::Key_Right);
-    press(Qt::Key_Right);
-    press(Qt::Key_End);
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus/disk@1"));
-    press(Qt::Key_Up);
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus/disk@0"));
-    press(Qt::Key_Left);
-    QTest::keyClicks(controller_->window()->focusWidget(), QStringLiteral("mo"));
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/module"));
     EXPECT_TRUE(controller_->isExplorerFirstResponder());
 }
 
 TEST_F(BrowserTest, ClicksSelectInAnyColumn)
 {
     openColumns();
-    go({"Root", "Host", "bus", "disk@1"});
-    click(0, 3);
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus/disk@0"));
-    click(0, 1); // selected as it is, with more after it
+    select({"Root", "Host", "bus", "disk@0"});
+    clickRow(1, 3);
+    EXPECT_EQ(selected(), "DxService:/bus/disk@1");
+    clickRow(0, 1); // selected as it is, with more after it
     EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>, module\n");
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/"));
-    click(0, 2);
-    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0, disk@1>\n");
-}
+    EXPECT_EQ(selected(), "DxService:/");
+    clickRow(0, 2);
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0>, disk@1\n");
 
-TEST_F(BrowserTest, ClickBesideTheRowsLeavesTheColumn)
-{
-    openColumns();
-    go({"Root", "Host", "bus", "disk@1", "part"});
+    // A click beside its rows leaves the column.
     const auto clickBeside = [&](int column) {
         QWidget &rows = *browser_->list(column)->viewport();
         QTest::mouseClick(&rows, Qt::LeftButton, {}, {5, rows.height() - 5});
     };
-    clickBeside(3);
-    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0, disk@1>\n");
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus"));
-    clickBeside(3); // nothing is selected in it any more
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/bus"));
+    select({"Root", "Host", "bus", "disk@0", "part@1"});
+    for (int i = 0; i < 2; ++i) { // the second time nothing is selected in it any more
+        clickBeside(3);
+        EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0>, disk@1\n");
+        EXPECT_EQ(selected(), "DxService:/bus");
+    }
     clickBeside(0);
     EXPECT_EQ(columns(), "Root>\n");
     EXPECT_FALSE(controller_->selectedEntry());
-}
 
-TEST_F(BrowserTest, CellThatIsOffEndsThePath)
-{
-    openColumns();
-    go({"Root", "Host", "bus", "disk@1"});
+    // A cell that is off ends the path.
+    select({"Root", "Host", "bus"});
     browser_->selectedCell(2)->state = false;
     controller_->browserSelectionChanged();
-    EXPECT_EQ(selected(), QStringLiteral("DxService:/"));
+    EXPECT_EQ(selected(), "DxService:/");
     browser_->selectedCell(0)->state = false;
     controller_->browserSelectionChanged();
     EXPECT_FALSE(controller_->selectedEntry());
@@ -206,17 +145,17 @@ TEST_F(BrowserTest, CellThatIsOffEndsThePath)
 TEST_F(BrowserTest, WhatIsHiddenLeavesALeaf)
 {
     openColumns();
-    go({"Root", "Host", "bus", "disk@1"});
-    const QString toolTip = browser_->selectedCell(3)->toolTip;
-    terminate("disk@1");
-    terminate("part");
-    controller_->noteDataStoreObjectsTerminated();
-    EXPECT_TRUE(browser_->cell(1, 3)->color.isValid()); // styled anew in its place
-    EXPECT_EQ(browser_->cell(1, 3)->toolTip, toolTip);
-    EXPECT_EQ(browser_->cell(1, 3)->accessibleText, QStringLiteral("disk@1, terminated"));
-    controller_->toggleShowTerminatedObjects();
-    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0\n");
+    select({"Root", "Host", "bus", "disk@0"});
+    const QString toolTip = controller_->toolTipForRegistryEntry(*entry("disk@0"));
     terminate("disk@0");
+    terminate("part@1");
+    controller_->noteDataStoreObjectsTerminated();
+    EXPECT_TRUE(browser_->cell(0, 3)->color.isValid()); // styled anew in its place
+    EXPECT_EQ(browser_->cell(0, 3)->toolTip, toolTip);
+    EXPECT_EQ(browser_->cell(0, 3)->accessibleText, QStringLiteral("disk@0, terminated"));
+    controller_->toggleShowTerminatedObjects();
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@1\n");
+    terminate("disk@1");
     controller_->refreshDisplay();
     EXPECT_EQ(columns(), "Root>*\nHost>*\nbus*, module\n");
 }
@@ -224,48 +163,43 @@ TEST_F(BrowserTest, WhatIsHiddenLeavesALeaf)
 TEST_F(BrowserTest, SearchLeavesMatchesAndTheWayToThem)
 {
     openColumns();
-    for (const char *checkbox : {"findNameCheckbox", "filteredFindCheckbox"})
-        QTest::mouseClick(outlet<QCheckBox>(checkbox), Qt::LeftButton);
-    controller_->findWithString(QStringLiteral("part"));
-    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*\ndisk@1>*\npart*\n");
-    controller_->findWithString(QStringLiteral("disk"));
-    controller_->findNext();
-    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*\ndisk@0, disk@1*\n");
-    controller_->findWithString(QStringLiteral("nothing"));
-    EXPECT_EQ(columns(), "\n");
-    controller_->findWithString(QString());
-    EXPECT_EQ(columns().substr(0, columns().find('\n')), "Root>*");
-}
-
-TEST_F(BrowserTest, HidingWhatIsTerminatedHidesWhatASearchLeavesOut)
-{
-    openColumns();
-    QTest::mouseClick(outlet<QCheckBox>("findNameCheckbox"), Qt::LeftButton);
-    controller_->findWithString(QStringLiteral("module"));
+    click("findNameCheckbox");
+    find("module");
     EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>, module*\n");
-    controller_->toggleShowTerminatedObjects();
+    controller_->toggleShowTerminatedObjects(); // hides what is left out, too
     EXPECT_EQ(columns(), "Root>*\nHost>*\nmodule*\n");
-    controller_->findWithString(QStringLiteral("nothing"));
-    controller_->goToEntryPath(path({"Root"}), true, true);
+    find("nothing");
+    select({"Root"});
     EXPECT_EQ(columns(), "Root*\n");
+    controller_->toggleShowTerminatedObjects();
+
+    click("filteredFindCheckbox");
+    find("part");
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*\ndisk@0>*\npart@1*\n");
+    click("filteredFindCheckbox");
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*, module\ndisk@0>*, disk@1\npart@1*\n");
+    click("filteredFindCheckbox");
+    find("disk");
+    EXPECT_EQ(columns(), "Root>*\nHost>*\nbus>*\ndisk@0, disk@1*\n");
+    find("nothing");
+    EXPECT_EQ(columns(), "\n");
+    find("");
+    EXPECT_EQ(columns().substr(0, columns().find('\n')), "Root>*");
 }
 
 TEST_F(BrowserTest, KeepsItsPlaceThroughUpdates)
 {
-    std::string tree = "Root\n  Host\n    many\n";
-    for (int i = 100; i < 400; ++i)
-        tree += "      row" + std::to_string(i) + "\n";
-    registry_.plane("DxService", tree.c_str());
+    add("module", "row", 100, 300);
     openColumns();
-    go({"Root", "Host", "many", "row250"});
+    const auto &rows = entry("module")->childrenInPlane(QStringLiteral("DxService"));
+    TavRegistryEntryPath middle = path({"Root", "Host", "module"});
+    middle.appendRegistryEntry(rows[150]->shared_from_this());
+    controller_->goToEntryPath(middle, true, true);
     QListView &list = *browser_->list(3);
     const auto top = [&] { return list.visualRect(list.currentIndex()).top(); };
     EXPECT_TRUE(list.viewport()->rect().contains(list.visualRect(list.currentIndex())));
     const int before = top();
-    for (int i = 0; i < 7; ++i)
-        service_.link(registry_["many"],
-                      service_.add(QStringLiteral("DxDevice"), "a" + QByteArray::number(i)),
-                      "DxService");
+    add("module", "a", 0, 7);
     update();
     EXPECT_EQ(list.currentIndex().data().toString(), QStringLiteral("row250"));
     EXPECT_EQ(top(), before);
@@ -274,38 +208,34 @@ TEST_F(BrowserTest, KeepsItsPlaceThroughUpdates)
 // In the column after the selection the row that comes into sight is counted in the one before.
 TEST_F(BrowserTest, ScrollsTheNextColumnByTheRowsOfTheLast)
 {
-    std::string tree = "Root\n  Host\n";
-    for (int i = 100; i < 180; ++i)
-        tree += "    row" + std::to_string(i) + "\n";
-    for (int i = 100; i < 400; ++i)
-        tree += "      below" + std::to_string(i) + "\n";
-    registry_.plane("DxService", tree.c_str());
+    add("Host", "a", 100, 80);
+    add("module", "below", 100, 300);
     openColumns();
-    go({"Root", "Host", "row179"});
+    select({"Root", "Host", "module"});
     const QListView &next = *browser_->list(3);
     const int rows = browser_->numberOfRows(2);
     EXPECT_GT(next.verticalScrollBar()->value(), 0);
     EXPECT_TRUE(next.viewport()->rect().contains(next.visualRect(next.model()->index(rows, 0))));
 }
 
-TEST_F(BrowserTest, ScrollsSidewaysAndKeepsColumnWidths)
+TEST_F(BrowserTest, KeepsTheSelectionInSightAndColumnWidths)
 {
-    std::string tree;
-    std::vector<const char *> labels{"Root", "Host", "a", "b", "c", "d", "e", "f", "g"};
-    for (std::size_t i = 0; i < labels.size(); ++i)
-        tree += std::string(2 * i, ' ') + labels[i] + '\n';
-    registry_.plane("DxService", tree.c_str());
+    std::string deep = "Root\n  Host\n    a";
+    for (int level = 3; level < 9; ++level)
+        deep += '\n' + std::string(2 * level, ' ') + static_cast<char>('a' + level - 2);
+    registry_.plane("DxService", deep.c_str());
     openColumns();
-    const auto isSeen = [&](int column) {
-        const QListView &list = *browser_->list(column);
-        return browser_->viewport()->rect().contains(
-            QRect(list.mapTo(browser_->viewport(), QPoint()), list.size()));
-    };
-    EXPECT_TRUE(isSeen(0));
-    go({"Root", "Host", "a", "b", "c", "d", "e", "f", "g"});
-    EXPECT_TRUE(isSeen(8) && !isSeen(0));
-    go({"Root"});
-    EXPECT_TRUE(isSeen(0));
+    EXPECT_TRUE(isInSight(0));
+    select({"Root", "Host", "a", "b", "c", "d", "e", "f", "g"});
+    EXPECT_TRUE(isInSight(8) && !isInSight(0));
+    select({"Root"});
+    EXPECT_TRUE(isInSight(0));
+    select({"Root", "Host", "a", "b"});
+    for (const int width : {1400, 420}) {
+        window().resize(width, 600);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isInSight(3); })) << width;
+    }
+    EXPECT_GT(browser_->horizontalScrollBar()->value(), 0);
 
     const int width = browser_->list(0)->width();
     auto *const edge = browser_->findChild<ColumnResizer *>();
@@ -316,14 +246,4 @@ TEST_F(BrowserTest, ScrollsSidewaysAndKeepsColumnWidths)
     close();
     openColumns();
     EXPECT_EQ(browser_->list(0)->width(), width + 50);
-}
-
-TEST_F(BrowserTest, ComesUpWithoutARegistry)
-{
-    open();
-    controller_->browserView();
-    service_.setRoot(0);
-    update();
-    controller_->refreshDisplay();
-    controller_->goToEntryPath(std::nullopt, true, true);
 }

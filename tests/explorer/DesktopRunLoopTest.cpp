@@ -67,37 +67,30 @@ TEST_F(DesktopRunLoopTest, TimersWaitForTheLastApplicationModalDialog)
     EXPECT_TRUE(acts());
 }
 
-TEST_F(DesktopRunLoopTest, LongWaitIsShown)
+TEST_F(DesktopRunLoopTest, LongWaitIsShownAndOutlivesItsWindow)
 {
-    QElapsedTimer time;
-    time.start();
-    bool wasShown = false;
-    RunLoop::main().wait([&](auto most) {
-        QThread::usleep(static_cast<unsigned long>(most.count()) * 1000);
-        const bool isShown = loop_.progress() && loop_.progress()->isVisible();
-        EXPECT_FALSE(isShown && time.elapsed() < 500);
-        wasShown = wasShown || isShown;
-        return wasShown || time.elapsed() > 10'000;
-    });
-    EXPECT_TRUE(wasShown);
-    EXPECT_FALSE(loop_.progress());
-    EXPECT_TRUE(acts());
-}
-
-TEST_F(DesktopRunLoopTest, ShownWaitSurvivesItsWindow)
-{
-    auto window = std::make_unique<QWidget>();
-    window->show();
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    RunLoop::main().wait([&](auto most) {
-        QThread::usleep(static_cast<unsigned long>(most.count()) * 1000);
-        if (!loop_.progress())
-            return false;
-        EXPECT_EQ(loop_.progress()->parentWidget(), window.get());
-        window.reset();
-        return true;
-    });
-    EXPECT_FALSE(loop_.progress());
+    for (const bool hasWindow : {false, true}) {
+        SCOPED_TRACE(hasWindow);
+        auto window = std::make_unique<QWidget>();
+        window->setVisible(hasWindow);
+        window->activateWindow();
+        ASSERT_TRUE(!hasWindow || QTest::qWaitForWindowActive(window.get()));
+        QElapsedTimer time;
+        time.start();
+        bool wasShown = false;
+        RunLoop::main().wait([&](auto most) {
+            QThread::usleep(static_cast<unsigned long>(most.count()) * 1000);
+            wasShown = loop_.progress() && loop_.progress()->isVisible();
+            if (wasShown) {
+                EXPECT_GE(time.elapsed(), 500);
+                EXPECT_EQ(loop_.progress()->parentWidget(), hasWindow ? window.get() : nullptr);
+                window.reset();
+            }
+            return wasShown || time.elapsed() > 10'000;
+        });
+        EXPECT_TRUE(wasShown);
+        EXPECT_FALSE(loop_.progress());
+        EXPECT_TRUE(acts());
+    }
 }
 } // namespace

@@ -2,12 +2,14 @@
 
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
+#include "platform/DocumentError.h"
 #include "platform/PreferencesStore.h"
 #include "platform/SystemBeep.h"
 
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QJsonObject>
-#include <QTest>
-#include <QTreeView>
 #include <stdexcept>
 
 ExplorerFixture::ExplorerFixture()
@@ -32,18 +34,34 @@ ExplorerFixture::~ExplorerFixture()
     TavRegistryEntry::setPropertyClass(TavRegistryProperty::staticPropertyClass());
 }
 
-void ExplorerFixture::open()
+void ExplorerFixture::plantDisks()
 {
-    document_ = &static_cast<TavDocument &>(documents_.newDocument());
-    store_ = document_->dataStore();
-    controller_ = static_cast<TavWindowController *>(document_->windowControllers().front().get());
-    ASSERT_TRUE(QTest::qWaitForWindowActive(controller_->window()));
+    registry_.plane("DxService", R"(
+        Root
+          Host
+            bus
+              disk@0 : DxDisk : DxDevice : DxService : DxRegistryEntry
+                part@1 : DxPart : DxRegistryEntry
+              disk@1
+            module : DxModule : DxRegistryEntry)");
+    registry_.plane("DxPower", R"(
+        Root
+          Host
+            supply
+              disk@0)");
 }
 
-void ExplorerFixture::close()
+FakeRegistry::Node ExplorerFixture::add(const char *parent, const QByteArray &name)
 {
-    controller_ = nullptr;
-    documents_.closeDocument(*std::exchange(document_, nullptr));
+    const FakeRegistry::Node node = service_.add(QStringLiteral("DxDevice"), name);
+    service_.link(registry_[parent], node, "DxService");
+    return node;
+}
+
+void ExplorerFixture::add(const char *parent, const QByteArray &name, int first, int count)
+{
+    for (int number = first; number < first + count; ++number)
+        add(parent, name + QByteArray::number(number));
 }
 
 void ExplorerFixture::terminate(const char *label)
@@ -51,6 +69,42 @@ void ExplorerFixture::terminate(const char *label)
     TavRegistryEntry *const gone = entry(label);
     service_.remove(registry_[label]);
     gone->noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), true);
+}
+
+void ExplorerFixture::open()
+{
+    follow(static_cast<TavDocument &>(documents_.newDocument()));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(controller_->window()));
+}
+
+void ExplorerFixture::openFile(const QString &file)
+{
+    DocumentError error;
+    auto *const opened = static_cast<TavDocument *>(documents_.openDocument(file, error));
+    ASSERT_NE(opened, nullptr) << qPrintable(error.reason);
+    follow(*opened);
+}
+
+void ExplorerFixture::openArchived(const char *name)
+{
+    const QString file = preferencesFolder() + u'/' + QLatin1String(name);
+    DocumentError error;
+    ASSERT_TRUE(document_->save(file, error)) << qPrintable(error.reason);
+    close();
+    openFile(file);
+}
+
+void ExplorerFixture::follow(TavDocument &document)
+{
+    document_ = &document;
+    store_ = document.dataStore();
+    controller_ = &controller(0);
+}
+
+void ExplorerFixture::close()
+{
+    controller_ = nullptr;
+    documents_.closeDocument(*std::exchange(document_, nullptr));
 }
 
 TavRegistryEntry *ExplorerFixture::entry(const char *label) const
@@ -64,13 +118,80 @@ TavRegistryEntry *ExplorerFixture::entry(const char *label) const
     return found->get();
 }
 
-TavRegistryEntryPath ExplorerFixture::path(std::initializer_list<const char *> labels,
-                                           const char *plane) const
+TavRegistryEntryPath ExplorerFixture::path(Labels labels, const char *plane) const
 {
     TavRegistryEntryPath path(QString::fromLatin1(plane));
     for (const char *label : labels)
         path.appendRegistryEntry(entry(label)->shared_from_this());
     return path;
+}
+
+void ExplorerFixture::select(Labels labels, const char *plane)
+{
+    controller_->goToEntryPath(path(labels, plane), true, true);
+}
+
+std::string ExplorerFixture::selected() const
+{
+    return controller_->registryPathForSelectedEntry().toStdString();
+}
+
+void ExplorerFixture::showPlane(const char *plane)
+{
+    controller_->setRegistryPlane(QString::fromLatin1(plane), true);
+}
+
+void ExplorerFixture::find(const char *text)
+{
+    controller_->findWithString(QString::fromUtf8(text));
+}
+
+std::string ExplorerFixture::copied()
+{
+    return QGuiApplication::clipboard()->text().toStdString();
+}
+
+void ExplorerFixture::prefer(const char *key, const QJsonValue &value)
+{
+    PreferencesStore::standard().setValue(QString::fromLatin1(key), value);
+}
+
+void ExplorerFixture::click(const char *button) const
+{
+    outlet<QAbstractButton>(button)->click();
+}
+
+void ExplorerFixture::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const
+{
+    QTest::keyClick(window().focusWidget(), key, modifiers);
+}
+
+TavWindowController &ExplorerFixture::controller(std::size_t number) const
+{
+    return static_cast<TavWindowController &>(*document_->windowControllers().at(number));
+}
+
+bool ExplorerFixture::activate(QWidget &window)
+{
+    window.activateWindow();
+    return QTest::qWaitForWindowActive(&window);
+}
+
+TavRegistryOutlineView &ExplorerFixture::tree() const
+{
+    return *outlet<TavRegistryOutlineView>("registryOutlineView");
+}
+
+QModelIndex ExplorerFixture::row(Labels labels) const
+{
+    const auto items = tree().itemsForEntryPath(path(labels));
+    const auto &source = *qobject_cast<TavRegistryOutlineViewDataSource *>(tree().model());
+    return items.size() == labels.size() ? source.indexOf(*items.back()) : QModelIndex();
+}
+
+std::string ExplorerFixture::rows() const
+{
+    return rowsOf(tree());
 }
 
 std::string rowsOf(const QTreeView &view)
@@ -91,4 +212,11 @@ std::string rowsOf(const QTreeView &view)
         rows += '\n';
     }
     return rows;
+}
+
+void clickExpander(QTreeView &view, const QModelIndex &row, Qt::KeyboardModifiers modifiers)
+{
+    const QRect place = view.visualRect(row);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, modifiers,
+                      {place.left() - view.indentation() / 2, place.center().y()});
 }

@@ -45,23 +45,6 @@ private:
     QDBusConnection bus_;
 };
 
-// Told to open folders in place of the desktop.
-class Folders
-{
-public:
-    Folders()
-    {
-        QObject::connect(&told_, &QTextBrowser::anchorClicked,
-                         [this](const QUrl &url) { opened.append(url); });
-        QDesktopServices::setUrlHandler(QStringLiteral("file"), &told_, "anchorClicked");
-    }
-    ~Folders() { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
-
-    QList<QUrl> opened;
-
-private:
-    QTextBrowser told_; // for its signal alone
-};
 } // namespace
 
 TEST(FileRevealerTest, AsksTheFileManagerOrOpensTheFolder)
@@ -71,7 +54,11 @@ TEST(FileRevealerTest, AsksTheFileManagerOrOpensTheFolder)
     const PrivateBus bus;
     FileManagerService manager(bus.connect("manager"));
     const QDBusConnection client = bus.connect("client");
-    Folders folders;
+    QList<QUrl> opened; // folders, in place of the desktop
+    QTextBrowser told;  // for its signal alone
+    QObject::connect(&told, &QTextBrowser::anchorClicked,
+                     [&](const QUrl &url) { opened.append(url); });
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), &told, "anchorClicked");
     const QUrl folder = QUrl::fromLocalFile(QStringLiteral("/lib/modules/a driver #1"));
 
     ASSERT_TRUE(manager.start());
@@ -80,13 +67,14 @@ TEST(FileRevealerTest, AsksTheFileManagerOrOpensTheFolder)
     EXPECT_EQ(manager.shown.constFirst(),
               QStringLiteral("file:///lib/modules/a%20driver%20%231/%C3%BCnder.ko"));
     turnEventLoopFor(20);
-    EXPECT_TRUE(folders.opened.isEmpty());
+    EXPECT_TRUE(opened.isEmpty());
 
     manager.refuses = true;
     FileRevealer::reveal(file, client);
-    ASSERT_TRUE(waitFor([&] { return folders.opened.size() == 1; }));
+    ASSERT_TRUE(waitFor([&] { return opened.size() == 1; }));
     FileRevealer::reveal(file, QDBusConnection(QStringLiteral("no such connection")));
-    EXPECT_EQ(folders.opened, QList<QUrl>({folder, folder}));
+    EXPECT_EQ(opened, QList<QUrl>({folder, folder}));
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
     for (const char *name : {"manager", "client"})
         QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
 }

@@ -1,6 +1,5 @@
 // Stepping goes where a plain walk through all sorted paths of the matches leads.
 #include "ExplorerFixture.h"
-#include "platform/PreferencesStore.h"
 
 #include <random>
 #include <set>
@@ -48,19 +47,17 @@ protected:
     MaybePath walkForward(const std::vector<Path> &found, bool samePlane, bool mustAdvance) const
     {
         const Path selected = *controller_->selectedEntryPath();
-        for (const Path &path : found) {
+        const auto isIn = [&](const QString &plane) {
+            return [&, samePlane](const Path &path) { return !samePlane || path.plane() == plane; };
+        };
+        const auto next = std::find_if(found.begin(), found.end(), [&](const Path &path) {
             const int order = selected.compareToEntryPath(path);
-            if (order > 0 || (order == 0 && mustAdvance))
-                continue;
-            if (!samePlane || path.plane() == controller_->registryPlane())
-                return path;
-            break;
-        }
-        for (const Path &path : found) {
-            if (!samePlane || path.plane() == selected.plane())
-                return path;
-        }
-        return std::nullopt;
+            return order < 0 || (order == 0 && !mustAdvance);
+        });
+        if (next != found.end() && isIn(controller_->registryPlane())(*next))
+            return *next;
+        const auto first = std::find_if(found.begin(), found.end(), isIn(selected.plane()));
+        return first == found.end() ? MaybePath() : *first;
     }
     MaybePath walkBackward(const std::vector<Path> &found, bool samePlane, bool mustAdvance) const
     {
@@ -99,7 +96,7 @@ protected:
 TEST_F(FindStepsTest, StepsEqualAWalkThroughAllPaths)
 {
     makeRegistry();
-    PreferencesStore::standard().setValue(QStringLiteral("FindOptions"), 1);
+    prefer("FindOptions", 1);
     open();
     ASSERT_EQ(store_->registryPlanes().size(), 3);
     std::vector<Path> places;
@@ -130,16 +127,13 @@ TEST_F(FindStepsTest, StepsEqualAWalkThroughAllPaths)
 
 TEST_F(FindStepsTest, BeginsWithThePlaneWhenNothingIsSelected)
 {
-    registry_.plane("DxService", R"(
-        Root
-          Host
-            disk)");
-    PreferencesStore::standard().setValue(QStringLiteral("FindOptions"), 1);
+    plantDisks();
+    prefer("FindOptions", 1);
     open();
-    controller_->findWithString(QStringLiteral("disk"));
-    controller_->goToEntryPath(std::nullopt, false, false);
+    find("part");
+    selectNothing();
     ASSERT_FALSE(controller_->selectedEntryPath().has_value());
     EXPECT_FALSE(controller_->prevFindPathInPlane(true, true).has_value());
     controller_->findNext();
-    EXPECT_EQ(controller_->selectedEntry(), entry("disk"));
+    EXPECT_EQ(selected(), "DxService:/bus/disk@0/part@1");
 }

@@ -17,6 +17,7 @@
 #include <QTemporaryDir>
 #include <csignal>
 #include <cstdio>
+#include <functional>
 #ifdef __SANITIZE_ADDRESS__
 #include <sanitizer/common_interface_defs.h>
 #endif
@@ -93,65 +94,48 @@ private:
         return added;
     }
 
+    std::size_t below(std::size_t end)
+    {
+        return random_() % end;
+    }
+
     void useWindow()
     {
-        const auto &entries = store_->registryEntries();
         const auto &planes = store_->registryPlanes();
-        switch (random_() % 14) {
-        case 0:
-            window_->setRegistryPlane(
-                planes[static_cast<qsizetype>(random_() % static_cast<std::size_t>(planes.size()))],
-                true);
-            break;
-        case 1: {
-            const EntryRef entry = entries[random_() % entries.size()];
-            window_->goToEntryPath(entry->entryPathInPlane(window_->registryPlane(), 0), true,
-                                   false);
-            break;
-        }
-        case 2:
-            window_->clearTerminatedObjects();
-            break;
-        case 3:
-            window_->updateSelectedObject();
-            break;
-        case 4:
-            store_->setAutoupdate(!store_->isAutoupdate());
-            break;
-        case 5:
-            store_->setPollInterval(0.1 + static_cast<double>(random_() % 20) / 10);
-            store_->setPolledUpdate(!store_->isPolledUpdate());
-            break;
-        case 6:
-            if (second_)
-                document_->removeWindowController(*second_);
-            second_ = second_ ? nullptr : addWindow();
-            break;
-        case 7:
-            if (random_() % 4 == 0)
-                window_->update();
-            break;
-        case 8: {
-            static const QStringList queries{QStringLiteral("zram"), QStringLiteral("net"),
-                                             QStringLiteral("terminated"), QString()};
-            window_->findWithString(queries[static_cast<qsizetype>(random_() % 4)]);
-            break;
-        }
-        case 9:
-            window_->findNext(random_() % 2 == 0, random_() % 2 == 0, true);
-            break;
-        case 10:
-            window_->toggleShowTerminatedObjects();
-            break;
-        case 11:
-            if (window_->browserIsVisible())
-                window_->outlineView();
-            else
-                window_->browserView();
-            break;
-        default:
-            break;
-        }
+        const auto &entries = store_->registryEntries();
+        const char *const queries[] = {"zram", "net", "terminated", ""};
+        const std::function<void()> actions[] = {
+            [&] { window_->setRegistryPlane(planes[qsizetype(below(planes.size()))], true); },
+            [&] {
+                const EntryRef entry = entries[below(entries.size())];
+                window_->goToEntryPath(entry->entryPathInPlane(window_->registryPlane(), 0), true,
+                                       false);
+            },
+            [&] { window_->clearTerminatedObjects(); },
+            [&] { window_->updateSelectedObject(); },
+            [&] { store_->setAutoupdate(!store_->isAutoupdate()); },
+            [&] {
+                store_->setPollInterval(0.1 + static_cast<double>(below(20)) / 10);
+                store_->setPolledUpdate(!store_->isPolledUpdate());
+            },
+            [&] { toggleSecondWindow(); },
+            [&] {
+                if (below(4) == 0)
+                    window_->update();
+            },
+            [&] { window_->findWithString(QString::fromLatin1(queries[below(4)])); },
+            [&] { window_->findNext(below(2) == 0, below(2) == 0, true); },
+            [&] { window_->toggleShowTerminatedObjects(); },
+            [&] { window_->browserIsVisible() ? window_->outlineView() : window_->browserView(); },
+            [] {}, // now and then nothing
+        };
+        actions[below(std::size(actions))]();
+    }
+    void toggleSecondWindow()
+    {
+        if (second_)
+            document_->removeWindowController(*second_);
+        second_ = second_ ? nullptr : addWindow();
     }
 
     bool agrees()
@@ -167,24 +151,19 @@ private:
         return shown_ == captured_;
     }
 
-    // The lines from the first to the last that differ.
+    // From the first line that differs on.
+    static void print(const char *what, const std::string &text, std::size_t difference)
+    {
+        const std::size_t line = text.substr(0, difference).rfind('\n') + 1;
+        std::printf("%s:\n%.2000s\n", what, text.c_str() + line);
+    }
     void printDifference() const
     {
-        const auto linesOf = [](const std::string &text) {
-            return QString::fromStdString(text).split(u'\n');
-        };
-        QStringList shown = linesOf(shown_);
-        QStringList captured = linesOf(captured_);
         const auto ends =
-            std::mismatch(shown.begin(), shown.end(), captured.begin(), captured.end());
-        shown.erase(shown.begin(), ends.first);
-        captured.erase(captured.begin(), ends.second);
-        while (!shown.isEmpty() && !captured.isEmpty() && shown.last() == captured.last()) {
-            shown.removeLast();
-            captured.removeLast();
-        }
-        std::printf("shown:\n%s\ncaptured:\n%s\n", qPrintable(shown.mid(0, 40).join(u'\n')),
-                    qPrintable(captured.mid(0, 40).join(u'\n')));
+            std::mismatch(shown_.begin(), shown_.end(), captured_.begin(), captured_.end());
+        const auto difference = static_cast<std::size_t>(ends.first - shown_.begin());
+        print("shown", shown_, difference);
+        print("captured", captured_, difference);
     }
 
     bool check(qint64 elapsed)

@@ -1,0 +1,139 @@
+#include "ExplorerFixture.h"
+#include "display/EntryColors.h"
+#include "tests/support/RegistryValues.h"
+
+#include <QDockWidget>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTableView>
+
+namespace {
+class FindResultsTest : public ExplorerFixture
+{
+protected:
+    void SetUp() override
+    {
+        plantDisks();
+        service_.setProperties(registry_["disk@0"],
+                               values::dictionary({{"Serial", values::text("Q-77\nB")},
+                                                   {"Size", values::number(512)}}));
+        prefer("FindOptions", 1);
+        open();
+        table_ = outlet<QTableView>("findTableView");
+    }
+    std::string cell(int row, int column) const
+    {
+        return table_->model()->index(row, column).data().toString().toStdString();
+    }
+    static void pressRow(QTableView &table, int row)
+    {
+        QTest::mouseClick(table.viewport(), Qt::LeftButton, {},
+                          table.visualRect(table.model()->index(row, 0)).center());
+    }
+
+    QTableView *table_ = nullptr;
+};
+} // namespace
+
+TEST_F(FindResultsTest, PreviewAPropertyAndLeadToTheirEntry)
+{
+    action("toggleFindOptionsDrawerAction").trigger();
+    EXPECT_FALSE(outlet<QDockWidget>("findOptionsDrawer")->isHidden());
+    const auto header = [&] { return table_->model()->headerData(1, Qt::Horizontal).toString(); };
+    EXPECT_EQ(header(), QStringLiteral("Property"));
+    auto *const preview = outlet<QLineEdit>("findPreviewField");
+    const auto shown = [&](const char *key) {
+        preview->setText(QString::fromUtf8(key));
+        return cell(0, 1) + ' ' + cell(1, 1);
+    };
+    find("disk");
+    EXPECT_EQ(shown(""), " ");
+    EXPECT_EQ(shown("Serial"), "Q-77␊B ");
+    EXPECT_EQ(header(), QStringLiteral("Serial"));
+    EXPECT_GT(shown("Size").size(), 1U);
+    EXPECT_EQ(shown("BUSY"), "0 0");
+    EXPECT_EQ(shown("Registered"), "True True");
+
+    pressRow(*table_, 1);
+    EXPECT_EQ(selected(), "DxService:/bus/disk@1");
+    controller_->findPrev();
+    EXPECT_EQ(selected(), "DxService:/bus/disk@0");
+    pressRow(*table_, 1); // selected as it is
+    EXPECT_EQ(selected(), "DxService:/bus/disk@1");
+    find("supply");
+    table_->selectRow(0); // which the plane that is shown does not have
+    EXPECT_EQ(selected(), "DxPower:/supply");
+    action("toggleFindOptionsDrawerAction").trigger();
+    EXPECT_TRUE(outlet<QDockWidget>("findOptionsDrawer")->isHidden());
+    EXPECT_EQ(beeps_, 1); // of the last search, for the plane that was shown
+}
+
+TEST_F(FindResultsTest, AreStyledByTheirStateAlone)
+{
+    const auto style = [&](const char *name, int role) {
+        find(name);
+        return table_->model()->index(0, 0).data(role);
+    };
+    EXPECT_TRUE(style("Root", Qt::FontRole).value<QFont>().italic());
+    EXPECT_FALSE(style("Host", Qt::FontRole).isValid()); // not bold, as a match in the tree is
+    EXPECT_FALSE(style("Host", Qt::ForegroundRole).isValid());
+    terminate("module");
+    EXPECT_TRUE(style("module", Qt::FontRole).value<QFont>().strikeOut());
+    EXPECT_EQ(style("module", Qt::ForegroundRole).value<QColor>(),
+              EntryColors::colorForTerminatedItem());
+}
+
+TEST_F(FindResultsTest, FollowTheRegistryWhereTheyAreScrolledTo)
+{
+    add("bus", "disk", 100, 200);
+    update();
+    find("disk");
+    outlet<QDockWidget>("findOptionsDrawer")->show();
+    QScrollBar &bar = *table_->verticalScrollBar();
+    table_->selectRow(50);
+    table_->scrollTo(table_->model()->index(50, 0), QAbstractItemView::PositionAtCenter);
+    const int place = table_->rowViewportPosition(50);
+    const std::string before = selected();
+    add("bus", "a disk");
+    update();
+    const auto *const count = outlet<QLabel>("findNumMatchedField");
+    EXPECT_EQ(count->text(), QStringLiteral("203 objects match"));
+    EXPECT_EQ(cell(0, 0), "a disk");
+    EXPECT_TRUE(table_->selectionModel()->isRowSelected(51)); // the same entry as before
+    EXPECT_EQ(selected(), before);
+    EXPECT_EQ(table_->rowViewportPosition(51), place);
+    bar.setValue(bar.maximum()); // away from the selected row
+    const int scrolled = bar.value();
+    update();
+    EXPECT_EQ(bar.value(), scrolled);
+    EXPECT_TRUE(table_->selectionModel()->isRowSelected(51));
+
+    terminate("disk@1");
+    controller_->noteDataStoreObjectsTerminated();
+    table_->grab();
+    store_->clearTerminatedObjects();
+    EXPECT_EQ(count->text(), QStringLiteral("202 objects match"));
+    EXPECT_EQ(rows().find("disk@1"), std::string::npos);
+    action("findNextAction").trigger();
+}
+
+// A window that has not been told yet still lists what has left the store.
+TEST_F(FindResultsTest, ListEntriesThatHaveGone)
+{
+    TavWindowController untold(*document_);
+    untold.findWithString(QStringLiteral("disk@1"));
+    auto &table = *InterfaceLoader::outlet<QTableView>(*untold.window(), "findTableView");
+    terminate("disk@1");
+    store_->clearTerminatedObjects();
+    EXPECT_EQ(table.model()->index(0, 0).data().toString(), QStringLiteral("disk"));
+    untold.window()->grab();
+    for (int beeps = 1; beeps <= 2; ++beeps) {
+        pressRow(table, 0);
+        EXPECT_EQ(beeps_, beeps);
+    }
+    untold.findNext();
+    untold.window()->grab();
+    untold.refreshDisplay();
+    EXPECT_EQ(table.model()->rowCount(), 0);
+}

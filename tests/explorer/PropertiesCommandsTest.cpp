@@ -1,0 +1,112 @@
+#include "PropertiesFixture.h"
+#include "display/views/TavFormatController.h"
+
+#include <QDialog>
+
+using PropertiesCommandsTest = PropertiesFixture;
+
+TEST_F(PropertiesCommandsTest, AHeaderSortsAndItsThirdClickBringsTheNaturalOrderBack)
+{
+    using namespace values;
+    setTable({{"beta", data("0102")},
+              {"Alpha", text("Zoe")},
+              {"gamma", number(9)},
+              {"delta", array({number(2), number(1), text("adam")})},
+              {"epsilon", data("0201")},
+              {"zeta", RegistryValue::boolean(true)},
+              {"eta", number(7)},
+              {"kappa", dictionary({{"b", number(1)}, {"a", number(2)}})},
+              {"iota", dictionary({})}});
+    update();
+    const std::string natural = keys();
+    clickHeader(0);
+    EXPECT_EQ(keys(), "Alpha beta delta epsilon eta gamma iota kappa zeta");
+    clickHeader(0);
+    EXPECT_EQ(keys(), "zeta kappa iota gamma eta epsilon delta beta Alpha");
+    clickHeader(0);
+    EXPECT_EQ(keys(), natural);
+    clickHeader(type);
+    EXPECT_EQ(keys(), "zeta gamma eta beta epsilon Alpha delta kappa iota");
+    clickHeader(value); // the last byte that differs decides, the wrong way round
+    EXPECT_EQ(keys(), "zeta eta gamma beta epsilon Alpha delta kappa iota");
+
+    // What is opened, selected or read anew keeps its place in the order.
+    choose({}, "Expand All");
+    view_->setCurrentIndex(row({6, 0}));
+    EXPECT_EQ(row({6, 0}, value).data().toString(), QStringLiteral("0x1"));
+    clickHeader(value);
+    EXPECT_EQ(view_->selectedItem()->value(), number(1));
+    EXPECT_TRUE(view_->isExpanded(row({2})));
+    EXPECT_EQ(row({2, 0}, value).data().toString(), QStringLiteral("adam"));
+    EXPECT_EQ(view_->currentIndex(), row({2, 2}));
+    update();
+    EXPECT_EQ(keys(), "kappa iota delta Alpha epsilon beta gamma eta zeta");
+    EXPECT_TRUE(view_->isExpanded(row({2})));
+}
+
+TEST_F(PropertiesCommandsTest, TheContextMenuCopiesExpandsAndShowsTheFormat)
+{
+    choose(row({0}), "Expand All");
+    EXPECT_TRUE(view_->isExpanded(row({0, 1, 0})));
+    goAwayAndBack(); // it is remembered
+    EXPECT_TRUE(view_->isExpanded(row({0, 1, 0})));
+    choose(row({0, 1, 0, 0}), "Copy Path");
+    EXPECT_EQ(copied(), "//list[0]/deep[0]");
+    choose(row({0, 1, 0, 0}), "Copy Key");
+    EXPECT_EQ(copied(), "0");
+    choose(row({1}), "Copy Value");
+    EXPECT_EQ(copied(), "a word");
+    choose(row({2}), "Copy Row");
+    EXPECT_EQ(copied(), "size\tNumber\t0x5");
+    choose(row({0}), "Collapse All");
+    EXPECT_EQ(view_->indexBelow(row({0})), row({1}));
+    update();
+    EXPECT_FALSE(view_->isExpanded(row({0})));
+
+    TavFormatController &formats = TavFormatController::sharedInstance();
+    choose(row({2}), "Show in Format Panel");
+    EXPECT_TRUE(formats.isPropertyFormatPanelVisible());
+    EXPECT_EQ(formats.selectedPropertyItem()->name(), QStringLiteral("size"));
+    formats.propertyFormatPanel().hide();
+
+    PropertiesContextMenu *const open = menu(row({1}));
+    update(); // its row goes meanwhile
+    open->actions().at(1)->trigger();
+    EXPECT_EQ(copied(), "size\tNumber\t0x5");
+    open->close();
+    EXPECT_EQ(menu({})->actions().size(), 2); // not on a row
+}
+
+TEST_F(PropertiesCommandsTest, BearsLongDeepAndManyValues)
+{
+    using namespace values;
+    QByteArray bytes(64 * 1024, 'x');
+    for (qsizetype i = 0; i < bytes.size(); i += 3)
+        bytes[i] = static_cast<char>(i);
+    RegistryValue deep = number(1);
+    for (int level = 0; level < 100; ++level)
+        deep = level % 2 ? array({deep}) : dictionary({{"deeper", deep}});
+    setTable({{"bytes", RegistryValue::data(bytes)},
+              {"deep", deep},
+              {"many", array(RegistryValue::Elements(10'000, number(7)))}});
+    update();
+    const int line = height(row({1}));
+    EXPECT_GT(height(row({0})), 500 * line);
+    view_->grab();
+    view_->edit(row({0}, value));
+    EXPECT_EQ(editor()->toPlainText().size(), 3 * bytes.size() + 1);
+    choose({}, "Expand All");
+    EXPECT_EQ(view_->isExpanded(row({1})), true);
+    const QModelIndex last = row({2, 9999});
+    view_->scrollTo(last);
+    view_->grab();
+    EXPECT_TRUE(view_->viewport()->rect().contains(view_->visualRect(last).center()));
+    int levels = 0;
+    for (QModelIndex at = row({1}); view_->model()->hasChildren(at);
+         at = view_->model()->index(0, 0, at))
+        levels += view_->isExpanded(at);
+    EXPECT_EQ(levels, 100);
+    clickHeader(value);
+    update();
+    view_->grab();
+}
