@@ -10,19 +10,6 @@ constexpr qsizetype largestList = 64 * 1024 * 1024; // bytes
 constexpr int deepestNesting = 64;
 constexpr qsizetype longestTag = 512;
 
-// What ends the markup that starts at the position; null for a tag or a document type.
-QLatin1String endOfMarkup(QStringView xml, qsizetype start)
-{
-    const QStringView markup = xml.sliced(start);
-    if (markup.startsWith(QLatin1String("<!--")))
-        return QLatin1String("-->");
-    if (markup.startsWith(QLatin1String("<![CDATA[")))
-        return QLatin1String("]]>");
-    if (markup.startsWith(QLatin1String("<?")))
-        return QLatin1String("?>");
-    return {};
-}
-
 // The position after a tag, or -1 when it is too long or declares something.
 qsizetype endOfTag(QStringView xml, qsizetype start)
 {
@@ -41,14 +28,32 @@ qsizetype endOfTag(QStringView xml, qsizetype start)
     return -1;
 }
 
+// The position of what ends the markup that starts at the position, or of a tag or document type
+// the position after it; -1 when there is none, or it is too long or declares something.
+qsizetype endOfMarkup(QStringView xml, qsizetype start)
+{
+    static constexpr struct
+    {
+        QLatin1String opening;
+        QLatin1String closing;
+    } kinds[] = {{QLatin1String("<!--"), QLatin1String("-->")},
+                 {QLatin1String("<![CDATA["), QLatin1String("]]>")},
+                 {QLatin1String("<?"), QLatin1String("?>")}};
+    for (const auto &[opening, closing] : kinds) {
+        // The two may not share a character, as in "<!-->".
+        if (xml.sliced(start).startsWith(opening))
+            return xml.indexOf(closing, start + opening.size());
+    }
+    return endOfTag(xml, start);
+}
+
 // The stream reader takes time with the square of a tag's attributes and of what the document type
 // declares; property lists need neither.
 bool hasShortTags(QStringView xml)
 {
     qsizetype start = xml.indexOf(u'<');
     while (start >= 0) {
-        const QLatin1String end = endOfMarkup(xml, start);
-        start = end.isNull() ? endOfTag(xml, start) : xml.indexOf(end, start);
+        start = endOfMarkup(xml, start);
         if (start < 0)
             return false;
         start = xml.indexOf(u'<', start);

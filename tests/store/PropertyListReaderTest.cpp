@@ -80,6 +80,12 @@ TEST(PropertyListReader, ExpandsNoEntitiesAndFetchesNothing)
                             "<plist><string>&a;</string></plist>";
     EXPECT_TRUE(PropertyListReader::read(bomb).isNone());
     EXPECT_TRUE(PropertyListReader::read(file).isNone());
+    // Nor where it looks as if a comment had ended.
+    const QByteArray hidden = "<![CDATA[--><!DOCTYPE plist [<!ENTITY a \"b\"><!ENTITY z \"]]>\">]>"
+                              "<plist><string>&a;</string></plist>";
+    EXPECT_TRUE(PropertyListReader::read("<!-->" + hidden).isNone());
+    EXPECT_TRUE(PropertyListReader::read("<!--->" + hidden).isNone());
+    EXPECT_TRUE(PropertyListReader::read("<?><plist><true/></plist>").isNone());
 }
 
 TEST(PropertyListReader, RefusesWhatWouldTakeLong)
