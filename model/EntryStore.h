@@ -19,6 +19,8 @@ public:
     virtual const QStringList &registryPlanes() const = 0;
     // The service that a live store reads from; a store that is not live has none.
     virtual RegistryService *service() const = 0;
+    // Whom to ask where this machine has a driver bundle, whatever machine the entries are of.
+    virtual RegistryService *bundleService() const { return service(); }
     // The entry for a handle, or null. Handle 0 stands for the registry's root.
     virtual TavRegistryEntry *registryEntryForDxRegistryEntry(RegistryObject object,
                                                               bool createIfNeeded) = 0;

@@ -112,7 +112,7 @@ QDateTime TavRegistryEntry::dateTerminated() const
 
 QString TavRegistryEntry::bundlePath() const
 {
-    RegistryService *service = dataStore_ ? dataStore_->service() : nullptr;
+    RegistryService *service = dataStore_ ? dataStore_->bundleService() : nullptr;
     if (!service || bundleID_.isNull())
         return {};
     return service->bundleURLForIdentifier(bundleID_);

@@ -36,7 +36,7 @@ TavDataStore::initFromDxRegistry(RegistryService &service,
 {
     std::unique_ptr<TavDataStore> store(new TavDataStore);
     store->isLive_ = true;
-    store->service_ = &service;
+    store->service_ = store->bundleService_ = &service;
     store->delegate_ = std::move(delegate);
     store->readMachineFacts();
     store->_registerForDxcoreNotifications();
@@ -70,17 +70,18 @@ void TavDataStore::update()
         qCInfo(storeLog, "Attempt to update a non-live data store\n");
         return;
     }
+    const QDateTime began = QDateTime::currentDateTimeUtc();
     const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
     service_->prepare();
     if (life.expired())
         return;
     ++directUpdates_;
-    readRegistry();
+    readRegistry(began);
 }
 
-void TavDataStore::readRegistry()
+void TavDataStore::readRegistry(const QDateTime &began)
 {
-    lastUpdateDate_ = QDateTime::currentDateTimeUtc();
+    lastUpdateDate_ = began;
     for (const EntryRef &entry : registryEntries_) {
         entry->clearParentChildRelationships();
         entry->clearIsNew();
@@ -125,9 +126,12 @@ void TavDataStore::updatePlanes()
 
 void TavDataStore::updateObject(TavRegistryEntry &entry)
 {
+    const EntryRef held = entry.shared_from_this();
+    const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
     if (service_ && entry.DxRegistryEntry())
         service_->prepareObject(entry.DxRegistryEntry());
-    entry.updateIsSingle(true);
+    if (!life.expired())
+        entry.updateIsSingle(true);
 }
 
 void TavDataStore::noteObjectChanged(TavRegistryEntry &entry)

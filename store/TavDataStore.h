@@ -33,6 +33,9 @@ public:
     bool isUpToDate() const { return isUpToDate_; }
     void setUpToDate(bool upToDate) { isUpToDate_ = upToDate; }
     RegistryService *service() const override { return service_; }
+    RegistryService *bundleService() const override { return bundleService_; }
+    // For an archived store; the service must outlive it.
+    void setBundleService(RegistryService &service) { bundleService_ = &service; }
 
     const std::vector<EntryRef> &registryEntries() const { return registryEntries_; } // root first
     TavRegistryEntry *registryRoot() const;
@@ -78,7 +81,7 @@ private:
     TavDataStore();
     const std::vector<EntryOrder> &planeOrders();
     void readMachineFacts();
-    void readRegistry();
+    void readRegistry(const QDateTime &began);
     void updatePlanes();
     void announceUpdate();
     TavRegistryEntry *_registryEntryWithDxRegistryEntry(RegistryObject object, bool isRoot);
@@ -108,6 +111,7 @@ private:
 
     std::shared_ptr<TavDataStoreDelegate> delegate_;
     RegistryService *service_ = nullptr;
+    RegistryService *bundleService_ = nullptr;
     QString hostName_;
     QString archName_;
     qint32 byteOrder_ = ByteOrderUnknown;

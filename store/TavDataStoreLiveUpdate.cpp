@@ -262,7 +262,8 @@ void TavDataStore::updateWhenPrepared(std::function<void()> then)
         return;
     }
     const auto ready = [this, then = std::move(then), life = std::weak_ptr<void>(life_),
-                        updatesBefore = directUpdates_, changesBefore = live_.changesSeen] {
+                        began = QDateTime::currentDateTimeUtc(), updatesBefore = directUpdates_,
+                        changesBefore = live_.changesSeen] {
         if (life.expired())
             return;
         // One by hand may have run meanwhile, from what was read later. One that had to be prepared
@@ -270,7 +271,7 @@ void TavDataStore::updateWhenPrepared(std::function<void()> then)
         const bool isLate = directUpdates_ != updatesBefore;
         const bool isPassed = live_.changesSeen != changesBefore;
         if (!isLate && !live_.onSleepWakePath) {
-            readRegistry();
+            readRegistry(began);
             if (life.expired())
                 return;
             // The reading may have passed what has changed since it began.

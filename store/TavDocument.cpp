@@ -105,7 +105,9 @@ bool TavDocument::readFromData(const QByteArray &data, DocumentError &error)
     } catch (const TavNewUnsupportedFileVersionException &) {
         code = NewVersionError;
     }
-    if (!dataStore_)
+    if (dataStore_)
+        dataStore_->setBundleService(documents_.registryService());
+    else
         error = errorWithCode(code);
     return dataStore_ != nullptr;
 }

@@ -22,6 +22,16 @@ QString kernelImage()
     }
     return {};
 }
+// A document can name anything.
+bool isModuleName(const QString &name)
+{
+    constexpr qsizetype longest = 255;
+    const auto isPart = [](QChar c) {
+        return c.unicode() < 0x80 && (c.isLetterOrNumber() || c == u'_' || c == u'-');
+    };
+    return !name.isEmpty() && name.size() <= longest &&
+           std::all_of(name.begin(), name.end(), isPart);
+}
 } // namespace
 
 DriverBundles::DriverBundles()
@@ -42,7 +52,7 @@ QString DriverBundles::fileOf(const QString &bundleID) const
     if (bundleID == kernelBundleID)
         return kernelImage();
     kmod_module *found = nullptr;
-    if (!context_ ||
+    if (!context_ || !isModuleName(bundleID) ||
         kmod_module_new_from_name(context_, bundleID.toUtf8().constData(), &found) != 0)
         return {};
     const std::unique_ptr<kmod_module, kmod_module *(*)(kmod_module *)> module(found,

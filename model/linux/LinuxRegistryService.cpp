@@ -66,45 +66,31 @@ LinuxRegistryService::~LinuxRegistryService() = default;
 void LinuxRegistryService::prepareObject(RegistryObject object)
 {
     const int index = objects_.indexOf(object);
-    if (index == HostObject::none || !hasDirectory(graph()->at(index)))
-        return;
-    const HostObject &known = graph()->at(index);
-    const quint64 id = known.id;
-    Sweeper::ObjectReading reading =
-        readObject({folderOf(known.kind), known.kind, known.path, known.inode});
-    // What is shown meanwhile may have brought another graph.
-    const int place = graph()->withID(id);
-    if (place == HostObject::none || reading.always.members.empty())
-        return; // it has gone; the next sweep will tell
-    SweepObject &fresh = reading.always;
-    std::move(reading.onRequest.unread.begin(), reading.onRequest.unread.end(),
-              std::back_inserter(fresh.unread));
-    if (!reading.onRequest.members.empty())
-        requested_.set(id, std::move(reading.onRequest.members));
-    requested_.addTo(fresh.members, id);
-    const quint32 busyCountBefore = graph()->at(HostObjects::host).busyCount();
-    graph()->replaceMembers(place, std::move(fresh.members), std::move(fresh.unread), udev_);
-    notifier_.busyCountChanged(busyCountBefore);
-    // Not at once: who called this is about to read.
-    RunLoop::performLater(mainThread_, [this] { ports().deliver(); });
-    if (preparation_) {
-        cancelPreparation(); // it does not know of this
-        beginPreparation();
+    if (index != HostObject::none && hasDirectory(graph()->at(index))) {
+        const HostObject &known = graph()->at(index);
+        const quint64 id = known.id;
+        requested_.set(id, readOnRequest({.folder = folderOf(known.kind),
+                                          .kind = known.kind,
+                                          .path = known.path,
+                                          .inode = known.inode,
+                                          .readsOnRequest = true}));
     }
+    // Its children, its driver and its names can be had of all objects together alone.
+    prepare();
 }
 
-Sweeper::ObjectReading LinuxRegistryService::readObject(const ObjectReader::Request &request)
+SweepObject LinuxRegistryService::readOnRequest(const ObjectReader::Request &request)
 {
     // In a thread, or in this one when there can be no other.
     auto reader = std::async([sweeper = sweeper_, request]() mutable {
-        Sweeper::ObjectReading reading = sweeper.readObject(request);
-        return std::pair(std::move(sweeper), std::move(reading));
+        SweepObject object = sweeper.readObject(request);
+        return std::pair(std::move(sweeper), std::move(object));
     });
     RunLoop::main().wait(
         [&](auto most) { return reader.wait_for(most) != std::future_status::timeout; });
-    auto [sweeper, reading] = reader.get();
+    auto [sweeper, read] = reader.get();
     sweeper_.learnFrom(sweeper);
-    return std::move(reading);
+    return std::move(read);
 }
 
 void LinuxRegistryService::retain(RegistryObject object)

@@ -81,7 +81,7 @@ private:
     RegistryObject holdHost();
     static RegistryStatus copyText(const QByteArray &text, RegistryName &buffer);
 
-    Sweeper::ObjectReading readObject(const ObjectReader::Request &request);
+    SweepObject readOnRequest(const ObjectReader::Request &request);
     void beginPreparation();
     void cancelPreparation();
     void preparationFinished(quint64 number);

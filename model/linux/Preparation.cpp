@@ -24,7 +24,7 @@ Preparation::Result prepared(Preparation::Input input, const std::stop_token &st
     HostObjects objects(std::move(sweep), std::move(rootFacts), std::move(hostFacts),
                         result.classNames);
     for (int i = 0; i < objects.count(); ++i)
-        input.requested.addTo(objects.at(i).members, objects.at(i).id);
+        input.requested.addTo(objects.at(i));
     result.graph = std::make_unique<RegistryGraph>(std::move(objects), udev);
     return result;
 }

@@ -186,34 +186,3 @@ void RegistryGraph::countBusyChildren()
             ++objects_.at(parents[i]).busyChildren;
     }
 }
-
-void RegistryGraph::replaceMembers(int index, RegistryValue::Members members,
-                                   std::vector<SweepObject::Unread> unread, UdevDatabase &udev)
-{
-    HostObject &object = objects_.at(index);
-    const bool wasBusy = object.busyCount() > 0;
-    object.members = std::move(members);
-    object.unread = std::move(unread);
-    finish(object, udev);
-    if ((object.busyCount() > 0) != wasBusy)
-        countBusyAbove(index);
-}
-
-// After an object has become busy or has ceased to be.
-void RegistryGraph::countBusyAbove(int index)
-{
-    int child = index;
-    while (child != HostObjects::host) {
-        const int parent =
-            at(child).parent == HostObject::none ? HostObjects::host : at(child).parent;
-        HostObject &above = objects_.at(parent);
-        const bool wasBusy = above.busyCount() > 0;
-        if (at(child).busyCount() > 0)
-            ++above.busyChildren;
-        else
-            --above.busyChildren;
-        if ((above.busyCount() > 0) == wasBusy)
-            return;
-        child = parent;
-    }
-}

@@ -21,10 +21,6 @@ public:
     bool hasPlane(Plane plane) const;
     std::span<const int> childrenInPlane(int index, Plane plane) const;
 
-    // Takes over what was read anew of one object alone.
-    void replaceMembers(int index, RegistryValue::Members members,
-                        std::vector<SweepObject::Unread> unread, UdevDatabase &udev);
-
 private:
     struct Children
     {
@@ -40,7 +36,6 @@ private:
     std::vector<int> siblingsNamedAlike(Plane plane) const;
     void finish(HostObject &object, UdevDatabase &udev);
     void countBusyChildren();
-    void countBusyAbove(int index);
 
     HostObjects objects_;
     QHash<quint64, int> byID_;

@@ -20,17 +20,26 @@ RegistryValue::Members mergedMembers(RegistryValue::Members base,
     return base;
 }
 
-void RequestedAttributes::set(quint64 id, RegistryValue::Members members)
+void RequestedAttributes::set(quint64 id, SweepObject read)
 {
-    byID_.insert(id, {std::move(members), QDateTime::currentDateTimeUtc()});
+    Requested &requested = byID_[id];
+    requested.unread = std::move(read.unread);
+    if (read.members.empty())
+        return;
+    requested.members = std::move(read.members);
+    requested.date = QDateTime::currentDateTimeUtc();
 }
 
-void RequestedAttributes::addTo(RegistryValue::Members &members, quint64 id) const
+void RequestedAttributes::addTo(HostObject &object) const
 {
-    const auto requested = byID_.constFind(id);
+    const auto requested = byID_.constFind(object.id);
     if (requested == byID_.constEnd())
         return;
-    members = mergedMembers(std::move(members), requested->members);
-    members = mergedMembers(std::move(members), {{CompactString(QStringLiteral("DxReadOnRequest")),
-                                                  RegistryValue::date(requested->date)}});
+    object.unread.insert(object.unread.end(), requested->unread.begin(), requested->unread.end());
+    if (requested->date.isNull())
+        return;
+    object.members = mergedMembers(std::move(object.members), requested->members);
+    object.members = mergedMembers(
+        std::move(object.members),
+        {{CompactString(QStringLiteral("DxReadOnRequest")), RegistryValue::date(requested->date)}});
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/RegistryValue.h"
+#include "model/linux/HostObject.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -10,8 +10,8 @@
 class RequestedAttributes
 {
 public:
-    void set(quint64 id, RegistryValue::Members members);
-    void addTo(RegistryValue::Members &members, quint64 id) const;
+    void set(quint64 id, SweepObject read);
+    void addTo(HostObject &object) const;
     template<class Predicate>
     void keepOnly(Predicate isThere) // by ID
     {
@@ -22,7 +22,8 @@ private:
     struct Requested
     {
         RegistryValue::Members members;
-        QDateTime date;
+        QDateTime date; // when there are any
+        std::vector<SweepObject::Unread> unread;
     };
 
     QHash<quint64, Requested> byID_;

@@ -38,17 +38,10 @@ void Sweeper::learnFrom(const Sweeper &other)
     forcedDevices_.unite(other.forcedDevices_);
 }
 
-Sweeper::ObjectReading Sweeper::readObject(const Request &request)
+SweepObject Sweeper::readObject(const Request &request)
 {
-    Request onRequest = request;
-    onRequest.readsOnRequest = true;
-    ObjectReading reading;
-    // One after the other, for in parallel the device would be asked twice at a time.
-    for (SweepObject &object : run({request}, false).objects)
-        reading.always = std::move(object);
-    for (SweepObject &object : run({onRequest}, false).objects)
-        reading.onRequest = std::move(object);
-    return reading;
+    std::vector<SweepObject> objects = run({request}, false).objects;
+    return objects.empty() ? SweepObject() : std::move(objects.front());
 }
 
 std::vector<Request> Sweeper::firstRequests() const

@@ -29,12 +29,7 @@ public:
     // Takes over what another one, made from this, has learnt not to try again.
     void learnFrom(const Sweeper &other);
 
-    struct ObjectReading
-    {
-        SweepObject always;
-        SweepObject onRequest; // what is too costly to read for every object, and nothing else
-    };
-    ObjectReading readObject(const ObjectReader::Request &request);
+    SweepObject readObject(const ObjectReader::Request &request); // empty when it is gone
 
 private:
     std::vector<ObjectReader::Request> firstRequests() const;

@@ -66,6 +66,9 @@ protected:
 
 TEST_F(DocumentTest, RelaysWhatItsStoreTells)
 {
+    service_.addClass(QStringLiteral("DxRoot"), QStringLiteral("DxRegistryEntry"),
+                      QStringLiteral("root_mod"));
+    service_.setBundlePath(QStringLiteral("root_mod"), QStringLiteral("/lib/root_mod.ko"));
     TavDocument &document = open();
     TavDataStore &store = *document.dataStore();
     told();
@@ -108,6 +111,9 @@ TEST_F(DocumentTest, RelaysWhatItsStoreTells)
     told();
     opened->dataStore()->clearTerminatedObjects();
     EXPECT_EQ(told(), QStringList());
+    // But it knows where this machine has the driver bundles.
+    EXPECT_EQ(opened->dataStore()->registryRoot()->bundlePath(),
+              QStringLiteral("/lib/root_mod.ko"));
 }
 
 TEST_F(DocumentTest, MayLoseItsWindowsAndItselfWhileItTells)

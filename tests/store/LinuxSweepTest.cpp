@@ -139,6 +139,28 @@ TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
     EXPECT_EQ(tree.store->registryEntries().size(), 3U);
 }
 
+TEST(Sweep, ReadsOneObjectWithItsChildrenAndItsDriver)
+{
+    MadeTree made;
+    made.file("devices/host/port/uevent", "");
+    made.folder("bus/made/drivers/hub");
+    made.folder("bus/made/devices");
+    made.link("devices/host/port/subsystem", "../../../bus/made");
+    const CapturedTree tree = CapturedTree::capture(made.sys());
+    TavRegistryEntry *const port = tree.at("DxService:/host/port");
+    ASSERT_TRUE(port);
+    EXPECT_FALSE(port->isMatched());
+    made.file("devices/host/port/disk/uevent", "");
+    made.file("devices/host/other/uevent", "");
+    made.link("devices/host/port/driver", "../../../bus/made/drivers/hub");
+    tree.store->updateObject(*port);
+    EXPECT_TRUE(port->isMatched());
+    const TavRegistryEntry *disk = tree.at("DxService:/host/port/disk");
+    ASSERT_TRUE(disk);
+    EXPECT_EQ(disk->registryState(), RegistryStateNew);
+    EXPECT_FALSE(tree.at("DxService:/host/other"));
+}
+
 TEST_F(SlowDevice, IsReadWithoutWhatDoesNotAnswer)
 {
     const CapturedTree tree = CapturedTree::capture(made_.sys(), patienceOf(500));
