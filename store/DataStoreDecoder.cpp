@@ -3,8 +3,8 @@
 #include "store/ArchiveKeys.h"
 #include "store/DecodingLog.h"
 #include "store/FileVersionExceptions.h"
-#include "store/PlaneLimits.h"
 #include "store/RegistryEntryDecoder.h"
+#include "store/SnapshotLimits.h"
 
 using Key = DataStoreKey;
 
@@ -87,7 +87,7 @@ bool DataStoreDecoder::decodePlanes()
     const auto planes = object_.decodeStrings(Key::registryPlanes);
     if (!planes)
         return false;
-    if (!PlaneLimits::allow(*planes)) {
+    if (!SnapshotLimits::allowPlanes(*planes)) {
         unarchiver_.fail(QStringLiteral("too many planes, or names that are too long"),
                          QString::number(planes->size()));
         return false;

@@ -1,8 +1,8 @@
 #include "store/DataStoreEncoder.h"
 
 #include "store/ArchiveKeys.h"
-#include "store/PlaneLimits.h"
 #include "store/RegistryValueCoding.h"
+#include "store/SnapshotLimits.h"
 
 namespace {
 constexpr qint32 dataStoreVersion = 2;
@@ -25,8 +25,8 @@ qint32 collectionType(RegistryValue::Type type)
 QString DataStoreEncoder::encode(const TavDataStore &store, QIODevice &device)
 {
     DataStoreEncoder encoder(store, device);
-    if (!encoder.planesFit())
-        return QStringLiteral("there are too many planes, or their names are too long");
+    if (!encoder.isAllowed())
+        return QStringLiteral("there are too many planes or classes, or names that are too long");
     encoder.makeMissingTrees();
     if (!encoder.settleLinks())
         return QStringLiteral("the entries have more paths than can be followed");
@@ -52,17 +52,26 @@ DataStoreEncoder::DataStoreEncoder(const TavDataStore &store, QIODevice &device)
                PlaneLinks::Direction::ToParents}
 {}
 
-bool DataStoreEncoder::planesFit() const
+bool DataStoreEncoder::isAllowed() const
 {
-    const auto fitIn = [](const auto &table) {
+    using Limits = SnapshotLimits;
+    const auto havePlanes = [](const auto &table) {
         return std::all_of(table.begin(), table.end(),
-                           [](const auto &item) { return PlaneLimits::allowName(item.plane()); });
+                           [](const auto &item) { return Limits::allowName(item.plane()); });
+    };
+    const auto haveNames = [&](const PlaneTable<CompactString> &table) {
+        return havePlanes(table) && std::all_of(table.begin(), table.end(), [](const auto &item) {
+                   return item.value.size() <= Limits::longestName;
+               });
     };
     const auto &entries = store_.registryEntries();
-    return PlaneLimits::allow(store_.registryPlanes()) &&
+    return Limits::allowPlanes(store_.registryPlanes()) &&
            std::all_of(entries.begin(), entries.end(), [&](const EntryRef &entry) {
-               return fitIn(entry->namesInPlanes_) && fitIn(entry->locationsInPlanes_) &&
-                      fitIn(entry->childrenInPlanes_) && fitIn(entry->parentsInPlanes_);
+               return Limits::allowName(entry->name_) && Limits::allowName(entry->location_) &&
+                      Limits::allowName(entry->bundleID_) &&
+                      Limits::allowClasses(entry->inheritance_) &&
+                      haveNames(entry->namesInPlanes_) && haveNames(entry->locationsInPlanes_) &&
+                      havePlanes(entry->childrenInPlanes_) && havePlanes(entry->parentsInPlanes_);
            });
 }
 

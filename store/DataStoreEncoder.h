@@ -23,7 +23,7 @@ private:
     };
 
     DataStoreEncoder(const TavDataStore &store, QIODevice &device);
-    bool planesFit() const; // false when no archive with them would open
+    bool isAllowed() const; // false when no archive of the store would open
     void makeMissingTrees();
     bool settleLinks(); // likewise
     PlaneLinks linksTo(const Relatives &relatives);

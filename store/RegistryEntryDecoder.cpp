@@ -2,8 +2,8 @@
 
 #include "store/ArchiveKeys.h"
 #include "store/DecodingLog.h"
-#include "store/PlaneLimits.h"
 #include "store/PropertyListReader.h"
+#include "store/SnapshotLimits.h"
 
 using Key = EntryKey;
 
@@ -83,18 +83,20 @@ bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, TavRegistry
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::String;
     entry.bundleID_ = object.decodeString(Key::bundleID);
-    if (!succeeded("bundleID"))
+    if (!isDecoded(entry.bundleID_, "bundleID"))
         return false;
     entry.inheritance_ = object.decodeStrings(Key::inheritance).value_or(QStringList());
     if (!succeeded("inheritance"))
         return false;
+    if (!SnapshotLimits::allowClasses(entry.inheritance_))
+        return fail("inheritance", "too many classes, or names that are too long");
     entry.name_ = object.decodeString(Key::name);
-    if (!succeeded("name"))
+    if (!isDecoded(entry.name_, "name"))
         return false;
     if (!setNames(entry.namesInPlanes_, object.decodeValue(Key::namesInPlanes, table)))
         return fail("namesInPlanes", "not a table of names");
     entry.location_ = object.decodeString(Key::location);
-    if (!succeeded("location"))
+    if (!isDecoded(entry.location_, "location"))
         return false;
     return setNames(entry.locationsInPlanes_, object.decodeValue(Key::locationsInPlanes, table)) ||
            fail("location", "not a table of locations");
@@ -170,7 +172,7 @@ bool RegistryEntryDecoder::setNames(PlaneTable<CompactString> &table, ArchiveVal
         return value.isAbsent() && !unarchiver_.error();
     for (const auto &[plane, member] : *names) {
         const auto *name = member.get<QString>();
-        if (!name || !PlaneLimits::allowName(plane))
+        if (!name || !SnapshotLimits::allowName(*name) || !SnapshotLimits::allowName(plane))
             return false;
         table[plane] = CompactString(*name);
     }
@@ -185,7 +187,7 @@ bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks
         return value.isAbsent() && !unarchiver_.error();
     for (const auto &[plane, member] : *planes) {
         const auto *list = member.get<ArchiveList>();
-        if (!list || !PlaneLimits::allowName(plane) || !readRelatives(*list))
+        if (!list || !SnapshotLimits::allowName(plane) || !readRelatives(*list))
             return false;
         links.add(plane, entry, relatives_);
         EntryList::Entries entries;
@@ -210,6 +212,11 @@ bool RegistryEntryDecoder::readRelatives(const ArchiveList &list)
         relatives_.push_back(reference->index);
     }
     return true;
+}
+
+bool RegistryEntryDecoder::isDecoded(const QString &name, const char *what)
+{
+    return succeeded(what) && (SnapshotLimits::allowName(name) || fail(what, "too long a name"));
 }
 
 bool RegistryEntryDecoder::succeeded(const char *what)

@@ -27,6 +27,7 @@ private:
                       ArchiveValue value);
     bool readRelatives(const ArchiveList &list);
     void check(const PlaneLinks &links);
+    bool isDecoded(const QString &name, const char *what);
     bool succeeded(const char *what);
     bool fail(const char *what, const char *reason);
 

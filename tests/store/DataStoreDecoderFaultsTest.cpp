@@ -122,6 +122,7 @@ TEST(DataStoreDecoderFaults, LogsWhatCannotBeDecoded)
     const auto inLongPlane = [](const ArchiveValue &value) -> ArchiveValue {
         return ArchiveDictionary{{QString(511, u'p'), value}};
     };
+    const ArchiveValue tooLong = QString(511, u'n');
     const ArchiveValue wrong = true; // a boolean where none belongs
     const auto text = [](const char *its) -> ArchiveValue { return QString::fromLatin1(its); };
     std::vector<Fault> faults{
@@ -137,6 +138,12 @@ TEST(DataStoreDecoderFaults, LogsWhatCannotBeDecoded)
         {Store, "dataStoreVersion", -1, "the archive"},
 
         {Child, "inheritance", ArchiveList{wrong}, "inheritance"},
+        {Child, "inheritance", ArchiveList(257, QStringLiteral("c")), "inheritance"},
+        {Child, "inheritance", ArchiveList{tooLong}, "inheritance"},
+        {Child, "bundleID", tooLong, "bundleID"},
+        {Child, "name", tooLong, "name"},
+        {Child, "location", tooLong, "location"},
+        {Child, "namesInPlanes", inPlane(tooLong), "namesInPlanes"},
         {Child, "namesInPlanes", inPlane(ArchiveList{}), "namesInPlanes"},
         {Child, "namesInPlanes", inLongPlane(text("name")), "namesInPlanes"},
         {Child, "locationsInPlanes", wrong, "location"},
