@@ -10,9 +10,14 @@
 #include <QStandardPaths>
 
 namespace {
+// The document's window that is in use, else its first one.
 QWidget *windowOf(const Document &document)
 {
     const auto &controllers = document.windowControllers();
+    for (const auto &controller : controllers) {
+        if (controller->documentWindow()->isActiveWindow())
+            return controller->documentWindow();
+    }
     return controllers.empty() ? nullptr : controllers.front()->documentWindow();
 }
 
@@ -107,28 +112,31 @@ void DocumentCommands::tell(const QList<Failure> &failures, QWidget *window) con
 void DocumentCommands::saveDocument(Document &document, const Done &done)
 {
     if (document.hasFile())
-        save(document, document.fileName(), done);
+        save(document, document.fileName(), windowOf(document), done);
     else
         saveDocumentAs(document, done);
 }
 
 void DocumentCommands::saveDocumentAs(Document &document, const Done &done)
 {
-    QFileDialog *const dialog = makeDialog(*windowOf(document), tr("Save As"));
+    QWidget *const window = windowOf(document);
+    QFileDialog *const dialog = makeDialog(*window, tr("Save As"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     const QFileInfo suggested(suggestedFile(document));
     dialog->setDirectory(suggested.absoluteDir().exists() ? suggested.path() : QDir::homePath());
     dialog->selectFile(suggested.fileName());
-    connect(dialog, &QFileDialog::finished, &document, [this, dialog, done, &document](int result) {
-        const QString file = dialog->selectedFiles().value(0);
-        RunLoop::performLater(
-            document, [this, done, &document, isAccepted = result == QDialog::Accepted, file] {
-                if (isAccepted)
-                    save(document, file, done);
-                else
-                    report(done, false);
+    connect(dialog, &QFileDialog::finished, &document,
+            [this, dialog, done, &document, window = QPointer(window)](int result) {
+                const QString file = dialog->selectedFiles().value(0);
+                RunLoop::performLater(document, [this, done, &document,
+                                                 isAccepted = result == QDialog::Accepted, file,
+                                                 window] {
+                    if (isAccepted)
+                        save(document, file, window ? window.data() : windowOf(document), done);
+                    else
+                        report(done, false);
+                });
             });
-    });
     dialog->open();
 }
 
@@ -142,14 +150,15 @@ QString DocumentCommands::suggestedFile(const Document &document) const
            u'.' + kind_.extension;
 }
 
-void DocumentCommands::save(Document &document, const QString &file, const Done &done)
+void DocumentCommands::save(Document &document, const QString &file, QWidget *window,
+                            const Done &done)
 {
     const auto fail = [&](const QString &message, const QString &details) {
         AlertPanel::show({.title = QCoreApplication::applicationName(),
                           .message = message,
                           .buttons = {tr("OK")},
                           .details = details,
-                          .window = windowOf(document)});
+                          .window = window});
         report(done, false);
     };
     const Document *const other = documents_.documentForFile(file);

@@ -50,7 +50,7 @@ Q_SIGNALS:
 private:
     QFileDialog *makeDialog(QWidget &window, const QString &title) const;
     QString suggestedFile(const Document &document) const;
-    void save(Document &document, const QString &file, const Done &done);
+    void save(Document &document, const QString &file, QWidget *window, const Done &done);
 
     DocumentController &documents_;
     Kind kind_;

@@ -9,10 +9,12 @@
 #include <QAction>
 #include <QDropEvent>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSignalSpy>
+#include <QTest>
 #include <QUrl>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -116,6 +118,21 @@ TEST_F(DocumentsTest, SavesAndOpens)
     EXPECT_EQ(documentCount(), 2U);
     data.setUrls({QUrl(QStringLiteral("https://example.org/desk.vandrel"))});
     EXPECT_FALSE(drop(QDragEnterEvent({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {})));
+}
+
+TEST_F(DocumentsTest, AsksInTheWindowThatIsInUse)
+{
+    launch();
+    trigger("newDocumentWindowAction");
+    QMainWindow *const second = window(0, 1).window();
+    second->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(second));
+    trigger("saveDocumentAction");
+    EXPECT_TRUE(second->findChild<QFileDialog *>());
+    chooseFile(path("no/folder/desk"));
+    ASSERT_TRUE(alert());
+    EXPECT_EQ(alert()->parentWidget(), second);
+    answer("OK");
 }
 
 TEST_F(DocumentsTest, AsksBeforeChangesAreLost)
