@@ -2,6 +2,7 @@
 
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "platform/desktop/OutlineRowDelegate.h"
+#include "platform/desktop/VisibleText.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -81,7 +82,8 @@ QSize PropertyValueDelegate::sizeHint(const QStyleOptionViewItem &option,
     QStyleOptionViewItem styled = option;
     styled.fontMetrics = QFontMetrics(styled.font);
     if (!isValue(index)) {
-        const int width = styled.fontMetrics.horizontalAdvance(index.data().toString());
+        const int width =
+            styled.fontMetrics.horizontalAdvance(visibleText(index.data().toString()));
         return {width + 2 * horizontalMargin, lineHeight(styled)};
     }
     return {view_.columnWidth(index.column()), rowHeight(index, styled)};
@@ -125,7 +127,7 @@ void PropertyValueDelegate::paintText(QPainter &painter, const QStyleOptionViewI
     }
     const QRect rect = textRect(option);
     const QRect line(rect.left(), rect.top(), rect.width(), option.fontMetrics.height());
-    const QString text = index.data().toString().replace(u'\n', QChar(0x2424));
+    const QString text = visibleText(index.data().toString());
     painter.setPen(color);
     painter.setFont(option.font);
     painter.drawText(line, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextSingleLine,
@@ -151,10 +153,10 @@ QWidget *PropertyValueDelegate::createEditor(QWidget *parent, const QStyleOption
                                              const QModelIndex &index) const
 {
     // It stands where the text did, and breaks its lines alike, as far as it can.
-    const TextAttributes attributes = dataSource_.styledText(index).attributes();
+    const StyledText text = dataSource_.styledText(index);
     auto *editor = new QPlainTextEdit(parent);
-    editor->setFont(fonts(option.font).of(attributes));
-    editor->setWordWrapMode(StyledTextLayout::wrapMode(attributes));
+    editor->setFont(fonts(option.font).of(text.attributes()));
+    editor->setWordWrapMode(StyledTextLayout::wrapMode(text));
     editor->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     editor->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     editor->setReadOnly(true);

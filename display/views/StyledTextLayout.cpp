@@ -13,6 +13,17 @@ QString withLineSeparators(QString text)
     text.replace(u'\r', QChar::LineSeparator);
     return text;
 }
+
+// Breaking lines at the ends of words takes time with the square of the longest word.
+bool hasLongWord(const QString &text)
+{
+    constexpr qsizetype longest = 1000;
+    qsizetype length = 0;
+    return std::any_of(text.begin(), text.end(), [&](QChar c) {
+        length = c.isSpace() ? 0 : length + 1;
+        return length > longest;
+    });
+}
 } // namespace
 
 ValueFonts::ValueFonts(const QFont &font)
@@ -25,9 +36,9 @@ ValueFonts::ValueFonts(const QFont &font)
         fixedPitch.setPixelSize(font.pixelSize());
 }
 
-QTextOption::WrapMode StyledTextLayout::wrapMode(const TextAttributes &attributes)
+QTextOption::WrapMode StyledTextLayout::wrapMode(const StyledText &text)
 {
-    return attributes.wrap == TextAttributes::Wrap::Character
+    return text.attributes().wrap == TextAttributes::Wrap::Character || hasLongWord(text.text())
                ? QTextOption::WrapAnywhere
                : QTextOption::WrapAtWordBoundaryOrAnywhere;
 }
@@ -39,7 +50,7 @@ StyledTextLayout::StyledTextLayout(const StyledText &text, const ValueFonts &fon
     layout_.setText(withLineSeparators(text.text()));
     layout_.setFont(fonts.of(attributes));
     setFormats(text, fonts, palette);
-    breakLines(attributes, width);
+    breakLines(text, width);
 }
 
 void StyledTextLayout::setFormats(const StyledText &text, const ValueFonts &fonts,
@@ -64,10 +75,11 @@ void StyledTextLayout::setFormats(const StyledText &text, const ValueFonts &font
     layout_.setFormats(formats);
 }
 
-void StyledTextLayout::breakLines(const TextAttributes &attributes, qreal width)
+void StyledTextLayout::breakLines(const StyledText &text, qreal width)
 {
+    const TextAttributes &attributes = text.attributes();
     QTextOption option;
-    option.setWrapMode(wrapMode(attributes));
+    option.setWrapMode(wrapMode(text));
     layout_.setTextOption(option);
     const qreal indent =
         attributes.headIndent

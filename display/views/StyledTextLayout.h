@@ -29,7 +29,7 @@ public:
     StyledTextLayout(const StyledText &text, const ValueFonts &fonts, const QPalette &palette,
                      qreal width);
 
-    static QTextOption::WrapMode wrapMode(const TextAttributes &attributes);
+    static QTextOption::WrapMode wrapMode(const StyledText &text);
 
     qreal height() const { return height_; }
     qreal firstAscent() const;
@@ -39,7 +39,7 @@ public:
 
 private:
     void setFormats(const StyledText &text, const ValueFonts &fonts, const QPalette &palette);
-    void breakLines(const TextAttributes &attributes, qreal width);
+    void breakLines(const StyledText &text, qreal width);
 
     QTextLayout layout_;
     qreal height_ = 0;

@@ -110,7 +110,7 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     find("");
     selectDisk();
     EXPECT_EQ(cannotRun(), " changeTimedUpdate clearTerminatedObjects" + always +
-                               " goToNextPathInPlane revealSelectionBundleInNavro selectChild "
+                               " goToNextPathInPlane selectChild "
                                "toggleAutoupdate toggleTimedUpdate update updateSelectedObject");
 }
 

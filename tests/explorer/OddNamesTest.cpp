@@ -40,14 +40,14 @@ TEST_F(OddNamesTest, AnArchiveWithoutPlanesComesUp)
 TEST_F(OddNamesTest, AbsurdOnesStayInTheirPlaces)
 {
     const QString turning(QChar(0x202E));
-    const QString end(10'000, u'x');
+    const QString end(480, u'x'); // no longer ones are read
     const QString name = turning + QStringLiteral("turned\n") + end;
     const QString shown = QStringLiteral("\uFFFDturned␊");
     ArchiveSketch sketch = SmallStore::current();
     const ArchiveDictionary names{{QStringLiteral("DxService"), name}};
     for (const auto position : {SmallStore::Root, SmallStore::Child})
         sketch.objects[position].set(QLatin1String("namesInPlanes"), ArchiveValue(names));
-    sketch.objects[SmallStore::Store].set(QLatin1String("hostName"), ArchiveValue(name));
+    sketch.objects[SmallStore::Store].set(QLatin1String("hostName"), ArchiveValue(name + QString(10'000, u'x')));
     openSketch(sketch);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window()));
     EXPECT_EQ(tree().horizontalScrollBar()->value(), 0);
