@@ -50,6 +50,7 @@ void TavBookmarksController::loadPanel()
     bookmarksTable_->setModel(tableModel_.get());
     bookmarksTable_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     bookmarksTable_->installEventFilter(this);
+    bookmarksPanel_->installEventFilter(this); // a button may have the keyboard
     connect(bookmarksTable_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &TavBookmarksController::tableViewSelectionDidChange);
     checkForDocuments();
@@ -103,6 +104,7 @@ void TavBookmarksController::deleteBookmark()
         PreferencesStore::standard().setValue(QStringLiteral("DefaultBookmarkIndex"), -1);
     }
     bookmarks_->erase(deleted);
+    sortBookmarks(); // they are, but the default may have another place
     reloadTable();
     // For the first row this asks for the one before it, and selects none.
     selectRow(bookmarks_->empty() ? row : row - 1);

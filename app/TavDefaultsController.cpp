@@ -171,8 +171,8 @@ void TavDefaultsController::syncPlanePopUp()
     defaultPlanePopUp_->addItems(planes);
     planeKeys_ = std::make_unique<QObject>();
     for (int i = 0; i < planes.size() && i < 9; ++i) {
-        auto *const key = new QShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(i + 1)),
-                                        preferencesWindow_.get());
+        auto *const key =
+            new QShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(i + 1)), defaultPlanePopUp_);
         connect(planeKeys_.get(), &QObject::destroyed, key, &QObject::deleteLater);
         connect(key, &QShortcut::activated, this, [this, plane = planes[i]] {
             defaultPlanePopUp_->setCurrentIndex(defaultPlanePopUp_->findText(plane));

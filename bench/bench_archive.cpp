@@ -1,9 +1,9 @@
 // Saving and loading a snapshot, by the number of entries of 40 property nodes. Loading is compared
 // with what walking the same bytes with the plain CBOR reader takes in the same run.
 
+#include "bench/support/RegistryGenerator.h"
 #include "store/DataStoreDecoder.h"
 #include "store/DataStoreEncoder.h"
-#include "tests/support/RegistryGenerator.h"
 
 #include <QBuffer>
 #include <QCborStreamReader>

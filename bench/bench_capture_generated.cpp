@@ -1,8 +1,8 @@
 // Capture, and update without changes, of generated registries: what an entry costs must not grow
 // with their number. Ends with a table of times for each entry, against the smallest registry with
 // as many nodes an entry, and of the memory that the model takes.
+#include "bench/support/RegistryGenerator.h"
 #include "store/TavDataStore.h"
-#include "tests/support/RegistryGenerator.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdio>

@@ -2,6 +2,7 @@
 // plain scan of all names and class names in one buffer, without regard to case, plus a bare tree
 // view over a plain model of the same rows that shows and opens them all. Then a step to the next
 // match with few and with many matches before it.
+#include "bench/support/RegistryGenerator.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "explorer/TavWindowController.h"
 #include "platform/PreferencesStore.h"
@@ -9,7 +10,6 @@
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"
 #include "tests/support/FakeRegistryService.h"
-#include "tests/support/RegistryGenerator.h"
 
 #include <QApplication>
 #include <QMainWindow>

@@ -1,13 +1,13 @@
 // The cost of rendering values. "ratio" compares with the first line of the same group and run. For
 // data it compares with what is expected of the size, by the cost of an empty value and of one of
 // 4 KiB; so what does not grow faster than the size stays near 1 at any size.
+#include "bench/support/RegistryGenerator.h"
 #include "display/PropertyFormatDescriptor.h"
 #include "display/PropertyFormatStore.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "platform/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "tests/support/FakeRegistryService.h"
-#include "tests/support/RegistryGenerator.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

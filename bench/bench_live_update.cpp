@@ -4,6 +4,7 @@
 // update in which nothing did, the pass over all entries that every update makes; "capture" for a
 // first capture, of this thread and, as "capture_wall", until it was there. "beyond" is what the
 // device costs beyond that pass, as a part of the capture.
+#include "bench/support/RegistryGenerator.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
@@ -16,7 +17,6 @@
 #include "store/TavDocumentController.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/FakeLiveService.h"
-#include "tests/support/RegistryGenerator.h"
 #include "tests/support/VirtualDisk.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 // Searching a store of 100,000 entries of 40 property nodes, against a plain scan without regard to
 // case of the same strings laid end to end in one buffer.
 
+#include "bench/support/RegistryGenerator.h"
 #include "store/TavDataStore.h"
-#include "tests/support/RegistryGenerator.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>

@@ -1,5 +1,6 @@
 // The cost of the explorer window on 100,000 entries, all planes and the whole tree open. "ratio"
 // compares with a bare tree view over a plain model of the same rows, measured just before.
+#include "bench/support/RegistryGenerator.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
@@ -9,7 +10,6 @@
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"
 #include "tests/support/FakeRegistryService.h"
-#include "tests/support/RegistryGenerator.h"
 
 #include <QApplication>
 #include <QComboBox>

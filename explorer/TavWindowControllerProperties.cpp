@@ -11,7 +11,12 @@ TavRegistryProperty *child(const TavRegistryProperty &node, const PropertyPathMe
         return *number >= 0 && *number < node.numberOfChildren() ? node.childAtIndex(*number)
                                                                  : nullptr;
     }
-    return node.childWithName(std::get<QString>(member));
+    const std::vector<TavRegistryProperty *> children = node.children();
+    const auto named = std::find_if(children.begin(), children.end(), [&](const auto *candidate) {
+        const QString name = candidate->name();
+        return !name.isNull() && name == std::get<QString>(member);
+    });
+    return named == children.end() ? nullptr : *named;
 }
 
 // Rows may be sorted by whatever the user likes.

@@ -233,9 +233,13 @@ TEST_F(BookmarksTest, AreDeletedByButtonAndKeyAndDraggedOut)
     QTest::keyClick(table_, Qt::Key_Delete);
     EXPECT_EQ(rows(), "a b*");
     EXPECT_EQ(defaultIndex(), -1);
+    table_->selectRow(1);
+    click("setDefaultBookmarkButton");
+    EXPECT_EQ(defaultIndex(), 1);
     table_->selectRow(0);
-    QTest::keyClick(table_, Qt::Key_Backspace);
-    EXPECT_EQ(rows(), "b");
+    QTest::keyClick(outlet<QPushButton>(panel_, "deleteBookmarkButton"), Qt::Key_Backspace);
+    EXPECT_EQ(rows(), "b!");
+    EXPECT_EQ(defaultIndex(), 0);
     EXPECT_EQ(storedNames(), "b");
     EXPECT_FALSE(isEnabled("deleteBookmarkButton"));
     table_->selectRow(0);

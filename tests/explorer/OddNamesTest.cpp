@@ -47,7 +47,8 @@ TEST_F(OddNamesTest, AbsurdOnesStayInTheirPlaces)
     const ArchiveDictionary names{{QStringLiteral("DxService"), name}};
     for (const auto position : {SmallStore::Root, SmallStore::Child})
         sketch.objects[position].set(QLatin1String("namesInPlanes"), ArchiveValue(names));
-    sketch.objects[SmallStore::Store].set(QLatin1String("hostName"), ArchiveValue(name + QString(10'000, u'x')));
+    sketch.objects[SmallStore::Store].set(QLatin1String("hostName"),
+                                          ArchiveValue(name + QString(10'000, u'x')));
     openSketch(sketch);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window()));
     EXPECT_EQ(tree().horizontalScrollBar()->value(), 0);

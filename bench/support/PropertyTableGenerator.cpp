@@ -1,4 +1,4 @@
-#include "tests/support/PropertyTableGenerator.h"
+#include "bench/support/PropertyTableGenerator.h"
 
 namespace {
 constexpr quint32 collectionKinds = 6;

@@ -1,6 +1,6 @@
-#include "tests/support/RegistryGenerator.h"
+#include "bench/support/RegistryGenerator.h"
 
-#include "tests/support/PropertyTableGenerator.h"
+#include "bench/support/PropertyTableGenerator.h"
 
 namespace {
 using Node = FakeRegistry::Node;
