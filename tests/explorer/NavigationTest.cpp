@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
+#include <functional>
 
 namespace {
 // An array that stands at three paths in two planes. Every test runs in the tree and in columns.
@@ -137,7 +138,7 @@ TEST_P(NavigationTest, MovesToParentsChildrenAndSiblings)
     for (const Step &step : steps) {
         SCOPED_TRACE(&step - steps);
         beeps_ = 0;
-        (controller_->*step.move)();
+        std::invoke(step.move, *controller_);
         EXPECT_EQ(selected(), step.expected);
         EXPECT_EQ(beeps_, step.beeps);
     }
