@@ -10,11 +10,12 @@ using Interest = NotificationPorts::Interest;
 constexpr int mostChecks = 3;
 
 // What is known of a device before a sweep has seen it.
-HostObject announcedDevice(const QByteArray &path, quint64 inode)
+HostObject announcedDevice(const QByteArray &path, quint64 inode, quint64 id)
 {
     HostObject device;
     device.path = path;
-    device.id = device.inode = inode;
+    device.id = id;
+    device.nodeID = device.inode = inode;
     device.kernelName = path.mid(path.lastIndexOf('/') + 1);
     device.name = ObjectNames::ofKernelName(device.kernelName);
     device.className = QStringLiteral("DxDevice");
@@ -65,7 +66,9 @@ void EventNotifier::appeared(Matching kind, const QByteArray &path)
         tellOfChange(); // no service, which nobody can ask to be told of
         return;
     }
-    const RegistryObject device = objects_.hold(announcedDevice(path, inode));
+    returned_.notePresent(inode);
+    const RegistryObject device =
+        objects_.hold(announcedDevice(path, inode, returned_.idOf(inode)));
     ports_.announce(kind, device);
     objects_.release(device);
 }
@@ -85,7 +88,7 @@ void EventNotifier::check(const Removal &removal)
     const HostObject &object = objects_.graph()->at(index);
     if (root_.inodeOf(object.path) != object.inode) {
         const RegistryObject handle = objects_.hold(index);
-        gone_.insert(object.id);
+        returned_.noteGone(object);
         announceGone(handle);
         objects_.release(handle);
     } else if (removal.checksLeft > 0) {
@@ -122,14 +125,12 @@ void EventNotifier::graphChanged(const std::vector<RegistryObject> &vanished,
                                  quint32 busyCountBefore)
 {
     isSweeping_ = false;
-    const QSet<quint64> announced = std::exchange(gone_, {});
     for (const RegistryObject object : vanished) {
-        if (!announced.contains(objects_.find(object)->id))
-            announceGone(object);
-    }
-    for (const quint64 id : announced) {
-        if (objects_.graph()->withID(id) != HostObject::none)
-            gone_.insert(id);
+        const HostObject &last = *objects_.find(object);
+        if (returned_.isGone(last))
+            continue;
+        returned_.noteGone(last);
+        announceGone(object);
     }
     for (const QByteArray &path : std::exchange(removalsInSweep_, {}))
         check({path, mostChecks});

@@ -3,6 +3,7 @@
 #include "model/NotificationPorts.h"
 #include "model/linux/DeviceEvent.h"
 #include "model/linux/HeldObjects.h"
+#include "model/linux/ReturnedObjects.h"
 #include "platform/OneShotTimer.h"
 
 class SysfsRoot;
@@ -16,6 +17,8 @@ public:
 
     void handle(const DeviceEvent &event);
     void sweepBegins();
+    // A sweep's graph, before it is put in place.
+    void graphRead(RegistryGraph &graph) { returned_.applyTo(graph, root_); }
     // After a sweep: what was held and is not in its graph, and the host's busy count before it.
     void graphChanged(const std::vector<RegistryObject> &vanished, quint32 busyCountBefore);
     void graphKept();                      // the sweep has brought none
@@ -23,7 +26,8 @@ public:
     void tellOfChange();                   // of something or other on the host
 
     // Announced as gone while the graph still has it.
-    bool isGone(int index) const { return gone_.contains(objects_.graph()->at(index).id); }
+    bool isGone(int index) const { return returned_.isGone(objects_.graph()->at(index)); }
+    bool isGoneNode(quint64 nodeID) const { return returned_.isGoneNode(nodeID); }
 
 private:
     struct Removal
@@ -41,7 +45,7 @@ private:
     const SysfsRoot &root_;
     HeldObjects &objects_;
     NotificationPorts &ports_;
-    QSet<quint64> gone_; // IDs in the graph
+    ReturnedObjects returned_;
     bool isSweeping_ = false;
     std::vector<QByteArray> removalsInSweep_; // which may have seen them just before
     std::vector<Removal> doubtful_;

@@ -18,6 +18,7 @@ struct HostObject : SweepObject
     static constexpr int none = -1;
 
     quint64 id = 0;
+    quint64 nodeID = 0;   // the same, unless the object went and came back
     QByteArray subsystem; // of a device; of a binding, its bus
     bool isOnBus = false; // the subsystem is a bus, not a class
 

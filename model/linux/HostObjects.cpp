@@ -55,10 +55,10 @@ HostObjects::HostObjects(Sweep sweep, RegistryValue::Members rootFacts,
 {
     objects_.resize(2);
     at(root).kind = Kind::Root;
-    at(root).id = rootID;
+    at(root).id = at(root).nodeID = rootID;
     at(root).members = std::move(rootFacts);
     at(host).kind = Kind::Host;
-    at(host).id = hostID;
+    at(host).id = at(host).nodeID = hostID;
     at(host).members = std::move(hostFacts);
     collect(std::move(sweep));
     addBindings();
@@ -125,6 +125,7 @@ void HostObjects::assignIDs()
     for (std::size_t i = 2; i < objects_.size(); ++i) {
         HostObject &object = objects_[i];
         object.id = object.inode > last ? object.inode : substituteID(object.path);
+        object.nodeID = object.id;
         last = std::max(last, object.inode);
     }
     std::sort(objects_.begin() + 2, objects_.end(),

@@ -68,12 +68,12 @@ void LinuxRegistryService::prepareObject(RegistryObject object)
     const int index = objects_.indexOf(object);
     if (index != HostObject::none && hasDirectory(graph()->at(index))) {
         const HostObject &known = graph()->at(index);
-        const quint64 id = known.id;
-        requested_.set(id, readOnRequest({.folder = folderOf(known.kind),
-                                          .kind = known.kind,
-                                          .path = known.path,
-                                          .inode = known.inode,
-                                          .readsOnRequest = true}));
+        const quint64 node = known.nodeID;
+        requested_.set(node, readOnRequest({.folder = folderOf(known.kind),
+                                            .kind = known.kind,
+                                            .path = known.path,
+                                            .inode = known.inode,
+                                            .readsOnRequest = true}));
     }
     // Its children, its driver and its names can be had of all objects together alone.
     prepare();
@@ -140,7 +140,7 @@ RegistryObject LinuxRegistryService::holdHost()
 {
     HostObject host;
     host.kind = Kind::Host;
-    host.id = HostObjects::hostID;
+    host.id = host.nodeID = HostObjects::hostID;
     host.name.name = "Host";
     return objects_.hold(std::move(host));
 }

@@ -33,6 +33,8 @@ void LinuxRegistryService::prepareAsync(std::function<void()> ready)
 void LinuxRegistryService::beginPreparation()
 {
     notifier_.sweepBegins();
+    // What has come back is not what was asked for.
+    requested_.keepOnly([this](quint64 node) { return !notifier_.isGoneNode(node); });
     const quint64 number = ++preparationNumber_;
     const auto finished = [this, number] {
         QMetaObject::invokeMethod(
@@ -87,9 +89,12 @@ void LinuxRegistryService::installGraph(Preparation::Result result)
     filesRead_ = std::move(result.filesRead);
     const quint32 busyCountBefore = graph() ? graph()->at(HostObjects::host).busyCount()
                                             : result.graph->at(HostObjects::host).busyCount();
+    // While the objects still have their nodes' IDs.
+    requested_.keepOnly(
+        [&](quint64 node) { return result.graph->withID(node) != HostObject::none; });
+    notifier_.graphRead(*result.graph);
     const std::vector<RegistryObject> vanished = objects_.setGraph(std::move(result.graph));
     ++sweepCount_;
-    requested_.keepOnly([this](quint64 id) { return graph()->withID(id) != HostObject::none; });
     notifier_.graphChanged(vanished, busyCountBefore);
 }
 

@@ -64,6 +64,16 @@ int RegistryGraph::withID(quint64 id) const
     return byID_.value(id, HostObject::none);
 }
 
+void RegistryGraph::setID(int index, quint64 id)
+{
+    HostObject &object = objects_.at(index);
+    if (object.id == id)
+        return;
+    byID_.remove(object.id);
+    object.id = id;
+    byID_.insert(id, index);
+}
+
 bool RegistryGraph::hasPlane(Plane plane) const
 {
     return !children(plane).all.empty();

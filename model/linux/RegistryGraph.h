@@ -17,6 +17,7 @@ public:
     int count() const { return objects_.count(); }
     const HostObject &at(int index) const { return objects_.at(index); }
     int withID(quint64 id) const; // or HostObject::none
+    void setID(int index, quint64 id);
     int withPath(const QByteArray &path) const { return objects_.withPath(path); }
     bool hasPlane(Plane plane) const;
     std::span<const int> childrenInPlane(int index, Plane plane) const;

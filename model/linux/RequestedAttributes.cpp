@@ -20,9 +20,9 @@ RegistryValue::Members mergedMembers(RegistryValue::Members base,
     return base;
 }
 
-void RequestedAttributes::set(quint64 id, SweepObject read)
+void RequestedAttributes::set(quint64 node, SweepObject read)
 {
-    Requested &requested = byID_[id];
+    Requested &requested = byNode_[node];
     requested.unread = std::move(read.unread);
     if (read.members.empty())
         return;
@@ -32,8 +32,8 @@ void RequestedAttributes::set(quint64 id, SweepObject read)
 
 void RequestedAttributes::addTo(HostObject &object) const
 {
-    const auto requested = byID_.constFind(object.id);
-    if (requested == byID_.constEnd())
+    const auto requested = byNode_.constFind(object.nodeID);
+    if (requested == byNode_.constEnd())
         return;
     object.unread.insert(object.unread.end(), requested->unread.begin(), requested->unread.end());
     if (requested->date.isNull())

@@ -10,12 +10,12 @@
 class RequestedAttributes
 {
 public:
-    void set(quint64 id, SweepObject read);
+    void set(quint64 node, SweepObject read);
     void addTo(HostObject &object) const;
     template<class Predicate>
-    void keepOnly(Predicate isThere) // by ID
+    void keepOnly(Predicate isThere) // by node
     {
-        byID_.removeIf([&](const auto &its) { return !isThere(its.key()); });
+        byNode_.removeIf([&](const auto &its) { return !isThere(its.key()); });
     }
 
 private:
@@ -26,7 +26,7 @@ private:
         std::vector<SweepObject::Unread> unread;
     };
 
-    QHash<quint64, Requested> byID_;
+    QHash<quint64, Requested> byNode_;
 };
 
 // Adds members to those that are there; dictionaries of the same key become one.

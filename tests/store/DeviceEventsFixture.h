@@ -52,6 +52,9 @@ protected:
         const QByteArray grave = trash_.path("devices/") + QByteArray::number(++number_);
         ASSERT_EQ(rename(made_.path(path.constData()).constData(), grave.constData()), 0);
     }
+    // Away and back under the same inode number, as an interface between network namespaces.
+    void leave() { move(made_, trash_); }
+    void comeBack() { move(trash_, made_); }
     TavRegistryEntry *at(const char *path) const
     {
         const EntrySet found = store_->entriesMatchingRegistryPath(QString::fromUtf8(path)).entries;
@@ -77,6 +80,13 @@ protected:
         QString error;
         const auto service = LinuxRegistryService::create(made_.sys(), &error);
         return StorePrinter::registry(*TavDataStore::initFromDxRegistry(*service));
+    }
+
+    static constexpr const char *wanderer = "devices/wanderer";
+
+    static void move(const MadeTree &from, const MadeTree &to)
+    {
+        ASSERT_EQ(rename(from.path(wanderer).constData(), to.path(wanderer).constData()), 0);
     }
 
     MadeTree made_;

@@ -77,6 +77,62 @@ TEST_F(DeviceEventsTest, OddEventsDoNoHarm)
     EXPECT_EQ(StorePrinter::registry(*store_), fresh());
 }
 
+struct Journey
+{
+    bool isReported;       // by events
+    bool isUpdatedBetween; // while it is away
+};
+
+class ReturningDeviceTest : public DeviceEventsFixture, public testing::WithParamInterface<Journey>
+{};
+
+TEST_P(ReturningDeviceTest, IsANewObjectInEveryStore)
+{
+    device(wanderer);
+    const auto liveTag = [](const TavDataStore &store) {
+        for (const EntryRef &entry : store.registryEntries()) {
+            if (entry->nameInPlane({}) == QLatin1String("wanderer") && entry->DxRegistryEntry())
+                return entry->entryTag();
+        }
+        return quint64(0);
+    };
+    for (const bool automatically : {true, false}) {
+        follow(automatically);
+        const auto other = TavDataStore::initFromDxRegistry(*service_);
+        QSet<quint64> tags{liveTag(*store_)};
+        for (int i = 0; i < 2; ++i) {
+            leave();
+            if (GetParam().isReported)
+                events_.tell("remove", wanderer);
+            turnEventLoopFor(30);
+            if (GetParam().isUpdatedBetween)
+                store_->update();
+            EXPECT_EQ(liveTag(*store_), 0U);
+            comeBack();
+            if (GetParam().isReported)
+                events_.tell("add", wanderer);
+            turnEventLoopFor(30);
+            for (int updates = 0; updates < 2; ++updates) {
+                store_->update();
+                other->update();
+                const quint64 tag = liveTag(*store_);
+                EXPECT_EQ(tags.contains(tag), updates > 0) << tag;
+                EXPECT_EQ(liveTag(*other), tag);
+                tags.insert(tag);
+            }
+        }
+        store_->clearTerminatedObjects();
+        other->clearTerminatedObjects();
+        EXPECT_EQ(StorePrinter::registry(*store_), StorePrinter::registry(*other));
+        observations_.clear();
+        store_.reset();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Journeys, ReturningDeviceTest,
+                         testing::Values(Journey{true, true}, Journey{true, false},
+                                         Journey{false, true}));
+
 TEST_F(DeviceEventsTest, RemovalIsBelievedWhenTheObjectIsGone)
 {
     follow(true);

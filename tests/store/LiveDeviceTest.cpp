@@ -7,6 +7,7 @@
 #include "tests/support/EventLoop.h"
 #include "tests/support/VirtualDisk.h"
 #include "tests/support/VirtualInterface.h"
+#include "tests/support/VirtualNamespace.h"
 
 #include <QDir>
 #include <gtest/gtest.h>
@@ -128,6 +129,42 @@ TEST_P(LiveDeviceTest, IsToldOfAndShownByTheNextUpdateOrFollowedAutomatically)
     EXPECT_EQ(entry()->entryTag(), tag);
     EXPECT_GT(posted_.value(objectsTerminated), 0);
     EXPECT_EQ(posted_.value(outOfDate), 0);
+}
+
+// An interface keeps its node in another network namespace, and has it again when it returns.
+TEST(LiveDeviceReturn, FromAnotherNamespaceIsANewObject)
+{
+    const VirtualInterface interface;
+    const VirtualNamespace other;
+    if (!interface.exists() || !other.exists())
+        GTEST_SKIP() << VirtualNamespace::missing;
+    QString error;
+    const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+    const auto store = TavDataStore::initFromDxRegistry(*service);
+    const auto liveTag = [&] {
+        for (const EntryRef &entry : store->registryEntries()) {
+            if (entry->nameInPlane({}) == QString::fromLatin1(interface.name()) &&
+                entry->DxRegistryEntry())
+                return entry->entryTag();
+        }
+        return quint64(0);
+    };
+    QSet<quint64> tags{liveTag()};
+    for (const bool automatically : {false, true, false}) {
+        store->setAutoupdate(automatically);
+        ASSERT_TRUE(other.take(interface.name()));
+        ASSERT_TRUE(waitFor([&] { return liveTag() == 0; }));
+        if (automatically)
+            store->update();
+        ASSERT_TRUE(other.giveBack(interface.name()));
+        ASSERT_TRUE(waitFor([&] {
+            if (!automatically)
+                store->update();
+            return liveTag() != 0;
+        }));
+        EXPECT_FALSE(tags.contains(liveTag()));
+        tags.insert(liveTag());
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, LiveDeviceTest, testing::Values("Disk", "Interface", "Driver"),
