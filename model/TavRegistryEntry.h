@@ -81,6 +81,7 @@ public:
     const QDateTime &dateDiscovered() const { return dateDiscovered_; }
     const QDateTime &dateLastUpdated() const { return dateLastUpdated_; } // null: never
     QDateTime dateTerminated() const; // null until the entry's state is terminated
+    bool hasTerminationDate() const { return !dateTerminated_.isNull(); } // even if not yet shown
     TavRegistryProperty *properties() const { return properties_.get(); }
     const PropertyRef &propertiesRef() const { return properties_; }
 

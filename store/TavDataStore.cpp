@@ -197,7 +197,7 @@ void TavDataStore::clearTerminatedObjects()
     EntrySet leaving;
     for (const EntryRef &entry : registryEntries_) {
         entry->clearTerminatedChildren();
-        if (!entry->dateTerminated().isNull())
+        if (entry->hasTerminationDate())
             leaving.insert(entry.get());
     }
     if (leaving.isEmpty())
