@@ -213,6 +213,25 @@ qint64 RegistryValue::signedNumber() const
     return type_ == Type::Number ? static_cast<qint64>(bits_ << unused) >> unused : 0;
 }
 
+int RegistryValue::compareNumbers(const RegistryValue &a, const RegistryValue &b)
+{
+    const auto compare = [](auto first, auto second) {
+        return first < second ? -1 : second < first ? 1 : 0;
+    };
+    const bool isNegative = a.isSignedNumber() && a.signedNumber() < 0;
+    const bool isOtherNegative = b.isSignedNumber() && b.signedNumber() < 0;
+    if (isNegative != isOtherNegative)
+        return isNegative ? -1 : 1;
+    return isNegative ? compare(a.signedNumber(), b.signedNumber())
+                      : compare(a.numberBits(), b.numberBits());
+}
+
+bool RegistryValue::meansTheSameAs(const RegistryValue &other) const
+{
+    return type_ == Type::Number && other.type_ == Type::Number ? compareNumbers(*this, other) == 0
+                                                                : *this == other;
+}
+
 bool RegistryValue::toBoolean() const
 {
     return type_ == Type::Boolean && bits_ != 0;
@@ -300,6 +319,10 @@ size_t qHash(const RegistryValue &value, size_t seed)
     case Type::Array:
     case Type::Set:
         return qHashMulti(seed, static_cast<int>(value.type_), value.count());
+    case Type::Number: // the width is no part of what it means
+        return qHashMulti(seed, static_cast<int>(value.type_),
+                          value.isSigned_ ? static_cast<quint64>(value.signedNumber())
+                                          : value.bits_);
     default:
         return qHashMulti(seed, static_cast<int>(value.type_), value.bits_);
     }

@@ -64,6 +64,10 @@ public:
     quint64 numberBits() const;  // zero-extended
     qint64 signedNumber() const; // sign-extended from its width
     bool isSignedNumber() const { return type_ == Type::Number && isSigned_; }
+    // Negative, 0 or positive: by what the numbers mean, whatever their widths and signs.
+    static int compareNumbers(const RegistryValue &a, const RegistryValue &b);
+    // The same as ==, but for numbers: those are equal when they mean the same.
+    bool meansTheSameAs(const RegistryValue &other) const;
     bool toBoolean() const;
     QByteArray toData() const;
     QDateTime toDate() const;
@@ -75,6 +79,7 @@ public:
     const RegistryValue &member(QStringView key) const;
 
     friend bool operator==(const RegistryValue &a, const RegistryValue &b);
+    // Alike for values that mean the same, too.
     friend size_t qHash(const RegistryValue &value, size_t seed);
 
 private:

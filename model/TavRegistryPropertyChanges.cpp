@@ -10,7 +10,7 @@ bool TavRegistryProperty::noteChangesFromProperty(TavRegistryProperty &older)
     if (valueType_ == older.valueType_) {
         bool changed = false;
         if (!isCollection())
-            changed = !(contents() == older.contents());
+            changed = !contents().meansTheSameAs(older.contents());
         else if (valueType_ == Type::Dictionary)
             changed = noteDictionaryChanges(older);
         else if (valueType_ == Type::Array)

@@ -13,16 +13,6 @@ int sign(int comparison)
     return sign(comparison, 0);
 }
 
-int compareNumbers(const RegistryValue &a, const RegistryValue &b)
-{
-    const bool aNegative = a.isSignedNumber() && a.signedNumber() < 0;
-    const bool bNegative = b.isSignedNumber() && b.signedNumber() < 0;
-    if (aNegative != bNegative)
-        return aNegative ? -1 : 1;
-    return aNegative ? sign(a.signedNumber(), b.signedNumber())
-                     : sign(a.numberBits(), b.numberBits());
-}
-
 // Shorter first; of equal lengths the last differing byte decides, and there the greater is first.
 int compareData(const QByteArray &a, const QByteArray &b)
 {
@@ -41,7 +31,7 @@ bool TavRegistryProperty::isEqual(const TavRegistryProperty &other) const
     if (this == &other)
         return true;
     return other.propertyClass().isKindOf(propertyClass()) && !isCollection() &&
-           !other.isCollection() && value_ == other.value_;
+           !other.isCollection() && value_.meansTheSameAs(other.value_);
 }
 
 int TavRegistryProperty::compareByName(const TavRegistryProperty &other) const
@@ -106,7 +96,7 @@ int TavRegistryProperty::compareByValue(const TavRegistryProperty &other) const
     case Type::Boolean:
         return sign(value_.toBoolean(), other.value_.toBoolean());
     case Type::Number:
-        return compareNumbers(value_, other.value_);
+        return RegistryValue::compareNumbers(value_, other.value_);
     case Type::String:
         return sign(value_.toString().compare(other.value_.toString(), Qt::CaseInsensitive));
     case Type::Data:

@@ -59,6 +59,8 @@ TEST_F(RegistryPropertyChangesTest, EqualTreesChangeNothing)
     EXPECT_FALSE(
         note(dictionary({{"list", array({number(1)})}, {"set", set({text("a"), data("")})}}),
              dictionary({{"set", set({data(""), text("a")})}, {"list", array({number(1)})}})));
+    EXPECT_FALSE(note(dictionary({{"n", number(7, 1)}, {"m", negative(-2, 2)}}),
+                      dictionary({{"n", number(7, 4)}, {"m", negative(-2, 8)}})));
     EXPECT_EQ(tree().find("changed"), std::string::npos) << tree();
 }
 
@@ -90,6 +92,9 @@ TEST_F(RegistryPropertyChangesTest, SetsCompareByMembership)
           : "stays"
           : "goes" (terminated)
     )"));
+    // What a number is, not how it is kept.
+    EXPECT_FALSE(note(set({number(7, 1), negative(-1, 4)}), set({number(7, 8), negative(-1, 8)})));
+    EXPECT_TRUE(note(set({number(0xff, 1)}), set({negative(-1, 1)})));
     // A collection in a set equals nothing but itself.
     EXPECT_TRUE(note(set({array({})}), set({array({})})));
     EXPECT_EQ(tree(), dedented(R"(
