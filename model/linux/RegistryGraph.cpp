@@ -4,6 +4,8 @@
 #include "model/linux/PlaneEdges.h"
 #include "model/linux/UdevDatabase.h"
 
+#include <QMap>
+
 namespace {
 using Kind = SweepObject::Kind;
 
@@ -17,20 +19,24 @@ void insertMember(RegistryValue::Members &members, QLatin1String key, RegistryVa
     members.insert(place, {CompactString(text), std::move(value)});
 }
 
-RegistryValue setOf(const QStringList &texts)
+RegistryValue arrayOf(const QStringList &texts)
 {
     RegistryValue::Elements elements;
     for (const QString &text : texts)
         elements.push_back(RegistryValue::string(text));
-    return RegistryValue::set(std::move(elements));
+    return RegistryValue::array(std::move(elements));
 }
 
-QStringList described(const std::vector<SweepObject::Unread> &unread)
+// Reasons by attribute, each attribute once.
+RegistryValue reasonsOf(const std::vector<SweepObject::Unread> &unread)
 {
-    QStringList texts;
+    QMap<QString, QString> reasons;
     for (const auto &[path, reason] : unread)
-        texts.append(QString::fromUtf8(path + " (" + reason + ')'));
-    return texts;
+        reasons.insert(QString::fromUtf8(path), QString::fromUtf8(reason));
+    RegistryValue::Members members;
+    for (auto it = reasons.cbegin(); it != reasons.cend(); ++it)
+        members.push_back({CompactString(it.key()), RegistryValue::string(it.value())});
+    return RegistryValue::dictionary(std::move(members));
 }
 
 quint32 ownBusyCount(const HostObject &object, const UdevDatabase &udev)
@@ -173,11 +179,10 @@ void RegistryGraph::finish(HostObject &object, UdevDatabase &udev)
         object.isAnnounced = object.isAnnounced || !udev.isDaemonRunning();
     }
     if (!object.unread.empty())
-        insertMember(object.members, QLatin1String("DxUnreadAttributes"),
-                     setOf(described(object.unread)));
+        insertMember(object.members, QLatin1String("DxUnreadAttributes"), reasonsOf(object.unread));
     if (!object.refusedParents.isEmpty())
         insertMember(object.members, QLatin1String("DxRefusedParents"),
-                     setOf(object.refusedParents));
+                     arrayOf(object.refusedParents));
     object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
 }
 

@@ -12,10 +12,10 @@ namespace {
 QStringList unread(const TavRegistryEntry *entry)
 {
     QStringList texts;
-    const auto *set = entry->properties()->childWithName(QStringLiteral("DxUnreadAttributes"));
-    if (set) {
-        for (const auto *node : set->children())
-            texts.append(node->value().toString());
+    const auto *table = entry->properties()->childWithName(QStringLiteral("DxUnreadAttributes"));
+    if (table) {
+        for (const auto *node : table->children())
+            texts.append(node->name() + QStringLiteral(": ") + node->value().toString());
     }
     return texts;
 }
@@ -169,7 +169,7 @@ TEST_F(SlowDevice, IsReadWithoutWhatDoesNotAnswer)
     ASSERT_TRUE(slow);
     EXPECT_TRUE(tree.at("DxService:/slow/child"));
     EXPECT_EQ(CapturedTree::value(slow, u"after").numberBits(), 1U);
-    EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks (did not answer)")});
+    EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks: did not answer")});
     // It is not tried again: that would leave another thread behind.
     tree.store->update();
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
@@ -188,7 +188,7 @@ TEST_F(SlowDevice, IsWaitedForWithTheDisplay)
     const Display display([&] { wasShown = true; });
     tree.store->updateObject(*slow);
     EXPECT_TRUE(wasShown);
-    EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks (did not answer)")});
+    EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks: did not answer")});
 }
 
 TEST_F(SlowDevice, MayBeReadAnewWhileItIsWaitedFor)
