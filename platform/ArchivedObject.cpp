@@ -195,6 +195,11 @@ bool ArchivedObject::containsData(QLatin1String key) const
     return kindOf(key) == Kind::Data;
 }
 
+bool ArchivedObject::containsNumber(QLatin1String key) const
+{
+    return ArchiveItems::isNumber(kindOf(key));
+}
+
 bool ArchivedObject::decodeBoolean(QLatin1String key) const
 {
     const Item found = item(key);

@@ -39,6 +39,7 @@ public:
     bool isOfClass(ArchiveClassNames classes) const;
     bool contains(QLatin1String key) const; // with any value but an absent one
     bool containsData(QLatin1String key) const;
+    bool containsNumber(QLatin1String key) const;
 
     template<std::integral T>
     T decodeInteger(QLatin1String key, T absent = 0) const;

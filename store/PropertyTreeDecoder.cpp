@@ -38,12 +38,16 @@ bool PropertyTreeDecoder::decodeNode(Pending pending)
     if (object.decodeInteger<qint32>(Key::version, 1) > TavRegistryProperty::classVersion)
         return false;
     const bool isCollection = object.decodeBoolean(Key::isCollection);
+    if (unarchiver_.error())
+        return fail(Key::isCollection.data(), nullptr);
     const bool hasName = object.decodeBoolean(Key::hasName);
+    if (unarchiver_.error())
+        return fail(Key::hasName.data(), nullptr);
     if (object.decodeReference(Key::registryEntry, ArchiveClassName::entry) != entry_)
         return fail("registryEntry", "a property belongs to no or another entry");
     const auto state = object.decodeInteger<quint32>(Key::registryState);
-    if (state > RegistryStateTerminated)
-        unarchiver_.fail(QStringLiteral("unknown state of a property"), QString::number(state));
+    if (unarchiver_.error() || state > RegistryStateTerminated)
+        return fail(Key::registryState.data(), "unknown state of a property");
     node.setRegistryState(static_cast<RegistryState>(state));
     return decodeParent(object, pending) && decodeIdent(object, node, hasName) &&
            (isCollection ? decodeChildren(object, node) : decodeValue(object, node));
@@ -62,8 +66,8 @@ bool PropertyTreeDecoder::decodeIdent(const ArchivedObject &object, TavRegistryP
                                       bool hasName)
 {
     if (!hasName) {
-        object.decodeInteger<qint32>(Key::index); // nodes have no place for it
-        return true;
+        object.decodeInteger<qint32>(Key::index); // Deliberate: nodes have no place for it
+        return !unarchiver_.error() || fail(Key::index.data(), nullptr);
     }
     node.setName(CompactString(object.decodeString(Key::name)));
     return !unarchiver_.error() || fail("ident.name", nullptr);

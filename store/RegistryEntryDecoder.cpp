@@ -35,12 +35,11 @@ bool RegistryEntryDecoder::decode(ArchiveReference reference)
     ++entryCount_;
     const qint32 unmarked = object.contains(Key::dataStore) ? 2 : 1;
     const auto version = object.decodeInteger<qint32>(Key::version, unmarked);
-    if (version > TavRegistryEntry::classVersion)
+    if (version > TavRegistryEntry::classVersion || !succeeded(Key::version.data()))
         return false;
     if (!decodeDates(object, entry) || !decodeNames(object, entry) ||
-        !decodeRelations(object, entry))
+        !decodeRelations(object, entry) || !decodeCountsAndFlags(object, entry))
         return false;
-    decodeCountsAndFlags(object, entry);
     if (version == TavRegistryEntry::classVersion)
         return decodeStateAndProperties(object, entry);
     return decodeOldStateAndProperties(object, entry);
@@ -116,18 +115,29 @@ bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, TavRegi
            decode(entry.parentsInPlanes_, parentLinks_, Key::parentsInPlanes);
 }
 
-void RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
+bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
                                                 TavRegistryEntry &entry)
 {
     entry.entryTag_ = object.decodeInteger<quint64>(Key::entryTag);
+    if (!succeeded(Key::entryTag.data()))
+        return false;
     entry.busyCount_ = object.decodeInteger<quint32>(Key::busyCount);
+    if (!succeeded(Key::busyCount.data()))
+        return false;
     entry.kernelRetainCount_ = object.decodeInteger<quint32>(Key::kernelRetainCount);
-    entry.setFlag(TavRegistryEntry::RegistryRoot, object.decodeBoolean(Key::isRegistryRoot));
-    entry.setFlag(TavRegistryEntry::ConformsToDxService,
-                  object.decodeBoolean(Key::conformsToDxService));
-    entry.setFlag(TavRegistryEntry::Registered, object.decodeBoolean(Key::isRegistered));
-    entry.setFlag(TavRegistryEntry::Matched, object.decodeBoolean(Key::isMatched));
-    entry.setFlag(TavRegistryEntry::Active, object.decodeBoolean(Key::isActive));
+    if (!succeeded(Key::kernelRetainCount.data()))
+        return false;
+    using Entry = TavRegistryEntry;
+    for (const auto &[flag, key] :
+         {std::pair(Entry::RegistryRoot, Key::isRegistryRoot),
+          std::pair(Entry::ConformsToDxService, Key::conformsToDxService),
+          std::pair(Entry::Registered, Key::isRegistered),
+          std::pair(Entry::Matched, Key::isMatched), std::pair(Entry::Active, Key::isActive)}) {
+        entry.setFlag(flag, object.decodeBoolean(key));
+        if (!succeeded(key.data()))
+            return false;
+    }
+    return true;
 }
 
 bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object,
@@ -137,8 +147,10 @@ bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object
     if (store != KeyedUnarchiver::root)
         return fail("dataStore", "the entry belongs to no or another store");
     const auto state = object.decodeInteger<quint32>(Key::registryState);
+    if (!succeeded(Key::registryState.data()))
+        return false;
     if (state > RegistryStateTerminated)
-        unarchiver_.fail(QStringLiteral("unknown state of an entry"), QString::number(state));
+        return fail(Key::registryState.data(), "unknown state of an entry");
     entry.registryState_ = static_cast<RegistryState>(state);
     const auto root = object.decodeReference(Key::properties, ArchiveClassName::property);
     if (root)
@@ -152,8 +164,12 @@ bool RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &obj
 {
     if (object.decodeBoolean(Key::isNew))
         entry.registryState_ = RegistryStateNew;
+    if (!succeeded(Key::isNew.data()))
+        return false;
     if (object.decodeBoolean(Key::terminationAcknowledged))
         entry.registryState_ = RegistryStateTerminated;
+    if (!succeeded(Key::terminationAcknowledged.data()))
+        return false;
     if (object.containsData(Key::properties)) {
         const RegistryValue table = PropertyListReader::read(object.decodeData(Key::properties));
         entry.setProperties(TavRegistryProperty::create(TavRegistryEntry::currentPropertyClass(),

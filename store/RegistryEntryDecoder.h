@@ -19,7 +19,7 @@ private:
     bool decodeDates(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeNames(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeRelations(const ArchivedObject &object, TavRegistryEntry &entry);
-    void decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeOldStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
     bool setNames(PlaneTable<CompactString> &table, ArchiveValue value);

@@ -129,13 +129,13 @@ TEST(DataStoreDecoderFaults, LogsWhatCannotBeDecoded)
         {Store, "registryEntries", {}, "registryEntries"},
         {Store, "registryEntries", ArchiveList{at(Text)}, "registryEntries"},
         {Store, "registryEntries", ArchiveList{at(Root), at(Root)}, "registryEntries"},
-        {Store, "hostName", wrong, "registryEntries"},
+        {Store, "hostName", wrong, "hostName"},
         {Store, "registryPlanes", {}, "registryPlanes"},
         {Store, "registryPlanes", ArchiveList(257, QStringLiteral("p")), "registryPlanes"},
         {Store, "registryPlanes", ArchiveList{QString(511, u'p')}, "registryPlanes"},
-        {Store, "lastUpdateDate", wrong, "the archive"},
-        {Store, "dataStoreVersion", text("2"), "the archive"},
-        {Store, "dataStoreVersion", -1, "the archive"},
+        {Store, "lastUpdateDate", wrong, "lastUpdateDate"},
+        {Store, "dataStoreVersion", text("2"), "dataStoreVersion"},
+        {Store, "dataStoreVersion", -1, "dataStoreVersion"},
 
         {Child, "inheritance", ArchiveList{wrong}, "inheritance"},
         {Child, "inheritance", ArchiveList(257, QStringLiteral("c")), "inheritance"},
@@ -152,11 +152,11 @@ TEST(DataStoreDecoderFaults, LogsWhatCannotBeDecoded)
         {Root, "childrenInPlanes", inLongPlane(ArchiveList{at(Child)}), "location"},
         {Root, "childrenInPlanes", inPlane(ArchiveList{at(Text)}), "location"},
         {Root, "childrenInPlanes", inPlane(ArchiveList{at(Child), at(Child)}), "location"},
-        {Child, "isActive", text("yes"), "dataStore"},
+        {Child, "isActive", text("yes"), "isActive"},
         {Child, "properties", {}, "properties"},
         {Child, "properties", at(Root), "properties"},
         {Child, "properties", at(RootTable), "properties"},
-        {Child, "registryState", 4, "properties"},
+        {Child, "registryState", 4, "registryState"},
         {Child, "TavRegistryEntryCoderVersionNumber", 3, ""},
 
         {Text, "registryEntry", {}, "registryEntry"},
@@ -165,6 +165,7 @@ TEST(DataStoreDecoderFaults, LogsWhatCannotBeDecoded)
         {Text, "parent", at(Text), "parent"},
         {RootTable, "parent", at(List), "parent"},
         {Text, "name", wrong, "ident.name"},
+        {Text, "hasName", text("yes"), "hasName"},
         {List, "children", {}, "contents.children"},
         {List, "children", ArchiveList{at(RootTable)}, "contents.children"},
         {List, "children", ArchiveList{at(List)}, "contents.children"},
@@ -181,9 +182,10 @@ TEST(DataStoreDecoderFaults, LogsWhatCannotBeDecoded)
         fault.put(sketch);
         expectRefused(sketch, fault.expectedLog());
     }
-    for (const Fault &fault : {Fault{Root, "isNew", text("wrong"), "properties"},
-                               Fault{Child, "terminationAcknowledged", text("wrong"), "properties"},
-                               Fault{Child, "busyCount", text("wrong"), "properties"}}) {
+    for (const Fault &fault :
+         {Fault{Root, "isNew", text("wrong"), "isNew"},
+          Fault{Child, "terminationAcknowledged", text("wrong"), "terminationAcknowledged"},
+          Fault{Child, "busyCount", text("wrong"), "busyCount"}}) {
         SCOPED_TRACE(fault.key);
         Sketch sketch = SmallStore::old();
         fault.put(sketch);

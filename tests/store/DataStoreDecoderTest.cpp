@@ -56,6 +56,10 @@ TEST(DataStoreDecoder, TakesAbsentValuesWhereTheyAreOptional)
     EXPECT_EQ(store->registryEntries().size(), 2U);
     EXPECT_FALSE(store->registryRoot()->isActive());
     EXPECT_EQ(store->byteOrder(), 0);
+    sketch.objects[Store].set(L1("byteOrder"), QStringLiteral("little"));
+    const auto odd = DataStoreDecoder::decode(sketch.bytes());
+    ASSERT_TRUE(odd) << "what is no number counts as none";
+    EXPECT_EQ(odd->byteOrder(), 0);
     TavRegistryProperty *const properties = store->registryRoot()->properties();
     EXPECT_EQ(properties->childAtIndex(0)->parent(), properties) << "as the list of children says";
 }
