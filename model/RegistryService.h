@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/RegistryValue.h"
+#include "platform/HostInformation.h"
 
 #include <array>
 #include <functional>
@@ -62,6 +63,9 @@ public:
     }
     // The same as prepare for one object, together with what is too costly to read for every one.
     virtual void prepareObject(RegistryObject) {}
+
+    // Of the machine whose registry it is.
+    virtual HostInformation hostInformation() { return HostInformation::ofThisMachine(); }
 
     virtual RegistryObject rootEntry() = 0;
     virtual RegistryObject entryFromPath(const QString &path) = 0;

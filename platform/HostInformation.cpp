@@ -1,6 +1,7 @@
 #include "platform/HostInformation.h"
 
 #include <QFile>
+#include <QStringList>
 #include <QSysInfo>
 
 namespace {
@@ -23,28 +24,30 @@ QString prettyHostName()
     }
     return {};
 }
+
+quint32 processorTypeOf(const QString &machineType)
+{
+    static const QStringList x86{QStringLiteral("i386"), QStringLiteral("i486"),
+                                 QStringLiteral("i586"), QStringLiteral("i686")};
+    if (x86.contains(machineType))
+        return 7;
+    return machineType == QLatin1String("x86_64") ? 0x1000007 : 0;
+}
 } // namespace
 
-QString HostInformation::computerName()
+HostInformation HostInformation::ofThisMachine()
 {
-    const QString pretty = prettyHostName();
-    if (!pretty.isNull())
-        return pretty;
-    const QString name = QSysInfo::machineHostName();
-    return name.isEmpty() ? QString() : name;
+    QString name = prettyHostName();
+    if (name.isNull())
+        name = QSysInfo::machineHostName();
+    HostInformation machine = ofMachine(name, QSysInfo::buildCpuArchitecture());
+    machine.byteOrder = QSysInfo::ByteOrder == QSysInfo::LittleEndian ? 1 : 2;
+    return machine;
 }
 
-quint32 HostInformation::processorType()
+HostInformation HostInformation::ofMachine(const QString &computerName, const QString &machineType)
 {
-    const QString architecture = QSysInfo::buildCpuArchitecture();
-    if (architecture == QLatin1String("i386"))
-        return 7;
-    if (architecture == QLatin1String("x86_64"))
-        return 0x1000007;
-    return 0;
-}
-
-qint32 HostInformation::byteOrder()
-{
-    return QSysInfo::ByteOrder == QSysInfo::LittleEndian ? 1 : 2;
+    const quint32 processorType = processorTypeOf(machineType);
+    return {computerName.isEmpty() ? QString() : computerName, processorType,
+            processorType != 0 ? 1 : 0};
 }

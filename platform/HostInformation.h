@@ -2,14 +2,15 @@
 
 #include <QString>
 
-namespace HostInformation {
-// The pretty host name, else the host name, else null.
-QString computerName();
+// What a snapshot says of the machine that it was taken on.
+struct HostInformation
+{
+    QString computerName;      // null: unknown
+    quint32 processorType = 0; // 7 for 32-bit x86, 0x1000007 for 64-bit x86; 0 for any other
+    qint32 byteOrder = 0;      // 1 little-endian, 2 big-endian; 0 unknown
 
-// The processor type of the running process: 7 for 32-bit x86, 0x1000007 for 64-bit x86; 0 for any
-// other.
-quint32 processorType();
-
-// 1 little-endian, 2 big-endian.
-qint32 byteOrder();
-} // namespace HostInformation
+    // The pretty host name, else the host name; the processor type of the running process.
+    static HostInformation ofThisMachine();
+    // By a machine type such as "x86_64". Most types leave the byte order open.
+    static HostInformation ofMachine(const QString &computerName, const QString &machineType);
+};

@@ -1,7 +1,6 @@
 #include "store/TavDataStore.h"
 
 #include "model/RegistryOrder.h"
-#include "platform/HostInformation.h"
 #include "platform/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
 #include "store/StoreLogging.h"
@@ -37,6 +36,7 @@ TavDataStore::initFromDxRegistry(RegistryService &service,
     std::unique_ptr<TavDataStore> store(new TavDataStore);
     store->isLive_ = true;
     store->service_ = store->bundleService_ = &service;
+    // Deliberate: before the first snapshot, so that a failure of that one is reported, too.
     store->delegate_ = std::move(delegate);
     store->readMachineFacts();
     store->_registerForDxcoreNotifications();
@@ -48,10 +48,10 @@ TavDataStore::initFromDxRegistry(RegistryService &service,
 
 void TavDataStore::readMachineFacts()
 {
-    const QString name = HostInformation::computerName();
-    hostName_ = name.isNull() ? QStringLiteral("Unknown") : name;
-    archName_ = architectureName(HostInformation::processorType());
-    byteOrder_ = HostInformation::byteOrder();
+    const HostInformation host = service_->hostInformation();
+    hostName_ = host.computerName.isNull() ? QStringLiteral("Unknown") : host.computerName;
+    archName_ = architectureName(host.processorType);
+    byteOrder_ = host.byteOrder;
 }
 
 void TavDataStore::setDelegate(std::shared_ptr<TavDataStoreDelegate> delegate)
@@ -79,6 +79,9 @@ void TavDataStore::update()
     readRegistry(began);
 }
 
+// Deliberate: the planes are those that the root had at the last update, so a new plane shows at
+// the second one; and the parents of what hangs below a terminated entry are not read again, so
+// the inside of an unplugged subtree loses its paths.
 void TavDataStore::readRegistry(const QDateTime &began)
 {
     lastUpdateDate_ = began;

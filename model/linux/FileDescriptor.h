@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QByteArray>
+#include <algorithm>
+#include <fcntl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -31,3 +34,16 @@ public:
 private:
     int descriptor_ = -1;
 };
+
+// The first bytes of a file below a directory; null when it cannot be read without waiting.
+inline QByteArray readSmallFile(int directory, const char *path, qsizetype most)
+{
+    const FileDescriptor file(
+        openat(directory, path, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+    if (!file)
+        return {};
+    QByteArray bytes(most, Qt::Uninitialized);
+    bytes.truncate(
+        std::max<ssize_t>(::read(file.get(), bytes.data(), static_cast<std::size_t>(most)), 0));
+    return bytes;
+}

@@ -4,7 +4,6 @@
 
 #include <QFile>
 #include <QSysInfo>
-#include <fcntl.h>
 #include <sys/utsname.h>
 
 namespace {
@@ -41,13 +40,9 @@ RegistryValue::Members HostFacts::ofDeviceTree(const SysfsRoot &root)
     const FileDescriptor base = root.openDirectory("firmware/devicetree/base");
     RegistryValue::Members members;
     const auto strings = [&base](const char *name) {
-        constexpr std::size_t limit = 4096;
-        QByteArray bytes(limit, Qt::Uninitialized);
-        const FileDescriptor file(
-            openat(base.get(), name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
-        bytes.truncate(file ? std::max<ssize_t>(::read(file.get(), bytes.data(), limit), 0) : 0);
+        constexpr qsizetype limit = 4096;
         RegistryValue::Elements list;
-        for (const QByteArray &text : bytes.split('\0')) {
+        for (const QByteArray &text : readSmallFile(base.get(), name, limit).split('\0')) {
             if (!text.isEmpty())
                 list.push_back(RegistryValue::string(QString::fromUtf8(text)));
         }

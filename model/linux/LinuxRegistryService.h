@@ -33,6 +33,7 @@ public:
     void prepareAsync(std::function<void()> ready) override;
     void prepareObject(RegistryObject object) override;
 
+    HostInformation hostInformation() override;
     RegistryObject rootEntry() override;
     RegistryObject entryFromPath(const QString &path) override;
     RegistryStatus childIterator(RegistryObject object, const char *plane,

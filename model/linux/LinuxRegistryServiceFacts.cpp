@@ -1,11 +1,18 @@
 // What LinuxRegistryService tells of a single object.
 #include "model/linux/LinuxRegistryService.h"
+#include "model/linux/RecordedHost.h"
 
 #include <cstring>
 
 namespace {
 using Kind = SweepObject::Kind;
 } // namespace
+
+HostInformation LinuxRegistryService::hostInformation()
+{
+    return root_->isKernels() ? NotifyingRegistryService::hostInformation()
+                              : RecordedHost::of(root_->folder());
+}
 
 RegistryStatus LinuxRegistryService::copyText(const QByteArray &text, RegistryName &buffer)
 {

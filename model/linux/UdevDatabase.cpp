@@ -8,16 +8,6 @@
 namespace {
 constexpr qsizetype largestRecord = 65536;
 
-QByteArray readAll(int directory, const QByteArray &name)
-{
-    const FileDescriptor file(
-        openat(directory, name.constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
-    QByteArray bytes(largestRecord, Qt::Uninitialized);
-    const ssize_t size = file ? ::read(file.get(), bytes.data(), largestRecord) : 0;
-    bytes.truncate(std::max<ssize_t>(size, 0));
-    return bytes;
-}
-
 RegistryValue texts(const QByteArrayList &list, TextPool &pool)
 {
     RegistryValue::Elements elements;
@@ -67,7 +57,7 @@ RegistryValue UdevDatabase::record(const HostObject &device)
     const QByteArray name = recordName(device);
     if (!exists() || name.isEmpty() || name.contains('/'))
         return {};
-    const QByteArray bytes = readAll(directory_.get(), name);
+    const QByteArray bytes = readSmallFile(directory_.get(), name.constData(), largestRecord);
     QByteArrayList links;
     QByteArrayList tags;
     RegistryValue::Members properties;

@@ -66,6 +66,24 @@ TEST(ObjectReader, LeavesOutLinksThatCannotBeRead)
     EXPECT_EQ(bus.object.links[0].target, "devices/b");
 }
 
+TEST(LinuxNames, RecordedTreeHasTheIdentityOfItsOwnMachine)
+{
+    MadeTree made;
+    const auto identity = [&made] {
+        const CapturedTree tree = CapturedTree::capture(made.sys() + u'/');
+        return QStringLiteral("%1 (%2) %3")
+            .arg(tree.store->hostName(), tree.store->archName(),
+                 QString::number(tree.store->byteOrder()));
+    };
+    const QString folder = QDir(made.sys() + QStringLiteral("/..")).canonicalPath();
+    EXPECT_EQ(identity(), QDir(folder).dirName() + QStringLiteral(" (<Unknown>) 0"));
+    made.file("../proc/sys/kernel/arch", "x86_64\n");
+    made.file("../etc/hostname", "lab/7\n# another line\n");
+    EXPECT_EQ(identity(), QStringLiteral("lab!7 (x86_64) 1"));
+    made.file("../proc/sys/kernel/arch", "aarch64\n");
+    EXPECT_EQ(identity(), QStringLiteral("lab!7 (<Unknown>) 0"));
+}
+
 TEST(LinuxNames, TellClassesBelowDifferentOnesApart)
 {
     MadeTree made;

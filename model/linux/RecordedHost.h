@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/HostInformation.h"
+
+class QByteArray;
+
+// The machine that a tree was recorded on, by the files beside the tree: etc/hostname, or
+// proc/sys/kernel/hostname, and proc/sys/kernel/arch. Without a name it is called after the folder.
+namespace RecordedHost {
+HostInformation of(const QByteArray &sysfsFolder);
+}

@@ -1,0 +1,21 @@
+"""What says which machine a root is of: files beside it, at their places in a file system."""
+import os
+import platform
+
+NAME = "etc/hostname"
+MACHINE = "proc/sys/kernel/arch"
+
+
+def files(root, with_name):
+    """Contents by path, of this machine or of what lies beside a recorded root."""
+    beside = os.path.dirname(os.path.realpath(root))
+    found = {}
+    for path in (NAME, MACHINE) if with_name else (MACHINE,):
+        try:
+            with open(os.path.join(beside, path), "rb") as file:
+                found[path] = file.read(1024)
+        except OSError:
+            pass
+    if beside == "/" and MACHINE not in found:  # older kernels do not say
+        found[MACHINE] = platform.machine().encode() + b"\n"
+    return found
