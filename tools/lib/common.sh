@@ -10,6 +10,13 @@ die() {
     exit 1
 }
 
+# step TEXT: says what begins, and how long after the start of the first tool.
+step() {
+    export VANDREL_STARTED=${VANDREL_STARTED:-$EPOCHSECONDS}
+    local seconds=$((EPOCHSECONDS - VANDREL_STARTED))
+    say "[$((seconds / 60)):$(printf %02d $((seconds % 60)))] $*"
+}
+
 # missing_packages GROUP...: the packages of these groups that are not installed.
 missing_packages() {
     local group name status
@@ -34,7 +41,7 @@ need_packages() {
             die "these packages are missing and only root can install them: ${missing[*]}"
         as_root=(sudo)
     fi
-    say "Installing ${missing[*]}"
+    step "Installing ${missing[*]}"
     local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300)
     "${apt[@]}" update >&2 || die "the package lists could not be fetched"
     "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >&2 ||
@@ -46,6 +53,7 @@ build() {
     local preset=$1 targets=()
     shift
     (($#)) && targets=(--target "$@")
+    step "Building ($preset)"
     cmake -S "$root" --preset "$preset" >&2
     cmake --build "$root/build/$preset" --parallel "$(nproc)" "${targets[@]}" >&2
 }
