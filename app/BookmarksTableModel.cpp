@@ -43,8 +43,7 @@ void BookmarksTableModel::changeRows(std::vector<BookmarkRef> &bookmarks,
     }
     bookmarks = target;
     changePersistentIndexList(before, after);
-    Q_EMIT layoutChanged();
-    noteDataChanged();
+    Q_EMIT layoutChanged(); // dataChanged() would put the stored text into an open editor
 }
 
 void BookmarksTableModel::removeRowsMissingIn(std::vector<BookmarkRef> &bookmarks,
@@ -71,13 +70,6 @@ void BookmarksTableModel::appendRowsMissingIn(std::vector<BookmarkRef> &bookmark
         ++rows_;
         endInsertRows();
     }
-}
-
-// Not by the cell: that would put the stored text into its editor.
-void BookmarksTableModel::noteDataChanged()
-{
-    if (rows_ > 0)
-        Q_EMIT dataChanged(index(0, 0), index(rows_ - 1, 1));
 }
 
 int BookmarksTableModel::rowCount(const QModelIndex &parent) const
@@ -119,7 +111,7 @@ bool BookmarksTableModel::setData(const QModelIndex &index, const QVariant &valu
     if (role != Qt::EditRole)
         return false;
     controller_.setObjectValue(value.toString(), identifierOfColumn(index.column()), index.row());
-    noteDataChanged();
+    Q_EMIT dataChanged(this->index(0, 0), this->index(rows_ - 1, 1));
     return true;
 }
 

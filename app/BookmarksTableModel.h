@@ -33,7 +33,6 @@ private:
                              const std::vector<BookmarkRef> &target);
     void appendRowsMissingIn(std::vector<BookmarkRef> &bookmarks,
                              const std::vector<BookmarkRef> &target);
-    void noteDataChanged();
 
     TavBookmarksController &controller_;
     int rows_ = 0; // as the views know them
