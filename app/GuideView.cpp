@@ -64,6 +64,15 @@ QList<QTextCursor> GuideView::matches(const QString &text) const
     return matches;
 }
 
+void GuideView::showMatch(const QTextCursor &match)
+{
+    setTextCursor(match);
+    const int height = viewport()->height();
+    const int place = cursorRect().center().y();
+    if (place < height / 8 || place > height - height / 8)
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + place - height / 3);
+}
+
 // Pictures of windows are wider than the text.
 QVariant GuideView::loadResource(int type, const QUrl &name)
 {

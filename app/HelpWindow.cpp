@@ -13,7 +13,7 @@
 
 namespace {
 constexpr int contentsWidth = 190;
-constexpr int guideWidth = 740;
+constexpr int guideWidth = 760;
 constexpr int windowHeight = 720;
 constexpr float otherMatchOpacity = 0.35F;
 } // namespace
@@ -87,6 +87,7 @@ void HelpWindow::setUpContents()
 {
     contents_->setObjectName(QStringLiteral("guideContents"));
     contents_->setAccessibleName(tr("Contents"));
+    contents_->setSpacing(2);
     const std::vector<GuideView::Section> sections = guide_->sections();
     for (const GuideView::Section &section : sections)
         contents_->addItem(section.title);
@@ -150,7 +151,7 @@ void HelpWindow::showMatch()
     for (QToolButton *button : stepButtons_)
         button->setEnabled(!matches_.isEmpty());
     if (!matches_.isEmpty()) {
-        guide_->setTextCursor(matches_[match_]);
+        guide_->showMatch(matches_[match_]);
         searchStatus_->setText(tr("%1 of %2").arg(match_ + 1).arg(matches_.size()));
     } else {
         searchStatus_->setText(searchField_->text().isEmpty() ? QString() : tr("Not found"));
