@@ -7,8 +7,8 @@
 
 class QLocalSocket;
 
-// The copy of the program that later ones on the same user's display hand files over to. Whoever
-// connects is greeted, sends one line and has an answer to it; anything else ends the connection.
+// The copy of the program that later ones on the same user's display hand files over to. It greets
+// a client, reads one line and answers it; anything else ends the connection.
 class RunningInstance : public QObject
 {
     Q_OBJECT

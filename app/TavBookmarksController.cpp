@@ -138,6 +138,7 @@ std::vector<BookmarkRef> TavBookmarksController::storedBookmarks() const
             records.push_back({value.toObject()});
     }
     std::vector<BookmarkRef> bookmarks;
+    bookmarks.reserve(records.size());
     for (const Bookmark &stored : records)
         bookmarks.push_back(take(
             known, [&](const Bookmark &bookmark) { return bookmark.record == stored.record; }));

@@ -23,14 +23,14 @@ public:
     Contents read();
     // As read(), but a file that cannot be used is left alone: somebody may be writing it.
     std::optional<QJsonObject> peek();
-    // Whether the file is another one than was last read or written.
+    // Whether the file may differ from what was last read or written.
     bool hasChanged() const { return !(stampOf(path_) == stamp_); }
     bool isWritable() const { return !untouchable_; } // as far as read() found
     // Replaces the file as a whole or not at all. The problem for the user; null if written.
     QString write(const QJsonObject &values);
 
 private:
-    // Tells one state of a file from another without reading it.
+    // Differs between two states of a file.
     struct Stamp
     {
         quint64 device = 0;

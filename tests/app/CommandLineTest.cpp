@@ -18,10 +18,6 @@ TEST(CommandLine, RunsOnThisMachineUnlessToldOtherwise)
     EXPECT_EQ(plain.action, CommandLine::Action::Run);
     EXPECT_EQ(plain.sysfsRoot, QStringLiteral("/sys"));
     EXPECT_EQ(plain.theme, std::nullopt);
-    EXPECT_TRUE(plain.plane.isNull());
-    EXPECT_TRUE(plain.selectedPath.isNull());
-    EXPECT_TRUE(plain.screenshotFile.isNull());
-
     const CommandLine told = parse("--sysfs /a --theme dark --plane DxBus --select DxBus:/pci "
                                    "--screenshot b.png c.vandrel d");
     EXPECT_EQ(told.sysfsRoot, QStringLiteral("/a"));
@@ -42,15 +38,6 @@ TEST(CommandLine, ShowsHelpAndVersion)
     const CommandLine version = parse("-v");
     EXPECT_EQ(version.action, CommandLine::Action::ShowText);
     EXPECT_EQ(version.text, QStringLiteral("Vandrel " VANDREL_VERSION));
-}
-
-TEST(CommandLine, CapturesWithoutAWindow)
-{
-    const CommandLine line = parse("--capture a.vandrel --sysfs /a");
-    EXPECT_EQ(line.action, CommandLine::Action::Capture);
-    EXPECT_EQ(line.captureFile, QStringLiteral("a.vandrel"));
-    EXPECT_EQ(line.sysfsRoot, QStringLiteral("/a"));
-    EXPECT_EQ(parse("--capture -").captureFile, QStringLiteral("-"));
 }
 
 TEST(CommandLine, LeavesPlainFilesToTheRunningCopy)
