@@ -2,22 +2,18 @@
 
 #include "app/TavBookmarksController.h"
 
-#include <QFontDatabase>
+#include <QFont>
 
 namespace {
-constexpr double smallSize = 0.9; // of the general font
-
 QString identifierOfColumn(int column)
 {
     return column == 0 ? Bookmark::nameKey() : Bookmark::pathKey();
 }
 
-QFont smallSystemFont(bool isBold)
+int rowIn(const std::vector<BookmarkRef> &bookmarks, const BookmarkRef &bookmark)
 {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setPointSizeF(font.pointSizeF() * smallSize);
-    font.setBold(isBold);
-    return font;
+    const auto found = std::find(bookmarks.begin(), bookmarks.end(), bookmark);
+    return found != bookmarks.end() ? static_cast<int>(found - bookmarks.begin()) : -1;
 }
 } // namespace
 
@@ -31,6 +27,49 @@ void BookmarksTableModel::reloadData()
     beginResetModel();
     rows_ = controller_.numberOfRowsInTableView();
     endResetModel();
+}
+
+void BookmarksTableModel::changeRows(std::vector<BookmarkRef> &bookmarks,
+                                     const std::vector<BookmarkRef> &target)
+{
+    removeRowsMissingIn(bookmarks, target);
+    appendRowsMissingIn(bookmarks, target);
+    Q_EMIT layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    for (const QModelIndex &index : before) {
+        const BookmarkRef &bookmark = bookmarks[static_cast<std::size_t>(index.row())];
+        after.append(this->index(rowIn(target, bookmark), index.column()));
+    }
+    bookmarks = target;
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged(); // dataChanged() would put the stored text into an open editor
+}
+
+void BookmarksTableModel::removeRowsMissingIn(std::vector<BookmarkRef> &bookmarks,
+                                              const std::vector<BookmarkRef> &target)
+{
+    for (int row = rows_ - 1; row >= 0; --row) {
+        if (rowIn(target, bookmarks[static_cast<std::size_t>(row)]) >= 0)
+            continue;
+        beginRemoveRows({}, row, row);
+        bookmarks.erase(bookmarks.begin() + row);
+        --rows_;
+        endRemoveRows();
+    }
+}
+
+void BookmarksTableModel::appendRowsMissingIn(std::vector<BookmarkRef> &bookmarks,
+                                              const std::vector<BookmarkRef> &target)
+{
+    for (const BookmarkRef &bookmark : target) {
+        if (rowIn(bookmarks, bookmark) >= 0)
+            continue;
+        beginInsertRows({}, rows_, rows_);
+        bookmarks.push_back(bookmark);
+        ++rows_;
+        endInsertRows();
+    }
 }
 
 int BookmarksTableModel::rowCount(const QModelIndex &parent) const
@@ -61,7 +100,7 @@ QVariant BookmarksTableModel::data(const QModelIndex &index, int role) const
         return controller_.objectValueForTableColumn(identifierOfColumn(index.column()),
                                                      index.row());
     case Qt::FontRole:
-        return smallSystemFont(controller_.isDefaultBookmark(index.row()));
+        return controller_.willDisplayCell(index.row());
     default:
         return {};
     }
@@ -90,5 +129,5 @@ QStringList BookmarksTableModel::mimeTypes() const
 
 QMimeData *BookmarksTableModel::mimeData(const QModelIndexList &indexes) const
 {
-    return indexes.isEmpty() ? nullptr : controller_.pasteboardForRow(indexes.first().row());
+    return controller_.writeRowsWithIndexes(indexes);
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "app/Bookmark.h"
+
 #include <QAbstractTableModel>
+#include <vector>
 
 class TavBookmarksController;
 
@@ -12,6 +15,9 @@ public:
     explicit BookmarksTableModel(TavBookmarksController &controller);
 
     void reloadData(); // after any change of the bookmarks
+    // Makes the bookmarks, which are the controller's, the given ones. Selection and edit stay with
+    // those that stay.
+    void changeRows(std::vector<BookmarkRef> &bookmarks, const std::vector<BookmarkRef> &target);
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -23,6 +29,11 @@ public:
     QMimeData *mimeData(const QModelIndexList &indexes) const override;
 
 private:
+    void removeRowsMissingIn(std::vector<BookmarkRef> &bookmarks,
+                             const std::vector<BookmarkRef> &target);
+    void appendRowsMissingIn(std::vector<BookmarkRef> &bookmarks,
+                             const std::vector<BookmarkRef> &target);
+
     TavBookmarksController &controller_;
     int rows_ = 0; // as the views know them
 };

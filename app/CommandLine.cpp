@@ -43,10 +43,12 @@ public:
     {
         parser_.setApplicationDescription(
             tr("Shows the devices and drivers that the Linux kernel knows of."));
-        parser_.addOptions(
-            {sysfs_, theme_, plane_, select_, screenshot_, capture_, help_, version_});
+        parser_.addOptions({sysfs_, theme_, plane_, select_, screenshot_, capture_, newInstance_,
+                            help_, version_});
         parser_.addPositionalArgument(QStringLiteral("FILE"),
-                                      tr("Documents to open instead of this machine's registry."),
+                                      tr("Documents to open instead of this machine's registry. "
+                                         "Without options, the program that runs already opens "
+                                         "them."),
                                       tr("[FILE…]"));
     }
 
@@ -57,14 +59,16 @@ private:
     {
         return parser_.isSet(option) ? parser_.value(option) : QString();
     }
+    std::optional<Theme> theme() const { return themeNamed(parser_.value(theme_)); }
+    bool isForRunningCopy() const;
     QString objectionToCapture() const;
 
     const QCommandLineOption sysfs_{QStringLiteral("sysfs"),
                                     tr("Read the registry from this sysfs tree."), tr("DIR"),
                                     QStringLiteral("/sys")};
-    const QCommandLineOption theme_{QStringLiteral("theme"),
-                                    tr("Look: light, dark or system, which is the default."),
-                                    tr("NAME"), QStringLiteral("system")};
+    const QCommandLineOption theme_{
+        QStringLiteral("theme"), tr("Look: light, dark or system, whatever the preferences say."),
+        tr("NAME")};
     const QCommandLineOption plane_{QStringLiteral("plane"), tr("Show this plane first."),
                                     tr("NAME")};
     const QCommandLineOption select_{
@@ -78,6 +82,9 @@ private:
            "window, and exit: with 0 when it is written, 1 when there is no registry to read, 2 "
            "when it cannot be written, 64 when the command line is wrong."),
         tr("FILE")};
+    const QCommandLineOption newInstance_{
+        QStringLiteral("new-instance"),
+        tr("Open the documents here, even if the program runs already.")};
     const QCommandLineOption help_{{QStringLiteral("h"), QStringLiteral("help")},
                                    tr("Show this help.")};
     const QCommandLineOption version_{{QStringLiteral("v"), QStringLiteral("version")},
@@ -93,8 +100,7 @@ CommandLine Parser::parse(const QStringList &arguments)
         return message(helpText(parser_, arguments.value(0)));
     if (parser_.isSet(version_))
         return message(QStringLiteral("Vandrel %1").arg(QLatin1String(VANDREL_VERSION)));
-    const std::optional<Theme> chosen = themeNamed(parser_.value(theme_));
-    if (!chosen)
+    if (parser_.isSet(theme_) && !theme())
         return failure(tr("Unknown theme: %1").arg(parser_.value(theme_)));
 
     CommandLine line;
@@ -106,17 +112,25 @@ CommandLine Parser::parse(const QStringList &arguments)
     }
     line.sysfsRoot = parser_.value(sysfs_);
     line.files = parser_.positionalArguments();
-    line.theme = *chosen;
+    line.isForRunningCopy = isForRunningCopy();
+    line.theme = theme();
     line.plane = valueOrNull(plane_);
     line.selectedPath = valueOrNull(select_);
     line.screenshotFile = valueOrNull(screenshot_);
     return line;
 }
 
+// Whatever else is asked for is not for the running copy to do.
+bool Parser::isForRunningCopy() const
+{
+    return parser_.optionNames().isEmpty() && !parser_.positionalArguments().isEmpty();
+}
+
 // Null when there is none.
 QString Parser::objectionToCapture() const
 {
-    for (const QCommandLineOption *option : {&theme_, &plane_, &select_, &screenshot_}) {
+    for (const QCommandLineOption *option :
+         {&theme_, &plane_, &select_, &screenshot_, &newInstance_}) {
         if (parser_.isSet(*option))
             return tr("--%1 needs a window, and --capture opens none.")
                 .arg(option->names().constFirst());

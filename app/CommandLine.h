@@ -15,10 +15,11 @@ struct CommandLine
     Action action = Action::Run;
     QString text; // to be shown: help and version on standard output, a failure on standard error
     QString sysfsRoot;
-    QStringList files; // documents to open; none: a new one
-    Theme theme = Theme::System;
-    QString plane;          // null: the preferred one
-    QString selectedPath;   // null: the registry's root
-    QString screenshotFile; // null: none
-    QString captureFile;    // "-": standard output
+    QStringList files;             // documents to open; none: a new one
+    bool isForRunningCopy = false; // whether a copy that runs may open them instead
+    std::optional<Theme> theme;    // none: the preferred one
+    QString plane;                 // null: the preferred one
+    QString selectedPath;          // null: the registry's root
+    QString screenshotFile;        // null: none
+    QString captureFile;           // "-": standard output
 };

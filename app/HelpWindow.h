@@ -1,15 +1,36 @@
 #pragma once
 
-#include <QTextBrowser>
+#include "app/GuideView.h"
 
-// Shows the guide, which is part of the program.
-class HelpWindow : public QTextBrowser
+class QBoxLayout;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QToolButton;
+
+// Shows the guide beside a table of its contents, with a field to search it.
+class HelpWindow : public QWidget
 {
     Q_OBJECT
 public:
     HelpWindow();
     void showHelp();
 
-protected:
-    QVariant loadResource(int type, const QUrl &name) override;
+private:
+    QBoxLayout *makeSearchBar();
+    QToolButton *makeStepButton(const char *icon, const QString &name, int step);
+    void setUpContents();
+    void setUpKeys();
+    void search();
+    void step(int by);
+    void showMatch();
+    void endSearchOrClose();
+
+    QLineEdit *searchField_;
+    QLabel *searchStatus_;
+    QListWidget *contents_;
+    GuideView *guide_;
+    std::vector<QToolButton *> stepButtons_;
+    QList<QTextCursor> matches_; // of what the field says
+    qsizetype match_ = 0;        // the one that is selected
 };

@@ -28,14 +28,13 @@ void installTranslations()
 }
 } // namespace
 
-void Startup::setUpApplication(Theme theme)
+void Startup::setUpApplication()
 {
     // No display name: the system would add it to the windows' titles.
     QApplication::setApplicationName(QStringLiteral("Vandrel"));
     QApplication::setApplicationVersion(QStringLiteral(VANDREL_VERSION));
     QApplication::setDesktopFileName(PreferencesStore::applicationIdentifier());
     installTranslations();
-    applyTheme(theme);
     QApplication::setWindowIcon(QIcon::fromTheme(PreferencesStore::applicationIdentifier()));
     SystemBeep::setSounder([] { QApplication::beep(); });
     AlertPanel::setPresenter(AlertBox::present);

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "platform/desktop/Theme.h"
-
 // What is set up once, before the first document opens.
 namespace Startup {
-void setUpApplication(Theme theme);
+void setUpApplication(); // the theme is applied
 } // namespace Startup

@@ -39,6 +39,7 @@ TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> 
           {.mainWindow = [this] { return mainWindowController(); },
            .hasDocuments = [this] { return !documents_.documents().empty(); },
            .defaultBookmarkPopUp = [this] { return defaultsController_.defaultBookmarkPopUp(); }})
+    , storedFormats_(documents_)
 {
     documents_.setWindowControllerFactory(
         [](TavDocument &document) { return std::make_unique<TavWindowController>(document); });
@@ -101,6 +102,18 @@ bool TavApplicationDelegate::start(const CommandLine &line, QString *error)
         warning_ = std::make_unique<PreferencesWarning>(*window);
     }
     return true;
+}
+
+void TavApplicationDelegate::openFilesOfOtherCopy(const QStringList &files)
+{
+    RunLoop::performLater(*this, [this, files] {
+        TavWindowController *const front = mainWindowController();
+        if (front) {
+            front->window()->setWindowState(front->window()->windowState() & ~Qt::WindowMinimized);
+            front->showWindow();
+        }
+        documentCommands_.openFiles(files, front ? front->window() : nullptr);
+    });
 }
 
 TavWindowController *TavApplicationDelegate::mainWindowController() const

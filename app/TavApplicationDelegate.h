@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/StoredFormats.h"
 #include "app/TavBookmarksController.h"
 #include "app/TavDefaultsController.h"
 #include "platform/desktop/DocumentCommands.h"
@@ -25,9 +26,13 @@ public:
     explicit TavApplicationDelegate(std::unique_ptr<RegistryService> service);
     ~TavApplicationDelegate() override;
 
+    void applicationWillFinishLaunching();
+    void applicationDidFinishLaunching();
     // Shows what is asked for, within the event loop or before it. False, with a message for the
     // user, when the plane or entry asked for is not there, or a picture of a file cannot be made.
     bool start(const CommandLine &line, QString *error);
+    // Comes to the front with them.
+    void openFilesOfOtherCopy(const QStringList &files);
 
     TavDocumentController &documents() { return documents_; }
     DocumentCommands &documentCommands() { return documentCommands_; }
@@ -40,8 +45,6 @@ Q_SIGNALS:
     void pictureFailed(const QString &message);
 
 private:
-    void applicationWillFinishLaunching();
-    void applicationDidFinishLaunching();
     bool goWhereAsked(const CommandLine &line, QString *error);
     void takePicture(const QString &file);
     void connectCommands(TavDocument &document, TavWindowController &controller);
@@ -54,6 +57,7 @@ private:
     DocumentCommands documentCommands_;
     DocumentWindows documentWindows_;
     TavBookmarksController bookmarksController_;
+    StoredFormats storedFormats_;
     std::unique_ptr<HelpWindow> helpWindow_;
     std::unique_ptr<PreferencesWarning> warning_;
     std::unique_ptr<WindowPicture> picture_;

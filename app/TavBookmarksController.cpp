@@ -9,15 +9,35 @@
 #include <QAction>
 #include <QComboBox>
 #include <QDialog>
+#include <QFontDatabase>
 #include <QJsonDocument>
 #include <QMenu>
 #include <QMimeData>
 
 namespace {
+constexpr double smallSize = 0.9; // of the general font
 const QString bookmarksKey = QStringLiteral("Bookmarks");
 const QString defaultIndexKey = QStringLiteral("DefaultBookmarkIndex");
 
 TavBookmarksController *instance = nullptr;
+
+bool isBefore(const BookmarkRef &a, const BookmarkRef &b)
+{
+    return compareAsBookmarks(*a, *b) < 0;
+}
+
+// Removes the first bookmark that matches; null without one.
+BookmarkRef take(std::vector<BookmarkRef> &bookmarks, const auto &matches)
+{
+    const auto found =
+        std::find_if(bookmarks.begin(), bookmarks.end(),
+                     [&](const BookmarkRef &bookmark) { return matches(*bookmark); });
+    if (found == bookmarks.end())
+        return nullptr;
+    BookmarkRef taken = *found;
+    bookmarks.erase(found);
+    return taken;
+}
 
 bool isMarker(const QAction &item)
 {
@@ -36,6 +56,12 @@ TavBookmarksController::TavBookmarksController(Surroundings surroundings)
     Q_ASSERT(!instance);
     instance = this;
     ExplorerBookmarks::setShared(this);
+    observation_ = NotificationCenter::defaultCenter().observe(
+        PreferencesStore::didMergeNotification(), &PreferencesStore::standard(),
+        [this](const auto &) {
+            if (bookmarks_ && adoptStoredBookmarks())
+                rebuildBookmarksMenus();
+        });
 }
 
 TavBookmarksController::~TavBookmarksController()
@@ -60,33 +86,94 @@ void TavBookmarksController::readBookmarksIfNeeded()
 {
     if (bookmarks_)
         return;
-    const PreferencesStore &preferences = PreferencesStore::standard();
-    defaultBookmark_.reset();
     bookmarks_.emplace();
-    for (const auto &value : preferences.list(bookmarksKey)) {
-        if (value.isObject())
-            bookmarks_->push_back(std::make_shared<Bookmark>(Bookmark{value.toObject()}));
+    adoptStoredBookmarks();
+}
+
+// Before a change, so that it adds to what another copy has just saved.
+void TavBookmarksController::refreshBookmarks()
+{
+    PreferencesStore::standard().refresh();
+    readBookmarksIfNeeded();
+    adoptStoredBookmarks();
+}
+
+// False if they are the known ones.
+bool TavBookmarksController::adoptStoredBookmarks()
+{
+    if (isAsStored())
+        return false;
+    std::vector<BookmarkRef> stored = storedBookmarks();
+    const qint64 index = PreferencesStore::standard().integer(defaultIndexKey);
+    const bool hasDefault = index >= 0 && index < static_cast<qint64>(stored.size());
+    defaultBookmark_ = hasDefault ? stored[static_cast<std::size_t>(index)] : nullptr;
+    const bool isInOrder = std::is_sorted(stored.begin(), stored.end(), isBefore);
+    std::stable_sort(stored.begin(), stored.end(), isBefore);
+    if (tableModel_)
+        tableModel_->changeRows(*bookmarks_, stored);
+    else
+        *bookmarks_ = std::move(stored);
+    if (!isInOrder) { // else the default's index would be taken for that in the old order
+        sortBookmarks();
+        saveBookmarks();
     }
-    const qint64 index = preferences.integer(defaultIndexKey);
-    if (index >= 0 && index < static_cast<qint64>(bookmarks_->size()))
-        defaultBookmark_ = (*bookmarks_)[static_cast<std::size_t>(index)];
-    sortBookmarks();
+    return true;
+}
+
+bool TavBookmarksController::isAsStored() const
+{
+    const PreferencesStore &preferences = PreferencesStore::standard();
+    return preferences.list(bookmarksKey) == records() &&
+           preferences.integer(defaultIndexKey) == rowOf(defaultBookmark_);
+}
+
+// A bookmark that is known stays the object it is, renamed or moved by another copy or not, for
+// rows, menus and an edit refer to it.
+std::vector<BookmarkRef> TavBookmarksController::storedBookmarks() const
+{
+    std::vector<BookmarkRef> known = *bookmarks_;
+    std::vector<Bookmark> records;
+    for (const auto &value : PreferencesStore::standard().list(bookmarksKey)) {
+        if (value.isObject())
+            records.push_back({value.toObject()});
+    }
+    std::vector<BookmarkRef> bookmarks;
+    bookmarks.reserve(records.size());
+    for (const Bookmark &stored : records)
+        bookmarks.push_back(take(
+            known, [&](const Bookmark &bookmark) { return bookmark.record == stored.record; }));
+    for (std::size_t i = 0; i < bookmarks.size(); ++i) {
+        if (bookmarks[i])
+            continue;
+        bookmarks[i] = take(known, [&](const Bookmark &bookmark) {
+            return bookmark.name() == records[i].name() || bookmark.path() == records[i].path();
+        });
+        if (bookmarks[i])
+            *bookmarks[i] = records[i];
+        else
+            bookmarks[i] = std::make_shared<Bookmark>(records[i]);
+    }
+    return bookmarks;
 }
 
 void TavBookmarksController::sortBookmarks()
 {
-    std::stable_sort(bookmarks_->begin(), bookmarks_->end(),
-                     [](const auto &a, const auto &b) { return compareAsBookmarks(*a, *b) < 0; });
+    std::stable_sort(bookmarks_->begin(), bookmarks_->end(), isBefore);
     if (defaultBookmark_)
         PreferencesStore::standard().setValue(defaultIndexKey, rowOf(defaultBookmark_));
 }
 
 void TavBookmarksController::saveBookmarks() const
 {
-    QJsonArray list;
+    PreferencesStore::standard().setValue(bookmarksKey, records());
+}
+
+QJsonArray TavBookmarksController::records() const
+{
+    QJsonArray records;
     for (const BookmarkRef &bookmark : *bookmarks_)
-        list.append(bookmark->record);
-    PreferencesStore::standard().setValue(bookmarksKey, list);
+        records.append(bookmark->record);
+    return records;
 }
 
 QString TavBookmarksController::defaultBookmarkPath()
@@ -98,20 +185,20 @@ QString TavBookmarksController::defaultBookmarkPath()
 void TavBookmarksController::addBookmarkNamed(const QString &name, const QString &path,
                                               bool setAsDefault)
 {
-    readBookmarksIfNeeded();
+    refreshBookmarks();
     const auto bookmark = std::make_shared<Bookmark>(Bookmark::make(name, path));
     bookmarks_->insert(bookmarks_->begin() + std::max(selectedRow(), 0), bookmark);
     sortBookmarks();
+    saveBookmarks();
     if (setAsDefault)
         setDefaultBookmark(bookmark, true);
-    saveBookmarks();
     reloadTable();
     rebuildBookmarksMenus();
 }
 
 void TavBookmarksController::setDefaultBookmark(const BookmarkRef &bookmark, bool updateMenu)
 {
-    readBookmarksIfNeeded();
+    refreshBookmarks();
     defaultBookmark_ = bookmark;
     int index = -1;
     if (bookmark) {
@@ -207,7 +294,11 @@ void TavBookmarksController::setObjectValue(const QString &value, const QString 
 {
     if (!isRow(row) || objectValueForTableColumn(identifier, row) == value)
         return;
-    lastEditedBookmark_ = (*bookmarks_)[static_cast<std::size_t>(row)];
+    const BookmarkRef edited = (*bookmarks_)[static_cast<std::size_t>(row)];
+    refreshBookmarks();
+    if (rowOf(edited) < 0) // another copy has deleted it
+        return;
+    lastEditedBookmark_ = edited;
     lastEditedBookmark_->record.insert(identifier, value);
     if (identifier == Bookmark::nameKey()) {
         sortBookmarks();
@@ -219,16 +310,19 @@ void TavBookmarksController::setObjectValue(const QString &value, const QString 
     rebuildBookmarksMenus();
 }
 
-bool TavBookmarksController::isDefaultBookmark(int row) const
+QFont TavBookmarksController::willDisplayCell(int row) const
 {
-    return isRow(row) && (*bookmarks_)[static_cast<std::size_t>(row)] == defaultBookmark_;
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    font.setPointSizeF(font.pointSizeF() * smallSize);
+    font.setBold(isRow(row) && (*bookmarks_)[static_cast<std::size_t>(row)] == defaultBookmark_);
+    return font;
 }
 
-QMimeData *TavBookmarksController::pasteboardForRow(int row) const
+QMimeData *TavBookmarksController::writeRowsWithIndexes(const QModelIndexList &indexes) const
 {
-    if (!isRow(row))
+    if (indexes.isEmpty() || !isRow(indexes.first().row()))
         return nullptr;
-    const Bookmark &bookmark = *(*bookmarks_)[static_cast<std::size_t>(row)];
+    const Bookmark &bookmark = *(*bookmarks_)[static_cast<std::size_t>(indexes.first().row())];
     auto *const data = new QMimeData;
     data->setText(bookmark.path());
     data->setData(pasteboardType(), QJsonDocument(bookmark.record).toJson(QJsonDocument::Compact));

@@ -2,7 +2,9 @@
 
 #include "app/Bookmark.h"
 #include "explorer/ExplorerBookmarks.h"
+#include "platform/NotificationCenter.h"
 
+#include <QModelIndex>
 #include <QObject>
 #include <QPointer>
 #include <optional>
@@ -12,6 +14,7 @@ class BookmarksTableModel;
 class QAction;
 class QComboBox;
 class QDialog;
+class QKeyEvent;
 class QMenu;
 class QMimeData;
 class QPushButton;
@@ -19,7 +22,8 @@ class QTableView;
 class TavWindowController;
 
 // The bookmarks: kept in the preferences, listed in menus, edited in a panel. One of them may be
-// the default, which new windows go to. Every change is saved at once.
+// the default, which new windows go to. Every change is saved at once, and what another running
+// copy of the program has saved is followed.
 class TavBookmarksController : public QObject, public ExplorerBookmarks
 {
     Q_OBJECT
@@ -41,44 +45,53 @@ public:
     static TavBookmarksController &sharedInstance();
 
     const std::vector<BookmarkRef> &bookmarks();
+    void readBookmarksIfNeeded();
+    void saveBookmarks() const;
+    void sortBookmarks();
     QString defaultBookmarkPath() override;
     void addBookmarkNamed(const QString &name, const QString &path, bool setAsDefault) override;
     void setDefaultBookmark(const BookmarkRef &bookmark, bool updateMenu); // null: none
     // A window's menu. Its items go to the bookmarks in that window.
     void addBookmarksMenu(QMenu &menu, TavWindowController &window);
     void rebuildBookmarksMenus();
+    void validateMenuItem(QAction &toggleItem) const;
 
     void toggleBookmarksPanel();
     QDialog *bookmarksPanel() const { return bookmarksPanel_.get(); } // null until shown
+    void newBookmarkFromBookmarksPanel();
+    void deleteBookmark();
+    void goToSelectedBookmark();
+    void defaultBookmarkButtonClicked();
+    void clearDefaultBookmarkButtonClicked();
     void defaultBookmarkPopUpChanged();
     void checkForDocuments();
+    bool keyDown(const QKeyEvent &event); // whether it did something
 
     // The table's rows.
     int numberOfRowsInTableView();
     QString objectValueForTableColumn(const QString &identifier, int row) const;
     void setObjectValue(const QString &value, const QString &identifier, int row);
-    bool isDefaultBookmark(int row) const;
-    QMimeData *pasteboardForRow(int row) const; // the caller's
+    QFont willDisplayCell(int row) const;
+    QMimeData *writeRowsWithIndexes(const QModelIndexList &indexes) const; // the caller's, or null
+    void tableViewSelectionDidChange();
+    void reloadBookmarksAfterEdit();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void readBookmarksIfNeeded();
-    void saveBookmarks() const;
-    void sortBookmarks();
+    void refreshBookmarks();
+    bool adoptStoredBookmarks();
+    bool isAsStored() const;
+    QJsonArray records() const;
+    std::vector<BookmarkRef> storedBookmarks() const;
     void rebuildBookmarksMenu(QMenu &menu, TavWindowController &window);
     void rebuildDefaultBookmarkPopUp();
-    void validateMenuItem(QAction &toggleItem) const;
 
     void loadPanel();
-    void newBookmarkFromBookmarksPanel();
-    void deleteBookmark();
-    void goToSelectedBookmark();
-    void tableViewSelectionDidChange();
     void reloadTable();
-    void reloadBookmarksAfterEdit();
     int selectedRow() const; // -1 without one
+    BookmarkRef selectedBookmark() const;
     void selectRow(int row); // one that is not there: none
     int rowOf(const BookmarkRef &bookmark) const;
     bool isRow(int row) const;
@@ -100,4 +113,5 @@ private:
     QPushButton *setDefaultBookmarkButton_ = nullptr;
     QPushButton *goBookmarkButton_ = nullptr;
     QTableView *bookmarksTable_ = nullptr;
+    NotificationCenter::Observation observation_;
 };

@@ -38,11 +38,9 @@ void TavBookmarksController::loadPanel()
     };
     button("addBookmarkButton", [this] { newBookmarkFromBookmarksPanel(); });
     deleteBookmarkButton_ = button("deleteBookmarkButton", [this] { deleteBookmark(); });
-    setDefaultBookmarkButton_ = button("setDefaultBookmarkButton", [this] {
-        if (const int row = selectedRow(); isRow(row))
-            setDefaultBookmark((*bookmarks_)[static_cast<std::size_t>(row)], true);
-    });
-    button("clearDefaultBookmarkButton", [this] { setDefaultBookmark(nullptr, true); });
+    setDefaultBookmarkButton_ =
+        button("setDefaultBookmarkButton", [this] { defaultBookmarkButtonClicked(); });
+    button("clearDefaultBookmarkButton", [this] { clearDefaultBookmarkButtonClicked(); });
     goBookmarkButton_ = button("goBookmarkButton", [this] { goToSelectedBookmark(); });
 
     tableModel_ = std::make_unique<BookmarksTableModel>(*this);
@@ -58,10 +56,12 @@ void TavBookmarksController::loadPanel()
 
 bool TavBookmarksController::eventFilter(QObject *, QEvent *event)
 {
-    if (event->type() != QEvent::KeyPress)
-        return false;
-    const int key = static_cast<QKeyEvent *>(event)->key();
-    if ((key != Qt::Key_Delete && key != Qt::Key_Backspace) || selectedRow() < 0)
+    return event->type() == QEvent::KeyPress && keyDown(*static_cast<QKeyEvent *>(event));
+}
+
+bool TavBookmarksController::keyDown(const QKeyEvent &event)
+{
+    if ((event.key() != Qt::Key_Delete && event.key() != Qt::Key_Backspace) || selectedRow() < 0)
         return false;
     deleteBookmark();
     return true;
@@ -72,16 +72,16 @@ void TavBookmarksController::newBookmarkFromBookmarksPanel()
     QString name;
     QString path;
     TavWindowController *const window = surroundings_.mainWindow();
-    if (TavRegistryEntry *const entry = window ? window->selectedEntry() : nullptr) {
+    if (const TavRegistryEntry *const entry = window ? window->selectedEntry() : nullptr) {
         const QString &plane = window->registryPlane();
-        const QString entryName = entry->nameInPlane(plane);
-        if (!entryName.isNull()) {
-            name = tr("%1 (%2)").arg(entryName, plane);
+        if (!entry->nameInPlane(plane).isNull()) {
+            name = proposedName(*entry, plane);
             path = window->registryPathForSelectedEntry();
         }
     }
     if (name.isNull())
         name = tr("New Bookmark");
+    refreshBookmarks();
     const auto bookmark = std::make_shared<Bookmark>(Bookmark::make(name, path));
     bookmarks_->push_back(bookmark);
     sortBookmarks();
@@ -95,15 +95,18 @@ void TavBookmarksController::newBookmarkFromBookmarksPanel()
 
 void TavBookmarksController::deleteBookmark()
 {
-    const int row = selectedRow();
-    if (!isRow(row))
+    const BookmarkRef deleted = selectedBookmark();
+    if (!deleted)
         return;
-    const auto deleted = bookmarks_->begin() + row;
-    if (*deleted == defaultBookmark_) {
+    refreshBookmarks();
+    const int row = rowOf(deleted);
+    if (row < 0) // another copy was faster
+        return;
+    if (deleted == defaultBookmark_) {
         defaultBookmark_.reset();
         PreferencesStore::standard().setValue(QStringLiteral("DefaultBookmarkIndex"), -1);
     }
-    bookmarks_->erase(deleted);
+    bookmarks_->erase(bookmarks_->begin() + row);
     sortBookmarks(); // they are, but the default may have another place
     reloadTable();
     // For the first row this asks for the one before it, and selects none.
@@ -115,8 +118,19 @@ void TavBookmarksController::deleteBookmark()
 void TavBookmarksController::goToSelectedBookmark()
 {
     TavWindowController *const window = surroundings_.mainWindow();
-    if (const int row = selectedRow(); window && isRow(row))
-        window->goToRegistryPath((*bookmarks_)[static_cast<std::size_t>(row)]->path());
+    if (const BookmarkRef selected = selectedBookmark(); window && selected)
+        window->goToRegistryPath(selected->path());
+}
+
+void TavBookmarksController::defaultBookmarkButtonClicked()
+{
+    if (const BookmarkRef selected = selectedBookmark())
+        setDefaultBookmark(selected, true);
+}
+
+void TavBookmarksController::clearDefaultBookmarkButtonClicked()
+{
+    setDefaultBookmark(nullptr, true);
 }
 
 void TavBookmarksController::checkForDocuments()
@@ -156,6 +170,12 @@ int TavBookmarksController::selectedRow() const
         return -1;
     const QModelIndexList rows = bookmarksTable_->selectionModel()->selectedRows();
     return rows.isEmpty() ? -1 : rows.first().row();
+}
+
+BookmarkRef TavBookmarksController::selectedBookmark() const
+{
+    const int row = selectedRow();
+    return isRow(row) ? (*bookmarks_)[static_cast<std::size_t>(row)] : nullptr;
 }
 
 void TavBookmarksController::selectRow(int row)

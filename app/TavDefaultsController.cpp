@@ -2,6 +2,7 @@
 
 #include "app/PopUpItem.h"
 #include "app/TavBookmarksController.h"
+#include "app/ThemeController.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "model/FindOptions.h"
 #include "model/RegistryHandle.h"
@@ -34,6 +35,12 @@ TavDefaultsController::TavDefaultsController(RegistryService &service)
     Q_ASSERT(!instance);
     instance = this;
     _registerDefaults();
+    observation_ = NotificationCenter::defaultCenter().observe(
+        PreferencesStore::didMergeNotification(), &PreferencesStore::standard(),
+        [this](const auto &) {
+            if (preferencesWindow_)
+                syncControls();
+        });
 }
 
 TavDefaultsController::~TavDefaultsController()
@@ -61,6 +68,7 @@ void TavDefaultsController::_registerDefaults()
         {QStringLiteral("Autoupdate"), QStringLiteral("yes")},
         {QStringLiteral("PolledUpdate"), QStringLiteral("no")},
         {QStringLiteral("PolledUpdateInterval"), 30},
+        {ThemeController::preferenceKey(), QStringLiteral("system")},
     });
     preferences.registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
     preferences.registerDefaults(TavBookmarksController::defaultsToRegister());
@@ -103,6 +111,9 @@ void TavDefaultsController::connectOutlets()
     outlet(defaultPlanePopUp_, "defaultPlanePopUp");
     outlet(defaultBookmarkPopUp_, "defaultBookmarkPopUp");
     PopUpItem::addMarker(*defaultBookmarkPopUp_);
+    outlet(themePopUp_, "themePopUp");
+    for (int item = 0; const char *theme : {"system", "light", "dark"})
+        themePopUp_->setItemData(item++, QString::fromLatin1(theme));
     outlet(filteredFindCheckbox_, "filteredFindCheckbox");
     outlet(findOptionsMatrix_, "findOptionsMatrix");
     const std::pair<const char *, FindOption> findCheckboxes[] = {
@@ -128,6 +139,7 @@ void TavDefaultsController::connectControls()
     };
     act(defaultViewMatrix_, &QButtonGroup::idClicked);
     act(defaultPlanePopUp_, &QComboBox::activated);
+    act(themePopUp_, &QComboBox::activated);
     act(filteredFindCheckbox_, &QCheckBox::clicked);
     act(findOptionsMatrix_, &QButtonGroup::idClicked);
     act(defaultAutoupdateCheckbox_, &QCheckBox::clicked);
@@ -136,7 +148,7 @@ void TavDefaultsController::connectControls()
     connect(defaultBookmarkPopUp_, &QComboBox::activated, this,
             &TavDefaultsController::defaultBookmarkPopUpChanged);
     connect(preferencesTabView_, &QTabWidget::currentChanged, this,
-            &TavDefaultsController::didSelectTabViewItem);
+            &TavDefaultsController::tabViewDidSelectTabViewItem);
 }
 
 void TavDefaultsController::_syncPreferencesPanel()
@@ -148,18 +160,35 @@ void TavDefaultsController::_syncPreferencesPanel()
         if (preferencesTabView_->widget(i)->objectName() == tab)
             preferencesTabView_->setCurrentIndex(i);
     }
+    syncControls();
+}
+
+// All but the tab, which another copy has for itself.
+void TavDefaultsController::syncControls()
+{
+    const QScopedValueRollback syncing(isSyncing_, true);
+    const PreferencesStore &preferences = PreferencesStore::standard();
     const bool isOutline =
         preferences.string(QStringLiteral("DefaultView")) == QLatin1String("outline");
     defaultViewMatrix_->button(isOutline ? outlineTag : browserTag)->setChecked(true);
     syncPlanePopUp();
+    themePopUp_->setCurrentIndex(
+        themePopUp_->findData(preferences.string(ThemeController::preferenceKey())));
     filteredFindCheckbox_->setChecked(preferences.flag(QStringLiteral("FilteredFind")));
     syncFindOptions();
     defaultAutoupdateCheckbox_->setChecked(preferences.flag(QStringLiteral("Autoupdate")));
     defaultPolledUpdateCheckbox_->setChecked(preferences.flag(QStringLiteral("PolledUpdate")));
+    syncPollInterval();
+}
+
+void TavDefaultsController::syncPollInterval()
+{
     using Limits = std::numeric_limits<int>;
-    const qint64 interval = preferences.integer(QStringLiteral("PolledUpdateInterval"));
-    defaultPollIntervalField_->setValue(
-        static_cast<int>(std::clamp<qint64>(interval, Limits::min(), Limits::max())));
+    const qint64 stored =
+        PreferencesStore::standard().integer(QStringLiteral("PolledUpdateInterval"));
+    const int interval = static_cast<int>(std::clamp<qint64>(stored, Limits::min(), Limits::max()));
+    if (defaultPollIntervalField_->value() != interval) // setting it drops what is being typed
+        defaultPollIntervalField_->setValue(interval);
 }
 
 void TavDefaultsController::syncPlanePopUp()
@@ -219,6 +248,9 @@ void TavDefaultsController::userPreferenceChanged(const QObject *sender)
                                                                 : QStringLiteral("outline"));
     else if (sender == defaultPlanePopUp_)
         preferences.setValue(QStringLiteral("DefaultPlane"), defaultPlanePopUp_->currentText());
+    else if (sender == themePopUp_)
+        preferences.setValue(ThemeController::preferenceKey(),
+                             themePopUp_->currentData().toString());
     else if (sender == filteredFindCheckbox_)
         preferences.setFlag(QStringLiteral("FilteredFind"), filteredFindCheckbox_->isChecked());
     else if (sender == findOptionsMatrix_)
@@ -243,7 +275,7 @@ void TavDefaultsController::_saveFindOptions()
     PreferencesStore::standard().setValue(QStringLiteral("FindOptions"), options);
 }
 
-void TavDefaultsController::didSelectTabViewItem(int index)
+void TavDefaultsController::tabViewDidSelectTabViewItem(int index)
 {
     if (!isSyncing_)
         PreferencesStore::standard().setValue(QStringLiteral("SelectedPreferencesTab"),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/NotificationCenter.h"
+
 #include <QJsonValue>
 #include <QObject>
 
@@ -13,7 +15,7 @@ class RegistryService;
 class TavBookmarksController;
 
 // The user's settings: what they are unless stored, and the panel that changes them. A change
-// applies to documents and windows opened afterwards.
+// applies to documents and windows opened afterwards, but that of the theme at once.
 class TavDefaultsController : public QObject
 {
     Q_OBJECT
@@ -24,7 +26,13 @@ public:
     // The one that exists.
     static TavDefaultsController &sharedInstance();
 
+    void _registerDefaults();
     void showPreferencesPanel();
+    void _syncPreferencesPanel();
+    QStringList _readRegistryPlanes() const; // null when there is no registry
+    void userPreferenceChanged(const QObject *sender);
+    void _saveFindOptions();
+    void tabViewDidSelectTabViewItem(int index);
     QDialog *preferencesWindow() const { return preferencesWindow_.get(); } // null until shown
     QComboBox *defaultBookmarkPopUp() const { return defaultBookmarkPopUp_; }
 
@@ -33,17 +41,13 @@ Q_SIGNALS:
     void defaultBookmarkPopUpChanged();
 
 private:
-    void _registerDefaults();
     void loadPanel();
     void connectOutlets();
     void connectControls();
-    void _syncPreferencesPanel();
+    void syncControls();
     void syncPlanePopUp();
     void syncFindOptions();
-    QStringList _readRegistryPlanes() const; // null when there is no registry
-    void userPreferenceChanged(const QObject *sender);
-    void _saveFindOptions();
-    void didSelectTabViewItem(int index);
+    void syncPollInterval();
 
     RegistryService &service_;
     std::unique_ptr<QDialog> preferencesWindow_;
@@ -51,6 +55,7 @@ private:
     QButtonGroup *defaultViewMatrix_ = nullptr;
     QComboBox *defaultPlanePopUp_ = nullptr;
     QComboBox *defaultBookmarkPopUp_ = nullptr;
+    QComboBox *themePopUp_ = nullptr;
     QCheckBox *filteredFindCheckbox_ = nullptr;
     QButtonGroup *findOptionsMatrix_ = nullptr; // a box's number in it is its bit
     QCheckBox *defaultAutoupdateCheckbox_ = nullptr;
@@ -58,4 +63,5 @@ private:
     QSpinBox *defaultPollIntervalField_ = nullptr;
     std::unique_ptr<QObject> planeKeys_;
     bool isSyncing_ = false;
+    NotificationCenter::Observation observation_;
 };

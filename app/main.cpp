@@ -1,11 +1,14 @@
 #include "app/CaptureCommand.h"
 #include "app/CommandLine.h"
+#include "app/RunningInstance.h"
 #include "app/Startup.h"
 #include "app/TavApplicationDelegate.h"
+#include "app/ThemeController.h"
 #include "model/RegistryService.h"
 #include "platform/desktop/DesktopRunLoop.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <algorithm>
 #include <cstdio>
 
@@ -35,10 +38,22 @@ bool hasDisplay()
                        [](const char *name) { return !qEnvironmentVariableIsEmpty(name); });
 }
 
+bool isHandedOver(int &argc, char **argv, const CommandLine &line)
+{
+    if (!line.isForRunningCopy || !hasDisplay())
+        return false;
+    const QCoreApplication application(argc, argv); // for the socket
+    QStringList files;
+    for (const QString &file : line.files)
+        files.append(QFileInfo(file).absoluteFilePath());
+    return RunningInstance::handOver(files);
+}
+
 int run(QApplication &application, const CommandLine &line,
         std::unique_ptr<RegistryService> service)
 {
-    Startup::setUpApplication(line.theme);
+    const ThemeController theme(line.theme);
+    Startup::setUpApplication();
     const DesktopRunLoop runLoop;
     TavApplicationDelegate delegate(std::move(service));
     QObject::connect(&delegate, &TavApplicationDelegate::pictureSaved, &application,
@@ -48,6 +63,11 @@ int run(QApplication &application, const CommandLine &line,
     QString error;
     if (!delegate.start(line, &error))
         return fail(error);
+    RunningInstance instance;
+    QObject::connect(&instance, &RunningInstance::filesReceived, &delegate,
+                     &TavApplicationDelegate::openFilesOfOtherCopy);
+    if (line.screenshotFile.isNull()) // else it does not stay
+        instance.listen();
     return QApplication::exec();
 }
 } // namespace
@@ -68,6 +88,8 @@ int main(int argc, char **argv)
         const QCoreApplication application(count, argv);
         return CaptureCommand::run(line);
     }
+    if (isHandedOver(count, argv, line))
+        return 0;
     // Before the display is reached: a wrong folder is told without one.
     QString error;
     auto service = TavApplicationDelegate::openRegistry(line, &error);

@@ -1,4 +1,4 @@
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent DBus Gui Widgets UiTools Svg LinguistTools)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent DBus Gui Network Widgets UiTools Svg LinguistTools)
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(Udev REQUIRED IMPORTED_TARGET libudev)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "model/TavRegistryEntry.h"
 
 // The bookmarks as explorer windows use them; who keeps them makes itself known.
 class ExplorerBookmarks
@@ -9,6 +9,12 @@ public:
     virtual ~ExplorerBookmarks() = default;
     virtual QString defaultBookmarkPath() = 0; // null without one
     virtual void addBookmarkNamed(const QString &name, const QString &path, bool setAsDefault) = 0;
+
+    // For a bookmark of the entry, such as "disk@0 (DxService)".
+    static QString proposedName(const TavRegistryEntry &entry, const QString &plane)
+    {
+        return QStringLiteral("%1 (%2)").arg(entry.nameAtLocationInPlane(plane), plane);
+    }
 
     static ExplorerBookmarks *shared() { return shared_; } // null when nobody keeps any
     static void setShared(ExplorerBookmarks *bookmarks) { shared_ = bookmarks; }

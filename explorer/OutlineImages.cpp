@@ -22,8 +22,9 @@ constexpr int middle = 12; // where a picture's arm is
 
 OutlineImages &OutlineImages::shared()
 {
-    static OutlineImages images(isDark(QGuiApplication::palette()));
-    return images;
+    static OutlineImages light(false);
+    static OutlineImages dark(true);
+    return isDark(QGuiApplication::palette()) ? dark : light; // the theme may change
 }
 
 OutlineImages::OutlineImages(bool isDark)

@@ -60,8 +60,8 @@ void TavWindowController::promptForBookmark()
     }
     if (!addBookmarkSheet_)
         loadAddBookmarkSheet();
-    addBookmarkNameField_->setText(QStringLiteral("%1 (%2)").arg(
-        selectedEntry_->nameAtLocationInPlane(registryPlane_), registryPlane_));
+    addBookmarkNameField_->setText(
+        ExplorerBookmarks::proposedName(*selectedEntry_, registryPlane_));
     addBookmarkDefaultCheckbox_->setChecked(false);
     addBookmarkSheet_->open();
     addBookmarkNameField_->setFocus(Qt::OtherFocusReason);

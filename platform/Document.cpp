@@ -3,6 +3,7 @@
 #include "platform/DocumentController.h"
 #include "platform/DocumentFile.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QPointer>
 
@@ -30,7 +31,7 @@ bool Document::read(const QString &file, DocumentError &error)
     };
     try {
         const auto data = DocumentFile::read(file, check, error);
-        if (!data || !readFromData(*data, error))
+        if (!data || !readFromData(*data, fileType(), error))
             return false;
     } catch (const std::bad_alloc &) { // the other documents must not suffer
         error = DocumentFile::memoryError(file);
@@ -43,13 +44,25 @@ bool Document::read(const QString &file, DocumentError &error)
 bool Document::save(const QString &file, DocumentError &error)
 {
     if (!DocumentFile::write(
-            file, [this](QIODevice &device, DocumentError &e) { return writeData(device, e); },
+            file,
+            [this](QIODevice &device, DocumentError &e) {
+                return writeData(device, fileType(), e);
+            },
             error))
         return false;
     fileName_ = QFileInfo(file).absoluteFilePath();
     isEdited_ = false;
     synchronizeWindowTitleWithDocumentName();
     return true;
+}
+
+std::optional<QByteArray> Document::dataOfType(const QString &type, DocumentError &error)
+{
+    QBuffer data;
+    data.open(QIODevice::WriteOnly);
+    if (!writeData(data, type, error))
+        return std::nullopt;
+    return data.data();
 }
 
 void Document::addWindowController(std::unique_ptr<DocumentWindowController> controller)

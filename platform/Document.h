@@ -6,6 +6,7 @@
 #include <QObject>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class DocumentController;
@@ -23,6 +24,8 @@ public:
     const QString &fileName() const { return fileName_; } // absolute; null while untitled
     bool hasFile() const { return !fileName_.isNull(); }
     virtual QString displayName() const; // "Untitled" without a file
+    // To save it under for the first time, without an extension.
+    virtual QString suggestedName() const { return displayName(); }
 
     // Whether there is something that its file does not hold.
     bool isDocumentEdited() const { return isEdited_; }
@@ -31,6 +34,13 @@ public:
     // Both leave the document as it was when they fail. The file becomes the document's own.
     bool read(const QString &file, DocumentError &error);
     bool save(const QString &file, DocumentError &error);
+
+    virtual QString fileType() const = 0; // the media type of its files
+    // The content of a file as the document's. The document has no name by it.
+    virtual bool readFromData(const QByteArray &data, const QString &ofType,
+                              DocumentError &error) = 0;
+    // What its file would hold; none when it fails.
+    std::optional<QByteArray> dataOfType(const QString &type, DocumentError &error);
 
     virtual void makeWindowControllers() = 0;
     void addWindowController(std::unique_ptr<DocumentWindowController> controller);
@@ -46,9 +56,8 @@ public:
 protected:
     // Whether a file that begins like this may be one of the documents; what cannot is not read.
     virtual bool checkBeginning(const QByteArray &, DocumentError &) const { return true; }
-    virtual bool readFromData(const QByteArray &data, DocumentError &error) = 0;
     // The error needs no description, and nothing at all where it is the device that fails.
-    virtual bool writeData(QIODevice &device, DocumentError &error) = 0;
+    virtual bool writeData(QIODevice &device, const QString &type, DocumentError &error) = 0;
 
     // Any window, and the document itself, may be closed by what is called.
     void forEachWindowController(const std::function<void(DocumentWindowController &)> &call);

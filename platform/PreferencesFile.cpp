@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
+#include <sys/stat.h>
 
 namespace {
 constexpr qint64 largestFile = 64 * 1024 * 1024;
@@ -14,30 +15,64 @@ PreferencesFile::PreferencesFile(const QString &path)
     : path_(path)
 {}
 
+PreferencesFile::Stamp PreferencesFile::stampOf(const QString &path)
+{
+    struct stat status;
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return {};
+    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+            status.st_mtim.tv_nsec};
+}
+
 PreferencesFile::Contents PreferencesFile::read()
 {
-    const QFileInfo info(path_);
-    if (!info.exists() && !info.isSymLink())
+    untouchable_ = false;
+    Failure failure;
+    if (auto values = load(failure))
+        return {std::move(values), {}};
+    if (failure.reason.isNull())
         return {};
+    return failure.isDamaged ? setAside(failure.reason) : keepUntouched(failure.reason);
+}
+
+std::optional<QJsonObject> PreferencesFile::peek()
+{
+    Failure failure;
+    return load(failure);
+}
+
+// No reason for a failure: there is no file.
+std::optional<QJsonObject> PreferencesFile::load(Failure &failure)
+{
+    const auto fail = [&failure](bool isDamaged, const QString &reason) {
+        failure = {isDamaged, reason};
+        return std::nullopt;
+    };
+    const Stamp stamp = stampOf(path_);
+    stamp_ = {}; // what cannot be used is looked at again
+    const QFileInfo info(path_);
+    if (!info.exists())
+        return info.isSymLink() ? fail(false, tr("its target is missing")) : std::nullopt;
     // Opening anything else could block, or never end.
-    if (info.exists() && !info.isFile())
-        return keepUntouched(tr("it is not a regular file"));
+    if (!info.isFile())
+        return fail(false, tr("it is not a regular file"));
     if (info.size() > largestFile)
-        return setAside(tr("it is too large"));
+        return fail(true, tr("it is too large"));
     QFile file(path_);
-    if (!info.exists() || !file.open(QIODevice::ReadOnly))
-        return keepUntouched(info.exists() ? file.errorString() : tr("its target is missing"));
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(false, file.errorString());
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
-        return keepUntouched(file.errorString());
+        return fail(false, file.errorString());
 
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError)
-        return setAside(error.errorString());
+        return fail(true, error.errorString());
     if (!document.isObject())
-        return setAside(tr("it holds no JSON object"));
-    return {document.object(), {}};
+        return fail(true, tr("it holds no JSON object"));
+    stamp_ = stamp;
+    return document.object();
 }
 
 PreferencesFile::Contents PreferencesFile::keepUntouched(const QString &reason)
@@ -72,7 +107,9 @@ QString PreferencesFile::write(const QJsonObject &values)
     QDir().mkpath(QFileInfo(path_).path());
     QSaveFile file(path_);
     if (file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(values).toJson()) >= 0 &&
-        file.commit())
+        file.commit()) {
+        stamp_ = stampOf(path_);
         return {};
+    }
     return tr("Settings cannot be saved in %1 (%2).").arg(path_, file.errorString());
 }

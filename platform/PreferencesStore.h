@@ -1,21 +1,27 @@
 #pragma once
 
+#include "platform/FileWatch.h"
 #include "platform/PreferencesFile.h"
 
 #include <QHash>
 #include <QJsonArray>
+#include <QSet>
 #include <QStringList>
 #include <QTimer>
+#include <chrono>
 
-// The user's settings of one domain, kept in a JSON file that is read once. Keys are kept
-// verbatim. Changes reach the file when the event loop is next idle, at synchronize() and at the
-// end. Main thread only.
+// The user's settings of one domain, kept in a JSON file that running copies of the program share.
+// Keys are kept verbatim. Changes reach the file when the event loop is next idle, at synchronize()
+// and at the end: only the keys that were set or removed since the last write are written, all
+// others are taken over from the file. Main thread only.
 class PreferencesStore
 {
 public:
     // Posted by the default notification center about the store, after each change of a value and
-    // each new problem.
+    // each new problem. Values that another copy has written are reported when the event loop is
+    // next idle, by both of the first two.
     static QString didChangeNotification() { return QStringLiteral("Preferences changed"); }
+    static QString didMergeNotification() { return QStringLiteral("Preferences merged"); }
     static QString problemNotification() { return QStringLiteral("Preferences problem"); }
 
     static QString applicationIdentifier() { return QStringLiteral("org.vandrel.Vandrel"); }
@@ -51,22 +57,32 @@ public:
     void setValue(const QString &key, const QJsonValue &value); // undefined removes
     void setFlag(const QString &key, bool flag);
     void remove(const QString &key);
-    // Whether the file now holds every change.
+    // Whether the file now holds every change. What could not be written is tried again later.
     bool synchronize();
+    // Takes over what another copy has written, at once instead of soon.
+    void refresh();
 
     // What went wrong with the file so far, for the user to read.
     const QStringList &problems() const { return problems_; }
 
 private:
     QJsonValue valueOfType(const QString &key, QJsonValue::Type type) const;
-    void noteChange();
+    void noteChange(const QString &key);
+    void noteMerge();
     void noteProblem(const QString &problem);
+    void watchFile();
+    void merge(const QJsonObject &stored);
+    bool isPending() const { return !changedKeys_.isEmpty(); }
+    bool save(std::chrono::milliseconds lockWait, bool needsLock = true);
+    void write();
 
     PreferencesFile file_;
     QHash<QString, QJsonValue> values_;
     QHash<QString, QJsonValue> defaults_;
+    QSet<QString> changedKeys_; // set or removed since the last write
     QStringList problems_;
     QTimer saveTimer_;
-    bool isChanged_ = false;
+    QTimer mergeTimer_;
+    std::unique_ptr<FileWatch> watch_; // none without an application object
     bool writeFailed_ = false;
 };

@@ -8,6 +8,12 @@ namespace {
 const QString key = QStringLiteral("RecentDocuments");
 } // namespace
 
+RecentDocuments::RecentDocuments()
+    : observation_(NotificationCenter::defaultCenter().observe(
+          PreferencesStore::didMergeNotification(), &PreferencesStore::shared(domain()),
+          [this](const auto &) { Q_EMIT changed(); }))
+{}
+
 QString RecentDocuments::domain()
 {
     return PreferencesStore::applicationIdentifier() + QStringLiteral(".documents");
@@ -27,6 +33,7 @@ QStringList RecentDocuments::files() const
 void RecentDocuments::add(const QString &file)
 {
     const QString path = QFileInfo(file).absoluteFilePath();
+    PreferencesStore::shared(domain()).refresh();
     QStringList files = this->files();
     files.removeAll(path);
     files.prepend(path);
@@ -35,6 +42,7 @@ void RecentDocuments::add(const QString &file)
 
 void RecentDocuments::remove(const QString &file)
 {
+    PreferencesStore::shared(domain()).refresh();
     QStringList files = this->files();
     if (files.removeAll(file))
         store(files);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/NotificationCenter.h"
+
 #include <QObject>
 #include <QStringList>
 
@@ -12,14 +14,18 @@ public:
     static QString domain();
     static constexpr qsizetype most = 10;
 
+    RecentDocuments();
+
     QStringList files() const; // absolute
     void add(const QString &file);
     void remove(const QString &file);
     void clear() { store({}); }
 
 Q_SIGNALS:
-    void changed();
+    void changed(); // by this program or another running copy of it
 
 private:
     void store(const QStringList &files);
+
+    NotificationCenter::Observation observation_;
 };

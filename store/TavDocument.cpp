@@ -9,7 +9,11 @@
 #include "store/StoreLogging.h"
 #include "store/TavDocumentController.h"
 
+#include <QDateTime>
+
 namespace {
+constexpr qsizetype maxNameLength = 50; // of a host in the name of a file
+
 // The text of the table, or the fallback where it has none.
 QString errorText(const char *key, int code, const char *fallback)
 {
@@ -81,6 +85,15 @@ QString TavDocument::displayName() const
     return tr("%1 (%2)").arg(dataStore_->hostName(), QString::number(index_));
 }
 
+// Of its own for every file, so that none takes the place of another.
+QString TavDocument::suggestedName() const
+{
+    if (hasFile() || !dataStore_ || !dataStore_->isLive())
+        return displayName();
+    return dataStore_->hostName().left(maxNameLength) +
+           QDateTime::currentDateTime().toString(QStringLiteral(" yyyy-MM-dd HH.mm.ss"));
+}
+
 void TavDocument::makeWindowControllers()
 {
     if (documents_.windowControllerFactory_)
@@ -95,7 +108,7 @@ bool TavDocument::checkBeginning(const QByteArray &bytes, DocumentError &error) 
     return false;
 }
 
-bool TavDocument::readFromData(const QByteArray &data, DocumentError &error)
+bool TavDocument::readFromData(const QByteArray &data, const QString &, DocumentError &error)
 {
     ErrorCode code = UnknownError;
     try {
@@ -112,7 +125,7 @@ bool TavDocument::readFromData(const QByteArray &data, DocumentError &error)
     return dataStore_ != nullptr;
 }
 
-bool TavDocument::writeData(QIODevice &device, DocumentError &error)
+bool TavDocument::writeData(QIODevice &device, const QString &, DocumentError &error)
 {
     const QString problem = DataStoreEncoder::encode(*dataStore_, device);
     if (!problem.isNull())

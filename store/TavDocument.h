@@ -27,19 +27,13 @@ public:
     unsigned index() const { return index_; } // among the live documents; 0 for others
     void setIndex(unsigned index) { index_ = index; }
     QString displayName() const override;
+    QString suggestedName() const override; // the host, and the time of day
+    QString fileType() const override { return QStringLiteral("application/x-vandrel-snapshot"); }
+    // There is one type only, whatever it is called.
+    bool readFromData(const QByteArray &data, const QString &ofType, DocumentError &error) override;
     void makeWindowControllers() override;
     void dataViewOptionsChanged(TavRegistryProperty *item);
 
-protected:
-    bool checkBeginning(const QByteArray &bytes, DocumentError &error) const override;
-    bool readFromData(const QByteArray &data, DocumentError &error) override;
-    bool writeData(QIODevice &device, DocumentError &error) override;
-
-private:
-    using Relay = void (TavDocumentWindowController::*)();
-
-    void takeSnapshot();
-    void applyUpdatePreferences();
     void fatalDxRegistryError() override;
     void _registerForDataStoreNotifications();
     void noteDataStoreOutOfDate();
@@ -47,6 +41,16 @@ private:
     void noteDataStoreObjectChanged();
     void noteDataStoreObjectsTerminated();
     void noteDataStoreClearedTerminatedObjects();
+
+protected:
+    bool checkBeginning(const QByteArray &bytes, DocumentError &error) const override;
+    bool writeData(QIODevice &device, const QString &type, DocumentError &error) override;
+
+private:
+    using Relay = void (TavDocumentWindowController::*)();
+
+    void takeSnapshot();
+    void applyUpdatePreferences();
     void relay(Relay note, bool changesTitle);
 
     TavDocumentController &documents_;

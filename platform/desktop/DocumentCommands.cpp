@@ -2,6 +2,7 @@
 
 #include "platform/Alert.h"
 #include "platform/DocumentController.h"
+#include "platform/PortableFileName.h"
 #include "platform/RunLoop.h"
 #include "platform/desktop/BusyCursor.h"
 
@@ -144,10 +145,8 @@ QString DocumentCommands::suggestedFile(const Document &document) const
 {
     if (document.hasFile())
         return document.fileName();
-    QString name = document.displayName();
-    name.replace(u'/', u'-');
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u'/' + name +
-           u'.' + kind_.extension;
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u'/' +
+           portableFileName(document.suggestedName()) + u'.' + kind_.extension;
 }
 
 void DocumentCommands::save(Document &document, const QString &file, QWidget *window,

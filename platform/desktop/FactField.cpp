@@ -71,11 +71,11 @@ void FactField::contextMenuEvent(QContextMenuEvent *event)
 void FactField::setDimmed(bool dimmed)
 {
     isDimmed_ = dimmed;
-    const QPalette base = QGuiApplication::palette();
-    QPalette palette = base;
+    QPalette palette; // whose other colors follow the theme
     palette.setColor(QPalette::Base, Qt::transparent);
     palette.setColor(QPalette::Text,
-                     base.color(dimmed ? QPalette::PlaceholderText : QPalette::WindowText));
+                     QGuiApplication::palette().color(dimmed ? QPalette::PlaceholderText
+                                                             : QPalette::WindowText));
     setPalette(palette);
 }
 
@@ -121,7 +121,7 @@ void FactField::focusOutEvent(QFocusEvent *event)
 void FactField::changeEvent(QEvent *event)
 {
     QLineEdit::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange)
+    if (event->type() == QEvent::PaletteChange)
         setDimmed(isDimmed_);
     else if (event->type() == QEvent::FontChange)
         updateToolTip();

@@ -51,12 +51,12 @@ void SegmentedControl::showSelection()
     QPalette selected = plain;
     selected.setColor(QPalette::Button, tinted(plain));
     for (QAbstractButton *segment : segments_->buttons())
-        segment->setPalette(segment->isChecked() ? selected : plain);
+        segment->setPalette(segment->isChecked() ? selected : QPalette());
 }
 
 void SegmentedControl::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange)
+    if (event->type() == QEvent::PaletteChange)
         showSelection();
 }

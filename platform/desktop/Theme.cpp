@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QStyle>
 #include <QStyleFactory>
 
 namespace {
@@ -61,6 +62,34 @@ QPalette darkPalette()
                       .highlightedText = Qt::white,
                       .link = QColor(0x7a, 0xb4, 0xf5)});
 }
+void replaceSystem(bool dark)
+{
+    QApplication::setStyle(dark ? new DarkStyle : QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(dark ? darkPalette() : lightPalette());
+}
+
+void restoreSystem(const QString &style)
+{
+    QApplication::setStyle(QStyleFactory::create(style));
+    QApplication::setPalette(QPalette());
+}
+
+// Of the system's own theme.
+Theme themeInstead(ColorSchemeSetting::Scheme scheme)
+{
+    const bool isSystemDark = isDark(QApplication::palette());
+    if (scheme == ColorSchemeSetting::Scheme::Dark && !isSystemDark)
+        return Theme::Dark;
+    return scheme == ColorSchemeSetting::Scheme::Light && isSystemDark ? Theme::Light
+                                                                       : Theme::System;
+}
+
+void nameFallbackIcons()
+{
+    QIcon::setFallbackThemeName(isDark(QApplication::palette()) ? QStringLiteral("vandrel-dark")
+                                                                : QStringLiteral("vandrel"));
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()); // makes icons look for their files again
+}
 } // namespace
 
 std::optional<Theme> themeNamed(const QString &name)
@@ -74,16 +103,20 @@ std::optional<Theme> themeNamed(const QString &name)
     return std::nullopt;
 }
 
-void applyTheme(Theme theme)
+void applyTheme(Theme theme, ColorSchemeSetting::Scheme scheme)
 {
-    if (theme != Theme::System) {
-        const bool dark = theme == Theme::Dark;
-        QApplication::setStyle(dark ? new DarkStyle
-                                    : QStyleFactory::create(QStringLiteral("Fusion")));
-        QApplication::setPalette(dark ? darkPalette() : lightPalette());
+    static const QString systemStyle = QApplication::style()->name();
+    static bool isReplaced = false;
+    if (theme == Theme::System) {
+        if (std::exchange(isReplaced, false))
+            restoreSystem(systemStyle);
+        theme = themeInstead(scheme);
     }
-    QIcon::setFallbackThemeName(isDark(QApplication::palette()) ? QStringLiteral("vandrel-dark")
-                                                                : QStringLiteral("vandrel"));
+    if (theme != Theme::System) {
+        isReplaced = true;
+        replaceSystem(theme == Theme::Dark);
+    }
+    nameFallbackIcons();
 }
 
 bool isDark(const QPalette &palette)

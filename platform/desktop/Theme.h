@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ColorSchemeSetting.h"
+
 #include <QPalette>
 #include <QString>
 #include <optional>
@@ -8,6 +10,8 @@
 enum class Theme { System, Light, Dark };
 
 std::optional<Theme> themeNamed(const QString &name); // "system", "light", "dark"
-// Before the first window is made. Also names the icons that stand in for missing ones.
-void applyTheme(Theme theme);
+// Also while windows are shown. Where the system's theme is not of the scheme that the desktop asks
+// for, our own of that scheme takes its place. Also names the icons that stand in for missing ones.
+void applyTheme(Theme theme,
+                ColorSchemeSetting::Scheme scheme = ColorSchemeSetting::Scheme::NoPreference);
 bool isDark(const QPalette &palette);

@@ -5,6 +5,7 @@
 #include "platform/Alert.h"
 #include "platform/PreferencesStore.h"
 #include "platform/SystemBeep.h"
+#include "platform/desktop/Theme.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "tests/support/EventLoop.h"
@@ -33,7 +34,8 @@ ApplicationFixture::ApplicationFixture()
 {
     QApplication::setQuitOnLastWindowClosed(false);
     PreferencesStore::setFolder(path("settings"));
-    Startup::setUpApplication(Theme::Light);
+    applyTheme(Theme::Light);
+    Startup::setUpApplication();
     SystemBeep::setSounder({});
 }
 

@@ -5,6 +5,7 @@
 #include "explorer/TavWindowController.h"
 #include "model/RegistryService.h"
 #include "platform/PreferencesStore.h"
+#include "platform/desktop/Theme.h"
 #include "tests/support/QtPrinters.h"
 
 #include <QImage>
@@ -20,7 +21,8 @@ protected:
     ApplicationTest()
     {
         PreferencesStore::setFolder(folder_.path());
-        Startup::setUpApplication(Theme::Light);
+        applyTheme(Theme::Light);
+        Startup::setUpApplication();
     }
     bool start(const char *options)
     {

@@ -1,5 +1,6 @@
 #include "ApplicationFixture.h"
 #include "platform/PreferencesStore.h"
+#include "tests/support/EventLoop.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -26,12 +27,24 @@ protected:
         preferences.setValue(QStringLiteral("DefaultBookmarkIndex"), defaultIndex);
     }
     // Bookmarks of the disk.
-    static void storeNamed(std::initializer_list<const char *> names, int defaultIndex)
+    static QJsonArray listNamed(std::initializer_list<const char *> names)
     {
         QJsonArray list;
         for (const char *name : names)
             list.append(Bookmark::make(QString::fromUtf8(name), disk).record);
-        store(QJsonDocument(list).toJson(), defaultIndex);
+        return list;
+    }
+    static void storeNamed(std::initializer_list<const char *> names, int defaultIndex)
+    {
+        store(QJsonDocument(listNamed(names)).toJson(), defaultIndex);
+    }
+    // As another running copy does it.
+    void storeInOtherCopy(std::initializer_list<const char *> names, int defaultIndex) const
+    {
+        PreferencesStore::standard().synchronize();
+        PreferencesStore copy(PreferencesStore::applicationIdentifier(), path("settings"));
+        copy.setValue(QStringLiteral("Bookmarks"), listNamed(names));
+        copy.setValue(QStringLiteral("DefaultBookmarkIndex"), defaultIndex);
     }
     static qint64 defaultIndex()
     {
@@ -82,12 +95,12 @@ protected:
         table_->edit(table_->currentIndex());
         typeIntoEditor(text);
     }
+    QLineEdit *editor() const { return table_->viewport()->findChild<QLineEdit *>(); }
     void typeIntoEditor(const char *text) const
     {
-        auto *const editor = table_->viewport()->findChild<QLineEdit *>();
-        ASSERT_TRUE(editor);
-        QTest::keyClicks(editor, QString::fromUtf8(text));
-        QTest::keyClick(editor, Qt::Key_Return);
+        ASSERT_TRUE(editor());
+        QTest::keyClicks(editor(), QString::fromUtf8(text));
+        QTest::keyClick(editor(), Qt::Key_Return);
         turnEventLoop();
     }
     QList<QAction *> generatedItems() const
@@ -115,7 +128,11 @@ TEST_F(BookmarksTest, ReadsWhatIsStored)
     launch();
     EXPECT_EQ(menuItems(), "Alpha beta gamma");
     EXPECT_EQ(defaultIndex(), 1);
+    EXPECT_EQ(storedNames(), "Alpha beta gamma");
     EXPECT_EQ(selectedPath(), disk);
+    quit();
+    launch();
+    EXPECT_EQ(defaultIndex(), 1); // still beta
     quit();
 
     store(R"(["text", {"Bookmark Name": "a&b", "Bookmark Path": 7}, 5, {}])", 2);
@@ -208,6 +225,15 @@ TEST_F(BookmarksTest, AreAddedFromThePanel)
     EXPECT_EQ(cell(0, 1), "DxPower:/supply");
     typeIntoEditor("mine");
     EXPECT_EQ(storedNames(), "mine");
+    // Named as the window's own command does it.
+    window().goToRegistryPath(disk);
+    click("addBookmarkButton");
+    EXPECT_EQ(rows(), "disk@0 (DxService)* mine");
+    trigger("promptForBookmarkAction");
+    EXPECT_EQ(outlet<QLineEdit>(window().window(), "addBookmarkNameField")->text(),
+              QStringLiteral("disk@0 (DxService)"));
+    table_->selectRow(0);
+    click("deleteBookmarkButton");
     closeWindow();
     click("addBookmarkButton");
     EXPECT_EQ(rows(), "mine New Bookmark*");
@@ -246,6 +272,40 @@ TEST_F(BookmarksTest, AreDeletedByButtonAndKeyAndDraggedOut)
     click("deleteBookmarkButton");
     EXPECT_EQ(storedNames(), "");
     EXPECT_EQ(menuItems(), "");
+}
+
+TEST_F(BookmarksTest, FollowAnotherCopy)
+{
+    storeNamed({"b", "c", "d"}, 1);
+    launch();
+    trigger("newDocumentAction");
+    trigger("showPreferencesPanelAction");
+    openPanel();
+    table_->setCurrentIndex(table_->model()->index(2, 0));
+    table_->edit(table_->currentIndex());
+    QTest::keyClicks(editor(), QStringLiteral("D"));
+    storeInOtherCopy({"a", "c", "d", "e"}, 3);
+    ASSERT_TRUE(waitFor([&] { return rows() == "a c d* e!"; })) << rows();
+    EXPECT_EQ(menuItems(), "a c d e");
+    EXPECT_EQ(delegate_->defaultsController().defaultBookmarkPopUp()->currentText(),
+              QStringLiteral("e"));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    turnEventLoop();
+    EXPECT_EQ(rows(), "a c D* e!");
+
+    // Before the change is noticed: nothing that either copy has done is lost.
+    storeInOtherCopy({"a", "c", "D", "f"}, -1);
+    delegate_->bookmarksController().addBookmarkNamed(QStringLiteral("g"), disk, false);
+    EXPECT_EQ(storedNames(), "a c D f g");
+    table_->selectRow(1);
+    storeInOtherCopy({"D", "f"}, 0);
+    click("deleteBookmarkButton"); // what is deleted already
+    EXPECT_EQ(storedNames(), "D f");
+    EXPECT_EQ(defaultIndex(), 0);
+    type(1, 1, "DxPower:/supply");
+    EXPECT_EQ(rows(), "D! f*");
+    quit();
+    EXPECT_EQ(storedNames(), "D f");
 }
 
 TEST_F(BookmarksTest, TheDefaultIsChosenInThePreferencesToo)

@@ -17,11 +17,7 @@ TEST(CommandLine, RunsOnThisMachineUnlessToldOtherwise)
     const CommandLine plain = CommandLine::parse({QStringLiteral("vandrel")});
     EXPECT_EQ(plain.action, CommandLine::Action::Run);
     EXPECT_EQ(plain.sysfsRoot, QStringLiteral("/sys"));
-    EXPECT_EQ(plain.theme, Theme::System);
-    EXPECT_TRUE(plain.plane.isNull());
-    EXPECT_TRUE(plain.selectedPath.isNull());
-    EXPECT_TRUE(plain.screenshotFile.isNull());
-
+    EXPECT_EQ(plain.theme, std::nullopt);
     const CommandLine told = parse("--sysfs /a --theme dark --plane DxBus --select DxBus:/pci "
                                    "--screenshot b.png c.vandrel d");
     EXPECT_EQ(told.sysfsRoot, QStringLiteral("/a"));
@@ -36,27 +32,28 @@ TEST(CommandLine, ShowsHelpAndVersion)
 {
     const CommandLine help = parse("--help");
     EXPECT_EQ(help.action, CommandLine::Action::ShowText);
-    for (const char *option :
-         {"--sysfs", "--theme", "--plane", "--select", "--screenshot", "--capture"})
+    for (const char *option : {"--sysfs", "--theme", "--plane", "--select", "--screenshot",
+                               "--capture", "--new-instance"})
         EXPECT_THAT(help.text.toStdString(), testing::HasSubstr(option));
     const CommandLine version = parse("-v");
     EXPECT_EQ(version.action, CommandLine::Action::ShowText);
     EXPECT_EQ(version.text, QStringLiteral("Vandrel " VANDREL_VERSION));
 }
 
-TEST(CommandLine, CapturesWithoutAWindow)
+TEST(CommandLine, LeavesPlainFilesToTheRunningCopy)
 {
-    const CommandLine line = parse("--capture a.vandrel --sysfs /a");
-    EXPECT_EQ(line.action, CommandLine::Action::Capture);
-    EXPECT_EQ(line.captureFile, QStringLiteral("a.vandrel"));
-    EXPECT_EQ(line.sysfsRoot, QStringLiteral("/a"));
-    EXPECT_EQ(parse("--capture -").captureFile, QStringLiteral("-"));
+    EXPECT_TRUE(parse("a.vandrel b.vandrel").isForRunningCopy);
+    EXPECT_FALSE(CommandLine::parse({QStringLiteral("vandrel")}).isForRunningCopy);
+    for (const char *option : {"--new-instance", "--theme dark", "--sysfs /sys", "--plane DxBus",
+                               "--select DxBus:/", "--screenshot b.png"})
+        EXPECT_FALSE(parse((option + std::string(" a.vandrel")).c_str()).isForRunningCopy)
+            << option;
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow)
 {
-    for (const char *options :
-         {"--theme pink", "--nonsense", "--sysfs", "--capture ", "--capture a --plane DxBus"}) {
+    for (const char *options : {"--theme pink", "--nonsense", "--sysfs", "--capture ",
+                                "--capture a --plane DxBus", "--capture a --new-instance"}) {
         const CommandLine line = parse(options);
         EXPECT_EQ(line.action, CommandLine::Action::Fail) << options;
         EXPECT_FALSE(line.text.isEmpty()) << options;

@@ -1,5 +1,6 @@
 #include "ApplicationFixture.h"
 #include "platform/PreferencesStore.h"
+#include "platform/RecentDocuments.h"
 #include "platform/RunLoop.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
@@ -13,6 +14,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <QUrl>
@@ -36,6 +38,10 @@ protected:
         save(name);
         document().dataStore()->update();
         ASSERT_TRUE(document().isDocumentEdited());
+    }
+    QString proposedFile() const
+    {
+        return window().window()->findChild<QFileDialog *>()->selectedFiles().value(0);
     }
     QList<QAction *> recentItems() const
     {
@@ -72,13 +78,21 @@ TEST_F(DocumentsTest, SavesAndOpens)
 {
     launch();
     trigger("saveDocumentAction");
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("/[^/:]+ \\d{4}-\\d\\d-\\d\\d "
+                                                  "\\d\\d\\.\\d\\d\\.\\d\\d\\.vandrel$"))
+                    .match(proposedFile())
+                    .hasMatch())
+        << qPrintable(proposedFile());
     chooseFile(path("desk"));
     const QString file = path("desk.vandrel");
     EXPECT_EQ(document().fileName(), file);
     EXPECT_EQ(titles(), QStringList(QStringLiteral("desk.vandrel (%1)").arg(host())));
     trigger("saveDocumentAsAction");
+    EXPECT_EQ(proposedFile(), file);
     chooseFile(path("other.vandrel"));
     EXPECT_EQ(document().fileName(), path("other.vandrel"));
+    DocumentError error;
+    EXPECT_EQ(document().dataOfType(document().fileType(), error), contentOf("other.vandrel"));
 
     trigger("openDocumentAction");
     chooseFile(file);
@@ -103,6 +117,17 @@ TEST_F(DocumentsTest, SavesAndOpens)
     recent.at(0)->trigger();
     turnEventLoop();
     EXPECT_EQ(documentCount(), 2U);
+
+    // And by another running copy.
+    PreferencesStore(RecentDocuments::domain(), path("settings"))
+        .setValue(QStringLiteral("RecentDocuments"), QJsonArray{path("third"), file});
+    EXPECT_TRUE(waitFor([&] { return recentItems().at(0)->toolTip() == path("third"); }));
+    const std::size_t former = documentCount();
+    delegate_->openFilesOfOtherCopy({path("other.vandrel"), path("third")});
+    expectAlert("no such file");
+    answer("OK");
+    EXPECT_EQ(documentCount(), former);
+    EXPECT_EQ(recentItems().at(0)->toolTip(), path("other.vandrel"));
 
     // So does what is dropped.
     closeWindow(1);

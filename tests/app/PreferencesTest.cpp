@@ -1,7 +1,14 @@
 #include "ApplicationFixture.h"
+#include "app/ThemeController.h"
+#include "display/PropertyFormatStore.h"
+#include "display/TavPropertyOutlineItem.h"
+#include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "platform/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
+#include "tests/support/EventLoop.h"
+#include "tests/support/RegistryValues.h"
+#include "tests/support/SettingsPortal.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -9,6 +16,7 @@
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QTest>
+#include <QTreeView>
 #include <numeric>
 #include <set>
 
@@ -133,4 +141,94 @@ TEST_F(PreferencesTest, ToleratesWhatOthersHaveStored)
     EXPECT_EQ(interval(), 2147483647);
     EXPECT_EQ(planes().currentText(), QStringLiteral("DxPower"));
     EXPECT_EQ(planes().count(), 3);
+}
+
+TEST_F(PreferencesTest, FollowAnotherCopyWithoutDroppingWhatIsTyped)
+{
+    launch();
+    openPanel();
+    auto *const field = outlet<QSpinBox>(panel_, "defaultPollIntervalField");
+    tabs().setCurrentIndex(2);
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClicks(field, QStringLiteral("7"));
+    PreferencesStore::standard().synchronize();
+    {
+        PreferencesStore other(PreferencesStore::applicationIdentifier(), path("settings"));
+        other.setFlag(QStringLiteral("PolledUpdate"), true);
+        other.setValue(QStringLiteral("SelectedPreferencesTab"), QStringLiteral("View"));
+    }
+    ASSERT_TRUE(waitFor([&] { return button("defaultPolledUpdateCheckbox")->isChecked(); }));
+    EXPECT_EQ(tabs().currentIndex(), 2);
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(stored("PolledUpdateInterval"), 7);
+}
+
+TEST_F(PreferencesTest, FormatsOfAnotherCopyAreShown)
+{
+    launch();
+    service_->setProperties(service_->root(),
+                            values::dictionary({{"config", values::data("86806fa3")}}));
+    document().dataStore()->update();
+    const auto *const view = outlet<QTreeView>(window().window(), "propertiesOutlineView");
+    const auto shown = [view] {
+        constexpr int value = TavPropertiesOutlineViewDataSource::ValueColumn;
+        return view->model()->index(0, value).data().toString();
+    };
+    const QString automatic = shown();
+    const auto *const item =
+        static_cast<const TavPropertyOutlineItem *>(window().rootPropertyItem()->childAtIndex(0));
+    const QString key =
+        item->classPathForClass(item->registryEntry()->DxcoreClass()) + u':' + item->propertyPath();
+    PreferencesStore(PropertyFormatStore::domain(), path("settings"))
+        .setValue(key, QStringLiteral("1xbu"));
+    EXPECT_TRUE(waitFor([&] { return shown() != automatic; }));
+    const QString bytes = shown();
+    PreferencesStore(PropertyFormatStore::domain(), path("settings")).remove(key);
+    PreferencesStore(PreferencesStore::applicationIdentifier(), path("settings"))
+        .setValue(TavPropertyOutlineItem::defaultFormatKey(), QStringLiteral("4xlu"));
+    EXPECT_TRUE(waitFor([&] { return shown() != automatic && shown() != bytes; }));
+}
+
+TEST_F(PreferencesTest, ThemeAppliesAtOnceAndFollowsTheDesktopAndOtherCopies)
+{
+    if (!PrivateBus::isAvailable())
+        GTEST_SKIP() << "dbus-daemon is not installed";
+    const auto isDarkSoon = [this] {
+        turnEventLoopFor(150);
+        return isDark(window().window()->palette());
+    };
+    PrivateBus bus;
+    SettingsPortal portal(bus.connect("portal"));
+    portal.scheme = 1;
+    ASSERT_TRUE(portal.start());
+    std::optional<ThemeController> theme(std::in_place, std::nullopt, bus.connect("client"));
+    launch();
+    openPanel();
+    auto &popUp = *outlet<QComboBox>(panel_, "themePopUp");
+    const auto choose = [&](int item) {
+        popUp.setCurrentIndex(item);
+        Q_EMIT popUp.activated(item);
+    };
+    EXPECT_TRUE(isDarkSoon());
+    EXPECT_EQ(QIcon::fallbackThemeName(), QStringLiteral("vandrel-dark"));
+    portal.change(SettingsPortal::appearance, 2);
+    EXPECT_FALSE(isDarkSoon());
+    choose(2);
+    EXPECT_EQ(stored("Theme"), QStringLiteral("dark"));
+    EXPECT_TRUE(isDarkSoon());
+    choose(0);
+    EXPECT_FALSE(isDarkSoon());
+    PreferencesStore::standard().synchronize();
+    PreferencesStore(PreferencesStore::applicationIdentifier(), path("settings"))
+        .setValue(QStringLiteral("Theme"), QStringLiteral("dark"));
+    EXPECT_TRUE(waitFor(isDarkSoon));
+    EXPECT_EQ(popUp.currentIndex(), 2);
+    set("Theme", QStringLiteral("pink")); // as the desktop
+    EXPECT_FALSE(isDarkSoon());
+    theme.emplace(Theme::Light, bus.connect("client")); // by the command line
+    set("Theme", QStringLiteral("dark"));
+    EXPECT_FALSE(isDarkSoon());
+    for (const char *name : {"portal", "client"})
+        QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
 }

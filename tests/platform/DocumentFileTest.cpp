@@ -13,10 +13,14 @@ class GreedyDocument : public Document
 public:
     using Document::Document;
     void makeWindowControllers() override {}
+    QString fileType() const override { return {}; }
+    bool readFromData(const QByteArray &, const QString &, DocumentError &) override
+    {
+        throw std::bad_alloc();
+    }
 
 protected:
-    bool readFromData(const QByteArray &, DocumentError &) override { throw std::bad_alloc(); }
-    bool writeData(QIODevice &, DocumentError &) override { return true; }
+    bool writeData(QIODevice &, const QString &, DocumentError &) override { return true; }
 };
 
 class GreedyDocuments : public DocumentController

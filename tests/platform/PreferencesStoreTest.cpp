@@ -1,11 +1,14 @@
 #include "platform/PreferencesStore.h"
 #include "platform/NotificationCenter.h"
+#include "tests/support/EventLoop.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
+#include <QLockFile>
 #include <QTemporaryDir>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
@@ -177,6 +180,116 @@ TEST_F(PreferencesStoreTest, ALinkedFileStaysALink)
     open().setValue(QStringLiteral("a"), 1);
     EXPECT_TRUE(QFileInfo(file()).isSymLink());
     EXPECT_TRUE(read(target).contains("\"a\": 1"));
+}
+
+TEST_F(PreferencesStoreTest, CopiesMergeWhatTheyWrite)
+{
+    const QString a = QStringLiteral("a");
+    const QString b = QStringLiteral("b");
+    const QString c = QStringLiteral("c");
+    write(R"({"a": 1, "b": 1, "c": 1})");
+    PreferencesStore mine = open();
+    PreferencesStore other = open();
+    other.setValue(a, 2);
+    other.remove(b);
+    EXPECT_TRUE(other.synchronize());
+    mine.setValue(c, 3);
+    EXPECT_TRUE(mine.synchronize());
+    other.refresh();
+    for (const PreferencesStore &store : {std::cref(mine), std::cref(other)}) {
+        EXPECT_EQ(store.integer(a), 2);
+        EXPECT_FALSE(store.isStored(b));
+        EXPECT_EQ(store.integer(c), 3);
+    }
+    // What is not written yet wins, a removal too; what another copy wrote later wins then.
+    mine.setValue(a, 4);
+    mine.remove(c);
+    other.setValue(a, 5);
+    other.setValue(c, 5);
+    other.synchronize();
+    mine.refresh();
+    EXPECT_EQ(mine.integer(a), 4);
+    EXPECT_FALSE(mine.isStored(c));
+    mine.synchronize();
+    other.refresh();
+    EXPECT_EQ(other.integer(a), 4);
+    EXPECT_FALSE(other.isStored(c));
+    // A file that has gone, or that somebody is writing, changes nothing.
+    write("{\"a\": ");
+    mine.refresh();
+    EXPECT_EQ(files(), QStringList(QStringLiteral("test.json")));
+    QFile::remove(file());
+    mine.refresh();
+    EXPECT_EQ(mine.integer(a), 4);
+    mine.setValue(b, 1);
+    mine.synchronize();
+    EXPECT_EQ(open().integer(a), 4);
+}
+
+TEST_F(PreferencesStoreTest, NoticesWhatOthersWrite)
+{
+    const QString key = QStringLiteral("key");
+    PreferencesStore store = open(); // there is not even a folder
+    int changes = 0;
+    int merges = 0;
+    const auto count = [&store](const QString &name, int &number) {
+        return NotificationCenter::defaultCenter().observe(name, &store,
+                                                           [&](const auto &) { ++number; });
+    };
+    const auto changed = count(PreferencesStore::didChangeNotification(), changes);
+    const auto merged = count(PreferencesStore::didMergeNotification(), merges);
+    for (int i = 1; i <= 2; ++i) { // each replaces the file
+        open().setValue(key, i);
+        ASSERT_TRUE(waitFor([&] { return merges == i; }));
+        EXPECT_EQ(store.integer(key), i);
+    }
+    write(R"({"key": 3})"); // in place
+    ASSERT_TRUE(waitFor([&] { return store.integer(key) == 3; }));
+    turnEventLoopFor(100);
+    EXPECT_EQ(merges, changes);
+    const int former = changes;
+    store.setValue(key, 4);
+    turnEventLoopFor(100);
+    EXPECT_EQ(changes, former + 1); // not told of its own write
+    EXPECT_EQ(merges, former);
+}
+
+TEST_F(PreferencesStoreTest, AHeldLockDelaysAChangeOnly)
+{
+    const QString key = QStringLiteral("key");
+    QElapsedTimer time;
+    QDir().mkpath(folder());
+    QLockFile lock(file() + QStringLiteral(".lock"));
+    ASSERT_TRUE(lock.tryLock(0));
+    std::optional<PreferencesStore> store(std::in_place, QStringLiteral("test"), folder());
+    store->setValue(key, 1);
+    time.start();
+    EXPECT_FALSE(store->synchronize());
+    EXPECT_LT(time.elapsed(), 1000);
+    EXPECT_EQ(store->problems(), QStringList());
+    lock.unlock();
+    EXPECT_TRUE(waitFor([&] { return read(file()).contains("\"key\": 1"); }));
+
+    ASSERT_TRUE(lock.tryLock(0)); // by a copy that hangs
+    store->setValue(key, 2);
+    time.start();
+    store.reset();
+    EXPECT_LT(time.elapsed(), 3000);
+    EXPECT_TRUE(read(file()).contains("\"key\": 2"));
+}
+
+TEST_F(PreferencesStoreTest, AFileDamagedMeanwhileIsKeptToo)
+{
+    write("{}");
+    PreferencesStore store = open();
+    store.setValue(QStringLiteral("a"), 1);
+    store.synchronize();
+    write("{\"a\"");
+    store.setValue(QStringLiteral("b"), 2);
+    EXPECT_TRUE(store.synchronize());
+    EXPECT_EQ(store.problems().size(), 1);
+    EXPECT_EQ(read(file() + QStringLiteral(".damaged-1")), "{\"a\"");
+    EXPECT_EQ(open().storedKeys().size(), 2);
 }
 
 TEST_F(PreferencesStoreTest, SharedStoresOfAFolderAreOnePerDomain)

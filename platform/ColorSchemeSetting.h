@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+
+class QDBusMessage;
+class QDBusVariant;
+
+// The desktop's setting for light or dark programs, from its settings portal. It is asked for
+// without waiting: until the answer is there, and where nobody answers, there is no preference.
+class ColorSchemeSetting : public QObject
+{
+    Q_OBJECT
+public:
+    enum class Scheme { NoPreference, Dark, Light };
+
+    explicit ColorSchemeSetting(const QDBusConnection &bus = QDBusConnection::sessionBus());
+
+    Scheme scheme() const { return scheme_; }
+
+Q_SIGNALS:
+    void changed();
+
+private Q_SLOTS:
+    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+
+private:
+    void ask(const QString &method);
+    void setScheme(const QVariant &value);
+
+    QDBusConnection bus_;
+    Scheme scheme_ = Scheme::NoPreference;
+};
