@@ -51,7 +51,8 @@ ScreenBounds::ScreenBounds(QWidget &window)
     : QObject(&window)
 {
     window.installEventFilter(this);
-    boundSize(window); // before anything is arranged in it
+    if (window.testAttribute(Qt::WA_Resized)) // else its contents say how large it is
+        boundSize(window);                    // before anything is arranged in it
 }
 
 QSize ScreenBounds::maxSize(const QWidget &window)
@@ -68,12 +69,35 @@ void ScreenBounds::boundSize(QWidget &window)
 
 bool ScreenBounds::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::Show || event->spontaneous())
-        return false;
     auto &window = static_cast<QWidget &>(*watched);
+    if (event->type() == QEvent::Show && !event->spontaneous()) {
+        isOpening_ = true;
+        fitIn(window);
+    }
+    // From then on its frame is known.
+    const bool hasOpened =
+        event->type() == QEvent::WindowActivate && std::exchange(isOpening_, false);
+    const bool hasGrown = event->type() == QEvent::Resize && !event->spontaneous();
+    if (hasOpened || (hasGrown && window.isVisible()))
+        moveIn(window);
+    return false;
+}
+
+void ScreenBounds::fitIn(QWidget &window)
+{
     const bool isDialog = qobject_cast<QDialog *>(&window) && window.layout();
     if (isDialog && !fits(window.layout()->totalMinimumSize(), maxSize(window)))
         makeScrollable(window);
     boundSize(window);
-    return false;
+}
+
+void ScreenBounds::moveIn(QWidget &window)
+{
+    const QRect screen = window.screen()->availableGeometry();
+    const QRect frame = window.frameGeometry();
+    const QPoint last = screen.bottomRight() - frame.bottomRight() + frame.topLeft();
+    const QPoint place(std::max(screen.left(), std::min(frame.left(), last.x())),
+                       std::max(screen.top(), std::min(frame.top(), last.y())));
+    if (place != frame.topLeft())
+        window.move(place);
 }

@@ -4,8 +4,8 @@
 
 class QWidget;
 
-// Keeps a window from opening larger than its screen. What then has too little room can be
-// scrolled.
+// Keeps a window from opening larger than its screen, and from growing out of it. What then has too
+// little room can be scrolled.
 class ScreenBounds : public QObject
 {
     Q_OBJECT
@@ -19,4 +19,8 @@ public:
 
 private:
     static void boundSize(QWidget &window);
+    static void fitIn(QWidget &window);
+    static void moveIn(QWidget &window);
+
+    bool isOpening_ = false;
 };
