@@ -1,7 +1,10 @@
 #include "display/PropertyFormatStore.h"
 
 #include "display/PropertyFormatDescriptor.h"
+#include "display/TavPropertyOutlineItem.h"
 #include "platform/PreferencesStore.h"
+
+#include <QScopedValueRollback>
 
 namespace {
 QString keyFor(QStringView classPath, QStringView propertyPath)
@@ -14,6 +17,8 @@ QString keyFor(QStringView classPath, QStringView propertyPath)
     return key;
 }
 } // namespace
+
+FormatChange *PropertyFormatStore::recorded_ = nullptr;
 
 QString PropertyFormatStore::domain()
 {
@@ -46,12 +51,12 @@ void PropertyFormatStore::setFormat(QStringView classPath, QStringView propertyP
     if (descriptor.isNull() || options.unit == PropertyFormatOptions::useDefault)
         remove(classPath, propertyPath);
     else
-        preferences().setValue(keyFor(classPath, propertyPath), descriptor);
+        store(domain(), keyFor(classPath, propertyPath), descriptor);
 }
 
 void PropertyFormatStore::remove(QStringView classPath, QStringView propertyPath)
 {
-    preferences().remove(keyFor(classPath, propertyPath));
+    store(domain(), keyFor(classPath, propertyPath), QJsonValue::Undefined);
 }
 
 void PropertyFormatStore::removeBelow(QStringView classPath)
@@ -59,11 +64,52 @@ void PropertyFormatStore::removeBelow(QStringView classPath)
     const QString ownKeys = keyFor(classPath, {});
     for (const QString &key : preferences().storedKeys()) {
         if (key.startsWith(classPath) && !key.startsWith(ownKeys))
-            preferences().remove(key);
+            store(domain(), key, QJsonValue::Undefined);
     }
+}
+
+void PropertyFormatStore::setDefaultDescriptor(const QString &descriptor)
+{
+    store(PreferencesStore::applicationIdentifier(), TavPropertyOutlineItem::defaultFormatKey(),
+          descriptor);
+    PreferencesStore::standard().synchronize();
 }
 
 void PropertyFormatStore::synchronize()
 {
     preferences().synchronize();
+}
+
+FormatChange PropertyFormatStore::changeBy(const std::function<void()> &action)
+{
+    FormatChange change;
+    const QScopedValueRollback recording(recorded_, &change);
+    action();
+    return change;
+}
+
+void PropertyFormatStore::undo(const FormatChange &change)
+{
+    for (auto setting = change.settings.rbegin(); setting != change.settings.rend(); ++setting)
+        store(setting->domain, setting->key, setting->before);
+    synchronize();
+    PreferencesStore::standard().synchronize();
+}
+
+void PropertyFormatStore::redo(const FormatChange &change)
+{
+    for (const FormatChange::Setting &setting : change.settings)
+        store(setting.domain, setting.key, setting.after);
+    synchronize();
+    PreferencesStore::standard().synchronize();
+}
+
+void PropertyFormatStore::store(const QString &domain, const QString &key, const QJsonValue &value)
+{
+    PreferencesStore &preferences = PreferencesStore::shared(domain);
+    const QJsonValue before =
+        preferences.isStored(key) ? preferences.value(key) : QJsonValue(QJsonValue::Undefined);
+    if (recorded_ && before != value)
+        recorded_->settings.push_back({domain, key, before, value});
+    preferences.setValue(key, value);
 }

@@ -59,6 +59,8 @@ public:
         bool isShared;     // found on a property that contains this one
     };
     std::optional<StoredFormat> getPropertyFormats() const;
+    // Looks in any case, for the entry's inheritance.
+    std::optional<StoredFormat> _getPropertyFormats(const QStringList &inheritance) const;
     PropertyFormatOptions propertyFormat() const;
     void clearPropertyFormats(bool clearThis, bool clearChildren, const QString &className);
     void clearPropertyFormatsForSubclassesOfClass(const QString &className);
@@ -79,7 +81,6 @@ private:
     Rendering &rendering();
     StyledText render();
     QString plainText() const;
-    std::optional<StoredFormat> _getPropertyFormats(const QStringList &inheritance) const;
 
     std::unique_ptr<Rendering> rendering_; // of the few nodes that were ever shown
 };

@@ -32,6 +32,7 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTimer>
+#include <QUndoStack>
 
 TavWindowController::TavWindowController(TavDocument &document)
     : document_(document)
@@ -40,6 +41,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     , outlineDataSource_(std::make_unique<TavRegistryOutlineViewDataSource>(*this))
     , propertiesDataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
     , browserDelegate_(std::make_unique<TavBrowserDelegate>(*this))
+    , undoStack_(std::make_unique<QUndoStack>())
     , history_(std::make_unique<SelectionHistory>())
 {
     loadWindow();

@@ -30,6 +30,7 @@ class QSplitter;
 class QStackedWidget;
 class QTableView;
 class QToolButton;
+class QUndoStack;
 class SearchField;
 class SegmentedControl;
 class SelectionHistory;
@@ -190,6 +191,8 @@ public:
     void expandAll();
     void collapseAll();
     void collapseAroundSelection();
+    void undo(); // the last change of formats that was made from this window
+    void redo();
     void copy();
     void copyName();
     void copyPath();
@@ -208,7 +211,8 @@ private:
     void connectOutlets();
     void connectActions();
     void setUpFormats();
-    void replaceSelectedPropertyItem(const PropertyRef &previousRoot);
+    void showProperties(const PropertyRef &previousRoot);
+    void selectPropertyItem(TavRegistryProperty *item); // for its format to be chosen
     void setUpViews();
     void setUpBrowser();
     void setUpFind();
@@ -253,6 +257,8 @@ private:
     bool canSelectNextSibling() const;
     bool canSelectPreviousSibling() const;
     QString pollIntervalText() const;
+    QString undoTitle() const;
+    QString redoTitle() const;
     QString toggleTimedUpdateTitle() const;
     QString changeTimedUpdateTitle() const;
     QString toggleShowTerminatedObjectsTitle() const;
@@ -287,6 +293,7 @@ private:
     std::unique_ptr<TavPropertiesOutlineViewDataSource> propertiesDataSource_;
     std::unique_ptr<TavBrowserDelegate> browserDelegate_;
     std::unique_ptr<TavFindTableViewDataSource> findDataSource_;
+    std::unique_ptr<QUndoStack> undoStack_;
     std::unique_ptr<QMainWindow> window_; // goes first: its views use what is above
     std::unique_ptr<PlaneMenu> planeMenu_;
     std::unique_ptr<SplitViewAutosave> splitViewAutosave_;

@@ -4,6 +4,8 @@
 #include "explorer/TavWindowController.h"
 #include "store/TavDataStore.h"
 
+#include <QUndoStack>
+
 std::span<const MenuCommand> TavWindowController::menuCommands()
 {
     using Window = TavWindowController;
@@ -19,6 +21,10 @@ std::span<const MenuCommand> TavWindowController::menuCommands()
     };
 
     static constexpr MenuCommand commands[] = {
+        {"undoAction", &Window::undo, [](const Window &w) { return w.undoStack_->canUndo(); },
+         [](const Window &w) { return w.undoTitle(); }},
+        {"redoAction", &Window::redo, [](const Window &w) { return w.undoStack_->canRedo(); },
+         [](const Window &w) { return w.redoTitle(); }},
         {"copyAction", &Window::copy},
         {"copyNameAction", &Window::copyName, isSelected},
         {"copyPathAction", &Window::copyPath, isSelected},

@@ -47,10 +47,8 @@ void TavWindowController::setSelectedEntry(const EntryRef &entry)
         clearObjectInfo();
         rootPropertyItem_.reset();
     }
-    if (rootPropertyItem_ != previousRoot) {
-        propertiesOutlineView_->reloadData();
-        replaceSelectedPropertyItem(previousRoot);
-    }
+    if (rootPropertyItem_ != previousRoot)
+        showProperties(previousRoot);
     synchronizeWindowTitleWithDocumentName();
     validateActions();
 }

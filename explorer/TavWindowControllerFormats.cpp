@@ -7,12 +7,43 @@
 #include <QAction>
 #include <QKeyEvent>
 #include <QMainWindow>
+#include <QUndoStack>
 
 void TavWindowController::setUpFormats()
 {
+    const auto action = [this](const char *name) {
+        return InterfaceLoader::outlet<QAction>(*window_, name);
+    };
     TavFormatController::sharedInstance().addTogglePropertyFormatPanelMenuItem(
-        *InterfaceLoader::outlet<QAction>(*window_, "togglePropertyFormatPanelAction"));
+        *action("togglePropertyFormatPanelAction"));
     window_->installEventFilter(this);
+    undoStack_->setUndoLimit(200);
+    connect(undoStack_.get(), &QUndoStack::indexChanged, window_.get(),
+            [this] { validateActions(); });
+    action("undoAction")->setShortcuts(QKeySequence::Undo);
+    action("redoAction")->setShortcuts(QKeySequence::Redo);
+}
+
+void TavWindowController::undo()
+{
+    undoStack_->undo();
+}
+
+void TavWindowController::redo()
+{
+    undoStack_->redo();
+}
+
+QString TavWindowController::undoTitle() const
+{
+    const QString text = undoStack_->undoText();
+    return text.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(text);
+}
+
+QString TavWindowController::redoTitle() const
+{
+    const QString text = undoStack_->redoText();
+    return text.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(text);
 }
 
 bool TavWindowController::eventFilter(QObject *watched, QEvent *event)
@@ -33,18 +64,27 @@ void TavWindowController::windowDidBecomeKey()
 void TavWindowController::propertiesViewSelectionChanged()
 {
     TavRegistryProperty *const selected = propertiesOutlineView_->selectedItem();
-    TavFormatController::sharedInstance().setSelectedPropertyItem(
-        selected ? selected : rootPropertyItem_.get());
+    selectPropertyItem(selected ? selected : rootPropertyItem_.get());
 }
 
-// The formats follow a tree that has given way to another, unless they are of another window's.
-void TavWindowController::replaceSelectedPropertyItem(const PropertyRef &previousRoot)
+void TavWindowController::selectPropertyItem(TavRegistryProperty *item)
 {
-    TavRegistryProperty *const item = TavFormatController::sharedInstance().selectedPropertyItem();
-    const PropertyRef edited = item ? item->ref() : nullptr;
-    const bool isOfPreviousTree =
-        !edited.owner_before(previousRoot) && !previousRoot.owner_before(edited);
-    if (isOfPreviousTree)
+    TavFormatController &formats = TavFormatController::sharedInstance();
+    formats.setSelectedPropertyItem(item);
+    formats.setUndoStack(*undoStack_);
+}
+
+// The view keeps its selection by itself. The formats follow, without seeing anything else selected
+// in between, unless what they are for is another window's.
+void TavWindowController::showProperties(const PropertyRef &previousRoot)
+{
+    TavFormatController &formats = TavFormatController::sharedInstance();
+    const bool isReread = previousRoot && rootPropertyItem_ &&
+                          previousRoot->registryEntry() == rootPropertyItem_->registryEntry();
+    propertiesOutlineView_->reloadData();
+    if (isReread)
+        formats.noteEntryReread(previousRoot, rootPropertyItem_);
+    else if (!formats.undoStack() || formats.undoStack() == undoStack_.get())
         propertiesViewSelectionChanged();
 }
 

@@ -1,5 +1,4 @@
 // The selection of the properties view.
-#include "display/views/TavFormatController.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "explorer/TavWindowController.h"
@@ -18,38 +17,24 @@ TavRegistryProperty *child(const TavRegistryProperty &node, const PropertyPathMe
     });
     return named == children.end() ? nullptr : *named;
 }
-
-// Rows may be sorted by whatever the user likes.
-QModelIndex rowOf(const TavPropertiesOutlineViewDataSource &rows, const QModelIndex &parent,
-                  const TavRegistryProperty &node)
-{
-    for (int row = 0, count = rows.rowCount(parent); row < count; ++row) {
-        const QModelIndex index = rows.index(row, 0, parent);
-        if (rows.item(index) == &node)
-            return index;
-    }
-    return {};
-}
 } // namespace
 
 void TavWindowController::selectPropertyKeyIndexPath(const std::vector<PropertyPathMember> &path)
 {
     TavRegistryProperty *node = rootPropertyItem_.get();
-    QModelIndex row;
-    for (const PropertyPathMember &member : path) {
+    for (const PropertyPathMember &member : path)
         node = node ? child(*node, member) : nullptr;
-        if (!node)
-            break;
-        row = rowOf(*propertiesOutlineView_->dataSource(), row, *node);
-        propertiesOutlineView_->expand(row);
-    }
+    const QModelIndex row =
+        node ? propertiesOutlineView_->dataSource()->indexOf(*node) : QModelIndex();
+    for (QModelIndex opened = row; opened.isValid(); opened = opened.parent())
+        propertiesOutlineView_->expand(opened);
     if (!node) {
         propertiesOutlineView_->clearSelection();
     } else if (row.isValid()) {
         propertiesOutlineView_->selectionModel()->setCurrentIndex(
             row, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     }
-    TavFormatController::sharedInstance().setSelectedPropertyItem(node);
+    selectPropertyItem(node);
 }
 
 void TavWindowController::scrollToSelectedProperty()

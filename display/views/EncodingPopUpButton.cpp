@@ -3,7 +3,6 @@
 #include "display/EncodingManager.h"
 #include "display/views/SelectEncodingsPanel.h"
 
-#include <QScopedValueRollback>
 #include <QSignalBlocker>
 
 namespace {
@@ -15,14 +14,12 @@ QString titleOf(quint32 encoding)
 } // namespace
 
 EncodingPopUpButton::EncodingPopUpButton(QWidget *parent)
-    : QComboBox(parent)
+    : PopUpButton(parent)
     , cell_(*this)
     , observation_(NotificationCenter::defaultCenter().observe(
           EncodingManager::listChangedNotification(), nullptr,
           [this](const auto &) { encodingsListChanged(); }))
-{
-    connect(this, &QComboBox::activated, this, &EncodingPopUpButton::noteActivated);
-}
+{}
 
 void EncodingPopUpButton::setEncoding(quint32 encoding, bool defaultEntry)
 {
@@ -63,15 +60,15 @@ void EncodingPopUpButton::setupPopUp(quint32 selectedEncoding, bool withDefaultE
     addItem(tr("Customize Encodings List…"), TextEncodings::none);
     setCurrentIndex(-1);
     cell_.selectItemAtIndex(selected);
+    settle();
 }
 
 void EncodingPopUpButton::noteActivated()
 {
-    const bool customizes = cell_.takeLastItemChosen();
-    if (!customizes)
-        Q_EMIT encodingChosen();
-    else if (!isStepping_)
+    if (cell_.takeLastItemChosen())
         SelectEncodingsPanel::sharedInstance().showPanel();
+    else
+        PopUpButton::noteActivated();
 }
 
 void EncodingPopUpButton::encodingsListChanged()
@@ -84,12 +81,6 @@ void EncodingPopUpButton::encodingsListChanged()
 
 void EncodingPopUpButton::keyPressEvent(QKeyEvent *event)
 {
-    const QScopedValueRollback stepping(isStepping_, true);
-    QComboBox::keyPressEvent(event);
-}
-
-void EncodingPopUpButton::wheelEvent(QWheelEvent *event)
-{
-    const QScopedValueRollback stepping(isStepping_, true);
-    QComboBox::wheelEvent(event);
+    PopUpButton::keyPressEvent(event);
+    cell_.takeLastItemChosen(); // stepping to the last item is refused and chooses nothing
 }

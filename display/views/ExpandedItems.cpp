@@ -1,18 +1,6 @@
 #include "display/views/ExpandedItems.h"
 
-namespace {
-// The collection at the same place as one in an older tree; null when there is none.
-TavRegistryProperty *counterpart(const TavRegistryProperty &older, qsizetype position,
-                                 const TavRegistryProperty &newParent)
-{
-    TavRegistryProperty *const newer =
-        position < newParent.numberOfChildren() ? newParent.childAtIndex(position) : nullptr;
-    const bool isKeyed = newParent.valueType() == TavRegistryProperty::Type::Dictionary;
-    if (newer && (!isKeyed || newer->name() == older.name()))
-        return newer;
-    return isKeyed ? newParent.childWithName(older.name()) : nullptr;
-}
-} // namespace
+#include "display/PropertyCounterparts.h"
 
 bool ExpandedItems::contains(const TavRegistryProperty &item) const
 {
@@ -40,12 +28,14 @@ void ExpandedItems::carryOver(TavRegistryProperty &older, TavRegistryProperty &n
     while (!pending.empty()) {
         const auto [oldParent, newParent] = pending.back();
         pending.pop_back();
+        const auto positions = PropertyCounterparts::positionsOfChildren(*oldParent, *newParent);
         for (qsizetype i = 0; i < oldParent->numberOfChildren(); ++i) {
+            const qsizetype position = positions[static_cast<std::size_t>(i)];
             TavRegistryProperty *const oldChild = oldParent->childAtIndex(i);
-            if (!oldChild->isCollection())
+            if (position < 0 || !oldChild->isCollection())
                 continue;
-            TavRegistryProperty *const newChild = counterpart(*oldChild, i, *newParent);
-            if (!newChild || !newChild->isCollection())
+            TavRegistryProperty *const newChild = newParent->childAtIndex(position);
+            if (!newChild->isCollection())
                 continue;
             if (contains(*oldChild))
                 insert(*newChild);

@@ -28,6 +28,7 @@ PropertyFormatPanel::PropertyFormatPanel()
 {
     InterfaceLoader loader;
     loader.addWidgetClass<EncodingPopUpButton>();
+    loader.addWidgetClass<PopUpButton>();
     window_.reset(
         qobject_cast<QDialog *>(loader.load(QStringLiteral("PropertyFormatPanel")).release()));
     FloatingPanel::prepare(*window_);
@@ -53,6 +54,7 @@ void PropertyFormatPanel::connectOutlets()
         field = InterfaceLoader::outlet<std::remove_reference_t<decltype(*field)>>(*window_, name);
     };
     outlet(messageField_, "propertyFormatMessageField");
+    outlet(targetNoteField_, "propertyFormatTargetNoteField");
     outlet(sharedMessageField_, "propertyFormatSharedMessageField");
     outlet(automaticCheckbox_, "propertyFormatAutomaticCheckbox");
     outlet(stringEncodingPopUp_, "propertyFormatStringEncodingPopUp");
@@ -66,9 +68,8 @@ void PropertyFormatPanel::connectOutlets()
     matrix(byteOrderMatrix_, "propertyFormatByteOrderMatrix");
     matrix(signMatrix_, "propertyFormatSignMatrix");
     connect(automaticCheckbox_, &QCheckBox::clicked, this, &PropertyFormatPanel::optionChanged);
-    connect(stringEncodingPopUp_, &EncodingPopUpButton::encodingChosen, this,
-            &PropertyFormatPanel::optionChanged);
-    connect(classPopUpButton_, &QComboBox::activated, this, &PropertyFormatPanel::classChanged);
+    connect(stringEncodingPopUp_, &PopUpButton::chosen, this, &PropertyFormatPanel::optionChanged);
+    connect(classPopUpButton_, &PopUpButton::chosen, this, &PropertyFormatPanel::classChanged);
 }
 
 void PropertyFormatPanel::connectActions()
@@ -102,7 +103,6 @@ void PropertyFormatPanel::showFormat(PropertyFormatOptions options,
     const qint64 numberWidth = numberWidthOf(property);
     const bool isAutomatic = options.unit == PropertyFormatOptions::automatic;
     automaticCheckbox_->setChecked(isAutomatic);
-    showMessage(property);
     nameTypeCells(numberWidth > 0);
     PropertyFormatOptions shown = options;
     if (isAutomatic)
@@ -113,16 +113,15 @@ void PropertyFormatPanel::showFormat(PropertyFormatOptions options,
     enableCells(isAutomatic ? options : shown, numberWidth);
 }
 
-void PropertyFormatPanel::showMessage(const TavPropertyOutlineItem *property)
+void PropertyFormatPanel::setMessage(const QString &text)
 {
-    const Type type = property ? property->valueType() : Type::None;
-    QString message = tr("View data/numbers within the selected registry entry as:");
-    if (type == Type::Dictionary || type == Type::Array)
-        message = tr("View data/numbers within the selected %1 property as:")
-                      .arg(property->typeName().toLower());
-    else if (type == Type::Data || type == Type::Number)
-        message = tr("View the selected %1 property as:").arg(property->typeName().toLower());
-    messageField_->setText(message);
+    messageField_->setText(text);
+}
+
+void PropertyFormatPanel::setTargetNote(const QString &text)
+{
+    targetNoteField_->setText(text);
+    targetNoteField_->setHidden(text.isEmpty());
 }
 
 // Numbers that no cell has leave the selection as it is.
@@ -185,17 +184,30 @@ void PropertyFormatPanel::setClasses(const QStringList &classes)
     classPopUpButton_->clear();
     for (const QString &name : classes)
         classPopUpButton_->addItem(name, classPopUpButton_->count());
+    classPopUpButton_->settle();
     classPopUpButton_->setEnabled(!classes.isEmpty());
 }
 
 void PropertyFormatPanel::selectClass(const QString &className)
 {
     classPopUpButton_->setCurrentIndex(classPopUpButton_->findText(className));
+    classPopUpButton_->settle();
 }
 
 QString PropertyFormatPanel::selectedClass() const
 {
     return classPopUpButton_->currentText();
+}
+
+bool PropertyFormatPanel::isChoosing() const
+{
+    return classPopUpButton_->isChoosing() || stringEncodingPopUp_->isChoosing();
+}
+
+void PropertyFormatPanel::commitChoices()
+{
+    classPopUpButton_->commit();
+    stringEncodingPopUp_->commit();
 }
 
 void PropertyFormatPanel::setStatusText(const QString &text)

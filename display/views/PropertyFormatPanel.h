@@ -6,9 +6,9 @@
 #include <QDialog>
 
 class EncodingPopUpButton;
+class PopUpButton;
 class QAction;
 class QCheckBox;
-class QComboBox;
 class QLabel;
 class TavPropertyOutlineItem;
 
@@ -24,6 +24,9 @@ public:
 
     QDialog &window() const { return *window_; }
 
+    void setMessage(const QString &text); // above the controls
+    // Says that the format is for another property than the user thinks; null: for the same.
+    void setTargetNote(const QString &text);
     // For the property, or for a whole entry when there is none.
     void showFormat(PropertyFormatOptions options, const TavPropertyOutlineItem *property);
     PropertyFormatOptions format() const;
@@ -32,6 +35,8 @@ public:
     void selectClass(const QString &className);
     QString selectedClass() const;
     void setStatusText(const QString &text);
+    bool isChoosing() const; // whether the user is about to, in a pop-up
+    void commitChoices();
     QAction *action(ActionTag tag) const { return actions_[tag]; }
 
 Q_SIGNALS:
@@ -47,17 +52,17 @@ protected:
 private:
     void connectOutlets();
     void connectActions();
-    void showMessage(const TavPropertyOutlineItem *property);
     void selectCells(const PropertyFormatOptions &options);
     void nameTypeCells(bool isNumber);
     void enableCells(const PropertyFormatOptions &options, qint64 numberWidth);
 
     std::unique_ptr<QDialog> window_;
     QLabel *messageField_ = nullptr;
+    QLabel *targetNoteField_ = nullptr;
     QLabel *sharedMessageField_ = nullptr;
     QCheckBox *automaticCheckbox_ = nullptr;
     EncodingPopUpButton *stringEncodingPopUp_ = nullptr;
-    QComboBox *classPopUpButton_ = nullptr;
+    PopUpButton *classPopUpButton_ = nullptr;
     std::unique_ptr<ButtonMatrix> typeMatrix_;
     std::unique_ptr<ButtonMatrix> baseMatrix_;
     std::unique_ptr<ButtonMatrix> byteOrderMatrix_;

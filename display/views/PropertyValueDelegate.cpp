@@ -14,6 +14,7 @@ constexpr int horizontalMargin = 4;
 constexpr int verticalMargin = OutlineRowDelegate::verticalMargin;
 constexpr int longestMeasured = 500; // in characters
 constexpr int charactersLaidOut = 2'000'000;
+constexpr const char *shownText = "shownText";
 
 bool isValue(const QModelIndex &index)
 {
@@ -169,8 +170,13 @@ QWidget *PropertyValueDelegate::createEditor(QWidget *parent, const QStyleOption
 
 void PropertyValueDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
+    // What the user selected in it stays, as long as the text does.
+    const QVariant text = index.data(Qt::EditRole);
+    if (editor->property(shownText) == text)
+        return;
     auto *const field = qobject_cast<QPlainTextEdit *>(editor);
-    field->setPlainText(index.data(Qt::EditRole).toString());
+    field->setProperty(shownText, text); // the field's own has other line ends
+    field->setPlainText(text.toString());
     field->selectAll();
 }
 

@@ -16,7 +16,7 @@ class PropertyValueDelegate : public QStyledItemDelegate
 public:
     PropertyValueDelegate(QTreeView &view, const TavPropertiesOutlineViewDataSource &dataSource);
 
-    // To be called before rows are laid out anew for other texts, another width or another font.
+    // To be called before rows are laid out again for other texts, another width or another font.
     void forgetLayouts();
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,

@@ -32,7 +32,7 @@ void SelectEncodingsPanel::showPanel()
     if (!window_)
         load();
     setupEncodingsList();
-    FloatingPanel::makeKey(*window_);
+    FloatingPanel::makeKey(*window_, worksWhenModal());
 }
 
 void SelectEncodingsPanel::load()

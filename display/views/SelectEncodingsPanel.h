@@ -13,16 +13,17 @@ public:
     static SelectEncodingsPanel &sharedInstance();
 
     void showPanel();
+    static bool worksWhenModal() { return true; }     // is usable while a modal dialog is up
     QWidget *window() const { return window_.get(); } // null before it was first shown
+    void setupEncodingsList();                        // once the panel was shown
+    void encodingListChanged();                       // by a check box
 
 private:
     SelectEncodingsPanel() = default;
     ~SelectEncodingsPanel() override;
 
     void load();
-    void setupEncodingsList();
     void updateList(); // the check boxes, from what is enabled
-    void encodingListChanged();
 
     std::unique_ptr<QWidget> window_;
     QListWidget *encodingsList_ = nullptr;

@@ -1,15 +1,21 @@
 #include "display/views/TavFormatController.h"
 
 #include "display/DisplayLogging.h"
+#include "display/PropertyCounterparts.h"
 #include "display/PropertyFormatDescriptor.h"
+#include "display/PropertyFormatStore.h"
 #include "display/TavPropertyOutlineItem.h"
+#include "display/views/FormatCommand.h"
 #include "display/views/PropertyFormatPanel.h"
+#include "display/views/PropertyTitle.h"
 #include "model/TavRegistryEntry.h"
 #include "platform/PreferencesStore.h"
 #include "platform/desktop/FloatingPanel.h"
+#include "platform/desktop/MenuText.h"
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QUndoStack>
 #include <array>
 
 using Type = RegistryValue::Type;
@@ -64,8 +70,20 @@ PropertyFormatPanel &TavFormatController::panel()
             &TavFormatController::propertyFormatActionMenuChanged);
     connect(panel_.get(), &PropertyFormatPanel::visibilityChanged, this,
             &TavFormatController::validateMenuItems);
+    addUndoKeys();
     showSelection();
     return *panel_;
+}
+
+// Windows have the commands in their menus, which the keys do not reach from here.
+void TavFormatController::addUndoKeys()
+{
+    QDialog &window = panel_->window();
+    QAction *const undo = undoGroup_.createUndoAction(&window);
+    QAction *const redo = undoGroup_.createRedoAction(&window);
+    undo->setShortcuts(QKeySequence::Undo);
+    redo->setShortcuts(QKeySequence::Redo);
+    window.addActions({undo, redo});
 }
 
 QDialog &TavFormatController::propertyFormatPanel()
@@ -85,10 +103,28 @@ QString TavFormatController::propertyFormatDescriptor()
 
 void TavFormatController::setPropertyFormats(const PropertyFormatOptions &options)
 {
-    if (options.unit == PropertyFormatOptions::useDefault)
+    panel();
+    showFormat(options);
+}
+
+void TavFormatController::showFormat(const PropertyFormatOptions &options)
+{
+    if (options.unit == PropertyFormatOptions::useDefault) {
         _readDefaultPropertyFormats();
-    else
-        panel().showFormat(options, selectedItem_);
+    } else if (panel_) {
+        panel_->setMessage(message());
+        panel_->showFormat(options, selectedItem_);
+    }
+}
+
+QString TavFormatController::message() const
+{
+    if (!_hasEligibleDataSettingsTarget())
+        return tr("View data/numbers within the selected registry entry as:");
+    return (_hasCollectionDataSettingsTarget()
+                ? tr("View data/numbers within the selected %1 property as:")
+                : tr("View the selected %1 property as:"))
+        .arg(selectedItem_->typeName().toLower());
 }
 
 void TavFormatController::setPropertyFormatsFromDescriptor(const QString &descriptor)
@@ -99,23 +135,58 @@ void TavFormatController::setPropertyFormatsFromDescriptor(const QString &descri
 
 void TavFormatController::setSelectedPropertyItem(TavRegistryProperty *item)
 {
+    if (panel_) {
+        panel_->commitChoices(); // made for the one selected so far
+        if (item != selectedItem_)
+            panel_->setTargetNote(QString());
+    }
+    selectItem(item);
+    showSelection();
+}
+
+void TavFormatController::selectItem(TavRegistryProperty *item)
+{
     const bool canBeShown =
         item && item->propertyClass().isKindOf(TavPropertyOutlineItem::staticPropertyClass());
     selectedItem_ = canBeShown ? static_cast<TavPropertyOutlineItem *>(item) : nullptr;
     keptItem_ = canBeShown ? item->ref() : nullptr;
     selectedRegistryEntry_ = canBeShown ? item->registryEntry() : nullptr;
+}
+
+void TavFormatController::noteEntryReread(const PropertyRef &olderRoot, const PropertyRef &newRoot)
+{
+    const bool isOfOlderTree =
+        !keptItem_.owner_before(olderRoot) && !olderRoot.owner_before(keptItem_);
+    if (!selectedItem_ || !isOfOlderTree)
+        return;
+    TavRegistryProperty *const found = PropertyCounterparts::find(*selectedItem_, *newRoot);
+    const QString title = PropertyTitle::of(*selectedItem_);
+    selectItem(found ? found : newRoot.get());
+    // What the user is choosing is for the same property still.
+    if (found && panel_ && panel_->isChoosing())
+        return;
+    showSelection();
+    if (!found)
+        noteTargetGone(title);
+}
+
+void TavFormatController::noteTargetGone(const QString &title)
+{
     if (panel_)
-        showSelection();
+        panel_->setTargetNote(
+            tr("“%1” is gone. The panel now applies to the whole entry.").arg(title));
 }
 
 void TavFormatController::showSelection()
 {
-    status_ = DataSettingsStatus::Default;
-    QStringList classes =
-        selectedRegistryEntry_ ? selectedRegistryEntry_->inheritance() : QStringList();
-    std::reverse(classes.begin(), classes.end());
-    panel_->setClasses(classes);
     const auto stored = selectedItem_ ? selectedItem_->getPropertyFormats() : std::nullopt;
+    status_ = DataSettingsStatus::Default;
+    if (panel_) {
+        QStringList classes =
+            selectedRegistryEntry_ ? selectedRegistryEntry_->inheritance() : QStringList();
+        std::reverse(classes.begin(), classes.end());
+        panel_->setClasses(classes);
+    }
     if (!stored) {
         _readDefaultPropertyFormats();
     } else {
@@ -123,8 +194,9 @@ void TavFormatController::showSelection()
             setStatus(DataSettingsStatus::Shared, tr("Using Shared Settings"));
         else
             setStatus(DataSettingsStatus::Custom, tr("Using Custom Settings"));
-        panel_->selectClass(stored->className);
-        setPropertyFormats(stored->options);
+        if (panel_)
+            panel_->selectClass(stored->className);
+        showFormat(stored->options);
     }
     validateMenuItems();
 }
@@ -137,78 +209,124 @@ void TavFormatController::_readDefaultPropertyFormats()
         qCWarning(displayLog, "Invalid default data view options!");
         return;
     }
-    panel().showFormat(options, selectedItem_);
+    showFormat(options);
     setStatus(DataSettingsStatus::Default, tr("Using Default Settings"));
 }
 
 void TavFormatController::setStatus(DataSettingsStatus status, const QString &text)
 {
     status_ = status;
-    panel().setStatusText(text);
+    if (panel_)
+        panel_->setStatusText(text);
     validateMenuItems();
 }
 
 void TavFormatController::dataViewOptionChanged(bool isClassChange)
 {
     setStatus(DataSettingsStatus::Custom, QString());
-    if (selectedItem_) {
-        const QString className = panel_->selectedClass();
+    change(formatTitle(), [this, isClassChange] {
+        if (!selectedItem_) {
+            setDefaultPropertyFormats();
+            return;
+        }
+        const QString className = panel().selectedClass();
         if (isClassChange)
             selectedItem_->clearPropertyFormatsForClassInheritanceUpTo(className);
-        selectedItem_->setPropertyFormats(panel_->format(), className);
-    } else {
-        setDefaultPropertyFormats();
-    }
+        selectedItem_->setPropertyFormats(panel().format(), className);
+    });
     showSelection();
     noteOptionsChanged();
 }
 
-void TavFormatController::propertyFormatActionMenuChanged(int tag)
+void TavFormatController::change(const QString &title, const std::function<void()> &action)
+{
+    FormatChange change = PropertyFormatStore::changeBy(action);
+    if (undoStack() && !change.settings.empty())
+        undoStack()->push(new FormatCommand(title, std::move(change), selectedItem_));
+}
+
+// Titles of commands go into menus.
+QString TavFormatController::formatTitle() const
+{
+    if (!selectedItem_)
+        return tr("Default Format");
+    return selectedItem_->parent()
+               ? tr("Format of “%1”").arg(menuText(PropertyTitle::of(*selectedItem_)))
+               : tr("Format of Whole Entry");
+}
+
+QString TavFormatController::actionTitle(int tag) const
 {
     switch (tag) {
     case PropertyFormatPanel::SetDefaults:
-        setDefaultPropertyFormats();
-        break;
-    case PropertyFormatPanel::UseShared:
-        clearCustomSettings();
-        break;
+        return tr("Default Format");
     case PropertyFormatPanel::ClearContents:
-        clearContainedPropertySettings();
-        break;
+        return tr("Clearing of Contained Formats");
     case PropertyFormatPanel::ClearSubclasses:
-        clearSubclassSettings();
-        break;
+        return tr("Clearing of Subclass Formats");
     default:
-        break;
+        return formatTitle();
     }
+}
+
+void TavFormatController::setUndoStack(QUndoStack &stack)
+{
+    undoGroup_.addStack(&stack);
+    undoGroup_.setActiveStack(&stack);
+}
+
+void TavFormatController::noteFormatsRestored(const PropertyRef &item)
+{
+    showSelection();
+    Q_EMIT dataViewOptionsChanged(item ? item.get() : selectedItem_);
+}
+
+void TavFormatController::propertyFormatActionMenuChanged(int tag)
+{
+    change(actionTitle(tag), [this, tag] {
+        switch (tag) {
+        case PropertyFormatPanel::SetDefaults:
+            setDefaultPropertyFormats();
+            break;
+        case PropertyFormatPanel::UseShared:
+            clearCustomSettings();
+            break;
+        case PropertyFormatPanel::ClearContents:
+            clearContainedPropertySettings();
+            break;
+        case PropertyFormatPanel::ClearSubclasses:
+            clearSubclassSettings();
+            break;
+        default:
+            break;
+        }
+    });
     noteOptionsChanged();
 }
 
 void TavFormatController::setDefaultPropertyFormats()
 {
-    PreferencesStore &preferences = PreferencesStore::standard();
-    preferences.setValue(TavPropertyOutlineItem::defaultFormatKey(), propertyFormatDescriptor());
-    preferences.synchronize();
+    PropertyFormatStore::setDefaultDescriptor(propertyFormatDescriptor());
 }
 
 void TavFormatController::clearCustomSettings()
 {
     if (selectedItem_)
         selectedItem_->setPropertyFormats({.unit = PropertyFormatOptions::useDefault},
-                                          panel_->selectedClass());
+                                          panel().selectedClass());
     showSelection();
 }
 
 void TavFormatController::clearContainedPropertySettings()
 {
     if (selectedItem_)
-        selectedItem_->clearPropertyFormats(false, true, panel_->selectedClass());
+        selectedItem_->clearPropertyFormats(false, true, panel().selectedClass());
 }
 
 void TavFormatController::clearSubclassSettings()
 {
     if (selectedItem_)
-        selectedItem_->clearPropertyFormatsForSubclassesOfClass(panel_->selectedClass());
+        selectedItem_->clearPropertyFormatsForSubclassesOfClass(panel().selectedClass());
     showSelection(); // the one shown may have been among them
 }
 
@@ -217,28 +335,44 @@ void TavFormatController::noteOptionsChanged()
     Q_EMIT dataViewOptionsChanged(selectedItem_);
 }
 
+bool TavFormatController::_hasEligibleDataSettingsTarget() const
+{
+    return _hasCollectionDataSettingsTarget() ||
+           (selectedItem_ && (selectedItem_->valueType() == Type::Data ||
+                              selectedItem_->valueType() == Type::Number));
+}
+
 bool TavFormatController::_hasCollectionDataSettingsTarget() const
 {
     return selectedItem_ && (selectedItem_->valueType() == Type::Dictionary ||
                              selectedItem_->valueType() == Type::Array);
 }
 
+bool TavFormatController::validateMenuItem(QAction &item) const
+{
+    if (std::find(toggleItems_.begin(), toggleItems_.end(), &item) != toggleItems_.end())
+        item.setText(isPropertyFormatPanelVisible() ? tr("Hide Property &Format Panel")
+                                                    : tr("Show Property &Format Panel"));
+    const auto is = [&](PropertyFormatPanel::ActionTag tag) {
+        return panel_ && &item == panel_->action(tag);
+    };
+    if (is(PropertyFormatPanel::SetDefaults))
+        return status_ != DataSettingsStatus::Default;
+    if (is(PropertyFormatPanel::UseShared))
+        return status_ == DataSettingsStatus::Custom;
+    return !is(PropertyFormatPanel::ClearContents) || _hasCollectionDataSettingsTarget();
+}
+
 void TavFormatController::validateMenuItems()
 {
-    const QString title = isPropertyFormatPanelVisible() ? tr("Hide Property &Format Panel")
-                                                         : tr("Show Property &Format Panel");
     for (const QPointer<QAction> &item : toggleItems_) {
         if (item)
-            item->setText(title);
+            item->setEnabled(validateMenuItem(*item));
     }
-    if (!panel_)
-        return;
-    panel_->action(PropertyFormatPanel::SetDefaults)
-        ->setEnabled(status_ != DataSettingsStatus::Default);
-    panel_->action(PropertyFormatPanel::UseShared)
-        ->setEnabled(status_ == DataSettingsStatus::Custom);
-    panel_->action(PropertyFormatPanel::ClearContents)
-        ->setEnabled(_hasCollectionDataSettingsTarget());
+    for (int tag = 0; panel_ && tag < PropertyFormatPanel::ActionCount; ++tag) {
+        QAction *const item = panel_->action(static_cast<PropertyFormatPanel::ActionTag>(tag));
+        item->setEnabled(validateMenuItem(*item));
+    }
 }
 
 bool TavFormatController::isPropertyFormatPanelVisible() const

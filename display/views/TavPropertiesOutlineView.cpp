@@ -1,11 +1,14 @@
 #include "display/views/TavPropertiesOutlineView.h"
 
+#include "display/PropertyCounterparts.h"
 #include "display/views/PropertiesContextMenu.h"
 #include "display/views/PropertyValueDelegate.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 TavPropertiesOutlineView::TavPropertiesOutlineView(QWidget *parent)
@@ -33,8 +36,13 @@ void TavPropertiesOutlineView::setDataSource(TavPropertiesOutlineViewDataSource 
     });
     connect(this, &QTreeView::collapsed, this,
             [this](const QModelIndex &index) { dataSource_->itemDidCollapse(index); });
-    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            [this] { dataSource_->selectionDidChange(); });
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (!isReloading_)
+            dataSource_->selectionDidChange();
+    });
+    // At once: the rows that are laid out may be gone.
+    connect(&dataSource, &QAbstractItemModel::layoutChanged, this,
+            [this] { executeDelayedItemsLayout(); });
 }
 
 void TavPropertiesOutlineView::setUpHeader()
@@ -53,11 +61,80 @@ void TavPropertiesOutlineView::setUpHeader()
 
 void TavPropertiesOutlineView::reloadData()
 {
+    const QScopedValueRollback reloading(isReloading_, true);
     delegate_->forgetLayouts();
-    const int position = verticalScrollBar()->value();
-    const bool isSameEntry = dataSource_->reload();
+    if (dataSource_->isOfSameEntry())
+        showRereadTree();
+    else
+        showOtherTree();
+}
+
+void TavPropertiesOutlineView::showRereadTree()
+{
+    const QPersistentModelIndex anchor = anchorRow();
+    const int top = visualRect(anchor).top();
+    const bool hadFocus = isAncestorOf(QApplication::focusWidget());
+    dataSource_->reload();
     openRememberedRows({});
-    verticalScrollBar()->setValue(isSameEntry ? position : 0);
+    if (anchor.isValid())
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + visualRect(anchor).top() -
+                                      top);
+    refreshEditor();
+    if (hadFocus && !isAncestorOf(QApplication::focusWidget()))
+        setFocus(); // the editor had it, and its row is gone
+}
+
+// The selected row if it is in sight, or else the first that is.
+QModelIndex TavPropertiesOutlineView::anchorRow() const
+{
+    const QModelIndex current = currentIndex();
+    const bool isInSight = current.isValid() && viewport()->rect().intersects(visualRect(current));
+    return isInSight ? current : indexAt({viewport()->rect().center().x(), 0});
+}
+
+// The text of the value that is looked at in place may have changed, or be no text any more.
+void TavPropertiesOutlineView::refreshEditor()
+{
+    QWidget *const editor = indexWidget(currentIndex());
+    if (!editor)
+        return;
+    if (currentIndex().flags() & Qt::ItemIsEditable)
+        delegate_->setEditorData(editor, currentIndex());
+    else
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
+void TavPropertiesOutlineView::showOtherTree()
+{
+    if (dataSource_->rootItem())
+        places_.keep(place());
+    const std::optional<PropertyPlaces::Place> known = places_.take(dataSource_->nextRootItem());
+    dataSource_->reload(known ? known->root : nullptr);
+    openRememberedRows({});
+    if (known)
+        goToPlace(*known);
+    else
+        verticalScrollBar()->setValue(0);
+}
+
+PropertyPlaces::Place TavPropertiesOutlineView::place() const
+{
+    const TavRegistryProperty *const current = dataSource_->item(currentIndex());
+    return {dataSource_->rootItem(), current, currentIndex().column(), selectedItem() == current,
+            verticalScrollBar()->value()};
+}
+
+void TavPropertiesOutlineView::goToPlace(const PropertyPlaces::Place &place)
+{
+    const PropertyRef &root = dataSource_->rootItem();
+    const TavRegistryProperty *const current =
+        place.current ? PropertyCounterparts::find(*place.current, *root) : nullptr;
+    if (current)
+        selectionModel()->setCurrentIndex(
+            dataSource_->indexOf(*current).siblingAtColumn(place.column),
+            place.isSelected ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                             : QItemSelectionModel::NoUpdate);
+    verticalScrollBar()->setValue(place.scroll);
 }
 
 void TavPropertiesOutlineView::openRememberedRows(const QModelIndex &top)

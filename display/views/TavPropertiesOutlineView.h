@@ -1,12 +1,15 @@
 #pragma once
 
+#include "display/views/PropertyPlaces.h"
 #include "platform/desktop/OutlineView.h"
 
 class PropertyValueDelegate;
 class TavPropertiesOutlineViewDataSource;
 class TavRegistryProperty;
 
-// Shows the property tree of the selected entry and opens again what the user had opened.
+// Shows the property tree of the selected entry and opens again what the user had opened. What is
+// selected, seen and looked at in place stays when the entry is reread, and is found again when the
+// user comes back to it.
 class TavPropertiesOutlineView : public OutlineView
 {
     Q_OBJECT
@@ -17,6 +20,7 @@ public:
     void setDataSource(TavPropertiesOutlineViewDataSource &dataSource);
     TavPropertiesOutlineViewDataSource *dataSource() const { return dataSource_; }
 
+    // Reports no change of the selection: that is for the caller to ask for afterwards.
     void reloadData();
     void noteHeightOfAllRowsChanged();
     void setAllRowsExpanded(bool isExpanded);
@@ -29,7 +33,15 @@ protected:
 private:
     void setUpHeader();
     void openRememberedRows(const QModelIndex &top);
+    void showRereadTree();
+    void showOtherTree();
+    QModelIndex anchorRow() const;
+    void refreshEditor();
+    PropertyPlaces::Place place() const;
+    void goToPlace(const PropertyPlaces::Place &place);
 
     TavPropertiesOutlineViewDataSource *dataSource_ = nullptr;
     PropertyValueDelegate *delegate_ = nullptr;
+    PropertyPlaces places_;
+    bool isReloading_ = false;
 };

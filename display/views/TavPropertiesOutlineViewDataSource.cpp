@@ -1,5 +1,6 @@
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 
+#include "display/PropertyCounterparts.h"
 #include "display/PropertyOrder.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/PropertiesViewController.h"
@@ -18,6 +19,7 @@ struct TavPropertiesOutlineViewDataSource::Row
     bool hasMadeRows = false;
     std::vector<Row> rows = {};    // by nature; made on first demand, never moved again
     std::vector<Row *> shown = {}; // the same in the order of showing
+    Row *successor = nullptr;      // while a tree read later takes over
 };
 
 TavPropertiesOutlineViewDataSource::TavPropertiesOutlineViewDataSource(
@@ -29,21 +31,79 @@ TavPropertiesOutlineViewDataSource::TavPropertiesOutlineViewDataSource(
 
 TavPropertiesOutlineViewDataSource::~TavPropertiesOutlineViewDataSource() = default;
 
-bool TavPropertiesOutlineViewDataSource::reload()
+const PropertyRef &TavPropertiesOutlineViewDataSource::nextRootItem() const
 {
-    const PropertyRef newRoot = windowController_.rootPropertyItem();
-    const bool isSameEntry =
-        rootItem_ && newRoot && newRoot->registryEntry() == rootItem_->registryEntry();
-    if (isSameEntry && newRoot != rootItem_)
-        expandedItems_.carryOver(*rootItem_, *newRoot);
+    return windowController_.rootPropertyItem();
+}
+
+bool TavPropertiesOutlineViewDataSource::isOfSameEntry() const
+{
+    const PropertyRef &newRoot = nextRootItem();
+    return rootItem_ && newRoot && newRoot->registryEntry() == rootItem_->registryEntry();
+}
+
+void TavPropertiesOutlineViewDataSource::reload(const PropertyRef &older)
+{
+    const PropertyRef newRoot = nextRootItem();
+    const bool isSameEntry = isOfSameEntry();
+    const PropertyRef &predecessor = isSameEntry ? rootItem_ : older;
+    if (newRoot && predecessor && predecessor != newRoot)
+        expandedItems_.carryOver(*predecessor, *newRoot);
     // Formats may have changed since it was last shown.
     if (TavPropertyOutlineItem *const top = outlineItem(newRoot.get()); newRoot != rootItem_ && top)
         top->resetDisplayValueRecursive();
+    if (isSameEntry)
+        takeRowsOver(newRoot);
+    else
+        resetRows(newRoot);
+}
+
+void TavPropertiesOutlineViewDataSource::resetRows(const PropertyRef &newRoot)
+{
     beginResetModel();
     root_ = std::make_unique<Row>(Row{newRoot.get(), nullptr, 0});
     const PropertyRef oldRoot = std::exchange(rootItem_, newRoot);
     endResetModel();
-    return isSameEntry;
+}
+
+void TavPropertiesOutlineViewDataSource::takeRowsOver(const PropertyRef &newRoot)
+{
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    const QModelIndexList kept = persistentIndexList();
+    // The view may look at the old rows until it has laid out the new ones.
+    const auto oldRows =
+        std::exchange(root_, std::make_unique<Row>(Row{newRoot.get(), nullptr, 0}));
+    const PropertyRef oldRoot = std::exchange(rootItem_, newRoot);
+    findSuccessors(*oldRows, *root_);
+    QModelIndexList moved;
+    moved.reserve(kept.size());
+    for (const QModelIndex &index : kept) {
+        Row *const row = rowOf(index)->successor;
+        moved.append(row ? createIndex(row->number, index.column(), row) : QModelIndex());
+    }
+    changePersistentIndexList(kept, moved);
+    Q_EMIT layoutChanged({}, VerticalSortHint);
+}
+
+void TavPropertiesOutlineViewDataSource::findSuccessors(Row &older, Row &newer) const
+{
+    std::vector<std::pair<Row *, Row *>> pending{{&older, &newer}};
+    while (!pending.empty()) {
+        const auto [oldParent, newParent] = pending.back();
+        pending.pop_back();
+        if (!oldParent->hasMadeRows)
+            continue;
+        makeRowsBelow(*newParent);
+        const auto positions =
+            PropertyCounterparts::positionsOfChildren(*oldParent->item, *newParent->item);
+        for (std::size_t i = 0; i < std::min(positions.size(), oldParent->rows.size()); ++i) {
+            if (positions[i] < 0)
+                continue;
+            Row &row = newParent->rows[static_cast<std::size_t>(positions[i])];
+            oldParent->rows[i].successor = &row;
+            pending.emplace_back(&oldParent->rows[i], &row);
+        }
+    }
 }
 
 TavPropertiesOutlineViewDataSource::Row *
@@ -56,15 +116,20 @@ TavPropertiesOutlineViewDataSource::Row &
 TavPropertiesOutlineViewDataSource::madeRow(const QModelIndex &parent) const
 {
     Row &row = *rowOf(parent);
-    if (!row.hasMadeRows && row.item) {
-        row.hasMadeRows = true;
-        const qsizetype count = row.item->numberOfChildren();
-        row.rows.reserve(static_cast<std::size_t>(count));
-        for (int i = 0; i < count; ++i)
-            row.rows.push_back(Row{row.item->childAtIndex(i), &row, i});
-        sortRowsBelow(row);
-    }
+    makeRowsBelow(row);
     return row;
+}
+
+void TavPropertiesOutlineViewDataSource::makeRowsBelow(Row &row) const
+{
+    if (row.hasMadeRows || !row.item)
+        return;
+    row.hasMadeRows = true;
+    const qsizetype count = row.item->numberOfChildren();
+    row.rows.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i)
+        row.rows.push_back(Row{row.item->childAtIndex(i), &row, i});
+    sortRowsBelow(row);
 }
 
 void TavPropertiesOutlineViewDataSource::sortRowsBelow(Row &row) const
@@ -116,6 +181,25 @@ TavRegistryProperty *TavPropertiesOutlineViewDataSource::item(const QModelIndex 
     return index.isValid() ? rowOf(index)->item : nullptr;
 }
 
+QModelIndex TavPropertiesOutlineViewDataSource::indexOf(const TavRegistryProperty &item) const
+{
+    std::vector<const TavRegistryProperty *> way; // upwards
+    const TavRegistryProperty *node = &item;
+    for (; node->parent(); node = node->parent())
+        way.push_back(node);
+    if (node != rootItem_.get() || way.empty())
+        return {};
+    Row *row = root_.get();
+    for (auto next = way.rbegin(); next != way.rend(); ++next) {
+        makeRowsBelow(*row);
+        const auto position = static_cast<std::size_t>(PropertyCounterparts::position(**next));
+        if (position >= row->rows.size())
+            return {};
+        row = &row->rows[position];
+    }
+    return createIndex(row->number, 0, row);
+}
+
 TavPropertyOutlineItem *TavPropertiesOutlineViewDataSource::outlineItem(TavRegistryProperty *item)
 {
     const bool isOutlineItem =
@@ -135,6 +219,11 @@ StyledText TavPropertiesOutlineViewDataSource::styledText(const QModelIndex &ind
             text = shown->displayValue();
     }
     return text.isNull() ? StyledText(QStringLiteral("ERROR!"), {}) : text;
+}
+
+bool TavPropertiesOutlineViewDataSource::isItemExpandable(const TavRegistryProperty &item)
+{
+    return item.isCollection();
 }
 
 bool TavPropertiesOutlineViewDataSource::isItemExpanded(const TavRegistryProperty &item) const
@@ -164,7 +253,7 @@ void TavPropertiesOutlineViewDataSource::noteAllItemsExpanded(bool isExpanded)
     while (!pending.empty()) {
         TavRegistryProperty *const item = pending.back();
         pending.pop_back();
-        if (!item->isCollection())
+        if (!isItemExpandable(*item))
             continue;
         if (isExpanded)
             expandedItems_.insert(*item);
@@ -208,9 +297,9 @@ int TavPropertiesOutlineViewDataSource::columnCount(const QModelIndex &) const
 
 bool TavPropertiesOutlineViewDataSource::hasChildren(const QModelIndex &parent) const
 {
-    // A collection can be opened even when it is empty.
-    const TavRegistryProperty *const container = rowOf(parent)->item;
-    return parent.column() <= 0 && container && container->isCollection();
+    // An empty collection is expandable, but has nothing that an arrow could show.
+    const TavRegistryProperty *const item = rowOf(parent)->item;
+    return parent.column() <= 0 && item && isItemExpandable(*item) && item->numberOfChildren() > 0;
 }
 
 QVariant TavPropertiesOutlineViewDataSource::data(const QModelIndex &index, int role) const
@@ -267,7 +356,7 @@ Qt::ItemFlags TavPropertiesOutlineViewDataSource::flags(const QModelIndex &index
         return Qt::NoItemFlags;
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     flags.setFlag(Qt::ItemIsEditable, mayEdit(*item(index), index.column()));
-    flags.setFlag(Qt::ItemNeverHasChildren, !item(index)->isCollection());
+    flags.setFlag(Qt::ItemNeverHasChildren, !isItemExpandable(*item(index)));
     return flags;
 }
 

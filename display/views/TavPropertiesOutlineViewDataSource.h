@@ -21,12 +21,19 @@ public:
                                                 QObject *parent = nullptr);
     ~TavPropertiesOutlineViewDataSource() override;
 
-    // Shows the controller's present tree. Whether it is of the same entry as the one before.
-    bool reload();
+    // Shows the controller's present tree. One of the same entry takes the rows over: what stands
+    // at the same place keeps its indexes, and the view with them its selection, its open rows and
+    // its editor. Of another entry, what was open in the older tree is to be open again.
+    void reload(const PropertyRef &older = {});
+    bool isOfSameEntry() const;                               // as the one that is shown
+    const PropertyRef &rootItem() const { return rootItem_; } // the one that is shown
+    const PropertyRef &nextRootItem() const;                  // the controller's present one
     void selectionDidChange();
 
-    TavRegistryProperty *item(const QModelIndex &index) const; // null for the invisible top
+    TavRegistryProperty *item(const QModelIndex &index) const;  // null for the invisible top
+    QModelIndex indexOf(const TavRegistryProperty &item) const; // invalid for what is not shown
     StyledText styledText(const QModelIndex &index) const;
+    static bool isItemExpandable(const TavRegistryProperty &item);
     bool isItemExpanded(const TavRegistryProperty &item) const;
     void itemDidExpand(const QModelIndex &index);
     void itemDidCollapse(const QModelIndex &index);
@@ -50,7 +57,11 @@ private:
 
     Row *rowOf(const QModelIndex &index) const;
     Row &madeRow(const QModelIndex &parent) const; // with the rows below it made
+    void makeRowsBelow(Row &row) const;
     void sortRowsBelow(Row &row) const;
+    void resetRows(const PropertyRef &newRoot);
+    void takeRowsOver(const PropertyRef &newRoot);
+    void findSuccessors(Row &older, Row &newer) const;
     static TavPropertyOutlineItem *outlineItem(TavRegistryProperty *item);
     static bool mayEdit(const TavRegistryProperty &item, int column);
 

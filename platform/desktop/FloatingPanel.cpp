@@ -1,6 +1,8 @@
 #include "platform/desktop/FloatingPanel.h"
 
-#include <QGuiApplication>
+#include "platform/desktop/ScreenBounds.h"
+
+#include <QApplication>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
@@ -21,12 +23,26 @@ void floatAbove(QWidget &panel, QWindow *window)
         window->type() != Qt::Popup && window->type() != Qt::ToolTip)
         own->setTransientParent(window);
 }
+
+// The list of a pop-up is no window of its own.
+QWindow *windowInUse()
+{
+    QWindow *window = QGuiApplication::focusWindow();
+    while (window && window->type() == Qt::Popup)
+        window = window->transientParent();
+    const QWidget *const active = QApplication::activeWindow();
+    return window || !active ? window : active->windowHandle();
+}
+
 // Beside the window where the screen has room, else over as little of it as can be.
 void placeBeside(QWidget &panel, const QWindow &window)
 {
     const QRect screen = window.screen()->availableGeometry();
     const QRect beside = window.frameGeometry();
-    const QSize size = panel.testAttribute(Qt::WA_Resized) ? panel.size() : panel.sizeHint();
+    const QMargins frame = window.frameMargins(); // the panel's will be like it
+    const QSize inner = panel.testAttribute(Qt::WA_Resized) ? panel.size() : panel.sizeHint();
+    const QSize size =
+        inner.boundedTo(ScreenBounds::maxSize(panel)).grownBy(frame).boundedTo(screen.size());
     const int before = beside.left() - screen.left();
     const int after = screen.right() - beside.right();
     QPoint place(beside.right() + 1, beside.top());
@@ -35,7 +51,8 @@ void placeBeside(QWidget &panel, const QWindow &window)
     if (size.width() > std::max(before, after))
         place = {after > before ? screen.right() + 1 - size.width() : screen.left(),
                  beside.top() + heightOfBars};
-    panel.move(place);
+    const int lowest = screen.bottom() + 1 - size.height();
+    panel.move(place.x(), std::clamp(place.y(), screen.top(), lowest));
 }
 } // namespace
 
@@ -47,10 +64,10 @@ void FloatingPanel::prepare(QWidget &panel)
                      [&panel](QWindow *window) { floatAbove(panel, window); });
 }
 
-void FloatingPanel::makeKey(QWidget &panel)
+void FloatingPanel::makeKey(QWidget &panel, bool worksWhenModal)
 {
-    QWindow *const modal = QGuiApplication::modalWindow();
-    QWindow *const window = modal ? modal : QGuiApplication::focusWindow();
+    QWindow *const modal = worksWhenModal ? QGuiApplication::modalWindow() : nullptr;
+    QWindow *const window = modal ? modal : windowInUse();
     floatAbove(panel, window);
     if (window && !panel.testAttribute(Qt::WA_Moved))
         placeBeside(panel, *window);

@@ -6,6 +6,6 @@ class QWidget;
 namespace FloatingPanel {
 // Makes one of a window that is not shown yet.
 void prepare(QWidget &panel);
-// To the front, with the keyboard. It can be used even while a modal dialog is up.
-void makeKey(QWidget &panel);
+// To the front, with the keyboard; the first time beside the window in use.
+void makeKey(QWidget &panel, bool worksWhenModal = false);
 } // namespace FloatingPanel

@@ -1,5 +1,7 @@
 #include "platform/desktop/InterfaceLoader.h"
 
+#include "platform/desktop/ScreenBounds.h"
+
 #include <QFile>
 #include <QWidget>
 
@@ -12,6 +14,7 @@ std::unique_ptr<QWidget> InterfaceLoader::load(const QString &name)
     if (!root)
         qFatal("Interface file %s: %s", qUtf8Printable(file.fileName()),
                qUtf8Printable(file.isOpen() ? errorString() : file.errorString()));
+    new ScreenBounds(*root);
     return root;
 }
 

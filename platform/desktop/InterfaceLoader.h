@@ -17,8 +17,8 @@ public:
                           [](QWidget *parent) { return new WidgetClass(parent); });
     }
 
-    // The root widget of the interface file of this name. The files are part of the program, so
-    // one that does not load ends it.
+    // The window of the interface file of this name; it opens no larger than its screen. The files
+    // are part of the program, so one that does not load ends it.
     std::unique_ptr<QWidget> load(const QString &name);
 
     // The widget, action or other object of an outlet's name; one that is missing ends the program.

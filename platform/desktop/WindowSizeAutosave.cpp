@@ -1,10 +1,10 @@
 #include "platform/desktop/WindowSizeAutosave.h"
 
 #include "platform/PreferencesStore.h"
+#include "platform/desktop/ScreenBounds.h"
 
 #include <QEvent>
 #include <QJsonArray>
-#include <QScreen>
 #include <QWidget>
 
 WindowSizeAutosave::WindowSizeAutosave(QWidget &window, const QString &name)
@@ -39,6 +39,6 @@ void WindowSizeAutosave::restore()
 {
     const QJsonArray saved = PreferencesStore::standard().list(name_);
     const QSize size(saved.at(0).toInt(), saved.at(1).toInt());
-    if (!size.isEmpty())
-        window_.resize(size.boundedTo(window_.screen()->availableSize()));
+    window_.resize(
+        (size.isEmpty() ? window_.size() : size).boundedTo(ScreenBounds::maxSize(window_)));
 }

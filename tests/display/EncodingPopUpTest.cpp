@@ -3,8 +3,8 @@
 #include "display/views/EncodingPopUpButton.h"
 #include "display/views/SelectEncodingsPanel.h"
 #include "platform/PreferencesStore.h"
+#include "tests/support/PopUpChoice.h"
 
-#include <QAbstractItemView>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -37,12 +37,7 @@ protected:
         }
         return tags.join(u' ').toStdString();
     }
-    void chooseLast()
-    {
-        popUp_.showPopup();
-        QTest::keyClick(popUp_.view(), Qt::Key_End);
-        QTest::keyClick(popUp_.view(), Qt::Key_Return);
-    }
+    void chooseLast() { chooseInList(popUp_, popUp_.count() - 1); }
     bool isPanelShown() const { return panel_.window() && panel_.window()->isVisible(); }
     template<class Control>
     Control *control(const char *name) const
@@ -99,13 +94,15 @@ TEST_F(EncodingPopUpTest, OffersTheEnabledOnesAndThePresentOne)
 TEST_F(EncodingPopUpTest, TheLastItemOpensThePanelAndIsNeverSelected)
 {
     popUp_.setEncoding(4, false);
-    QSignalSpy chosen(&popUp_, &EncodingPopUpButton::encodingChosen);
+    QSignalSpy chosen(&popUp_, &EncodingPopUpButton::chosen);
     QTest::keyClick(&popUp_, Qt::Key_Down);
     EXPECT_EQ(items(), "1 10 4 30* 12 - -");
-    EXPECT_EQ(chosen.size(), 1);
     QTest::keyClick(&popUp_, Qt::Key_End);
     EXPECT_EQ(items(), "1 10 4 30* 12 - -");
     EXPECT_FALSE(isPanelShown()); // that would be a surprise
+    EXPECT_EQ(chosen.size(), 0);
+    QTest::keyClick(&popUp_, Qt::Key_Return);
+    EXPECT_EQ(chosen.size(), 1);
     chooseLast();
     EXPECT_EQ(items(), "1 10 4 30* 12 - -");
     EXPECT_TRUE(isPanelShown());

@@ -1,6 +1,7 @@
 #include "FormatPanelFixture.h"
 #include "platform/PreferencesStore.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/PopUpChoice.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RegistryValues.h"
 #include "tests/support/TreeText.h"
@@ -9,6 +10,8 @@
 #include <QComboBox>
 #include <QRadioButton>
 #include <QTest>
+#include <QUndoStack>
+#include <QWheelEvent>
 
 namespace {
 using Status = TavFormatController::DataSettingsStatus;
@@ -130,7 +133,7 @@ TEST_F(FormatControllerTest, EveryControlStoresForThePropertyAndTheClass)
     EXPECT_EQ(storedFormats(), "Root: //Value 4dbs\n");
     EXPECT_EQ(told_, (std::vector<TavRegistryProperty *>(5, &item)));
     click("propertyFormatType0");
-    QTest::keyClick(control<QComboBox>("propertyFormatStringEncodingPopUp"), Qt::Key_Down);
+    chooseInList(*control<QComboBox>("propertyFormatStringEncodingPopUp"), 1);
     EXPECT_EQ(storedFormats(), "Root: //Value s10b\n");
     click("propertyFormatAutomaticCheckbox");
     EXPECT_EQ(storedFormats(), "Root: //Value a\n");
@@ -151,6 +154,43 @@ TEST_F(FormatControllerTest, AnotherClassTakesTheSettingFromTheNearestSubclassOn
     chooseClass("Mid"); // what is less specific stays
     EXPECT_EQ(storedFormats(), "Root: //Value 2xhu\nRoot:Mid: //Value 2xhu\n");
     EXPECT_EQ(className(), QStringLiteral("Mid"));
+}
+
+// Arrow keys pass over classes whose settings are none of the user's business.
+TEST_F(FormatControllerTest, KeysChooseAClassOnlyOnceTheUserIsThere)
+{
+    TavPropertyOutlineItem &item = select(bytes());
+    item.setPropertyFormats(formatOf("2xhu"), QStringLiteral("Mid"));
+    item.setPropertyFormats(formatOf("4xhu"), QStringLiteral("Own"));
+    controller_.setSelectedPropertyItem(&item);
+    const std::string before = storedFormats();
+    auto &popUp = *control<QComboBox>("propertyFormatClassPopUpButton");
+    popUp.setFocus();
+    popUp.activateWindow();
+    QTRY_VERIFY(popUp.hasFocus());
+    QTest::keyClick(&popUp, Qt::Key_Home);
+    QTest::keyClick(&popUp, Qt::Key_Down);
+    QTest::keyClick(&popUp, Qt::Key_Up);
+    EXPECT_EQ(className(), QStringLiteral("Root"));
+    QWheelEvent wheel({5, 5}, popUp.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, {}, {},
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&popUp, &wheel);
+    EXPECT_EQ(className(), QStringLiteral("Root"));
+    QTest::keyClick(&popUp, Qt::Key_Escape);
+    EXPECT_EQ(className(), QStringLiteral("Own"));
+    EXPECT_TRUE(controller_.isPropertyFormatPanelVisible());
+    EXPECT_EQ(storedFormats(), before);
+
+    QTest::keyClick(&popUp, Qt::Key_Home);
+    QTest::keyClick(&popUp, Qt::Key_Return);
+    EXPECT_EQ(storedFormats(), "Root: //Value 4xhu\nRoot:Mid:Own: //Value 4xhu\n");
+    QTest::keyClick(&popUp, Qt::Key_Home);
+    QTest::keyClick(&popUp, Qt::Key_Down);
+    control<QWidget>("propertyFormatActionMenu")->setFocus();
+    EXPECT_EQ(storedFormats(), "Root: //Value 4xhu\nRoot:Mid: //Value 4xhu\n");
+    QTest::keyClick(&popUp, Qt::Key_Home);
+    selectNone(); // as a click into another window does before the keyboard leaves
+    EXPECT_EQ(storedFormats(), "Root: //Value 4xhu\n");
 }
 
 TEST_F(FormatControllerTest, WithoutAPropertyTheDefaultIsEdited)
@@ -208,6 +248,38 @@ TEST_F(FormatControllerTest, ActionsSetAndClear)
     EXPECT_FALSE(action("SetDefaults")->isEnabled());
 }
 
+TEST_F(FormatControllerTest, UndoRestoresWhatTheActionChangedAndNoMore)
+{
+    QUndoStack stack;
+    controller_.setUndoStack(stack);
+    TavPropertyOutlineItem &item = select(container());
+    auto &one = static_cast<TavPropertyOutlineItem &>(*item.childAtIndex(0));
+    auto &two = static_cast<TavPropertyOutlineItem &>(*item.childAtIndex(1));
+    one.setPropertyFormats(formatOf("4dhu"), QStringLiteral("Own"));
+    two.setPropertyFormats(formatOf("1dhu"), QStringLiteral("Mid"));
+    const std::string before = storedFormats();
+    action("ClearContents")->trigger();
+    EXPECT_EQ(storedFormats(), "");
+    item.setPropertyFormats(formatOf("8xhu"), QStringLiteral("Root")); // by someone else
+    stack.undo();
+    EXPECT_EQ(storedFormats(), "Root: //Value 8xhu\n" + before);
+    EXPECT_EQ(told_.back(), &item);
+    EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("8xhu"));
+    stack.redo();
+    EXPECT_EQ(storedFormats(), "Root: //Value 8xhu\n");
+
+    action("SetDefaults")->trigger();
+    EXPECT_EQ(defaultFormat(), QStringLiteral("8xhu"));
+    EXPECT_EQ(stack.undoText(), QStringLiteral("Default Format"));
+    action("SetDefaults")->trigger(); // changes nothing
+    EXPECT_EQ(stack.count(), 2);
+    stack.undo();
+    EXPECT_EQ(defaultFormat(), QStringLiteral("a"));
+    preferences_.restart();
+    EXPECT_EQ(defaultFormat(), QStringLiteral("a"));
+    EXPECT_FALSE(PreferencesStore::standard().isStored(TavPropertyOutlineItem::defaultFormatKey()));
+}
+
 TEST_F(FormatControllerTest, TheMenuItemShowsAndHidesThePanel)
 {
     QAction item;
@@ -228,6 +300,18 @@ TEST_F(FormatControllerTest, KeepsAPropertyWhoseEntryHasGone)
     entry_.reset();
     click("propertyFormatAutomaticCheckbox");
     EXPECT_EQ(storedFormats(), "Root: //Value/one 4xhu\n");
+}
+
+TEST(FormatStatusTest, IsKnownBeforeThePanelIsOpened)
+{
+    const PreferencesFolder preferences;
+    const LoneItem item(RegistryValue::number(1, 4));
+    TavFormatController &controller = TavFormatController::sharedInstance();
+    item->setPropertyFormats(formatOf("4dhu"), QStringLiteral("DxRegistryEntry"));
+    controller.setSelectedPropertyItem(&*item);
+    EXPECT_EQ(controller.dataSettingsStatus(), Status::Custom);
+    controller.setSelectedPropertyItem(nullptr);
+    EXPECT_EQ(controller.dataSettingsStatus(), Status::Default);
 }
 
 TEST(EntryTextAttributesTest, SomeStatesShareASlot)

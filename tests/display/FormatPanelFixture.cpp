@@ -2,6 +2,7 @@
 
 #include "display/PropertyFormatStore.h"
 #include "platform/PreferencesStore.h"
+#include "tests/support/PopUpChoice.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -47,8 +48,7 @@ void FormatPanelFixture::chooseClass(const char *name)
     auto *const popUp = control<QComboBox>("propertyFormatClassPopUpButton");
     const int index = popUp->findText(QString::fromLatin1(name));
     ASSERT_GE(index, 0) << name;
-    while (popUp->currentIndex() != index)
-        QTest::keyClick(popUp, popUp->currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
+    chooseInList(*popUp, index);
 }
 
 std::string FormatPanelFixture::matrixText(const char *name) const

@@ -99,6 +99,7 @@ void ExplorerFixture::follow(TavDocument &document)
     document_ = &document;
     store_ = document.dataStore();
     controller_ = &controller(0);
+    controller_->window()->resize(1120, 720); // as on a screen that has room for it
 }
 
 void ExplorerFixture::close()

@@ -3,11 +3,13 @@
 #include "display/views/TavFormatController.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "tests/support/PopUpChoice.h"
 #include "tests/support/RegistryValues.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QDialog>
+#include <QLabel>
 
 namespace {
 class FormatJourneyTest : public ExplorerFixture
@@ -62,8 +64,7 @@ protected:
         auto *const popUp = panelControl<QComboBox>("propertyFormatClassPopUpButton");
         const int index = popUp->findText(QString::fromLatin1(name));
         ASSERT_GE(index, 0) << name;
-        popUp->setCurrentIndex(index);
-        Q_EMIT popUp->activated(index);
+        chooseInList(*popUp, index);
     }
 
     TavFormatController &formats_ = TavFormatController::sharedInstance();
@@ -116,12 +117,12 @@ TEST_F(FormatJourneyTest, ThePanelFollowsTheSelection)
     view()->clearSelection();
     EXPECT_EQ(selectedItem(), controller_->rootPropertyItem().get());
 
-    // What is read anew is another tree, and of another type even.
+    // What is reread is another tree, and of another type even.
     selectConfig("usb@14");
     service_.setProperties(registry_["usb@14"],
                            values::dictionary({{"config", values::number(5)}}));
     update();
-    EXPECT_EQ(selectedItem(), controller_->rootPropertyItem().get());
+    EXPECT_EQ(selectedItem(), controller_->rootPropertyItem()->childAtIndex(0));
     EXPECT_EQ(shown(), "0x5");
 
     selectConfig("usb@14");
@@ -146,19 +147,83 @@ TEST_F(FormatJourneyTest, TheFormatsAreThoseOfTheActiveWindow)
     ASSERT_TRUE(activate(window()));
     selectConfig("usb@14");
     EXPECT_EQ(selectedItem()->registryEntry().get(), entry("usb@14"));
+    const auto configOf = [](const TavWindowController &window) {
+        return window.rootPropertyItem()->childWithName(QStringLiteral("config"));
+    };
     for (int i = 0; i < 2; ++i) {
         update(); // both windows show other trees now
-        EXPECT_EQ(selectedItem(), controller_->rootPropertyItem().get());
+        EXPECT_EQ(selectedItem(), configOf(*controller_));
     }
-
     ASSERT_TRUE(activate(*second.window()));
-    EXPECT_EQ(selectedItem(), second.rootPropertyItem().get());
+    EXPECT_EQ(selectedItem(), configOf(second));
     update();
-    EXPECT_EQ(selectedItem(), second.rootPropertyItem().get());
-    second.selectPropertyKeyIndexPath({QStringLiteral("config")});
-    ASSERT_TRUE(activate(window()));
-    EXPECT_EQ(selectedItem(), controller_->rootPropertyItem().get());
+    EXPECT_EQ(selectedItem(), configOf(second));
+    // The other window shows the same entry and is refreshed first, with nothing selected in it.
+    select({"Root", "net@2"});
+    view()->clearSelection();
     ASSERT_TRUE(activate(*second.window()));
-    EXPECT_EQ(selectedItem()->name(), QStringLiteral("config"));
-    EXPECT_EQ(selectedItem()->registryEntry().get(), entry("net@2"));
+    update();
+    EXPECT_EQ(selectedItem(), configOf(second));
+    select({"Root", "usb@14"});
+    EXPECT_EQ(selectedItem(), configOf(second));
+}
+
+TEST_F(FormatJourneyTest, ThePanelSaysWhenItsPropertyIsGone)
+{
+    const auto note = [this] {
+        const auto *const field = panelControl<QLabel>("propertyFormatTargetNoteField");
+        return field->isVisible() ? field->text().toStdString() : std::string();
+    };
+    selectConfig("usb@14");
+    action("togglePropertyFormatPanelAction").trigger();
+    update();
+    EXPECT_EQ(note(), "");
+    service_.setProperties(registry_["usb@14"], values::dictionary({{"other", values::data("1")}}));
+    for (int i = 0; i < 2; ++i) { // until something is selected
+        update();
+        EXPECT_EQ(selectedItem(), controller_->rootPropertyItem().get());
+        EXPECT_EQ(note(), "“config” is gone. The panel now applies to the whole entry.");
+    }
+    select({"Root", "sata@1f"});
+    EXPECT_EQ(note(), "");
+}
+
+TEST_F(FormatJourneyTest, ChangesAreUndoneInTheWindowThatTheyWereMadeFrom)
+{
+    QAction &undo = action("undoAction");
+    QAction &redo = action("redoAction");
+    const auto title = [](const QAction &item) { return item.text().remove(u'&').toStdString(); };
+    selectConfig("sata@1f");
+    controller_->newDocumentWindow();
+    ASSERT_TRUE(activate(window()));
+    selectConfig("usb@14");
+    EXPECT_FALSE(undo.isEnabled());
+    action("togglePropertyFormatPanelAction").trigger();
+    chooseClass("DxPciDevice");
+    click("propertyFormatAutomaticCheckbox");
+    click("propertyFormatType2");
+    EXPECT_EQ(shown(), "<0x8086 0xa36f>");
+    EXPECT_EQ(title(undo), "Undo Format of “config”");
+    EXPECT_FALSE(
+        controller(1).window()->findChild<QAction *>(QStringLiteral("undoAction"))->isEnabled());
+    update(); // what was changed is of another tree now
+    ASSERT_TRUE(activate(window()));
+    undo.trigger();
+    EXPECT_EQ(shown(), "<0x86 0x80 0x6f 0xa3>");
+    QTest::keyClick(&formats_.propertyFormatPanel(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(shown(), "<86 80 6f a3>");
+    EXPECT_EQ(formats_.dataSettingsStatus(), TavFormatController::DataSettingsStatus::Custom);
+    undo.trigger();
+    EXPECT_FALSE(undo.isEnabled());
+    EXPECT_EQ(formats_.dataSettingsStatus(), TavFormatController::DataSettingsStatus::Default);
+    EXPECT_EQ(title(redo), "Redo Format of “config”");
+    redo.trigger();
+    redo.trigger();
+    redo.trigger();
+    EXPECT_FALSE(redo.isEnabled());
+    EXPECT_EQ(shown(), "<0x8086 0xa36f>");
+    selectConfig("sata@1f"); // of the same class
+    EXPECT_EQ(shown(), "<0x8086 0xa102>");
+    close(); // with what could be undone
+    click("propertyFormatAutomaticCheckbox");
 }

@@ -80,7 +80,7 @@ protected:
 TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
 {
     const std::string always = " findNext findNextInAnyPlane findPrev findPrevInAnyPlane goForward";
-    EXPECT_EQ(cannotRun(), always + " goToNextPathInPlane selectChild");
+    EXPECT_EQ(cannotRun(), always + " goToNextPathInPlane redo selectChild undo");
     EXPECT_TRUE(action("outlineViewAction").isChecked());
 
     selectNothingInColumns();
@@ -89,8 +89,8 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
         " collapseAll collapseAroundSelection copyBundle copyClass copyName copyPath expandAll" +
             always +
             " goToNextPathCrossPlane goToNextPathInPlane goToPrevPathCrossPlane "
-            "goToPrevPathInPlane openInNewWindow promptForBookmark "
-            "revealSelectionBundleInNavro selectChild selectNextSibling selectParent "
+            "goToPrevPathInPlane openInNewWindow promptForBookmark redo "
+            "revealSelectionBundleInNavro selectChild selectNextSibling selectParent undo "
             "updateSelectedObject");
     EXPECT_TRUE(action("browserViewAction").isChecked());
     EXPECT_FALSE(action("outlineViewAction").isChecked());
@@ -110,8 +110,8 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     find("");
     selectDisk();
     EXPECT_EQ(cannotRun(), " changeTimedUpdate clearTerminatedObjects" + always +
-                               " goToNextPathInPlane selectChild "
-                               "toggleAutoupdate toggleTimedUpdate update updateSelectedObject");
+                               " goToNextPathInPlane redo selectChild toggleAutoupdate "
+                               "toggleTimedUpdate undo update updateSelectedObject");
 }
 
 TEST_F(MenuValidationTest, TitlesAndCheckMarksTellTheState)

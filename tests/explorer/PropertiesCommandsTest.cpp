@@ -70,6 +70,7 @@ TEST_F(PropertiesCommandsTest, TheContextMenuCopiesExpandsAndShowsTheFormat)
     formats.propertyFormatPanel().hide();
 
     PropertiesContextMenu *const open = menu(row({1}));
+    setTable({{"size", values::number(5)}});
     update(); // its row goes meanwhile
     open->actions().at(1)->trigger();
     EXPECT_EQ(copied(), "size\tNumber\t0x5");

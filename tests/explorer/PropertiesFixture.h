@@ -55,6 +55,10 @@ protected:
     {
         clickExpander(*view_, row(numbers), modifiers);
     }
+    void selectRow(std::initializer_list<int> numbers, int column = 0)
+    {
+        view_->setCurrentIndex(row(numbers, column));
+    }
     int height(const QModelIndex &index) const { return view_->visualRect(index).height(); }
     void clickHeader(int column)
     {

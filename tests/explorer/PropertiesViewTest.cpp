@@ -1,7 +1,9 @@
 #include "PropertiesFixture.h"
 #include "display/views/TavFormatController.h"
 
+#include <QPointer>
 #include <QScrollBar>
+#include <QSignalSpy>
 
 using PropertiesViewTest = PropertiesFixture;
 
@@ -133,16 +135,123 @@ TEST_F(PropertiesViewTest, FollowsATableThatChangesItsShape)
     EXPECT_EQ(rows(), "");
 }
 
-TEST_F(PropertiesViewTest, StaysWhereItIsWhenTheEntryIsReadAnew)
+TEST_F(PropertiesViewTest, KeepsItsPlaceHoweverTheEntryIsReread)
 {
-    setTable({{"many", values::array(RegistryValue::Elements(200, values::number(1)))}});
+    using namespace values;
+    const auto many = [](int count) {
+        return array(RegistryValue::Elements(static_cast<std::size_t>(count), number(1)));
+    };
+    setTable({{"many", many(200)}, {"name", text("a word")}});
     update();
     clickArrow({0});
-    view_->verticalScrollBar()->setValue(777);
+    selectRow({0, 150}, value); // told from the others by its position alone
+    view_->setFocus();
+    const auto *const scroll = view_->verticalScrollBar();
+    view_->verticalScrollBar()->setValue(scroll->value() + 77);
+    const int top = view_->visualRect(view_->currentIndex()).top();
+
+    controller_->newDocumentWindow(); // shows the same entry, with nothing selected
+    controller(1).goToEntryPath(path({"Root", "Host"}), true, true);
+    ASSERT_TRUE(activate(window()));
+    const std::pair<const char *, std::function<void()>> ways[] = {
+        {"update", [this] { update(); }},
+        {"the entry alone", [this] { store_->updateObject(*entry("Host")); }},
+        {"another entry and back", [this] { goAwayAndBack(); }},
+        {"rereads while another is shown",
+         [this] {
+             select({"Root"});
+             update();
+             select({"Root", "Host"});
+         }},
+        {"columns",
+         [this] {
+             controller_->browserView();
+             update();
+             controller_->outlineView();
+         }},
+    };
+    QSignalSpy selectionChanges(view_->selectionModel(), &QItemSelectionModel::selectionChanged);
+    int more = 0;
+    for (const auto &[name, reread] : ways) {
+        SCOPED_TRACE(name);
+        // Of another shape each time: before the array there is one key more or less.
+        if (++more % 2)
+            setTable({{"first", text("")}, {"many", many(200 + more)}, {"name", text("a word")}});
+        else
+            setTable({{"many", many(200 + more)}, {"name", text("a word")}});
+        reread();
+        update();
+        const QModelIndex selected = row({more % 2, 150}, value);
+        EXPECT_EQ(view_->currentIndex(), selected);
+        EXPECT_EQ(view_->selectedItem(), view_->dataSource()->item(selected));
+        EXPECT_TRUE(view_->isExpanded(row({more % 2})));
+        EXPECT_TRUE(TavFormatController::sharedInstance().selectedPropertyItem() ==
+                    view_->selectedItem());
+        EXPECT_TRUE(view_->viewport()->rect().contains(view_->visualRect(selected)));
+        if (more == 1) {
+            EXPECT_EQ(view_->visualRect(selected).top(), top);
+            EXPECT_TRUE(view_->hasFocus());
+            EXPECT_TRUE(selectionChanges.empty()); // nothing was selected in between
+        }
+    }
+    EXPECT_EQ(controller(1).window()->findChild<TavPropertiesOutlineView *>()->selectedItem(),
+              nullptr);
+}
+
+TEST_F(PropertiesViewTest, WhatIsLookedAtInPlaceStays)
+{
+    using namespace values;
+    selectRow({1}, value);
+    view_->edit(row({1}, value));
+    QPointer<QPlainTextEdit> field = editor();
+    ASSERT_TRUE(field);
+    QTextCursor part = field->textCursor();
+    part.setPosition(2);
+    part.setPosition(6, QTextCursor::KeepAnchor);
+    field->setTextCursor(part);
+    setTable({{"before", number(1)}, {"name", text("a word")}, {"size", number(6)}});
     update();
-    EXPECT_EQ(view_->verticalScrollBar()->value(), 777);
-    goAwayAndBack();
-    EXPECT_EQ(view_->verticalScrollBar()->value(), 0);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_TRUE(field);
+    EXPECT_TRUE(field->hasFocus());
+    EXPECT_EQ(field->textCursor().selectedText(), QStringLiteral("word"));
+    EXPECT_EQ(field->y(), view_->visualRect(row({1})).y());
+
+    setTable({{"name", text("another text")}});
+    update();
+    ASSERT_TRUE(field);
+    EXPECT_EQ(field->toPlainText(), QStringLiteral("another text"));
+    EXPECT_TRUE(field->hasFocus());
+
+    setTable({{"name", array({text("a list")})}}); // which has no text to look at
+    update();
+    QTRY_COMPARE(editor(), nullptr);
+    EXPECT_TRUE(view_->hasFocus());
+
+    view_->edit(row({0})); // its key
+    ASSERT_NE(editor(), nullptr);
+    setTable({{"size", number(5)}});
+    update();
+    QTRY_COMPARE(editor(), nullptr);
+    EXPECT_TRUE(view_->hasFocus());
+    EXPECT_EQ(beeps_, 0);
+}
+
+TEST_F(PropertiesViewTest, WhatIsEmptyHasNoArrow)
+{
+    using namespace values;
+    setTable({{"array", array({})}, {"dictionary", dictionary({})}, {"full", array({number(1)})}});
+    update();
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(view_->model()->hasChildren(row({i})), i == 2) << i;
+        EXPECT_TRUE(view_->dataSource()->isItemExpandable(*view_->dataSource()->item(row({i}))));
+    }
+    setTable({{"array", array({number(1)})}, {"full", array({})}});
+    clickArrow({2});
+    update();
+    EXPECT_EQ(rows(), dedented(R"(
+        array | Array | 1 value +
+        full | Array | 0 values)"));
 }
 
 TEST_F(PropertiesViewTest, SelectsByKeysAndIndexes)

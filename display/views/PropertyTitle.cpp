@@ -1,0 +1,19 @@
+#include "display/views/PropertyTitle.h"
+
+#include "display/PropertyCounterparts.h"
+#include "platform/desktop/VisibleText.h"
+
+namespace {
+constexpr qsizetype longest = 60; // it is to fit into a menu
+}
+
+QString PropertyTitle::of(const TavRegistryProperty &property)
+{
+    QString positions;
+    const TavRegistryProperty *node = &property;
+    while (node->parent() && node->parent()->valueType() != RegistryValue::Type::Dictionary) {
+        positions.prepend(QStringLiteral("[%1]").arg(PropertyCounterparts::position(*node)));
+        node = node->parent();
+    }
+    return cutText(visibleCharacters(node->name()), longest) + positions;
+}
