@@ -3,7 +3,7 @@
 #include <QColor>
 
 // The colours of entries that came or went, of their parents, and of those that a search does not
-// match. They stand out on light and on dark backgrounds alike.
+// match. As text, each is drawn as dark or as light as its background takes.
 namespace EntryColors {
 QColor colorForTerminatedItem();
 QColor colorForParentOfTerminatedItem();

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "explorer/RegistryPathReader.h"
+
 #include <QCompleter>
-#include <memory>
 
 class QLineEdit;
 class QStringListModel;
-class TavDataStore;
 
 // Offers planes, and then the names below what has been typed, in a field for registry paths.
 class EntryPathCompleter : public QCompleter
@@ -15,13 +15,18 @@ public:
     // The field owns it.
     EntryPathCompleter(QLineEdit &field, std::shared_ptr<const TavDataStore> dataStore);
 
-    // What a path that begins like this may go on as.
-    QStringList candidates(const QString &text) const;
+    void refresh(); // the registry may be another
+    const QStringList &candidates(const QString &text) { return reader_.candidates(text); }
+
+Q_SIGNALS:
+    // Of the text in the field, also when a program has set it.
+    void problemRead(const RegistryPathReader::Problem &problem);
 
 private:
-    void update(const QString &text);
+    void offer();
+    void readProblem();
 
-    std::shared_ptr<const TavDataStore> dataStore_;
+    QLineEdit &field_;
+    RegistryPathReader reader_;
     QStringListModel *model_;
-    QString begin_; // of the paths in the model
 };

@@ -1,5 +1,7 @@
 #include "explorer/EntryTextStyle.h"
 
+#include "platform/desktop/ReadableColor.h"
+
 #include <QColor>
 #include <QFont>
 #include <QGuiApplication>
@@ -16,7 +18,7 @@ QVariant EntryTextStyle::color(const EntryTextAttributes &attributes)
     case Color::DarkGray:
         return QGuiApplication::palette().color(QPalette::PlaceholderText);
     default:
-        return attributes.stateColor();
+        return readableColor(attributes.stateColor(), QGuiApplication::palette());
     }
 }
 

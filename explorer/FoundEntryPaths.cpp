@@ -121,7 +121,7 @@ bool FoundEntryPaths::hasPathsAfterPlane(const QString &plane) const
     });
 }
 
-// The first entry with a parent in the plane mostly tells.
+// The first entry with a parent in the plane mostly decides.
 bool FoundEntryPaths::hasPathsIn(const Plane &plane) const
 {
     if (plane.paths)

@@ -2,8 +2,8 @@
 
 #include "model/TavRegistryEntryPath.h"
 
-// Every path in one plane of the entries that a search found, in order. They are told by their last
-// steps, for there may be many more of them than entries. The entries are kept.
+// Every path in one plane of the entries that a search found, in order. They are known by their
+// last steps, for there may be many more of them than entries. The entries are kept.
 class FoundPathsInPlane
 {
 public:

@@ -3,7 +3,7 @@
 class QString;
 class TavWindowController;
 
-// A command of an explorer window's menus: what it does, when it can, and what its menu item tells
+// A command of an explorer window's menus: what it does, when it can, and what its menu item shows
 // of the state.
 struct MenuCommand
 {

@@ -2,7 +2,7 @@
 
 class TavRegistryOutlineItem;
 
-// Is told of the rows that come and go below a node while it is reread, before and after each.
+// Follows the rows that come and go below a node while it is reread, before and after each change.
 class OutlineRowObserver
 {
 public:

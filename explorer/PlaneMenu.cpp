@@ -11,6 +11,7 @@ PlaneMenu::PlaneMenu(QComboBox &popup, QMenu &menu)
     , menu_(menu)
     , planes_(new QActionGroup(this))
 {
+    menu.setToolTipsVisible(true);
     connect(popup.model(), &QAbstractItemModel::rowsInserted, this, &PlaneMenu::rebuild);
     connect(popup.model(), &QAbstractItemModel::dataChanged, this, &PlaneMenu::rebuild);
     connect(&popup, &QComboBox::currentIndexChanged, this, &PlaneMenu::showCurrent);
@@ -32,6 +33,7 @@ void PlaneMenu::rebuild()
         const QString key = popup_.itemData(i, KeyEquivalentRole).toString();
         if (key.size() == 1)
             action->setShortcut(QKeySequence(QStringLiteral("Ctrl+") + key));
+        action->setToolTip(popup_.itemData(i, Qt::ToolTipRole).toString());
         action->setData(i);
         action->setCheckable(true);
         planes_->addAction(action);

@@ -23,10 +23,14 @@ void SelectionHistory::forgetWhatIsGone()
                            [](const EntryRef &entry) { return !entry->dataStore(); });
     };
     // The place moves to the last of those kept up to it.
-    const auto end =
-        visited_.begin() + static_cast<std::ptrdiff_t>(std::min(place_ + 1, visited_.size()));
-    const auto keptBefore =
-        static_cast<std::size_t>(std::count_if(visited_.begin(), end, std::not_fn(isGone)));
-    std::erase_if(visited_, isGone);
-    place_ = keptBefore > 0 ? keptBefore - 1 : 0;
+    std::deque<TavRegistryEntryPath> kept;
+    std::size_t place = 0;
+    for (std::size_t i = 0; i < visited_.size(); ++i) {
+        if (!isGone(visited_[i]) && (kept.empty() || !(kept.back() == visited_[i])))
+            kept.push_back(visited_[i]);
+        if (i == place_ && !kept.empty())
+            place = kept.size() - 1;
+    }
+    visited_ = std::move(kept);
+    place_ = place;
 }

@@ -12,7 +12,7 @@ public:
 
     // The selection has changed other than by going back or forward: what was ahead is forgotten.
     void visit(const TavRegistryEntryPath &path);
-    // Drops the paths with an entry that has left its store.
+    // Drops the paths with an entry that has left its store. Of equal neighbours, one is left.
     void forgetWhatIsGone();
     bool canGoBack() const { return place_ > 0; }
     bool canGoForward() const { return place_ + 1 < visited_.size(); }

@@ -75,11 +75,24 @@ void TavFindTableViewDataSource::setUpTable()
 int TavFindTableViewDataSource::numberOfRowsInTableView()
 {
     const auto &found = windowController_.foundObjects();
-    const auto count = found ? found->size() : 0;
-    findNumMatchedField_.setText(!found       ? tr("No search")
-                                 : count == 1 ? tr("%1 object matches").arg(count)
-                                              : tr("%1 objects match").arg(count));
-    return static_cast<int>(count);
+    findNumMatchedField_.setText(countText());
+    return found ? static_cast<int>(found->size()) : 0;
+}
+
+QString TavFindTableViewDataSource::countText() const
+{
+    const auto &found = windowController_.foundObjects();
+    if (!found)
+        return tr("No search");
+    const auto count = found->size();
+    const QString all =
+        count == 1 ? tr("%1 object matches").arg(count) : tr("%1 objects match").arg(count);
+    const auto inPlane =
+        std::count_if(found->begin(), found->end(), [this](const TavRegistryEntry *entry) {
+            return entry->isRegistryRoot() ||
+                   !entry->parentsInPlane(windowController_.registryPlane()).empty();
+        });
+    return inPlane == count ? all : tr("%1, %2 in this plane").arg(all).arg(inPlane);
 }
 
 void TavFindTableViewDataSource::reloadData()
@@ -130,6 +143,7 @@ int TavFindTableViewDataSource::scrollStep() const
 
 void TavFindTableViewDataSource::redisplay()
 {
+    numberOfRowsInTableView();
     findTableView_.viewport()->update();
 }
 
@@ -157,7 +171,7 @@ QVariant TavFindTableViewDataSource::objectValueForTableColumn(int column, int r
     const EntryRef entry = entryAtIndex(row);
     if (!entry)
         return {};
-    return column == NameColumn ? entry->nameInPlane(QString()) : previewOf(*entry);
+    return column == NameColumn ? entry->nameAtLocationInPlane(QString()) : previewOf(*entry);
 }
 
 QString TavFindTableViewDataSource::previewOf(const TavRegistryEntry &entry) const
@@ -199,15 +213,28 @@ void TavFindTableViewDataSource::findPreviewSelected()
     const EntryRef entry = entryAtIndex(selectedRow());
     if (!entry)
         return;
-    auto path = entry->entryPathInPlane(windowController_.registryPlane(), 0);
-    for (const QString &plane : windowController_.dataStore()->registryPlanes()) {
-        if (!path)
-            path = entry->entryPathInPlane(plane, 0);
-    }
-    if (path)
+    if (const auto path = pathOf(*entry))
         windowController_.goToEntryPath(path, true, true);
     else
         SystemBeep::beep();
+}
+
+std::optional<TavRegistryEntryPath>
+TavFindTableViewDataSource::pathOf(TavRegistryEntry &entry) const
+{
+    auto path = entry.entryPathInPlane(windowController_.registryPlane(), 0);
+    for (const QString &plane : windowController_.dataStore()->registryPlanes()) {
+        if (!path)
+            path = entry.entryPathInPlane(plane, 0);
+    }
+    return path;
+}
+
+QString TavFindTableViewDataSource::toolTipOf(TavRegistryEntry &entry) const
+{
+    const QString text = windowController_.toolTipForRegistryEntry(entry);
+    const auto path = pathOf(entry);
+    return path ? path->registryPath() + u'\n' + text : text;
 }
 
 int TavFindTableViewDataSource::rowCount(const QModelIndex &parent) const
@@ -243,13 +270,11 @@ QVariant TavFindTableViewDataSource::data(const QModelIndex &index, int role) co
     case Qt::ForegroundRole:
         return index.column() == NameColumn ? styleOf(*entry, role) : QVariant();
     case Qt::ToolTipRole:
-        return plainToolTip(index.column() == NameColumn
-                                ? windowController_.toolTipForRegistryEntry(*entry)
-                                : previewOf(*entry));
+        return plainToolTip(index.column() == NameColumn ? toolTipOf(*entry) : previewOf(*entry));
     case Qt::AccessibleTextRole:
-        return index.column() == NameColumn
-                   ? windowController_.accessibleNameForEntry(*entry, entry->nameInPlane(QString()))
-                   : previewOf(*entry);
+        return index.column() == NameColumn ? windowController_.accessibleNameForEntry(
+                                                  *entry, entry->nameAtLocationInPlane(QString()))
+                                            : previewOf(*entry);
     default:
         return {};
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/TavRegistryEntry.h"
+#include "model/TavRegistryEntryPath.h"
 
 #include <QAbstractTableModel>
 
@@ -9,7 +9,8 @@ class QLineEdit;
 class QTableView;
 class TavWindowController;
 
-// The entries that a search has found, by name, with the value of a chosen property beside them.
+// The entries that a search has found, by name and location, with the value of a chosen property
+// beside them.
 // They are sorted when a row is first asked for.
 class TavFindTableViewDataSource : public QAbstractTableModel
 {
@@ -22,9 +23,9 @@ public:
                                QLineEdit &findPreviewField, QLabel &findNumMatchedField);
 
     void reloadData(); // keeps the row of the selected entry selected and in its place
-    void redisplay();
+    void redisplay();  // for the plane or what has become of the entries may be another
 
-    int numberOfRowsInTableView();        // and tells it in words
+    int numberOfRowsInTableView();        // and says it in words
     EntryRef entryAtIndex(int row) const; // null where there is none
     QVariant objectValueForTableColumn(int column, int row) const;
     void findPreviewChanged();
@@ -38,12 +39,16 @@ public:
 private:
     void setUpTable();
     void rowChosenAgain();
+    QString countText() const;
     const std::vector<EntryRef> &sortedEntries() const;
+    // In the plane that is shown, or else in the first other one that has the entry.
+    std::optional<TavRegistryEntryPath> pathOf(TavRegistryEntry &entry) const;
     int selectedRow() const;                // -1 for none
     int rowOf(const EntryRef &entry) const; // -1 for none
     int scrollStep() const;
     void restoreSelection(int row);
     QString previewOf(const TavRegistryEntry &entry) const;
+    QString toolTipOf(TavRegistryEntry &entry) const;
     QVariant styleOf(const TavRegistryEntry &entry, int role) const;
 
     TavWindowController &windowController_;

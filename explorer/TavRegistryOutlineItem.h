@@ -20,7 +20,7 @@ public:
         QString text;
         EntryTextAttributes attributes;
     };
-    // Which nodes follow their entry: every one, or those whose number of children is another.
+    // Which nodes follow their entry: every one, or the miscounted.
     enum class Reread : quint8 { All, Miscounted };
 
     // The controller must outlive the node, as must the parent, which is null for a root.
@@ -47,10 +47,12 @@ public:
     TavRegistryOutlineItem *previousSibling() const;
 
     // Follows the entry's present children, here and in all nodes made below, and filters them
-    // anew. The observer is told of each change of rows; null where nobody looks.
+    // again. The observer follows each change of rows; null where nobody looks.
     void rereadChildren(Reread which = Reread::All, OutlineRowObserver *observer = nullptr);
     // How many nodes rereadChildren would change; counts no further than the limit.
     int countRereads(Reread which, int limit) const;
+    // Whether the entry has more or fewer children by now.
+    bool isMiscounted() const;
 
     void setOnSelectionPath(bool isOnPath); // this node and all its ancestors
     bool isOnSelectionPath() const { return flags_ & OnSelectionPath; }
@@ -82,7 +84,7 @@ private:
     void makeChildren();
     Children followEntry();
     bool isToFollow(Reread which) const;
-    bool isToBeFilteredAnew() const;
+    bool isToBeFilteredAgain() const;
     void rereadOwnChildren(bool follows, OutlineRowObserver *observer);
     void replaceRows(const Items &before, const Items &after, OutlineRowObserver &observer);
 

@@ -74,18 +74,24 @@ void TavRegistryOutlineItem::numberRows(std::size_t first)
 
 bool TavRegistryOutlineItem::isToFollow(Reread which) const
 {
+    if (which == Reread::Miscounted || allChildren_.empty())
+        return isMiscounted();
     const EntryList::Entries &entries = entryChildren();
-    if (allChildren_.empty())
-        return which == Reread::All && entries.empty() != isLeaf();
-    if (which == Reread::Miscounted)
-        return allChildren_.size() != entries.size();
     return !std::equal(allChildren_.begin(), allChildren_.end(), entries.begin(), entries.end(),
                        [](const auto &item, const TavRegistryEntry *entry) {
                            return item->registryEntry_->entryTag() == entry->entryTag();
                        });
 }
 
-bool TavRegistryOutlineItem::isToBeFilteredAnew() const
+// Children that are not made yet will be as many as there are then.
+bool TavRegistryOutlineItem::isMiscounted() const
+{
+    const EntryList::Entries &entries = entryChildren();
+    return allChildren_.empty() ? entries.empty() != isLeaf()
+                                : entries.size() != allChildren_.size();
+}
+
+bool TavRegistryOutlineItem::isToBeFilteredAgain() const
 {
     if (!windowController_.isFiltering())
         return shown_ != nullptr;
@@ -101,7 +107,7 @@ int TavRegistryOutlineItem::countRereads(Reread which, int limit) const
     while (!pending.empty() && count < limit) {
         const TavRegistryOutlineItem *const item = pending.back();
         pending.pop_back();
-        count += item->isToFollow(which) || item->isToBeFilteredAnew();
+        count += item->isToFollow(which) || item->isToBeFilteredAgain();
         for (const auto &child : item->allChildren_)
             pending.push_back(child.get());
     }
@@ -121,7 +127,7 @@ void TavRegistryOutlineItem::rereadChildren(Reread which, OutlineRowObserver *ob
         const auto [item, itsReread, itsObserver] = pending.back();
         pending.pop_back();
         const bool follows = item->isToFollow(itsReread);
-        if (follows || item->isToBeFilteredAnew())
+        if (follows || item->isToBeFilteredAgain())
             item->rereadOwnChildren(follows, itsObserver);
         // Below one that is miscounted, everything is reread. Nobody sees what is below a hidden
         // one.

@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <functional>
 
 TavRegistryOutlineView::TavRegistryOutlineView(QWidget *parent)
     : OutlineView(parent)
@@ -46,18 +47,45 @@ void TavRegistryOutlineView::rowDidExpand(const QModelIndex &index)
         return;
     fitColumnLater(false);
     dataSource_->itemDidExpand(index);
+    noteOpenedRow(index);
+    if (isChangingSubtree())
+        return;
     openExpandedRows({index});
+    rereadMiscounted();
 }
 
 void TavRegistryOutlineView::openExpandedRows(const QModelIndexList &tops)
 {
-    openRows(tops, [](const QModelIndex &index) {
-        return TavRegistryOutlineViewDataSource::item(index)->isToBeOpen();
+    openRows(tops, [this](const QModelIndex &index) {
+        const bool isToBeOpen = TavRegistryOutlineViewDataSource::item(index)->isToBeOpen();
+        if (isToBeOpen)
+            noteOpenedRow(index);
+        return isToBeOpen;
     });
+}
+
+void TavRegistryOutlineView::noteOpenedRow(const QModelIndex &index)
+{
+    hasOpenedMiscounted_ =
+        hasOpenedMiscounted_ || TavRegistryOutlineViewDataSource::item(index)->isMiscounted();
+}
+
+// At once for all rows that were opened together, for a reload goes through the whole tree.
+void TavRegistryOutlineView::rereadMiscounted()
+{
+    if (std::exchange(hasOpenedMiscounted_, false))
+        reloadData();
+}
+
+void TavRegistryOutlineView::setSubtreeExpanded(const QModelIndex &top, bool isExpanded)
+{
+    OutlineView::setSubtreeExpanded(top, isExpanded);
+    rereadMiscounted();
 }
 
 void TavRegistryOutlineView::setAllRowsExpanded(bool isExpanded)
 {
+    reloadData(); // rows that are open already may be miscounted, too
     const QModelIndex root = model()->index(0, 0);
     if (!root.isValid())
         return;
@@ -107,18 +135,33 @@ TavRegistryOutlineView::itemsForEntryPath(const TavRegistryEntryPath &path) cons
     return items;
 }
 
+// What is miscounted on the way is reread, and so may lead further.
+std::vector<TavRegistryOutlineItem *>
+TavRegistryOutlineView::itemsToSelect(const TavRegistryEntryPath &path)
+{
+    auto items = itemsForEntryPath(path);
+    if (std::any_of(items.begin(), items.end(),
+                    std::mem_fn(&TavRegistryOutlineItem::isMiscounted))) {
+        reloadData();
+        items = itemsForEntryPath(path);
+    }
+    items.resize(std::min<std::size_t>(items.size(), deepestLevel));
+    return items;
+}
+
 TavRegistryEntryPath TavRegistryOutlineView::selectItemAtEntryPath(const TavRegistryEntryPath &path,
                                                                    bool scrollToVisible)
 {
-    // What is selected already was found by the user or kept by a reload, opened as he likes it.
-    const TavRegistryOutlineItem *const selected = dataSource_->selectedItem();
-    if (!scrollToVisible && selected && selected->entryPath() == path)
-        return path;
-    auto items = itemsForEntryPath(path);
-    items.resize(std::min<std::size_t>(items.size(), deepestLevel));
-    for (const TavRegistryOutlineItem *item : items)
-        expand(dataSource_->indexOf(*item));
-    if (!items.empty()) {
+    const auto items = itemsToSelect(path);
+    const bool staysSelected =
+        !scrollToVisible && !items.empty() && items.back() == dataSource_->selectedItem();
+    const auto fixed = scrollToVisible ? std::vector<Anchor>() : anchors();
+    for (const TavRegistryOutlineItem *item : items) {
+        if (!staysSelected || item != items.back())
+            expand(dataSource_->indexOf(*item));
+    }
+    restoreAnchor(fixed);
+    if (!items.empty() && !staysSelected) {
         selectRow(*items.back());
         if (scrollToVisible)
             scrollToSelection();
@@ -166,7 +209,7 @@ void TavRegistryOutlineView::showEvent(QShowEvent *event)
         scrollToSelection();
 }
 
-void TavRegistryOutlineView::keyPressEvent(QKeyEvent *event)
+void TavRegistryOutlineView::keyDown(QKeyEvent *event)
 {
     const bool isModifier = event->key() == Qt::Key_Control || event->key() == Qt::Key_Shift ||
                             event->key() == Qt::Key_Alt || event->key() == Qt::Key_Meta ||

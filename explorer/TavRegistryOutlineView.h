@@ -12,6 +12,7 @@ class TavRegistryOutlineView : public OutlineView
     Q_OBJECT
 public:
     explicit TavRegistryOutlineView(QWidget *parent = nullptr);
+    static void _readIcons(); // when they are first needed
 
     // Once; takes no ownership. The data source must outlive the view's use.
     void setDataSource(TavRegistryOutlineViewDataSource &dataSource);
@@ -22,12 +23,14 @@ public:
     void
     reloadData(TavRegistryOutlineItem::Reread which = TavRegistryOutlineItem::Reread::Miscounted);
     void setAllRowsExpanded(bool isExpanded);
+    void setSubtreeExpanded(const QModelIndex &top, bool isExpanded) override;
     // Closes every row in sight whose entry is not one of the path's.
     void collapseRowsOutside(const TavRegistryEntryPath &path);
 
     // The nodes of the longest prefix of the path that is there.
     std::vector<TavRegistryOutlineItem *> itemsForEntryPath(const TavRegistryEntryPath &path) const;
-    // The part of the path that was selected.
+    // The part of the path that was selected. A row that stays selected and need not be scrolled to
+    // stays open or closed; so do the rows in sight stay where they are.
     TavRegistryEntryPath selectItemAtEntryPath(const TavRegistryEntryPath &path,
                                                bool scrollToVisible);
     void selectRow(const TavRegistryOutlineItem &item); // opens no rows and does not scroll
@@ -36,23 +39,28 @@ public:
 
     // Of the frames around other rows that show the selected entry.
     void setSameEntryHighlightColor(const QColor &color);
-    // Paints those rows anew; when the window has changed its activity, in the colour for that.
+    // Repaints those rows; when the window has changed its activity, in the colour for that.
     void checkRowsNeedingRedisplay(bool windowChanged);
+
+    // What the view makes of the events of its toolkit.
+    void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
+                 const QModelIndex &index) const override;
+    void keyDown(QKeyEvent *event);
+    void becomeFirstResponder();
+    void resignFirstResponder();
 
 Q_SIGNALS:
     // Of the selected row, which is the one under the pointer.
     void contextMenuRequested(const QPoint &globalPosition);
 
 protected:
-    void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
-                 const QModelIndex &index) const override;
     void drawBranches(QPainter *painter, const QRect &rect,
                       const QModelIndex &index) const override;
     bool event(QEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void showEvent(QShowEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override { keyDown(event); }
     void contextMenuEvent(QContextMenuEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
@@ -65,12 +73,14 @@ private:
         int y;
     };
 
-    static void _readIcons();
     void drawConnectors(QPainter &painter, const QRect &row, TavRegistryOutlineItem &item) const;
     bool showsSelectedEntry(const TavRegistryOutlineItem &item) const; // and is not selected
     QColor highlightColor(bool isActive) const;
     void rowDidExpand(const QModelIndex &index);
     void openExpandedRows(const QModelIndexList &tops);
+    void noteOpenedRow(const QModelIndex &index);
+    std::vector<TavRegistryOutlineItem *> itemsToSelect(const TavRegistryEntryPath &path);
+    void rereadMiscounted();
     void openAfterReload(const TavRegistryOutlineViewDataSource::Reloaded &reloaded);
     void selectionDidChange();
     void scrollSidewaysTo(const QModelIndex &row);
@@ -85,6 +95,7 @@ private:
     TavRegistryOutlineViewDataSource *dataSource_ = nullptr;
     std::optional<QColor> sameEntryHighlightColor_;
     bool isReloading_ = false;
+    bool hasOpenedMiscounted_ = false; // rows, since nodes were last reread
     bool scrollsOnShow_ = false;
     bool mayShrinkColumn_ = false;
     QTimer fitTimer_;

@@ -18,6 +18,7 @@ void TavRegistryOutlineView::collapseRowsOutside(const TavRegistryEntryPath &pat
         TavRegistryOutlineItem *const item = TavRegistryOutlineViewDataSource::item(row);
         if (!kept.contains(item->registryEntry().get())) {
             collapse(row);
+            // Deliberate: one command closes many rows, and each of them stays closed, too.
             item->setExpanded(false);
             continue;
         }

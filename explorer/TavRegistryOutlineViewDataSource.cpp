@@ -158,3 +158,10 @@ QVariant TavRegistryOutlineViewDataSource::data(const QModelIndex &index, int ro
         return {};
     }
 }
+
+QVariant TavRegistryOutlineViewDataSource::headerData(int section, Qt::Orientation orientation,
+                                                      int role) const
+{
+    return orientation == Qt::Horizontal && section == 0 && role == Qt::DisplayRole ? tr("Entry")
+                                                                                    : QVariant();
+}

@@ -45,6 +45,8 @@ public:
     int columnCount(const QModelIndex &parent = {}) const override;
     bool hasChildren(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
+    // The header is hidden; this is for those who hear it.
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
     bool showsRoot() const;

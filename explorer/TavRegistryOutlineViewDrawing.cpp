@@ -106,13 +106,23 @@ QColor TavRegistryOutlineView::highlightColor(bool isActive) const
 void TavRegistryOutlineView::focusInEvent(QFocusEvent *event)
 {
     OutlineView::focusInEvent(event);
-    setSameEntryHighlightColor(highlightColor(true));
-    checkRowsNeedingRedisplay(false);
+    becomeFirstResponder();
 }
 
 void TavRegistryOutlineView::focusOutEvent(QFocusEvent *event)
 {
     OutlineView::focusOutEvent(event);
+    resignFirstResponder();
+}
+
+void TavRegistryOutlineView::becomeFirstResponder()
+{
+    setSameEntryHighlightColor(highlightColor(true));
+    checkRowsNeedingRedisplay(false);
+}
+
+void TavRegistryOutlineView::resignFirstResponder()
+{
     setSameEntryHighlightColor(highlightColor(false));
     checkRowsNeedingRedisplay(false);
 }

@@ -1,4 +1,4 @@
-// How TavRegistryOutlineView keeps its place when what it shows is read anew.
+// How TavRegistryOutlineView keeps its place when what it shows is reread.
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavRegistryOutlineViewDataSource.h"

@@ -2,6 +2,7 @@
 
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
 #include "explorer/FoundEntryPaths.h"
 #include "explorer/PlaneMenu.h"
@@ -15,6 +16,7 @@
 #include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/FactField.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/desktop/ReadOnlyCheckBox.h"
 #include "platform/desktop/SearchField.h"
 #include "platform/desktop/SegmentedControl.h"
 #include "platform/desktop/SplitViewAutosave.h"
@@ -31,6 +33,7 @@
 #include <QMenu>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QStatusBar>
 #include <QTimer>
 #include <QUndoStack>
 
@@ -66,6 +69,7 @@ void TavWindowController::loadWindow()
     InterfaceLoader loader;
     loader.addWidgetClass<SegmentedControl>();
     loader.addWidgetClass<FactField>();
+    loader.addWidgetClass<ReadOnlyCheckBox>();
     loader.addWidgetClass<TavRegistryOutlineView>();
     loader.addWidgetClass<TavPropertiesOutlineView>();
     loader.addWidgetClass<ColumnBrowser>();
@@ -101,6 +105,7 @@ void TavWindowController::connectOutlets()
     outlet(systemStatusField1_, "systemStatusField1");
     outlet(systemStatusField2_, "systemStatusField2");
     outlet(systemStatusField3_, "systemStatusField3");
+    window_->statusBar()->addWidget(InterfaceLoader::outlet<QWidget>(*window_, "statusFields"), 1);
 }
 
 void TavWindowController::setUpViews()
@@ -126,12 +131,10 @@ void TavWindowController::setUpViews()
         ->setMinimumWidth(label->sizeHint().width());
     objectBusyCountField_->setMaximumWidth(
         objectBusyCountField_->fontMetrics().horizontalAdvance(QStringLiteral("4294967295 ")));
-    for (QCheckBox *cell : {objectRegisteredCell_, objectMatchedCell_, objectActiveCell_}) {
-        // They tell and are not to be set.
-        cell->setAttribute(Qt::WA_TransparentForMouseEvents);
-        cell->setFocusPolicy(Qt::NoFocus);
-    }
+    Explanations::addTo(*window_);
 
+    planeListButton_->setItemData(0, Explanations::ofPlane(planeListButton_->itemText(0)),
+                                  Qt::ToolTipRole);
     planeListButton_->setItemData(0, 0, PlaneMenu::TagRole);
     planeListButton_->setItemData(0, QStringLiteral("1"), PlaneMenu::KeyEquivalentRole);
     planeMenu_ = std::make_unique<PlaneMenu>(

@@ -117,6 +117,7 @@ public:
     QString accessibleNameForOutlineItem(TavRegistryOutlineItem &item) const;
     QString accessibleNameForEntry(const TavRegistryEntry &entry, const QString &name) const;
 
+    void windowDidLoad();
     void updatePlaneList();
     void setRegistryPlane(const QString &plane, bool updatePopup);
     void planePopupChanged();
@@ -164,6 +165,8 @@ public:
     void promptForBookmark();
     void cancelAddBookmark();
     void performAddBookmark();
+    void didEndSheet(const QDialog &sheet, int returnCode);
+    void goToBookmark(const QAction &item); // whose data are the bookmark's record
     void goToNextSnapshot();
     void goToPrevSnapshot();
 
@@ -243,13 +246,12 @@ private:
     void loadGoToPathSheet();
     void loadAddBookmarkSheet();
     void addBookmark();
-    void windowDidLoad();
     void showObjectInfo(const TavRegistryEntry &entry);
     static std::span<const MenuCommand> menuCommands();
     void perform(QAction &item);
     bool takeKey(const QKeyEvent &key); // one that the view with the keyboard is not to have
     bool isKeyOfCommand(const QKeyEvent &key) const;
-    void validateActions(); // whenever the state that they tell has changed
+    void validateActions(); // whenever the state that they show has changed
     static bool canPaste();
     bool hasBundle() const;
     bool hasBundlePath() const;
@@ -270,9 +272,9 @@ private:
     QWidget *explorerView() const;        // the one that is seen
     QDialog *loadSheet(const char *name); // owned by the window
     void loadTimedUpdateSheet();
-    void didEndSheet(const QDialog &sheet, int returnCode);
     std::vector<TavRegistryEntryPath> entryPathsForRegistryPath(const QString &path) const;
-    void tellOfMultipleMatches();
+    void reportMultipleMatches();
+    void reportPathToNowhere(const QString &path); // for a while
 
     TavDocument &document_;
     std::shared_ptr<TavDataStore> dataStore_;

@@ -24,8 +24,11 @@ void TavWindowController::updateSelectedObject()
     if (!dataStore_->isLive())
         SystemBeep::beep();
     const BusyCursor busy;
-    if (const EntryRef entry = selectedEntry_)
+    if (const EntryRef entry = selectedEntry_) {
         dataStore_->updateObject(*entry);
+        registryOutlineView_->reloadData(); // its children may be more or fewer
+        validateActions();
+    }
 }
 
 void TavWindowController::clearTerminatedObjects()

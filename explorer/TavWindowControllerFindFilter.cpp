@@ -18,8 +18,8 @@ bool TavWindowController::hidesEverything() const
     return filterFindResults() && foundObjects_ && foundObjects_->isEmpty();
 }
 
-// Hiding what has terminated hides what a search leaves out as well, whether or not that is asked
-// for by itself.
+// Deliberate: hiding what has terminated hides what a search leaves out as well, whether or not
+// that is asked for by itself.
 bool TavWindowController::passesFilter(const TavRegistryEntry &entry) const
 {
     if (!isFiltering())

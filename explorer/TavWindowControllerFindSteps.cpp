@@ -39,8 +39,8 @@ std::optional<TavRegistryEntryPath> TavWindowController::nextFindPathInPlane(boo
                                                    : foundEntryPaths_->firstInPlane(start.plane());
 }
 
-// In the plane, it goes on at the last match only before the first of all matches, and only where
-// matches of another plane follow; kept, for it has always been so.
+// Deliberate: in the plane, it goes on at the last match only before the first of all matches, and
+// only where matches of another plane follow.
 std::optional<TavRegistryEntryPath> TavWindowController::prevFindPathInPlane(bool samePlane,
                                                                              bool mustAdvance) const
 {

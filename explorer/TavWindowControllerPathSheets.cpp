@@ -1,11 +1,14 @@
 // The sheets that ask for a path and for a bookmark's name.
 #include "explorer/EntryPathCompleter.h"
 #include "explorer/ExplorerBookmarks.h"
+#include "explorer/RegistryPathHint.h"
 #include "explorer/TavWindowController.h"
 #include "platform/SystemBeep.h"
+#include "platform/desktop/FactField.h"
 #include "platform/desktop/InterfaceLoader.h"
 
 #include <QAbstractItemView>
+#include <QAction>
 #include <QCheckBox>
 #include <QDialog>
 #include <QLineEdit>
@@ -17,6 +20,7 @@ void TavWindowController::promptForPath()
     if (!goToPathSheet_)
         loadGoToPathSheet();
     goToPathSheet_->open();
+    static_cast<EntryPathCompleter *>(goToPathField_->completer())->refresh();
     goToPathField_->setFocus(Qt::OtherFocusReason);
     goToPathField_->selectAll();
 }
@@ -31,7 +35,11 @@ void TavWindowController::loadGoToPathSheet()
     connect(goToPathCancelButton_, &QPushButton::clicked, this,
             &TavWindowController::cancelGoToPath);
     connect(goToPathGoButton_, &QPushButton::clicked, this, &TavWindowController::performGoToPath);
-    new EntryPathCompleter(*goToPathField_, dataStore_);
+    auto *const completer = new EntryPathCompleter(*goToPathField_, dataStore_);
+    auto *const hint = new RegistryPathHint(
+        *goToPathField_,
+        *InterfaceLoader::outlet<FactField>(*goToPathSheet_, "goToPathMessageField"));
+    connect(completer, &EntryPathCompleter::problemRead, hint, &RegistryPathHint::show);
     // The list of what the path may go on as keeps the key from the sheet.
     connect(goToPathField_, &QLineEdit::returnPressed, this, [this] {
         QAbstractItemView &offers = *goToPathField_->completer()->popup();
@@ -50,6 +58,11 @@ void TavWindowController::cancelGoToPath()
 void TavWindowController::performGoToPath()
 {
     goToPathSheet_->done(1);
+}
+
+void TavWindowController::goToBookmark(const QAction &item)
+{
+    goToRegistryPath(item.data().toMap().value(QStringLiteral("Bookmark Path")).toString());
 }
 
 void TavWindowController::promptForBookmark()

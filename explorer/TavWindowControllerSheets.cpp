@@ -1,4 +1,5 @@
 #include "explorer/TavWindowController.h"
+#include "platform/desktop/FactField.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "store/TavDataStore.h"
 
@@ -8,19 +9,27 @@
 #include <QMainWindow>
 
 namespace {
-// As the locale writes numbers, or else as programs do. 0 for what is no number.
-double secondsIn(const QString &text)
+// As the locale writes numbers, or else as programs do, with or without the unit.
+std::optional<double> secondsIn(const QString &text)
 {
-    bool isNumber = false;
-    const double seconds = QLocale().toDouble(text, &isNumber);
-    return isNumber ? seconds : QLocale::c().toDouble(text);
+    QString number = text.trimmed();
+    if (number.endsWith(u's', Qt::CaseInsensitive))
+        number = number.chopped(1).trimmed();
+    for (const QLocale &locale : {QLocale(), QLocale::c()}) {
+        bool isNumber = false;
+        const double seconds = locale.toDouble(number, &isNumber);
+        if (isNumber)
+            return seconds;
+    }
+    return std::nullopt;
 }
 } // namespace
 
 QDialog *TavWindowController::loadSheet(const char *name)
 {
-    auto *const sheet =
-        qobject_cast<QDialog *>(InterfaceLoader().load(QLatin1String(name)).release());
+    InterfaceLoader loader;
+    loader.addWidgetClass<FactField>();
+    auto *const sheet = qobject_cast<QDialog *>(loader.load(QLatin1String(name)).release());
     Q_ASSERT(sheet);
     sheet->setParent(window_.get(), Qt::Sheet);
     sheet->setWindowModality(Qt::WindowModal);
@@ -33,11 +42,13 @@ void TavWindowController::didEndSheet(const QDialog &sheet, int returnCode)
 {
     if (returnCode == 0)
         return;
-    if (&sheet == timedUpdateSheet_)
-        dataStore_->setPollInterval(secondsIn(timedUpdateField_->text().trimmed()));
-    else if (&sheet == goToPathSheet_)
+    if (&sheet == timedUpdateSheet_) {
+        if (const auto seconds = secondsIn(timedUpdateField_->text()))
+            dataStore_->setPollInterval(*seconds);
+    } else if (&sheet == goToPathSheet_) {
         goToRegistryPath(goToPathField_->text());
-    else if (&sheet == addBookmarkSheet_)
+    } else if (&sheet == addBookmarkSheet_) {
         addBookmark();
+    }
     validateActions();
 }

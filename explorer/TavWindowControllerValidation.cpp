@@ -1,4 +1,4 @@
-// Menu items are made to tell the truth: whether their commands can run now, and of the state.
+// Menu items show whether their commands can run now, and the state.
 #include "explorer/MenuCommand.h"
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineViewDataSource.h"
@@ -30,7 +30,7 @@ void TavWindowController::connectActions()
     setFindShortcuts();
     for (QAction *menu : window_->menuBar()->actions()) {
         menu->setVisible(!menu->menu()->isEmpty());
-        // Another window of the document may have changed what the commands tell.
+        // Another window of the document may have changed what the commands show.
         connect(menu->menu(), &QMenu::aboutToShow, this, &TavWindowController::validateActions);
     }
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -88,8 +88,8 @@ bool TavWindowController::canSelectNextSibling() const
     return registryBrowser_->selectedRow(column) != registryBrowser_->numberOfRows(column) - 1;
 }
 
-// In the browser only the first row has none before it, so that it can be asked for with no row
-// selected; kept, for it has always been so.
+// Deliberate: in the browser only the first row has none before it, so that the command can run
+// with no row selected.
 bool TavWindowController::canSelectPreviousSibling() const
 {
     if (browserIsVisible())

@@ -218,7 +218,7 @@ EntrySet TavRegistryEntry::allDescendantsInPlane(const QString &plane) const
 
 void TavRegistryEntry::printName(const QString &plane) const
 {
-    qCDebug(modelLog, "%ls ", qUtf16Printable(nameAtLocationInPlane(plane)));
+    qCInfo(modelLog, "%ls ", qUtf16Printable(nameAtLocationInPlane(plane)));
 }
 
 int TavRegistryEntry::compareForPlane(const TavRegistryEntry &a, const TavRegistryEntry &b,

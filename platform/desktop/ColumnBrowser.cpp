@@ -244,6 +244,14 @@ void ColumnBrowser::resizeColumn(int number, int width)
 }
 
 // What a column leaves is no way to scroll sideways.
+// The cells hold colours that were chosen for the palette.
+void ColumnBrowser::changeEvent(QEvent *event)
+{
+    QScrollArea::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        redisplay();
+}
+
 void ColumnBrowser::keyPressEvent(QKeyEvent *event)
 {
     event->ignore();

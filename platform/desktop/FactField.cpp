@@ -28,6 +28,13 @@ void FactField::setFact(const QString &fact)
     updateToolTip();
 }
 
+void FactField::setExplanation(const QString &explanation)
+{
+    explanation_ = explanation;
+    setAccessibleDescription(explanation);
+    updateToolTip();
+}
+
 void FactField::copy() const
 {
     copyTo(QClipboard::Clipboard);
@@ -134,5 +141,10 @@ bool FactField::isClipped() const
 
 void FactField::updateToolTip()
 {
-    setToolTip(isClipped() ? plainToolTip(text()) : QString());
+    QStringList lines;
+    if (isClipped())
+        lines.append(text());
+    if (!explanation_.isEmpty())
+        lines.append(explanation_);
+    setToolTip(plainToolTip(lines.join(u'\n')));
 }

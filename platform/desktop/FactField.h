@@ -13,7 +13,8 @@ public:
     explicit FactField(QWidget *parent = nullptr);
 
     void setFact(const QString &fact);
-    void copy() const; // of the fact, what is selected
+    void setExplanation(const QString &explanation); // of what the fact means, for the tool tip
+    void copy() const;                               // of the fact, what is selected
     // Drawn like a placeholder, for a text that stands for the lack of a fact.
     void setDimmed(bool dimmed);
 
@@ -35,5 +36,6 @@ private:
     void updateToolTip();
 
     QString fact_;
+    QString explanation_;
     bool isDimmed_ = false;
 };

@@ -13,7 +13,7 @@ public:
     explicit OutlineView(QWidget *parent = nullptr);
 
     // Lays out once.
-    void setSubtreeExpanded(const QModelIndex &top, bool isExpanded);
+    virtual void setSubtreeExpanded(const QModelIndex &top, bool isExpanded);
 
 protected:
     // How far below each other rows are opened in bulk: the layout takes a stack frame a level.
@@ -24,6 +24,7 @@ protected:
     using Predicate = std::function<bool(const QModelIndex &)>;
     void openRows(const QModelIndexList &tops, const Predicate &shouldOpen);
     bool isOpeningRows() const { return isOpeningRows_; }
+    bool isChangingSubtree() const { return isChangingSubtree_; }
 
     void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

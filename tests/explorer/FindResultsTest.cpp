@@ -1,10 +1,12 @@
 #include "ExplorerFixture.h"
 #include "display/EntryColors.h"
+#include "platform/desktop/ReadableColor.h"
 #include "tests/support/RegistryValues.h"
 
 #include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTableView>
 
@@ -81,7 +83,33 @@ TEST_F(FindResultsTest, AreStyledByTheirStateAlone)
     terminate("module");
     EXPECT_TRUE(style("module", Qt::FontRole).value<QFont>().strikeOut());
     EXPECT_EQ(style("module", Qt::ForegroundRole).value<QColor>(),
-              EntryColors::colorForTerminatedItem());
+              readableColor(EntryColors::colorForTerminatedItem(), QGuiApplication::palette()));
+}
+
+TEST_F(FindResultsTest, AreToldApartByLocationAndPath)
+{
+    find("disk");
+    EXPECT_EQ(cell(0, 0) + ' ' + cell(1, 0), "disk@0 disk@1");
+    const auto says = [this](int row, int role) {
+        return table_->model()
+            ->index(row, 0)
+            .data(role)
+            .toString()
+            .section(u'\n', 0, 1)
+            .toStdString();
+    };
+    EXPECT_EQ(says(1, Qt::ToolTipRole), "DxService:/bus/disk@1\ndisk@1");
+    EXPECT_EQ(says(1, Qt::AccessibleTextRole), "disk@1");
+    const auto *const count = outlet<QLabel>("findNumMatchedField");
+    EXPECT_EQ(count->text(), QStringLiteral("2 objects match"));
+    select({"Root", "Host", "supply"}, "DxPower"); // where only one of them is
+    EXPECT_EQ(count->text(), QStringLiteral("2 objects match, 1 in this plane"));
+    EXPECT_EQ(says(0, Qt::ToolTipRole), "DxPower:/supply/disk@0\ndisk@0");
+    EXPECT_EQ(says(1, Qt::ToolTipRole), "DxService:/bus/disk@1\ndisk@1");
+    find("part");
+    EXPECT_EQ(count->text(), QStringLiteral("1 object matches, 0 in this plane"));
+    find("Root"); // which is in all
+    EXPECT_EQ(count->text(), QStringLiteral("1 object matches"));
 }
 
 TEST_F(FindResultsTest, FollowTheRegistryWhereTheyAreScrolledTo)
@@ -118,6 +146,32 @@ TEST_F(FindResultsTest, FollowTheRegistryWhereTheyAreScrolledTo)
     action("findNextAction").trigger();
 }
 
+TEST_F(FindResultsTest, TheDrawerLeavesRoomForTheTree)
+{
+    auto &drawer = *outlet<QDockWidget>("findOptionsDrawer");
+    action("toggleFindOptionsDrawerAction").trigger();
+    const std::pair<QSize, Qt::DockWidgetArea> sizes[] = {
+        {{1120, 720}, Qt::RightDockWidgetArea},
+        {{700, 600}, Qt::BottomDockWidgetArea},
+        {{960, 400}, Qt::RightDockWidgetArea},
+    };
+    for (const auto &[size, area] : sizes) {
+        window().resize(size);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(window().dockWidgetArea(&drawer), area);
+        EXPECT_EQ(window().width(), size.width());
+        EXPECT_TRUE(drawer.isVisible());
+        EXPECT_GE(tree().width(), 220) << size.width();
+        EXPECT_GE(table_->width(), 180) << size.width();
+    }
+    window().resize(700, 360); // too low for what is below the tree
+    QCoreApplication::processEvents();
+    EXPECT_LE(window().geometry().bottom(), window().screen()->availableGeometry().bottom());
+    EXPECT_GT(window().height(), 360);
+    action("toggleFindOptionsDrawerAction").trigger();
+    EXPECT_EQ(window().minimumHeight(), 360);
+}
+
 // A window that has not been told yet still lists what has left the store.
 TEST_F(FindResultsTest, ListEntriesThatHaveGone)
 {
@@ -126,7 +180,7 @@ TEST_F(FindResultsTest, ListEntriesThatHaveGone)
     auto &table = *InterfaceLoader::outlet<QTableView>(*untold.window(), "findTableView");
     terminate("disk@1");
     store_->clearTerminatedObjects();
-    EXPECT_EQ(table.model()->index(0, 0).data().toString(), QStringLiteral("disk"));
+    EXPECT_EQ(table.model()->index(0, 0).data().toString(), QStringLiteral("disk@1"));
     untold.window()->grab();
     for (int beeps = 1; beeps <= 2; ++beeps) {
         pressRow(table, 0);

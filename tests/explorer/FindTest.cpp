@@ -87,11 +87,11 @@ TEST_F(FindTest, ShowsMatchesAndTheWaysToThem)
 TEST_F(FindTest, LooksAtWhatTheOptionsSay)
 {
     EXPECT_EQ(found(1, "dxdisk"), "");
-    EXPECT_EQ(found(2, "dxdisk"), "disk ");
-    EXPECT_EQ(found(2, "dxdevice"), "bus disk Host supply ");
-    EXPECT_EQ(found(4, "dxpart"), "part ");
+    EXPECT_EQ(found(2, "dxdisk"), "disk@0 ");
+    EXPECT_EQ(found(2, "dxdevice"), "bus disk@1 Host supply ");
+    EXPECT_EQ(found(4, "dxpart"), "part@1 ");
     EXPECT_EQ(found(16, "innerk"), "module ");
-    EXPECT_EQ(found(32, "q-77"), "disk ");
+    EXPECT_EQ(found(32, "q-77"), "disk@0 ");
     EXPECT_EQ(found(32, "512"), "");
     EXPECT_EQ(found(128, "busy"), "bus ");
     EXPECT_EQ(found(128, "Busy"), "");
@@ -195,7 +195,7 @@ TEST_F(FindTest, FollowsItsOptions)
     EXPECT_EQ(controller_->findOptions().toInt(), 5);
     EXPECT_TRUE(outlet<QCheckBox>("findInheritanceCheckbox")->isChecked());
     EXPECT_EQ(count(), "1 object matches");
-    EXPECT_EQ(found(255, "dxdisk"), "disk ");
+    EXPECT_EQ(found(255, "dxdisk"), "disk@0 ");
 }
 
 TEST_F(FindTest, SaysWhyItShowsNothing)

@@ -232,7 +232,7 @@ TEST_P(NavigationTest, PathSheetKeepsItsTextAndOffersNames)
     EXPECT_FALSE(offers.isVisible());
 
     const auto offered = [&](const char *text) {
-        const auto &completer = *static_cast<const EntryPathCompleter *>(field.completer());
+        auto &completer = *static_cast<EntryPathCompleter *>(field.completer());
         return completer.candidates(QString::fromUtf8(text)).join(u' ').toStdString();
     };
     EXPECT_EQ(offered("Dx"), "DxBlock:/ DxService:/");
@@ -258,7 +258,10 @@ TEST_P(NavigationTest, BookmarkSheetAsksForTheName)
     click("addBookmarkOKButton");
     EXPECT_EQ(bookmarks.added, QStringLiteral("array (DxService) = DxService:/bus/array!"));
 
-    select({"Root", "Host", "disk@1"}, "DxBlock");
+    QAction bookmark;
+    bookmark.setData(
+        QVariantMap{{QStringLiteral("Bookmark Path"), QStringLiteral("DxBlock:/disk@1")}});
+    controller_->goToBookmark(bookmark);
     controller_->promptForBookmark();
     EXPECT_EQ(name.text(), QStringLiteral("disk@1 (DxBlock)"));
     EXPECT_FALSE(outlet<QCheckBox>("addBookmarkDefaultCheckbox")->isChecked());
@@ -294,6 +297,25 @@ TEST_P(NavigationTest, GoesBackAndForth)
     for (; action("goBackAction").isEnabled(); ++steps)
         controller_->goBack();
     EXPECT_EQ(steps, static_cast<int>(SelectionHistory::most) - 1);
+}
+
+TEST_P(NavigationTest, GoesBackByOnePlaceForEachPlaceThatIsLeft)
+{
+    selectArray();
+    for (const char *disk : {"disk@0", "disk@1"}) {
+        select({"Root", "Host", "bus", disk});
+        selectArray();
+        terminate(disk);
+    }
+    update();
+    controller_->clearTerminatedObjects();
+    EXPECT_EQ(selected(), "DxService:/bus/array");
+    EXPECT_FALSE(action("goForwardAction").isEnabled());
+    action("goBackAction").trigger();
+    EXPECT_EQ(selected(), "(DxService)");
+    EXPECT_FALSE(action("goBackAction").isEnabled());
+    action("goForwardAction").trigger();
+    EXPECT_EQ(selected(), "DxService:/bus/array");
 }
 
 INSTANTIATE_TEST_SUITE_P(Views, NavigationTest, testing::Bool(), [](const auto &its) {

@@ -221,9 +221,9 @@ TEST_F(TreeStateTest, WhatIsInSightStaysWhereItIsWhenTheSelectedRowGoes)
     EXPECT_EQ(view_->visualRect(first), before);
 }
 
-// Rows change in reloads alone, and only a refresh follows an entry whose children are others but
-// as many, unless those above it are miscounted.
-TEST_F(TreeStateTest, PlainReloadsRereadMiscountedNodesAlone)
+// Only a refresh follows an entry whose children are others but as many, unless those above it are
+// miscounted.
+TEST_F(TreeStateTest, MiscountedNodesAreRereadBeforeTheirRowsAreUsed)
 {
     registry_.plane("DxService", "Root\n  Host\n    bus\n      box\n        old");
     openLive();
@@ -235,13 +235,79 @@ TEST_F(TreeStateTest, PlainReloadsRereadMiscountedNodesAlone)
     for (const char *label : {"bus", "box", "store"})
         store_->updateObject(*entry(label));
     view_->grab();
-    const auto expectRows = [this](const char *bus, const char *store) {
-        EXPECT_EQ(rows(), std::string("Root *\n  Host\n    bus\n      box\n        ") + bus +
-                              "    store\n      " + store);
-    };
-    expectRows("old\n      keep\n", "disk\n");
-    controller_->noteDataStoreObjectsTerminated();
-    expectRows("young\n", "disk\n");
+    controller_->goToRegistryPath(QStringLiteral("DxService:/bus/box/young"));
+    EXPECT_EQ(selected(), "DxService:/bus/box/young");
+    const std::string before = "Root\n  Host\n    bus\n      box\n        young *\n    store\n";
+    EXPECT_EQ(rows(), before + "      disk\n");
     controller_->refreshDisplay();
-    expectRows("young\n", "other\n");
+    EXPECT_EQ(rows(), before + "      other\n");
+}
+
+TEST_F(TreeStateTest, ARowOpensWithTheChildrenThatItHasByThen)
+{
+    openLive();
+    const std::string closed = "Root\n  Host\n    bus + *\n    store\n      disk\n";
+    const auto readAlone = [this](const char *label) {
+        select({"Root", "Host", label});
+        controller_->updateSelectedObject();
+    };
+    select({"Root", "Host", "bus"});
+    QTest::keyClick(view_, Qt::Key_Left);
+    EXPECT_EQ(rows(), closed);
+    add("keep", "card"); // which had no children
+    add("bus", "late");
+    for (const char *label : {"bus", "keep"})
+        store_->updateObject(*entry(label));
+    QTest::keyClick(view_, Qt::Key_Right);
+    const std::string open = "Root\n  Host\n    bus *\n      keep\n        card\n      late\n";
+    EXPECT_EQ(rows(), open + "    store\n      disk\n");
+
+    // One by one and many, where all rows are open; others keep theirs.
+    add("store", "new");
+    readAlone("store");
+    EXPECT_NE(rows().find("    store *\n      disk\n      new\n"), std::string::npos);
+    QTest::keyClick(view_, Qt::Key_Left);
+    for (int i = 0; i < 20; ++i) {
+        const QByteArray script = "Root\n  Host\n    store\n      n" + QByteArray::number(i);
+        registry_.plane("DxService", script.constData());
+    }
+    store_->updateObject(*entry("store"));
+    for (int i = 0; i < 20; ++i) {
+        const std::string name = "n" + std::to_string(i);
+        add(name.c_str(), "below");
+        store_->updateObject(*entry(name.c_str()));
+    }
+    QTest::keyClick(view_, Qt::Key_Right, Qt::AltModifier | Qt::ShiftModifier);
+    EXPECT_NE(rows().find("    store *\n      disk\n      n0\n        below\n"), std::string::npos)
+        << rows();
+    EXPECT_EQ(beeps_, 0);
+}
+
+TEST_F(TreeStateTest, ARefreshOpensTheWayToTheSelection)
+{
+    registry_.plane("DxService", "Root\n  Host\n    store\n      disk\n        part\n    zone");
+    add("zone", "z", 0, 100);
+    openLive();
+    select({"Root", "Host", "store", "disk"});
+    clickExpander(*view_, row({"Root", "Host", "store"}));
+    view_->scrollToBottom();
+    const QRect below = place({"Root", "Host", "zone"});
+    settle();
+    EXPECT_TRUE(view_->isExpanded(row({"Root", "Host", "store"})));
+    EXPECT_EQ(place({"Root", "Host", "zone"}), below); // what is in sight stays there
+    clickExpander(*view_, row({"Root", "Host", "zone"}));
+    view_->scrollToTop();
+    select({"Root", "Host", "store", "disk"});
+    for (const bool isOpen : {true, false}) {
+        if (!isOpen)
+            QTest::keyClick(view_, Qt::Key_Left);
+        const std::string expected = rows();
+        EXPECT_EQ(expected.find("part") != std::string::npos, isOpen);
+        clickExpander(*view_, row({"Root", "Host", "store"}));
+        clickExpander(*view_, row({"Root", "Host"}));
+        EXPECT_EQ(rows(), "Root\n  Host +\n");
+        settle();
+        EXPECT_EQ(rows(), expected);
+        EXPECT_EQ(controller_->selectedEntry(), entry("disk"));
+    }
 }

@@ -141,10 +141,15 @@ TEST_F(WindowControllerTest, ShowsTheFactsOfTheSelectedEntry)
     EXPECT_EQ(copied(), "disk");
     for (const char *state : {"objectRegisteredCell", "objectMatchedCell", "objectActiveCell"})
         EXPECT_TRUE(outlet<QCheckBox>(state)->isChecked()) << state;
-    const auto *const active = outlet<QCheckBox>("objectActiveCell");
-    QTest::mouseClick(window().windowHandle(), Qt::LeftButton, {},
-                      active->mapTo(&window(), active->rect().center()));
+    auto *const active = outlet<QCheckBox>("objectActiveCell");
+    const QImage before = active->grab().toImage();
+    QTest::mouseMove(active);
+    QTest::mousePress(active, Qt::LeftButton, {}, {8, active->height() / 2});
+    EXPECT_EQ(active->grab().toImage(), before); // neither lights up nor sinks
+    QTest::mouseRelease(active, Qt::LeftButton, {}, {8, active->height() / 2});
+    active->click(); // as assistive programs do
     EXPECT_TRUE(active->isChecked());
+    EXPECT_TRUE(active->isEnabled());
 
     select({"Root", "Host", "module"}); // no service
     EXPECT_EQ(facts(), "module | DxModule : DxRegistryEntry | 1");

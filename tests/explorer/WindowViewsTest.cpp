@@ -133,10 +133,20 @@ TEST_F(WindowViewsTest, SetsTheIntervalOfTimedUpdate)
     ASSERT_TRUE(sheet());
     EXPECT_EQ(sheet()->windowModality(), Qt::WindowModal);
     EXPECT_EQ(interval(), "30");
-    answerSheet("2.5");
-    EXPECT_EQ(store_->pollInterval(), 2.5);
+    const auto german = QLocale(QLocale::German, QLocale::Germany);
+    const std::tuple<QLocale, const char *, double> accepted[] = {
+        {QLocale::c(), "5s", 5.0}, {QLocale::c(), " 12 S ", 12.0}, {german, "0,5 s", 0.5},
+        {german, "1.800", 1800.0}, {german, "2.5", 2.5},
+    };
+    for (const auto &[locale, text, expected] : accepted) {
+        QLocale::setDefault(locale);
+        controller_->changeTimedUpdate();
+        answerSheet(text);
+        EXPECT_EQ(store_->pollInterval(), expected) << text;
+    }
+    QLocale::setDefault(QLocale::c());
 
-    for (const char *refused : {"0", "-1", "3600.5", "", "soon", "nan", "1e99"}) {
+    for (const char *refused : {"0", "-1", "3600.5", "", "s", "5 soon", "nan", "1e99"}) {
         controller_->changeTimedUpdate();
         EXPECT_EQ(interval(), "2"); // cut off
         answerSheet(refused);

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+// What the facts of an entry and the planes mean, for those who meet them for the first time.
+namespace Explanations {
+QString ofPlane(const QString &plane); // null for a plane that the program does not know
+// Gives the labels, fields and boxes of a window's facts their tool tips.
+void addTo(const QWidget &window);
+} // namespace Explanations

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <memory>
+#include <optional>
+
+class TavDataStore;
+
+// Where a registry path goes wrong, as a part of its text, and how.
+struct RegistryPathProblem
+{
+    qsizetype start;
+    qsizetype length;
+    QString message;
+};
+
+// Follows registry paths part by part while they are being typed. Unlike the store's look-up it
+// says how far they lead, and it logs nothing.
+class RegistryPathReader
+{
+    Q_DECLARE_TR_FUNCTIONS(RegistryPathReader)
+public:
+    using Problem = std::optional<RegistryPathProblem>;
+
+    explicit RegistryPathReader(std::shared_ptr<const TavDataStore> dataStore);
+
+    // The planes, or the paths of what is below the text's last "/"; sorted.
+    const QStringList &candidates(const QString &text);
+    // None while the text may still become the path of an entry. The name being typed may be in the
+    // wrong case, for the candidates correct it.
+    Problem problem(const QString &text);
+    Problem problemOfWhole(const QString &path); // to which nothing will be added
+    void refresh() { begin_.reset(); }           // the registry may be another
+
+private:
+    void read(const QString &text);
+    void readNames(qsizetype position, const QString &plane);
+    Problem planeProblem(const QString &text) const;
+    Problem nameProblem(const QString &begin, const QString &name) const;
+
+    std::shared_ptr<const TavDataStore> dataStore_;
+    std::optional<QString> begin_; // of the text that was read, up to its last "/"
+    QStringList candidates_;       // after it
+    Problem problem_;              // in it
+};
