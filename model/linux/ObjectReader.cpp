@@ -79,7 +79,8 @@ struct ObjectReader::Job
 {
     const Request &request;
     Result result;
-    AttributePolicy::Context context;
+    AttributePolicy policy;
+    bool isSuspended = false;  // known only when reading on request
     int unanswered = 0;        // attributes so far
     RegistryValue uevent = {}; // read before all else: names and classes rest on it
 };
@@ -97,13 +98,12 @@ ObjectReader::~ObjectReader() = default;
 
 ObjectReader::Result ObjectReader::read(const Request &request)
 {
-    Job job{request, {}, {}};
+    Job job{request, {}, AttributePolicy({.folder = request.folder})};
     SweepObject &object = job.result.object;
     object.kind = request.kind;
     object.inode = request.inode;
     object.path = request.path;
     object.kernelName = request.path.mid(request.path.lastIndexOf('/') + 1);
-    job.context.folder = request.folder;
     Directory directory{request.path};
     if (!take(watch_, request.path, {},
               [&] { return directory.list(root_.openDirectory(request.path)); }))
@@ -122,9 +122,15 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     SweepObject &object = job.result.object;
     if (!contains(directory.entries, "uevent") && !forcedDevices_.contains(directory.path))
         object.kind = SweepObject::Kind::Container;
-    const QByteArray subsystem =
-        contains(directory.entries, "subsystem") ? linkText(directory, "subsystem") : QByteArray();
-    job.context.subsystem = subsystem.mid(subsystem.lastIndexOf('/') + 1);
+    const auto targetName = [&](const QByteArray &link) {
+        const QByteArray text =
+            contains(directory.entries, link) ? linkText(directory, link) : QByteArray();
+        return text.mid(text.lastIndexOf('/') + 1);
+    };
+    AttributePolicy::Context context{.folder = job.request.folder,
+                                     .subsystem = targetName("subsystem"),
+                                     .driver = targetName("driver"),
+                                     .kernelName = object.kernelName};
     const auto textOf = [&](const QByteArray &name) {
         QByteArray reason;
         const auto bytes = readBytes(job, directory, name, textLimit, reason);
@@ -136,10 +142,11 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
             job.uevent = parseAttribute("uevent", *bytes, pool_);
     }
     constexpr uint interfaceUp = 1;
-    if (job.context.subsystem == "net")
-        job.context.isInterfaceDown = !(textOf("flags").toUInt(nullptr, 0) & interfaceUp);
+    if (context.subsystem == "net")
+        context.isInterfaceDown = !(textOf("flags").toUInt(nullptr, 0) & interfaceUp);
+    job.policy = AttributePolicy(context);
     if (job.request.readsOnRequest)
-        job.context.isSuspended = textOf("power/runtime_status") == "suspended";
+        job.isSuspended = textOf("power/runtime_status") == "suspended";
 }
 
 // Whether it held anything of the object's own, or nothing at all.
@@ -267,11 +274,11 @@ void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoo
 void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArray &name,
                             RegistryValue::Members &members)
 {
-    const auto rule = AttributePolicy::rule(job.context, directory.below, name);
+    const auto rule = job.policy.rule(directory.below, name);
     const auto wanted = job.request.readsOnRequest ? AttributePolicy::Rule::OnRequest
                                                    : AttributePolicy::Rule::Always;
     const bool isConfig = name == "config" && directory.below.isEmpty();
-    if (rule != wanted || (isConfig && job.context.isSuspended))
+    if (rule != wanted || (isConfig && job.isSuspended))
         return;
     if (name == "uevent" && directory.below.isEmpty() && !job.uevent.isNone()) {
         if (recordsFiles_)
