@@ -63,6 +63,8 @@ public:
     }
     // The same as prepare for one object, together with what is too costly to read for every one.
     virtual void prepareObject(RegistryObject) {}
+    // The same as prepare, and tries again what did not answer before.
+    virtual void retryWhatDidNotAnswer() { prepare(); }
 
     // Of the machine whose registry it is.
     virtual HostInformation hostInformation() { return HostInformation::ofThisMachine(); }

@@ -1,109 +1,188 @@
 #include "model/linux/AttributePolicy.h"
 
-#include <QSet>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <algorithm>
+#include <optional>
 
 namespace {
-using Rule = AttributePolicy::Rule;
-using Names = QSet<QByteArray>;
+using Patterns = std::vector<QByteArray>;
 
-// Write-only on every kernel, or ports and memory of the device.
-const Names neverRead{
-    "autosuspend_delay_ms", // an I/O error nearly always
-    "bind",
-    "data", // device core dumps
-    "drivers_probe",
-    "hot_add", // reading creates a device
-    "legacy_io",
-    "legacy_mem",
-    "new_id",
-    "remove",
-    "remove_id",
-    "rescan",
-    "rom",
-    "unbind",
-    "vpd",
-};
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
 
-const Names onRequest{
-    "bConfigurationValue", // waits for the device's lock
-    "config",
-    "cpuinfo_avg_freq",
-    "cpuinfo_cur_freq",
-    "descriptors", // waits for the device's lock
-    "eeprom",
-    "nvmem",
-    "scaling_cur_freq",
-};
+// "*" stands for any text, "#" for digits.
+bool matches(QByteArrayView pattern, QByteArrayView text)
+{
+    if (pattern.isEmpty())
+        return text.isEmpty();
+    if (pattern.front() == '*' || pattern.front() == '#') {
+        const bool isAnyText = pattern.front() == '*';
+        for (qsizetype length = isAnyText ? 0 : 1; length <= text.size(); ++length) {
+            if (!isAnyText && !isDigit(text[length - 1]))
+                return false;
+            if (matches(pattern.sliced(1), text.sliced(length)))
+                return true;
+        }
+        return false;
+    }
+    return !text.isEmpty() && pattern.front() == text.front() &&
+           matches(pattern.sliced(1), text.sliced(1));
+}
 
-// Verbs in a class's own attributes: such an attribute does something.
-const Names classVerbs{"add",   "alloc",  "attach", "connect", "create", "export",
-                       "hot",   "insert", "load",   "new",     "probe",  "register",
-                       "reset", "scan",   "start",  "trigger"};
+bool matchesAny(const Patterns &patterns, const QByteArray &text)
+{
+    return std::any_of(patterns.begin(), patterns.end(),
+                       [&](const QByteArray &pattern) { return matches(pattern, text); });
+}
 
-bool hasVerb(const QByteArray &name)
+// Whether a part of the name between underscores is among the words.
+bool hasAny(const Patterns &words, const QByteArray &name)
 {
     const QList<QByteArray> parts = QByteArray(name).replace('-', '_').split('_');
-    return std::any_of(parts.begin(), parts.end(),
-                       [](const QByteArray &part) { return classVerbs.contains(part); });
+    return std::any_of(parts.begin(), parts.end(), [&](const QByteArray &part) {
+        return std::find(words.begin(), words.end(), part) != words.end();
+    });
 }
 
-bool isNeverRead(const AttributePolicy::Context &context, const QByteArray &name)
+std::optional<Patterns> patterns(const QJsonObject &row, const char *key)
 {
-    if (neverRead.contains(name) || name.startsWith("resource") || name.startsWith("trace"))
-        return true;
-    switch (context.folder) {
-    case AttributePolicy::Folder::Class:
-        return hasVerb(name);
-    case AttributePolicy::Folder::Bus:
-    case AttributePolicy::Folder::Driver:
-    case AttributePolicy::Folder::Module:
-        return name == "uevent"; // write-only there
-    default:
-        return name.endsWith("_log") || name == "log"; // may never end
-    }
+    const QJsonValue list = row.value(QLatin1String(key));
+    if (!list.isArray())
+        return std::nullopt;
+    Patterns found;
+    for (const auto &pattern : list.toArray())
+        found.push_back(pattern.toString().toUtf8());
+    return found;
 }
 
-// A measured value: reading asks the hardware over its bus.
-bool isMeasured(const AttributePolicy::Context &context, const QByteArray &folder,
-                const QByteArray &name)
+AttributePolicy::Folder folderNamed(const QByteArray &name)
 {
-    const QByteArray &subsystem = context.subsystem;
-    if (subsystem == "hwmon")
-        return name.contains('_') && name != "update_interval";
-    if (subsystem == "thermal")
-        return name == "temp" || name == "cur_state" || name.startsWith("trip_point_");
-    if (subsystem == "power_supply")
-        return folder.isEmpty() && name != "type";
-    if (subsystem == "tpm")
-        return name.startsWith("pcr") || folder.startsWith("pcr") || name == "caps" ||
-               name == "durations" || name == "pubek" || name == "timeouts";
-    if (subsystem == "infiniband")
-        return folder.endsWith("counters");
-    return false;
-}
-
-bool asksTheLink(const QByteArray &name)
-{
-    return name == "speed" || name == "duplex" || name.startsWith("phys_") ||
-           name.startsWith("carrier");
+    using Folder = AttributePolicy::Folder;
+    return name == "bus"        ? Folder::Bus
+           : name == "class"    ? Folder::Class
+           : name == "driver"   ? Folder::Driver
+           : name == "module"   ? Folder::Module
+           : name == "firmware" ? Folder::Firmware
+                                : Folder::Device;
 }
 } // namespace
 
-AttributePolicy::Rule AttributePolicy::rule(const Context &context, const QByteArray &folder,
-                                            const QByteArray &name)
+struct AttributePolicy::Row
 {
-    if (isNeverRead(context, name))
-        return Rule::Never;
-    if (onRequest.contains(name) || name.startsWith("nvm_") ||
-        (context.isInterfaceDown && folder.isEmpty() && asksTheLink(name)) ||
-        isMeasured(context, folder, name))
-        return Rule::OnRequest;
-    return Rule::Always;
+    explicit Row(const QJsonObject &row);
+    bool appliesTo(const Context &context) const;
+    bool fits(const QByteArray &folder, const QByteArray &name) const;
+
+    Rule rule = Rule::Never;
+    Patterns names;
+    Patterns words;
+    Patterns except;
+    std::optional<Patterns> directories;
+    std::vector<Folder> folders; // none: any
+    std::optional<Patterns> subsystems;
+    std::optional<Patterns> drivers;
+    std::optional<Patterns> devices;
+    bool onlyInterfaceDown = false;
+    QByteArray reason;
+};
+
+struct AttributePolicy::Table
+{
+    std::vector<Row> rows;
+    Patterns skippedDirectories;
+};
+
+AttributePolicy::Row::Row(const QJsonObject &row)
+    : rule(row.value(QLatin1String("rule")) == QLatin1String("never") ? Rule::Never
+                                                                      : Rule::OnRequest)
+    , names(patterns(row, "names").value_or(Patterns()))
+    , words(patterns(row, "words").value_or(Patterns()))
+    , except(patterns(row, "except").value_or(Patterns()))
+    , directories(patterns(row, "directory"))
+    , subsystems(patterns(row, "subsystem"))
+    , drivers(patterns(row, "driver"))
+    , devices(patterns(row, "device"))
+    , onlyInterfaceDown(row.value(QLatin1String("when")) == QLatin1String("interface down"))
+    , reason(row.value(QLatin1String("reason")).toString().toUtf8())
+{
+    for (const QByteArray &kind : patterns(row, "in").value_or(Patterns()))
+        folders.push_back(folderNamed(kind));
+}
+
+bool AttributePolicy::Row::appliesTo(const Context &context) const
+{
+    const auto allows = [](const std::optional<Patterns> &allowed, const QByteArray &its) {
+        return !allowed || matchesAny(*allowed, its);
+    };
+    const bool isOfDevice = subsystems || drivers || devices;
+    return (folders.empty() ||
+            std::find(folders.begin(), folders.end(), context.folder) != folders.end()) &&
+           (!isOfDevice || context.folder == Folder::Device) &&
+           allows(subsystems, context.subsystem) && allows(drivers, context.driver) &&
+           allows(devices, context.kernelName) && (!onlyInterfaceDown || context.isInterfaceDown);
+}
+
+bool AttributePolicy::Row::fits(const QByteArray &folder, const QByteArray &name) const
+{
+    return (matchesAny(names, name) || (!words.empty() && hasAny(words, name))) &&
+           !matchesAny(except, name) && (!directories || matchesAny(*directories, folder));
+}
+
+const AttributePolicy::Table &AttributePolicy::table()
+{
+    static const Table table = [] {
+        QFile file(QStringLiteral(":/attributes/policy.json"));
+        const bool isOpen = file.open(QIODevice::ReadOnly);
+        const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
+        if (!isOpen || root.isEmpty())
+            qFatal("the table of attributes is not part of the program");
+        Table read;
+        for (const auto &row : root.value(QLatin1String("rules")).toArray())
+            read.rows.emplace_back(row.toObject());
+        for (const auto &row : root.value(QLatin1String("directories")).toArray()) {
+            const Patterns names = patterns(row.toObject(), "names").value_or(Patterns());
+            read.skippedDirectories.insert(read.skippedDirectories.end(), names.begin(),
+                                           names.end());
+        }
+        return read;
+    }();
+    return table;
+}
+
+AttributePolicy::AttributePolicy(const Context &context)
+{
+    for (const Row &row : table().rows) {
+        if (row.appliesTo(context))
+            rows_.push_back(&row);
+    }
+}
+
+const AttributePolicy::Row *AttributePolicy::row(const QByteArray &folder,
+                                                 const QByteArray &name) const
+{
+    const auto found = std::find_if(rows_.begin(), rows_.end(),
+                                    [&](const Row *row) { return row->fits(folder, name); });
+    return found != rows_.end() ? *found : nullptr;
+}
+
+AttributePolicy::Rule AttributePolicy::rule(const QByteArray &folder, const QByteArray &name) const
+{
+    const Row *const found = row(folder, name);
+    return found ? found->rule : Rule::Always;
+}
+
+QByteArray AttributePolicy::reason(const QByteArray &folder, const QByteArray &name) const
+{
+    const Row *const found = row(folder, name);
+    return found ? found->reason : QByteArray();
 }
 
 bool AttributePolicy::skipsDirectory(const QByteArray &name)
 {
-    return name.endsWith("_descriptor") || name.endsWith("_descriptors") ||
-           name.startsWith("trace") || name == "debug";
+    return matchesAny(table().skippedDirectories, name);
 }

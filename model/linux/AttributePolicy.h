@@ -1,9 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <vector>
 
-// Which attributes may be read. A read runs driver code: some attributes are slow, some wake or
-// lock up hardware, and one creates a device.
+// Which attributes of an object may be read, by the table in resources/attributes. A read runs
+// driver code: some attributes are slow, some wake or lock up hardware, and one creates a device.
 class AttributePolicy
 {
 public:
@@ -13,15 +14,29 @@ public:
     struct Context
     {
         Folder folder = Folder::Device;
-        QByteArray subsystem;         // of the device
+        // Of a device:
+        QByteArray subsystem = {};
+        QByteArray driver = {};
+        QByteArray kernelName = {};
         bool isInterfaceDown = false; // of a network interface
-        bool isSuspended = false;     // known only when reading on request
     };
 
+    explicit AttributePolicy(const Context &context);
+
     // The folder is relative to the object's directory, such as "power"; empty for itself.
-    static Rule rule(const Context &context, const QByteArray &folder, const QByteArray &name);
+    Rule rule(const QByteArray &folder, const QByteArray &name) const;
+    // Why it is not read with all others, for the user; null if it is.
+    QByteArray reason(const QByteArray &folder, const QByteArray &name) const;
     // Whether a subdirectory is passed over with all it holds.
     static bool skipsDirectory(const QByteArray &name);
 
     static constexpr int configBytes = 64; // the part of PCI "config" that is safe to read
+
+private:
+    struct Row;
+    struct Table;
+    static const Table &table();
+    const Row *row(const QByteArray &folder, const QByteArray &name) const;
+
+    std::vector<const Row *> rows_; // of the table, that apply to the object
 };

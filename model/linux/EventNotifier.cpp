@@ -137,12 +137,6 @@ void EventNotifier::graphChanged(const std::vector<RegistryObject> &vanished,
     busyCountChanged(busyCountBefore);
 }
 
-void EventNotifier::graphKept()
-{
-    isSweeping_ = false;
-    removalsInSweep_.clear();
-}
-
 void EventNotifier::busyCountChanged(quint32 before)
 {
     const RegistryObject host = objects_.hold(HostObjects::host);

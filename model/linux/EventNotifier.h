@@ -21,7 +21,6 @@ public:
     void graphRead(RegistryGraph &graph) { returned_.applyTo(graph, root_); }
     // After a sweep: what was held and is not in its graph, and the host's busy count before it.
     void graphChanged(const std::vector<RegistryObject> &vanished, quint32 busyCountBefore);
-    void graphKept();                      // the sweep has brought none
     void busyCountChanged(quint32 before); // the host's
     void tellOfChange();                   // of something or other on the host
 

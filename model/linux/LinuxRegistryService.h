@@ -34,6 +34,7 @@ public:
     void prepareObject(RegistryObject object) override;
 
     HostInformation hostInformation() override;
+    void retryWhatDidNotAnswer() override;
     RegistryObject rootEntry() override;
     RegistryObject entryFromPath(const QString &path) override;
     RegistryStatus childIterator(RegistryObject object, const char *plane,
@@ -103,7 +104,6 @@ private:
     std::vector<Iterator> iterators_; // by iterator, less one
     std::vector<RegistryIterator> freeIterators_;
     quint64 sweepCount_ = 0;
-    bool isWhole_ = false; // what the last sweep found
     std::vector<QByteArray> filesRead_;
 
     EventSourceFactory openEvents_;

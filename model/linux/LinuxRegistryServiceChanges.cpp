@@ -53,6 +53,13 @@ void LinuxRegistryService::cancelPreparation()
     preparation_.reset();
 }
 
+void LinuxRegistryService::retryWhatDidNotAnswer()
+{
+    cancelPreparation();
+    sweeper_.forgetWhatDidNotAnswer();
+    prepare();
+}
+
 void LinuxRegistryService::preparationFinished(quint64 number)
 {
     RunLoop::main().performInDefaultMode(alive_, [this, number] {
@@ -70,11 +77,7 @@ std::vector<std::function<void()>> LinuxRegistryService::installPreparation()
     Preparation::Result result = preparation_->take();
     preparation_.reset();
     sweeper_.learnFrom(result.sweeper);
-    // Of what a sweep in part has not reached, nobody knows that it is gone.
-    if (result.isWhole || !isWhole_)
-        installGraph(std::move(result));
-    else
-        notifier_.graphKept();
+    installGraph(std::move(result));
     auto ready = std::exchange(ready_, std::exchange(readyLater_, {}));
     if (!ready_.empty())
         beginPreparation();
@@ -84,7 +87,6 @@ std::vector<std::function<void()>> LinuxRegistryService::installPreparation()
 
 void LinuxRegistryService::installGraph(Preparation::Result result)
 {
-    isWhole_ = result.isWhole;
     classNames_ = std::move(result.classNames);
     filesRead_ = std::move(result.filesRead);
     const quint32 busyCountBefore = graph() ? graph()->at(HostObjects::host).busyCount()

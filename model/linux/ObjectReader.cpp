@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t textLimit = 4096;
 constexpr std::size_t dataLimit = 65536;
 constexpr int deepestNesting = 16;
-constexpr char noAnswer[] = "did not answer";
+constexpr int mostUnanswered = 2; // attributes of an object, before the rest is let be
 
 QByteArray join(const QByteArray &directory, const QByteArray &name)
 {
@@ -46,7 +46,8 @@ auto take(ObjectReader::Watch &watch, const QByteArray &directory, const QByteAr
     if (!watch.mayTake(directory, name))
         return std::nullopt;
     auto result = step();
-    watch.returned();
+    if (!watch.returned())
+        return std::nullopt;
     return result;
 }
 
@@ -78,7 +79,10 @@ struct ObjectReader::Job
 {
     const Request &request;
     Result result;
-    AttributePolicy::Context context;
+    AttributePolicy policy;
+    bool isSuspended = false;  // known only when reading on request
+    int unanswered = 0;        // attributes so far
+    RegistryValue uevent = {}; // read before all else: names and classes rest on it
 };
 
 ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices,
@@ -94,13 +98,12 @@ ObjectReader::~ObjectReader() = default;
 
 ObjectReader::Result ObjectReader::read(const Request &request)
 {
-    Job job{request, {}, {}};
+    Job job{request, {}, AttributePolicy({.folder = request.folder})};
     SweepObject &object = job.result.object;
     object.kind = request.kind;
     object.inode = request.inode;
     object.path = request.path;
     object.kernelName = request.path.mid(request.path.lastIndexOf('/') + 1);
-    job.context.folder = request.folder;
     Directory directory{request.path};
     if (!take(watch_, request.path, {},
               [&] { return directory.list(root_.openDirectory(request.path)); }))
@@ -119,19 +122,31 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     SweepObject &object = job.result.object;
     if (!contains(directory.entries, "uevent") && !forcedDevices_.contains(directory.path))
         object.kind = SweepObject::Kind::Container;
-    const QByteArray subsystem =
-        contains(directory.entries, "subsystem") ? linkText(directory, "subsystem") : QByteArray();
-    job.context.subsystem = subsystem.mid(subsystem.lastIndexOf('/') + 1);
+    const auto targetName = [&](const QByteArray &link) {
+        const QByteArray text =
+            contains(directory.entries, link) ? linkText(directory, link) : QByteArray();
+        return text.mid(text.lastIndexOf('/') + 1);
+    };
+    AttributePolicy::Context context{.folder = job.request.folder,
+                                     .subsystem = targetName("subsystem"),
+                                     .driver = targetName("driver"),
+                                     .kernelName = object.kernelName};
     const auto textOf = [&](const QByteArray &name) {
         QByteArray reason;
-        const auto bytes = readBytes(directory, name, textLimit, reason);
+        const auto bytes = readBytes(job, directory, name, textLimit, reason);
         return bytes ? QByteArray(bytes->data(), bytes->size()).trimmed() : QByteArray();
     };
+    if (!job.request.readsOnRequest && contains(directory.entries, "uevent")) {
+        QByteArray reason;
+        if (const auto bytes = readBytes(job, directory, "uevent", dataLimit, reason))
+            job.uevent = parseAttribute("uevent", *bytes, pool_);
+    }
     constexpr uint interfaceUp = 1;
-    if (job.context.subsystem == "net")
-        job.context.isInterfaceDown = !(textOf("flags").toUInt(nullptr, 0) & interfaceUp);
+    if (context.subsystem == "net")
+        context.isInterfaceDown = !(textOf("flags").toUInt(nullptr, 0) & interfaceUp);
+    job.policy = AttributePolicy(context);
     if (job.request.readsOnRequest)
-        job.context.isSuspended = textOf("power/runtime_status") == "suspended";
+        job.isSuspended = textOf("power/runtime_status") == "suspended";
 }
 
 // Whether it held anything of the object's own, or nothing at all.
@@ -259,43 +274,63 @@ void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoo
 void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArray &name,
                             RegistryValue::Members &members)
 {
-    const auto rule = AttributePolicy::rule(job.context, directory.below, name);
+    const auto rule = job.policy.rule(directory.below, name);
     const auto wanted = job.request.readsOnRequest ? AttributePolicy::Rule::OnRequest
                                                    : AttributePolicy::Rule::Always;
     const bool isConfig = name == "config" && directory.below.isEmpty();
-    if (rule != wanted || (isConfig && job.context.isSuspended))
+    if (rule != wanted || (isConfig && job.isSuspended))
         return;
-    SweepObject &object = job.result.object;
+    if (name == "uevent" && directory.below.isEmpty() && !job.uevent.isNone()) {
+        if (recordsFiles_)
+            job.result.filesRead.push_back(join(directory.path, name));
+        members.push_back({pool_.text(name), std::exchange(job.uevent, {})});
+        return;
+    }
     QByteArray reason;
-    const auto bytes =
-        readBytes(directory, name, isConfig ? AttributePolicy::configBytes : dataLimit, reason);
-    if (recordsFiles_ && reason != noAnswer)
+    const auto bytes = readBytes(job, directory, name,
+                                 isConfig ? AttributePolicy::configBytes : dataLimit, reason);
+    if (recordsFiles_ && !SweepObject::isUnanswered(reason))
         job.result.filesRead.push_back(join(directory.path, name));
     if (bytes)
         members.push_back({pool_.text(name), parseAttribute(name, *bytes, pool_)});
     else if (!reason.isEmpty())
-        object.unread.push_back({join(directory.below, name), reason});
+        job.result.object.unread.push_back({join(directory.below, name), reason});
+    job.unanswered += reason == SweepObject::noAnswer;
 }
 
-std::optional<QByteArrayView> ObjectReader::readBytes(const Directory &directory,
+std::optional<QByteArrayView> ObjectReader::readBytes(const Job &job, const Directory &directory,
                                                       const QByteArray &name, std::size_t limit,
                                                       QByteArray &reason)
 {
-    reason = noAnswer;
-    return take(watch_, directory.path, name,
-                [&] {
-                    reason.clear();
-                    return askForBytes(directory, name, limit, reason);
-                })
-        .value_or(std::nullopt);
+    if (!job.request.readsAttributes || job.unanswered >= mostUnanswered) {
+        reason = SweepObject::notAsked;
+        return std::nullopt;
+    }
+    const auto answer = take(watch_, directory.path, name, [&] {
+        reason.clear();
+        return askForBytes(directory, name, limit, reason);
+    });
+    if (answer)
+        return *answer;
+    reason = SweepObject::noAnswer;
+    return std::nullopt;
+}
+
+FileDescriptor ObjectReader::openFile(const Directory &directory, const QByteArray &name)
+{
+    while (true) {
+        FileDescriptor file(openat(directory.descriptor.get(), name.constData(),
+                                   O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY));
+        if (file || errno != EINTR || watch_.isGivenUp())
+            return file;
+    }
 }
 
 std::optional<QByteArrayView> ObjectReader::askForBytes(const Directory &directory,
                                                         const QByteArray &name, std::size_t limit,
                                                         QByteArray &reason)
 {
-    const FileDescriptor file(openat(directory.descriptor.get(), name.constData(),
-                                     O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY));
+    const FileDescriptor file = openFile(directory, name);
     struct stat status;
     const auto isWriteOnly = [&status] {
         return (status.st_mode & (S_IRUSR | S_IRGRP | S_IROTH)) == 0;
@@ -317,7 +352,7 @@ std::optional<QByteArrayView> ObjectReader::askForBytes(const Directory &directo
     std::size_t wanted = std::min(limit, textLimit);
     while (size < wanted) {
         const ssize_t count = ::read(file.get(), buffer_.get() + size, wanted - size);
-        if (count < 0 && errno == EINTR)
+        if (count < 0 && errno == EINTR && !watch_.isGivenUp())
             continue;
         if (count < 0 && size == 0) {
             reason = std::strerror(errno);

@@ -12,13 +12,15 @@
 class ObjectReader
 {
 public:
-    // Told before each step that might not return, to answer whether to take it, and after it.
-    // What it throws ends the reading.
+    // Asked before each step that might not return whether to take it, and after it whether it
+    // counts. What it throws ends the reading.
     class Watch
     {
     public:
         virtual bool mayTake(const QByteArray &directory, const QByteArray &name) = 0;
-        virtual void returned() = 0;
+        virtual bool returned() = 0;
+        // Within a step that was interrupted: whether to give it up.
+        virtual bool isGivenUp() const = 0;
 
     protected:
         ~Watch() = default;
@@ -31,6 +33,7 @@ public:
         QByteArray path;
         quint64 inode = 0;
         bool readsOnRequest = false; // what is too costly for every sweep, and nothing else
+        bool readsAttributes = true; // else only what is there, and where its links lead
     };
     struct Result
     {
@@ -63,8 +66,10 @@ private:
     bool isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path);
     QByteArray linkText(const Directory &directory, const QByteArray &name);
     // None with a reason (empty: not worth telling) when it cannot be read.
-    std::optional<QByteArrayView> readBytes(const Directory &directory, const QByteArray &name,
-                                            std::size_t limit, QByteArray &reason);
+    std::optional<QByteArrayView> readBytes(const Job &job, const Directory &directory,
+                                            const QByteArray &name, std::size_t limit,
+                                            QByteArray &reason);
+    FileDescriptor openFile(const Directory &directory, const QByteArray &name);
     std::optional<QByteArrayView> askForBytes(const Directory &directory, const QByteArray &name,
                                               std::size_t limit, QByteArray &reason);
 

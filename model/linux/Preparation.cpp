@@ -14,7 +14,6 @@ Preparation::Result prepared(Preparation::Input input, const std::stop_token &st
     if (stop.stop_requested())
         return result;
     result.filesRead = std::move(sweep.filesRead);
-    result.isWhole = sweep.isWhole;
     RegistryValue::Members rootFacts =
         isLive ? HostFacts::ofRunningKernel() : RegistryValue::Members();
     RegistryValue::Members hostFacts = HostFacts::ofDeviceTree(*input.root);

@@ -26,7 +26,6 @@ public:
         ClassNames classNames;
         std::unique_ptr<RegistryGraph> graph;
         std::vector<QByteArray> filesRead;
-        bool isWhole = true;
     };
 
     // Begins. Finished is called in the thread.

@@ -57,6 +57,7 @@ RegistryGraph::RegistryGraph(HostObjects objects, UdevDatabase &udev)
     addPlaneCounts(edges);
     for (std::size_t i = 0; i < planeCount; ++i)
         tellSiblingsApart(static_cast<Plane>(i));
+    nameIncompleteObjects();
     byID_.reserve(objects_.count());
     for (int i = 0; i < objects_.count(); ++i) {
         byID_.insert(at(i).id, i);
@@ -184,6 +185,27 @@ void RegistryGraph::finish(HostObject &object, UdevDatabase &udev)
         insertMember(object.members, QLatin1String("DxRefusedParents"),
                      arrayOf(object.refusedParents));
     object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
+}
+
+// At the root, the attributes that did not answer by the paths of their objects.
+void RegistryGraph::nameIncompleteObjects()
+{
+    QMap<QString, RegistryValue> incomplete;
+    for (int i = 0; i < count(); ++i) {
+        QStringList attributes;
+        for (const auto &[path, reason] : at(i).unread) {
+            if (SweepObject::isUnanswered(reason))
+                attributes.append(QString::fromUtf8(path));
+        }
+        if (!attributes.isEmpty())
+            incomplete.insert(QString::fromUtf8(at(i).path), arrayOf(attributes));
+    }
+    RegistryValue::Members members;
+    for (auto it = incomplete.cbegin(); it != incomplete.cend(); ++it)
+        members.push_back({CompactString(it.key()), *it});
+    if (!members.empty())
+        insertMember(objects_.at(HostObjects::root).members, QLatin1String("DxIncompleteObjects"),
+                     RegistryValue::dictionary(std::move(members)));
 }
 
 void RegistryGraph::countBusyChildren()

@@ -36,6 +36,7 @@ private:
     void tellSiblingsApart(Plane plane);
     std::vector<int> siblingsNamedAlike(Plane plane) const;
     void finish(HostObject &object, UdevDatabase &udev);
+    void nameIncompleteObjects();
     void countBusyChildren();
 
     HostObjects objects_;

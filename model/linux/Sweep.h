@@ -9,5 +9,4 @@ struct Sweep
 {
     std::vector<SweepObject> objects;
     std::vector<QByteArray> filesRead; // when asked for
-    bool isWhole = true;               // false: too much of the tree did not answer
 };

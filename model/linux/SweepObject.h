@@ -31,6 +31,13 @@ struct SweepObject
         QByteArray path; // below the object's directory
         QByteArray reason;
     };
+    // Reasons of what cost a wait, and of what was let be after it.
+    static constexpr char noAnswer[] = "did not answer";
+    static constexpr char notAsked[] = "not asked, because the device does not answer";
+    static bool isUnanswered(const QByteArray &reason)
+    {
+        return reason == noAnswer || reason == notAsked;
+    }
 
     Kind kind = Kind::Device;
     quint64 inode = 0;

@@ -2,18 +2,40 @@
 
 #include "model/ModelLogging.h"
 
+#include <csignal>
+#include <pthread.h>
 #include <system_error>
 
 namespace {
 using Request = ObjectReader::Request;
-using Clock = std::chrono::steady_clock;
 
-// A dead device may have many attributes that never answer, each of which is waited for.
-constexpr int mostThreadsLeftBehind = 32;
+constexpr int longSteps = 20;          // take longer than this part of the patience
+constexpr int mostThreads = 32; // with those that other runs have left behind
 
 // Nobody waits for the thread any longer.
 struct Abandoned
 {};
+
+// Ends a system call early. The program takes no other notice of it.
+int interruptSignal()
+{
+    static const int number = [] {
+        const int chosen = SIGRTMIN + 6;
+        struct sigaction action = {};
+        action.sa_handler = [](int) {};
+        sigaction(chosen, &action, nullptr);
+        return chosen;
+    }();
+    return number;
+}
+
+class NoWatch final : public ObjectReader::Watch
+{
+public:
+    bool mayTake(const QByteArray &, const QByteArray &) override { return true; }
+    bool returned() override { return true; }
+    bool isGivenUp() const override { return false; }
+};
 } // namespace
 
 // Where a reader thread is. Written by the thread, read by the watch.
@@ -25,6 +47,8 @@ struct SweepRun::Progress
     QByteArray name;
     quint64 step = 0;
     bool isInStep = false; // asks the host, and touches nothing but its own
+    bool isLong = false;   // the step has another thread beside it
+    std::atomic<bool> isGivenUp = false;
     bool isAbandoned = false;
     bool isLeftBehind = false; // and counted as such
 };
@@ -48,12 +72,16 @@ public:
         ++progress_.step;
         return true;
     }
-    void returned() override
+    bool returned() override
     {
         const std::lock_guard lock(progress_.mutex);
         throwIfAbandoned();
         progress_.isInStep = false;
+        if (std::exchange(progress_.isLong, false))
+            ++run_.active_;
+        return !progress_.isGivenUp.exchange(false);
     }
+    bool isGivenUp() const override { return progress_.isGivenUp; }
 
 private:
     void throwIfAbandoned() const
@@ -82,11 +110,13 @@ Sweep SweepRun::perform(const std::stop_token &stop)
         return {};
     const std::stop_callback onStop(stop, [this] { end(); });
     std::unique_lock lock(mutex_);
-    for (unsigned i = 0; i < plan_.threads; ++i)
+    // One even where many hang already: what is known to hang is not tried.
+    for (unsigned i = 0; i < plan_.threads && (i == 0 || threadsToSpare() > 0); ++i)
         startThread();
-    endWithoutReaders();
-    while (!finished_.wait_for(lock, plan_.patience / 8, [this] { return isOver_; }))
-        watch();
+    const auto pause = plan_.patience / longSteps / 2;
+    do
+        watch(lock);
+    while (!finished_.wait_for(lock, pause, [this] { return isOver_; }));
     lock.unlock();
     leave();
     return std::move(sweep_);
@@ -119,10 +149,11 @@ void SweepRun::startThread()
     threads_.push_back({std::make_shared<Progress>(), 0, Clock::now(), {}});
     Watched &watched = threads_.back();
     try {
+        ++active_;
         watched.thread = std::jthread(
             [self = shared_from_this(), progress = watched.progress] { self->work(*progress); });
-        ++readers_;
     } catch (const std::system_error &) {
+        --active_;
         threads_.pop_back(); // the others have to do
     }
 }
@@ -135,6 +166,7 @@ void SweepRun::work(Progress &progress)
         Request request;
         while (takeRequest(progress, request))
             deliver(reader.read(request));
+        --active_;
     } catch (const Abandoned &) {
         // Its object is another thread's by now.
     }
@@ -146,8 +178,10 @@ void SweepRun::work(Progress &progress)
 bool SweepRun::takeRequest(Progress &progress, Request &request)
 {
     std::unique_lock lock(mutex_);
-    workOrEnd_.wait(lock, [this] { return isOver_ || !queue_.empty(); });
-    if (isOver_)
+    // More than were meant to be there have come out of long steps.
+    const auto isTooMany = [this] { return active_ > static_cast<int>(plan_.threads); };
+    workOrEnd_.wait(lock, [&] { return isOver_ || isTooMany() || !queue_.empty(); });
+    if (isOver_ || isTooMany())
         return false;
     // Depth first keeps the queue short and the parents' directories in the kernel's cache.
     request = std::move(queue_.back());
@@ -176,44 +210,66 @@ void SweepRun::deliver(ObjectReader::Result result)
     }
 }
 
-void SweepRun::watch()
+void SweepRun::watch(std::unique_lock<std::mutex> &lock)
 {
-    int lost = 0;
+    waiting_ = 0;
     for (Watched &watched : threads_) {
-        const std::lock_guard lock(watched.progress->mutex);
-        if (!isStuck(watched))
-            continue;
-        giveUp(*watched.progress);
-        ++lost;
+        const std::lock_guard progressLock(watched.progress->mutex);
+        watch(watched);
     }
-    readers_ -= lost;
-    for (; lost > 0 && *plan_.threadsLeftBehind < mostThreadsLeftBehind; --lost)
-        startThread();
-    endWithoutReaders();
+    startMissingThreads();
+    const bool isAnyReading = active_ > 0 || waiting_ > 0;
+    if (!isAnyReading && !queue_.empty())
+        readRestWithoutAttributes(lock);
 }
 
-bool SweepRun::isStuck(Watched &watched) const
+void SweepRun::watch(Watched &watched)
 {
-    const Progress &progress = *watched.progress;
+    Progress &progress = *watched.progress;
     if (progress.isAbandoned)
-        return false;
-    if (progress.isInStep && progress.step == watched.lastStep)
-        return Clock::now() - watched.since >= plan_.patience;
-    watched.lastStep = progress.step;
-    watched.since = Clock::now();
-    return false;
+        return;
+    const Clock::time_point now = Clock::now();
+    if (!progress.isInStep || progress.step != watched.lastStep) {
+        watched.lastStep = progress.step;
+        watched.since = now;
+        return;
+    }
+    const auto waited = now - watched.since;
+    if (!progress.isLong && waited >= plan_.patience / longSteps) {
+        progress.isLong = true;
+        --active_;
+    }
+    if (!progress.isGivenUp && waited >= patience())
+        giveUp(progress);
+    const auto grace = plan_.patience / 4;
+    if (progress.isGivenUp && plan_.interrupts)
+        pthread_kill(watched.thread.native_handle(), interruptSignal());
+    // Again each time, for a signal can come between two calls.
+    if (progress.isGivenUp && (!plan_.interrupts || waited >= patience() + grace)) {
+        leaveBehind(progress);
+        queue_.push_front(progress.request);
+        workOrEnd_.notify_all();
+    }
+    waiting_ += progress.isLong && !progress.isAbandoned;
 }
 
-// The path that does not answer is left out and the object read again without it.
+// Shorter the more steps hang, so that many of them do not take for ever.
+std::chrono::microseconds SweepRun::patience() const
+{
+    constexpr int mostHalvings = 5;
+    const int halvings = std::min(stepsGivenUp_ / mostThreads, mostHalvings);
+    return plan_.patience / (1 << halvings);
+}
+
 void SweepRun::giveUp(Progress &progress)
 {
-    leaveBehind(progress);
+    progress.isGivenUp = true;
+    ++stepsGivenUp_;
     plan_.blockedPaths.insert(progress.directory + '/' + progress.name);
     hasBlockedPaths_ = true;
-    queue_.push_back(progress.request);
-    workOrEnd_.notify_all();
 }
 
+// The object is read again without what does not answer.
 void SweepRun::leaveBehind(Progress &progress)
 {
     progress.isAbandoned = true;
@@ -221,13 +277,33 @@ void SweepRun::leaveBehind(Progress &progress)
         ++*plan_.threadsLeftBehind;
 }
 
-void SweepRun::endWithoutReaders()
+int SweepRun::threadsToSpare() const
 {
-    if (readers_ > 0)
-        return;
-    isOver_ = true;
-    sweep_.isWhole = false;
-    qCWarning(modelLog, "The registry is read in part only: too much of it does not answer");
+    return mostThreads - active_ - waiting_ - *plan_.threadsLeftBehind;
+}
+
+void SweepRun::startMissingThreads()
+{
+    const int missing = static_cast<int>(plan_.threads) - active_;
+    for (int i = std::min(missing, threadsToSpare()); i > 0; --i)
+        startThread();
+}
+
+// In this thread, since no other may be started; names and links always answer.
+void SweepRun::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock)
+{
+    qCWarning(modelLog, "Too many devices do not answer: the rest is read without attributes");
+    NoWatch watch;
+    ObjectReader reader(*plan_.root, plan_.forcedDevices, watch, plan_.recordsFiles);
+    while (!isOver_ && !queue_.empty()) {
+        Request request = std::move(queue_.back());
+        queue_.pop_back();
+        request.readsAttributes = false;
+        lock.unlock();
+        ObjectReader::Result result = reader.read(request);
+        deliver(std::move(result));
+        lock.lock();
+    }
 }
 
 // One that hangs in the kernel can be neither joined nor stopped. The others end at once.
@@ -240,6 +316,8 @@ void SweepRun::leave()
         if (!progress.isInStep)
             continue;
         leaveBehind(progress);
+        if (plan_.interrupts)
+            pthread_kill(watched.thread.native_handle(), interruptSignal());
         watched.thread.detach();
     }
     threads_.clear();

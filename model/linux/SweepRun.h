@@ -12,8 +12,10 @@
 #include <stop_token>
 #include <thread>
 
-// One reading of a tree, or of a part of it, by a few threads. Shared with them: it lives on as
-// long as one of them hangs in the kernel.
+// One reading of a tree, or of a part of it, by a few threads. A step that takes long gets another
+// thread beside it, so that it keeps nothing else waiting; one that takes too long is interrupted,
+// and where that does not help, left behind with its thread. Shared with the threads: it lives on
+// as long as one of them hangs in the kernel.
 class SweepRun : public std::enable_shared_from_this<SweepRun>
 {
 public:
@@ -23,8 +25,9 @@ public:
         QSet<QByteArray> forcedDevices;
         QSet<QByteArray> blockedPaths;                       // not to be tried
         std::shared_ptr<std::atomic<int>> threadsLeftBehind; // those that hang, of all runs
-        std::chrono::milliseconds patience;
+        std::chrono::microseconds patience;
         unsigned threads = 1;
+        bool interrupts = true; // false: takes every step that hangs for one that cannot be
         bool recordsFiles = false;
         bool goesOn = true; // to the objects found below
     };
@@ -32,18 +35,19 @@ public:
     SweepRun(Plan plan, std::vector<ObjectReader::Request> requests);
     ~SweepRun();
 
-    // Once. Ends early, with what it has, when asked to stop or when too many threads hang.
+    // Once. Ends early, with what it has, when asked to stop.
     Sweep perform(const std::stop_token &stop);
     // Those of the plan and what has not answered since. When it has ended.
     const QSet<QByteArray> &blockedPaths() const { return plan_.blockedPaths; }
 
 private:
+    using Clock = std::chrono::steady_clock;
     struct Progress;
     struct Watched
     {
         std::shared_ptr<Progress> progress;
         quint64 lastStep = 0;
-        std::chrono::steady_clock::time_point since;
+        Clock::time_point since;
         std::jthread thread;
     };
     class StepWatch;
@@ -57,16 +61,21 @@ private:
     bool takeRequest(Progress &progress, ObjectReader::Request &request);
     void deliver(ObjectReader::Result result);
 
-    void watch(); // locked by the caller
-    bool isStuck(Watched &watched) const;
+    void watch(std::unique_lock<std::mutex> &lock);
+    void watch(Watched &watched);
     void giveUp(Progress &progress);
     void leaveBehind(Progress &progress);
-    void endWithoutReaders();
+    std::chrono::microseconds patience() const;
+    int threadsToSpare() const;
+    void startMissingThreads();
+    void readRestWithoutAttributes(std::unique_lock<std::mutex> &lock);
     void leave();
 
     Plan plan_;
-    std::list<Watched> threads_; // by the asker alone
-    int readers_ = 0;            // of them, not left behind
+    std::list<Watched> threads_;  // by the asker alone
+    std::atomic<int> active_ = 0; // threads that are in no long step
+    int waiting_ = 0;             // threads that are in one, not left behind; by the asker alone
+    int stepsGivenUp_ = 0;        // by the asker alone
 
     std::mutex mutex_;                  // of all below, and the blocked paths
     std::condition_variable workOrEnd_; // for the threads

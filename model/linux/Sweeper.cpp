@@ -82,6 +82,7 @@ Sweep Sweeper::run(std::vector<Request> requests, bool goesOn, const std::stop_t
                                                   .threadsLeftBehind = threadsLeftBehind_,
                                                   .patience = options_.patience,
                                                   .threads = options_.threads,
+                                                  .interrupts = options_.interrupts,
                                                   .recordsFiles = options_.recordsFiles,
                                                   .goesOn = goesOn},
                                    std::move(requests));

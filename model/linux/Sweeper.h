@@ -9,8 +9,9 @@
 #include <stop_token>
 
 // Reads a whole sysfs tree, or one object, in a few threads of its own. A step that does not
-// return in time is abandoned with its thread, and its path left out from then on; an attribute's
-// is named among the unread ones of its object. Used from one thread at a time.
+// return in time is given up and its path left out from then on; an attribute's is named among the
+// unread ones of its object. After two of them the rest of the object's are let be. Used from one
+// thread at a time.
 class Sweeper
 {
 public:
@@ -18,16 +19,18 @@ public:
     {
         unsigned threads = 0; // 0: by the number of processors
         std::chrono::milliseconds patience{2000};
+        bool interrupts = true; // a step that does not answer; false: as if that did not help
         bool recordsFiles = false;
     };
 
     explicit Sweeper(std::shared_ptr<const SysfsRoot> root);
     Sweeper(std::shared_ptr<const SysfsRoot> root, Options options);
 
-    // Ends early, with what it has, when asked to stop or when too many threads were abandoned.
+    // Ends early, with what it has, when asked to stop.
     Sweep run(const std::stop_token &stop = {});
     // Takes over what another one, made from this, has learnt not to try again.
     void learnFrom(const Sweeper &other);
+    void forgetWhatDidNotAnswer() { blockedPaths_.clear(); }
 
     SweepObject readObject(const ObjectReader::Request &request); // empty when it is gone
 

@@ -43,7 +43,8 @@ TEST(ObjectReader, LeavesOutLinksThatCannotBeRead)
         {
             return name != "driver" && name != "a";
         }
-        void returned() override {}
+        bool returned() override { return true; }
+        bool isGivenUp() const override { return false; }
     };
     MadeTree made;
     made.file("devices/a/uevent", "");

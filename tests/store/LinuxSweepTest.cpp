@@ -27,11 +27,12 @@ std::size_t threadCount()
                                         .size());
 }
 
-Sweeper::Options patienceOf(int milliseconds)
+enum class Hang { Interruptible, Uninterruptible };
+
+Sweeper::Options patienceOf(int milliseconds, Hang hang = Hang::Uninterruptible)
 {
-    Sweeper::Options options;
-    options.patience = std::chrono::milliseconds(milliseconds);
-    return options;
+    return {.patience = std::chrono::milliseconds(milliseconds),
+            .interrupts = hang == Hang::Interruptible};
 }
 
 Sweeper sweeperOf(const MadeTree &made, int patience)
@@ -216,57 +217,119 @@ TEST_F(SlowDevice, IsLeftOutWhenTheSweepIsStopped)
         EXPECT_NE(object.path, "devices/slow");
 }
 
-TEST(Sweep, EndsWhenTooMuchDoesNotAnswer)
+// Devices with an attribute that does not answer among healthy ones, and one with many of them.
+class DeadDevices : public testing::TestWithParam<Hang>
 {
-    constexpr std::size_t most = 40;
-    constexpr int pipes = 80;
-    MadeTree made;
-    Sweeper sweeper = sweeperOf(made, 30);
-    const std::size_t before = threadCount();
-    for (const QByteArray device : {"devices/one/", "devices/two/"}) {
-        made.file((device + "uevent").constData(), "");
-        for (int i = 0; i < pipes; ++i)
-            made.pipe(device + QByteArray::number(i));
-        sweeper.run();
-        EXPECT_GT(threadCount(), before + most / 2);
-        EXPECT_LT(threadCount(), before + most);
-        for (int i = 0; i < pipes; ++i)
-            answer(made.path(device.constData()) + QByteArray::number(i));
-        EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
-        made.remove(device.constData());
+protected:
+    static constexpr int devices = 60;
+    static constexpr int attributes = 40;
+
+    DeadDevices()
+    {
+        for (int i = 0; i < devices; ++i) {
+            healthy(i);
+            made_.file((dead(i) + "/uevent").constData(), "A=1");
+            made_.file((dead(i) + "/zeal").constData(), "7");
+            made_.pipe(dead(i) + "/blocks");
+        }
+        made_.file("devices/mute/uevent", "A=1");
+        made_.file("devices/mute/child/uevent", "");
+        made_.file("devices/mute/zeal", "7");
+        for (int i = 0; i < attributes; ++i)
+            made_.pipe("devices/mute/a" + QByteArray::number(10 + i));
     }
+    ~DeadDevices() override
+    {
+        for (int i = 0; i < devices; ++i)
+            answer(made_.path(dead(i).constData()) + "/blocks");
+        for (int i = 0; i < attributes; ++i)
+            answer(made_.path("devices/mute/a") + QByteArray::number(10 + i));
+        EXPECT_TRUE(waitFor([&] { return threadCount() <= threadsBefore_; }));
+    }
+    void healthy(int number)
+    {
+        const QByteArray device = "devices/healthy" + QByteArray::number(number);
+        made_.file((device + "/uevent").constData(), "A=1");
+        made_.file((device + "/zeal").constData(), "7");
+    }
+    static QByteArray dead(int number) { return "devices/dead" + QByteArray::number(number); }
+
+    MadeTree made_;
+    std::size_t threadsBefore_ = threadCount();
+};
+
+TEST_P(DeadDevices, AreKnownByNameAndKeepNothingElseAway)
+{
+    const CapturedTree tree = CapturedTree::capture(made_.sys(), patienceOf(200, GetParam()));
+    const bool isInterruptible = GetParam() == Hang::Interruptible;
+    EXPECT_LE(threadCount(), threadsBefore_ + (isInterruptible ? 0 : 32));
+    const auto at = [&tree](QByteArray path) {
+        return tree.at(path.replace("devices/", "DxService:/").constData());
+    };
+    int whole = 0;
+    for (int i = 0; i < devices; ++i) {
+        const TavRegistryEntry *const device = at("devices/healthy" + QByteArray::number(i));
+        ASSERT_TRUE(device && at(dead(i))) << i;
+        whole += CapturedTree::value(device, u"zeal").numberBits() == 7;
+        if (isInterruptible) {
+            EXPECT_EQ(CapturedTree::value(at(dead(i)), u"zeal").numberBits(), 7U);
+            EXPECT_EQ(unread(at(dead(i))), QStringList{QStringLiteral("blocks: did not answer")});
+        }
+    }
+    EXPECT_TRUE(whole == devices || !isInterruptible) << whole;
+    const TavRegistryEntry *const mute = at("devices/mute");
+    ASSERT_TRUE(mute && at("devices/mute/child"));
+    if (isInterruptible) {
+        EXPECT_TRUE(mute->properties()->childWithName(QStringLiteral("uevent")));
+        const QStringList its = unread(mute);
+        EXPECT_EQ(its.size(), attributes + 1) << "with what comes after them";
+        EXPECT_EQ(its.filter(QStringLiteral("did not answer")).size(), 2);
+    }
+    const auto *const incomplete = tree.store->registryRoot()->properties()->childWithName(
+        QStringLiteral("DxIncompleteObjects"));
+    ASSERT_TRUE(incomplete);
+    EXPECT_TRUE(incomplete->childWithName(QStringLiteral("devices/mute")));
+
+    // Nothing that is known is lost by the next sweep, and what is new is found.
+    healthy(devices);
+    tree.store->update();
+    EXPECT_TRUE(at("devices/healthy" + QByteArray::number(devices)));
+    for (const EntryRef &entry : tree.store->registryEntries())
+        EXPECT_NE(entry->registryState(), RegistryStateTerminated);
 }
 
-TEST(Sweep, KeepsWhatIsKnownWhenTooMuchDoesNotAnswer)
+INSTANTIATE_TEST_SUITE_P(Hangs, DeadDevices,
+                         testing::Values(Hang::Interruptible, Hang::Uninterruptible));
+
+TEST(Sweep, TriesAgainWhatDidNotAnswerWhenAsked)
 {
-    constexpr int pipes = 40;
     MadeTree made;
-    made.file("devices/one/uevent", "");
-    made.file("devices/one/child/uevent", "");
-    const CapturedTree tree = CapturedTree::capture(made.sys(), patienceOf(30));
-    const std::size_t before = threadCount();
-    for (int i = 0; i < pipes; ++i)
-        made.pipe("devices/one/" + QByteArray::number(i));
+    made.file("devices/slow/uevent", "");
+    made.pipe("devices/slow/blocks");
+    const CapturedTree tree =
+        CapturedTree::capture(made.sys(), patienceOf(100, Hang::Interruptible));
+    EXPECT_EQ(unread(tree.at("DxService:/slow")).size(), 1);
+    ASSERT_EQ(unlink(made.path("devices/slow/blocks").constData()), 0);
+    made.file("devices/slow/blocks", "no more");
     tree.store->update();
-    for (const EntryRef &entry : tree.store->registryEntries())
-        EXPECT_EQ(entry->registryState(), RegistryStateUnchanged);
-    for (int i = 0; i < pipes; ++i)
-        answer(made.path("devices/one/") + QByteArray::number(i));
-    EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
-    // Whole again, for what did not answer is known now.
-    made.file("devices/two/uevent", "");
+    EXPECT_EQ(unread(tree.at("DxService:/slow")).size(), 1);
+    tree.service->retryWhatDidNotAnswer();
     tree.store->update();
-    EXPECT_TRUE(tree.at("DxService:/two"));
-    EXPECT_EQ(tree.at("DxService:/one/child")->registryState(), RegistryStateUnchanged);
+    EXPECT_EQ(CapturedTree::value(tree.at("DxService:/slow"), u"blocks").toString(),
+              QStringLiteral("no more"));
+    EXPECT_FALSE(tree.store->registryRoot()->properties()->childWithName(
+        QStringLiteral("DxIncompleteObjects")));
 }
 
 TEST(Sweep, LearnsFromOneThatIsCancelled)
 {
     constexpr int pipes = 5;
     MadeTree made;
-    made.file("devices/slow/uevent", "");
-    for (int i = 0; i < pipes; ++i)
-        made.pipe("devices/slow/" + QByteArray::number(i));
+    const auto pipe = [](int number) { return "devices/" + QByteArray::number(number) + "/slow"; };
+    for (int i = 0; i < pipes; ++i) {
+        made.file(("devices/" + QByteArray::number(i) + "/uevent").constData(), "");
+        made.pipe(pipe(i));
+    }
     QString error;
     const std::size_t before = threadCount();
     const auto service = LinuxRegistryService::create(made.sys(), patienceOf(100), &error);
@@ -276,7 +339,7 @@ TEST(Sweep, LearnsFromOneThatIsCancelled)
     // One for each pipe, and one that was asking when the first sweep was cancelled.
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before + pipes + 1; }));
     for (int i = 0; i < pipes; ++i)
-        answer(made.path("devices/slow/") + QByteArray::number(i));
+        answer(made.path(pipe(i).constData()));
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
 }
 

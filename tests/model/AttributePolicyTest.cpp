@@ -1,0 +1,75 @@
+#include "model/linux/AttributePolicy.h"
+
+#include "tests/support/QtPrinters.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+using Rule = AttributePolicy::Rule;
+using Folder = AttributePolicy::Folder;
+using Context = AttributePolicy::Context;
+
+TEST(AttributePolicy, ReadsNothingThatTriggersAndOnlyOnRequestWhatWakes)
+{
+    const Context pci{.subsystem = "pci"};
+    const Context gpu{.subsystem = "pci", .driver = "amdgpu"};
+    const Context chip{.subsystem = "i2c", .driver = "lm75", .kernelName = "0-0048"};
+    const Context port{.kernelName = "usb1-port12"};
+    const Context down{.subsystem = "net", .isInterfaceDown = true};
+    const Context wall{.subsystem = "power_supply"};
+    struct Case
+    {
+        Context context;
+        const char *folder;
+        const char *name;
+        Rule rule;
+    };
+    const Case cases[] = {
+        {pci, "", "resource", Rule::Always},
+        {pci, "", "resource0", Rule::Never},
+        {pci, "", "resource12_wc", Rule::Never},
+        {pci, "", "resource0_resize", Rule::Always},
+        {{.subsystem = "pnp"}, "", "resources", Rule::Always},
+        {pci, "", "config", Rule::OnRequest},
+        {pci, "", "psp_vbflash", Rule::Never},
+        {pci, "", "pcie_bw", Rule::Always}, // another driver's
+        {gpu, "", "pcie_bw", Rule::OnRequest},
+        {gpu, "", "mem_busy_percent", Rule::OnRequest},
+        {{.subsystem = "ptp"}, "", "fifo", Rule::Never},
+        {{.subsystem = "scsi_host"}, "", "mbox", Rule::Never},
+        {{.subsystem = "scsi_host"}, "", "nvram", Rule::Never},
+        {{.subsystem = "rtc"}, "", "nvram", Rule::Always},
+        {chip, "", "temp1_input", Rule::OnRequest}, // as old drivers keep it
+        {chip, "", "temp1_label", Rule::Always},
+        {chip, "", "pwm1", Rule::OnRequest},
+        {chip, "", "name", Rule::Always},
+        {{.subsystem = "hwmon"}, "", "temp12_max", Rule::OnRequest},
+        {{.subsystem = "hwmon"}, "", "update_interval", Rule::Always},
+        {port, "", "disable", Rule::OnRequest},
+        {port, "", "connect_type", Rule::Always},
+        {{.subsystem = "net"}, "", "speed", Rule::Always},
+        {down, "", "speed", Rule::OnRequest},
+        {down, "statistics", "carrier_errors", Rule::Always},
+        {wall, "", "type", Rule::Always},
+        {wall, "", "capacity", Rule::OnRequest},
+        {{.driver = "ufshcd-qcom"}, "flags", "wb_enable", Rule::OnRequest},
+        {{.subsystem = "iio"}, "", "in_voltage0_raw", Rule::OnRequest},
+        {{.subsystem = "iio"}, "", "in_voltage0_scale", Rule::Always},
+        {{.subsystem = "cpu"}, "acpi_cppc", "highest_perf", Rule::OnRequest},
+        {{.subsystem = "hdaudio"}, "widgets/01", "caps", Rule::OnRequest},
+        {{.folder = Folder::Class}, "", "hot_add", Rule::Never},
+        {{.folder = Folder::Class}, "", "export", Rule::Never},
+        {{.folder = Folder::Class}, "", "bonding_masters", Rule::Always},
+        {{.folder = Folder::Driver}, "", "uevent", Rule::Never},
+        {{.folder = Folder::Device}, "", "uevent", Rule::Always},
+        {{.folder = Folder::Module}, "parameters", "config", Rule::Always},
+    };
+    for (const auto &[context, folder, name, rule] : cases) {
+        const AttributePolicy policy(context);
+        EXPECT_EQ(policy.rule(folder, name), rule) << folder << '/' << name;
+        EXPECT_EQ(policy.reason(folder, name).isNull(), rule == Rule::Always) << name;
+    }
+    EXPECT_TRUE(AttributePolicy::skipsDirectory("unit_descriptor"));
+    EXPECT_FALSE(AttributePolicy::skipsDirectory("queue"));
+}
+} // namespace
