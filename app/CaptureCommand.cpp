@@ -60,5 +60,11 @@ CaptureCommand::ExitCode CaptureCommand::run(const CommandLine &line)
     const QString problem = line.captureFile == QLatin1String("-")
                                 ? writeToStandardOutput(*store)
                                 : writeToFile(*store, line.captureFile);
-    return problem.isNull() ? Done : fail(NotWritten, problem);
+    if (!problem.isNull())
+        return fail(NotWritten, problem);
+    const QStringList silent = store->incompleteObjects();
+    return silent.isEmpty()
+               ? Done
+               : fail(Incomplete, tr("The snapshot is not whole. These devices did not answer: %1")
+                                      .arg(silent.join(QLatin1String(", "))));
 }

@@ -6,9 +6,10 @@
 class CaptureCommand
 {
 public:
-    enum ExitCode { Done, NoRegistry, NotWritten };
+    enum ExitCode { Done, NoRegistry, NotWritten, Incomplete };
 
-    // What went wrong is told on standard error. A file that is there is replaced as a whole or
+    // Incomplete: written, but some devices did not answer. What went wrong is said on standard
+    // error. A file that is there is replaced as a whole or
     // left as it was.
     static ExitCode run(const CommandLine &line);
 };

@@ -80,7 +80,8 @@ private:
         QStringLiteral("capture"),
         tr("Write a snapshot to this file, or to standard output for \"-\", without opening a "
            "window, and exit: with 0 when it is written, 1 when there is no registry to read, 2 "
-           "when it cannot be written, 64 when the command line is wrong."),
+           "when it cannot be written, 3 when it is written but some devices did not answer, 64 "
+           "when the command line is wrong."),
         tr("FILE")};
     const QCommandLineOption newInstance_{
         QStringLiteral("new-instance"),

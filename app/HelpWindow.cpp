@@ -1,6 +1,7 @@
 #include "app/HelpWindow.h"
 
 #include "platform/desktop/CloseKeys.h"
+#include "platform/desktop/ScreenBounds.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -42,6 +43,7 @@ HelpWindow::HelpWindow()
     search();
     guide_->setFocus();
     resize(contentsWidth + guideWidth, windowHeight);
+    new ScreenBounds(*this);
 }
 
 void HelpWindow::showHelp()

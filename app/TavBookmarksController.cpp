@@ -251,8 +251,9 @@ void TavBookmarksController::rebuildBookmarksMenu(QMenu &menu, TavWindowControll
         qDeleteAll(marker + 1, items.end());
     for (const BookmarkRef &bookmark : bookmarks()) {
         QAction *const item = menu.addAction(menuText(bookmark->name()));
+        item->setData(bookmark->record.toVariantMap());
         connect(item, &QAction::triggered, &window,
-                [&window, bookmark] { window.goToRegistryPath(bookmark->path()); });
+                [&window, item] { window.goToBookmark(*item); });
     }
 }
 

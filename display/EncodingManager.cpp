@@ -1,6 +1,5 @@
 #include "display/EncodingManager.h"
 
-#include "platform/NotificationCenter.h"
 #include "platform/PreferencesStore.h"
 
 #include <QSet>
@@ -49,6 +48,12 @@ Encodings storedEncodings(const QJsonArray &list)
 }
 } // namespace
 
+EncodingManager::EncodingManager()
+    : mergeObservation_(NotificationCenter::defaultCenter().observe(
+          PreferencesStore::didMergeNotification(), nullptr,
+          [this](const auto &) { noteMergedPreferences(); }))
+{}
+
 EncodingManager &EncodingManager::sharedInstance()
 {
     static EncodingManager manager;
@@ -81,11 +86,23 @@ Encodings EncodingManager::defaultEncodings()
 
 const Encodings &EncodingManager::enabledEncodings()
 {
-    if (!enabled_) {
-        const QJsonValue stored = PreferencesStore::standard().value(preferenceKey());
-        enabled_ = stored.isArray() ? storedEncodings(stored.toArray()) : defaultEncodings();
-    }
+    if (!enabled_)
+        enabled_ = stored();
     return *enabled_;
+}
+
+Encodings EncodingManager::stored()
+{
+    const QJsonValue list = PreferencesStore::standard().value(preferenceKey());
+    return list.isArray() ? storedEncodings(list.toArray()) : defaultEncodings();
+}
+
+void EncodingManager::noteMergedPreferences()
+{
+    if (!enabled_ || *enabled_ == stored())
+        return;
+    enabled_.reset();
+    noteEncodingListChange(false, true, true);
 }
 
 void EncodingManager::setEnabledEncodings(const Encodings &encodings)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/NotificationCenter.h"
 #include "platform/TextEncodings.h"
 
 #include <functional>
@@ -12,7 +13,9 @@ public:
     using Encodings = std::vector<quint32>;
 
     static EncodingManager &sharedInstance();
-    // Posted about nothing whenever the user changed the enabled encodings.
+    EncodingManager();
+    // Posted about nothing whenever the user changed the enabled encodings, here or in another copy
+    // of the program.
     static QString listChangedNotification() { return QStringLiteral("EncodingsListChanged"); }
 
     // In display order: Unicode first, then by their most compatible legacy encoding.
@@ -33,6 +36,10 @@ public:
     void noteEncodingListChange(bool writePreferences, bool updateList, bool postNotification);
 
 private:
+    static Encodings stored();
+    void noteMergedPreferences();
+
     std::optional<Encodings> enabled_;
     std::function<void()> listUpdater_;
+    NotificationCenter::Observation mergeObservation_;
 };

@@ -5,6 +5,7 @@
 #include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
 #include "explorer/FoundEntryPaths.h"
+#include "explorer/IncompleteBar.h"
 #include "explorer/PlaneMenu.h"
 #include "explorer/SelectionHistory.h"
 #include "explorer/TavBrowserDelegate.h"
@@ -25,6 +26,7 @@
 #include "store/TavDocument.h"
 
 #include <QApplication>
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDockWidget>
@@ -113,6 +115,11 @@ void TavWindowController::setUpViews()
     registryOutlineView_->setDataSource(*outlineDataSource_);
     propertiesOutlineView_->setDataSource(*propertiesDataSource_);
     setUpBrowser();
+
+    incompleteBar_ = new IncompleteBar;
+    static_cast<QBoxLayout *>(window_->centralWidget()->layout())->insertWidget(1, incompleteBar_);
+    connect(incompleteBar_, &IncompleteBar::tryAgainRequested, this,
+            [this] { dataStore_->updateTryingAgain(); });
 
     explorerSplitView_->setStretchFactor(0, 0);
     explorerSplitView_->setStretchFactor(1, 1);

@@ -15,6 +15,7 @@
 class ColumnBrowser;
 class FactField;
 class FoundEntryPaths;
+class IncompleteBar;
 class PlaneMenu;
 class QAction;
 class QCheckBox;
@@ -337,6 +338,7 @@ private:
     QLineEdit *findPreviewField_ = nullptr;
     QTableView *findTableView_ = nullptr;
     ViewNote *nothingFoundNote_ = nullptr;
+    IncompleteBar *incompleteBar_ = nullptr;
     QDialog *goToPathSheet_ = nullptr; // the sheets are loaded on first use
     QLineEdit *goToPathField_ = nullptr;
     QPushButton *goToPathCancelButton_ = nullptr;

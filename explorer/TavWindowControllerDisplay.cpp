@@ -1,5 +1,6 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/DateText.h"
+#include "explorer/IncompleteBar.h"
 #include "explorer/SelectionHistory.h"
 #include "explorer/TavFindTableViewDataSource.h"
 #include "explorer/TavRegistryOutlineItem.h"
@@ -84,6 +85,7 @@ void TavWindowController::clearObjectInfo()
 
 void TavWindowController::updateStatusBar()
 {
+    incompleteBar_->setObjects(dataStore_->incompleteObjects(), dataStore_->isLive());
     systemStatusField1_->setText(
         visibleText(QStringLiteral("%1 (%2)").arg(dataStore_->hostName(), dataStore_->archName())));
     QString state;

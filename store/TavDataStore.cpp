@@ -64,7 +64,32 @@ TavRegistryEntry *TavDataStore::registryRoot() const
     return registryEntries_.empty() ? nullptr : registryEntries_.front().get();
 }
 
+QStringList TavDataStore::incompleteObjects() const
+{
+    const TavRegistryEntry *const root = registryRoot();
+    const TavRegistryProperty *const table =
+        root && root->properties()
+            ? root->properties()->childWithName(QStringLiteral("DxIncompleteObjects"))
+            : nullptr;
+    QStringList paths;
+    if (table) {
+        for (const TavRegistryProperty *object : table->children())
+            paths.append(object->name());
+    }
+    return paths;
+}
+
 void TavDataStore::update()
+{
+    updateAfter(&RegistryService::prepare);
+}
+
+void TavDataStore::updateTryingAgain()
+{
+    updateAfter(&RegistryService::retryWhatDidNotAnswer);
+}
+
+void TavDataStore::updateAfter(void (RegistryService::*prepare)())
 {
     if (!isLive_) {
         qCInfo(storeLog, "Attempt to update a non-live data store\n");
@@ -72,7 +97,7 @@ void TavDataStore::update()
     }
     const QDateTime began = QDateTime::currentDateTimeUtc();
     const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
-    service_->prepare();
+    (service_->*prepare)();
     if (life.expired())
         return;
     ++directUpdates_;

@@ -39,9 +39,12 @@ public:
 
     const std::vector<EntryRef> &registryEntries() const { return registryEntries_; } // root first
     TavRegistryEntry *registryRoot() const;
+    // The paths in sysfs of what did not answer when it was read: the snapshot lacks attributes.
+    QStringList incompleteObjects() const;
 
     // Reads the whole registry anew, waiting for the service.
     void update();
+    void updateTryingAgain(); // also what did not answer before
     void updateObject(TavRegistryEntry &entry);
     void setHasPendingTerminations(bool pending) override { hasPendingTerminations_ = pending; }
     void clearTerminatedObjects();
@@ -81,6 +84,7 @@ private:
     TavDataStore();
     const std::vector<EntryOrder> &planeOrders();
     void readMachineFacts();
+    void updateAfter(void (RegistryService::*prepare)());
     void readRegistry(const QDateTime &began);
     void updatePlanes();
     void announceUpdate();

@@ -1,4 +1,5 @@
 #include "store/DataStoreDecoder.h"
+#include "tests/support/MadeTree.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/StorePrinter.h"
 
@@ -85,6 +86,20 @@ TEST_F(CaptureCommand, TellsWhatWentWrongByExitCodeAndMessage)
     expectFailure(capture(path("out")), 2, "not a regular file");
     expectFailure(shell(QStringLiteral("\"$1\" --sysfs \"$2\" --capture - > /dev/full")), 2,
                   "No space");
+}
+
+TEST_F(CaptureCommand, NamesWhatDidNotAnswerAndKeepsTheRest)
+{
+    MadeTree made;
+    made.file("devices/slow/uevent", "");
+    made.file("devices/slow/zeal", "7");
+    made.pipe("devices/slow/blocks");
+    const Result result = capture(path("out"), made.sys());
+    EXPECT_EQ(result.code, 3);
+    EXPECT_TRUE(result.errors.contains("devices/slow")) << result.errors.toStdString();
+    const auto store = DataStoreDecoder::decode(contentOf(path("out")));
+    ASSERT_TRUE(store);
+    EXPECT_EQ(store->incompleteObjects(), QStringList{QStringLiteral("devices/slow")});
 }
 
 TEST_F(CaptureCommand, LeavesTheOldFileWhenTheNewOneDoesNotFit)
