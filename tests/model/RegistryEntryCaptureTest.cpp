@@ -17,86 +17,43 @@ protected:
     }
 };
 
-TEST_F(RegistryEntryCaptureTest, ReadsIdentityClassesAndBundle)
+TEST_F(RegistryEntryCaptureTest, ReadsClassesAndBundle)
 {
-    service_.addClass(QStringLiteral("DxDisk"), QStringLiteral("DxDevice"),
-                      QStringLiteral("sd_mod"));
     service_.addClass(QStringLiteral("DxRoot"), QStringLiteral("DxRegistryEntry"),
                       QStringLiteral("__kernel__"));
-    service_.setBundlePath(QStringLiteral("sd_mod"), QStringLiteral("/lib/sd_mod.ko"));
     capture();
+    EXPECT_EQ(entry("Root").bundleID(), QStringLiteral("org.linux.kernel"));
     const TavRegistryEntry &disk = entry("disk@0");
-    EXPECT_EQ(disk.DxcoreClass(), QStringLiteral("DxDisk"));
-    EXPECT_EQ(disk.inheritanceString(),
-              QStringLiteral("DxDisk : DxDevice : DxService : DxRegistryEntry"));
     EXPECT_EQ(disk.reversedInheritance().constFirst(), QStringLiteral("DxRegistryEntry"));
-    EXPECT_EQ(disk.bundleID(), QStringLiteral("sd_mod"));
-    EXPECT_EQ(disk.bundlePath(), QStringLiteral("/lib/sd_mod.ko"));
-    EXPECT_TRUE(disk.conformsToDxService());
     EXPECT_TRUE(disk.isKindOfDxcoreClass(QStringLiteral("DxService"), false));
     EXPECT_FALSE(disk.isKindOfDxcoreClass(QStringLiteral("service"), false));
     EXPECT_TRUE(disk.isKindOfDxcoreClass(QStringLiteral("service"), true));
-    EXPECT_FALSE(disk.isKindOfDxcoreClass(QStringLiteral("DxRoot"), true));
 
-    const TavRegistryEntry &root = entry("Root");
-    EXPECT_EQ(root.bundleID(), QStringLiteral("org.linux.kernel"));
-    EXPECT_TRUE(root.bundlePath().isNull());
-    EXPECT_FALSE(root.conformsToDxService());
-    EXPECT_TRUE(root.isRegistryRoot());
-    EXPECT_FALSE(disk.isRegistryRoot());
-    EXPECT_TRUE(entry("part").bundleID().isNull());
-}
-
-TEST_F(RegistryEntryCaptureTest, ClassChainsEndWithoutLookUpOrAtACycle)
-{
-    service_.addClass(QStringLiteral("DxDevice"), QStringLiteral("DxDisk"));
+    service_.addClass(QStringLiteral("DxDevice"), QStringLiteral("DxDisk")); // a circle
     capture();
     EXPECT_EQ(entry("disk@0").inheritanceString(), QStringLiteral("DxDisk : DxDevice"));
-    service_.setHasSuperclassLookup(false);
-    capture();
-    EXPECT_EQ(entry("disk@0").inheritance(), QStringList{QStringLiteral("DxDisk")});
-    EXPECT_EQ(entry("disk@0").reversedInheritance(), entry("disk@0").inheritance());
 }
 
-TEST_F(RegistryEntryCaptureTest, ReadsStatesAndCountsOfServicesOnly)
+TEST_F(RegistryEntryCaptureTest, ReadsStatesOfServicesOnly)
 {
-    service_.setState(tree_["disk@0"], ServiceRegistered | ServiceMatched);
-    service_.setBusyCount(tree_["disk@0"], 3);
-    service_.setRetainCount(tree_["disk@0"], 12);
     service_.setState(tree_["part"], ServiceInactive);
     service_.setFailures(tree_["Root"], Service::ServiceStateFails | Service::BusyStateFails);
     capture();
-    const TavRegistryEntry &disk = entry("disk@0");
-    EXPECT_TRUE(disk.isRegistered() && disk.isMatched() && disk.isActive());
-    EXPECT_EQ(disk.busyCount(), 3U);
-    EXPECT_EQ(disk.kernelRetainCount(), 12U);
-    const TavRegistryEntry &part = entry("part");
-    EXPECT_FALSE(part.isRegistered() || part.isMatched() || part.isActive());
+    EXPECT_FALSE(entry("part").isActive());
     EXPECT_FALSE(entry("Root").isActive());
 }
 
 TEST_F(RegistryEntryCaptureTest, AnEntryThatCannotBeReadIsNotThere)
 {
-    const std::pair<const char *, Service::Failure> failures[] = {
-        {"entry ID", Service::EntryIDFails},
-        {"class name", Service::ClassNameFails},
-        {"name", Service::NameFails},
-        {"location", Service::LocationFails},
-        {"properties", Service::PropertiesFail},
-        {"service state", Service::ServiceStateFails},
-        {"busy state", Service::BusyStateFails},
-    };
-    const std::string without = dedented(R"(
-        Root
-          Host
-    )");
+    const std::string without = "Root\n  Host\n";
     constexpr quint64 handlesOfHost = 3; // by which the store follows the registry
-    for (const auto &[what, failure] : failures) {
+    for (const auto failure : {Service::EntryIDFails, Service::ClassNameFails, Service::NameFails,
+                               Service::LocationFails, Service::PropertiesFail,
+                               Service::ServiceStateFails, Service::BusyStateFails}) {
         service_.setFailures(tree_["disk@0"], failure);
         capture();
-        EXPECT_EQ(printed(), without) << what;
-        EXPECT_EQ(store_->registryEntries().size(), 2U) << what;
-        EXPECT_EQ(service_.openHandles(), 2U + handlesOfHost) << what;
+        EXPECT_EQ(printed(), without) << failure;
+        EXPECT_EQ(service_.openHandles(), 2U + handlesOfHost) << failure;
     }
     service_.setFailures(tree_["disk@0"], {});
     service_.setName(tree_["disk@0"], "d\xffsk");
@@ -173,12 +130,7 @@ TEST_F(RegistryEntryCaptureTest, LaterFailuresKeepTheLastGoodValues)
     EXPECT_EQ(disk.properties()->childWithName(QStringLiteral("size"))->value(), number(2));
     EXPECT_EQ(disk.properties()->childAtIndex(0)->registryState(), RegistryStateUnchanged);
     EXPECT_EQ(disk.properties()->registryEntry().get(), &disk);
-    EXPECT_EQ(printed(), dedented(R"(
-        Root
-          Host
-            renamed@0
-              part
-    )"));
+    EXPECT_EQ(printed(), "Root\n  Host\n    renamed@0\n      part\n");
 }
 
 TEST_F(RegistryEntryCaptureTest, PlaneNamesMustFitTheirBuffers)
@@ -189,17 +141,12 @@ TEST_F(RegistryEntryCaptureTest, PlaneNamesMustFitTheirBuffers)
     const QByteArray foreign("Fl\xe4"
                              "che");
     for (const QByteArray &plane : {longest, withoutNames, tooLong, foreign}) {
-        tree_.plane(plane, R"(
-            Root
-              Host
-        )");
+        tree_.plane(plane, "Root\n  Host\n");
         service_.setName(tree_["Host"], "named", plane);
     }
     capture();
-    const std::string named = "Root\n  named\n";
-    const std::string unnamed = "Root\n  Host\n";
-    EXPECT_EQ(printed(QString::fromLatin1(longest)), named);
-    EXPECT_EQ(printed(QString::fromLatin1(withoutNames)), unnamed);
+    EXPECT_EQ(printed(QString::fromLatin1(longest)), "Root\n  named\n");
+    EXPECT_EQ(printed(QString::fromLatin1(withoutNames)), "Root\n  Host\n");
     EXPECT_EQ(printed(QString::fromLatin1(tooLong)), "Root\n");
     EXPECT_EQ(printed(QString::fromLatin1(foreign)), "Root\n");
     EXPECT_EQ(store_->registryPlanes().size(), 5);

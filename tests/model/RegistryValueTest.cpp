@@ -11,8 +11,6 @@ TEST(RegistryValue, NumbersKeepTheirWidthBitsAndSign)
     EXPECT_EQ(byte.numberBits(), 0xffU);
     EXPECT_EQ(byte.signedNumber(), -1);
     EXPECT_EQ(negative(-2, 2).numberBits(), 0xfffeU);
-    EXPECT_EQ(negative(-2, 8).signedNumber(), -2);
-    EXPECT_EQ(number(~quint64(0), 8).numberBits(), ~quint64(0));
     EXPECT_NE(number(5, 4), number(5, 8));
 }
 

@@ -1,54 +1,14 @@
 #include "tests/support/ArchiveSeal.h"
 
 #include "platform/ArchiveFormat.h"
-#include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
 
-#include <QBuffer>
 #include <QtEndian>
 #include <gtest/gtest.h>
 
 using L1 = QLatin1String;
 
 namespace {
-// A small archive with a bit of everything.
-QByteArray sample()
-{
-    QBuffer device;
-    device.open(QIODevice::WriteOnly);
-    KeyedArchiver archiver(device);
-    const int numbers[] = {0, 1, 2};
-    ArchiveClass<int> type{};
-    type = archiver.addClass<int>(QStringLiteral("Node"), [&](int n, KeyedArchiver &a) {
-        a.encodeInteger(L1("number"), n);
-        a.encodeBoolean(L1("flag"), n == 1);
-        a.encodeString(L1("name"), QStringLiteral("name"));
-        a.encodeDate(L1("date"), QDateTime::fromMSecsSinceEpoch(1234567890123, Qt::UTC));
-        a.encodeReference(L1("next"), a.reference(numbers[(n + 1) % 3], type));
-        a.encodeValue(L1("value"),
-                      ArchiveDictionary{{QStringLiteral("a"), ArchiveNumber{7, 4, true}},
-                                        {QStringLiteral("b"), ArchiveList{QByteArray("xyz")}}});
-    });
-    EXPECT_TRUE(archiver.encodeRoot(numbers[0], type));
-    return device.data();
-}
-
-// Decodes whatever can be decoded.
-void decodeAll(KeyedUnarchiver &unarchiver)
-{
-    static constexpr L1 classes[] = {L1("Node")};
-    for (quint32 i = 0; i < unarchiver.objectCount(); ++i) {
-        const ArchivedObject object = unarchiver.object({i});
-        object.decodeInteger<qint32>(L1("number"));
-        object.decodeBoolean(L1("flag"));
-        object.decodeString(L1("name"));
-        object.decodeDate(L1("date"));
-        object.decodeReference(L1("next"), classes);
-        object.decodeReferences(L1("value"), classes);
-        object.decodeValue(L1("value"), ArchiveKinds(~0), classes);
-    }
-}
-
 void expectRefused(const QByteArray &bytes)
 {
     KeyedUnarchiver unarchiver(bytes);
@@ -70,6 +30,11 @@ QByteArray archiveOfValue(const QByteArray &value)
     return archiveOf("9f 82 644e6f6465 6576616c7565" + value + "ff");
 }
 
+// A bit of everything.
+QByteArray sample()
+{
+    return archiveOfValue("9f f5 6161 4178 c11805 d84041ff a1616220 00 ff");
+}
 } // namespace
 
 TEST(ArchiveReader, RefusesTruncationAtEveryLength)
@@ -86,6 +51,7 @@ TEST(ArchiveReader, RefusesTruncationAtEveryLength)
 TEST(ArchiveReader, RefusesEveryFlippedByteAndSurvivesItWhenSealedAnew)
 {
     const QByteArray bytes = sample();
+    constexpr L1 classes[] = {L1("Node")};
     for (qsizetype i = 0; i < bytes.size(); ++i) {
         for (int flip = 1; flip < 256; ++flip) {
             QByteArray flipped = bytes;
@@ -93,7 +59,8 @@ TEST(ArchiveReader, RefusesEveryFlippedByteAndSurvivesItWhenSealedAnew)
             if (flip == 1 || flip == 0x80)
                 expectRefused(flipped);
             KeyedUnarchiver unarchiver(sealArchive(unsealArchive(flipped)));
-            decodeAll(unarchiver);
+            for (quint32 object = 0; object < unarchiver.objectCount(); ++object)
+                unarchiver.object({object}).decodeValue(L1("value"), ArchiveKinds(~0), classes);
         }
     }
 }

@@ -82,38 +82,6 @@ TEST(RunLoop, CallsNothingOfAnOwnerWhoGoesByACallBefore)
     EXPECT_EQ(called, "wl");
 }
 
-TEST(RunLoop, HoldsBackWhileTheMainThreadWaits)
-{
-    class Display : public WaitDisplay
-    {
-    public:
-        void waiting(std::chrono::milliseconds elapsed) override
-        {
-            EXPECT_GE(elapsed, last);
-            last = elapsed;
-            turnEventLoopFor(30);
-        }
-        void waitEnded() override { hasEnded = true; }
-        std::chrono::milliseconds last{0};
-        bool hasEnded = false;
-    };
-    Display display;
-    RunLoop &loop = RunLoop::main();
-    loop.setWaitDisplay(&display);
-    bool acted = false;
-    const auto timer = OneShotTimer::schedule(0.001, [&](const auto &) { acted = true; });
-    int asked = 0;
-    loop.wait([&](auto most) {
-        usleep(static_cast<useconds_t>(most.count()) * 100);
-        return ++asked == 4;
-    });
-    loop.setWaitDisplay(nullptr);
-    EXPECT_FALSE(acted);
-    EXPECT_TRUE(display.hasEnded);
-    EXPECT_GT(display.last.count(), 0);
-    EXPECT_TRUE(waitFor([&] { return acted; }));
-}
-
 TEST(RunLoopSource, ReadsInTheDefaultModeOnlyAndRestsElsewhere)
 {
     int ends[2];

@@ -68,7 +68,6 @@ TEST(TextEncodingsTest, EveryAvailableEncodingHasANameOfItsOwnAndDecodes)
     }
     EXPECT_EQ(static_cast<std::size_t>(names.size()), TextEncodings::available().size());
     EXPECT_GT(names.size(), 80);
-    EXPECT_TRUE(TextEncodings::displayName(TextEncodings::none).isNull());
 }
 
 TEST(TextEncodingsTest, MostCompatibleLegacyEncodings)

@@ -11,6 +11,7 @@
 #include "store/TavDocumentController.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/StorePrinter.h"
+#include "tests/support/TreeText.h"
 
 #include <QApplication>
 #include <QFile>
@@ -151,21 +152,6 @@ private:
         return shown_ == captured_;
     }
 
-    // From the first line that differs on.
-    static void print(const char *what, const std::string &text, std::size_t difference)
-    {
-        const std::size_t line = text.substr(0, difference).rfind('\n') + 1;
-        std::printf("%s:\n%.2000s\n", what, text.c_str() + line);
-    }
-    void printDifference() const
-    {
-        const auto ends =
-            std::mismatch(shown_.begin(), shown_.end(), captured_.begin(), captured_.end());
-        const auto difference = static_cast<std::size_t>(ends.first - shown_.begin());
-        print("shown", shown_, difference);
-        print("captured", captured_, difference);
-    }
-
     bool check(qint64 elapsed)
     {
         store_->setAutoupdate(true);
@@ -177,7 +163,7 @@ private:
                     store_->registryEntries().size(), megabytesResident(),
                     good ? "" : "; the store differs from a fresh capture");
         if (!good)
-            printDifference();
+            std::puts(firstDifference(shown_, captured_).c_str());
         std::fflush(stdout);
         return good;
     }

@@ -3,6 +3,7 @@
 #include "store/DataStoreNotifications.h"
 #include "tests/support/RegistryTest.h"
 #include "tests/support/RegistryValues.h"
+#include "tests/support/StoreLinks.h"
 
 #include <QRandomGenerator>
 
@@ -203,29 +204,7 @@ TEST_F(DataStoreLifetimeTest, LinksAgreeAfterAnyOrderOfEvents)
     store_->update();
     store_->clearTerminatedObjects();
     store_->update();
-    EntrySet table;
-    for (const EntryRef &entry : store_->registryEntries())
-        table.insert(entry.get());
-    const auto agree = [&](TavRegistryEntry *entry, const EntryList::Entries &others,
-                           const auto &backOf) {
-        for (TavRegistryEntry *other : others) {
-            ASSERT_TRUE(table.contains(other));
-            const EntryList::Entries &back = backOf(*other);
-            EXPECT_NE(std::find(back.begin(), back.end(), entry), back.end());
-        }
-    };
-    for (TavRegistryEntry *entry : table) {
-        for (const QString &plane : store_->registryPlanes()) {
-            agree(
-                entry, entry->childrenInPlane(plane), [&](auto &child) -> auto & {
-                    return child.parentsInPlane(plane);
-                });
-            agree(
-                entry, entry->parentsInPlane(plane), [&](auto &parent) -> auto & {
-                    return parent.childrenInPlane(plane);
-                });
-        }
-    }
+    expectLinksAgree(*store_);
     store_.reset();
     for (const EntryRef &entry : heldEntries)
         ask(*entry);

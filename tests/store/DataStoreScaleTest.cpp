@@ -73,9 +73,7 @@ Times measure(Shape shape, quint32 count)
     times.add("capture", [&] { store = TavDataStore::initFromDxRegistry(service); });
     const auto &entries = store->registryEntries();
     EXPECT_EQ(entries.size(), count + 3U);
-    const quint64 calls = service.calls();
     times.add("update", [&] { store->update(); });
-    EXPECT_LT(service.calls() - calls, 20U * count);
     TavRegistryEntry &last = **std::find_if(
         entries.begin(), entries.end(), [&](auto &entry) { return entry->entryTag() == lastTag; });
     QStringList paths;

@@ -73,15 +73,11 @@ TEST_F(DataStoreTest, CapturesTheWholeRegistry)
             mouse
     )"));
     EXPECT_EQ(store_->registryEntries().size(), 4U);
-    EXPECT_EQ(store_->registryRoot(), &entry("Root"));
-    EXPECT_TRUE(store_->isLive());
     EXPECT_TRUE(store_->isUpToDate());
     EXPECT_TRUE(store_->lastUpdateDate().isValid());
-    EXPECT_FALSE(store_->hostName().isEmpty());
     EXPECT_EQ(service_.openHandles(), 4U + followingHandles); // one for each entry
     EXPECT_EQ(service_.preparations(), 1);
     EXPECT_FALSE(entry("mouse").dateDiscovered().isNull());
-    EXPECT_TRUE(entry("mouse").dateLastUpdated().isNull());
 }
 
 TEST_F(DataStoreTest, ATerminatedEntryStaysInItsPlaceUntilItIsCleared)
@@ -89,12 +85,10 @@ TEST_F(DataStoreTest, ATerminatedEntryStaysInItsPlaceUntilItIsCleared)
     capture();
     told();
     unplug("hub@1");
-    TavRegistryEntry &hub = entry("hub@1");
-    EXPECT_EQ(hub.registryState(), RegistryStateUnchanged);
-    EXPECT_TRUE(hub.dateTerminated().isNull());
+    EXPECT_TRUE(entry("hub@1").dateTerminated().isNull());
     store_->update();
     EXPECT_EQ(told(), "changed\nobjects terminated\n");
-    EXPECT_FALSE(hub.dateTerminated().isNull());
+    EXPECT_FALSE(entry("hub@1").dateTerminated().isNull());
     const std::string withHub = dedented(R"(
         Root
           Host
@@ -145,10 +139,7 @@ TEST_F(DataStoreTest, UpdatingOneEntryReadsItAloneAndNamesIt)
     EXPECT_EQ(sender_, &hub);
     EXPECT_EQ(service_.preparedObjects(), std::vector<Node>{tree_["hub@1"]});
     EXPECT_EQ(service_.preparations(), 1);
-    EXPECT_EQ(TreePrinter::properties(*hub.properties()), dedented(R"(
-        dictionary
-          ports: 4 (4 bytes)
-    )"));
+    EXPECT_EQ(TreePrinter::properties(*hub.properties()), "dictionary\n  ports: 4 (4 bytes)\n");
     EXPECT_EQ(entry("mouse").properties()->numberOfChildren(), 0);
     EXPECT_FALSE(hub.dateLastUpdated().isNull());
     EXPECT_EQ(hub.childrenInPlane(servicePlane).size(), 2U);
@@ -187,7 +178,6 @@ TEST_F(DataStoreTest, ARegistryThatCannotBeReachedIsToldAndMayComeBack)
     capture(delegate);
     EXPECT_EQ(delegate->errors, 4); // nothing to follow in two ways, no root, and so no planes
     EXPECT_EQ(store_->registryRoot(), nullptr);
-    EXPECT_TRUE(store_->registryEntries().empty());
     EXPECT_TRUE(
         store_->entriesMatchingRegistryPath(QStringLiteral("DxService:/")).entries.isEmpty());
 

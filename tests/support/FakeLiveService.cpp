@@ -43,17 +43,6 @@ void FakeLiveService::tellPower(quint32 type, quintptr notificationID)
     ports().deliver();
 }
 
-RegistryStatus FakeLiveService::addMatchingNotification(NotificationPort port, const char *type,
-                                                        const QString &className,
-                                                        MatchingCallback callback,
-                                                        RegistryIterator &iterator)
-{
-    if (refused_ == Refused::Matching)
-        return RegistryStatus::Failed;
-    return FakeRegistryService::addMatchingNotification(port, type, className, std::move(callback),
-                                                        iterator);
-}
-
 RegistryStatus FakeLiveService::addInterestNotification(NotificationPort port,
                                                         RegistryObject object, const char *type,
                                                         InterestCallback callback,

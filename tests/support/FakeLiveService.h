@@ -6,7 +6,7 @@
 class FakeLiveService : public FakeRegistryService
 {
 public:
-    enum class Refused : quint8 { Nothing, Ports, Messages, Matching, Interest, Power };
+    enum class Refused : quint8 { Nothing, Ports, Interest, Power };
     void setRefused(Refused refused) { refused_ = refused; }
 
     // Reading anew ends at once, or when the script says so.
@@ -28,13 +28,6 @@ public:
     {
         return refused_ == Refused::Ports ? 0 : FakeRegistryService::createNotificationPort();
     }
-    MessagePort messagePort(NotificationPort port) override
-    {
-        return refused_ == Refused::Messages ? 0 : FakeRegistryService::messagePort(port);
-    }
-    RegistryStatus addMatchingNotification(NotificationPort port, const char *type,
-                                           const QString &className, MatchingCallback callback,
-                                           RegistryIterator &iterator) override;
     RegistryStatus addInterestNotification(NotificationPort port, RegistryObject object,
                                            const char *type, InterestCallback callback,
                                            RegistryNotification &notification) override;

@@ -95,9 +95,3 @@ const QByteArray &FakeRegistry::locationIn(const Object &object, QByteArrayView 
     const auto &own = inPlane(object, plane).location;
     return own ? *own : object.location;
 }
-
-QByteArray FakeRegistry::nameAtLocation(const Object &object, QByteArrayView plane)
-{
-    const QByteArray &location = locationIn(object, plane);
-    return location.isNull() ? nameIn(object, plane) : nameIn(object, plane) + '@' + location;
-}

@@ -93,7 +93,6 @@ protected:
     static const InPlane &inPlane(const Object &object, QByteArrayView plane);
     static const QByteArray &nameIn(const Object &object, QByteArrayView plane);
     static const QByteArray &locationIn(const Object &object, QByteArrayView plane);
-    static QByteArray nameAtLocation(const Object &object, QByteArrayView plane);
     Class classNamed(const QString &name) const { return classes_.value(name); }
     QString bundlePath(const QString &bundleID) const { return bundlePaths_.value(bundleID); }
 

@@ -4,7 +4,7 @@
 #include "tests/support/FakeRegistry.h"
 
 // A registry service that answers from a scripted registry. It counts what it hands out, so that a
-// test can tell whether every handle and iterator was given back, and how often it is asked.
+// test can tell whether every handle and iterator was given back.
 class FakeRegistryService : public NotifyingRegistryService, public FakeRegistry
 {
 public:
@@ -15,17 +15,12 @@ public:
     quint64 openHandles() const { return openHandles_; }
     quint64 openIterators() const { return static_cast<quint64>(iterators_.size()); }
     quint64 misuses() const { return misuses_; } // uses and releases of what was not held
-    quint64 calls() const { return calls_; }
     int preparations() const { return preparations_; }
     const std::vector<Node> &preparedObjects() const { return preparedObjects_; }
 
     void prepare() override { ++preparations_; }
     void prepareObject(RegistryObject object) override;
-    RegistryObject rootEntry() override
-    {
-        ++calls_;
-        return handOut(root());
-    }
+    RegistryObject rootEntry() override { return handOut(root()); }
     RegistryObject entryFromPath(const QString &path) override;
     RegistryStatus childIterator(RegistryObject object, const char *plane,
                                  RegistryIterator &iterator) override;
@@ -39,12 +34,10 @@ public:
     bool hasSuperclassLookup() const override { return hasSuperclassLookup_; }
     QString copySuperclassName(const QString &className) override
     {
-        ++calls_;
         return classNamed(className).superclass;
     }
     QString copyBundleIdentifierForClass(const QString &className) override
     {
-        ++calls_;
         return classNamed(className).bundleID;
     }
     bool conformsTo(RegistryObject object, const QString &className) override;
@@ -69,7 +62,6 @@ public:
     void release(RegistryObject object) override;
     QString bundleURLForIdentifier(const QString &bundleID) override
     {
-        ++calls_;
         return bundlePath(bundleID);
     }
 
@@ -110,7 +102,6 @@ private:
     quint32 lastAlias_ = 0;
     quint64 openHandles_ = 0;
     quint64 misuses_ = 0;
-    quint64 calls_ = 0;
     int preparations_ = 0;
     std::vector<Node> preparedObjects_;
 };

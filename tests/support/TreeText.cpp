@@ -20,3 +20,12 @@ std::string dedented(const char *text)
         tree += line.mid(shared).toStdString() + '\n';
     return tree;
 }
+
+std::string firstDifference(const std::string &text, const std::string &expected)
+{
+    const auto ends = std::mismatch(text.begin(), text.end(), expected.begin(), expected.end());
+    const std::size_t same = static_cast<std::size_t>(ends.first - text.begin());
+    const std::size_t line = text.substr(0, same).rfind('\n') + 1;
+    constexpr std::size_t most = 2000;
+    return text.substr(line, most) + "\ninstead of\n" + expected.substr(line, most) + '\n';
+}
