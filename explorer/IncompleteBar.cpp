@@ -18,8 +18,10 @@ IncompleteBar::IncompleteBar()
     icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size));
     text_->setWordWrap(true);
     tryAgainButton_->setObjectName(QStringLiteral("tryAgainButton"));
+    tryAgainButton_->setAccessibleName(tr("Try Again"));
     auto *const listButton = new QPushButton(tr("Show &List"));
     listButton->setObjectName(QStringLiteral("showIncompleteButton"));
+    listButton->setAccessibleName(tr("Show List"));
     auto *const layout = new QHBoxLayout(this);
     layout->addWidget(icon);
     layout->addWidget(text_, 1);

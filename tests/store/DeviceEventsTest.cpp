@@ -131,7 +131,11 @@ TEST_P(ReturningDeviceTest, IsANewObjectInEveryStore)
 
 INSTANTIATE_TEST_SUITE_P(Journeys, ReturningDeviceTest,
                          testing::Values(Journey{true, true}, Journey{true, false},
-                                         Journey{false, true}));
+                                         Journey{false, true}),
+                         [](const auto &its) {
+                             return std::string(its.param.isReported ? "Reported" : "Unreported") +
+                                    (its.param.isUpdatedBetween ? "AndUpdated" : "");
+                         });
 
 TEST_F(DeviceEventsTest, RemovalIsBelievedWhenTheObjectIsGone)
 {

@@ -226,6 +226,8 @@ protected:
 
     DeadDevices()
     {
+        CapturedTree::capture(made_.sys()); // starts the threads of the libraries
+        threadsBefore_ = threadCount();
         for (int i = 0; i < devices; ++i) {
             healthy(i);
             made_.file((dead(i) + "/uevent").constData(), "A=1");
@@ -255,7 +257,7 @@ protected:
     static QByteArray dead(int number) { return "devices/dead" + QByteArray::number(number); }
 
     MadeTree made_;
-    std::size_t threadsBefore_ = threadCount();
+    std::size_t threadsBefore_ = 0;
 };
 
 TEST_P(DeadDevices, AreKnownByNameAndKeepNothingElseAway)
@@ -299,7 +301,12 @@ TEST_P(DeadDevices, AreKnownByNameAndKeepNothingElseAway)
 }
 
 INSTANTIATE_TEST_SUITE_P(Hangs, DeadDevices,
-                         testing::Values(Hang::Interruptible, Hang::Uninterruptible));
+                         testing::Values(Hang::Interruptible, Hang::Uninterruptible),
+                         [](const auto &its) {
+                             return std::string(its.param == Hang::Interruptible
+                                                    ? "Interruptible"
+                                                    : "Uninterruptible");
+                         });
 
 TEST(Sweep, TriesAgainWhatDidNotAnswerWhenAsked)
 {
