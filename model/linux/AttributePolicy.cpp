@@ -86,7 +86,7 @@ struct AttributePolicy::Row
     std::vector<Folder> folders; // none: any
     std::optional<Patterns> subsystems;
     std::optional<Patterns> drivers;
-    std::optional<Patterns> devices;
+    std::optional<Patterns> paths;
     bool onlyInterfaceDown = false;
     QByteArray reason;
 };
@@ -106,7 +106,7 @@ AttributePolicy::Row::Row(const QJsonObject &row)
     , directories(patterns(row, "directory"))
     , subsystems(patterns(row, "subsystem"))
     , drivers(patterns(row, "driver"))
-    , devices(patterns(row, "device"))
+    , paths(patterns(row, "path"))
     , onlyInterfaceDown(row.value(QLatin1String("when")) == QLatin1String("interface down"))
     , reason(row.value(QLatin1String("reason")).toString().toUtf8())
 {
@@ -119,12 +119,12 @@ bool AttributePolicy::Row::appliesTo(const Context &context) const
     const auto allows = [](const std::optional<Patterns> &allowed, const QByteArray &its) {
         return !allowed || matchesAny(*allowed, its);
     };
-    const bool isOfDevice = subsystems || drivers || devices;
+    const bool isOfDevice = subsystems || drivers || paths;
     return (folders.empty() ||
             std::find(folders.begin(), folders.end(), context.folder) != folders.end()) &&
            (!isOfDevice || context.folder == Folder::Device) &&
            allows(subsystems, context.subsystem) && allows(drivers, context.driver) &&
-           allows(devices, context.kernelName) && (!onlyInterfaceDown || context.isInterfaceDown);
+           allows(paths, context.path) && (!onlyInterfaceDown || context.isInterfaceDown);
 }
 
 bool AttributePolicy::Row::fits(const QByteArray &folder, const QByteArray &name) const

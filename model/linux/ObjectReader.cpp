@@ -130,7 +130,7 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     AttributePolicy::Context context{.folder = job.request.folder,
                                      .subsystem = targetName("subsystem"),
                                      .driver = targetName("driver"),
-                                     .kernelName = object.kernelName};
+                                     .path = object.path};
     const auto textOf = [&](const QByteArray &name) {
         QByteArray reason;
         const auto bytes = readBytes(job, directory, name, textLimit, reason);

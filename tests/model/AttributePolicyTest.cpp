@@ -13,8 +13,8 @@ TEST(AttributePolicy, ReadsNothingThatTriggersAndOnlyOnRequestWhatWakes)
 {
     const Context pci{.subsystem = "pci"};
     const Context gpu{.subsystem = "pci", .driver = "amdgpu"};
-    const Context chip{.subsystem = "i2c", .driver = "lm75", .kernelName = "0-0048"};
-    const Context port{.kernelName = "usb1-port12"};
+    const Context chip{.subsystem = "i2c", .driver = "lm75", .path = "devices/i2c-0/0-0048"};
+    const Context port{.path = "devices/usb1/1-0:1.0/usb1-port12"};
     const Context down{.subsystem = "net", .isInterfaceDown = true};
     const Context wall{.subsystem = "power_supply"};
     struct Case
@@ -53,6 +53,8 @@ TEST(AttributePolicy, ReadsNothingThatTriggersAndOnlyOnRequestWhatWakes)
         {wall, "", "type", Rule::Always},
         {wall, "", "capacity", Rule::OnRequest},
         {{.driver = "ufshcd-qcom"}, "flags", "wb_enable", Rule::OnRequest},
+        {{.path = "devices/1/enclosure/0:0:8:0/Slot 1"}, "", "status", Rule::OnRequest},
+        {{.path = "devices/slow"}, "", "status", Rule::Always},
         {{.subsystem = "iio"}, "", "in_voltage0_raw", Rule::OnRequest},
         {{.subsystem = "iio"}, "", "in_voltage0_scale", Rule::Always},
         {{.subsystem = "cpu"}, "acpi_cppc", "highest_perf", Rule::OnRequest},
