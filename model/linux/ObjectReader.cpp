@@ -136,15 +136,16 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
         const auto bytes = readBytes(job, directory, name, textLimit, reason);
         return bytes ? QByteArray(bytes->data(), bytes->size()).trimmed() : QByteArray();
     };
-    if (!job.request.readsOnRequest && contains(directory.entries, "uevent")) {
-        QByteArray reason;
-        if (const auto bytes = readBytes(job, directory, "uevent", dataLimit, reason))
-            job.uevent = parseAttribute("uevent", *bytes, pool_);
-    }
     constexpr uint interfaceUp = 1;
     if (context.subsystem == "net")
         context.isInterfaceDown = !(textOf("flags").toUInt(nullptr, 0) & interfaceUp);
     job.policy = AttributePolicy(context);
+    if (!job.request.readsOnRequest && contains(directory.entries, "uevent") &&
+        job.policy.rule({}, "uevent") == AttributePolicy::Rule::Always) {
+        QByteArray reason;
+        if (const auto bytes = readBytes(job, directory, "uevent", dataLimit, reason))
+            job.uevent = parseAttribute("uevent", *bytes, pool_);
+    }
     if (job.request.readsOnRequest)
         job.isSuspended = textOf("power/runtime_status") == "suspended";
 }

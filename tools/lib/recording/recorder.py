@@ -22,6 +22,7 @@ class Recorder:
         self._reader = reader
         self._device = os.stat(self.root).st_dev
         self._subsystems = {}
+        self._objects = set()
         self._shallow = set()
 
     def record_all(self):
@@ -42,11 +43,34 @@ class Recorder:
 
     def subsystem(self, folder):
         """The subsystem of the device that the folder is, or is in."""
-        while folder:
-            if folder in self._subsystems:
-                return self._subsystems[folder]
-            folder = os.path.dirname(folder)
-        return None
+        return self.place(folder).subsystem or None
+
+    def place(self, folder):
+        """Where the attributes in the folder belong."""
+        parts = folder.split("/")
+        if parts[0] == "bus" and parts[2:3] == ["drivers"] and len(parts) > 3:
+            return self._place("driver", parts, 4)
+        if parts[0] in ("bus", "class", "module"):
+            return self._place(parts[0], parts, 2)
+        if parts[0] == "firmware":
+            return self._place("firmware", parts, len(parts))
+        depth = len(parts)
+        while depth > 1 and not self._is_object("/".join(parts[:depth])):
+            depth -= 1
+        return self._place("device", parts, depth)
+
+    def _is_object(self, folder):
+        return folder in self._objects or folder in self._subsystems
+
+    def _place(self, kind, parts, depth):
+        path = "/".join(parts[:depth])
+        return rules.Place(
+            kind,
+            path,
+            "/".join(parts[depth:]),
+            self._subsystems.get(path, ""),
+            os.path.basename(self.links.get(f"{path}/driver", "")),
+        )
 
     def _resolve(self, selection):
         found = glob.glob(os.path.join(self.root, selection.strip("/")))
@@ -74,6 +98,8 @@ class Recorder:
             self.skipped[folder] = error.strerror
             return []
         self.folders.add(folder)
+        if any(entry.name == "uevent" for entry in entries):
+            self._objects.add(folder)
         for entry in entries:
             if entry.is_symlink():
                 self._add_link(f"{folder}/{entry.name}", os.readlink(entry.path))
@@ -105,12 +131,12 @@ class Recorder:
 
     def _add_file(self, path, entry):
         status = entry.stat(follow_symlinks=False)
-        subsystem = self.subsystem(os.path.dirname(path))
-        if rules.is_blanked(entry.name, subsystem):
+        place = self.place(os.path.dirname(path))
+        if rules.is_blanked(place, entry.name):
             self.files[path] = b""
         elif not status.st_mode & (stat.S_IRUSR | stat.S_IRGRP | stat.S_IROTH):
             self.skipped[path] = "write-only"
-        elif rules.is_skipped(entry.name, subsystem):
+        elif rules.is_skipped(place, entry.name):
             self.skipped[path] = "not to be read"
         else:
             try:

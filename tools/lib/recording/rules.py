@@ -1,42 +1,72 @@
-"""Which attributes are not read, and why: a read runs driver code."""
+"""Which attributes are not read, and why: a read runs driver code. The program's own table decides."""
+import json
 import re
+from dataclasses import dataclass
+from pathlib import Path
 
-# Reading these creates devices, touches ports, hangs, has no end or always fails.
-NEVER = re.compile(
-    r"hot_(add|remove)|resource.*|rom|legacy_(io|mem)|vpd|autosuspend_delay_ms"
-    r"|trace.*|msglog|fw_?log|log|cfg_?log"
-)
-# One read in such a folder can reset the board, or walks a debugging file system.
-FOLDERS = re.compile(r".*_descriptors?|trace.*|debug|hw_counters|counters|sections|notes")
-
-# Slow, waking or disturbing reads, made only when somebody asks for that one device.
-ON_REQUEST = re.compile(r"eeprom|nvmem|nvm_.*|(scaling|cpuinfo)_cur_freq")
-ON_REQUEST_IN = {
-    "pci": re.compile(r"config"),
-    "usb": re.compile(r"bConfigurationValue|descriptors"),
-    "net": re.compile(r"speed|duplex|phys_.*|carrier.*"),
-    "hwmon": re.compile(r"(temp|in|fan|curr|power|energy|humidity|pwm|freq)\d.*(?<!_label)"),
-    "thermal": re.compile(r"temp|cur_state|.*stats.*"),
-    "power_supply": re.compile(r"(?!type$|scope$|uevent$).*"),
-    "tpm": re.compile(r"(?!dev$|uevent$|tpm_version_major$).*"),
-}
+TABLE = Path(__file__).resolve().parents[3] / "resources/attributes/policy.json"
+# Beside what the program passes over: large, and of no use in a recording.
+FOLDERS = ("hw_counters", "counters", "sections", "notes")
 # Asks the battery for every value it has; the file must be there all the same.
-BLANK_IN = {"power_supply": re.compile(r"uevent")}
+BLANK = {("power_supply", "uevent")}
+
+
+@dataclass(frozen=True)
+class Place:
+    """Where an attribute is: of which object, and in which folder below the object's."""
+
+    kind: str  # device, bus, class, driver, module or firmware
+    path: str  # of the object, from the root
+    directory: str = ""
+    subsystem: str = ""
+    driver: str = ""
+
+
+def _pattern(texts):
+    def one(text):
+        return re.escape(text).replace(r"\*", ".*").replace(r"\#", "[0-9]+")
+
+    return re.compile("|".join(one(text) for text in texts), re.DOTALL)
+
+
+class _Rule:
+    def __init__(self, row):
+        self._names = _pattern(row["names"]) if "names" in row else None
+        self._words = set(row.get("words", ()))
+        self._except = _pattern(row["except"]) if "except" in row else None
+        self._kinds = row.get("in")
+        of_device = ("subsystem", "driver", "path")
+        self._of_device = {key: _pattern(row[key]) for key in of_device if key in row}
+        self._directory = _pattern(row["directory"]) if "directory" in row else None
+
+    def fits(self, place, name):
+        if self._kinds is not None and place.kind not in self._kinds:
+            return False
+        if self._of_device and place.kind != "device":
+            return False
+        if any(not p.fullmatch(getattr(place, key)) for key, p in self._of_device.items()):
+            return False
+        if self._directory and not self._directory.fullmatch(place.directory):
+            return False
+        if self._except and self._except.fullmatch(name):
+            return False
+        named = self._names and self._names.fullmatch(name)
+        return bool(named or self._words.intersection(re.split("[_-]", name)))
+
+
+_TABLE = json.loads(TABLE.read_text())
+# An interface's state is not known while it is recorded: those rules always apply.
+_RULES = [_Rule(row) for row in _TABLE["rules"]]
+_SKIPPED_FOLDERS = _pattern([n for row in _TABLE["directories"] for n in row["names"]] + list(FOLDERS))
 
 
 def is_skipped_folder(name):
-    return FOLDERS.fullmatch(name) is not None
+    return _SKIPPED_FOLDERS.fullmatch(name) is not None
 
 
-def is_skipped(name, subsystem):
-    """Whether the attribute of a device of this subsystem (or None) is not to be read."""
-    of_subsystem = ON_REQUEST_IN.get(subsystem)
-    return bool(
-        NEVER.fullmatch(name)
-        or ON_REQUEST.fullmatch(name)
-        or (of_subsystem and of_subsystem.fullmatch(name))
-    )
+def is_skipped(place, name):
+    return any(rule.fits(place, name) for rule in _RULES)
 
 
-def is_blanked(name, subsystem):
-    return subsystem in BLANK_IN and BLANK_IN[subsystem].fullmatch(name) is not None
+def is_blanked(place, name):
+    return place.directory == "" and (place.subsystem, name) in BLANK
