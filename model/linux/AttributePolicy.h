@@ -17,7 +17,7 @@ public:
         // Of a device:
         QByteArray subsystem = {};
         QByteArray driver = {};
-        QByteArray path = {}; // relative to the tree's root
+        QByteArray path = {};         // relative to the tree's root
         bool isInterfaceDown = false; // of a network interface
     };
 

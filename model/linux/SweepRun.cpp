@@ -9,7 +9,7 @@
 namespace {
 using Request = ObjectReader::Request;
 
-constexpr int longSteps = 20;          // take longer than this part of the patience
+constexpr int longSteps = 20;   // take longer than this part of the patience
 constexpr int mostThreads = 32; // with those that other runs have left behind
 
 // Nobody waits for the thread any longer.
