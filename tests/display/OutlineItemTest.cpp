@@ -78,6 +78,7 @@ TEST_F(OutlineItemTest, TooltipsSayHowTheValueWasRead)
         {ten, "s4h", u"10 bytes interpreted as 10 Unicode (UTF-8) characters"},
         {ten, "s30h", u"10 bytes interpreted as 10 Western (KelRoman) characters"},
         {ten, "a", u"10 bytes autoformatted as hexadecimal bytes in host byte order"},
+        {ten, "d", u"10 bytes autoformatted as hexadecimal bytes in host byte order"},
         {ten, "4xh", // cannot be read
          u"10 bytes interpreted as  native-endian  (fragmentary bytes at end shown as \"…\")"},
         {RegistryValue::data(QByteArray("a\0b\0", 4)), "a",
@@ -92,16 +93,6 @@ TEST_F(OutlineItemTest, TooltipsSayHowTheValueWasRead)
         item->displayValue();
         EXPECT_EQ(item->valueTooltip(), QString::fromUtf16(row.tooltip));
     }
-}
-
-TEST_F(OutlineItemTest, InvalidOptionsDescribeNothing)
-{
-    const LoneItem item(RegistryValue::data("ab"));
-    EXPECT_TRUE(item->descriptionOfData(2, {.unit = -2}).isNull());
-    // A default of "default" is automatic.
-    setDefaultFormat("d");
-    EXPECT_EQ(item->propertyFormat().unit, PropertyFormatOptions::automatic);
-    EXPECT_EQ(item->displayValue().text(), QStringLiteral("<61 62>"));
 }
 
 TEST_F(OutlineItemTest, ValuesAreKeptUntilReset)
