@@ -12,7 +12,6 @@ using Encodings = EncodingManager::Encodings;
 class EncodingManagerTest : public testing::Test
 {
 protected:
-    static inline const QString key = QStringLiteral("Encodings");
     PreferencesFolder preferences_;
     EncodingManager manager_;
 };
@@ -29,6 +28,7 @@ TEST_F(EncodingManagerTest, WhatIsEnabledOutlastsTheRun)
 
 TEST_F(EncodingManagerTest, WhatIsStoredMayBeDamaged)
 {
+    const QString key = QStringLiteral("Encodings");
     PreferencesStore::standard().setValue(
         key, QJsonArray{4, -1, 4, QStringLiteral("1"), 1.5, 4294967295.0, 4294967300.0, 7, 30});
     EXPECT_EQ(EncodingManager().enabledEncodings(),
