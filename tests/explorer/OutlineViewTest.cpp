@@ -1,6 +1,5 @@
 #include "ExplorerFixture.h"
 
-#include <QAbstractItemModelTester>
 #include <QScrollBar>
 #include <QSignalSpy>
 
@@ -20,10 +19,8 @@ protected:
                 lone)");
         open();
         view_ = &tree();
-        tester_ = std::make_unique<QAbstractItemModelTester>(
-            view_->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+        testModelOf(*view_);
     }
-    void TearDown() override { tester_.reset(); }
 
     TavRegistryOutlineItem &node(Labels labels) const
     {
@@ -51,7 +48,6 @@ protected:
     }
 
     TavRegistryOutlineView *view_ = nullptr;
-    std::unique_ptr<QAbstractItemModelTester> tester_;
     static constexpr auto whole = Qt::AltModifier | Qt::ShiftModifier; // for whole subtrees
 };
 } // namespace

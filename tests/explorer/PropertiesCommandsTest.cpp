@@ -78,7 +78,7 @@ TEST_F(PropertiesCommandsTest, TheContextMenuCopiesExpandsAndShowsTheFormat)
     EXPECT_EQ(menu({})->actions().size(), 2); // not on a row
 }
 
-TEST_F(PropertiesCommandsTest, BearsLongDeepAndManyValues)
+TEST_F(PropertiesCommandsTest, ShowsLongDeepAndManyValues)
 {
     using namespace values;
     QByteArray bytes(64 * 1024, 'x');

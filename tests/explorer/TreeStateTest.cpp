@@ -3,7 +3,6 @@
 #include "ExplorerFixture.h"
 #include "tests/support/SimulatedRunLoop.h"
 
-#include <QAbstractItemModelTester>
 #include <QScrollBar>
 #include <random>
 
@@ -27,15 +26,14 @@ protected:
     }
     void TearDown() override
     {
-        tester_.reset();
+        ExplorerFixture::TearDown();
         close();
     }
     void openLive()
     {
         open();
         view_ = &tree();
-        tester_ = std::make_unique<QAbstractItemModelTester>(
-            view_->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+        testModelOf(*view_);
         store_->setAutoupdate(true);
     }
     void settle()
@@ -123,7 +121,6 @@ protected:
     QHash<Node, Node> parents_;
     bool subtreesLeave_ = false;
     TavRegistryOutlineView *view_ = nullptr;
-    std::unique_ptr<QAbstractItemModelTester> tester_;
 };
 } // namespace
 
