@@ -13,8 +13,6 @@
 #include <QWheelEvent>
 
 namespace {
-using Status = TavFormatController::DataSettingsStatus;
-
 class FormatControllerTest : public FormatPanelFixture
 {
 protected:
@@ -127,7 +125,7 @@ TEST_F(FormatControllerTest, EveryControlStoresForThePropertyAndTheClass)
     EXPECT_EQ(storedFormats(), "Root: //Value s10b\n");
     click("propertyFormatAutomaticCheckbox");
     EXPECT_EQ(storedFormats(), "Root: //Value a\n");
-    EXPECT_EQ(controller_.dataSettingsStatus(), Status::Custom);
+    EXPECT_EQ(statusText(), QStringLiteral("Using Custom Settings"));
     preferences_.restart();
     EXPECT_EQ(storedFormats(), "Root: //Value a\n");
 }
@@ -275,18 +273,6 @@ TEST_F(FormatControllerTest, KeepsAPropertyWhoseEntryHasGone)
     entry_.reset();
     click("propertyFormatAutomaticCheckbox");
     EXPECT_EQ(storedFormats(), "Root: //Value/one 4xhu\n");
-}
-
-TEST(FormatStatusTest, IsKnownBeforeThePanelIsOpened)
-{
-    const PreferencesFolder preferences;
-    const LoneItem item(RegistryValue::number(1, 4));
-    TavFormatController &controller = TavFormatController::sharedInstance();
-    item->setPropertyFormats(formatOf("4dhu"), QStringLiteral("DxRegistryEntry"));
-    controller.setSelectedPropertyItem(&*item);
-    EXPECT_EQ(controller.dataSettingsStatus(), Status::Custom);
-    controller.setSelectedPropertyItem(nullptr);
-    EXPECT_EQ(controller.dataSettingsStatus(), Status::Default);
 }
 
 TEST(EntryTextAttributesTest, SomeStatesShareASlot)

@@ -69,7 +69,7 @@ protected:
     TavRegistryOutlineView &tree() const;
     QModelIndex row(Labels labels) const; // in the tree
     std::string rows() const;             // of the tree
-    // From now on the rows that the view's model tells of must agree.
+    // Checks from now on that the view's model says of its rows what is true.
     void testModelOf(const QAbstractItemView &view);
     QString preferencesFolder() const { return preferences_.path(); }
 

@@ -36,6 +36,14 @@ protected:
         testModelOf(*view_);
         store_->setAutoupdate(true);
     }
+    // With more rows than there is room for.
+    void openLargeTree()
+    {
+        openLive();
+        for (int i = 0; i < 300; ++i)
+            changeSomething();
+        settle();
+    }
     void settle()
     {
         service_.tellOfChange();
@@ -151,10 +159,7 @@ TEST_F(TreeStateTest, ChangedRowsAreThoseOfANewWindowAndOfANewCapture)
 
 TEST_F(TreeStateTest, WhatTheUserSeesStaysWhereItIs)
 {
-    openLive();
-    for (int i = 0; i < 300; ++i)
-        changeSomething();
-    settle();
+    openLargeTree();
     select({"Root", "Host", "bus"});
     QTest::keyClick(view_, Qt::Key_Left);
     select({"Root", "Host", "store", "disk"});
@@ -202,10 +207,7 @@ TEST_F(TreeStateTest, WhatHasTerminatedIsHiddenAndNoOtherRowTakesItsPlace)
 
 TEST_F(TreeStateTest, WhatIsInSightStaysWhereItIsWhenTheSelectedRowGoes)
 {
-    openLive();
-    for (int i = 0; i < 300; ++i)
-        changeSomething();
-    settle();
+    openLargeTree();
     controller_->toggleShowTerminatedObjects();
     select({"Root", "Host", "store", "disk"});
     view_->scrollTo(view_->currentIndex(), QAbstractItemView::PositionAtBottom);
