@@ -139,7 +139,7 @@ TEST_F(BrowserTest, WhatIsHiddenLeavesALeaf)
     terminate("disk@0");
     terminate("part@1");
     controller_->noteDataStoreObjectsTerminated();
-    EXPECT_TRUE(browser_->cell(0, 3)->color.isValid()); // styled anew in its place
+    EXPECT_TRUE(browser_->cell(0, 3)->color.isValid()); // styled again in its place
     EXPECT_EQ(browser_->cell(0, 3)->toolTip, toolTip);
     EXPECT_EQ(browser_->cell(0, 3)->accessibleText, QStringLiteral("disk@0, terminated"));
     controller_->toggleShowTerminatedObjects();

@@ -80,8 +80,6 @@ TEST_F(FormatJourneyTest, TheTabKeyGoesToWhatIsChosen)
 TEST_F(FormatJourneyTest, ThePanelFollowsTheSelection)
 {
     selectConfig("usb@14");
-    ASSERT_NE(selectedItem(), nullptr);
-    EXPECT_EQ(selectedItem()->name(), QStringLiteral("config"));
     view()->clearSelection();
     EXPECT_EQ(selectedItem(), controller_->rootPropertyItem().get());
 

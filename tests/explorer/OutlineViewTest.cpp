@@ -54,14 +54,7 @@ protected:
 
 TEST_F(OutlineViewTest, KeepsWhatTheUserClosedThroughUpdates)
 {
-    EXPECT_EQ(rows(), dedented(R"(
-        Root *
-          Host
-            bus
-              a
-                part
-              b
-            lone)"));
+    EXPECT_TRUE(isWholeTreeOpen());
     click({"Root", "Host", "bus", "a"});
     registry_.plane("DxService", R"(
         Root

@@ -30,7 +30,7 @@ TEST_F(PropertiesCommandsTest, AHeaderSortsAndItsThirdClickBringsTheNaturalOrder
     clickHeader(value); // the last byte that differs decides, the wrong way round
     EXPECT_EQ(keys(), "zeta eta gamma beta epsilon Alpha delta kappa iota");
 
-    // What is opened, selected or read anew keeps its place in the order.
+    // What is opened, selected or read again keeps its place in the order.
     choose({}, "Expand All");
     view_->setCurrentIndex(row({6, 0}));
     EXPECT_EQ(row({6, 0}, value).data().toString(), QStringLiteral("0x1"));

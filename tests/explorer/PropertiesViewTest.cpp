@@ -67,7 +67,7 @@ TEST_F(PropertiesViewTest, RemembersWhatTheUserOpened)
         name | String | a word
         size | Number | 0x5)");
     EXPECT_EQ(rows(), opened);
-    update(); // the same entry read anew
+    update(); // the same entry read again
     EXPECT_EQ(rows(), opened);
     clickArrow({0});
     clickArrow({0}); // what was open below opens too

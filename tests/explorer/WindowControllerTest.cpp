@@ -81,7 +81,7 @@ TEST_F(WindowControllerTest, FollowsTheSelectionIntoAnotherPlane)
     EXPECT_EQ(rows(), "Root *\n  Host\n    supply\n      disk@0\n");
     EXPECT_EQ(beeps_, 0);
 
-    // A plane that is not shown is read anew, also where there are as many children as before.
+    // A plane that is not shown is read again, also where there are as many children as before.
     choosePlane("DxService");
     service_.unlink(registry_["supply"], registry_["disk@0"], "DxPower");
     service_.link(registry_["supply"], registry_["module"], "DxPower");
