@@ -75,7 +75,7 @@ void ApplicationFixture::launch(const QStringList &files)
 void ApplicationFixture::quit()
 {
     delegate_.reset();
-    PreferencesStore::setFolder(path("settings")); // closes the stores: the next run reads anew
+    PreferencesStore::setFolder(path("settings")); // closes the stores: the next run reads again
 }
 
 TavDocument &ApplicationFixture::document(std::size_t number) const

@@ -3,6 +3,7 @@
 #include "tests/support/EventLoop.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QJsonDocument>
@@ -202,10 +203,6 @@ TEST_F(BookmarksTest, AreEditedInTheTable)
     click("setDefaultBookmarkButton");
     EXPECT_EQ(defaultIndex(), 1);
     EXPECT_EQ(rows(), "c d!* Z");
-    // Closed and shown again by the same command, whose title says which.
-    Q_EMIT outlet<QMenu>(window().window(), "bookmarksMenu")->aboutToShow();
-    EXPECT_EQ(outlet<QAction>(window().window(), "toggleBookmarksPanelAction")->text(),
-              QStringLiteral("Hide All &Bookmarks"));
     trigger("toggleBookmarksPanelAction");
     EXPECT_FALSE(panel_->isVisible());
     for (const char *key : {"Ctrl+Shift+B", "Ctrl+W"}) {
@@ -229,15 +226,24 @@ TEST_F(BookmarksTest, AreAddedFromThePanel)
     window().goToRegistryPath(disk);
     click("addBookmarkButton");
     EXPECT_EQ(rows(), "disk@0 (DxService)* mine");
+    table_->clearSelection();
+    window().goToRegistryPath(QStringLiteral("DxService:/bus"));
+    const QMainWindow *const asked = window().window();
     trigger("promptForBookmarkAction");
-    EXPECT_EQ(outlet<QLineEdit>(window().window(), "addBookmarkNameField")->text(),
-              QStringLiteral("disk@0 (DxService)"));
-    table_->selectRow(0);
+    EXPECT_EQ(outlet<QLineEdit>(asked, "addBookmarkNameField")->text(),
+              QStringLiteral("bus (DxService)"));
+    outlet<QCheckBox>(asked, "addBookmarkDefaultCheckbox")->setChecked(true);
+    outlet<QPushButton>(asked, "addBookmarkOKButton")->click();
+    EXPECT_EQ(rows(), "bus (DxService)! disk@0 (DxService) mine");
+    trigger("promptForBookmarkAction");
+    EXPECT_FALSE(outlet<QCheckBox>(asked, "addBookmarkDefaultCheckbox")->isChecked());
+    outlet<QPushButton>(asked, "addBookmarkCancelButton")->click();
+    table_->selectRow(1);
     click("deleteBookmarkButton");
     closeWindow();
     click("addBookmarkButton");
-    EXPECT_EQ(rows(), "mine New Bookmark*");
-    EXPECT_EQ(cell(1, 1), "");
+    EXPECT_EQ(rows(), "bus (DxService)! mine New Bookmark*");
+    EXPECT_EQ(cell(2, 1), "");
 }
 
 TEST_F(BookmarksTest, AreDeletedByButtonAndKeyAndDraggedOut)

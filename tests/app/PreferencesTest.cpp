@@ -60,24 +60,6 @@ protected:
 };
 } // namespace
 
-TEST_F(PreferencesTest, DefaultsApplyUntilSomethingIsStored)
-{
-    launch();
-    EXPECT_TRUE(PreferencesStore::standard().isEmpty());
-    const TavDataStore &store = *document().dataStore();
-    EXPECT_TRUE(store.isAutoupdate());
-    EXPECT_FALSE(store.isPolledUpdate());
-    EXPECT_EQ(store.pollInterval(), 30.0);
-    openPanel();
-    EXPECT_EQ(checked(), "defaultAutoupdateCheckbox defaultViewOutlineCell filteredFindCheckbox "
-                         "findInheritanceCheckbox findNameCheckbox ");
-    EXPECT_EQ(planes().currentText(), QStringLiteral("DxService"));
-    EXPECT_EQ(planes().count(), 3); // with a separator
-    EXPECT_EQ(planes().itemText(2), QStringLiteral("DxPower"));
-    EXPECT_EQ(interval(), 30);
-    EXPECT_TRUE(PreferencesStore::standard().isEmpty());
-}
-
 TEST_F(PreferencesTest, EveryControlIsWrittenAndShown)
 {
     set("FindOptions", 64 + 1);
@@ -147,6 +129,7 @@ TEST_F(PreferencesTest, FollowAnotherCopyWithoutDroppingWhatIsTyped)
 {
     launch();
     openPanel();
+    EXPECT_TRUE(PreferencesStore::standard().isEmpty()); // nothing is written by looking
     auto *const field = outlet<QSpinBox>(panel_, "defaultPollIntervalField");
     tabs().setCurrentIndex(2);
     field->setFocus();

@@ -40,7 +40,7 @@ class PreferencesFolder
 public:
     PreferencesFolder() { restart(); }
     ~PreferencesFolder();
-    void restart(); // writes what was changed and reads it anew
+    void restart(); // writes what was changed and reads it again
     QString path() const { return folder_.path(); }
 
 private:

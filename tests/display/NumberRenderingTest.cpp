@@ -17,11 +17,9 @@ TEST(NumberRenderingTest, Renders)
         const char *text;
     } rows[] = {
         {"AutomaticByteMinusOne", 1, minusOne, {.unit = -1}, "0xff"},
-        {"AutomaticShort", 2, 0x1234, {.unit = -1}, "0x1234"},
         {"AutomaticWordZero", 4, 0, {.unit = -1}, "0x0"},
         {"AutomaticLong", 8, minusOne, {.unit = -1}, "0xffffffffffffffff"},
         {"HexadecimalIsNotPadded", 4, 42, formatOf("4xhu"), "0x2a"},
-        {"UnitIsTheNumbersOwn", 4, 0x12345678, formatOf("1xhu"), "0x12345678"},
         {"UnitIsTheNumbersOwnWide", 1, 0xff, formatOf("8xhu"), "0xff"},
         {"Octal", 2, 511, formatOf("2ohu"), "0o777"},
         {"OctalLong", 8, minusOne, formatOf("8ohu"), "0o1777777777777777777777"},
@@ -32,11 +30,7 @@ TEST(NumberRenderingTest, Renders)
         // Units are read unsigned, and only the two wide formats turn that into a sign.
         {"SignedByte", 1, minusOne, formatOf("1dhs"), "255"},
         {"SignedShort", 2, minusOne, formatOf("2dhs"), "65535"},
-        {"OtherSignednessIsUnsigned",
-         4,
-         minusOne,
-         {.unit = 4, .base = 10, .signedness = 2},
-         "4294967295"},
+        {"ImpossibleSign", 4, minusOne, {.unit = 4, .base = 10, .signedness = 2}, "4294967295"},
         {"Binary", 4, 5, formatOf("4bhu"), "0b101"},
         {"BinaryZero", 8, 0, formatOf("8bhu"), "0b0"},
         {"BinaryTopBit", 1, 0x80, formatOf("1bhu"), "0b10000000"},
@@ -48,7 +42,6 @@ TEST(NumberRenderingTest, Renders)
         {"CharactersBigEndian", 4, 0x41424344, formatOf("s1b"), "ABCD"},
         {"CharactersEndAtZero", 8, 0x4100424344, formatOf("s1l"), "DCB"},
         {"CharactersOfZero", 2, 0, formatOf("s1h"), ""},
-        {"CharactersNotAscii", 2, 0xe4, formatOf("s1h"), "(internal error!)"},
         {"CharactersAreAsciiInAnyEncoding", 1, 0xe4, formatOf("s5h"), "(internal error!)"},
         {"CharactersUnknownOrder", 4, 65, {.unit = 0, .byteOrder = 3}, "????"},
         {"CharacterUnknownOrder", 1, 65, {.unit = 0, .byteOrder = 3}, "A"},
@@ -68,5 +61,4 @@ TEST(NumberRenderingTest, Renders)
         }
     }
 }
-
 } // namespace

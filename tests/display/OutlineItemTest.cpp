@@ -2,7 +2,6 @@
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RegistryValues.h"
 
-#include "display/ValueStyles.h"
 #include "platform/PreferencesStore.h"
 
 #include <gtest/gtest.h>
@@ -50,11 +49,7 @@ TEST_F(OutlineItemTest, TypesAndValuesByTheDefault)
     for (const Row &row : rows) {
         const LoneItem item(row.value);
         EXPECT_EQ(item->typeName(), QString::fromLatin1(row.type));
-        const StyledText &text = item->displayValue();
-        EXPECT_EQ(text.text(), QString::fromLatin1(row.text));
-        if (row.value.type() != RegistryValue::Type::Data) {
-            EXPECT_EQ(text, StyledText(text.text(), ValueStyles::plain));
-        }
+        EXPECT_EQ(item->displayValue().text(), QString::fromLatin1(row.text));
         EXPECT_EQ(item->valueTooltip(), QString::fromLatin1(row.tooltip)) << row.type;
     }
 }
@@ -78,6 +73,7 @@ TEST_F(OutlineItemTest, TooltipsSayHowTheValueWasRead)
         {ten, "s4h", u"10 bytes interpreted as 10 Unicode (UTF-8) characters"},
         {ten, "s30h", u"10 bytes interpreted as 10 Western (KelRoman) characters"},
         {ten, "a", u"10 bytes autoformatted as hexadecimal bytes in host byte order"},
+        {ten, "d", u"10 bytes autoformatted as hexadecimal bytes in host byte order"},
         {ten, "4xh", // cannot be read
          u"10 bytes interpreted as  native-endian  (fragmentary bytes at end shown as \"…\")"},
         {RegistryValue::data(QByteArray("a\0b\0", 4)), "a",
@@ -92,16 +88,6 @@ TEST_F(OutlineItemTest, TooltipsSayHowTheValueWasRead)
         item->displayValue();
         EXPECT_EQ(item->valueTooltip(), QString::fromUtf16(row.tooltip));
     }
-}
-
-TEST_F(OutlineItemTest, InvalidOptionsDescribeNothing)
-{
-    const LoneItem item(RegistryValue::data("ab"));
-    EXPECT_TRUE(item->descriptionOfData(2, {.unit = -2}).isNull());
-    // A default of "default" is automatic.
-    setDefaultFormat("d");
-    EXPECT_EQ(item->propertyFormat().unit, PropertyFormatOptions::automatic);
-    EXPECT_EQ(item->displayValue().text(), QStringLiteral("<61 62>"));
 }
 
 TEST_F(OutlineItemTest, ValuesAreKeptUntilReset)

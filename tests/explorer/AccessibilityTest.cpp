@@ -1,10 +1,7 @@
 // What those need who do not see, or do not use a pointer.
 #include "ExplorerFixture.h"
-#include "explorer/Explanations.h"
 
 #include <QAbstractButton>
-#include <QComboBox>
-#include <QFile>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -77,31 +74,6 @@ TEST_F(AccessibilityTest, EveryControlHasAName)
     for (const char *field : {"findField", "findPreviewField"})
         EXPECT_EQ(outlet<QWidget>(field)->findChild<QAbstractButton *>()->accessibleName(),
                   QStringLiteral("Clear"));
-    EXPECT_EQ(tree().model()->headerData(0, Qt::Horizontal), QStringLiteral("Entry"));
-}
-
-TEST_F(AccessibilityTest, FactsAndPlanesAreExplained)
-{
-    for (const char *fact :
-         {"objectInheritanceLabel", "objectInheritanceField", "objectBundleLabel",
-          "objectBundleField", "objectRetainCountLabel", "objectRetainCountField",
-          "objectBusyCountLabel", "objectBusyCountField", "objectRegisteredCell",
-          "objectMatchedCell", "objectActiveCell"}) {
-        EXPECT_FALSE(outlet<QWidget>(fact)->toolTip().isEmpty()) << fact;
-        EXPECT_FALSE(outlet<QWidget>(fact)->accessibleDescription().isEmpty()) << fact;
-    }
-    const auto *const planes = outlet<QComboBox>("planeListButton");
-    for (int i = 0; i < planes->count(); ++i)
-        EXPECT_EQ(planes->itemData(i, Qt::ToolTipRole).toString(),
-                  Explanations::ofPlane(planes->itemText(i)));
-    QFile guide(QStringLiteral(VANDREL_SOURCE_DIR "/docs/guide.md"));
-    ASSERT_TRUE(guide.open(QIODevice::ReadOnly));
-    const QByteArray text = guide.readAll();
-    for (const char *plane : {"DxService", "DxBus", "DxClass", "DxDriver", "DxModule", "DxFirmware",
-                              "DxPower", "DxUsb", "DxBlock", "DxNetwork"}) {
-        EXPECT_FALSE(Explanations::ofPlane(QLatin1String(plane)).isEmpty()) << plane;
-        EXPECT_TRUE(text.contains(QByteArray("| `") + plane + '`')) << plane;
-    }
 }
 
 // Nobody finds a command that is in no menu, nor tells two apart that share a key or a mnemonic.

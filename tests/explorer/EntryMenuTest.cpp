@@ -3,7 +3,6 @@
 #include "platform/desktop/ColumnBrowser.h"
 
 #include <QContextMenuEvent>
-#include <QDialog>
 #include <QDockWidget>
 #include <QListView>
 #include <QMenu>
@@ -73,14 +72,6 @@ TEST_F(EntryMenuTest, ActsOnTheRowUnderThePointer)
     choose("revealSelectionBundleInNavroAction");
     EXPECT_EQ(revealed, QStringList{QStringLiteral("/lib/disk.ko")});
     FileManager::setRevealer({});
-    askForMenu(tree(), place);
-    choose("updateSelectedObjectAction");
-    EXPECT_EQ(service_.preparedObjects(), std::vector{registry_["disk@0"]});
-    askForMenu(tree(), place);
-    choose("promptForBookmarkAction");
-    auto *const sheet = outlet<QDialog>("addBookmarkSheet");
-    EXPECT_TRUE(sheet->isVisible());
-    sheet->reject();
 
     askForMenu(tree(), tree().viewport()->rect().bottomLeft()); // below the rows
     EXPECT_FALSE(menu());

@@ -195,6 +195,12 @@ std::string ExplorerFixture::rows() const
     return rowsOf(tree());
 }
 
+void ExplorerFixture::testModelOf(const QAbstractItemView &view)
+{
+    tester_ = std::make_unique<QAbstractItemModelTester>(
+        view.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+}
+
 std::string rowsOf(const QTreeView &view)
 {
     std::string rows;

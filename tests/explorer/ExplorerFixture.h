@@ -11,6 +11,7 @@
 #include "tests/support/TreeBuilder.h"
 #include "tests/support/TreeText.h"
 
+#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QMainWindow>
 #include <QTemporaryDir>
@@ -26,6 +27,7 @@ class ExplorerFixture : public testing::Test
 protected:
     ExplorerFixture();
     ~ExplorerFixture() override;
+    void TearDown() override { tester_.reset(); }
 
     // A bus of two disks, the first of which is in another plane, too.
     void plantDisks();
@@ -67,6 +69,8 @@ protected:
     TavRegistryOutlineView &tree() const;
     QModelIndex row(Labels labels) const; // in the tree
     std::string rows() const;             // of the tree
+    // Checks from now on that the view's model says of its rows what is true.
+    void testModelOf(const QAbstractItemView &view);
     QString preferencesFolder() const { return preferences_.path(); }
 
     FakeLiveService service_;
@@ -76,6 +80,7 @@ protected:
     std::shared_ptr<TavDataStore> store_; // the document's
     TavWindowController *controller_ = nullptr;
     int beeps_ = 0;
+    std::unique_ptr<QAbstractItemModelTester> tester_;
 
 private:
     void follow(TavDocument &document);

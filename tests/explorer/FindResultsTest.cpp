@@ -1,6 +1,4 @@
 #include "ExplorerFixture.h"
-#include "display/EntryColors.h"
-#include "platform/desktop/ReadableColor.h"
 #include "tests/support/RegistryValues.h"
 
 #include <QDockWidget>
@@ -40,8 +38,7 @@ protected:
 
 TEST_F(FindResultsTest, PreviewAPropertyAndLeadToTheirEntry)
 {
-    action("toggleFindOptionsDrawerAction").trigger();
-    EXPECT_FALSE(outlet<QDockWidget>("findOptionsDrawer")->isHidden());
+    outlet<QDockWidget>("findOptionsDrawer")->show();
     const auto header = [&] { return table_->model()->headerData(1, Qt::Horizontal).toString(); };
     EXPECT_EQ(header(), QStringLiteral("Property"));
     auto *const preview = outlet<QLineEdit>("findPreviewField");
@@ -66,24 +63,7 @@ TEST_F(FindResultsTest, PreviewAPropertyAndLeadToTheirEntry)
     find("supply");
     table_->selectRow(0); // which the plane that is shown does not have
     EXPECT_EQ(selected(), "DxPower:/supply");
-    action("toggleFindOptionsDrawerAction").trigger();
-    EXPECT_TRUE(outlet<QDockWidget>("findOptionsDrawer")->isHidden());
     EXPECT_EQ(beeps_, 1); // of the last search, for the plane that was shown
-}
-
-TEST_F(FindResultsTest, AreStyledByTheirStateAlone)
-{
-    const auto style = [&](const char *name, int role) {
-        find(name);
-        return table_->model()->index(0, 0).data(role);
-    };
-    EXPECT_TRUE(style("Root", Qt::FontRole).value<QFont>().italic());
-    EXPECT_FALSE(style("Host", Qt::FontRole).isValid()); // not bold, as a match in the tree is
-    EXPECT_FALSE(style("Host", Qt::ForegroundRole).isValid());
-    terminate("module");
-    EXPECT_TRUE(style("module", Qt::FontRole).value<QFont>().strikeOut());
-    EXPECT_EQ(style("module", Qt::ForegroundRole).value<QColor>(),
-              readableColor(EntryColors::colorForTerminatedItem(), QGuiApplication::palette()));
 }
 
 TEST_F(FindResultsTest, AreToldApartByLocationAndPath)

@@ -1,9 +1,7 @@
-#include "BookmarksSpy.h"
 #include "ExplorerFixture.h"
 #include "explorer/EntryPathCompleter.h"
 #include "explorer/SelectionHistory.h"
 
-#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
@@ -54,10 +52,6 @@ protected:
         const int beepsBefore = beeps_;
         controller_->goToRegistryPath(path);
         return selected() == before && beeps_ == beepsBefore + 1;
-    }
-    QDialog *sheet(const char *name) const
-    {
-        return window().findChild<QDialog *>(QString::fromLatin1(name));
     }
 };
 } // namespace
@@ -218,7 +212,8 @@ TEST_P(NavigationTest, PathSheetKeepsItsTextAndOffersNames)
     controller_->promptForPath();
     click("goToPathGoButton");
     EXPECT_EQ(selected(), "DxBlock:/disk@0/array");
-    EXPECT_FALSE(sheet("goToPathSheet")->isVisible());
+    auto *const sheet = outlet<QDialog>("goToPathSheet");
+    EXPECT_FALSE(sheet->isVisible());
 
     // The offers are no obstacle to what has been typed.
     controller_->promptForPath();
@@ -228,7 +223,7 @@ TEST_P(NavigationTest, PathSheetKeepsItsTextAndOffersNames)
     ASSERT_TRUE(offers.isVisible());
     QTest::keyClick(&offers, Qt::Key_Return);
     EXPECT_EQ(selected(), "DxBlock:/disk@1");
-    EXPECT_FALSE(sheet("goToPathSheet")->isVisible());
+    EXPECT_FALSE(sheet->isVisible());
     EXPECT_FALSE(offers.isVisible());
 
     const auto offered = [&](const char *text) {
@@ -240,34 +235,6 @@ TEST_P(NavigationTest, PathSheetKeepsItsTextAndOffersNames)
     EXPECT_EQ(offered("DxBlock:/disk@1/"), "DxBlock:/disk@1/array");
     EXPECT_EQ(offered("DxService:/twins/"), "DxService:/twins/twin");
     EXPECT_EQ(offered("DxBlock:/gone/x"), "");
-}
-
-TEST_P(NavigationTest, BookmarkSheetAsksForTheName)
-{
-    BookmarksSpy bookmarks;
-    controller_->selectEntryPath(std::nullopt);
-    controller_->promptForBookmark();
-    EXPECT_EQ(beeps_, 1);
-    EXPECT_FALSE(sheet("addBookmarkSheet"));
-
-    selectArray();
-    controller_->promptForBookmark();
-    const QLineEdit &name = *outlet<QLineEdit>("addBookmarkNameField");
-    EXPECT_EQ(name.text(), QStringLiteral("array (DxService)"));
-    outlet<QCheckBox>("addBookmarkDefaultCheckbox")->setChecked(true);
-    click("addBookmarkOKButton");
-    EXPECT_EQ(bookmarks.added, QStringLiteral("array (DxService) = DxService:/bus/array!"));
-
-    QAction bookmark;
-    bookmark.setData(
-        QVariantMap{{QStringLiteral("Bookmark Path"), QStringLiteral("DxBlock:/disk@1")}});
-    controller_->goToBookmark(bookmark);
-    controller_->promptForBookmark();
-    EXPECT_EQ(name.text(), QStringLiteral("disk@1 (DxBlock)"));
-    EXPECT_FALSE(outlet<QCheckBox>("addBookmarkDefaultCheckbox")->isChecked());
-    bookmarks.added.clear();
-    click("addBookmarkCancelButton");
-    EXPECT_EQ(bookmarks.added, QString());
 }
 
 TEST_P(NavigationTest, GoesBackAndForth)

@@ -30,7 +30,7 @@ TEST_F(PropertiesCommandsTest, AHeaderSortsAndItsThirdClickBringsTheNaturalOrder
     clickHeader(value); // the last byte that differs decides, the wrong way round
     EXPECT_EQ(keys(), "zeta eta gamma beta epsilon Alpha delta kappa iota");
 
-    // What is opened, selected or read anew keeps its place in the order.
+    // What is opened, selected or read again keeps its place in the order.
     choose({}, "Expand All");
     view_->setCurrentIndex(row({6, 0}));
     EXPECT_EQ(row({6, 0}, value).data().toString(), QStringLiteral("0x1"));
@@ -78,7 +78,7 @@ TEST_F(PropertiesCommandsTest, TheContextMenuCopiesExpandsAndShowsTheFormat)
     EXPECT_EQ(menu({})->actions().size(), 2); // not on a row
 }
 
-TEST_F(PropertiesCommandsTest, BearsLongDeepAndManyValues)
+TEST_F(PropertiesCommandsTest, ShowsLongDeepAndManyValues)
 {
     using namespace values;
     QByteArray bytes(64 * 1024, 'x');

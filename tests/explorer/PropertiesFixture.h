@@ -7,7 +7,6 @@
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "tests/support/RegistryValues.h"
 
-#include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
@@ -28,11 +27,9 @@ protected:
                   {"size", number(5)}});
         open();
         view_ = outlet<TavPropertiesOutlineView>("propertiesOutlineView");
-        tester_ = std::make_unique<QAbstractItemModelTester>(
-            view_->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+        testModelOf(*view_);
         select({"Root", "Host"});
     }
-    void TearDown() override { tester_.reset(); }
 
     void setTable(Table table)
     {
@@ -96,7 +93,6 @@ protected:
     QPlainTextEdit *editor() const { return view_->viewport()->findChild<QPlainTextEdit *>(); }
 
     TavPropertiesOutlineView *view_ = nullptr;
-    std::unique_ptr<QAbstractItemModelTester> tester_;
     static constexpr int value = TavPropertiesOutlineViewDataSource::ValueColumn;
     static constexpr int type = TavPropertiesOutlineViewDataSource::TypeColumn;
 };

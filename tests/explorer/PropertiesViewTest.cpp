@@ -7,18 +7,6 @@
 
 using PropertiesViewTest = PropertiesFixture;
 
-TEST_F(PropertiesViewTest, ShowsKeysTypesAndValues)
-{
-    EXPECT_EQ(rows(), dedented(R"(
-        list | Array | 2 values +
-        name | String | a word
-        size | Number | 0x5)"));
-    EXPECT_FALSE(row({2}, value).data(Qt::ToolTipRole).toString().isEmpty());
-    EXPECT_FALSE(row({2}, type).data(Qt::ToolTipRole).isValid());
-    EXPECT_TRUE(row({0}, value).data(Qt::ForegroundRole).isValid());
-    EXPECT_FALSE(row({1}, value).data(Qt::ForegroundRole).isValid());
-}
-
 TEST_F(PropertiesViewTest, NeverChangesAValue)
 {
     const auto mayEdit = [this](std::initializer_list<int> numbers, int column) {
@@ -79,7 +67,7 @@ TEST_F(PropertiesViewTest, RemembersWhatTheUserOpened)
         name | String | a word
         size | Number | 0x5)");
     EXPECT_EQ(rows(), opened);
-    update(); // the same entry read anew
+    update(); // the same entry read again
     EXPECT_EQ(rows(), opened);
     clickArrow({0});
     clickArrow({0}); // what was open below opens too
@@ -242,10 +230,10 @@ TEST_F(PropertiesViewTest, WhatIsEmptyHasNoArrow)
     using namespace values;
     setTable({{"array", array({})}, {"dictionary", dictionary({})}, {"full", array({number(1)})}});
     update();
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(view_->model()->hasChildren(row({i})), i == 2) << i;
-        EXPECT_TRUE(view_->dataSource()->isItemExpandable(*view_->dataSource()->item(row({i}))));
-    }
+    EXPECT_EQ(rows(), dedented(R"(
+        array | Array | 0 values
+        dictionary | Dictionary | 0 values
+        full | Array | 1 value +)"));
     setTable({{"array", array({number(1)})}, {"full", array({})}});
     clickArrow({2});
     update();

@@ -3,7 +3,6 @@
 #include "ExplorerFixture.h"
 #include "tests/support/SimulatedRunLoop.h"
 
-#include <QAbstractItemModelTester>
 #include <QScrollBar>
 #include <random>
 
@@ -27,16 +26,23 @@ protected:
     }
     void TearDown() override
     {
-        tester_.reset();
+        ExplorerFixture::TearDown();
         close();
     }
     void openLive()
     {
         open();
         view_ = &tree();
-        tester_ = std::make_unique<QAbstractItemModelTester>(
-            view_->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+        testModelOf(*view_);
         store_->setAutoupdate(true);
+    }
+    // With more rows than there is room for.
+    void openLargeTree()
+    {
+        openLive();
+        for (int i = 0; i < 300; ++i)
+            changeSomething();
+        settle();
     }
     void settle()
     {
@@ -123,7 +129,6 @@ protected:
     QHash<Node, Node> parents_;
     bool subtreesLeave_ = false;
     TavRegistryOutlineView *view_ = nullptr;
-    std::unique_ptr<QAbstractItemModelTester> tester_;
 };
 } // namespace
 
@@ -154,10 +159,7 @@ TEST_F(TreeStateTest, ChangedRowsAreThoseOfANewWindowAndOfANewCapture)
 
 TEST_F(TreeStateTest, WhatTheUserSeesStaysWhereItIs)
 {
-    openLive();
-    for (int i = 0; i < 300; ++i)
-        changeSomething();
-    settle();
+    openLargeTree();
     select({"Root", "Host", "bus"});
     QTest::keyClick(view_, Qt::Key_Left);
     select({"Root", "Host", "store", "disk"});
@@ -205,10 +207,7 @@ TEST_F(TreeStateTest, WhatHasTerminatedIsHiddenAndNoOtherRowTakesItsPlace)
 
 TEST_F(TreeStateTest, WhatIsInSightStaysWhereItIsWhenTheSelectedRowGoes)
 {
-    openLive();
-    for (int i = 0; i < 300; ++i)
-        changeSomething();
-    settle();
+    openLargeTree();
     controller_->toggleShowTerminatedObjects();
     select({"Root", "Host", "store", "disk"});
     view_->scrollTo(view_->currentIndex(), QAbstractItemView::PositionAtBottom);
