@@ -186,6 +186,7 @@ void TavBookmarksController::addBookmarkNamed(const QString &name, const QString
                                               bool setAsDefault)
 {
     refreshBookmarks();
+    const BookmarkRef selected = selectedBookmark();
     const auto bookmark = std::make_shared<Bookmark>(Bookmark::make(name, path));
     bookmarks_->insert(bookmarks_->begin() + std::max(selectedRow(), 0), bookmark);
     sortBookmarks();
@@ -193,6 +194,8 @@ void TavBookmarksController::addBookmarkNamed(const QString &name, const QString
     if (setAsDefault)
         setDefaultBookmark(bookmark, true);
     reloadTable();
+    if (selected)
+        selectRow(rowOf(selected));
     rebuildBookmarksMenus();
 }
 
