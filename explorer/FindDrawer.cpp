@@ -29,9 +29,15 @@ bool FindDrawer::eventFilter(QObject *watched, QEvent *event)
     if (watched == &window_ && event->type() == QEvent::Resize)
         arrange();
     else if (watched == &drawer_ &&
-             (event->type() == QEvent::Show || event->type() == QEvent::Hide))
+             (event->type() == QEvent::Show || event->type() == QEvent::Hide) && isInWindow())
         makeRoom();
     return false;
+}
+
+// Not when it is hidden for the last time: the window is no main window any more while it goes.
+bool FindDrawer::isInWindow() const
+{
+    return qobject_cast<QMainWindow *>(drawer_.parentWidget()) != nullptr;
 }
 
 void FindDrawer::arrange()

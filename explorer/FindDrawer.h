@@ -18,6 +18,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    bool isInWindow() const;
     void arrange();
     void makeRoom();
 
