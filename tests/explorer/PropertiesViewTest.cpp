@@ -132,7 +132,7 @@ TEST_F(PropertiesViewTest, KeepsItsPlaceHoweverTheEntryIsReread)
     setTable({{"many", many(200)}, {"name", text("a word")}});
     update();
     clickArrow({0});
-    selectRow({0, 150}, value); // told from the others by its position alone
+    selectRow({0, 150}, value); // known by its position alone
     view_->setFocus();
     const auto *const scroll = view_->verticalScrollBar();
     view_->verticalScrollBar()->setValue(scroll->value() + 77);

@@ -250,7 +250,7 @@ TEST_F(PreferencesStoreTest, NoticesWhatOthersWrite)
     const int former = changes;
     store.setValue(key, 4);
     turnEventLoopFor(100);
-    EXPECT_EQ(changes, former + 1); // not told of its own write
+    EXPECT_EQ(changes, former + 1); // its own write is not reported
     EXPECT_EQ(merges, former);
 }
 
