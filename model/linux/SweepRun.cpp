@@ -242,9 +242,9 @@ void SweepRun::watch(Watched &watched)
     if (!progress.isGivenUp && waited >= patience())
         giveUp(progress);
     const auto grace = plan_.patience / 4;
+    // Each time, because a signal that comes between two system calls has no effect.
     if (progress.isGivenUp && plan_.interrupts)
         pthread_kill(watched.thread.native_handle(), interruptSignal());
-    // Again each time, for a signal can come between two calls.
     if (progress.isGivenUp && (!plan_.interrupts || waited >= patience() + grace)) {
         leaveBehind(progress);
         queue_.push_front(progress.request);
@@ -253,7 +253,7 @@ void SweepRun::watch(Watched &watched)
     waiting_ += progress.isLong && !progress.isAbandoned;
 }
 
-// Shorter the more steps hang, so that many of them do not take for ever.
+// Shorter the more steps hang, so that many of them do not add up.
 std::chrono::microseconds SweepRun::patience() const
 {
     constexpr int mostHalvings = 5;
