@@ -4,17 +4,11 @@
 #include "platform/DocumentFile.h"
 #include "store/DataStoreEncoder.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <cstdio>
 #include <unistd.h>
 
 namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CaptureCommand", text);
-}
-
 CaptureCommand::ExitCode fail(CaptureCommand::ExitCode code, const QString &message)
 {
     std::fprintf(stderr, "vandrel: %s\n", qUtf8Printable(message));
@@ -25,7 +19,7 @@ CaptureCommand::ExitCode fail(CaptureCommand::ExitCode code, const QString &mess
 QString writeToStandardOutput(const TavDataStore &store)
 {
     if (isatty(STDOUT_FILENO))
-        return tr("Standard output is a terminal; a snapshot is no text.");
+        return CaptureCommand::tr("Standard output is a terminal; a snapshot is no text.");
     QFile output;
     if (!output.open(stdout, QIODevice::WriteOnly))
         return output.errorString();
@@ -56,7 +50,7 @@ CaptureCommand::ExitCode CaptureCommand::run(const CommandLine &line)
         return fail(NoRegistry, error);
     const auto store = TavDataStore::initFromDxRegistry(*service);
     if (!store || !store->registryRoot())
-        return fail(NoRegistry, tr("The registry cannot be read."));
+        return fail(NoRegistry, CaptureCommand::tr("The registry cannot be read."));
     const QString problem = line.captureFile == QLatin1String("-")
                                 ? writeToStandardOutput(*store)
                                 : writeToFile(*store, line.captureFile);
@@ -65,6 +59,7 @@ CaptureCommand::ExitCode CaptureCommand::run(const CommandLine &line)
     const QStringList silent = store->incompleteObjects();
     return silent.isEmpty()
                ? Done
-               : fail(Incomplete, tr("The snapshot is not whole. These devices did not answer: %1")
+               : fail(Incomplete, CaptureCommand::tr(
+                                      "The snapshot is not whole. These devices did not answer: %1")
                                       .arg(silent.join(QLatin1String(", "))));
 }

@@ -2,9 +2,13 @@
 
 #include "app/CommandLine.h"
 
+#include <QCoreApplication>
+
 // Writes a snapshot of the registry to a file, or to standard output for "-". Needs no display.
 class CaptureCommand
 {
+    Q_DECLARE_TR_FUNCTIONS(CaptureCommand)
+
 public:
     enum ExitCode { Done, NoRegistry, NotWritten, Incomplete };
 

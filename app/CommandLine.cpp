@@ -4,16 +4,12 @@
 #include <QCoreApplication>
 
 namespace {
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("CommandLine", text);
-}
-
 CommandLine failure(const QString &text)
 {
     CommandLine line;
     line.action = CommandLine::Action::Fail;
-    line.text = tr("%1\nvandrel --help tells the options.").arg(text);
+    line.text = QCoreApplication::translate("CommandLine", "%1\nvandrel --help tells the options.")
+                    .arg(text);
     return line;
 }
 
@@ -38,6 +34,8 @@ QString helpText(const QCommandLineParser &parser, const QString &program)
 }
 class Parser
 {
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+
 public:
     Parser()
     {

@@ -19,7 +19,7 @@ constexpr double smallSize = 0.9; // of the general font
 const QString bookmarksKey = QStringLiteral("Bookmarks");
 const QString defaultIndexKey = QStringLiteral("DefaultBookmarkIndex");
 
-TavBookmarksController *instance = nullptr;
+TavBookmarksController *bookmarksInstance = nullptr;
 
 bool isBefore(const BookmarkRef &a, const BookmarkRef &b)
 {
@@ -53,8 +53,8 @@ QJsonObject TavBookmarksController::defaultsToRegister()
 TavBookmarksController::TavBookmarksController(Surroundings surroundings)
     : surroundings_(std::move(surroundings))
 {
-    Q_ASSERT(!instance);
-    instance = this;
+    Q_ASSERT(!bookmarksInstance);
+    bookmarksInstance = this;
     ExplorerBookmarks::setShared(this);
     observation_ = NotificationCenter::defaultCenter().observe(
         PreferencesStore::didMergeNotification(), &PreferencesStore::standard(),
@@ -67,13 +67,13 @@ TavBookmarksController::TavBookmarksController(Surroundings surroundings)
 TavBookmarksController::~TavBookmarksController()
 {
     ExplorerBookmarks::setShared(nullptr);
-    instance = nullptr;
+    bookmarksInstance = nullptr;
 }
 
 TavBookmarksController &TavBookmarksController::sharedInstance()
 {
-    Q_ASSERT(instance);
-    return *instance;
+    Q_ASSERT(bookmarksInstance);
+    return *bookmarksInstance;
 }
 
 const std::vector<BookmarkRef> &TavBookmarksController::bookmarks()

@@ -26,14 +26,14 @@ constexpr int browserTag = 1;
 
 const QString servicePlane = QStringLiteral("DxService");
 
-TavDefaultsController *instance = nullptr;
+TavDefaultsController *defaultsInstance = nullptr;
 } // namespace
 
 TavDefaultsController::TavDefaultsController(RegistryService &service)
     : service_(service)
 {
-    Q_ASSERT(!instance);
-    instance = this;
+    Q_ASSERT(!defaultsInstance);
+    defaultsInstance = this;
     _registerDefaults();
     observation_ = NotificationCenter::defaultCenter().observe(
         PreferencesStore::didMergeNotification(), &PreferencesStore::standard(),
@@ -45,13 +45,13 @@ TavDefaultsController::TavDefaultsController(RegistryService &service)
 
 TavDefaultsController::~TavDefaultsController()
 {
-    instance = nullptr;
+    defaultsInstance = nullptr;
 }
 
 TavDefaultsController &TavDefaultsController::sharedInstance()
 {
-    Q_ASSERT(instance);
-    return *instance;
+    Q_ASSERT(defaultsInstance);
+    return *defaultsInstance;
 }
 
 void TavDefaultsController::_registerDefaults()

@@ -11,12 +11,12 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
-constexpr int failure = 1;
 constexpr int wrongCommandLine = 64; // as is the custom; other codes tell how a capture failed
 
-int fail(const QString &message, int code = failure)
+int fail(const QString &message, int code = EXIT_FAILURE)
 {
     std::fprintf(stderr, "vandrel: %s\n", qUtf8Printable(message));
     return code;

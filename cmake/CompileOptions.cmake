@@ -28,6 +28,11 @@ if(VANDREL_SANITIZE)
     target_link_options(vandrel_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(CMAKE_UNITY_BUILD)
+    # True of sources of their own only; the other builds look for both.
+    target_compile_options(vandrel_options INTERFACE -Wno-shadow -Wno-subobject-linkage)
+endif()
+
 if(VANDREL_FUZZ)
     target_compile_options(vandrel_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()

@@ -6,8 +6,6 @@
 #include "store/RegistryEntryDecoder.h"
 #include "store/SnapshotLimits.h"
 
-using Key = DataStoreKey;
-
 std::unique_ptr<TavDataStore> DataStoreDecoder::decode(const QByteArray &bytes)
 {
     KeyedUnarchiver unarchiver(bytes);
@@ -37,28 +35,29 @@ bool DataStoreDecoder::decodeStore()
     }
     if (!checkVersion())
         return false;
-    store_->hostName_ = object_.decodeString(Key::hostName);
-    if (!succeeded(Key::hostName))
+    store_->hostName_ = object_.decodeString(DataStoreKey::hostName);
+    if (!succeeded(DataStoreKey::hostName))
         return false;
-    store_->archName_ = object_.decodeString(Key::archName);
-    if (!succeeded(Key::archName))
+    store_->archName_ = object_.decodeString(DataStoreKey::archName);
+    if (!succeeded(DataStoreKey::archName))
         return false;
     // Deliberate: anything but a number counts as none.
-    if (object_.containsNumber(Key::byteOrder))
-        store_->byteOrder_ = static_cast<qint32>(object_.decodeNumber(Key::byteOrder)->bits);
+    if (object_.containsNumber(DataStoreKey::byteOrder))
+        store_->byteOrder_ =
+            static_cast<qint32>(object_.decodeNumber(DataStoreKey::byteOrder)->bits);
     if (!decodeEntries()) {
-        logUnableToDecode(Key::registryEntries.data(), unarchiver_);
+        logUnableToDecode(DataStoreKey::registryEntries.data(), unarchiver_);
         return false;
     }
     if (!decodePlanes()) {
-        logUnableToDecode(Key::registryPlanes.data(), unarchiver_);
+        logUnableToDecode(DataStoreKey::registryPlanes.data(), unarchiver_);
         return false;
     }
-    store_->lastUpdateDate_ = object_.decodeDate(Key::lastUpdateDate);
-    if (!succeeded(Key::lastUpdateDate))
+    store_->lastUpdateDate_ = object_.decodeDate(DataStoreKey::lastUpdateDate);
+    if (!succeeded(DataStoreKey::lastUpdateDate))
         return false;
-    store_->isUpToDate_ = object_.decodeBoolean(Key::isUpToDate);
-    return succeeded(Key::isUpToDate);
+    store_->isUpToDate_ = object_.decodeBoolean(DataStoreKey::isUpToDate);
+    return succeeded(DataStoreKey::isUpToDate);
 }
 
 bool DataStoreDecoder::succeeded(QLatin1String key) const
@@ -71,8 +70,8 @@ bool DataStoreDecoder::succeeded(QLatin1String key) const
 // False when what stands for the version is no version at all.
 bool DataStoreDecoder::checkVersion() const
 {
-    const auto version = object_.decodeInteger<quint64>(Key::version);
-    if (!succeeded(Key::version))
+    const auto version = object_.decodeInteger<quint64>(DataStoreKey::version);
+    if (!succeeded(DataStoreKey::version))
         return false;
     if (version == 0)
         throw TavOldUnsupportedFileVersionException();
@@ -83,7 +82,8 @@ bool DataStoreDecoder::checkVersion() const
 
 bool DataStoreDecoder::decodeEntries()
 {
-    const auto references = object_.decodeReferences(Key::registryEntries, ArchiveClassName::entry);
+    const auto references =
+        object_.decodeReferences(DataStoreKey::registryEntries, ArchiveClassName::entry);
     if (!references || !makeEntries(*references))
         return false;
     RegistryEntryDecoder decoder(unarchiver_, entries_);
@@ -94,7 +94,7 @@ bool DataStoreDecoder::decodeEntries()
 
 bool DataStoreDecoder::decodePlanes()
 {
-    const auto planes = object_.decodeStrings(Key::registryPlanes);
+    const auto planes = object_.decodeStrings(DataStoreKey::registryPlanes);
     if (!planes)
         return false;
     if (!SnapshotLimits::allowPlanes(*planes)) {

@@ -91,47 +91,46 @@ void DataStoreEncoder::makeMissingTrees()
 
 void DataStoreEncoder::encodeStore(const TavDataStore &store)
 {
-    using Key = DataStoreKey;
     std::vector<ArchiveReference> entries;
     for (const EntryRef &entry : store.registryEntries())
         entries.push_back(archiver_.reference(*entry, entryClass_));
-    archiver_.encodeInteger(Key::version, dataStoreVersion);
-    archiver_.encodeString(Key::hostName, store.hostName());
-    archiver_.encodeString(Key::archName, store.archName());
-    archiver_.encodeValue(Key::byteOrder,
+    archiver_.encodeInteger(DataStoreKey::version, dataStoreVersion);
+    archiver_.encodeString(DataStoreKey::hostName, store.hostName());
+    archiver_.encodeString(DataStoreKey::archName, store.archName());
+    archiver_.encodeValue(DataStoreKey::byteOrder,
                           ArchiveNumber{static_cast<quint32>(store.byteOrder()), 4, true});
-    archiver_.encodeReferences(Key::registryEntries, entries);
-    encodeStrings(Key::registryPlanes, store.registryPlanes());
-    archiver_.encodeDate(Key::lastUpdateDate, store.lastUpdateDate());
-    archiver_.encodeBoolean(Key::isUpToDate, store.isUpToDate());
+    archiver_.encodeReferences(DataStoreKey::registryEntries, entries);
+    encodeStrings(DataStoreKey::registryPlanes, store.registryPlanes());
+    archiver_.encodeDate(DataStoreKey::lastUpdateDate, store.lastUpdateDate());
+    archiver_.encodeBoolean(DataStoreKey::isUpToDate, store.isUpToDate());
 }
 
 void DataStoreEncoder::encodeEntry(const TavRegistryEntry &entry)
 {
-    using Key = EntryKey;
-    archiver_.encodeInteger(Key::version, TavRegistryEntry::classVersion);
-    archiver_.encodeReference(Key::dataStore, archiver_.reference(store_, storeClass_));
-    archiver_.encodeDate(Key::dateDiscovered, entry.dateDiscovered());
-    archiver_.encodeDate(Key::dateLastUpdated, entry.dateLastUpdated());
-    archiver_.encodeDate(Key::dateTerminated, entry.dateTerminated_);
-    archiver_.encodeString(Key::bundleID, entry.bundleID());
-    encodeStrings(Key::inheritance, entry.inheritance());
-    archiver_.encodeString(Key::name, entry.name_);
-    encodeNames(Key::namesInPlanes, entry.namesInPlanes_);
-    archiver_.encodeString(Key::location, entry.location_);
-    encodeNames(Key::locationsInPlanes, entry.locationsInPlanes_);
+    archiver_.encodeInteger(EntryKey::version, TavRegistryEntry::classVersion);
+    archiver_.encodeReference(EntryKey::dataStore, archiver_.reference(store_, storeClass_));
+    archiver_.encodeDate(EntryKey::dateDiscovered, entry.dateDiscovered());
+    archiver_.encodeDate(EntryKey::dateLastUpdated, entry.dateLastUpdated());
+    archiver_.encodeDate(EntryKey::dateTerminated, entry.dateTerminated_);
+    archiver_.encodeString(EntryKey::bundleID, entry.bundleID());
+    encodeStrings(EntryKey::inheritance, entry.inheritance());
+    archiver_.encodeString(EntryKey::name, entry.name_);
+    encodeNames(EntryKey::namesInPlanes, entry.namesInPlanes_);
+    archiver_.encodeString(EntryKey::location, entry.location_);
+    encodeNames(EntryKey::locationsInPlanes, entry.locationsInPlanes_);
     encodeRelatives(entry, children_);
     encodeRelatives(entry, parents_);
-    archiver_.encodeInteger(Key::entryTag, entry.entryTag());
-    archiver_.encodeInteger(Key::busyCount, entry.busyCount());
-    archiver_.encodeInteger(Key::kernelRetainCount, entry.kernelRetainCount());
-    archiver_.encodeBoolean(Key::isRegistryRoot, entry.isRegistryRoot());
-    archiver_.encodeBoolean(Key::conformsToDxService, entry.conformsToDxService());
-    archiver_.encodeBoolean(Key::isRegistered, entry.isRegistered());
-    archiver_.encodeBoolean(Key::isMatched, entry.isMatched());
-    archiver_.encodeBoolean(Key::isActive, entry.isActive());
-    archiver_.encodeInteger(Key::registryState, static_cast<quint32>(entry.registryState()));
-    archiver_.encodeReference(Key::properties, archiver_.reference(*treeOf(entry), propertyClass_));
+    archiver_.encodeInteger(EntryKey::entryTag, entry.entryTag());
+    archiver_.encodeInteger(EntryKey::busyCount, entry.busyCount());
+    archiver_.encodeInteger(EntryKey::kernelRetainCount, entry.kernelRetainCount());
+    archiver_.encodeBoolean(EntryKey::isRegistryRoot, entry.isRegistryRoot());
+    archiver_.encodeBoolean(EntryKey::conformsToDxService, entry.conformsToDxService());
+    archiver_.encodeBoolean(EntryKey::isRegistered, entry.isRegistered());
+    archiver_.encodeBoolean(EntryKey::isMatched, entry.isMatched());
+    archiver_.encodeBoolean(EntryKey::isActive, entry.isActive());
+    archiver_.encodeInteger(EntryKey::registryState, static_cast<quint32>(entry.registryState()));
+    archiver_.encodeReference(EntryKey::properties,
+                              archiver_.reference(*treeOf(entry), propertyClass_));
 }
 
 const TavRegistryProperty *DataStoreEncoder::treeOf(const TavRegistryEntry &entry) const
@@ -141,23 +140,22 @@ const TavRegistryProperty *DataStoreEncoder::treeOf(const TavRegistryEntry &entr
 
 void DataStoreEncoder::encodeProperty(const TavRegistryProperty &node)
 {
-    using Key = PropertyKey;
-    archiver_.encodeInteger(Key::version, TavRegistryProperty::classVersion);
-    archiver_.encodeBoolean(Key::isCollection, node.isCollection());
-    archiver_.encodeBoolean(Key::hasName, node.hasName());
-    archiver_.encodeDate(Key::dateRead, node.dateRead());
-    archiver_.encodeReference(Key::registryEntry,
+    archiver_.encodeInteger(PropertyKey::version, TavRegistryProperty::classVersion);
+    archiver_.encodeBoolean(PropertyKey::isCollection, node.isCollection());
+    archiver_.encodeBoolean(PropertyKey::hasName, node.hasName());
+    archiver_.encodeDate(PropertyKey::dateRead, node.dateRead());
+    archiver_.encodeReference(PropertyKey::registryEntry,
                               archiver_.reference(*node.registryEntry(), entryClass_));
-    archiver_.encodeInteger(Key::registryState, static_cast<quint32>(node.registryState()));
+    archiver_.encodeInteger(PropertyKey::registryState, static_cast<quint32>(node.registryState()));
     encodeParent(node);
     if (node.hasName())
-        archiver_.encodeString(Key::name, node.name());
+        archiver_.encodeString(PropertyKey::name, node.name());
     else
-        archiver_.encodeInteger(Key::index, node.index());
+        archiver_.encodeInteger(PropertyKey::index, node.index());
     if (node.isCollection())
         encodeChildren(node);
     else
-        archiver_.encodeValue(Key::value, archiveValue(node.value()));
+        archiver_.encodeValue(PropertyKey::value, archiveValue(node.value()));
 }
 
 void DataStoreEncoder::encodeParent(const TavRegistryProperty &node)

@@ -4,8 +4,6 @@
 #include "store/DecodingLog.h"
 #include "store/RegistryValueCoding.h"
 
-using Key = PropertyKey;
-
 PropertyTreeDecoder::PropertyTreeDecoder(KeyedUnarchiver &unarchiver)
     : unarchiver_(unarchiver)
     , isClaimed_(unarchiver.objectCount())
@@ -35,19 +33,19 @@ bool PropertyTreeDecoder::decodeNode(Pending pending)
 {
     const ArchivedObject object = unarchiver_.object(pending.reference);
     TavRegistryProperty &node = *pending.node;
-    if (object.decodeInteger<qint32>(Key::version, 1) > TavRegistryProperty::classVersion)
+    if (object.decodeInteger<qint32>(PropertyKey::version, 1) > TavRegistryProperty::classVersion)
         return false;
-    const bool isCollection = object.decodeBoolean(Key::isCollection);
+    const bool isCollection = object.decodeBoolean(PropertyKey::isCollection);
     if (unarchiver_.error())
-        return fail(Key::isCollection.data(), nullptr);
-    const bool hasName = object.decodeBoolean(Key::hasName);
+        return fail(PropertyKey::isCollection.data(), nullptr);
+    const bool hasName = object.decodeBoolean(PropertyKey::hasName);
     if (unarchiver_.error())
-        return fail(Key::hasName.data(), nullptr);
-    if (object.decodeReference(Key::registryEntry, ArchiveClassName::entry) != entry_)
+        return fail(PropertyKey::hasName.data(), nullptr);
+    if (object.decodeReference(PropertyKey::registryEntry, ArchiveClassName::entry) != entry_)
         return fail("registryEntry", "a property belongs to no or another entry");
-    const auto state = object.decodeInteger<quint32>(Key::registryState);
+    const auto state = object.decodeInteger<quint32>(PropertyKey::registryState);
     if (unarchiver_.error() || state > RegistryStateTerminated)
-        return fail(Key::registryState.data(), "unknown state of a property");
+        return fail(PropertyKey::registryState.data(), "unknown state of a property");
     node.setRegistryState(static_cast<RegistryState>(state));
     return decodeParent(object, pending) && decodeIdent(object, node, hasName) &&
            (isCollection ? decodeChildren(object, node) : decodeValue(object, node));
@@ -56,7 +54,7 @@ bool PropertyTreeDecoder::decodeNode(Pending pending)
 // The parent must be the node that lists this one, or paths could lead astray or in circles.
 bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Pending &pending)
 {
-    const auto parent = object.decodeReference(Key::parent, ArchiveClassName::property);
+    const auto parent = object.decodeReference(PropertyKey::parent, ArchiveClassName::property);
     if (parent && parent != pending.parent)
         return fail("parent", "a property's parent does not list it");
     return parent || !unarchiver_.error() || fail("parent", nullptr);
@@ -66,22 +64,22 @@ bool PropertyTreeDecoder::decodeIdent(const ArchivedObject &object, TavRegistryP
                                       bool hasName)
 {
     if (!hasName) {
-        object.decodeInteger<qint32>(Key::index); // Deliberate: nodes have no place for it
-        return !unarchiver_.error() || fail(Key::index.data(), nullptr);
+        object.decodeInteger<qint32>(PropertyKey::index); // Deliberate: nodes have no place for it
+        return !unarchiver_.error() || fail(PropertyKey::index.data(), nullptr);
     }
-    node.setName(CompactString(object.decodeString(Key::name)));
+    node.setName(CompactString(object.decodeString(PropertyKey::name)));
     return !unarchiver_.error() || fail("ident.name", nullptr);
 }
 
 bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, TavRegistryProperty &node)
 {
     using Type = RegistryValue::Type;
-    const auto type = object.decodeInteger<qint32>(Key::collectionType);
+    const auto type = object.decodeInteger<qint32>(PropertyKey::collectionType);
     node.valueType_ = type == 3   ? Type::Set
                       : type == 2 ? Type::Dictionary
                       : type == 1 ? Type::Array
                                   : Type::Null;
-    const auto children = object.decodeReferences(Key::children, ArchiveClassName::child);
+    const auto children = object.decodeReferences(PropertyKey::children, ArchiveClassName::child);
     if (!children)
         return fail("contents.children", nullptr);
     for (const ArchiveReference child : *children) {
@@ -105,7 +103,7 @@ bool PropertyTreeDecoder::decodeValue(const ArchivedObject &object, TavRegistryP
     constexpr auto kinds = ArchiveKind::Null | ArchiveKind::Boolean | ArchiveKind::Number |
                            ArchiveKind::String | ArchiveKind::Data | ArchiveKind::Date |
                            ArchiveKind::List;
-    node.value_ = registryValue(object.decodeValue(Key::value, kinds));
+    node.value_ = registryValue(object.decodeValue(PropertyKey::value, kinds));
     node.valueType_ = node.value_.type();
     return !node.value_.isNone() || fail("contents.value", nullptr);
 }

@@ -5,8 +5,6 @@
 #include "store/PropertyListReader.h"
 #include "store/SnapshotLimits.h"
 
-using Key = EntryKey;
-
 namespace {
 // Null when the value is no dictionary. Plane tables are sorted, and filling them in another order
 // takes time with the square of the planes.
@@ -33,9 +31,9 @@ bool RegistryEntryDecoder::decode(ArchiveReference reference)
     const ArchivedObject object = unarchiver_.object(reference);
     TavRegistryEntry &entry = *entries_[reference.index];
     ++entryCount_;
-    const qint32 unmarked = object.contains(Key::dataStore) ? 2 : 1;
-    const auto version = object.decodeInteger<qint32>(Key::version, unmarked);
-    if (version > TavRegistryEntry::classVersion || !succeeded(Key::version.data()))
+    const qint32 unmarked = object.contains(EntryKey::dataStore) ? 2 : 1;
+    const auto version = object.decodeInteger<qint32>(EntryKey::version, unmarked);
+    if (version > TavRegistryEntry::classVersion || !succeeded(EntryKey::version.data()))
         return false;
     if (!decodeDates(object, entry) || !decodeNames(object, entry) ||
         !decodeRelations(object, entry) || !decodeCountsAndFlags(object, entry))
@@ -68,36 +66,37 @@ void RegistryEntryDecoder::check(const PlaneLinks &links)
 
 bool RegistryEntryDecoder::decodeDates(const ArchivedObject &object, TavRegistryEntry &entry)
 {
-    entry.dateDiscovered_ = object.decodeDate(Key::dateDiscovered);
+    entry.dateDiscovered_ = object.decodeDate(EntryKey::dateDiscovered);
     if (!succeeded("dateDiscovered"))
         return false;
-    entry.dateLastUpdated_ = object.decodeDate(Key::dateLastUpdated);
+    entry.dateLastUpdated_ = object.decodeDate(EntryKey::dateLastUpdated);
     if (!succeeded("dateLastUpdated"))
         return false;
-    entry.dateTerminated_ = object.decodeDate(Key::dateTerminated);
+    entry.dateTerminated_ = object.decodeDate(EntryKey::dateTerminated);
     return succeeded("dateTerminated");
 }
 
 bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, TavRegistryEntry &entry)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::String;
-    entry.bundleID_ = object.decodeString(Key::bundleID);
+    entry.bundleID_ = object.decodeString(EntryKey::bundleID);
     if (!isDecoded(entry.bundleID_, "bundleID"))
         return false;
-    entry.inheritance_ = object.decodeStrings(Key::inheritance).value_or(QStringList());
+    entry.inheritance_ = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
     if (!succeeded("inheritance"))
         return false;
     if (!SnapshotLimits::allowClasses(entry.inheritance_))
         return fail("inheritance", "too many classes, or names that are too long");
-    entry.name_ = object.decodeString(Key::name);
+    entry.name_ = object.decodeString(EntryKey::name);
     if (!isDecoded(entry.name_, "name"))
         return false;
-    if (!setNames(entry.namesInPlanes_, object.decodeValue(Key::namesInPlanes, table)))
+    if (!setNames(entry.namesInPlanes_, object.decodeValue(EntryKey::namesInPlanes, table)))
         return fail("namesInPlanes", "not a table of names");
-    entry.location_ = object.decodeString(Key::location);
+    entry.location_ = object.decodeString(EntryKey::location);
     if (!isDecoded(entry.location_, "location"))
         return false;
-    return setNames(entry.locationsInPlanes_, object.decodeValue(Key::locationsInPlanes, table)) ||
+    return setNames(entry.locationsInPlanes_,
+                    object.decodeValue(EntryKey::locationsInPlanes, table)) ||
            fail("location", "not a table of locations");
 }
 
@@ -111,28 +110,29 @@ bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, TavRegi
                             object.decodeValue(key, table, ArchiveClassName::entry)) ||
                fail("location", "not a table of entries of the store");
     };
-    return decode(entry.childrenInPlanes_, childLinks_, Key::childrenInPlanes) &&
-           decode(entry.parentsInPlanes_, parentLinks_, Key::parentsInPlanes);
+    return decode(entry.childrenInPlanes_, childLinks_, EntryKey::childrenInPlanes) &&
+           decode(entry.parentsInPlanes_, parentLinks_, EntryKey::parentsInPlanes);
 }
 
 bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
                                                 TavRegistryEntry &entry)
 {
-    entry.entryTag_ = object.decodeInteger<quint64>(Key::entryTag);
-    if (!succeeded(Key::entryTag.data()))
+    entry.entryTag_ = object.decodeInteger<quint64>(EntryKey::entryTag);
+    if (!succeeded(EntryKey::entryTag.data()))
         return false;
-    entry.busyCount_ = object.decodeInteger<quint32>(Key::busyCount);
-    if (!succeeded(Key::busyCount.data()))
+    entry.busyCount_ = object.decodeInteger<quint32>(EntryKey::busyCount);
+    if (!succeeded(EntryKey::busyCount.data()))
         return false;
-    entry.kernelRetainCount_ = object.decodeInteger<quint32>(Key::kernelRetainCount);
-    if (!succeeded(Key::kernelRetainCount.data()))
+    entry.kernelRetainCount_ = object.decodeInteger<quint32>(EntryKey::kernelRetainCount);
+    if (!succeeded(EntryKey::kernelRetainCount.data()))
         return false;
     using Entry = TavRegistryEntry;
     for (const auto &[flag, key] :
-         {std::pair(Entry::RegistryRoot, Key::isRegistryRoot),
-          std::pair(Entry::ConformsToDxService, Key::conformsToDxService),
-          std::pair(Entry::Registered, Key::isRegistered),
-          std::pair(Entry::Matched, Key::isMatched), std::pair(Entry::Active, Key::isActive)}) {
+         {std::pair(Entry::RegistryRoot, EntryKey::isRegistryRoot),
+          std::pair(Entry::ConformsToDxService, EntryKey::conformsToDxService),
+          std::pair(Entry::Registered, EntryKey::isRegistered),
+          std::pair(Entry::Matched, EntryKey::isMatched),
+          std::pair(Entry::Active, EntryKey::isActive)}) {
         entry.setFlag(flag, object.decodeBoolean(key));
         if (!succeeded(key.data()))
             return false;
@@ -143,16 +143,16 @@ bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
 bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object,
                                                     TavRegistryEntry &entry)
 {
-    const auto store = object.decodeReference(Key::dataStore, ArchiveClassName::dataStore);
+    const auto store = object.decodeReference(EntryKey::dataStore, ArchiveClassName::dataStore);
     if (store != KeyedUnarchiver::root)
         return fail("dataStore", "the entry belongs to no or another store");
-    const auto state = object.decodeInteger<quint32>(Key::registryState);
-    if (!succeeded(Key::registryState.data()))
+    const auto state = object.decodeInteger<quint32>(EntryKey::registryState);
+    if (!succeeded(EntryKey::registryState.data()))
         return false;
     if (state > RegistryStateTerminated)
-        return fail(Key::registryState.data(), "unknown state of an entry");
+        return fail(EntryKey::registryState.data(), "unknown state of an entry");
     entry.registryState_ = static_cast<RegistryState>(state);
-    const auto root = object.decodeReference(Key::properties, ArchiveClassName::property);
+    const auto root = object.decodeReference(EntryKey::properties, ArchiveClassName::property);
     if (root)
         entry.setProperties(properties_.decode(*root, object.reference(), entry));
     return entry.properties_ || fail("properties", nullptr);
@@ -162,16 +162,17 @@ bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object
 bool RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &object,
                                                        TavRegistryEntry &entry)
 {
-    if (object.decodeBoolean(Key::isNew))
+    if (object.decodeBoolean(EntryKey::isNew))
         entry.registryState_ = RegistryStateNew;
-    if (!succeeded(Key::isNew.data()))
+    if (!succeeded(EntryKey::isNew.data()))
         return false;
-    if (object.decodeBoolean(Key::terminationAcknowledged))
+    if (object.decodeBoolean(EntryKey::terminationAcknowledged))
         entry.registryState_ = RegistryStateTerminated;
-    if (!succeeded(Key::terminationAcknowledged.data()))
+    if (!succeeded(EntryKey::terminationAcknowledged.data()))
         return false;
-    if (object.containsData(Key::properties)) {
-        const RegistryValue table = PropertyListReader::read(object.decodeData(Key::properties));
+    if (object.containsData(EntryKey::properties)) {
+        const RegistryValue table =
+            PropertyListReader::read(object.decodeData(EntryKey::properties));
         entry.setProperties(TavRegistryProperty::create(TavRegistryEntry::currentPropertyClass(),
                                                         entry.shared_from_this(), {}, nullptr, {},
                                                         0, table));

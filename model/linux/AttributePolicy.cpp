@@ -1,5 +1,7 @@
 #include "model/linux/AttributePolicy.h"
 
+#include "model/linux/AttributeText.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,11 +12,6 @@
 namespace {
 using Patterns = std::vector<QByteArray>;
 
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 // "*" stands for any text, "#" for digits.
 bool matches(QByteArrayView pattern, QByteArrayView text)
 {
@@ -23,7 +20,7 @@ bool matches(QByteArrayView pattern, QByteArrayView text)
     if (pattern.front() == '*' || pattern.front() == '#') {
         const bool isAnyText = pattern.front() == '*';
         for (qsizetype length = isAnyText ? 0 : 1; length <= text.size(); ++length) {
-            if (!isAnyText && !isDigit(text[length - 1]))
+            if (!isAnyText && !AttributeText::isDigit(text[length - 1]))
                 return false;
             if (matches(pattern.sliced(1), text.sliced(length)))
                 return true;

@@ -8,7 +8,7 @@ struct Word
 };
 
 // Subclasses before the base class that they belong to.
-constexpr Word words[] = {
+constexpr Word classWords[] = {
     {0x0200, "ethernet"},      {0x0280, "wireless"},    {0x02ff, "network"},
     {0x0108, "nvme"},          {0x0106, "sata"},        {0x0100, "scsi"},
     {0x0101, "ide"},           {0x01ff, "storage"},     {0x03ff, "display"},
@@ -42,7 +42,7 @@ PciClass::PciClass(const SweepObject &device)
 QByteArray PciClass::word() const
 {
     const quint32 code = code_ >> 8;
-    for (const Word &candidate : words) {
+    for (const Word &candidate : classWords) {
         const bool isAnySubclass = (candidate.code & 0xff) == 0xff;
         if (isAnySubclass ? code >> 8 == candidate.code >> 8 : code == candidate.code)
             return candidate.word;

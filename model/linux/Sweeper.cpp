@@ -7,7 +7,7 @@ using Request = ObjectReader::Request;
 using Folder = AttributePolicy::Folder;
 using Kind = SweepObject::Kind;
 
-constexpr unsigned mostThreads = 4;
+constexpr unsigned mostReaders = 4;
 } // namespace
 
 Sweeper::Sweeper(std::shared_ptr<const SysfsRoot> root)
@@ -20,7 +20,7 @@ Sweeper::Sweeper(std::shared_ptr<const SysfsRoot> root, Options options)
     , threadsLeftBehind_(std::make_shared<std::atomic<int>>(0))
 {
     if (options_.threads == 0)
-        options_.threads = std::clamp(std::thread::hardware_concurrency(), 2U, mostThreads);
+        options_.threads = std::clamp(std::thread::hardware_concurrency(), 2U, mostReaders);
 }
 
 Sweep Sweeper::run(const std::stop_token &stop)

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 namespace {
-constexpr qsizetype longestText = 500;
+constexpr qsizetype longestLabel = 500;
 
 bool turnsDirection(QChar c)
 {
@@ -43,5 +43,5 @@ QString cutText(const QString &text, qsizetype longest)
 
 QString visibleText(const QString &text)
 {
-    return visibleCharacters(cutText(text, longestText));
+    return visibleCharacters(cutText(text, longestLabel));
 }

@@ -1,7 +1,7 @@
 #include "model/TavRegistryEntryPath.h"
 #include "tests/support/RegistryTest.h"
 
-static const QString power = QStringLiteral("DxPower");
+static const QString powerPlane = QStringLiteral("DxPower");
 
 using RegistryEntryLinksTest = RegistryTest;
 
@@ -53,13 +53,13 @@ TEST_F(RegistryEntryLinksTest, AnEntryMayHaveSeveralParentsInSeveralPlanesAndMov
     EXPECT_EQ(entry("Root").numParents(), 0U);
     EXPECT_EQ(entry("Host").numParents(), 2U);
     EXPECT_EQ(disk.numParents(), 3U);
-    EXPECT_EQ(disk.parentsInPlane(power).size(), 2U);
+    EXPECT_EQ(disk.parentsInPlane(powerPlane).size(), 2U);
     EXPECT_TRUE(disk.parentsInPlane(QStringLiteral("DxNone")).empty());
-    EXPECT_EQ(disk.allAncestorsInPlane(power),
+    EXPECT_EQ(disk.allAncestorsInPlane(powerPlane),
               (EntrySet{&entry("Root"), &entry("Host"), &entry("fan"), &entry("rail")}));
-    EXPECT_EQ(entry("Host").allDescendantsInPlane(power),
+    EXPECT_EQ(entry("Host").allDescendantsInPlane(powerPlane),
               (EntrySet{&entry("disk"), &entry("fan"), &entry("rail")}));
-    EXPECT_TRUE(disk.allDescendantsInPlane(power).isEmpty());
+    EXPECT_TRUE(disk.allDescendantsInPlane(powerPlane).isEmpty());
     service_.unlink(tree_["Host"], tree_["disk"], "DxService");
     service_.link(tree_["fan"], tree_["disk"], "DxService");
     store_->update();
@@ -67,9 +67,10 @@ TEST_F(RegistryEntryLinksTest, AnEntryMayHaveSeveralParentsInSeveralPlanesAndMov
     EXPECT_EQ(disk.parentsInPlane(servicePlane), EntryList::Entries{&entry("fan")});
     EXPECT_EQ(disk.registryState(), RegistryStateUnchanged);
 
-    EXPECT_EQ(entry("Host").childrenWithNameAtLocation(QStringLiteral("fan"), power),
+    EXPECT_EQ(entry("Host").childrenWithNameAtLocation(QStringLiteral("fan"), powerPlane),
               EntryList::Entries{&entry("fan")});
-    EXPECT_TRUE(entry("Host").childrenWithNameAtLocation(QStringLiteral("FAN"), power).empty());
+    EXPECT_TRUE(
+        entry("Host").childrenWithNameAtLocation(QStringLiteral("FAN"), powerPlane).empty());
 }
 
 // Entries that are re-read one by one may disagree about who is above whom.

@@ -11,9 +11,6 @@ using L1 = QLatin1String;
 using Sketch = ArchiveSketch;
 using enum SmallStore::Position;
 
-static const auto at = &SmallStore::at;
-static const auto inPlane = &SmallStore::inPlane;
-
 TEST(DataStoreDecoder, ReadsAnArchiveOfAnotherProgram)
 {
     Sketch sketch = SmallStore::current();
@@ -31,7 +28,8 @@ TEST(DataStoreDecoder, ReadsAnArchiveOfAnotherProgram)
 
     for (Sketch::Object &object : sketch.objects) {
         object.set(L1("number of a later version"), -1)
-            .set(L1("table of a later version"), inPlane(ArchiveList{at(Store), true}));
+            .set(L1("table of a later version"),
+                 SmallStore::inPlane(ArchiveList{SmallStore::at(Store), true}));
         std::reverse(object.keys.begin(), object.keys.end());
     }
     const auto reversed = DataStoreDecoder::decode(sketch.bytes());
@@ -126,8 +124,8 @@ TEST(DataStoreDecoder, ReadsVersionOne)
     EXPECT_FALSE(child.properties());
 
     const ArchiveValue withoutBytes[] = {QByteArray("not a property list"), QByteArray(""),
-                                         QStringLiteral("<plist><true/></plist>"), at(Root),
-                                         ArchiveNull()};
+                                         QStringLiteral("<plist><true/></plist>"),
+                                         SmallStore::at(Root), ArchiveNull()};
     for (const ArchiveValue &value : withoutBytes) {
         sketch.objects[Child].set(L1("properties"), value);
         const auto read = DataStoreDecoder::decode(sketch.bytes());

@@ -4,20 +4,28 @@
 
 A verdict holds for a source, all project headers that it includes, how it is compiled, the checks
 and the installed packages. Clean verdicts are kept in the user's cache folder for a month.
+
+Nearly all time goes into the headers of the libraries, so sources that are compiled alike are
+checked several at once, as one. Only where that finds something is each checked alone, since two
+of them may merely use one name for two things.
 """
 import concurrent.futures
 import hashlib
 import json
 import os
 import re
+import shlex
 import subprocess
 import sys
+import tempfile
 import time
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 VERDICTS = Path(os.environ.get("XDG_CACHE_HOME") or Path.home() / ".cache") / "vandrel/tidy"
+CHECKS = ROOT / ".clang-tidy"
 MONTH = 30 * 24 * 3600
+LARGEST_BATCH = 12
 INCLUDE = re.compile(rb'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 
 
@@ -29,22 +37,27 @@ class Fingerprints:
     """Of sources, by what a verdict depends on."""
 
     def __init__(self, build):
-        self._common = [output("clang-tidy", "--version"), (ROOT / ".clang-tidy").read_bytes()]
+        self._common = [output("clang-tidy", "--version"), CHECKS.read_bytes()]
         self._common.append(output("dpkg-query", "-W", "libc6-dev", "libstdc++*dev", "qt6-*-dev",
                                    "libgtest-dev", "libicu-dev"))
         commands = json.loads((build / "compile_commands.json").read_text())
-        self._commands = {
-            Path(entry["file"]): entry["command"].replace(str(ROOT), "") for entry in commands
-        }
+        self._commands = {Path(entry["file"]): entry["command"] for entry in commands}
         self._files = {}
 
     def of(self, source):
         digest = hashlib.sha256()
-        for part in self._common + [self._commands.get(source, "").encode()]:
+        command = self._commands.get(source, "").replace(str(ROOT), "")
+        for part in self._common + [command.encode()]:
             digest.update(part + b"\0")
         for path in sorted(self._closure(source)):
             digest.update(str(path.relative_to(ROOT)).encode() + b"\0" + self._file(path)[0] + b"\0")
         return digest.hexdigest()
+
+    def flags(self, source):
+        """How it is compiled, without its name."""
+        words = shlex.split(self._commands[source])
+        first = next(i for i, word in enumerate(words) if re.match("-[DIfmOWgis]", word))
+        return words[first:words.index("-o")]
 
     def _closure(self, source):
         found, waiting = set(), [source]
@@ -68,13 +81,35 @@ class Fingerprints:
         return self._files[path]
 
 
-def complaints(build, source):
+def complaints(source, flags):
     """None when there are none."""
-    command = ["clang-tidy", "-quiet", "-p", str(build), "-extra-arg=-Wno-unknown-warning-option"]
+    command = ["clang-tidy", "-quiet", f"-config-file={CHECKS}"]
+    command += ["-extra-arg=-Wno-unknown-warning-option", str(source), "--"]
     result = subprocess.run(
-        command + [str(source)], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False
+        command + flags, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False
     )
     return result.stdout.decode(errors="replace") if result.returncode else None
+
+
+def batches(sources, flags):
+    """Of sources that are compiled alike."""
+    alike = {}
+    for source in sources:
+        shared = (flag for flag in flags[source] if not flag.endswith("_autogen/include"))
+        alike.setdefault((source.parent, *shared), []).append(source)
+    for group in alike.values():
+        count = -(-len(group) // LARGEST_BATCH)
+        yield from (group[i::count] for i in range(count))
+
+
+def complaints_of_batch(batch, flags):
+    if len(batch) > 1:
+        with tempfile.NamedTemporaryFile("w", suffix=".cpp") as together:
+            together.writelines(f'#include "{source}" // NOLINT\n' for source in batch)
+            together.flush()
+            if not complaints(together.name, flags[batch[0]] + ["-Wno-shadow"]):
+                return dict.fromkeys(batch)
+    return {source: complaints(source, flags[source]) for source in batch}
 
 
 def forget_old_verdicts():
@@ -94,14 +129,16 @@ def main():
         if source not in pending:
             verdicts[source].touch()
     print(f"clang-tidy: {len(pending)} of {len(sources)} sources to check", file=sys.stderr)
+    flags = {source: fingerprints.flags(source) for source in pending}
     failed = False
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        for source, found in zip(pending, pool.map(lambda s: complaints(build, s), pending)):
-            if found is None:
-                verdicts[source].touch()
-            else:
-                failed = True
-                print(found, end="", flush=True)
+        for found in pool.map(lambda b: complaints_of_batch(b, flags), batches(pending, flags)):
+            for source, complaint in found.items():
+                if complaint is None:
+                    verdicts[source].touch()
+                else:
+                    failed = True
+                    print(complaint, end="", flush=True)
     sys.exit(1 if failed else 0)
 
 
