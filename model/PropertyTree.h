@@ -23,6 +23,7 @@ public:
     const PropertyClass &nodeClass() const { return nodeClass_; }
     std::shared_ptr<TavRegistryEntry> entry() const { return entry_.lock(); }
     const QDateTime &dateRead() const { return dateRead_; }
+    void setDateRead(const QDateTime &date) { dateRead_ = date; }
 
     // Makes nodes that lie one after another, nodeClass().size bytes apart.
     TavRegistryProperty *addNodes(std::size_t count);

@@ -1,5 +1,6 @@
 #include "model/RegistryValue.h"
 
+#include <QHash>
 #include <QSharedData>
 #include <utility>
 
@@ -297,7 +298,7 @@ bool operator==(const RegistryValue &a, const RegistryValue &b)
         return a.list_ == b.list_ || std::equal(a.elements().begin(), a.elements().end(),
                                                 b.elements().begin(), b.elements().end());
     case Type::String:
-        return a.text_ == b.text_ ? a.size_ == b.size_ : a.toString() == b.toString();
+        return a.text_ == b.text_ ? a.size_ == b.size_ : a.stringView() == b.stringView();
     case Type::Data:
         return a.bytes_ == b.bytes_ ? a.size_ == b.size_ : a.toData() == b.toData();
     case Type::Number:
@@ -305,6 +306,30 @@ bool operator==(const RegistryValue &a, const RegistryValue &b)
     default:
         return a.bits_ == b.bits_;
     }
+}
+
+bool RegistryValue::isSameCollectionAs(const RegistryValue &other) const
+{
+    return isCollection() && type_ == other.type_ && bits_ == other.bits_;
+}
+
+RegistryValue RegistryValue::sharingWith(const RegistryValue &earlier) const
+{
+    if (*this == earlier)
+        return earlier;
+    if (type_ != Type::Dictionary || earlier.type_ != Type::Dictionary)
+        return *this;
+    QHash<QStringView, const Member *> byKey;
+    for (const Member &member : earlier.members())
+        byKey.insert(QStringView(member.key.data(), member.key.size()), &member);
+    Members shared = members();
+    for (Member &member : shared) {
+        const Member *const known =
+            byKey.value(QStringView(member.key.data(), member.key.size()), nullptr);
+        if (known)
+            member = {known->key, member.value.sharingWith(known->value)};
+    }
+    return dictionary(std::move(shared));
 }
 
 size_t qHash(const RegistryValue &value, size_t seed)

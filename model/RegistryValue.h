@@ -79,6 +79,10 @@ public:
     const RegistryValue &member(QStringView key) const;
 
     friend bool operator==(const RegistryValue &a, const RegistryValue &b);
+    // Whether both are one collection in memory: equal without a look at it.
+    bool isSameCollectionAs(const RegistryValue &other) const;
+    // An equal value that keeps what it can of an earlier one's memory.
+    RegistryValue sharingWith(const RegistryValue &earlier) const;
     // Alike for values that mean the same, too.
     friend size_t qHash(const RegistryValue &value, size_t seed);
 

@@ -171,6 +171,7 @@ private:
     bool readServiceState(RegistryService &service);
     void setFlag(Flag flag, bool on);
     void setProperties(PropertyRef table);
+    void makePropertiesOf(const RegistryValue &table);
     QStringList planesWithParents() const;
     EntryList::Entries newChildrenInPlane(const QString &plane, const QByteArray &cPlane);
 
@@ -191,6 +192,7 @@ private:
     quint64 listedByReading_ = 0; // of an entry's children in one plane
     QString bundleID_;
     QStringList inheritance_;
+    RegistryValue table_; // that the properties were last read from
     PropertyRef properties_;
     PropertyText propertyText_; // of properties_
     QString name_;

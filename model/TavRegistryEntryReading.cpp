@@ -85,18 +85,27 @@ bool TavRegistryEntry::readAttributesAndProperties()
     if (conformsToDxService() && !readServiceState(service))
         return false;
     kernelRetainCount_ = service.retainCount(handle_.get());
-    setProperties(nullptr);
-    if (!readDxRegistryNameAndLocationInPlane({}))
-        return false;
     RegistryValue table;
-    if (service.copyProperties(handle_.get(), table) != RegistryStatus::Success)
-        return false;
-    PropertyRef properties = TavRegistryProperty::create(currentPropertyClass(), shared_from_this(),
-                                                         {}, nullptr, {}, 0, table);
+    const bool isRead = readDxRegistryNameAndLocationInPlane({}) &&
+                        service.copyProperties(handle_.get(), table) == RegistryStatus::Success;
+    makePropertiesOf(table);
+    return isRead;
+}
+
+// The tree stays as it is while the service has the very same values.
+void TavRegistryEntry::makePropertiesOf(const RegistryValue &table)
+{
+    if (properties_ && table.isSameCollectionAs(table_) &&
+        properties_->hasClass(currentPropertyClass()))
+        return properties_->noteReadNow();
+    table_ = table;
+    PropertyRef properties;
+    if (!table.isNone())
+        properties = TavRegistryProperty::create(currentPropertyClass(), shared_from_this(), {},
+                                                 nullptr, {}, 0, table);
     if (properties)
         properties->clearIsNew();
     setProperties(std::move(properties));
-    return true;
 }
 
 // The text is made while the tree has just been and is at hand: a search that had to make it would

@@ -98,6 +98,16 @@ QDateTime TavRegistryProperty::dateRead() const
     return tree_->dateRead();
 }
 
+void TavRegistryProperty::noteReadNow()
+{
+    tree_->setDateRead(QDateTime::currentDateTimeUtc());
+}
+
+bool TavRegistryProperty::hasClass(const PropertyClass &nodeClass) const
+{
+    return &tree_->nodeClass() == &nodeClass;
+}
+
 template<class Action>
 void TavRegistryProperty::forSubtree(Action action)
 {

@@ -40,6 +40,8 @@ public:
     PropertyRef ref();
     std::shared_ptr<TavRegistryEntry> registryEntry() const;
     QDateTime dateRead() const;
+    void noteReadNow(); // the whole tree: nothing in it has changed since
+    bool hasClass(const PropertyClass &nodeClass) const;
 
     RegistryState registryState() const { return static_cast<RegistryState>(state_); }
     void setRegistryState(RegistryState state) { state_ = static_cast<quint8>(state); }

@@ -3,11 +3,14 @@
 #include "model/linux/AttributeText.h"
 
 #include <QFile>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
+#include <mutex>
 #include <optional>
+#include <shared_mutex>
 
 namespace {
 using Patterns = std::vector<QByteArray>;
@@ -72,8 +75,8 @@ AttributePolicy::Folder folderNamed(const QByteArray &name)
 struct AttributePolicy::Row
 {
     explicit Row(const QJsonObject &row);
-    bool appliesTo(const Context &context) const;
-    bool fits(const QByteArray &folder, const QByteArray &name) const;
+    bool fits(const QByteArray &name) const;
+    bool appliesTo(const Context &context, const QByteArray &folder) const;
 
     Rule rule = Rule::Never;
     Patterns names;
@@ -111,23 +114,25 @@ AttributePolicy::Row::Row(const QJsonObject &row)
         folders.push_back(folderNamed(kind));
 }
 
-bool AttributePolicy::Row::appliesTo(const Context &context) const
+bool AttributePolicy::Row::fits(const QByteArray &name) const
+{
+    return (matchesAny(names, name) || (!words.empty() && hasAny(words, name))) &&
+           !matchesAny(except, name);
+}
+
+bool AttributePolicy::Row::appliesTo(const Context &context, const QByteArray &folder) const
 {
     const auto allows = [](const std::optional<Patterns> &allowed, const QByteArray &its) {
         return !allowed || matchesAny(*allowed, its);
     };
     const bool isOfDevice = subsystems || drivers || paths;
-    return (folders.empty() ||
+    return allows(directories, folder) &&
+           (folders.empty() ||
             std::find(folders.begin(), folders.end(), context.folder) != folders.end()) &&
            (!isOfDevice || context.folder == Folder::Device) &&
+           (!onlyInterfaceDown || context.isInterfaceDown) &&
            allows(subsystems, context.subsystem) && allows(drivers, context.driver) &&
-           allows(paths, context.path) && (!onlyInterfaceDown || context.isInterfaceDown);
-}
-
-bool AttributePolicy::Row::fits(const QByteArray &folder, const QByteArray &name) const
-{
-    return (matchesAny(names, name) || (!words.empty() && hasAny(words, name))) &&
-           !matchesAny(except, name) && (!directories || matchesAny(*directories, folder));
+           allows(paths, context.path);
 }
 
 const AttributePolicy::Table &AttributePolicy::table()
@@ -151,20 +156,42 @@ const AttributePolicy::Table &AttributePolicy::table()
     return table;
 }
 
-AttributePolicy::AttributePolicy(const Context &context)
+AttributePolicy::AttributePolicy(Context context)
+    : context_(std::move(context))
+{}
+
+// Kept, because a machine has many times more attributes than names for them, and nearly all
+// names have no rule.
+AttributePolicy::Rows AttributePolicy::rowsThatFit(const QByteArray &name)
 {
-    for (const Row &row : table().rows) {
-        if (row.appliesTo(context))
-            rows_.push_back(&row);
+    constexpr qsizetype mostNames = 20000;
+    static std::shared_mutex mutex;
+    static QHash<QByteArray, Rows> known;
+    {
+        const std::shared_lock lock(mutex);
+        const auto found = known.constFind(name);
+        if (found != known.constEnd())
+            return *found;
     }
+    Rows rows;
+    for (const Row &row : table().rows) {
+        if (row.fits(name))
+            rows.push_back(&row);
+    }
+    const std::unique_lock lock(mutex);
+    if (known.size() >= mostNames)
+        known.clear();
+    return *known.insert(name, std::move(rows));
 }
 
 const AttributePolicy::Row *AttributePolicy::row(const QByteArray &folder,
                                                  const QByteArray &name) const
 {
-    const auto found = std::find_if(rows_.begin(), rows_.end(),
-                                    [&](const Row *row) { return row->fits(folder, name); });
-    return found != rows_.end() ? *found : nullptr;
+    for (const Row *const row : rowsThatFit(name)) {
+        if (row->appliesTo(context_, folder))
+            return row;
+    }
+    return nullptr;
 }
 
 AttributePolicy::Rule AttributePolicy::rule(const QByteArray &folder, const QByteArray &name) const

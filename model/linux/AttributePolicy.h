@@ -21,7 +21,7 @@ public:
         bool isInterfaceDown = false; // of a network interface
     };
 
-    explicit AttributePolicy(const Context &context);
+    explicit AttributePolicy(Context context);
 
     // The folder is relative to the object's directory, such as "power"; empty for itself.
     Rule rule(const QByteArray &folder, const QByteArray &name) const;
@@ -36,7 +36,9 @@ private:
     struct Row;
     struct Table;
     static const Table &table();
+    using Rows = std::vector<const Row *>;
+    static Rows rowsThatFit(const QByteArray &name);
     const Row *row(const QByteArray &folder, const QByteArray &name) const;
 
-    std::vector<const Row *> rows_; // of the table, that apply to the object
+    Context context_;
 };

@@ -104,6 +104,7 @@ private:
     std::vector<Iterator> iterators_; // by iterator, less one
     std::vector<RegistryIterator> freeIterators_;
     quint64 sweepCount_ = 0;
+    RegistryGraph::PropertyTables properties_; // of the last sweep
     std::vector<QByteArray> filesRead_;
 
     EventSourceFactory openEvents_;

@@ -41,7 +41,7 @@ void LinuxRegistryService::beginPreparation()
             &mainThread_, [this, number] { preparationFinished(number); }, Qt::QueuedConnection);
     };
     preparation_ = std::make_unique<Preparation>(
-        Preparation::Input{root_, sweeper_, classNames_, requested_}, finished);
+        Preparation::Input{root_, sweeper_, classNames_, requested_, properties_}, finished);
 }
 
 // What has not answered meanwhile need not be tried again.
@@ -89,6 +89,7 @@ void LinuxRegistryService::installGraph(Preparation::Result result)
 {
     classNames_ = std::move(result.classNames);
     filesRead_ = std::move(result.filesRead);
+    properties_ = std::move(result.properties);
     const quint32 busyCountBefore = graph() ? graph()->at(HostObjects::host).busyCount()
                                             : result.graph->at(HostObjects::host).busyCount();
     // While the objects still have their nodes' IDs.

@@ -9,7 +9,7 @@ namespace {
 Preparation::Result prepared(Preparation::Input input, const std::stop_token &stop)
 {
     const bool isLive = input.root->isKernels();
-    Preparation::Result result{std::move(input.sweeper), std::move(input.classNames), {}, {}};
+    Preparation::Result result{std::move(input.sweeper), std::move(input.classNames), {}, {}, {}};
     Sweep sweep = result.sweeper.run(stop);
     if (stop.stop_requested())
         return result;
@@ -25,6 +25,7 @@ Preparation::Result prepared(Preparation::Input input, const std::stop_token &st
     for (int i = 0; i < objects.count(); ++i)
         input.requested.addTo(objects.at(i));
     result.graph = std::make_unique<RegistryGraph>(std::move(objects), udev);
+    result.properties = result.graph->shareProperties(input.properties);
     return result;
 }
 } // namespace

@@ -19,12 +19,14 @@ public:
         Sweeper sweeper;
         ClassNames classNames;
         RequestedAttributes requested;
+        RegistryGraph::PropertyTables properties; // of the sweep before
     };
     struct Result
     {
         Sweeper sweeper; // has learnt what not to try again
         ClassNames classNames;
         std::unique_ptr<RegistryGraph> graph;
+        RegistryGraph::PropertyTables properties;
         std::vector<QByteArray> filesRead;
     };
 

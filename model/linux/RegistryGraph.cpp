@@ -96,6 +96,19 @@ std::span<const int> RegistryGraph::childrenInPlane(int index, Plane plane) cons
     return std::span(its.all).subspan(begin, static_cast<std::size_t>(its.first[at + 1]) - begin);
 }
 
+RegistryGraph::PropertyTables RegistryGraph::shareProperties(const PropertyTables &earlier)
+{
+    PropertyTables tables;
+    tables.reserve(count());
+    for (int i = 0; i < count(); ++i) {
+        HostObject &object = objects_.at(i);
+        if (const auto known = earlier.constFind(object.nodeID); known != earlier.constEnd())
+            object.properties = object.properties.sharingWith(*known);
+        tables.insert(object.nodeID, object.properties);
+    }
+    return tables;
+}
+
 void RegistryGraph::arrange(const PlaneEdges &edges)
 {
     for (std::size_t i = 0; i < planeCount; ++i) {

@@ -21,6 +21,9 @@ public:
     int withPath(const QByteArray &path) const { return objects_.withPath(path); }
     bool hasPlane(Plane plane) const;
     std::span<const int> childrenInPlane(int index, Plane plane) const;
+    // Properties by node. What is equal to an earlier sweep's shares the memory of that.
+    using PropertyTables = QHash<quint64, RegistryValue>;
+    PropertyTables shareProperties(const PropertyTables &earlier);
 
 private:
     struct Children

@@ -3,6 +3,7 @@
 #include "platform/desktop/FactField.h"
 #include "store/DataStoreNotifications.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/RegistryValues.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -159,6 +160,7 @@ TEST_F(WindowControllerTest, ReadsTheSelectedEntryAloneOnRequest)
 {
     select({"Root", "Host", "bus", "disk@1"});
     const PropertyRef shown = controller_->rootPropertyItem();
+    service_.setProperties(registry_["disk@1"], values::dictionary({{"size", values::number(2)}}));
     action("updateSelectedObjectAction").trigger();
     EXPECT_EQ(service_.preparedObjects().back(), registry_["disk@1"]);
     EXPECT_NE(entry("disk@1")->propertiesRef(), shown);

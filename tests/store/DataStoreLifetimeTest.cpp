@@ -72,6 +72,7 @@ TEST_F(DataStoreLifetimeTest, EntriesAndPropertiesOutliveTheStore)
 {
     std::vector<EntryRef> entries = store_->registryEntries();
     const PropertyRef former = entry("disk").properties()->childAtIndex(0)->ref();
+    service_.setProperties(tree_["disk"], dictionary({{"size", number(2)}}));
     store_->update();
     const PropertyRef size = entry("disk").properties()->childAtIndex(0)->ref();
     EXPECT_NE(size, former);
@@ -92,7 +93,7 @@ TEST_F(DataStoreLifetimeTest, EntriesAndPropertiesOutliveTheStore)
     entries.clear();
     paths.clear();
     EXPECT_EQ(size->registryEntry(), nullptr);
-    EXPECT_EQ(size->value(), number(1));
+    EXPECT_EQ(size->value(), number(2));
 }
 
 TEST_F(DataStoreLifetimeTest, ClearedEntriesLeaveNoLinksBehind)

@@ -108,6 +108,38 @@ protected:
     QString error_;
 };
 
+TEST(Sweep, KeepsInMemoryWhatAnUpdateFindsUnchanged)
+{
+    MadeTree made;
+    made.file("devices/steady/uevent", "DRIVER=none\n");
+    made.file("devices/steady/vendor", "a text that stays\n");
+    made.file("devices/moving/uevent", "DRIVER=none\n");
+    made.file("devices/moving/power/control", "another text that stays\n");
+    made.file("devices/moving/state", "idle\n");
+    const auto tree = CapturedTree::capture(made.sys());
+    TavRegistryEntry *const steady = tree.at("DxService:/steady");
+    TavRegistryEntry *const moving = tree.at("DxService:/moving");
+    ASSERT_TRUE(steady && moving);
+    const PropertyRef steadyBefore = steady->propertiesRef();
+    const PropertyRef movingBefore = moving->propertiesRef();
+    const QDateTime readBefore = steadyBefore->dateRead();
+    const auto control = [&] {
+        const auto *power = moving->properties()->childWithName(QStringLiteral("power"));
+        return power->childWithName(QStringLiteral("control"))->value().stringView().data();
+    };
+    const QChar *const controlBefore = control();
+
+    made.file("devices/moving/state", "busy\n");
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    tree.store->update();
+
+    EXPECT_EQ(steady->propertiesRef(), steadyBefore);
+    EXPECT_GT(steady->properties()->dateRead(), readBefore);
+    EXPECT_NE(moving->propertiesRef(), movingBefore);
+    EXPECT_EQ(CapturedTree::value(moving, u"state").toString(), QStringLiteral("busy"));
+    EXPECT_EQ(control(), controlBefore);
+}
+
 TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
 {
     MadeTree made;
