@@ -1,0 +1,135 @@
+// The reading of a recorded tree against the least that other tools take for it: find and cat over
+// the same folders and files. Of a large machine whose tree is mostly folders, and of one with
+// 200,000 devices.
+#include "model/linux/LinuxRegistryService.h"
+#include "store/TavDataStore.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+using Clock = std::chrono::steady_clock;
+
+// Devices in a tree of eight below each other device.
+class TreeOfDevices
+{
+public:
+    TreeOfDevices(int devices, int folders, int files)
+        : folders_(folders)
+        , files_(files)
+    {
+        makeFolder("bus/pci/devices");
+        std::vector<QByteArray> paths{"devices/pci0000:00"};
+        makeDevice(paths.front());
+        constexpr std::size_t fanOut = 8;
+        for (std::size_t i = 1; i < static_cast<std::size_t>(devices); ++i) {
+            paths.push_back(paths[(i - 1) / fanOut] + "/0000:" + QByteArray::number(i, 16));
+            makeDevice(paths.back());
+        }
+    }
+    QString sys() const { return directory_.path(); }
+
+private:
+    QByteArray path(const QByteArray &below) const
+    {
+        return QFile::encodeName(directory_.path()) + '/' + below;
+    }
+    void makeFolder(const QByteArray &below) const
+    {
+        QDir().mkpath(QFile::decodeName(path(below)));
+    }
+    void makeFile(const QByteArray &below, const QByteArray &content) const
+    {
+        QFile file(QFile::decodeName(path(below)));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot make the tree");
+    }
+    void makeDevice(const QByteArray &device) const
+    {
+        makeFolder(device);
+        makeFile(device + "/uevent", "DRIVER=ahci\nPCI_ID=8086:A352\n");
+        for (int i = 0; i < files_; ++i)
+            makeFile(device + "/attribute" + QByteArray::number(i), "0x10ffff\n");
+        for (int i = 0; i < folders_; ++i) {
+            const QByteArray folder = device + "/folder" + QByteArray::number(i);
+            makeFolder(folder);
+            makeFile(folder + "/state", "active\n");
+        }
+        const QByteArray up = QByteArray("../").repeated(static_cast<int>(device.count('/')) + 1);
+        if (symlink((up + "bus/pci").constData(), path(device + "/subsystem").constData()) != 0)
+            qFatal("cannot make the tree");
+    }
+
+    QTemporaryDir directory_;
+    int folders_;
+    int files_;
+};
+
+double milliseconds(Clock::duration duration)
+{
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+double findAndCat(const QString &folder)
+{
+    const auto begin = Clock::now();
+    QProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.start(QStringLiteral("find"),
+                  {folder, QStringLiteral("-type"), QStringLiteral("f"), QStringLiteral("-exec"),
+                   QStringLiteral("cat"), QStringLiteral("{}"), QStringLiteral("+")});
+    process.waitForFinished(-1);
+    return milliseconds(Clock::now() - begin);
+}
+
+void readAgainstFindAndCat(benchmark::State &state, int devices, int folders, int files)
+{
+    const TreeOfDevices tree(devices, folders, files);
+    findAndCat(tree.sys()); // so that both find it in the kernel's caches
+    double least = 0;
+    double leastRead = 0;
+    double leastCapture = 0;
+    const auto note = [](double &known, double time) {
+        known = known == 0 ? time : std::min(known, time);
+    };
+    for (auto _ : state) {
+        note(least, findAndCat(tree.sys()));
+        QString error;
+        const auto begin = Clock::now();
+        Sweeper(
+            std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(tree.sys()), &error)))
+            .run();
+        const auto afterRead = Clock::now();
+        note(leastRead, milliseconds(afterRead - begin));
+        const auto service = LinuxRegistryService::create(tree.sys(), &error);
+        const auto store = TavDataStore::initFromDxRegistry(*service);
+        note(leastCapture, milliseconds(Clock::now() - afterRead));
+        state.counters["entries"] = static_cast<double>(store->registryEntries().size());
+    }
+    state.counters["find_cat_ms"] = least;
+    state.counters["read_ratio"] = leastRead / least;
+    state.counters["capture_ratio"] = leastCapture / least;
+}
+BENCHMARK_CAPTURE(readAgainstFindAndCat, mostly_folders, 6'759, 12, 2)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+BENCHMARK_CAPTURE(readAgainstFindAndCat, large, 200'000, 1, 3)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(2);
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv); // the store's timers need one
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
