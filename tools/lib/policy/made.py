@@ -39,6 +39,9 @@ class MadeTree:
         """An object for each way to be what the rule is about, with a file for each name."""
         keys = ("subsystem", "driver", "path", "directory")
         words = [name for word in row.get("words", ()) for name in (word, f"x_{word}")]
+        names = [*map(_instance, row.get("names", ())), *words]
+        if not names:
+            raise ValueError(f"a rule that names no attribute fits none: {row}")
         for ways in itertools.product(*(row.get(key, (None,)) for key in keys)):
             subsystem, driver, path, directory = (way and _instance(way) for way in ways)
             folder = _FOLDERS[kind].format(next(self._count))
@@ -46,7 +49,7 @@ class MadeTree:
                 # Any text may come before: patterns of a path begin so.
                 folder = self._device(folder + (path or ""), subsystem, driver)
             inner = f"{folder}/{directory}" if directory else folder
-            for name in (*map(_instance, row.get("names", ())), *words):
+            for name in names:
                 self._forbid(f"{inner}/{name}")
             is_whole_folder = "*" in row.get("names", ())
             for place in {folder, inner} - ({inner} if is_whole_folder else set()):
