@@ -1,5 +1,6 @@
 """Checks by a trace which files a capture opens: see tools/check-policy."""
 import argparse
+import functools
 import os
 import sys
 import tempfile
@@ -56,12 +57,18 @@ def capture(program, root):
     return openings
 
 
+@functools.cache
+def live_judge():
+    return Judge(LIVE)
+
+
 def check(program, root, harmless=()):
     """What is wrong with a capture of the tree. The harmless attributes must have been read."""
     openings = capture(program, root)
-    judges = [Judge(path) for path in {root.resolve(), LIVE}]
-    found = {judge.complaint(opening) for judge in judges for opening in openings} - {None}
-    read = next(j for j in judges if j.root == root.resolve()).attributes
+    judge = Judge(root)
+    judges = (judge,) if judge.root == LIVE else (judge, live_judge())
+    found = {its.complaint(opening) for its in judges for opening in openings} - {None}
+    read = judge.attributes
     found |= {f"{root}/{path}: not read" for path in set(harmless) - read}
     if not read:
         found.add(f"{root}: no attribute was read")
