@@ -3,6 +3,7 @@
 #include "tests/support/VirtualDisk.h"
 #include "tests/support/VirtualInterface.h"
 
+#include <QFile>
 #include <memory>
 #include <random>
 #include <vector>
@@ -24,14 +25,35 @@ public:
         else
             change(interfaces_, 6);
     }
+    // Events without number of one device of its own, which nothing else is told of.
+    void flood()
+    {
+        if (disks_.empty() && interfaces_.empty())
+            return;
+        const bool isDisk = interfaces_.empty() || (!disks_.empty() && random_() % 2);
+        const QByteArray device = isDisk ? "block/" + pick(disks_) : "net/" + pick(interfaces_);
+        QFile uevent(QStringLiteral("/sys/class/%1/uevent").arg(QString::fromLatin1(device)));
+        if (!uevent.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            return;
+        for (auto count = random_() % mostEvents; count > 0; --count)
+            events_ += uevent.write("change") > 0;
+    }
     void end()
     {
         disks_.clear();
         interfaces_.clear();
     }
     quint64 changes() const { return changes_; }
+    quint64 events() const { return events_; } // of floods
 
 private:
+    static constexpr quint32 mostEvents = 20'000;
+
+    template<class Device>
+    QByteArray pick(const std::vector<std::unique_ptr<Device>> &devices)
+    {
+        return devices[random_() % devices.size()]->name();
+    }
     template<class Device>
     void change(std::vector<std::unique_ptr<Device>> &devices, std::size_t most)
     {
@@ -52,4 +74,5 @@ private:
     std::vector<std::unique_ptr<VirtualDisk>> disks_;
     std::vector<std::unique_ptr<VirtualInterface>> interfaces_;
     quint64 changes_ = 0;
+    quint64 events_ = 0;
 };

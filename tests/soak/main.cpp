@@ -1,6 +1,9 @@
-// Follows this machine's registry in a window while virtual devices come and go and a hasty user
-// does everything at once. Every half a minute it must show what a fresh capture shows.
+// Follows this machine's registry in a window while virtual devices come and go, in floods of
+// events, and a hasty user does everything at once. Every half a minute it must show what a fresh
+// capture shows. Meanwhile captures are killed, and others meet devices that do not answer.
 #include "Churn.h"
+#include "KilledCaptures.h"
+#include "SilentDevices.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "explorer/TavWindowController.h"
 #include "model/linux/LinuxRegistryService.h"
@@ -26,6 +29,7 @@
 namespace {
 constexpr int skipped = 77;
 constexpr qint64 checkInterval = 30'000; // milliseconds
+constexpr int mostThreads = 40;
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
@@ -35,6 +39,11 @@ double megabytesResident()
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     return file.readAll().split(' ').value(1).toDouble() * 4096 / 1e6;
+}
+
+int threads()
+{
+    return static_cast<int>(QDir(QStringLiteral("/proc/self/task")).count()) - 2; // "." and ".."
 }
 
 // Of the one run, for when a sanitizer ends it.
@@ -73,8 +82,12 @@ public:
         while (time.elapsed() < milliseconds && !isInterrupted) {
             for (auto burst = random_() % 5; burst > 0; --burst)
                 churn_.step();
+            if (below(100) == 0)
+                churn_.flood();
             useWindow();
             turnEventLoopFor(static_cast<int>(random_() % 150));
+            if (!isGood(kills_.step()) || (below(40) == 0 && !isGood(silent_.step())))
+                return false;
             if (time.elapsed() < nextCheck)
                 continue;
             nextCheck = time.elapsed() + checkInterval;
@@ -157,15 +170,24 @@ private:
         store_->setAutoupdate(true);
         turnEventLoopFor(1000);
         const bool good = waitFor([this] { return agrees(); }, 60'000);
-        std::printf("%4lld s: %llu changes, %zu entries, %.0f MB%s\n",
-                    static_cast<long long>(elapsed / 1000),
-                    static_cast<unsigned long long>(churn_.changes()),
-                    store_->registryEntries().size(), megabytesResident(),
+        const auto number = [](auto count) { return static_cast<unsigned long long>(count); };
+        std::printf("%4llu s: %llu changes, %llu events in floods, %llu captures with silent "
+                    "devices, %llu killed, %llu written; %zu entries, %d threads, %.0f MB%s\n",
+                    number(elapsed / 1000), number(churn_.changes()), number(churn_.events()),
+                    number(silent_.captures()), number(kills_.kills()), number(kills_.written()),
+                    store_->registryEntries().size(), threads(), megabytesResident(),
                     good ? "" : "; the store differs from a fresh capture");
         if (!good)
             std::puts(firstDifference(shown_, captured_).c_str());
         std::fflush(stdout);
-        return good;
+        const bool pilesUp = threads() > mostThreads;
+        return good && isGood(pilesUp ? QStringLiteral("threads pile up") : QString());
+    }
+    static bool isGood(const QString &problem)
+    {
+        if (!problem.isNull())
+            std::puts(qPrintable(problem));
+        return problem.isNull();
     }
 
     QString error_;
@@ -177,6 +199,8 @@ private:
     TavWindowController *window_ = nullptr;
     TavWindowController *second_ = nullptr; // or null
     Churn churn_{random_};
+    KilledCaptures kills_{random_};
+    SilentDevices silent_{random_};
     std::string shown_; // of the last comparison
     std::string captured_;
 };

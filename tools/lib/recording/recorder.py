@@ -55,7 +55,7 @@ class Recorder:
         if parts[0] == "firmware":
             return self._place("firmware", parts, len(parts))
         depth = len(parts)
-        while depth > 1 and not self._is_object("/".join(parts[:depth])):
+        while depth > 2 and not self._is_object("/".join(parts[:depth])):
             depth -= 1
         return self._place("device", parts, depth)
 
@@ -123,6 +123,8 @@ class Recorder:
             self.skipped[path] = "leads out of the root"
             return
         self.links[path] = target
+        if path.startswith(("block/", "bus/", "class/")):
+            self._objects.add(self._target(path, target))  # also without a uevent file
         if os.path.basename(path) == "subsystem":
             self._subsystems[os.path.dirname(path)] = os.path.basename(target)
 

@@ -20,6 +20,8 @@ class Place:
     directory: str = ""
     subsystem: str = ""
     driver: str = ""
+    # Of a network interface. Not known while it is recorded: rules for those that are down apply.
+    is_down: bool = True
 
 
 def _pattern(texts):
@@ -31,6 +33,9 @@ def _pattern(texts):
 
 class _Rule:
     def __init__(self, row):
+        self.kind = row["rule"]  # never, or on request
+        self.reason = row["reason"]
+        self._only_down = row.get("when") == "interface down"
         self._names = _pattern(row["names"]) if "names" in row else None
         self._words = set(row.get("words", ()))
         self._except = _pattern(row["except"]) if "except" in row else None
@@ -41,6 +46,8 @@ class _Rule:
 
     def fits(self, place, name):
         if self._kinds is not None and place.kind not in self._kinds:
+            return False
+        if self._only_down and not place.is_down:
             return False
         if self._of_device and place.kind != "device":
             return False
@@ -54,18 +61,28 @@ class _Rule:
         return bool(named or self._words.intersection(re.split("[_-]", name)))
 
 
-_TABLE = json.loads(TABLE.read_text())
-# An interface's state is not known while it is recorded: those rules always apply.
-_RULES = [_Rule(row) for row in _TABLE["rules"]]
-_SKIPPED_FOLDERS = _pattern([n for row in _TABLE["directories"] for n in row["names"]] + list(FOLDERS))
+ROWS = json.loads(TABLE.read_text())
+_RULES = [_Rule(row) for row in ROWS["rules"]]
+_PASSED_OVER = _pattern([name for row in ROWS["directories"] for name in row["names"]])
+_LEFT_OUT = _pattern(FOLDERS)
+
+
+def is_passed_over(name):
+    """Whether the program does not look into a folder of this name."""
+    return _PASSED_OVER.fullmatch(name) is not None
 
 
 def is_skipped_folder(name):
-    return _SKIPPED_FOLDERS.fullmatch(name) is not None
+    return is_passed_over(name) or _LEFT_OUT.fullmatch(name) is not None
+
+
+def rule_for(place, name):
+    """The first rule that fits, or none for an attribute that is read with all others."""
+    return next((rule for rule in _RULES if rule.fits(place, name)), None)
 
 
 def is_skipped(place, name):
-    return any(rule.fits(place, name) for rule in _RULES)
+    return rule_for(place, name) is not None
 
 
 def is_blanked(place, name):
