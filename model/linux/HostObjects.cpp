@@ -2,6 +2,7 @@
 
 #include "model/linux/ClassNames.h"
 #include "model/linux/ObjectNames.h"
+#include "model/linux/SysfsPlaces.h"
 
 #include <QCryptographicHash>
 #include <QtEndian>
@@ -9,16 +10,8 @@
 
 namespace {
 using Kind = SweepObject::Kind;
-
-QByteArray baseName(const QByteArray &path)
-{
-    return path.mid(path.lastIndexOf('/') + 1);
-}
-
-QByteArray folderOf(const QByteArray &path)
-{
-    return path.left(std::max<qsizetype>(path.lastIndexOf('/'), 0));
-}
+using SysfsPlaces::baseName;
+using SysfsPlaces::folderOf;
 
 bool isDeviceOrContainer(const SweepObject &object)
 {
@@ -193,6 +186,8 @@ void HostObjects::findSubsystems()
             setSubsystem(object, target);
         else if (pointing != HostObject::none)
             setSubsystem(object, at(pointing).path);
+        else if (SysfsPlaces::isSystemDevice(object.path))
+            setSubsystem(object, "bus/" + baseName(folderOf(object.path)));
     }
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);

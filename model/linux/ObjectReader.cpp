@@ -1,5 +1,7 @@
 #include "model/linux/ObjectReader.h"
 
+#include "model/linux/SysfsPlaces.h"
+
 #include <QUtf8StringView>
 #include <cerrno>
 #include <cstring>
@@ -103,7 +105,7 @@ ObjectReader::Result ObjectReader::read(const Request &request)
     object.kind = request.kind;
     object.inode = request.inode;
     object.path = request.path;
-    object.kernelName = request.path.mid(request.path.lastIndexOf('/') + 1);
+    object.kernelName = SysfsPlaces::baseName(request.path);
     Directory directory{request.path};
     if (!take(watch_, request.path, {},
               [&] { return directory.list(root_.openDirectory(request.path)); }))
@@ -120,17 +122,19 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     if (job.request.folder != Folder::Device)
         return;
     SweepObject &object = job.result.object;
-    if (!contains(directory.entries, "uevent") && !forcedDevices_.contains(directory.path))
+    if (!isDevice(directory))
         object.kind = SweepObject::Kind::Container;
     const auto targetName = [&](const QByteArray &link) {
         const QByteArray text =
             contains(directory.entries, link) ? linkText(directory, link) : QByteArray();
-        return text.mid(text.lastIndexOf('/') + 1);
+        return SysfsPlaces::baseName(text);
     };
     AttributePolicy::Context context{.folder = job.request.folder,
                                      .subsystem = targetName("subsystem"),
                                      .driver = targetName("driver"),
                                      .path = object.path};
+    if (context.subsystem.isEmpty() && SysfsPlaces::isSystemDevice(object.path))
+        context.subsystem = SysfsPlaces::baseName(SysfsPlaces::folderOf(object.path));
     const auto textOf = [&](const QByteArray &name) {
         QByteArray reason;
         const auto bytes = readBytes(job, directory, name, textLimit, reason);
@@ -234,17 +238,31 @@ void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
     }
 }
 
-// Asked for by its own file, since a device will be listed when its turn comes.
+bool ObjectReader::isDevice(const Directory &itself) const
+{
+    return contains(itself.entries, "uevent") || forcedDevices_.contains(itself.path) ||
+           SysfsPlaces::isSystemDevice(itself.path) ||
+           (SysfsPlaces::isSystemFolder(SysfsPlaces::folderOf(itself.path)) &&
+            contains(itself.entries, "subsystem"));
+}
+
+// Asked for by its own files, since a device will be listed when its turn comes.
 bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path)
 {
-    if (forcedDevices_.contains(path))
+    if (forcedDevices_.contains(path) || SysfsPlaces::isSystemDevice(path))
         return true;
     if (name == "power") // everywhere, and never one
         return false;
-    const QByteArray file = name + "/uevent";
-    return take(watch_, parent.path, name,
-                [&] { return faccessat(parent.descriptor.get(), file.constData(), F_OK, 0) == 0; })
-        .value_or(false);
+    const auto has = [&](const char *file) {
+        const QByteArray below = name + file;
+        return take(watch_, parent.path, name,
+                    [&] {
+                        return faccessat(parent.descriptor.get(), below.constData(), F_OK,
+                                         AT_SYMLINK_NOFOLLOW) == 0;
+                    })
+            .value_or(false);
+    };
+    return has("/uevent") || (SysfsPlaces::isSystemFolder(parent.path) && has("/subsystem"));
 }
 
 // Null when it cannot be read.

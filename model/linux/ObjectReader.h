@@ -63,6 +63,7 @@ private:
                   RegistryValue::Members &members);
     void readMembersOfBus(Job &job, const Directory &devices);
     void readDriversOfBus(Job &job, const Directory &drivers);
+    bool isDevice(const Directory &itself) const;
     bool isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path);
     QByteArray linkText(const Directory &directory, const QByteArray &name);
     // None with a reason (empty: not worth telling) when it cannot be read.

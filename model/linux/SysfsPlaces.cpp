@@ -1,0 +1,40 @@
+#include "model/linux/SysfsPlaces.h"
+
+#include "model/linux/AttributeText.h"
+
+#include <algorithm>
+
+namespace {
+constexpr QByteArrayView systemFolders = "devices/system/";
+
+// A word and a number. The names of groups of attributes, such as "cpuidle", have none.
+bool isNumbered(QByteArrayView name)
+{
+    const auto isLower = [](char c) { return c >= 'a' && c <= 'z'; };
+    return !name.isEmpty() && isLower(name.front()) && AttributeText::isDigit(name.back()) &&
+           std::all_of(name.begin(), name.end(),
+                       [&](char c) { return isLower(c) || AttributeText::isDigit(c) || c == '_'; });
+}
+} // namespace
+
+QByteArray SysfsPlaces::baseName(const QByteArray &path)
+{
+    return path.mid(path.lastIndexOf('/') + 1);
+}
+
+QByteArray SysfsPlaces::folderOf(const QByteArray &path)
+{
+    return path.left(std::max<qsizetype>(path.lastIndexOf('/'), 0));
+}
+
+bool SysfsPlaces::isSystemFolder(QByteArrayView path)
+{
+    return path.startsWith(systemFolders) && path.size() > systemFolders.size() &&
+           path.indexOf('/', systemFolders.size()) < 0;
+}
+
+bool SysfsPlaces::isSystemDevice(QByteArrayView path)
+{
+    const qsizetype slash = path.lastIndexOf('/');
+    return slash > 0 && isSystemFolder(path.first(slash)) && isNumbered(path.sliced(slash + 1));
+}
