@@ -75,6 +75,12 @@ int HostObjects::linked(const HostObject &object, QByteArrayView link) const
     return target.isEmpty() ? HostObject::none : withPath(target);
 }
 
+int HostObjects::linked(const HostObject &object, QByteArrayView link, Kind kind) const
+{
+    const int target = linked(object, link);
+    return target != HostObject::none && at(target).kind == kind ? target : HostObject::none;
+}
+
 void HostObjects::collect(Sweep sweep)
 {
     const QSet<QByteArray> folders = foldersAboveDevices(sweep);
@@ -92,7 +98,7 @@ void HostObjects::addBindings()
     const std::size_t count = objects_.size();
     for (std::size_t i = 0; i < count; ++i) {
         const QByteArray driver = objects_[i].link("driver");
-        if (objects_[i].kind != Kind::Device || driver.isEmpty())
+        if (objects_[i].kind != Kind::Device || !SysfsPlaces::isDriver(driver))
             continue;
         HostObject binding;
         binding.kind = Kind::Binding;
@@ -133,7 +139,7 @@ void HostObjects::relate()
         HostObject &object = at(i);
         if (object.kind == Kind::Binding) {
             object.device = object.parent = withPath(folderOf(object.path));
-            object.driver = linked(object, "driver");
+            object.driver = linked(object, "driver", Kind::Driver);
             at(object.device).binding = i;
             continue;
         }
@@ -182,7 +188,7 @@ void HostObjects::findSubsystems()
             continue;
         const QByteArray target = object.link("subsystem");
         const int pointing = pointedAtBy.value(object.path, HostObject::none);
-        if (!target.isEmpty())
+        if (SysfsPlaces::isSubsystem(target))
             setSubsystem(object, target);
         else if (pointing != HostObject::none)
             setSubsystem(object, at(pointing).path);
@@ -201,7 +207,8 @@ void HostObjects::findSubsystems()
 
 QByteArray HostObjects::moduleOfDriver(int driver) const
 {
-    const int module = driver == HostObject::none ? driver : linked(at(driver), "module");
+    const int module =
+        driver == HostObject::none ? driver : linked(at(driver), "module", Kind::Module);
     // What is built in has a folder too, but no state of loading.
     if (module == HostObject::none || at(module).member(u"initstate").isNone())
         return {};

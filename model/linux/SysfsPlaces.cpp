@@ -15,6 +15,12 @@ bool isNumbered(QByteArrayView name)
            std::all_of(name.begin(), name.end(),
                        [&](char c) { return isLower(c) || AttributeText::isDigit(c) || c == '_'; });
 }
+// The folder ends with a slash.
+bool isStraightBelow(QByteArrayView folder, QByteArrayView path)
+{
+    return path.startsWith(folder) && path.size() > folder.size() &&
+           path.indexOf('/', folder.size()) < 0;
+}
 } // namespace
 
 QByteArray SysfsPlaces::baseName(const QByteArray &path)
@@ -29,12 +35,25 @@ QByteArray SysfsPlaces::folderOf(const QByteArray &path)
 
 bool SysfsPlaces::isSystemFolder(QByteArrayView path)
 {
-    return path.startsWith(systemFolders) && path.size() > systemFolders.size() &&
-           path.indexOf('/', systemFolders.size()) < 0;
+    return isStraightBelow(systemFolders, path);
 }
 
 bool SysfsPlaces::isSystemDevice(QByteArrayView path)
 {
     const qsizetype slash = path.lastIndexOf('/');
     return slash > 0 && isSystemFolder(path.first(slash)) && isNumbered(path.sliced(slash + 1));
+}
+
+bool SysfsPlaces::isDriver(QByteArrayView path)
+{
+    constexpr QByteArrayView drivers = "/drivers";
+    const qsizetype slash = path.lastIndexOf('/');
+    if (slash < 0 || !path.first(slash).endsWith(drivers))
+        return false;
+    return isStraightBelow("bus/", path.first(slash - drivers.size()));
+}
+
+bool SysfsPlaces::isSubsystem(QByteArrayView path)
+{
+    return isStraightBelow("bus/", path) || isStraightBelow("class/", path) || path == "block";
 }

@@ -11,4 +11,6 @@ bool isSystemFolder(QByteArrayView path);
 // Named as the kernel names system devices, such as "devices/system/cpu/cpu0": kernels before 3.3
 // gave them neither a uevent nor a link to their subsystem.
 bool isSystemDevice(QByteArrayView path);
+bool isDriver(QByteArrayView path);    // "bus/pci/drivers/nvme"
+bool isSubsystem(QByteArrayView path); // "bus/pci", "class/net", and "block" of old trees
 } // namespace SysfsPlaces

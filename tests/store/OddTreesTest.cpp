@@ -1,10 +1,25 @@
 // Trees of old kernels, odd ones, and hostile ones: nothing in them is left out without a word.
 #include "LinuxFixture.h"
+#include "model/linux/PlaneReach.h"
+#include "model/linux/RegistryGraph.h"
+#include "model/linux/UdevDatabase.h"
 #include "tests/support/MadeTree.h"
 #include "tests/support/TreePrinter.h"
 #include "tests/support/TreeText.h"
 
+#include <random>
+
 namespace {
+RegistryGraph graphOf(const MadeTree &made)
+{
+    QString error;
+    const auto root =
+        std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error));
+    ClassNames classNames;
+    UdevDatabase udev(root->folder());
+    return {HostObjects(Sweeper(root).run(), {}, {}, classNames), udev};
+}
+
 TEST(OddTrees, HaveTheSystemDevicesOfKernelsThatGaveThemNoUevent)
 {
     MadeTree made;
@@ -34,5 +49,103 @@ TEST(OddTrees, HaveTheSystemDevicesOfKernelsThatGaveThemNoUevent)
         tree.at("DxService:/system")->properties()->childWithName(QStringLiteral("cpu"));
     ASSERT_TRUE(groups);
     EXPECT_EQ(groups->children().size(), 7U);
+}
+
+// Links of all kinds that lead anywhere.
+void makeOddLinks(MadeTree &made, unsigned seed)
+{
+    const char *const devices[] = {
+        "devices/a",           "devices/a/b",           "devices/a/b/c",        "devices/d",
+        "devices/LNXSYSTM:00", "devices/LNXSYSTM:00/n", "devices/virtual/net/v"};
+    const char *const links[] = {"consumer", "driver",    "firmware_node",
+                                 "lower_x",  "of_node",   "power_resources_D0/x",
+                                 "slaves/x", "subsystem", "supplier"};
+    const char *const elsewhere[] = {
+        "bus/usb/devices/x",     "bus/usb/devices/y", "bus/usb/drivers/hub/module",
+        "bus/usb/drivers/hub/x", "class/net/x",       "class/block/x",
+        "module/m/holders/x",    "devices/loop"};
+    const char *const targets[] = {"",
+                                   ".",
+                                   "..",
+                                   "block",
+                                   "bus/usb",
+                                   "bus/usb/devices",
+                                   "bus/usb/devices/x",
+                                   "bus/usb/drivers",
+                                   "bus/usb/drivers/hub",
+                                   "bus/none/drivers/x",
+                                   "class/block",
+                                   "class/devlink",
+                                   "class/net",
+                                   "devices",
+                                   "devices/a",
+                                   "devices/a/b",
+                                   "devices/a/b/c",
+                                   "devices/a/driver",
+                                   "devices/d",
+                                   "devices/LNXSYSTM:00",
+                                   "devices/LNXSYSTM:00/n",
+                                   "devices/loop/a",
+                                   "devices/virtual",
+                                   "firmware/devicetree/base/node",
+                                   "module/m",
+                                   "nowhere/at/all"};
+    std::mt19937 random(seed);
+    const auto linkFrom = [&](const QByteArray &path) {
+        const char *const target = targets[random() % std::size(targets)];
+        const QByteArray up = QByteArray("../").repeated(path.count('/'));
+        made.folder(path.left(path.lastIndexOf('/')).constData());
+        made.link(path.constData(), (up + target).constData());
+    };
+    for (const char *folder :
+         {"bus/usb/devices", "bus/usb/drivers/hub", "class/block", "class/devlink", "class/net",
+          "firmware/devicetree/base/node", "module/m"})
+        made.folder(folder);
+    for (const char *device : devices) {
+        made.file((QByteArray(device) + "/uevent").constData(), "");
+        made.file((QByteArray(device) + "/power/runtime_status").constData(), "active\n");
+        for (const char *link : links) {
+            if (random() % 2)
+                linkFrom(QByteArray(device) + '/' + link);
+        }
+    }
+    for (const char *link : elsewhere)
+        linkFrom(link);
+}
+
+TEST(OddTrees, HaveNoEntryThatNobodyComesTo)
+{
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        MadeTree made;
+        makeOddLinks(made, seed);
+        EXPECT_EQ(unreachableEntries(graphOf(made)).join(", "), "") << "of links by seed " << seed;
+    }
+}
+
+TEST(OddTrees, HaveBindingsToDriversAlone)
+{
+    MadeTree made;
+    made.folder("bus/made/drivers/hub");
+    made.folder("class/made");
+    const std::pair<const char *, const char *> drivers[] = {
+        {"bound", "../../bus/made/drivers/hub"},
+        {"gone", "../../bus/other/drivers/hub"},
+        {"bus", "../../bus/made"},
+        {"class", "../../class/made"},
+        {"deep", "../../bus/made/drivers/a/b"},
+        {"self", "driver"}};
+    for (const auto &[device, target] : drivers) {
+        made.file(("devices/" + QByteArray(device) + "/uevent").constData(), "");
+        made.link(("devices/" + QByteArray(device) + "/driver").constData(), target);
+    }
+    const CapturedTree tree = CapturedTree::capture(made.sys());
+    EXPECT_EQ(TreePrinter::plane(*tree.store, QStringLiteral("DxDriver")), dedented(R"(
+        Root
+          Host
+            hub@gone
+            made
+              hub
+                hub@bound
+    )"));
 }
 } // namespace
