@@ -13,17 +13,23 @@ using Kind = SweepObject::Kind;
 using SysfsPlaces::baseName;
 using SysfsPlaces::folderOf;
 
+// Others are folders without a meaning of their own, unless something in them could not be read.
+bool needsPlace(const SweepObject &object)
+{
+    return object.kind == Kind::Device || !object.unread.empty();
+}
+
 bool isDeviceOrContainer(const SweepObject &object)
 {
     return object.kind == Kind::Device || object.kind == Kind::Container;
 }
 
-// The folders above every device.
+// The folders above every device, and above containers that could not be read.
 QSet<QByteArray> foldersAboveDevices(const Sweep &sweep)
 {
     QSet<QByteArray> folders;
     for (const SweepObject &object : sweep.objects) {
-        if (object.kind != Kind::Device)
+        if (!isDeviceOrContainer(object) || !needsPlace(object))
             continue;
         QByteArray folder = folderOf(object.path);
         while (!folder.isEmpty() && !folders.contains(folder)) {
@@ -83,10 +89,11 @@ int HostObjects::linked(const HostObject &object, QByteArrayView link, Kind kind
 
 void HostObjects::collect(Sweep sweep)
 {
+    at(root).unread = std::move(sweep.unread);
     const QSet<QByteArray> folders = foldersAboveDevices(sweep);
     objects_.reserve(2 * sweep.objects.size());
     for (SweepObject &object : sweep.objects) {
-        if (object.kind == Kind::Container && !folders.contains(object.path))
+        if (object.kind == Kind::Container && !needsPlace(object) && !folders.contains(object.path))
             continue;
         objects_.emplace_back();
         static_cast<SweepObject &>(objects_.back()) = std::move(object);

@@ -29,7 +29,7 @@ public:
     struct Request
     {
         AttributePolicy::Folder folder = AttributePolicy::Folder::Device;
-        SweepObject::Kind kind = SweepObject::Kind::Device;
+        SweepObject::Kind kind = SweepObject::Kind::Device; // of a device's folder, a guess
         QByteArray path;
         quint64 inode = 0;
         bool readsOnRequest = false; // what is too costly for every sweep, and nothing else
@@ -57,6 +57,9 @@ private:
     void readHeader(Job &job, const Directory &directory);
     void readSubdirectory(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RegistryValue::Members &members);
+    std::optional<SweepObject::Kind> objectKind(const Job &job, const Directory &parent,
+                                                const QByteArray &name, const QByteArray &path);
+    bool open(Job &job, const Directory &parent, const QByteArray &name, Directory &directory);
     void readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
                   RegistryValue::Members &members);
     void readFile(Job &job, const Directory &directory, const QByteArray &name,
@@ -65,7 +68,7 @@ private:
     void readDriversOfBus(Job &job, const Directory &drivers);
     bool isDevice(const Directory &itself) const;
     bool isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path);
-    QByteArray linkText(const Directory &directory, const QByteArray &name);
+    QByteArray linkText(Job &job, const Directory &directory, const QByteArray &name);
     // None with a reason (empty: not worth telling) when it cannot be read.
     std::optional<QByteArrayView> readBytes(const Job &job, const Directory &directory,
                                             const QByteArray &name, std::size_t limit,

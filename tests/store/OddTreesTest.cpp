@@ -3,6 +3,7 @@
 #include "model/linux/PlaneReach.h"
 #include "model/linux/RegistryGraph.h"
 #include "model/linux/UdevDatabase.h"
+#include "tests/support/LesserRights.h"
 #include "tests/support/MadeTree.h"
 #include "tests/support/TreePrinter.h"
 #include "tests/support/TreeText.h"
@@ -147,5 +148,56 @@ TEST(OddTrees, HaveBindingsToDriversAlone)
               hub
                 hub@bound
     )"));
+}
+
+// "PATH/ATTRIBUTE: REASON" of all that could not be read.
+QByteArrayList unreadIn(const RegistryGraph &graph)
+{
+    QByteArrayList unread;
+    for (int i = 0; i < graph.count(); ++i) {
+        const HostObject &object = graph.at(i);
+        for (const auto &[key, reason] : object.properties.member(u"DxUnreadAttributes").members())
+            unread.append(object.path + '/' + key.toOwner().toUtf8() + ": " +
+                          reason.toString().toUtf8());
+    }
+    std::sort(unread.begin(), unread.end());
+    return unread;
+}
+
+TEST(OddTrees, NameWhatMayNotBeOpened)
+{
+    MadeTree made;
+    for (const char *file :
+         {"bus/closed/x", "bus/open/devices/x", "bus/open/drivers/x", "module/m/x",
+          "devices/closed/uevent", "devices/open/uevent", "devices/open/group/x",
+          "devices/open/listed/uevent", "devices/open/pointed/uevent", "devices/virtual/closed/x"})
+        made.file(file, "1\n");
+    made.folder("class/c");
+    made.link("class/c/pointed", "../../devices/open/pointed");
+    made.link("devices/open/listed/link", "../..");
+    ASSERT_EQ(mknod(made.path("devices/open/socket").constData(), S_IFSOCK | 0600, 0), 0);
+    const char *const closed[] = {
+        "bus/closed",     "bus/open/devices",   "bus/open/drivers",     "module",
+        "devices/closed", "devices/open/group", "devices/open/pointed", "devices/virtual/closed"};
+    for (const char *folder : closed)
+        chmod(made.path(folder).constData(), 0);
+    chmod(made.path("devices/open/listed").constData(), 0400);
+    const RegistryGraph graph = withLesserRights([&] { return graphOf(made); });
+    const QByteArrayList expected{"/module: Permission denied",
+                                  "bus/closed/.: Permission denied",
+                                  "bus/open/devices: Permission denied",
+                                  "bus/open/drivers: Permission denied",
+                                  "devices/closed/.: Permission denied",
+                                  "devices/open/group: Permission denied",
+                                  "devices/open/listed/link: Permission denied",
+                                  "devices/open/listed/uevent: Permission denied",
+                                  "devices/open/pointed/.: Permission denied",
+                                  "devices/open/socket: neither file nor folder nor link",
+                                  "devices/virtual/closed/.: Permission denied"};
+    EXPECT_EQ(unreadIn(graph).join('\n').toStdString(), expected.join('\n').toStdString());
+    EXPECT_EQ(graph.at(graph.withPath("devices/open/listed")).kind, SweepObject::Kind::Device);
+    for (const char *folder : closed)
+        chmod(made.path(folder).constData(), 0700);
+    chmod(made.path("devices/open/listed").constData(), 0700);
 }
 } // namespace
