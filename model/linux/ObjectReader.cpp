@@ -12,6 +12,7 @@ namespace {
 constexpr std::size_t textLimit = 4096;
 constexpr std::size_t dataLimit = 65536;
 constexpr int deepestNesting = 16;
+constexpr char liesTooDeep[] = "lies too deep";
 constexpr int mostUnanswered = 2; // attributes of an object, before the rest is let be
 
 QByteArray join(const QByteArray &directory, const QByteArray &name)
@@ -103,6 +104,7 @@ struct ObjectReader::Job
 ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices,
                            Watch &watch, bool recordsFiles)
     : root_(root)
+    , opener_(root.opener())
     , forcedDevices_(forcedDevices)
     , watch_(watch)
     , recordsFiles_(recordsFiles)
@@ -120,8 +122,8 @@ ObjectReader::Result ObjectReader::read(const Request &request)
     object.path = request.path;
     object.kernelName = SysfsPlaces::baseName(request.path);
     Directory directory{request.path};
-    const auto error = take(watch_, request.path, {},
-                            [&] { return directory.list(root_.openDirectory(request.path)); });
+    const auto error =
+        take(watch_, request.path, {}, [&] { return directory.list(opener_.open(request.path)); });
     job.noteUnread(directory, SweepObject::itself, error);
     if (error && (directory.descriptor || *error == ENOENT)) {
         readHeader(job, directory);
@@ -203,21 +205,16 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     if (folder != Folder::Firmware && AttributePolicy::skipsDirectory(entry.name))
         return;
     if (parent.depth >= deepestNesting)
-        return job.noteUnread(parent, entry.name, "lies too deep");
+        return job.noteUnread(parent, entry.name, liesTooDeep);
     Directory directory{join(parent.path, entry.name), join(parent.below, entry.name),
                         parent.depth + 1};
-    if (const auto kind = objectKind(job, parent, entry.name, directory.path)) {
-        job.result.below.push_back({folder, *kind, directory.path, entry.inode});
-        return;
-    }
+    if (const auto kind = objectKind(job, parent, entry.name, directory.path))
+        return addObject(job, parent, entry, *kind);
     if (!open(job, parent, entry.name, directory))
         return;
     // One that may be listed but not entered could not be asked for its files before.
-    if (folder == Folder::Device && contains(directory.entries, "uevent")) {
-        job.result.below.push_back(
-            {folder, SweepObject::Kind::Device, directory.path, entry.inode});
-        return;
-    }
+    if (folder == Folder::Device && contains(directory.entries, "uevent"))
+        return addObject(job, parent, entry, SweepObject::Kind::Device);
     if (isBusTop && entry.name == "devices")
         return readMembersOfBus(job, directory);
     if (isBusTop && entry.name == "drivers")
@@ -226,6 +223,15 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     const bool ownsSomething = readDirectory(job, directory, nested);
     if (ownsSomething && !(job.request.readsOnRequest && nested.empty()))
         members.push_back({pool_.text(entry.name), RegistryValue::dictionary(std::move(nested))});
+}
+
+void ObjectReader::addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
+                             SweepObject::Kind kind)
+{
+    const QByteArray path = join(parent.path, entry.name);
+    if (path.size() > longestPath || path.count('/') > mostLevels)
+        return job.noteUnread(parent, entry.name, liesTooDeep);
+    job.result.below.push_back({job.request.folder, kind, path, entry.inode});
 }
 
 // None for a subdirectory that belongs to the object itself.

@@ -26,6 +26,11 @@ public:
         ~Watch() = default;
     };
 
+    // What lies deeper than that is named in the properties of what is above it. Every object keeps
+    // its path, so that the bounds are also those of the memory that a hostile tree takes.
+    static constexpr qsizetype mostLevels = 10'000; // below a folder of the tree, such as "devices"
+    static constexpr qsizetype longestPath = 32'768;
+
     struct Request
     {
         AttributePolicy::Folder folder = AttributePolicy::Folder::Device;
@@ -57,6 +62,8 @@ private:
     void readHeader(Job &job, const Directory &directory);
     void readSubdirectory(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RegistryValue::Members &members);
+    static void addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
+                          SweepObject::Kind kind);
     std::optional<SweepObject::Kind> objectKind(const Job &job, const Directory &parent,
                                                 const QByteArray &name, const QByteArray &path);
     bool open(Job &job, const Directory &parent, const QByteArray &name, Directory &directory);
@@ -78,6 +85,7 @@ private:
                                               std::size_t limit, QByteArray &reason);
 
     const SysfsRoot &root_;
+    DirectoryOpener opener_;
     const QSet<QByteArray> &forcedDevices_;
     Watch &watch_;
     bool recordsFiles_;

@@ -1,5 +1,7 @@
 #include "model/linux/SysfsRoot.h"
 
+#include "model/linux/SysfsPlaces.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <algorithm>
@@ -12,8 +14,6 @@
 #include <sys/vfs.h>
 
 namespace {
-constexpr int directoryFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-
 QString translate(const char *text)
 {
     return QCoreApplication::translate("SysfsRoot", text);
@@ -68,16 +68,20 @@ std::optional<SysfsRoot> SysfsRoot::open(const QByteArray &folder, QString *erro
 
 FileDescriptor SysfsRoot::openDirectory(const QByteArray &path) const
 {
-    return FileDescriptor(
-        openat(descriptor_.get(), path.isEmpty() ? "." : path.constData(), directoryFlags));
+    return opener().open(path);
 }
 
 quint64 SysfsRoot::inodeOf(const QByteArray &path) const
 {
     struct stat status;
-    const bool exists =
-        fstatat(descriptor_.get(), path.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
-    return exists ? status.st_ino : 0;
+    const auto inodeBelow = [&status](int folder, const QByteArray &its) {
+        const bool exists = fstatat(folder, its.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+        return exists ? status.st_ino : 0;
+    };
+    if (path.size() < PATH_MAX)
+        return inodeBelow(descriptor_.get(), path);
+    return inodeBelow(openDirectory(SysfsPlaces::folderOf(path)).get(),
+                      SysfsPlaces::baseName(path));
 }
 
 int SysfsRoot::list(int directory, std::vector<Entry> &entries)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/linux/FileDescriptor.h"
+#include "model/linux/DirectoryOpener.h"
 
 #include <QByteArray>
 #include <optional>
@@ -27,7 +27,9 @@ public:
     bool isKernels() const { return isKernels_; }
 
     FileDescriptor openDirectory(const QByteArray &path) const; // none with errno set
-    quint64 inodeOf(const QByteArray &path) const;              // 0 when there is nothing
+    // For many directories near to each other. Goes before the root.
+    DirectoryOpener opener() const { return DirectoryOpener(descriptor_.get()); }
+    quint64 inodeOf(const QByteArray &path) const; // 0 when there is nothing
     // The entries of a directory by name in byte order. Returns 0, or the error number that ended
     // the list early.
     static int list(int directory, std::vector<Entry> &entries);

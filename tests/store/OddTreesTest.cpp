@@ -8,6 +8,7 @@
 #include "tests/support/TreePrinter.h"
 #include "tests/support/TreeText.h"
 
+#include <QProcess>
 #include <random>
 
 namespace {
@@ -116,7 +117,7 @@ void makeOddLinks(MadeTree &made, unsigned seed)
 
 TEST(OddTrees, HaveNoEntryThatNobodyComesTo)
 {
-    for (unsigned seed = 0; seed < 60; ++seed) {
+    for (unsigned seed = 0; seed < 20; ++seed) {
         MadeTree made;
         makeOddLinks(made, seed);
         EXPECT_EQ(unreachableEntries(graphOf(made)).join(", "), "") << "of links by seed " << seed;
@@ -199,5 +200,72 @@ TEST(OddTrees, NameWhatMayNotBeOpened)
     for (const char *folder : closed)
         chmod(made.path(folder).constData(), 0700);
     chmod(made.path("devices/open/listed").constData(), 0700);
+}
+
+class NoWatch final : public ObjectReader::Watch
+{
+public:
+    bool mayTake(const QByteArray &, const QByteArray &) override { return true; }
+    bool returned() override { return true; }
+    bool isGivenUp() const override { return false; }
+};
+
+// A chain of devices of the same name, each in the one before. Its paths are longer than what the
+// kernel takes, and than what Qt can remove.
+class DeepChain
+{
+public:
+    DeepChain(const QByteArray &name, int levels)
+    {
+        FileDescriptor folder(open(made_.path("devices").constData(), O_PATH | O_CLOEXEC));
+        for (int i = 0; i < levels; ++i) {
+            EXPECT_EQ(mkdirat(folder.get(), name.constData(), 0700), 0);
+            folder = FileDescriptor(openat(folder.get(), name.constData(), O_PATH | O_CLOEXEC));
+            EXPECT_EQ(mknodat(folder.get(), "uevent", S_IFREG | 0600, 0), 0);
+        }
+    }
+    ~DeepChain() { QProcess::execute(QStringLiteral("rm"), {QStringLiteral("-rf"), made_.sys()}); }
+
+    const MadeTree &tree() const { return made_; }
+
+private:
+    MadeTree made_;
+};
+
+TEST(OddTrees, AreShownToTheirBottomOrWhereTheyAreTooDeepSaySo)
+{
+    const auto expectChain = [](const QByteArray &name, int levels, int shown) {
+        const DeepChain chain(name, levels);
+        const RegistryGraph graph = graphOf(chain.tree());
+        EXPECT_EQ(graph.count() - 2, shown);
+        const QByteArray last = "devices" + ('/' + name).repeated(shown);
+        const int index = graph.withPath(last);
+        ASSERT_NE(index, HostObject::none);
+        EXPECT_FALSE(graph.at(index).properties.member(u"uevent").isNone());
+        EXPECT_EQ(unreadIn(graph).join(' '),
+                  levels > shown ? last + '/' + name + ": lies too deep" : QByteArray());
+    };
+    expectChain("d", 2'500, 2'500);
+    expectChain(QByteArray(200, 'x'), 200, (ObjectReader::longestPath - 7) / 201);
+}
+
+TEST(OddTrees, HaveNoMoreLevelsThanStated)
+{
+    MadeTree made;
+    made.file("devices/a/b/uevent", "");
+    QString error;
+    const auto root = SysfsRoot::open(QFile::encodeName(made.sys()), &error);
+    const QSet<QByteArray> forced;
+    NoWatch watch;
+    ObjectReader reader(*root, forced, watch, false);
+    const auto readAtLevel = [&](qsizetype level) {
+        const QByteArray path = "devices" + QByteArray("/.").repeated(level - 1) + "/a";
+        return reader.read({.path = path});
+    };
+    EXPECT_EQ(readAtLevel(ObjectReader::mostLevels - 1).below.size(), 1U);
+    const auto deepest = readAtLevel(ObjectReader::mostLevels);
+    EXPECT_TRUE(deepest.below.empty());
+    ASSERT_EQ(deepest.object.unread.size(), 1U);
+    EXPECT_EQ(deepest.object.unread[0].path, "b");
 }
 } // namespace
