@@ -200,7 +200,7 @@ void HostObjects::findSubsystems()
         else if (pointing != HostObject::none)
             setSubsystem(object, at(pointing).path);
         else if (SysfsPlaces::isSystemDevice(object.path))
-            setSubsystem(object, "bus/" + baseName(folderOf(object.path)));
+            setSubsystem(object, "bus/" + SysfsPlaces::subsystemOfSystemDevice(object.path));
     }
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);

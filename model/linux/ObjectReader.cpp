@@ -150,7 +150,7 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
                                      .driver = targetName("driver"),
                                      .path = object.path};
     if (context.subsystem.isEmpty() && SysfsPlaces::isSystemDevice(object.path))
-        context.subsystem = SysfsPlaces::baseName(SysfsPlaces::folderOf(object.path));
+        context.subsystem = SysfsPlaces::subsystemOfSystemDevice(object.path);
     const auto textOf = [&](const QByteArray &name) {
         QByteArray reason;
         const auto bytes = readBytes(job, directory, name, textLimit, reason);

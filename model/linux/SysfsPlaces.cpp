@@ -35,13 +35,18 @@ QByteArray SysfsPlaces::folderOf(const QByteArray &path)
 
 bool SysfsPlaces::isSystemFolder(QByteArrayView path)
 {
-    return isStraightBelow(systemFolders, path);
+    return isStraightBelow(systemFolders, path) || path == "devices/system/edac/mc";
 }
 
 bool SysfsPlaces::isSystemDevice(QByteArrayView path)
 {
     const qsizetype slash = path.lastIndexOf('/');
     return slash > 0 && isSystemFolder(path.first(slash)) && isNumbered(path.sliced(slash + 1));
+}
+
+QByteArray SysfsPlaces::subsystemOfSystemDevice(const QByteArray &path)
+{
+    return path.mid(systemFolders.size()).split('/').constFirst();
 }
 
 bool SysfsPlaces::isDriver(QByteArrayView path)

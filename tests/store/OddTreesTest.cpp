@@ -25,7 +25,7 @@ RegistryGraph graphOf(const MadeTree &made)
 TEST(OddTrees, HaveTheSystemDevicesOfKernelsThatGaveThemNoUevent)
 {
     MadeTree made;
-    for (const char *device : {"clocksource/clocksource0", "cpu/cpu0", "cpu/cpu12", "edac/mc",
+    for (const char *device : {"clocksource/clocksource0", "cpu/cpu0", "cpu/cpu12", "edac/mc/mc0",
                                "i8237/i82370", "xen_memory/xen_memory0"})
         made.file(("devices/system/" + QByteArray(device) + "/online").constData(), "1\n");
     made.link("devices/system/edac/mc/subsystem", "../../../../bus/edac");
@@ -42,11 +42,12 @@ TEST(OddTrees, HaveTheSystemDevicesOfKernelsThatGaveThemNoUevent)
               cpu12
               i82370
               mc
+                mc0
               xen_memory0
     )"));
     EXPECT_EQ(tree.at("DxBus:/cpu12")->inheritanceString().toStdString(),
               "DxCpuDevice : DxBusDevice : DxDevice : DxService : DxRegistryEntry");
-    EXPECT_TRUE(tree.at("DxBus:/mc"));
+    EXPECT_TRUE(tree.at("DxBus:/mc/mc0"));
     const auto *groups =
         tree.at("DxService:/system")->properties()->childWithName(QStringLiteral("cpu"));
     ASSERT_TRUE(groups);
