@@ -1,8 +1,9 @@
 #include "platform/DocumentFile.h"
 
+#include "platform/ReplacementFile.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace {
 constexpr qint64 beginningSize = 64;
@@ -60,13 +61,14 @@ bool DocumentFile::write(const QString &path,
                          DocumentError &error)
 {
     const QFileInfo info(path);
-    if (info.exists() && !info.isFile() && !info.isDir()) { // saving would put a file in its place
-        error = saveError(path, QFileDevice::OpenError, tr("It is not a regular file."));
+    if (info.exists() && !info.isFile()) { // saving would put a file in its place
+        error = saveError(path, QFileDevice::OpenError,
+                          info.isDir() ? tr("It is a folder.") : tr("It is not a regular file."));
         return false;
     }
-    QSaveFile file(path);
+    ReplacementFile file(path);
     DocumentError problem;
-    if (file.open(QIODevice::WriteOnly) && content(file, problem)) {
+    if (file.open() && content(file.content(), problem)) {
         if (file.size() > largestSize)
             problem = {errorDomain, QFileDevice::WriteError, {}, tr("It would be too large.")};
         else if (file.commit())

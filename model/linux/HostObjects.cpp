@@ -2,6 +2,7 @@
 
 #include "model/linux/ClassNames.h"
 #include "model/linux/ObjectNames.h"
+#include "model/linux/SysfsPlaces.h"
 
 #include <QCryptographicHash>
 #include <QtEndian>
@@ -9,15 +10,13 @@
 
 namespace {
 using Kind = SweepObject::Kind;
+using SysfsPlaces::baseName;
+using SysfsPlaces::folderOf;
 
-QByteArray baseName(const QByteArray &path)
+// Others are folders without a meaning of their own, unless something in them could not be read.
+bool needsPlace(const SweepObject &object)
 {
-    return path.mid(path.lastIndexOf('/') + 1);
-}
-
-QByteArray folderOf(const QByteArray &path)
-{
-    return path.left(std::max<qsizetype>(path.lastIndexOf('/'), 0));
+    return object.kind == Kind::Device || !object.unread.empty();
 }
 
 bool isDeviceOrContainer(const SweepObject &object)
@@ -25,12 +24,12 @@ bool isDeviceOrContainer(const SweepObject &object)
     return object.kind == Kind::Device || object.kind == Kind::Container;
 }
 
-// The folders above every device.
+// The folders above every device, and above containers that could not be read.
 QSet<QByteArray> foldersAboveDevices(const Sweep &sweep)
 {
     QSet<QByteArray> folders;
     for (const SweepObject &object : sweep.objects) {
-        if (object.kind != Kind::Device)
+        if (!isDeviceOrContainer(object) || !needsPlace(object))
             continue;
         QByteArray folder = folderOf(object.path);
         while (!folder.isEmpty() && !folders.contains(folder)) {
@@ -82,12 +81,19 @@ int HostObjects::linked(const HostObject &object, QByteArrayView link) const
     return target.isEmpty() ? HostObject::none : withPath(target);
 }
 
+int HostObjects::linked(const HostObject &object, QByteArrayView link, Kind kind) const
+{
+    const int target = linked(object, link);
+    return target != HostObject::none && at(target).kind == kind ? target : HostObject::none;
+}
+
 void HostObjects::collect(Sweep sweep)
 {
+    at(root).unread = std::move(sweep.unread);
     const QSet<QByteArray> folders = foldersAboveDevices(sweep);
     objects_.reserve(2 * sweep.objects.size());
     for (SweepObject &object : sweep.objects) {
-        if (object.kind == Kind::Container && !folders.contains(object.path))
+        if (object.kind == Kind::Container && !needsPlace(object) && !folders.contains(object.path))
             continue;
         objects_.emplace_back();
         static_cast<SweepObject &>(objects_.back()) = std::move(object);
@@ -99,7 +105,7 @@ void HostObjects::addBindings()
     const std::size_t count = objects_.size();
     for (std::size_t i = 0; i < count; ++i) {
         const QByteArray driver = objects_[i].link("driver");
-        if (objects_[i].kind != Kind::Device || driver.isEmpty())
+        if (objects_[i].kind != Kind::Device || !SysfsPlaces::isDriver(driver))
             continue;
         HostObject binding;
         binding.kind = Kind::Binding;
@@ -140,7 +146,7 @@ void HostObjects::relate()
         HostObject &object = at(i);
         if (object.kind == Kind::Binding) {
             object.device = object.parent = withPath(folderOf(object.path));
-            object.driver = linked(object, "driver");
+            object.driver = linked(object, "driver", Kind::Driver);
             at(object.device).binding = i;
             continue;
         }
@@ -189,10 +195,12 @@ void HostObjects::findSubsystems()
             continue;
         const QByteArray target = object.link("subsystem");
         const int pointing = pointedAtBy.value(object.path, HostObject::none);
-        if (!target.isEmpty())
+        if (SysfsPlaces::isSubsystem(target))
             setSubsystem(object, target);
         else if (pointing != HostObject::none)
             setSubsystem(object, at(pointing).path);
+        else if (SysfsPlaces::isSystemDevice(object.path))
+            setSubsystem(object, "bus/" + SysfsPlaces::subsystemOfSystemDevice(object.path));
     }
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
@@ -206,7 +214,8 @@ void HostObjects::findSubsystems()
 
 QByteArray HostObjects::moduleOfDriver(int driver) const
 {
-    const int module = driver == HostObject::none ? driver : linked(at(driver), "module");
+    const int module =
+        driver == HostObject::none ? driver : linked(at(driver), "module", Kind::Module);
     // What is built in has a folder too, but no state of loading.
     if (module == HostObject::none || at(module).member(u"initstate").isNone())
         return {};

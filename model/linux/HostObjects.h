@@ -24,6 +24,7 @@ public:
     int withPath(const QByteArray &path) const; // or HostObject::none
     // Where a link of an object leads among the objects, or none.
     int linked(const HostObject &object, QByteArrayView link) const;
+    int linked(const HostObject &object, QByteArrayView link, SweepObject::Kind kind) const;
     // The nearest object above, by directories, that satisfies the predicate.
     template<class Predicate>
     int above(int index, Predicate predicate) const

@@ -1,5 +1,7 @@
 #include "model/linux/ObjectReader.h"
 
+#include "model/linux/SysfsPlaces.h"
+
 #include <QUtf8StringView>
 #include <cerrno>
 #include <cstring>
@@ -10,6 +12,7 @@ namespace {
 constexpr std::size_t textLimit = 4096;
 constexpr std::size_t dataLimit = 65536;
 constexpr int deepestNesting = 16;
+constexpr char liesTooDeep[] = "lies too deep";
 constexpr int mostUnanswered = 2; // attributes of an object, before the rest is let be
 
 QByteArray join(const QByteArray &directory, const QByteArray &name)
@@ -67,11 +70,11 @@ struct ObjectReader::Directory
     FileDescriptor descriptor = {};
     std::vector<SysfsRoot::Entry> entries = {};
 
-    bool list(FileDescriptor opened)
+    // 0, or the error number of why not all its entries are known.
+    int list(FileDescriptor opened)
     {
         descriptor = std::move(opened);
-        entries = SysfsRoot::list(descriptor.get());
-        return static_cast<bool>(descriptor);
+        return descriptor ? SysfsRoot::list(descriptor.get(), entries) : errno;
     }
 };
 
@@ -83,11 +86,25 @@ struct ObjectReader::Job
     bool isSuspended = false;  // known only when reading on request
     int unanswered = 0;        // attributes so far
     RegistryValue uevent = {}; // read before all else: names and classes rest on it
+
+    void noteUnread(const Directory &directory, const QByteArray &name, const QByteArray &reason)
+    {
+        result.object.unread.push_back({join(directory.below, name), reason});
+    }
+    // None: it did not answer. What has gone meanwhile is not worth telling.
+    void noteUnread(const Directory &directory, const QByteArray &name, std::optional<int> error)
+    {
+        if (!error)
+            noteUnread(directory, name, SweepObject::noAnswer);
+        else if (*error != 0 && *error != ENOENT)
+            noteUnread(directory, name, std::strerror(*error));
+    }
 };
 
 ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices,
                            Watch &watch, bool recordsFiles)
     : root_(root)
+    , opener_(root.opener())
     , forcedDevices_(forcedDevices)
     , watch_(watch)
     , recordsFiles_(recordsFiles)
@@ -103,13 +120,15 @@ ObjectReader::Result ObjectReader::read(const Request &request)
     object.kind = request.kind;
     object.inode = request.inode;
     object.path = request.path;
-    object.kernelName = request.path.mid(request.path.lastIndexOf('/') + 1);
+    object.kernelName = SysfsPlaces::baseName(request.path);
     Directory directory{request.path};
-    if (!take(watch_, request.path, {},
-              [&] { return directory.list(root_.openDirectory(request.path)); }))
-        return std::move(job.result);
-    readHeader(job, directory);
-    readDirectory(job, directory, object.members);
+    const auto error =
+        take(watch_, request.path, {}, [&] { return directory.list(opener_.open(request.path)); });
+    job.noteUnread(directory, SweepObject::itself, error);
+    if (error && (directory.descriptor || *error == ENOENT)) {
+        readHeader(job, directory);
+        readDirectory(job, directory, object.members);
+    }
     return std::move(job.result);
 }
 
@@ -120,17 +139,18 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     if (job.request.folder != Folder::Device)
         return;
     SweepObject &object = job.result.object;
-    if (!contains(directory.entries, "uevent") && !forcedDevices_.contains(directory.path))
-        object.kind = SweepObject::Kind::Container;
+    object.kind = isDevice(directory) ? SweepObject::Kind::Device : SweepObject::Kind::Container;
     const auto targetName = [&](const QByteArray &link) {
         const QByteArray text =
-            contains(directory.entries, link) ? linkText(directory, link) : QByteArray();
-        return text.mid(text.lastIndexOf('/') + 1);
+            contains(directory.entries, link) ? linkText(job, directory, link) : QByteArray();
+        return SysfsPlaces::baseName(text);
     };
     AttributePolicy::Context context{.folder = job.request.folder,
                                      .subsystem = targetName("subsystem"),
                                      .driver = targetName("driver"),
                                      .path = object.path};
+    if (context.subsystem.isEmpty() && SysfsPlaces::isSystemDevice(object.path))
+        context.subsystem = SysfsPlaces::subsystemOfSystemDevice(object.path);
     const auto textOf = [&](const QByteArray &name) {
         QByteArray reason;
         const auto bytes = readBytes(job, directory, name, textLimit, reason);
@@ -168,6 +188,9 @@ bool ObjectReader::readDirectory(Job &job, const Directory &directory,
         case SysfsRoot::EntryType::File:
             readFile(job, directory, entry.name, members);
             break;
+        case SysfsRoot::EntryType::Other:
+            job.noteUnread(directory, entry.name, "neither file nor folder nor link");
+            break;
         }
     }
     return !members.empty() || job.result.below.size() == devicesBefore;
@@ -178,38 +201,66 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
 {
     using Folder = AttributePolicy::Folder;
     const Folder folder = job.request.folder;
-    const bool isTop = parent.below.isEmpty();
-    const bool isSkipped =
-        folder != Folder::Firmware && AttributePolicy::skipsDirectory(entry.name);
-    if (isSkipped || parent.depth >= deepestNesting)
+    const bool isBusTop = folder == Folder::Bus && parent.below.isEmpty();
+    if (folder != Folder::Firmware && AttributePolicy::skipsDirectory(entry.name))
         return;
+    if (parent.depth >= deepestNesting)
+        return job.noteUnread(parent, entry.name, liesTooDeep);
     Directory directory{join(parent.path, entry.name), join(parent.below, entry.name),
                         parent.depth + 1};
-    const auto addObject = [&](Folder its, SweepObject::Kind kind) {
-        job.result.below.push_back({its, kind, directory.path, entry.inode});
-    };
-    if (folder == Folder::Firmware)
-        return addObject(folder, SweepObject::Kind::FirmwareNode);
-    if (folder == Folder::Device && parent.path == "devices/virtual")
-        return addObject(folder, SweepObject::Kind::Device);
-    if (folder == Folder::Device && isDevice(parent, entry.name, directory.path))
-        return addObject(folder, SweepObject::Kind::Device);
-    const auto open = [&] {
-        return FileDescriptor(openat(parent.descriptor.get(), entry.name.constData(),
-                                     O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    };
-    if (!take(watch_, parent.path, entry.name, [&] {
-             return directory.list(open());
-         }).value_or(false))
+    if (const auto kind = objectKind(job, parent, entry.name, directory.path))
+        return addObject(job, parent, entry, *kind);
+    if (!open(job, parent, entry.name, directory))
         return;
-    if (folder == Folder::Bus && isTop && entry.name == "devices")
+    // One that may be listed but not entered could not be asked for its files before.
+    if (folder == Folder::Device && contains(directory.entries, "uevent"))
+        return addObject(job, parent, entry, SweepObject::Kind::Device);
+    if (isBusTop && entry.name == "devices")
         return readMembersOfBus(job, directory);
-    if (folder == Folder::Bus && isTop && entry.name == "drivers")
+    if (isBusTop && entry.name == "drivers")
         return readDriversOfBus(job, directory);
     RegistryValue::Members nested;
     const bool ownsSomething = readDirectory(job, directory, nested);
     if (ownsSomething && !(job.request.readsOnRequest && nested.empty()))
         members.push_back({pool_.text(entry.name), RegistryValue::dictionary(std::move(nested))});
+}
+
+void ObjectReader::addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
+                             SweepObject::Kind kind)
+{
+    const QByteArray path = join(parent.path, entry.name);
+    if (path.size() > longestPath || path.count('/') > mostLevels)
+        return job.noteUnread(parent, entry.name, liesTooDeep);
+    job.result.below.push_back({job.request.folder, kind, path, entry.inode});
+}
+
+// None for a subdirectory that belongs to the object itself.
+std::optional<SweepObject::Kind> ObjectReader::objectKind(const Job &job, const Directory &parent,
+                                                          const QByteArray &name,
+                                                          const QByteArray &path)
+{
+    using Folder = AttributePolicy::Folder;
+    if (job.request.folder == Folder::Firmware)
+        return SweepObject::Kind::FirmwareNode;
+    if (job.request.folder != Folder::Device)
+        return std::nullopt;
+    if (parent.path == "devices/virtual")
+        return SweepObject::Kind::Container;
+    return isDevice(parent, name, path) ? std::optional(SweepObject::Kind::Device) : std::nullopt;
+}
+
+// Whether there is something of it to be read.
+bool ObjectReader::open(Job &job, const Directory &parent, const QByteArray &name,
+                        Directory &directory)
+{
+    const auto error = take(watch_, parent.path, name, [&] {
+        return directory.list(
+            FileDescriptor(openat(parent.descriptor.get(), name.constData(),
+                                  O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)));
+    });
+    job.noteUnread(parent, name, error);
+    job.unanswered += !error;
+    return error && directory.descriptor;
 }
 
 // They are objects of their own; the bus keeps only where its links lead.
@@ -219,7 +270,7 @@ void ObjectReader::readMembersOfBus(Job &job, const Directory &devices)
         if (entry.type != SysfsRoot::EntryType::Link)
             continue;
         const QByteArray target =
-            SysfsRoot::resolveLink(devices.path, linkText(devices, entry.name));
+            SysfsRoot::resolveLink(devices.path, linkText(job, devices, entry.name));
         if (!target.isNull())
             job.result.object.links.push_back({join(devices.below, entry.name), target});
     }
@@ -234,33 +285,51 @@ void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
     }
 }
 
-// Asked for by its own file, since a device will be listed when its turn comes.
+bool ObjectReader::isDevice(const Directory &itself) const
+{
+    return contains(itself.entries, "uevent") || forcedDevices_.contains(itself.path) ||
+           SysfsPlaces::isSystemDevice(itself.path) ||
+           (SysfsPlaces::isSystemFolder(SysfsPlaces::folderOf(itself.path)) &&
+            contains(itself.entries, "subsystem"));
+}
+
+// Asked for by its own files, since a device will be listed when its turn comes.
 bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path)
 {
-    if (forcedDevices_.contains(path))
+    if (forcedDevices_.contains(path) || SysfsPlaces::isSystemDevice(path))
         return true;
     if (name == "power") // everywhere, and never one
         return false;
-    const QByteArray file = name + "/uevent";
-    return take(watch_, parent.path, name,
-                [&] { return faccessat(parent.descriptor.get(), file.constData(), F_OK, 0) == 0; })
-        .value_or(false);
+    const auto has = [&](const char *file) {
+        const QByteArray below = name + file;
+        return take(watch_, parent.path, name,
+                    [&] {
+                        return faccessat(parent.descriptor.get(), below.constData(), F_OK,
+                                         AT_SYMLINK_NOFOLLOW) == 0;
+                    })
+            .value_or(false);
+    };
+    return has("/uevent") || (SysfsPlaces::isSystemFolder(parent.path) && has("/subsystem"));
 }
 
 // Null when it cannot be read.
-QByteArray ObjectReader::linkText(const Directory &directory, const QByteArray &name)
+QByteArray ObjectReader::linkText(Job &job, const Directory &directory, const QByteArray &name)
 {
-    return take(watch_, directory.path, name,
-                [&] { return SysfsRoot::readLink(directory.descriptor.get(), name); })
-        .value_or(QByteArray());
+    QByteArray text;
+    const auto error = take(watch_, directory.path, name, [&] {
+        text = SysfsRoot::readLink(directory.descriptor.get(), name);
+        return text.isNull() ? errno : 0;
+    });
+    job.noteUnread(directory, name, error);
+    return error ? text : QByteArray();
 }
 
 void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
                             RegistryValue::Members &members)
 {
-    const QByteArray text = linkText(directory, entry.name);
+    const QByteArray text = linkText(job, directory, entry.name);
     if (text.isNull())
-        return; // it has gone meanwhile
+        return;
     const QByteArray target = SysfsRoot::resolveLink(directory.path, text);
     const QByteArray &shown = target.isNull() ? text : target;
     members.push_back({pool_.text(entry.name), RegistryValue::string(QString::fromUtf8(shown))});
@@ -295,7 +364,7 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
     if (bytes)
         members.push_back({pool_.text(name), parseAttribute(name, *bytes, pool_)});
     else if (!reason.isEmpty())
-        job.result.object.unread.push_back({join(directory.below, name), reason});
+        job.noteUnread(directory, name, reason);
     job.unanswered += reason == SweepObject::noAnswer;
 }
 

@@ -26,10 +26,15 @@ public:
         ~Watch() = default;
     };
 
+    // What lies deeper than that is named in the properties of what is above it. Every object keeps
+    // its path, so that the bounds are also those of the memory that a hostile tree takes.
+    static constexpr qsizetype mostLevels = 10'000; // below a folder of the tree, such as "devices"
+    static constexpr qsizetype longestPath = 32'768;
+
     struct Request
     {
         AttributePolicy::Folder folder = AttributePolicy::Folder::Device;
-        SweepObject::Kind kind = SweepObject::Kind::Device;
+        SweepObject::Kind kind = SweepObject::Kind::Device; // of a device's folder, a guess
         QByteArray path;
         quint64 inode = 0;
         bool readsOnRequest = false; // what is too costly for every sweep, and nothing else
@@ -57,14 +62,20 @@ private:
     void readHeader(Job &job, const Directory &directory);
     void readSubdirectory(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RegistryValue::Members &members);
+    static void addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
+                          SweepObject::Kind kind);
+    std::optional<SweepObject::Kind> objectKind(const Job &job, const Directory &parent,
+                                                const QByteArray &name, const QByteArray &path);
+    bool open(Job &job, const Directory &parent, const QByteArray &name, Directory &directory);
     void readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
                   RegistryValue::Members &members);
     void readFile(Job &job, const Directory &directory, const QByteArray &name,
                   RegistryValue::Members &members);
     void readMembersOfBus(Job &job, const Directory &devices);
     void readDriversOfBus(Job &job, const Directory &drivers);
+    bool isDevice(const Directory &itself) const;
     bool isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path);
-    QByteArray linkText(const Directory &directory, const QByteArray &name);
+    QByteArray linkText(Job &job, const Directory &directory, const QByteArray &name);
     // None with a reason (empty: not worth telling) when it cannot be read.
     std::optional<QByteArrayView> readBytes(const Job &job, const Directory &directory,
                                             const QByteArray &name, std::size_t limit,
@@ -74,6 +85,7 @@ private:
                                               std::size_t limit, QByteArray &reason);
 
     const SysfsRoot &root_;
+    DirectoryOpener opener_;
     const QSet<QByteArray> &forcedDevices_;
     Watch &watch_;
     bool recordsFiles_;

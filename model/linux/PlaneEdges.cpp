@@ -110,7 +110,7 @@ void addModules(PlaneCollector &plane)
             plane.add(i, none);
     });
     forEach(objects, Kind::Driver, [&](int i, const HostObject &driver) {
-        const int module = objects.linked(driver, "module");
+        const int module = objects.linked(driver, "module", Kind::Module);
         if (module != none)
             plane.add(i, module);
     });

@@ -2,9 +2,11 @@
 
 #include "model/linux/ObjectNames.h"
 #include "model/linux/PlaneEdges.h"
+#include "model/linux/PlaneReach.h"
 #include "model/linux/UdevDatabase.h"
 
 #include <QMap>
+#include <cassert>
 
 namespace {
 using Kind = SweepObject::Kind;
@@ -64,6 +66,7 @@ RegistryGraph::RegistryGraph(HostObjects objects, UdevDatabase &udev)
         finish(objects_.at(i), udev);
     }
     countBusyChildren();
+    assert(unreachableEntries(*this).isEmpty());
 }
 
 int RegistryGraph::withID(quint64 id) const

@@ -8,5 +8,6 @@
 struct Sweep
 {
     std::vector<SweepObject> objects;
-    std::vector<QByteArray> filesRead; // when asked for
+    std::vector<SweepObject::Unread> unread; // of the tree's own folders, such as "bus"
+    std::vector<QByteArray> filesRead;       // when asked for
 };

@@ -28,9 +28,10 @@ struct SweepObject
     };
     struct Unread
     {
-        QByteArray path; // below the object's directory
+        QByteArray path; // below the object's directory, or that itself
         QByteArray reason;
     };
+    static constexpr char itself[] = "."; // the path of the object's own directory
     // Reasons of what cost a wait, and of what was let be after it.
     static constexpr char noAnswer[] = "did not answer";
     static constexpr char notAsked[] = "not asked, because the device does not answer";

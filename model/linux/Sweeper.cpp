@@ -2,6 +2,9 @@
 
 #include "model/linux/SweepRun.h"
 
+#include <cerrno>
+#include <cstring>
+
 namespace {
 using Request = ObjectReader::Request;
 using Folder = AttributePolicy::Folder;
@@ -25,10 +28,18 @@ Sweeper::Sweeper(std::shared_ptr<const SysfsRoot> root, Options options)
 
 Sweep Sweeper::run(const std::stop_token &stop)
 {
-    Sweep sweep = run(firstRequests(), true, stop);
+    Sweep sweep = runFromTop(stop);
     // Trees without uevent files show what is a device only by the links that lead there.
     if (!stop.stop_requested() && findForcedDevices(sweep))
-        sweep = run(firstRequests(), true, stop);
+        sweep = runFromTop(stop);
+    return sweep;
+}
+
+Sweep Sweeper::runFromTop(const std::stop_token &stop)
+{
+    std::vector<SweepObject::Unread> unread;
+    Sweep sweep = run(firstRequests(unread), true, stop);
+    sweep.unread = std::move(unread);
     return sweep;
 }
 
@@ -44,13 +55,20 @@ SweepObject Sweeper::readObject(const Request &request)
     return objects.empty() ? SweepObject() : std::move(objects.front());
 }
 
-std::vector<Request> Sweeper::firstRequests() const
+std::vector<Request> Sweeper::firstRequests(std::vector<SweepObject::Unread> &unread) const
 {
     std::vector<Request> requests;
-    const auto addFolder = [&](const QByteArray &folder, Folder type, Kind kind) {
+    const auto entriesOf = [&](const QByteArray &folder) {
+        std::vector<SysfsRoot::Entry> entries;
         const FileDescriptor directory = root_->openDirectory(folder);
+        const int error = directory ? SysfsRoot::list(directory.get(), entries) : errno;
+        if (error != 0 && error != ENOENT)
+            unread.push_back({folder, std::strerror(error)});
+        return entries;
+    };
+    const auto addFolder = [&](const QByteArray &folder, Folder type, Kind kind) {
         bool any = false;
-        for (const SysfsRoot::Entry &entry : SysfsRoot::list(directory.get())) {
+        for (const SysfsRoot::Entry &entry : entriesOf(folder)) {
             if (entry.type == SysfsRoot::EntryType::Directory) {
                 requests.push_back({type, kind, folder + '/' + entry.name, entry.inode});
                 any = any || entry.name == "block";
@@ -63,13 +81,12 @@ std::vector<Request> Sweeper::firstRequests() const
     addFolder("bus", Folder::Bus, Kind::Bus);
     if (!addFolder("class", Folder::Class, Kind::Class)) {
         // Old and partial trees have the block devices' folder at the top only.
-        const FileDescriptor top = root_->openDirectory({});
-        for (const SysfsRoot::Entry &entry : SysfsRoot::list(top.get())) {
+        for (const SysfsRoot::Entry &entry : entriesOf({})) {
             if (entry.name == "block" && entry.type == SysfsRoot::EntryType::Directory)
                 requests.push_back({Folder::Class, Kind::Class, "block", entry.inode});
         }
     }
-    addFolder("devices", Folder::Device, Kind::Device);
+    addFolder("devices", Folder::Device, Kind::Container);
     return requests;
 }
 
@@ -106,8 +123,11 @@ bool Sweeper::findForcedDevices(const Sweep &sweep)
             const bool isDevice = link.target.startsWith("devices/") &&
                                   (object.kind == Kind::Class ? !link.name.contains('/')
                                                               : link.name.startsWith("devices/"));
+            const auto exists = [&] {
+                return root_->openDirectory(link.target) || errno == EACCES;
+            };
             if (!isDevice || known.contains(link.target) || forcedDevices_.contains(link.target) ||
-                !root_->openDirectory(link.target))
+                !exists())
                 continue;
             forcedDevices_.insert(link.target);
             found = true;

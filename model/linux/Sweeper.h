@@ -35,7 +35,9 @@ public:
     SweepObject readObject(const ObjectReader::Request &request); // empty when it is gone
 
 private:
-    std::vector<ObjectReader::Request> firstRequests() const;
+    Sweep runFromTop(const std::stop_token &stop);
+    std::vector<ObjectReader::Request>
+    firstRequests(std::vector<SweepObject::Unread> &unread) const;
     Sweep run(std::vector<ObjectReader::Request> requests, bool goesOn,
               const std::stop_token &stop = {});
     bool findForcedDevices(const Sweep &sweep);

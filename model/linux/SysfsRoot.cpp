@@ -1,5 +1,7 @@
 #include "model/linux/SysfsRoot.h"
 
+#include "model/linux/SysfsPlaces.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <algorithm>
@@ -12,20 +14,19 @@
 #include <sys/vfs.h>
 
 namespace {
-constexpr int directoryFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-
 QString translate(const char *text)
 {
     return QCoreApplication::translate("SysfsRoot", text);
 }
 
+// None for what has gone.
 std::optional<SysfsRoot::EntryType> entryType(int directory, const dirent64 &entry)
 {
     mode_t mode = DTTOIF(entry.d_type);
     if (entry.d_type == DT_UNKNOWN) {
         struct stat status;
         if (fstatat(directory, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
-            return std::nullopt;
+            return errno == ENOENT ? std::nullopt : std::optional(SysfsRoot::EntryType::File);
         mode = status.st_mode & S_IFMT;
     }
     switch (mode) {
@@ -36,8 +37,8 @@ std::optional<SysfsRoot::EntryType> entryType(int directory, const dirent64 &ent
     case S_IFREG:
     case S_IFIFO: // recorded trees may have one where a read would wait
         return SysfsRoot::EntryType::File;
-    default:
-        return std::nullopt;
+    default: // a device node or a socket, which no sysfs has
+        return SysfsRoot::EntryType::Other;
     }
 }
 } // namespace
@@ -67,24 +68,28 @@ std::optional<SysfsRoot> SysfsRoot::open(const QByteArray &folder, QString *erro
 
 FileDescriptor SysfsRoot::openDirectory(const QByteArray &path) const
 {
-    return FileDescriptor(
-        openat(descriptor_.get(), path.isEmpty() ? "." : path.constData(), directoryFlags));
+    return opener().open(path);
 }
 
 quint64 SysfsRoot::inodeOf(const QByteArray &path) const
 {
     struct stat status;
-    const bool exists =
-        fstatat(descriptor_.get(), path.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
-    return exists ? status.st_ino : 0;
+    const auto inodeBelow = [&status](int folder, const QByteArray &its) {
+        const bool exists = fstatat(folder, its.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+        return exists ? status.st_ino : 0;
+    };
+    if (path.size() < PATH_MAX)
+        return inodeBelow(descriptor_.get(), path);
+    return inodeBelow(openDirectory(SysfsPlaces::folderOf(path)).get(),
+                      SysfsPlaces::baseName(path));
 }
 
-std::vector<SysfsRoot::Entry> SysfsRoot::list(int directory)
+int SysfsRoot::list(int directory, std::vector<Entry> &entries)
 {
     // Without a directory stream: making one costs more than reading a small directory.
     constexpr std::size_t bufferSize = 16384;
     alignas(dirent64) char buffer[bufferSize];
-    std::vector<Entry> entries;
+    entries.clear();
     ssize_t size = 0;
     while ((size = getdents64(directory, buffer, bufferSize)) > 0) {
         for (ssize_t offset = 0; offset < size;) {
@@ -96,16 +101,17 @@ std::vector<SysfsRoot::Entry> SysfsRoot::list(int directory)
                 entries.push_back({QByteArray(entry.d_name), entry.d_ino, *type});
         }
     }
+    const int error = size < 0 ? errno : 0;
     std::sort(entries.begin(), entries.end(),
               [](const Entry &a, const Entry &b) { return a.name < b.name; });
-    return entries;
+    return error;
 }
 
 QByteArray SysfsRoot::readLink(int directory, const QByteArray &name)
 {
     char buffer[PATH_MAX];
     const ssize_t length = readlinkat(directory, name.constData(), buffer, sizeof buffer);
-    return length > 0 ? QByteArray(buffer, length) : QByteArray();
+    return length >= 0 ? QByteArray(buffer, length) : QByteArray();
 }
 
 QByteArray SysfsRoot::resolveLink(const QByteArray &directoryPath, const QByteArray &target)

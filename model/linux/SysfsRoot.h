@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/linux/FileDescriptor.h"
+#include "model/linux/DirectoryOpener.h"
 
 #include <QByteArray>
 #include <optional>
@@ -12,7 +12,7 @@
 class SysfsRoot
 {
 public:
-    enum class EntryType : quint8 { Directory, Link, File };
+    enum class EntryType : quint8 { Directory, Link, File, Other };
     struct Entry
     {
         QByteArray name;
@@ -26,12 +26,14 @@ public:
     const QByteArray &folder() const { return folder_; }
     bool isKernels() const { return isKernels_; }
 
-    FileDescriptor openDirectory(const QByteArray &path) const;
+    FileDescriptor openDirectory(const QByteArray &path) const; // none with errno set
+    // For many directories near to each other. Goes before the root.
+    DirectoryOpener opener() const { return DirectoryOpener(descriptor_.get()); }
     quint64 inodeOf(const QByteArray &path) const; // 0 when there is nothing
-    // The entries of a directory by name in byte order; empty when it cannot be listed. Device
-    // nodes and sockets, which no sysfs has, are left out.
-    static std::vector<Entry> list(int directory);
-    // The text of a link; null when it cannot be read.
+    // The entries of a directory by name in byte order. Returns 0, or the error number that ended
+    // the list early.
+    static int list(int directory, std::vector<Entry> &entries);
+    // The text of a link; null with errno set when it cannot be read.
     static QByteArray readLink(int directory, const QByteArray &name);
     // Where a link leads, relative to the root, by its text alone. Null when it leads out of it or
     // could not be read.

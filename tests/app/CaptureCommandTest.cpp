@@ -81,7 +81,7 @@ TEST_F(CaptureCommand, TellsWhatWentWrongByExitCodeAndMessage)
     expectFailure(capture(QString()), 64, "--capture needs a file");
     expectFailure(run({program, QStringLiteral("--capture")}), 64, "--help");
     expectFailure(capture(path("no/folder")), 2, "No such file or directory");
-    expectFailure(capture(path("")), 2, "directory");
+    expectFailure(capture(path("")), 2, "It is a folder");
     ASSERT_EQ(shell(QStringLiteral("mkfifo \"$3\"")).code, 0);
     expectFailure(capture(path("out")), 2, "not a regular file");
     expectFailure(shell(QStringLiteral("\"$1\" --sysfs \"$2\" --capture - > /dev/full")), 2,

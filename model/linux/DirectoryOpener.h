@@ -1,0 +1,36 @@
+#pragma once
+
+#include "model/linux/FileDescriptor.h"
+
+#include <vector>
+
+// Opens the directories below one by paths of any length. The kernel takes none as long as
+// PATH_MAX, so a long one is opened piece by piece; the pieces stay open for the next path, which
+// most often begins alike. Used from one thread.
+class DirectoryOpener
+{
+public:
+    explicit DirectoryOpener(int top)
+        : top_(top)
+    {}
+
+    // None with errno set. A link at the end is not followed.
+    FileDescriptor open(const QByteArray &path);
+
+private:
+    struct Piece
+    {
+        QByteArray path; // below the piece before
+        FileDescriptor descriptor;
+    };
+
+    // Opens the piece at the position unless it is open already.
+    bool keep(std::size_t position, QByteArrayView path);
+    int folder(std::size_t position) const
+    {
+        return position == 0 ? top_ : pieces_[position - 1].descriptor.get();
+    }
+
+    int top_;
+    std::vector<Piece> pieces_;
+};
