@@ -6,6 +6,7 @@
 #include <array>
 #include <span>
 
+class RequestedAttributes;
 class UdevDatabase;
 
 // The host's registry as one sweep found it: the objects, and who is whose child in each plane.
@@ -21,6 +22,8 @@ public:
     int withPath(const QByteArray &path) const { return objects_.withPath(path); }
     bool hasPlane(Plane plane) const;
     std::span<const int> childrenInPlane(int index, Plane plane) const;
+    // What was read since; the properties that others have keep as they were.
+    void addRequested(int index, const RequestedAttributes &requested);
 
 private:
     struct Children
@@ -36,6 +39,7 @@ private:
     void tellSiblingsApart(Plane plane);
     std::vector<int> siblingsNamedAlike(Plane plane) const;
     void finish(HostObject &object, UdevDatabase &udev);
+    static void insertReasons(HostObject &object);
     void nameIncompleteObjects();
     void countBusyChildren();
 

@@ -30,6 +30,12 @@ struct SweepObject
     {
         QByteArray path; // below the object's directory
         QByteArray reason;
+        bool isOnRequest = false; // may be read when the user asks for it
+    };
+    struct Requested
+    {
+        QByteArray path; // below the object's directory
+        RegistryValue value;
     };
     // Reasons of what cost a wait, and of what was let be after it.
     static constexpr char noAnswer[] = "did not answer";
@@ -47,6 +53,7 @@ struct SweepObject
     RegistryValue::Members members;
     std::vector<Link> links; // those that lead to somewhere in the tree
     std::vector<Unread> unread;
+    std::vector<Requested> requested; // instead of the members, when reading on request
 
     QByteArray link(QByteArrayView name) const
     {
