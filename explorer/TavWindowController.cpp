@@ -2,6 +2,7 @@
 
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "explorer/AttributeRequests.h"
 #include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
 #include "explorer/FoundEntryPaths.h"
@@ -46,6 +47,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     , outlineDataSource_(std::make_unique<TavRegistryOutlineViewDataSource>(*this))
     , propertiesDataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
     , browserDelegate_(std::make_unique<TavBrowserDelegate>(*this))
+    , attributeRequests_(std::make_unique<AttributeRequests>(dataStore_))
     , undoStack_(std::make_unique<QUndoStack>())
     , history_(std::make_unique<SelectionHistory>())
 {
@@ -57,6 +59,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     connectNavigationControls();
     connectContextMenus();
     setUpFormats();
+    setUpAttributeRequests();
     windowDidLoad();
 }
 

@@ -12,6 +12,7 @@
 #include <span>
 #include <variant>
 
+class AttributeRequests;
 class ColumnBrowser;
 class FactField;
 class FoundEntryPaths;
@@ -114,6 +115,9 @@ public:
 
     QString windowTitleForDocumentDisplayName(const QString &displayName) const;
     QString toolTipForRegistryEntry(const TavRegistryEntry &entry) const;
+    // What is amiss with an entry: shown as a mark on its rows, and said in words; null for most.
+    QString warningForEntry(const TavRegistryEntry &entry) const;
+    QVariant markForEntry(const TavRegistryEntry &entry) const;
     // What a screen reader says of a row.
     QString accessibleNameForOutlineItem(TavRegistryOutlineItem &item) const;
     QString accessibleNameForEntry(const TavRegistryEntry &entry, const QString &name) const;
@@ -179,12 +183,15 @@ public:
     void noteDataStoreClearedTerminatedObjects() override;
     void dataViewOptionsChanged(TavRegistryProperty *item) override;
     void propertiesViewSelectionChanged() override;
+    Reading readingOfAttribute(const QString &attribute) const override;
+    void readAttribute(const QString &attribute) override;
     void windowDidBecomeKey();
 
     void newDocumentWindow();
     void openInNewWindow(); // what is selected
     void update();
     void updateSelectedObject();
+    void readSelectedAttribute();
     void clearTerminatedObjects();
     void toggleAutoupdate();
     void toggleTimedUpdate();
@@ -216,6 +223,9 @@ private:
     void connectActions();
     void setUpFormats();
     void showProperties(const PropertyRef &previousRoot);
+    void setUpAttributeRequests();
+    void showAttributeRead(quint64 entryTag, const QString &attribute);
+    bool canReadSelectedAttribute() const;
     void selectPropertyItem(TavRegistryProperty *item); // for its format to be chosen
     void setUpViews();
     void setUpBrowser();
@@ -296,6 +306,7 @@ private:
     std::unique_ptr<TavPropertiesOutlineViewDataSource> propertiesDataSource_;
     std::unique_ptr<TavBrowserDelegate> browserDelegate_;
     std::unique_ptr<TavFindTableViewDataSource> findDataSource_;
+    std::unique_ptr<AttributeRequests> attributeRequests_;
     std::unique_ptr<QUndoStack> undoStack_;
     std::unique_ptr<QMainWindow> window_; // goes first: its views use what is above
     std::unique_ptr<PlaneMenu> planeMenu_;

@@ -81,6 +81,8 @@ std::span<const MenuCommand> TavWindowController::menuCommands()
         {"updateAction", &Window::update, isLive},
         {"updateSelectedObjectAction", &Window::updateSelectedObject,
          [](const Window &w) { return isLive(w) && isSelected(w); }},
+        {"readAttributeAction", &Window::readSelectedAttribute,
+         [](const Window &w) { return w.canReadSelectedAttribute(); }},
         {"toggleAutoupdateAction", &Window::toggleAutoupdate, isLive, fixed,
          [](const Window &w) { return isLive(w) && w.dataStore_->isAutoupdate(); }},
         {"toggleTimedUpdateAction", &Window::toggleTimedUpdate, isLive,

@@ -63,6 +63,14 @@ public:
     }
     // The same as prepare for one object, together with what is too costly to read for every one.
     virtual void prepareObject(RegistryObject) {}
+    // Whether an attribute that is not read with all others may be read for the user, by its path
+    // below the object's directory.
+    virtual bool mayReadOnRequest(RegistryObject, const QString & /*attribute*/) { return false; }
+    // Reads it without waiting: ready is called once, later, on the main run loop in its default
+    // mode, when copyProperties has the value or the reason why there is none.
+    virtual void readOnRequest(RegistryObject, const QString & /*attribute*/,
+                               std::function<void()> /*ready*/)
+    {}
     // The same as prepare, and tries again what did not answer before.
     virtual void retryWhatDidNotAnswer() { prepare(); }
 

@@ -162,6 +162,28 @@ void TavDataStore::updateObject(TavRegistryEntry &entry)
         entry.updateIsSingle(true);
 }
 
+bool TavDataStore::mayReadAttribute(const TavRegistryEntry &entry, const QString &attribute) const
+{
+    return service_ && entry.DxRegistryEntry() &&
+           service_->mayReadOnRequest(entry.DxRegistryEntry(), attribute);
+}
+
+void TavDataStore::readAttribute(TavRegistryEntry &entry, const QString &attribute,
+                                 std::function<void()> then)
+{
+    if (!mayReadAttribute(entry, attribute))
+        return;
+    const auto ready = [then = std::move(then), life = std::weak_ptr<void>(life_),
+                        asked = entry.weak_from_this()] {
+        const EntryRef held = life.expired() ? nullptr : asked.lock();
+        if (held)
+            held->updateIsSingle(true);
+        if (!life.expired()) // an observer may have closed the document
+            then();
+    };
+    service_->readOnRequest(entry.DxRegistryEntry(), attribute, ready);
+}
+
 void TavDataStore::noteObjectChanged(TavRegistryEntry &entry)
 {
     const EntryRef held = entry.shared_from_this(); // an observer may drop it

@@ -46,6 +46,12 @@ public:
     void update();
     void updateTryingAgain(); // also what did not answer before
     void updateObject(TavRegistryEntry &entry);
+    // Attributes that are read only for the user, by their names in "DxUnreadAttributes".
+    bool mayReadAttribute(const TavRegistryEntry &entry, const QString &attribute) const;
+    // Does not wait; then is called later, when the entry has been reread with it. Not when the
+    // store is gone by then.
+    void readAttribute(TavRegistryEntry &entry, const QString &attribute,
+                       std::function<void()> then);
     void setHasPendingTerminations(bool pending) override { hasPendingTerminations_ = pending; }
     void clearTerminatedObjects();
     void removeClient(const void *client);

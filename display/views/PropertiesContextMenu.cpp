@@ -16,11 +16,24 @@ PropertiesContextMenu::PropertiesContextMenu(TavPropertiesOutlineView &view,
     , index_(index)
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    if (index.isValid())
+    if (index.isValid()) {
+        addReadAction();
         addCopyActions();
+    }
     addExpansionActions();
     if (index.isValid())
         addFormatAction();
+}
+
+// For an attribute that is read only when the user asks for it.
+void PropertiesContextMenu::addReadAction()
+{
+    DataSource *const source = view_.dataSource();
+    if (source->reading(index_) != PropertiesViewController::Reading::Offered)
+        return;
+    addAction(source->isUnreadAttribute(index_) ? tr("&Read") : tr("&Read Again"), this,
+              [this, source] { source->readAttribute(index_); });
+    addSeparator();
 }
 
 void PropertiesContextMenu::addCopyActions()

@@ -13,6 +13,7 @@ public:
     PropertiesContextMenu(TavPropertiesOutlineView &view, const QModelIndex &index);
 
 private:
+    void addReadAction();
     void addCopyActions();
     void addExpansionActions();
     void addFormatAction();

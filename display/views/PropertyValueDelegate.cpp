@@ -1,9 +1,11 @@
 #include "display/views/PropertyValueDelegate.h"
 
+#include "display/views/ReadButton.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "platform/desktop/OutlineRowDelegate.h"
 #include "platform/desktop/VisibleText.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -90,10 +92,33 @@ QSize PropertyValueDelegate::sizeHint(const QStyleOptionViewItem &option,
     return {view_.columnWidth(index.column()), rowHeight(index, styled)};
 }
 
-int PropertyValueDelegate::rowHeight(const QModelIndex &index,
+bool PropertyValueDelegate::hasButton(const QModelIndex &index) const
+{
+    return dataSource_.isUnreadAttribute(index) &&
+           dataSource_.reading(index) == PropertiesViewController::Reading::Offered;
+}
+
+QRect PropertyValueDelegate::buttonPlace(const QStyleOptionViewItem &option,
+                                         const QModelIndex &index) const
+{
+    const StyledText text = dataSource_.styledText(index);
+    const QFontMetrics metrics(fonts(option.font).of(text.attributes()));
+    return ReadButton::place(option,
+                             horizontalMargin + std::min(metrics.horizontalAdvance(text.text()),
+                                                         textWidth(index, option)));
+}
+
+int PropertyValueDelegate::textWidth(const QModelIndex &index,
                                      const QStyleOptionViewItem &option) const
 {
     const int width = view_.columnWidth(index.column()) - 2 * horizontalMargin;
+    return hasButton(index) ? width - ReadButton::room(option.fontMetrics) : width;
+}
+
+int PropertyValueDelegate::rowHeight(const QModelIndex &index,
+                                     const QStyleOptionViewItem &option) const
+{
+    const int width = textWidth(index, option);
     if (fitsOneLine(dataSource_.styledText(index), fonts(option.font), width))
         return lineHeight(option);
     const int height = qCeil(layout(index, option.font, width).height()) + 2 * verticalMargin;
@@ -139,7 +164,7 @@ void PropertyValueDelegate::paintValue(QPainter &painter, const QStyleOptionView
                                        const QModelIndex &index, const QColor &color) const
 {
     const QRect rect = textRect(option);
-    const StyledTextLayout &text = layout(index, option.font, rect.width());
+    const StyledTextLayout &text = layout(index, option.font, textWidth(index, option));
     // On one line with the key, although the fonts may differ.
     const qreal shift = std::max(0.0, option.fontMetrics.ascent() - text.firstAscent());
     const bool isSelected = option.state & QStyle::State_Selected;
@@ -148,6 +173,38 @@ void PropertyValueDelegate::paintValue(QPainter &painter, const QStyleOptionView
     const QRect seen = option.rect & view_.viewport()->rect();
     text.draw(painter, QPointF(rect.left(), rect.top() + shift), seen,
               isSelected ? &color : nullptr);
+    if (hasButton(index))
+        ReadButton::paint(painter, option, buttonPlace(option, index),
+                          pressed_ == index && QGuiApplication::mouseButtons() != Qt::NoButton);
+}
+
+bool PropertyValueDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
+                                        const QStyleOptionViewItem &option,
+                                        const QModelIndex &index)
+{
+    const auto isOnButton = [&] {
+        const auto *const mouse = static_cast<const QMouseEvent *>(event);
+        return isValue(index) && mouse->button() == Qt::LeftButton && hasButton(index) &&
+               buttonPlace(option, index).contains(mouse->position().toPoint());
+    };
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        pressed_ = isOnButton() ? index : QModelIndex();
+        return pressed_.isValid();
+    case QEvent::MouseButtonRelease:
+        if (std::exchange(pressed_, QPersistentModelIndex()) != index || !isOnButton())
+            return false;
+        Q_EMIT readRequested(index);
+        return true;
+    case QEvent::KeyPress:
+        if (static_cast<const QKeyEvent *>(event)->key() != Qt::Key_Space || !hasButton(index))
+            return false;
+        Q_EMIT readRequested(index);
+        return true;
+    default:
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
+    }
 }
 
 QWidget *PropertyValueDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,

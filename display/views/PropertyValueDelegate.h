@@ -28,12 +28,21 @@ public:
     void setModelData(QWidget *editor, QAbstractItemModel *model,
                       const QModelIndex &index) const override;
 
+Q_SIGNALS:
+    // The button in the row was pressed, or the key for it.
+    void readRequested(const QModelIndex &index);
+
 protected:
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override;
     bool eventFilter(QObject *editor, QEvent *event) override;
 
 private:
     QRect textRect(const QStyleOptionViewItem &option) const;
     int lineHeight(const QStyleOptionViewItem &option) const;
+    bool hasButton(const QModelIndex &index) const;
+    QRect buttonPlace(const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    int textWidth(const QModelIndex &index, const QStyleOptionViewItem &option) const;
     int rowHeight(const QModelIndex &index, const QStyleOptionViewItem &option) const;
     const ValueFonts &fonts(const QFont &font) const;
     const StyledTextLayout &layout(const QModelIndex &index, const QFont &font, int width) const;
@@ -44,6 +53,7 @@ private:
 
     QTreeView &view_;
     const TavPropertiesOutlineViewDataSource &dataSource_;
+    QPersistentModelIndex pressed_;                          // whose button the mouse went down on
     mutable std::optional<ValueFonts> fonts_;                // for the font of the last cell
     mutable QCache<const void *, StyledTextLayout> layouts_; // of nodes, the cost in characters
 };

@@ -25,6 +25,8 @@ void TavPropertiesOutlineView::setDataSource(TavPropertiesOutlineViewDataSource 
     dataSource_ = &dataSource;
     delegate_ = new PropertyValueDelegate(*this, dataSource);
     setItemDelegate(delegate_);
+    connect(delegate_, &PropertyValueDelegate::readRequested, &dataSource,
+            &TavPropertiesOutlineViewDataSource::readAttribute);
     setModel(&dataSource);
     setUpHeader();
     connect(header(), &QHeaderView::sectionResized, this, [this] { noteHeightOfAllRowsChanged(); });

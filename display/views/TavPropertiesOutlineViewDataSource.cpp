@@ -3,12 +3,13 @@
 #include "display/PropertyCounterparts.h"
 #include "display/PropertyOrder.h"
 #include "display/TavPropertyOutlineItem.h"
-#include "display/views/PropertiesViewController.h"
 #include "platform/SystemBeep.h"
 #include "platform/desktop/PlainToolTip.h"
 
 #include <QGuiApplication>
 #include <QPalette>
+
+using Reading = PropertiesViewController::Reading;
 
 // Where a node stands, which the node itself does not know.
 struct TavPropertiesOutlineViewDataSource::Row
@@ -207,6 +208,37 @@ TavPropertyOutlineItem *TavPropertiesOutlineViewDataSource::outlineItem(TavRegis
     return isOutlineItem ? static_cast<TavPropertyOutlineItem *>(item) : nullptr;
 }
 
+bool TavPropertiesOutlineViewDataSource::isUnreadAttribute(const QModelIndex &index) const
+{
+    const TavRegistryProperty *const shown = item(index);
+    const TavRegistryProperty *const table = shown ? shown->parent() : nullptr;
+    return table && table->parent() == rootItem_.get() &&
+           table->name() == QLatin1String("DxUnreadAttributes");
+}
+
+QString TavPropertiesOutlineViewDataSource::attribute(const QModelIndex &index) const
+{
+    const TavRegistryProperty *node = item(index);
+    if (!node || isUnreadAttribute(index))
+        return node ? node->name() : QString();
+    QStringList way;
+    for (; node->parent(); node = node->parent())
+        way.prepend(node->name());
+    return way.join(u'/');
+}
+
+Reading TavPropertiesOutlineViewDataSource::reading(const QModelIndex &index) const
+{
+    const QString its = attribute(index);
+    return its.isNull() ? Reading::NotOffered : windowController_.readingOfAttribute(its);
+}
+
+void TavPropertiesOutlineViewDataSource::readAttribute(const QModelIndex &index)
+{
+    if (reading(index) == Reading::Offered)
+        windowController_.readAttribute(attribute(index));
+}
+
 StyledText TavPropertiesOutlineViewDataSource::styledText(const QModelIndex &index) const
 {
     StyledText text;
@@ -216,7 +248,9 @@ StyledText TavPropertiesOutlineViewDataSource::styledText(const QModelIndex &ind
         else if (index.column() == TypeColumn)
             text = StyledText(shown->typeName(), {});
         else if (index.column() == ValueColumn)
-            text = shown->displayValue();
+            text = isUnreadAttribute(index) && reading(index) == Reading::UnderWay
+                       ? StyledText(tr("being read…"), {})
+                       : shown->displayValue();
     }
     return text.isNull() ? StyledText(QStringLiteral("ERROR!"), {}) : text;
 }
@@ -317,6 +351,10 @@ QVariant TavPropertiesOutlineViewDataSource::data(const QModelIndex &index, int 
         const QString text = described ? described->valueTooltip() : QString();
         return text.isEmpty() ? QVariant() : plainToolTip(text);
     }
+    case Qt::AccessibleDescriptionRole:
+        return isUnreadAttribute(index) && reading(index) == Reading::Offered
+                   ? tr("Press the space bar to read it.")
+                   : QVariant();
     case Qt::ForegroundRole:
         if (isValue && (shown->valueType() == RegistryValue::Type::Array ||
                         shown->valueType() == RegistryValue::Type::Dictionary))

@@ -2,11 +2,11 @@
 
 #include "display/StyledText.h"
 #include "display/views/ExpandedItems.h"
+#include "display/views/PropertiesViewController.h"
 #include "platform/desktop/ExpansionRecorder.h"
 
 #include <QAbstractItemModel>
 
-class PropertiesViewController;
 class TavPropertyOutlineItem;
 
 // The rows of a property tree: key or index, type, value. Nothing in them can be changed.
@@ -29,6 +29,12 @@ public:
     const PropertyRef &rootItem() const { return rootItem_; } // the one that is shown
     const PropertyRef &nextRootItem() const;                  // the controller's present one
     void selectionDidChange();
+
+    // The attribute that a row is about, as "DxUnreadAttributes" names it; null for no row.
+    QString attribute(const QModelIndex &index) const;
+    PropertiesViewController::Reading reading(const QModelIndex &index) const; // of its attribute
+    bool isUnreadAttribute(const QModelIndex &index) const; // tells why it is not read
+    void readAttribute(const QModelIndex &index);           // when that is offered
 
     TavRegistryProperty *item(const QModelIndex &index) const;  // null for the invisible top
     QModelIndex indexOf(const TavRegistryProperty &item) const; // invalid for what is not shown

@@ -25,7 +25,8 @@ public:
 
     // The folder is relative to the object's directory, such as "power"; empty for itself.
     Rule rule(const QByteArray &folder, const QByteArray &name) const;
-    // Why it is not read with all others, for the user; null if it is.
+    // Why it is not read with all others, for the user; null if it is, and for what is there to be
+    // written.
     QByteArray reason(const QByteArray &folder, const QByteArray &name) const;
     // Whether a subdirectory is passed over with all it holds.
     static bool skipsDirectory(const QByteArray &name);

@@ -16,7 +16,11 @@ using SysfsPlaces::folderOf;
 // Others are folders without a meaning of their own, unless something in them could not be read.
 bool needsPlace(const SweepObject &object)
 {
-    return object.kind == Kind::Device || !object.unread.empty();
+    const auto couldNotBe = [](const SweepObject::Unread &its) {
+        return !its.reason.startsWith(SweepObject::leftOut);
+    };
+    return object.kind == Kind::Device ||
+           std::any_of(object.unread.begin(), object.unread.end(), couldNotBe);
 }
 
 bool isDeviceOrContainer(const SweepObject &object)

@@ -1,36 +1,11 @@
 #include "model/linux/LinuxRegistryService.h"
 
 #include "model/linux/DeviceMonitor.h"
-#include "platform/RunLoop.h"
 
 #include <QFile>
 
 namespace {
 using Kind = SweepObject::Kind;
-using Folder = AttributePolicy::Folder;
-
-Folder folderOf(Kind kind)
-{
-    switch (kind) {
-    case Kind::Bus:
-        return Folder::Bus;
-    case Kind::Class:
-        return Folder::Class;
-    case Kind::Driver:
-        return Folder::Driver;
-    case Kind::Module:
-        return Folder::Module;
-    case Kind::FirmwareNode:
-        return Folder::Firmware;
-    default:
-        return Folder::Device;
-    }
-}
-
-bool hasDirectory(const HostObject &object)
-{
-    return object.kind != Kind::Root && object.kind != Kind::Host && object.kind != Kind::Binding;
-}
 } // namespace
 
 std::unique_ptr<LinuxRegistryService> LinuxRegistryService::create(const QString &sysfsRoot,
@@ -62,36 +37,6 @@ LinuxRegistryService::LinuxRegistryService(std::shared_ptr<const SysfsRoot> root
 }
 
 LinuxRegistryService::~LinuxRegistryService() = default;
-
-void LinuxRegistryService::prepareObject(RegistryObject object)
-{
-    const int index = objects_.indexOf(object);
-    if (index != HostObject::none && hasDirectory(graph()->at(index))) {
-        const HostObject &known = graph()->at(index);
-        const quint64 node = known.nodeID;
-        requested_.set(node, readOnRequest({.folder = folderOf(known.kind),
-                                            .kind = known.kind,
-                                            .path = known.path,
-                                            .inode = known.inode,
-                                            .readsOnRequest = true}));
-    }
-    // Its children, its driver and its names can be had of all objects together alone.
-    prepare();
-}
-
-SweepObject LinuxRegistryService::readOnRequest(const ObjectReader::Request &request)
-{
-    // In a thread, or in this one when there can be no other.
-    auto reader = std::async([sweeper = sweeper_, request]() mutable {
-        SweepObject object = sweeper.readObject(request);
-        return std::pair(std::move(sweeper), std::move(object));
-    });
-    RunLoop::main().wait(
-        [&](auto most) { return reader.wait_for(most) != std::future_status::timeout; });
-    auto [sweeper, read] = reader.get();
-    sweeper_.learnFrom(sweeper);
-    return std::move(read);
-}
 
 void LinuxRegistryService::retain(RegistryObject object)
 {

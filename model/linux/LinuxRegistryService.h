@@ -11,6 +11,7 @@
 #include "platform/RunLoopSource.h"
 
 #include <QObject>
+#include <map>
 
 // The device registry of a sysfs tree. Answers from the last finished sweep; of the kernel's own
 // tree it also tells the changes.
@@ -32,6 +33,10 @@ public:
     void prepare() override;
     void prepareAsync(std::function<void()> ready) override;
     void prepareObject(RegistryObject object) override;
+
+    bool mayReadOnRequest(RegistryObject object, const QString &attribute) override;
+    void readOnRequest(RegistryObject object, const QString &attribute,
+                       std::function<void()> ready) override;
 
     HostInformation hostInformation() override;
     void retryWhatDidNotAnswer() override;
@@ -79,11 +84,21 @@ private:
     };
     LinuxRegistryService(std::shared_ptr<const SysfsRoot> root, Sweeper::Options options);
     RegistryGraph *graph() { return objects_.graph(); }
+    const RegistryGraph *graph() const { return objects_.graph(); }
     const HostObject *find(RegistryObject object) const { return objects_.find(object); }
     RegistryObject holdHost();
     static RegistryStatus copyText(const QByteArray &text, RegistryName &buffer);
 
-    SweepObject readOnRequest(const ObjectReader::Request &request);
+    struct Reading // of one attribute, which goes on
+    {
+        RegistryObject object = 0; // held
+        quint64 node = 0;
+        std::function<void()> ready;
+        std::unique_ptr<BackgroundTask<std::pair<Sweeper, SweepObject>>> task;
+    };
+    ObjectReader::Request requestFor(int index) const; // of what is read on request
+    SweepObject readAllOnRequest(const ObjectReader::Request &request);
+    void attributeRead(quint64 number);
     void beginPreparation();
     void cancelPreparation();
     void preparationFinished(quint64 number);
@@ -101,7 +116,8 @@ private:
     DriverBundles bundles_;
     HeldObjects objects_;
     RequestedAttributes requested_;
-    std::vector<Iterator> iterators_; // by iterator, less one
+    std::vector<quint64> readMeanwhile_; // nodes, since the preparation that runs has begun
+    std::vector<Iterator> iterators_;    // by iterator, less one
     std::vector<RegistryIterator> freeIterators_;
     quint64 sweepCount_ = 0;
     RegistryGraph::PropertyTables properties_; // of the last sweep
@@ -122,4 +138,6 @@ private:
     std::shared_ptr<const void> alive_;
     QObject mainThread_;                       // where a preparation reports
     std::unique_ptr<Preparation> preparation_; // ends before all else
+    std::map<quint64, Reading> readings_;      // by number; the same
+    quint64 readingNumber_ = 0;
 };

@@ -35,6 +35,7 @@ void LinuxRegistryService::beginPreparation()
     notifier_.sweepBegins();
     // What has come back is not what was asked for.
     requested_.keepOnly([this](quint64 node) { return !notifier_.isGoneNode(node); });
+    readMeanwhile_.clear();
     const quint64 number = ++preparationNumber_;
     const auto finished = [this, number] {
         QMetaObject::invokeMethod(
@@ -57,6 +58,7 @@ void LinuxRegistryService::retryWhatDidNotAnswer()
 {
     cancelPreparation();
     sweeper_.forgetWhatDidNotAnswer();
+    requested_.forgetUnanswered();
     prepare();
 }
 
@@ -95,6 +97,10 @@ void LinuxRegistryService::installGraph(Preparation::Result result)
     // While the objects still have their nodes' IDs.
     requested_.keepOnly(
         [&](quint64 node) { return result.graph->withID(node) != HostObject::none; });
+    for (const quint64 node : std::exchange(readMeanwhile_, {})) {
+        if (const int index = result.graph->withID(node); index != HostObject::none)
+            result.graph->addRequested(index, requested_);
+    }
     notifier_.graphRead(*result.graph);
     const std::vector<RegistryObject> vanished = objects_.setGraph(std::move(result.graph));
     ++sweepCount_;

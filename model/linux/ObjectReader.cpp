@@ -78,6 +78,12 @@ struct ObjectReader::Directory
     }
 };
 
+// Of a PCI device: only the first part of it is safe to read, and not while it is suspended.
+bool ObjectReader::isConfig(const Directory &directory, const QByteArray &name)
+{
+    return name == "config" && directory.below.isEmpty();
+}
+
 struct ObjectReader::Job
 {
     const Request &request;
@@ -87,9 +93,10 @@ struct ObjectReader::Job
     int unanswered = 0;        // attributes so far
     RegistryValue uevent = {}; // read before all else: names and classes rest on it
 
-    void noteUnread(const Directory &directory, const QByteArray &name, const QByteArray &reason)
+    void noteUnread(const Directory &directory, const QByteArray &name, const QByteArray &reason,
+                    bool isOnRequest = false)
     {
-        result.object.unread.push_back({join(directory.below, name), reason});
+        result.object.unread.push_back({join(directory.below, name), reason, isOnRequest});
     }
     // None: it did not answer. What has gone meanwhile is not worth telling.
     void noteUnread(const Directory &directory, const QByteArray &name, std::optional<int> error)
@@ -208,6 +215,9 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
         return job.noteUnread(parent, entry.name, liesTooDeep);
     Directory directory{join(parent.path, entry.name), join(parent.below, entry.name),
                         parent.depth + 1};
+    const QByteArray &asked = job.request.attribute;
+    if (!asked.isNull() && !asked.startsWith(directory.below + '/'))
+        return;
     if (const auto kind = objectKind(job, parent, entry.name, directory.path))
         return addObject(job, parent, entry, *kind);
     if (!open(job, parent, entry.name, directory))
@@ -341,14 +351,30 @@ void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoo
         object.driverLinkInode = entry.inode;
 }
 
+bool ObjectReader::mayRead(Job &job, const Directory &directory, const QByteArray &name)
+{
+    using Rule = AttributePolicy::Rule;
+    const Request &request = job.request;
+    const QByteArray &asked = request.attribute;
+    if (!asked.isNull() && asked != join(directory.below, name))
+        return false;
+    const Rule rule = job.policy.rule(directory.below, name);
+    const auto leaveOut = [&](const QByteArray &why) {
+        if (!why.isEmpty())
+            job.noteUnread(directory, name, SweepObject::leftOut + why, rule == Rule::OnRequest);
+        return false;
+    };
+    if (!request.readsOnRequest)
+        return rule == Rule::Always || leaveOut(job.policy.reason(directory.below, name));
+    if (rule == Rule::Never || (rule == Rule::Always && asked.isNull()))
+        return false;
+    return !isConfig(directory, name) || !job.isSuspended || leaveOut("the device is suspended");
+}
+
 void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArray &name,
                             RegistryValue::Members &members)
 {
-    const auto rule = job.policy.rule(directory.below, name);
-    const auto wanted = job.request.readsOnRequest ? AttributePolicy::Rule::OnRequest
-                                                   : AttributePolicy::Rule::Always;
-    const bool isConfig = name == "config" && directory.below.isEmpty();
-    if (rule != wanted || (isConfig && job.isSuspended))
+    if (!mayRead(job, directory, name))
         return;
     if (name == "uevent" && directory.below.isEmpty() && !job.uevent.isNone()) {
         if (recordsFiles_)
@@ -357,14 +383,19 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
         return;
     }
     QByteArray reason;
-    const auto bytes = readBytes(job, directory, name,
-                                 isConfig ? AttributePolicy::configBytes : dataLimit, reason);
+    const std::size_t limit = isConfig(directory, name) ? AttributePolicy::configBytes : dataLimit;
+    const auto bytes = readBytes(job, directory, name, limit, reason);
     if (recordsFiles_ && !SweepObject::isUnanswered(reason))
         job.result.filesRead.push_back(join(directory.path, name));
-    if (bytes)
+    SweepObject &object = job.result.object;
+    const bool isOnRequest = job.request.readsOnRequest;
+    if (bytes && isOnRequest)
+        object.requested.push_back(
+            {join(directory.below, name), parseAttribute(name, *bytes, pool_)});
+    else if (bytes)
         members.push_back({pool_.text(name), parseAttribute(name, *bytes, pool_)});
     else if (!reason.isEmpty())
-        job.noteUnread(directory, name, reason);
+        job.noteUnread(directory, name, reason, isOnRequest && !SweepObject::isUnanswered(reason));
     job.unanswered += reason == SweepObject::noAnswer;
 }
 

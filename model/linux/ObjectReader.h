@@ -39,6 +39,7 @@ public:
         quint64 inode = 0;
         bool readsOnRequest = false; // what is too costly for every sweep, and nothing else
         bool readsAttributes = true; // else only what is there, and where its links lead
+        QByteArray attribute = {};   // below the directory: the only one to read on request
     };
     struct Result
     {
@@ -71,6 +72,9 @@ private:
                   RegistryValue::Members &members);
     void readFile(Job &job, const Directory &directory, const QByteArray &name,
                   RegistryValue::Members &members);
+    static bool isConfig(const Directory &directory, const QByteArray &name);
+    // Whether the policy and the request let it be read; what is left out is noted.
+    static bool mayRead(Job &job, const Directory &directory, const QByteArray &name);
     void readMembersOfBus(Job &job, const Directory &devices);
     void readDriversOfBus(Job &job, const Directory &drivers);
     bool isDevice(const Directory &itself) const;

@@ -3,8 +3,6 @@
 #include "model/linux/HostFacts.h"
 #include "model/linux/UdevDatabase.h"
 
-#include <system_error>
-
 namespace {
 Preparation::Result prepared(Preparation::Input input, const std::stop_token &stop)
 {
@@ -31,37 +29,25 @@ Preparation::Result prepared(Preparation::Input input, const std::stop_token &st
 } // namespace
 
 Preparation::Preparation(Input input, std::function<void()> finished)
-{
-    const auto task = std::make_shared<std::packaged_task<Result(const std::stop_token &)>>(
-        [input = std::move(input)](const std::stop_token &stop) mutable {
-            return prepared(std::move(input), stop);
-        });
-    result_ = task->get_future();
-    const auto perform = [task, finished = std::move(finished)](const std::stop_token &stop) {
-        (*task)(stop);
-        finished();
-    };
-    try {
-        thread_ = std::jthread(perform);
-    } catch (const std::system_error &) {
-        perform({}); // here, when there can be no other thread
-    }
-}
+    : task_([input = std::move(input)](
+                const std::stop_token &stop) mutable { return prepared(std::move(input), stop); },
+            std::move(finished))
+{}
 
 Preparation::~Preparation() = default;
 
 bool Preparation::waitFor(std::chrono::milliseconds most) const
 {
-    return result_.wait_for(most) == std::future_status::ready;
+    return task_.waitFor(most);
 }
 
 Preparation::Result Preparation::take()
 {
-    return result_.get();
+    return task_.take();
 }
 
 Sweeper Preparation::cancel()
 {
-    thread_.request_stop();
-    return result_.get().sweeper;
+    task_.requestStop();
+    return task_.take().sweeper;
 }

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "model/linux/BackgroundTask.h"
 #include "model/linux/ClassNames.h"
 #include "model/linux/RegistryGraph.h"
 #include "model/linux/RequestedAttributes.h"
 #include "model/linux/Sweeper.h"
-
-#include <future>
-#include <thread>
 
 // Reads the whole host in a thread of its own and makes the graph of it, sharing nothing with who
 // asked that either of them changes.
@@ -40,6 +38,5 @@ public:
     Sweeper cancel();
 
 private:
-    std::future<Result> result_;
-    std::jthread thread_;
+    BackgroundTask<Result> task_;
 };

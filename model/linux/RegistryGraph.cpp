@@ -3,6 +3,7 @@
 #include "model/linux/ObjectNames.h"
 #include "model/linux/PlaneEdges.h"
 #include "model/linux/PlaneReach.h"
+#include "model/linux/RequestedAttributes.h"
 #include "model/linux/UdevDatabase.h"
 
 #include <QMap>
@@ -10,6 +11,8 @@
 
 namespace {
 using Kind = SweepObject::Kind;
+
+constexpr QLatin1String unreadAttributes("DxUnreadAttributes");
 
 // Keeps the members in the order of their keys.
 void insertMember(RegistryValue::Members &members, QLatin1String key, RegistryValue value)
@@ -29,16 +32,18 @@ RegistryValue arrayOf(const QStringList &texts)
     return RegistryValue::array(std::move(elements));
 }
 
-// Reasons by attribute, each attribute once.
-RegistryValue reasonsOf(const std::vector<SweepObject::Unread> &unread)
+// Reasons by attribute, each attribute once. One without a reason has been read on request.
+RegistryValue::Members reasonsOf(const std::vector<SweepObject::Unread> &unread)
 {
     QMap<QString, QString> reasons;
-    for (const auto &[path, reason] : unread)
-        reasons.insert(QString::fromUtf8(path), QString::fromUtf8(reason));
+    for (const SweepObject::Unread &its : unread) {
+        if (!its.reason.isEmpty())
+            reasons.insert(QString::fromUtf8(its.path), QString::fromUtf8(its.reason));
+    }
     RegistryValue::Members members;
     for (auto it = reasons.cbegin(); it != reasons.cend(); ++it)
         members.push_back({CompactString(it.key()), RegistryValue::string(it.value())});
-    return RegistryValue::dictionary(std::move(members));
+    return members;
 }
 
 quint32 ownBusyCount(const HostObject &object, const UdevDatabase &udev)
@@ -195,12 +200,31 @@ void RegistryGraph::finish(HostObject &object, UdevDatabase &udev)
             insertMember(object.members, QLatin1String("udev"), std::move(record));
         object.isAnnounced = object.isAnnounced || !udev.isDaemonRunning();
     }
-    if (!object.unread.empty())
-        insertMember(object.members, QLatin1String("DxUnreadAttributes"), reasonsOf(object.unread));
+    insertReasons(object);
     if (!object.refusedParents.isEmpty())
         insertMember(object.members, QLatin1String("DxRefusedParents"),
                      arrayOf(object.refusedParents));
     object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
+}
+
+void RegistryGraph::addRequested(int index, const RequestedAttributes &requested)
+{
+    HostObject &object = objects_.at(index);
+    object.members = object.properties.members();
+    std::erase_if(object.members, [](const RegistryValue::Member &member) {
+        return member.key.toOwner() == unreadAttributes;
+    });
+    requested.addTo(object);
+    insertReasons(object);
+    object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
+}
+
+void RegistryGraph::insertReasons(HostObject &object)
+{
+    RegistryValue::Members reasons = reasonsOf(object.unread);
+    if (!reasons.empty())
+        insertMember(object.members, unreadAttributes,
+                     RegistryValue::dictionary(std::move(reasons)));
 }
 
 // At the root, the attributes that did not answer by the paths of their objects.
@@ -209,9 +233,9 @@ void RegistryGraph::nameIncompleteObjects()
     QMap<QString, RegistryValue> incomplete;
     for (int i = 0; i < count(); ++i) {
         QStringList attributes;
-        for (const auto &[path, reason] : at(i).unread) {
-            if (SweepObject::isUnanswered(reason))
-                attributes.append(QString::fromUtf8(path));
+        for (const SweepObject::Unread &unread : at(i).unread) {
+            if (SweepObject::isUnanswered(unread.reason))
+                attributes.append(QString::fromUtf8(unread.path));
         }
         if (!attributes.isEmpty())
             incomplete.insert(QString::fromUtf8(at(i).path), arrayOf(attributes));

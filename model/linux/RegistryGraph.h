@@ -6,6 +6,7 @@
 #include <array>
 #include <span>
 
+class RequestedAttributes;
 class UdevDatabase;
 
 // The host's registry as one sweep found it: the objects, and who is whose child in each plane.
@@ -24,6 +25,8 @@ public:
     // Properties by node. What is equal to an earlier sweep's shares the memory of that.
     using PropertyTables = QHash<quint64, RegistryValue>;
     PropertyTables shareProperties(const PropertyTables &earlier);
+    // What was read since; the properties that others have keep as they were.
+    void addRequested(int index, const RequestedAttributes &requested);
 
 private:
     struct Children
@@ -39,6 +42,7 @@ private:
     void tellSiblingsApart(Plane plane);
     std::vector<int> siblingsNamedAlike(Plane plane) const;
     void finish(HostObject &object, UdevDatabase &udev);
+    static void insertReasons(HostObject &object);
     void nameIncompleteObjects();
     void countBusyChildren();
 

@@ -4,14 +4,18 @@
 
 #include <QDateTime>
 #include <QHash>
+#include <QMap>
 
-// What was read of single objects on request. Each keeps its last value in later sweeps, marked by
-// its date.
+// What was read of single objects on request. Each attribute keeps its last value in later sweeps,
+// marked by its date in "DxReadOnRequest".
 class RequestedAttributes
 {
 public:
-    void set(quint64 node, SweepObject read);
+    void add(quint64 node, const SweepObject &read);
+    // To what the sweep has left out of the object.
     void addTo(HostObject &object) const;
+    // Those that did not answer are as if they had never been asked for.
+    void forgetUnanswered();
     template<class Predicate>
     void keepOnly(Predicate isThere) // by node
     {
@@ -19,11 +23,15 @@ public:
     }
 
 private:
-    struct Requested
+    struct Value
     {
-        RegistryValue::Members members;
-        QDateTime date; // when there are any
-        std::vector<SweepObject::Unread> unread;
+        RegistryValue value;
+        QDateTime date;
+    };
+    struct Requested // by their paths below the object's directory
+    {
+        QMap<QByteArray, Value> values;
+        QMap<QByteArray, SweepObject::Unread> unread;
     };
 
     QHash<quint64, Requested> byNode_;

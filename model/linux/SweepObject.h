@@ -30,11 +30,19 @@ struct SweepObject
     {
         QByteArray path; // below the object's directory, or that itself
         QByteArray reason;
+        bool isOnRequest = false; // may be read when the user asks for it
+    };
+    struct Requested
+    {
+        QByteArray path; // below the object's directory
+        RegistryValue value;
     };
     static constexpr char itself[] = "."; // the path of the object's own directory
     // Reasons of what cost a wait, and of what was let be after it.
     static constexpr char noAnswer[] = "did not answer";
     static constexpr char notAsked[] = "not asked, because the device does not answer";
+    // What a reason begins with that is none of the device's own: the attribute may not be read.
+    static constexpr char leftOut[] = "not read: ";
     static bool isUnanswered(const QByteArray &reason)
     {
         return reason == noAnswer || reason == notAsked;
@@ -48,6 +56,7 @@ struct SweepObject
     RegistryValue::Members members;
     std::vector<Link> links; // those that lead to somewhere in the tree
     std::vector<Unread> unread;
+    std::vector<Requested> requested; // instead of the members, when reading on request
 
     QByteArray link(QByteArrayView name) const
     {

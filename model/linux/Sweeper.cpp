@@ -49,9 +49,9 @@ void Sweeper::learnFrom(const Sweeper &other)
     forcedDevices_.unite(other.forcedDevices_);
 }
 
-SweepObject Sweeper::readObject(const Request &request)
+SweepObject Sweeper::readObject(const Request &request, const std::stop_token &stop)
 {
-    std::vector<SweepObject> objects = run({request}, false).objects;
+    std::vector<SweepObject> objects = run({request}, false, stop).objects;
     return objects.empty() ? SweepObject() : std::move(objects.front());
 }
 

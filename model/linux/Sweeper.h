@@ -32,7 +32,8 @@ public:
     void learnFrom(const Sweeper &other);
     void forgetWhatDidNotAnswer() { blockedPaths_.clear(); }
 
-    SweepObject readObject(const ObjectReader::Request &request); // empty when it is gone
+    // Empty when it is gone.
+    SweepObject readObject(const ObjectReader::Request &request, const std::stop_token &stop = {});
 
 private:
     Sweep runFromTop(const std::stop_token &stop);

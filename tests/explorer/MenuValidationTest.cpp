@@ -71,7 +71,7 @@ protected:
 TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
 {
     const std::string always = " findNext findNextInAnyPlane findPrev findPrevInAnyPlane goForward";
-    EXPECT_EQ(cannotRun(), always + " goToNextPathInPlane redo selectChild undo");
+    EXPECT_EQ(cannotRun(), always + " goToNextPathInPlane readAttribute redo selectChild undo");
     EXPECT_TRUE(action("outlineViewAction").isChecked());
 
     controller_->browserView();
@@ -81,7 +81,7 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
         " collapseAll collapseAroundSelection copyBundle copyClass copyName copyPath expandAll" +
             always +
             " goToNextPathCrossPlane goToNextPathInPlane goToPrevPathCrossPlane "
-            "goToPrevPathInPlane openInNewWindow promptForBookmark redo "
+            "goToPrevPathInPlane openInNewWindow promptForBookmark readAttribute redo "
             "revealSelectionBundleInNavro selectChild selectNextSibling selectParent undo "
             "updateSelectedObject");
     EXPECT_TRUE(action("browserViewAction").isChecked());
@@ -101,9 +101,10 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     EXPECT_EQ(cannotRun("find"), " findPrev");
     find("");
     selectDisk();
-    EXPECT_EQ(cannotRun(), " changeTimedUpdate clearTerminatedObjects" + always +
-                               " goToNextPathInPlane redo selectChild toggleAutoupdate "
-                               "toggleTimedUpdate undo update updateSelectedObject");
+    EXPECT_EQ(cannotRun(),
+              " changeTimedUpdate clearTerminatedObjects" + always +
+                  " goToNextPathInPlane readAttribute redo selectChild toggleAutoupdate "
+                  "toggleTimedUpdate undo update updateSelectedObject");
 }
 
 TEST_F(MenuValidationTest, TitlesAndCheckMarksTellTheState)

@@ -72,6 +72,27 @@ void FakeRegistryService::prepareObject(RegistryObject object)
         preparedObjects_.push_back(nodeOf(object));
 }
 
+bool FakeRegistryService::mayReadOnRequest(RegistryObject object, const QString &attribute)
+{
+    return held(object) && std::find(offered_.begin(), offered_.end(),
+                                     std::pair(nodeOf(object), attribute)) != offered_.end();
+}
+
+void FakeRegistryService::readOnRequest(RegistryObject object, const QString &attribute,
+                                        std::function<void()> ready)
+{
+    askedFor_.emplace_back(nodeOf(object), attribute);
+    ready_.push_back(std::move(ready));
+}
+
+void FakeRegistryService::answerReading(const RegistryValue &properties)
+{
+    const auto first =
+        std::find_if(ready_.begin(), ready_.end(), [](const auto &ready) { return !!ready; });
+    setProperties(askedFor_.at(static_cast<std::size_t>(first - ready_.begin())).first, properties);
+    std::exchange(*first, nullptr)();
+}
+
 RegistryObject FakeRegistryService::entryFromPath(const QString &path)
 {
     const QByteArray plane = path.section(u':', 0, 0).toLatin1();

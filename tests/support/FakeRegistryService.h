@@ -18,7 +18,24 @@ public:
     int preparations() const { return preparations_; }
     const std::vector<Node> &preparedObjects() const { return preparedObjects_; }
 
+    // What is read on request: asked for until the script answers, which changes the properties.
+    void offerReading(Node node, const QString &attribute)
+    {
+        offered_.push_back({node, attribute});
+    }
+    const std::vector<std::pair<Node, QString>> &askedFor() const { return askedFor_; }
+    void answerReading(const RegistryValue &properties); // the first one
+
     void prepare() override { ++preparations_; }
+    void retryWhatDidNotAnswer() override
+    {
+        ++retries_;
+        prepare();
+    }
+    int retries() const { return retries_; }
+    bool mayReadOnRequest(RegistryObject object, const QString &attribute) override;
+    void readOnRequest(RegistryObject object, const QString &attribute,
+                       std::function<void()> ready) override;
     void prepareObject(RegistryObject object) override;
     RegistryObject rootEntry() override { return handOut(root()); }
     RegistryObject entryFromPath(const QString &path) override;
@@ -103,5 +120,9 @@ private:
     quint64 openHandles_ = 0;
     quint64 misuses_ = 0;
     int preparations_ = 0;
+    int retries_ = 0;
     std::vector<Node> preparedObjects_;
+    std::vector<std::pair<Node, QString>> offered_;
+    std::vector<std::pair<Node, QString>> askedFor_;
+    std::vector<std::function<void()>> ready_; // of those, but the answered ones are null
 };

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "display/views/PropertiesViewController.h"
+#include "model/TavRegistryEntry.h"
+
+#include <QObject>
+#include <QSet>
+
+class TavDataStore;
+
+// The attributes that the user has asked a window for, because they are not read with all others,
+// until each is read.
+class AttributeRequests : public QObject
+{
+    Q_OBJECT
+public:
+    using Reading = PropertiesViewController::Reading;
+
+    explicit AttributeRequests(std::shared_ptr<TavDataStore> store);
+
+    Reading reading(const TavRegistryEntry &entry, const QString &attribute) const;
+    void read(TavRegistryEntry &entry, const QString &attribute);
+
+Q_SIGNALS:
+    void begun();
+    void finished(quint64 entryTag, const QString &attribute);
+
+private:
+    std::shared_ptr<TavDataStore> store_;
+    QSet<std::pair<quint64, QString>> underWay_; // by the entry's tag
+};

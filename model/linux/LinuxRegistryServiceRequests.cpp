@@ -1,0 +1,126 @@
+// Reading what is left out of every sweep, because a read is slow or wakes the device.
+#include "model/linux/LinuxRegistryService.h"
+#include "platform/RunLoop.h"
+
+namespace {
+using Kind = SweepObject::Kind;
+using Folder = AttributePolicy::Folder;
+
+Folder folderOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::Bus:
+        return Folder::Bus;
+    case Kind::Class:
+        return Folder::Class;
+    case Kind::Driver:
+        return Folder::Driver;
+    case Kind::Module:
+        return Folder::Module;
+    case Kind::FirmwareNode:
+        return Folder::Firmware;
+    default:
+        return Folder::Device;
+    }
+}
+
+bool hasDirectory(const HostObject &object)
+{
+    return object.kind != Kind::Root && object.kind != Kind::Host && object.kind != Kind::Binding;
+}
+} // namespace
+
+void LinuxRegistryService::prepareObject(RegistryObject object)
+{
+    const int index = objects_.indexOf(object);
+    if (index != HostObject::none && hasDirectory(graph()->at(index))) {
+        const quint64 node = graph()->at(index).nodeID;
+        requested_.add(node, readAllOnRequest(requestFor(index)));
+    }
+    // Its children, its driver and its names can be had of all objects together alone.
+    prepare();
+}
+
+ObjectReader::Request LinuxRegistryService::requestFor(int index) const
+{
+    const HostObject &object = graph()->at(index);
+    return {.folder = folderOf(object.kind),
+            .kind = object.kind,
+            .path = object.path,
+            .inode = object.inode,
+            .readsOnRequest = true};
+}
+
+SweepObject LinuxRegistryService::readAllOnRequest(const ObjectReader::Request &request)
+{
+    // In a thread, or in this one when there can be no other.
+    auto reader = std::async([sweeper = sweeper_, request]() mutable {
+        SweepObject object = sweeper.readObject(request);
+        return std::pair(std::move(sweeper), std::move(object));
+    });
+    RunLoop::main().wait(
+        [&](auto most) { return reader.wait_for(most) != std::future_status::timeout; });
+    auto [sweeper, read] = reader.get();
+    sweeper_.learnFrom(sweeper);
+    return std::move(read);
+}
+
+bool LinuxRegistryService::mayReadOnRequest(RegistryObject object, const QString &attribute)
+{
+    const int index = objects_.indexOf(object);
+    if (index == HostObject::none)
+        return false;
+    const auto &unread = graph()->at(index).unread;
+    const QByteArray path = attribute.toUtf8();
+    return std::any_of(unread.begin(), unread.end(), [&](const SweepObject::Unread &its) {
+        return its.isOnRequest && its.path == path;
+    });
+}
+
+void LinuxRegistryService::readOnRequest(RegistryObject object, const QString &attribute,
+                                         std::function<void()> ready)
+{
+    if (!mayReadOnRequest(object, attribute)) {
+        RunLoop::performLater(mainThread_, std::move(ready));
+        return;
+    }
+    const int index = objects_.indexOf(object);
+    ObjectReader::Request request = requestFor(index);
+    request.attribute = attribute.toUtf8();
+    objects_.retain(object);
+    const quint64 number = ++readingNumber_;
+    Reading &reading = readings_[number];
+    reading = {object, graph()->at(index).nodeID, std::move(ready), nullptr};
+    const auto read = [sweeper = sweeper_, request](const std::stop_token &stop) mutable {
+        SweepObject found = sweeper.readObject(request, stop);
+        return std::pair(std::move(sweeper), std::move(found));
+    };
+    const auto finished = [this, number] {
+        QMetaObject::invokeMethod(
+            &mainThread_,
+            [this, number] {
+                RunLoop::main().performInDefaultMode(alive_,
+                                                     [this, number] { attributeRead(number); });
+            },
+            Qt::QueuedConnection);
+    };
+    reading.task =
+        std::make_unique<BackgroundTask<std::pair<Sweeper, SweepObject>>>(read, finished);
+}
+
+void LinuxRegistryService::attributeRead(quint64 number)
+{
+    const Reading reading = std::move(readings_.extract(number).mapped());
+    const auto [sweeper, read] = reading.task->take();
+    sweeper_.learnFrom(sweeper);
+    const int index = objects_.indexOf(reading.object);
+    objects_.release(reading.object);
+    // It may have gone, and come back as another one.
+    if (index != HostObject::none && graph()->at(index).nodeID == reading.node) {
+        requested_.add(reading.node, read);
+        graph()->addRequested(index, requested_);
+        if (preparation_)
+            readMeanwhile_.push_back(reading.node);
+    }
+    reading.ready();
+}
