@@ -38,9 +38,11 @@ RegistryValue properties(const Entry &entry)
 Entries build(FakeRegistryService &service, const QByteArray &outline)
 {
     Entries entries;
-    std::vector<FakeRegistry::Node> path;
     const auto root = service.add(QStringLiteral("DxRoot"), "Root");
     service.setRoot(root);
+    std::vector<FakeRegistry::Node> path{service.add(QStringLiteral("DxHost"), "Host")};
+    service.link(root, path.front(), "DxService");
+    entries.insert(path.front(), {});
     for (const auto &[depth, text] : fuzzedLines(outline)) {
         const QByteArrayList fields = text.split('\t');
         const QString className = QString::fromUtf8(fields.value(2));
@@ -55,8 +57,8 @@ Entries build(FakeRegistryService &service, const QByteArray &outline)
         service.setProperties(node, properties(entry));
         entry.keys.append(keyOfSet);
         entries.insert(node, entry);
-        path.resize(depth);
-        service.link(path.empty() ? root : path.back(), node, "DxService");
+        path.resize(depth + 1);
+        service.link(path.back(), node, "DxService");
         path.push_back(node);
     }
     service.publishPlanes();
@@ -143,6 +145,8 @@ int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     for (qsizetype letters = std::max<qsizetype>(0, query.size() - mostLetters);
          letters <= query.size(); ++letters) {
         const QString typed = query.left(letters);
+        if (!typed.isEmpty() && typed.back().isHighSurrogate())
+            continue; // nobody types half a character
         check(*store, PlainSearch(entries, typed, options), typed, options);
     }
     return 0;
