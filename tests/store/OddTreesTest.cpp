@@ -147,7 +147,7 @@ QByteArrayList unreadIn(const RegistryGraph &graph)
     return unread;
 }
 
-TEST(OddTrees, NameWhatMayNotBeOpened)
+TEST(OddTrees, NameWhatCannotBeReadOrHasNoPlace)
 {
     MadeTree made;
     const QByteArrayList closed =
@@ -160,6 +160,10 @@ TEST(OddTrees, NameWhatMayNotBeOpened)
     made.folder("class/c");
     made.link("class/c/pointed", "../../devices/open/pointed");
     made.link("devices/open/listed/link", "../..");
+    made.link("class/linked", "c");
+    made.file("bus/odd/devices/file", "");
+    made.file("bus/odd/drivers/file", "");
+    made.link("bus/odd/devices/out", "/etc");
     made.folder("bus/open/devices");
     made.link("bus/open/devices/x", "../../../devices/open");
     ASSERT_EQ(mknod(made.path("devices/open/socket").constData(), S_IFSOCK | 0600, 0), 0);
@@ -173,8 +177,12 @@ TEST(OddTrees, NameWhatMayNotBeOpened)
     const RegistryGraph graph = withLesserRights([&] { return graphOf(made); });
     setModes(0700, 0700);
     EXPECT_EQ('\n' + unreadIn(graph).join('\n').toStdString() + '\n', R"(
+/class/linked: is no folder
 /module: Permission denied
 bus/closed/.: Permission denied
+bus/odd/devices/file: is no link
+bus/odd/devices/out: leads out of the tree
+bus/odd/drivers/file: is no folder
 bus/open/devices/x: Permission denied
 bus/open/drivers: Permission denied
 devices/closed/.: Permission denied
