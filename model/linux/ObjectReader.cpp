@@ -277,12 +277,16 @@ bool ObjectReader::open(Job &job, const Directory &parent, const QByteArray &nam
 void ObjectReader::readMembersOfBus(Job &job, const Directory &devices)
 {
     for (const SysfsRoot::Entry &entry : devices.entries) {
-        if (entry.type != SysfsRoot::EntryType::Link)
+        if (entry.type != SysfsRoot::EntryType::Link) {
+            job.noteUnread(devices, entry.name, "is no link");
             continue;
-        const QByteArray target =
-            SysfsRoot::resolveLink(devices.path, linkText(job, devices, entry.name));
+        }
+        const QByteArray text = linkText(job, devices, entry.name);
+        const QByteArray target = SysfsRoot::resolveLink(devices.path, text);
         if (!target.isNull())
             job.result.object.links.push_back({join(devices.below, entry.name), target});
+        else if (!text.isNull())
+            job.noteUnread(devices, entry.name, "leads out of the tree");
     }
 }
 
@@ -292,6 +296,8 @@ void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
         if (entry.type == SysfsRoot::EntryType::Directory)
             job.result.below.push_back({AttributePolicy::Folder::Driver, SweepObject::Kind::Driver,
                                         join(drivers.path, entry.name), entry.inode});
+        else
+            job.noteUnread(drivers, entry.name, "is no folder");
     }
 }
 

@@ -72,6 +72,8 @@ std::vector<Request> Sweeper::firstRequests(std::vector<SweepObject::Unread> &un
             if (entry.type == SysfsRoot::EntryType::Directory) {
                 requests.push_back({type, kind, folder + '/' + entry.name, entry.inode});
                 any = any || entry.name == "block";
+            } else if (type != Folder::Firmware) { // whose top has attributes
+                unread.push_back({folder + '/' + entry.name, "is no folder"});
             }
         }
         return any;

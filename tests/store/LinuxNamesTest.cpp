@@ -34,39 +34,6 @@ TEST(SysfsRoot, ResolvesLinksByTheirTextOnly)
     EXPECT_TRUE(SysfsRoot::resolveLink("class/net", {}).isNull());
 }
 
-TEST(ObjectReader, LeavesOutLinksThatCannotBeRead)
-{
-    class Refusal final : public ObjectReader::Watch
-    {
-    public:
-        bool mayTake(const QByteArray &, const QByteArray &name) override
-        {
-            return name != "driver" && name != "a";
-        }
-        bool returned() override { return true; }
-        bool isGivenUp() const override { return false; }
-    };
-    MadeTree made;
-    made.file("devices/a/uevent", "");
-    made.link("devices/a/driver", "../../bus/made/drivers/one");
-    made.link("devices/a/other", "../b");
-    made.folder("bus/made/devices");
-    made.link("bus/made/devices/a", "../../../devices/a");
-    made.link("bus/made/devices/b", "../../../devices/b");
-    QString error;
-    const auto root = SysfsRoot::open(QFile::encodeName(made.sys()), &error);
-    Refusal watch;
-    ObjectReader reader(*root, {}, watch, false);
-    using Folder = AttributePolicy::Folder;
-    const auto device = reader.read({Folder::Device, SweepObject::Kind::Device, "devices/a"});
-    EXPECT_TRUE(device.object.member(u"driver").isNone());
-    ASSERT_EQ(device.object.links.size(), 1U);
-    EXPECT_EQ(device.object.links[0].target, "devices/b");
-    const auto bus = reader.read({Folder::Bus, SweepObject::Kind::Bus, "bus/made"});
-    ASSERT_EQ(bus.object.links.size(), 1U);
-    EXPECT_EQ(bus.object.links[0].target, "devices/b");
-}
-
 TEST(LinuxNames, RecordedTreeHasTheIdentityOfItsOwnMachine)
 {
     MadeTree made;

@@ -12,11 +12,15 @@
 #include <random>
 
 namespace {
-RegistryGraph graphOf(const MadeTree &made)
+std::shared_ptr<SysfsRoot> rootOf(const MadeTree &made)
 {
     QString error;
-    const auto root =
-        std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error));
+    return std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error));
+}
+
+RegistryGraph graphOf(const MadeTree &made)
+{
+    const auto root = rootOf(made);
     ClassNames classNames;
     UdevDatabase udev(root->folder());
     return {HostObjects(Sweeper(root).run(), {}, {}, classNames), udev};
@@ -54,65 +58,42 @@ TEST(OddTrees, HaveTheSystemDevicesOfKernelsThatGaveThemNoUevent)
     EXPECT_EQ(groups->children().size(), 7U);
 }
 
+QByteArrayList words(const char *text)
+{
+    return QByteArray(text).simplified().split(' ');
+}
+
 // Links of all kinds that lead anywhere.
 void makeOddLinks(MadeTree &made, unsigned seed)
 {
-    const char *const devices[] = {
-        "devices/a",           "devices/a/b",           "devices/a/b/c",        "devices/d",
-        "devices/LNXSYSTM:00", "devices/LNXSYSTM:00/n", "devices/virtual/net/v"};
-    const char *const links[] = {"consumer", "driver",    "firmware_node",
-                                 "lower_x",  "of_node",   "power_resources_D0/x",
-                                 "slaves/x", "subsystem", "supplier"};
-    const char *const elsewhere[] = {
-        "bus/usb/devices/x",     "bus/usb/devices/y", "bus/usb/drivers/hub/module",
-        "bus/usb/drivers/hub/x", "class/net/x",       "class/block/x",
-        "module/m/holders/x",    "devices/loop"};
-    const char *const targets[] = {"",
-                                   ".",
-                                   "..",
-                                   "block",
-                                   "bus/usb",
-                                   "bus/usb/devices",
-                                   "bus/usb/devices/x",
-                                   "bus/usb/drivers",
-                                   "bus/usb/drivers/hub",
-                                   "bus/none/drivers/x",
-                                   "class/block",
-                                   "class/devlink",
-                                   "class/net",
-                                   "devices",
-                                   "devices/a",
-                                   "devices/a/b",
-                                   "devices/a/b/c",
-                                   "devices/a/driver",
-                                   "devices/d",
-                                   "devices/LNXSYSTM:00",
-                                   "devices/LNXSYSTM:00/n",
-                                   "devices/loop/a",
-                                   "devices/virtual",
-                                   "firmware/devicetree/base/node",
-                                   "module/m",
-                                   "nowhere/at/all"};
+    const QByteArrayList targets = words(
+        "/ . .. block bus/usb bus/usb/devices bus/usb/devices/x bus/usb/drivers bus/usb/drivers/hub"
+        " bus/none/drivers/x class/block class/devlink class/net devices devices/a devices/a/b"
+        " devices/a/b/c devices/a/driver devices/d devices/LNXSYSTM:00 devices/LNXSYSTM:00/n"
+        " devices/loop/a devices/virtual firmware/devicetree/base/node module/m nowhere/at/all");
     std::mt19937 random(seed);
     const auto linkFrom = [&](const QByteArray &path) {
-        const char *const target = targets[random() % std::size(targets)];
+        const QByteArray &target = targets[static_cast<qsizetype>(random()) % targets.size()];
         const QByteArray up = QByteArray("../").repeated(path.count('/'));
         made.folder(path.left(path.lastIndexOf('/')).constData());
         made.link(path.constData(), (up + target).constData());
     };
-    for (const char *folder :
-         {"bus/usb/devices", "bus/usb/drivers/hub", "class/block", "class/devlink", "class/net",
-          "firmware/devicetree/base/node", "module/m"})
-        made.folder(folder);
-    for (const char *device : devices) {
-        made.file((QByteArray(device) + "/uevent").constData(), "");
-        made.file((QByteArray(device) + "/power/runtime_status").constData(), "active\n");
-        for (const char *link : links) {
+    for (const QByteArray &folder : words("bus/usb/devices bus/usb/drivers/hub class/devlink"
+                                          " firmware/devicetree/base/node module/m"))
+        made.folder(folder.constData());
+    for (const QByteArray &device : words("devices/a devices/a/b devices/a/b/c devices/d"
+                                          " devices/LNXSYSTM:00/n devices/virtual/net/v")) {
+        made.file((device + "/uevent").constData(), "");
+        made.file((device + "/power/runtime_status").constData(), "active\n");
+        for (const QByteArray &link : words("consumer driver firmware_node lower_x of_node slaves/x"
+                                            " power_resources_D0/x subsystem supplier")) {
             if (random() % 2)
-                linkFrom(QByteArray(device) + '/' + link);
+                linkFrom(device + '/' + link);
         }
     }
-    for (const char *link : elsewhere)
+    for (const QByteArray &link :
+         words("bus/usb/devices/x bus/usb/devices/y bus/usb/drivers/hub/module class/net/x"
+               " bus/usb/drivers/hub/x class/block/x module/m/holders/x devices/loop"))
         linkFrom(link);
 }
 
@@ -166,50 +147,54 @@ QByteArrayList unreadIn(const RegistryGraph &graph)
     return unread;
 }
 
-TEST(OddTrees, NameWhatMayNotBeOpened)
+TEST(OddTrees, NameWhatCannotBeReadOrHasNoPlace)
 {
     MadeTree made;
-    for (const char *file :
-         {"bus/closed/x", "bus/open/devices/x", "bus/open/drivers/x", "module/m/x",
-          "devices/closed/uevent", "devices/open/uevent", "devices/open/group/x",
-          "devices/open/listed/uevent", "devices/open/pointed/uevent", "devices/virtual/closed/x"})
-        made.file(file, "1\n");
+    const QByteArrayList closed =
+        words("bus/closed bus/open/drivers module devices/closed"
+              " devices/open/group devices/open/pointed devices/virtual/closed");
+    for (const QByteArray &folder : closed)
+        made.folder(folder.constData());
+    made.file("devices/open/uevent", "");
+    made.file("devices/open/listed/uevent", "");
     made.folder("class/c");
     made.link("class/c/pointed", "../../devices/open/pointed");
     made.link("devices/open/listed/link", "../..");
+    made.link("class/linked", "c");
+    made.file("bus/odd/devices/file", "");
+    made.file("bus/odd/drivers/file", "");
+    made.link("bus/odd/devices/out", "/etc");
+    made.folder("bus/open/devices");
+    made.link("bus/open/devices/x", "../../../devices/open");
     ASSERT_EQ(mknod(made.path("devices/open/socket").constData(), S_IFSOCK | 0600, 0), 0);
-    const char *const closed[] = {
-        "bus/closed",     "bus/open/devices",   "bus/open/drivers",     "module",
-        "devices/closed", "devices/open/group", "devices/open/pointed", "devices/virtual/closed"};
-    for (const char *folder : closed)
-        chmod(made.path(folder).constData(), 0);
-    chmod(made.path("devices/open/listed").constData(), 0400);
+    const auto setModes = [&](mode_t ofClosed, mode_t ofListed) {
+        for (const QByteArray &folder : closed)
+            chmod(made.path(folder.constData()).constData(), ofClosed);
+        for (const char *folder : {"bus/open/devices", "devices/open/listed"})
+            chmod(made.path(folder).constData(), ofListed);
+    };
+    setModes(0, 0400);
     const RegistryGraph graph = withLesserRights([&] { return graphOf(made); });
-    const QByteArrayList expected{"/module: Permission denied",
-                                  "bus/closed/.: Permission denied",
-                                  "bus/open/devices: Permission denied",
-                                  "bus/open/drivers: Permission denied",
-                                  "devices/closed/.: Permission denied",
-                                  "devices/open/group: Permission denied",
-                                  "devices/open/listed/link: Permission denied",
-                                  "devices/open/listed/uevent: Permission denied",
-                                  "devices/open/pointed/.: Permission denied",
-                                  "devices/open/socket: neither file nor folder nor link",
-                                  "devices/virtual/closed/.: Permission denied"};
-    EXPECT_EQ(unreadIn(graph).join('\n').toStdString(), expected.join('\n').toStdString());
+    setModes(0700, 0700);
+    EXPECT_EQ('\n' + unreadIn(graph).join('\n').toStdString() + '\n', R"(
+/class/linked: is no folder
+/module: Permission denied
+bus/closed/.: Permission denied
+bus/odd/devices/file: is no link
+bus/odd/devices/out: leads out of the tree
+bus/odd/drivers/file: is no folder
+bus/open/devices/x: Permission denied
+bus/open/drivers: Permission denied
+devices/closed/.: Permission denied
+devices/open/group: Permission denied
+devices/open/listed/link: Permission denied
+devices/open/listed/uevent: Permission denied
+devices/open/pointed/.: Permission denied
+devices/open/socket: neither file nor folder nor link
+devices/virtual/closed/.: Permission denied
+)");
     EXPECT_EQ(graph.at(graph.withPath("devices/open/listed")).kind, SweepObject::Kind::Device);
-    for (const char *folder : closed)
-        chmod(made.path(folder).constData(), 0700);
-    chmod(made.path("devices/open/listed").constData(), 0700);
 }
-
-class NoWatch final : public ObjectReader::Watch
-{
-public:
-    bool mayTake(const QByteArray &, const QByteArray &) override { return true; }
-    bool returned() override { return true; }
-    bool isGivenUp() const override { return false; }
-};
 
 // A chain of devices of the same name, each in the one before. Its paths are longer than what the
 // kernel takes, and than what Qt can remove.
@@ -254,19 +239,13 @@ TEST(OddTrees, HaveNoMoreLevelsThanStated)
 {
     MadeTree made;
     made.file("devices/a/b/uevent", "");
-    QString error;
-    const auto root = SysfsRoot::open(QFile::encodeName(made.sys()), &error);
-    const QSet<QByteArray> forced;
-    NoWatch watch;
-    ObjectReader reader(*root, forced, watch, false);
-    const auto readAtLevel = [&](qsizetype level) {
+    const auto unreadAtLevel = [&](qsizetype level) {
         const QByteArray path = "devices" + QByteArray("/.").repeated(level - 1) + "/a";
-        return reader.read({.path = path});
+        return Sweeper(rootOf(made)).readObject({.path = path}).unread;
     };
-    EXPECT_EQ(readAtLevel(ObjectReader::mostLevels - 1).below.size(), 1U);
-    const auto deepest = readAtLevel(ObjectReader::mostLevels);
-    EXPECT_TRUE(deepest.below.empty());
-    ASSERT_EQ(deepest.object.unread.size(), 1U);
-    EXPECT_EQ(deepest.object.unread[0].path, "b");
+    EXPECT_TRUE(unreadAtLevel(ObjectReader::mostLevels - 1).empty());
+    const auto unread = unreadAtLevel(ObjectReader::mostLevels);
+    ASSERT_EQ(unread.size(), 1U);
+    EXPECT_EQ(unread[0].path, "b");
 }
 } // namespace
