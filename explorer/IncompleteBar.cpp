@@ -32,13 +32,22 @@ IncompleteBar::IncompleteBar()
     hide();
 }
 
+QString IncompleteBar::message(qsizetype devices)
+{
+    switch (devices) {
+    case 0:
+        return {};
+    case 1:
+        return tr("One device did not answer. Some of its attributes are missing.");
+    default:
+        return tr("%1 devices did not answer. Some of their attributes are missing.").arg(devices);
+    }
+}
+
 void IncompleteBar::setObjects(const QStringList &paths, bool canTryAgain)
 {
     paths_ = paths;
-    text_->setText(paths.size() == 1
-                       ? tr("One device did not answer. Some of its attributes are missing.")
-                       : tr("%1 devices did not answer. Some of their attributes are missing.")
-                             .arg(paths.size()));
+    text_->setText(message(paths.size()));
     setAccessibleName(text_->text());
     tryAgainButton_->setVisible(canTryAgain);
     setVisible(!paths.isEmpty());

@@ -14,6 +14,9 @@ class IncompleteBar : public QFrame
 public:
     IncompleteBar();
 
+    // What is to be said of so many devices; null for none.
+    static QString message(qsizetype devices);
+
     // By their paths in sysfs. A snapshot cannot try again.
     void setObjects(const QStringList &paths, bool canTryAgain);
 

@@ -60,8 +60,10 @@ void TavBrowserDelegate::willDisplayCell(ColumnBrowser &, ColumnBrowserCell &cel
         entry->isRegistryRoot());
     cell.font = EntryTextStyle::font(attributes);
     cell.color = EntryTextStyle::color(attributes);
+    cell.mark = windowController_.markForEntry(*entry);
     cell.accessibleText = windowController_.accessibleNameForEntry(*entry, cell.text);
-    if (cell.toolTip.isNull())
+    cell.accessibleDescription = windowController_.warningForEntry(*entry);
+    if (cell.toolTip.isNull() || entry->isRegistryRoot())
         cell.toolTip = windowController_.toolTipForRegistryEntry(*entry);
     cell.isLeaf = isLeaf(*entry);
 }

@@ -152,8 +152,12 @@ QVariant TavRegistryOutlineViewDataSource::data(const QModelIndex &index, int ro
         return EntryTextStyle::color(shown->displayName().attributes);
     case Qt::ToolTipRole:
         return plainToolTip(windowController_.toolTipForRegistryEntry(*shown->registryEntry()));
+    case Qt::DecorationRole:
+        return windowController_.markForEntry(*shown->registryEntry());
     case Qt::AccessibleTextRole:
         return windowController_.accessibleNameForOutlineItem(*shown);
+    case Qt::AccessibleDescriptionRole:
+        return windowController_.warningForEntry(*shown->registryEntry());
     default:
         return {};
     }

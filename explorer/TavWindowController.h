@@ -115,6 +115,9 @@ public:
 
     QString windowTitleForDocumentDisplayName(const QString &displayName) const;
     QString toolTipForRegistryEntry(const TavRegistryEntry &entry) const;
+    // What is amiss with an entry: shown as a mark on its rows, and said in words; null for most.
+    QString warningForEntry(const TavRegistryEntry &entry) const;
+    QVariant markForEntry(const TavRegistryEntry &entry) const;
     // What a screen reader says of a row.
     QString accessibleNameForOutlineItem(TavRegistryOutlineItem &item) const;
     QString accessibleNameForEntry(const TavRegistryEntry &entry, const QString &name) const;

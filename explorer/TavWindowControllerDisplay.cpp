@@ -16,6 +16,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QMainWindow>
+#include <QStyle>
 
 QString TavWindowController::windowTitleForDocumentDisplayName(const QString &displayName) const
 {
@@ -110,7 +111,22 @@ QString TavWindowController::toolTipForRegistryEntry(const TavRegistryEntry &ent
     append(entry.dateDiscovered(), tr("Discovered: %1 %2"));
     append(entry.dateLastUpdated(), tr("Updated: %1 %2"));
     append(entry.dateTerminated(), tr("Terminated: %1 %2"));
-    return text;
+    const QString warning = warningForEntry(entry);
+    return warning.isNull() ? text : text + u'\n' + warning;
+}
+
+// The root stands for the whole registry.
+QString TavWindowController::warningForEntry(const TavRegistryEntry &entry) const
+{
+    return entry.isRegistryRoot() ? IncompleteBar::message(dataStore_->incompleteObjects().size())
+                                  : QString();
+}
+
+QVariant TavWindowController::markForEntry(const TavRegistryEntry &entry) const
+{
+    return warningForEntry(entry).isNull()
+               ? QVariant()
+               : window_->style()->standardIcon(QStyle::SP_MessageBoxWarning);
 }
 
 QString TavWindowController::accessibleNameForOutlineItem(TavRegistryOutlineItem &item) const

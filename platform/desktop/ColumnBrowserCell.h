@@ -15,9 +15,11 @@ public:
 
     QString text;
     QString accessibleText;
+    QString accessibleDescription;
     QString toolTip; // null: not asked for yet
     QVariant font;   // none: the list's
     QVariant color;  // none: the list's
+    QVariant mark;   // an icon before the text
     bool isLeaf = true;
     bool state = false; // on: part of the browser's selection
 

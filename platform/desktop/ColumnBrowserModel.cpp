@@ -71,6 +71,10 @@ QVariant ColumnBrowserModel::data(const QModelIndex &index, int role) const
         return shown->font;
     case Qt::ForegroundRole:
         return shown->color;
+    case Qt::DecorationRole:
+        return shown->mark;
+    case Qt::AccessibleDescriptionRole:
+        return shown->accessibleDescription;
     case Qt::AccessibleTextRole:
         return shown->accessibleText.isNull() ? shown->text : shown->accessibleText;
     default:

@@ -27,6 +27,12 @@ public:
     void answerReading(const RegistryValue &properties); // the first one
 
     void prepare() override { ++preparations_; }
+    void retryWhatDidNotAnswer() override
+    {
+        ++retries_;
+        prepare();
+    }
+    int retries() const { return retries_; }
     bool mayReadOnRequest(RegistryObject object, const QString &attribute) override;
     void readOnRequest(RegistryObject object, const QString &attribute,
                        std::function<void()> ready) override;
@@ -114,6 +120,7 @@ private:
     quint64 openHandles_ = 0;
     quint64 misuses_ = 0;
     int preparations_ = 0;
+    int retries_ = 0;
     std::vector<Node> preparedObjects_;
     std::vector<std::pair<Node, QString>> offered_;
     std::vector<std::pair<Node, QString>> askedFor_;
