@@ -4,11 +4,14 @@
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QStyle>
 
 ColumnBrowserList::ColumnBrowserList(QWidget *parent)
     : QListView(parent)
 {
     setItemDelegate(new ColumnBrowserRowDelegate(this));
+    const int mark = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    setIconSize({mark, mark}); // no higher than a row without one
     setFrameShape(NoFrame);
     setUniformItemSizes(true);
     setVerticalScrollMode(ScrollPerPixel);

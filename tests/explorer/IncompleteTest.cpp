@@ -43,9 +43,10 @@ protected:
     void expectMarks(bool isMarked)
     {
         controller_->browserView();
-        const QAbstractItemModel &column =
-            *outlet<ColumnBrowser>("registryBrowser")->list(0)->model();
-        expectMark(column.index(0, 0), isMarked);
+        const QListView &column = *outlet<ColumnBrowser>("registryBrowser")->list(0);
+        const QModelIndex top = column.model()->index(0, 0);
+        expectMark(top, isMarked);
+        EXPECT_LT(column.visualRect(top).height(), 2 * column.fontMetrics().height());
         controller_->outlineView();
         expectMark(row({"Root"}), isMarked);
         expectMark(row({"Root", "Host"}), false);
