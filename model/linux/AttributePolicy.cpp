@@ -88,6 +88,7 @@ struct AttributePolicy::Row
     std::optional<Patterns> drivers;
     std::optional<Patterns> paths;
     bool onlyInterfaceDown = false;
+    bool onlySuspended = false;
     QByteArray reason;
 };
 
@@ -108,6 +109,7 @@ AttributePolicy::Row::Row(const QJsonObject &row)
     , drivers(patterns(row, "driver"))
     , paths(patterns(row, "path"))
     , onlyInterfaceDown(row.value(QLatin1String("when")) == QLatin1String("interface down"))
+    , onlySuspended(row.value(QLatin1String("when")) == QLatin1String("suspended"))
     , reason(row.value(QLatin1String("reason")).toString().toUtf8())
 {
     for (const QByteArray &kind : patterns(row, "in").value_or(Patterns()))
@@ -131,8 +133,8 @@ bool AttributePolicy::Row::appliesTo(const Context &context, const QByteArray &f
             std::find(folders.begin(), folders.end(), context.folder) != folders.end()) &&
            (!isOfDevice || context.folder == Folder::Device) &&
            (!onlyInterfaceDown || context.isInterfaceDown) &&
-           allows(subsystems, context.subsystem) && allows(drivers, context.driver) &&
-           allows(paths, context.path);
+           (!onlySuspended || context.isSuspended) && allows(subsystems, context.subsystem) &&
+           allows(drivers, context.driver) && allows(paths, context.path);
 }
 
 const AttributePolicy::Table &AttributePolicy::table()

@@ -19,6 +19,7 @@ public:
         QByteArray driver = {};
         QByteArray path = {};         // relative to the tree's root
         bool isInterfaceDown = false; // of a network interface
+        bool isSuspended = false;     // of a PCI device
     };
 
     explicit AttributePolicy(Context context);

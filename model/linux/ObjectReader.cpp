@@ -89,7 +89,7 @@ struct ObjectReader::Job
     const Request &request;
     Result result;
     AttributePolicy policy;
-    bool isSuspended = false;  // known only when reading on request
+    bool isSuspended = false;  // known of PCI devices, and when reading on request
     int unanswered = 0;        // attributes so far
     RegistryValue uevent = {}; // read before all else: names and classes rest on it
 
@@ -166,6 +166,11 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     constexpr uint interfaceUp = 1;
     if (context.subsystem == "net")
         context.isInterfaceDown = !(textOf("flags").toUInt(nullptr, 0) & interfaceUp);
+    const auto isSuspended = [&] { return textOf("power/runtime_status") == "suspended"; };
+    if (context.subsystem == "pci")
+        job.isSuspended = context.isSuspended = isSuspended();
+    else if (job.request.readsOnRequest)
+        job.isSuspended = isSuspended();
     job.policy = AttributePolicy(context);
     if (!job.request.readsOnRequest && contains(directory.entries, "uevent") &&
         job.policy.rule({}, "uevent") == AttributePolicy::Rule::Always) {
@@ -173,8 +178,6 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
         if (const auto bytes = readBytes(job, directory, "uevent", dataLimit, reason))
             job.uevent = parseAttribute("uevent", *bytes, pool_);
     }
-    if (job.request.readsOnRequest)
-        job.isSuspended = textOf("power/runtime_status") == "suspended";
 }
 
 // Whether it held anything of the object's own, or nothing at all.

@@ -12,6 +12,7 @@ using Context = AttributePolicy::Context;
 TEST(AttributePolicy, ReadsNothingThatTriggersAndOnlyOnRequestWhatWakes)
 {
     const Context pci{.subsystem = "pci"};
+    const Context asleep{.subsystem = "pci", .isSuspended = true};
     const Context gpu{.subsystem = "pci", .driver = "amdgpu"};
     const Context chip{.subsystem = "i2c", .driver = "lm75", .path = "devices/i2c-0/0-0048"};
     const Context port{.path = "devices/usb1/1-0:1.0/usb1-port12"};
@@ -28,7 +29,8 @@ TEST(AttributePolicy, ReadsNothingThatTriggersAndOnlyOnRequestWhatWakes)
         {pci, "", "resource", Rule::Always},
         {pci, "", "resource0", Rule::Never},
         {pci, "", "resource12_wc", Rule::Never},
-        {pci, "", "resource0_resize", Rule::OnRequest},
+        {pci, "", "current_link_speed", Rule::Always},
+        {asleep, "", "current_link_speed", Rule::OnRequest},
         {pci, "link", "l1_aspm", Rule::Always},
         {{.subsystem = "pnp"}, "", "resources", Rule::Always},
         {pci, "", "config", Rule::OnRequest},
@@ -81,7 +83,8 @@ TEST(AttributePolicy, ReadsNothingThatTriggersAndOnlyOnRequestWhatWakes)
     for (const auto &[context, folder, name, rule] : cases) {
         const AttributePolicy policy(context);
         EXPECT_EQ(policy.rule(folder, name), rule) << folder << '/' << name;
-        const bool isToBeWritten = rule == Rule::Never && qstrcmp(name, "uevent") == 0;
+        const bool isToBeWritten = rule == Rule::Never && (name == QByteArrayView("uevent") ||
+                                                           name == QByteArrayView("bind"));
         EXPECT_EQ(policy.reason(folder, name).isNull(), rule == Rule::Always || isToBeWritten)
             << name;
     }

@@ -56,10 +56,14 @@ class Judge:
 
     def _place(self, folder):
         place = self._walk.place(folder)
-        if place.subsystem != "net":
-            return place
+        if place.subsystem == "net":
+            flags = int(self._text(place, "flags") or "0", 0)
+            return replace(place, is_down=not flags & _INTERFACE_UP)
+        status = self._text(place, "power/runtime_status") if place.subsystem == "pci" else None
+        return replace(place, is_suspended=status == "suspended")
+
+    def _text(self, place, name):
         try:
-            with open(self.root / place.path / "flags", encoding="ascii") as file:
-                return replace(place, is_down=not int(file.read(), 0) & _INTERFACE_UP)
+            return (self.root / place.path / name).read_text(encoding="ascii").strip()
         except (OSError, ValueError):
-            return place
+            return None

@@ -60,6 +60,8 @@ class MadeTree:
         self._write(f"{path}/uevent")
         if subsystem:
             self._link(f"{path}/subsystem", f"bus/{subsystem}")
+        if subsystem == "pci":
+            self._write(f"{path}/power/runtime_status", b"suspended\n")
         if driver:
             self._link(f"{path}/driver", f"bus/{subsystem or 'made'}/drivers/{driver}")
         return path
@@ -72,7 +74,7 @@ class MadeTree:
         self._write(path)
         self.forbidden.add(path)
 
-    def _write(self, path):
+    def _write(self, path, content=b"1\n"):
         file = self.root / path
         file.parent.mkdir(parents=True, exist_ok=True)
-        file.write_bytes(b"1\n")
+        file.write_bytes(content)

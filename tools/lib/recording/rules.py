@@ -20,8 +20,10 @@ class Place:
     directory: str = ""
     subsystem: str = ""
     driver: str = ""
-    # Of a network interface. Not known while it is recorded: rules for those that are down apply.
+    # Of a network interface and of a PCI device. Not known while it is recorded: rules for those
+    # that are down or suspended apply.
     is_down: bool = True
+    is_suspended: bool = True
 
 
 def _pattern(texts):
@@ -34,8 +36,9 @@ def _pattern(texts):
 class _Rule:
     def __init__(self, row):
         self.kind = row["rule"]  # never, or on request
-        self.reason = row["reason"]
+        self.reason = row.get("reason", "is there to be written")
         self._only_down = row.get("when") == "interface down"
+        self._only_suspended = row.get("when") == "suspended"
         self._names = _pattern(row["names"]) if "names" in row else None
         self._words = set(row.get("words", ()))
         self._except = _pattern(row["except"]) if "except" in row else None
@@ -48,6 +51,8 @@ class _Rule:
         if self._kinds is not None and place.kind not in self._kinds:
             return False
         if self._only_down and not place.is_down:
+            return False
+        if self._only_suspended and not place.is_suspended:
             return False
         if self._of_device and place.kind != "device":
             return False
