@@ -12,7 +12,7 @@
 namespace {
 constexpr int gap = 10;     // to the text
 constexpr int padding = 10; // of the title
-constexpr int verticalMargin = 1;
+constexpr int marginAbove = 1;
 } // namespace
 
 QString ReadButton::title()
@@ -28,8 +28,8 @@ int ReadButton::room(const QFontMetrics &metrics)
 QRect ReadButton::place(const QStyleOptionViewItem &cell, int textWidth)
 {
     const int line = cell.fontMetrics.height() + 2 * OutlineRowDelegate::verticalMargin;
-    const QRect logical(cell.rect.left() + textWidth + gap, cell.rect.top() + verticalMargin,
-                        room(cell.fontMetrics) - gap, line - 2 * verticalMargin);
+    const QRect logical(cell.rect.left() + textWidth + gap, cell.rect.top() + marginAbove,
+                        room(cell.fontMetrics) - gap, line - 2 * marginAbove);
     return QStyle::visualRect(cell.direction, cell.rect, logical);
 }
 
