@@ -183,7 +183,7 @@ AttributePolicy::Rows AttributePolicy::rowsThatFit(const QByteArray &name)
     const std::unique_lock lock(mutex);
     if (known.size() >= mostNames)
         known.clear();
-    return *known.insert(name, std::move(rows));
+    return *known.insert(name, rows);
 }
 
 const AttributePolicy::Row *AttributePolicy::row(const QByteArray &folder,
