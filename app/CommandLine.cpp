@@ -8,8 +8,9 @@ CommandLine failure(const QString &text)
 {
     CommandLine line;
     line.action = CommandLine::Action::Fail;
-    line.text = QCoreApplication::translate("CommandLine", "%1\nvandrel --help tells the options.")
-                    .arg(text);
+    line.text =
+        QCoreApplication::translate("CommandLine", "%1\nSee vandrel --help for the options.")
+            .arg(text);
     return line;
 }
 

@@ -33,7 +33,7 @@ public:
     // The attribute that a row is about, as "DxUnreadAttributes" names it; null for no row.
     QString attribute(const QModelIndex &index) const;
     PropertiesViewController::Reading reading(const QModelIndex &index) const; // of its attribute
-    bool isUnreadAttribute(const QModelIndex &index) const; // tells why it is not read
+    bool isUnreadAttribute(const QModelIndex &index) const; // a row that says why one is not read
     void readAttribute(const QModelIndex &index);           // when that is offered
 
     TavRegistryProperty *item(const QModelIndex &index) const;  // null for the invisible top

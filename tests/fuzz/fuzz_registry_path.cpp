@@ -12,7 +12,7 @@
 namespace {
 const QString plane = QStringLiteral("DxService");
 
-// Whether all names can be told from their path, as those of a machine.
+// Whether no two entries have the same path, as on a machine.
 bool build(FakeRegistryService &service, const QByteArray &outline)
 {
     const QString device = QStringLiteral("DxDevice");

@@ -25,7 +25,7 @@ public:
         else
             change(interfaces_, 6);
     }
-    // Events without number of one device of its own, which nothing else is told of.
+    // A flood of events of one device that it made itself and nothing else uses.
     void flood()
     {
         if (disks_.empty() && interfaces_.empty())
