@@ -31,6 +31,7 @@ TEST(AttributePolicy, ReadsNothingThatTriggersAndOnlyOnRequestWhatWakes)
         {pci, "", "resource12_wc", Rule::Never},
         {pci, "", "current_link_speed", Rule::Always},
         {asleep, "", "current_link_speed", Rule::OnRequest},
+        {asleep, "", "max_link_width", Rule::OnRequest},
         {pci, "link", "l1_aspm", Rule::Always},
         {{.subsystem = "pnp"}, "", "resources", Rule::Always},
         {pci, "", "config", Rule::OnRequest},
