@@ -13,5 +13,5 @@ bool isSystemFolder(QByteArrayView path);
 bool isSystemDevice(QByteArrayView path);
 QByteArray subsystemOfSystemDevice(const QByteArray &path); // "cpu"
 bool isDriver(QByteArrayView path);                         // "bus/pci/drivers/nvme"
-bool isSubsystem(QByteArrayView path); // "bus/pci", "class/net", and "block" of old trees
+bool isSubsystem(QByteArrayView path); // "bus/pci", "class/net"; "block" of older kernels
 } // namespace SysfsPlaces

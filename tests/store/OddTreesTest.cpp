@@ -1,4 +1,4 @@
-// Trees of old kernels, odd ones, and hostile ones: nothing in them is left out without a word.
+// Trees of older kernels, and trees that no kernel makes: all that is in them is shown or named.
 #include "LinuxFixture.h"
 #include "model/linux/PlaneReach.h"
 #include "model/linux/RegistryGraph.h"
