@@ -21,13 +21,13 @@ public:
     const T *find(const QString &plane) const
     {
         const auto item = lowerBound(items_, plane);
-        return item != items_.end() && textOf(*item) == plane ? &item->value : nullptr;
+        return item != items_.end() && isOf(*item, plane) ? &item->value : nullptr;
     }
     T *find(const QString &plane) { return const_cast<T *>(std::as_const(*this).find(plane)); }
     T &operator[](const QString &plane)
     {
         auto item = lowerBound(items_, plane);
-        if (item == items_.end() || textOf(*item) != plane)
+        if (item == items_.end() || !isOf(*item, plane))
             item = items_.insert(item, Item{CompactString(plane), T()});
         return item->value;
     }
@@ -42,10 +42,15 @@ public:
 
 private:
     static QStringView textOf(const Item &item) { return {item.key.data(), item.key.size()}; }
+    // Names of planes share their text, so most comparisons end at once.
+    static bool isOf(const Item &item, const QString &plane)
+    {
+        return (item.key.data() == plane.constData() && item.key.size() == plane.size()) ||
+               textOf(item) == plane;
+    }
     template<class Items>
     static auto lowerBound(Items &items, const QString &plane)
     {
-        // Names of planes share their text, so most comparisons end at once.
         return std::lower_bound(items.begin(), items.end(), plane,
                                 [](const Item &item, const QString &key) {
                                     return item.key.data() != key.constData() && textOf(item) < key;

@@ -13,35 +13,65 @@
 #include <shared_mutex>
 
 namespace {
-using Patterns = std::vector<QByteArray>;
+bool isWild(char character)
+{
+    return character == '*' || character == '#';
+}
 
 // "*" stands for any text, "#" for digits.
-bool matches(QByteArrayView pattern, QByteArrayView text)
+bool matchesWild(QByteArrayView pattern, QByteArrayView text)
 {
     if (pattern.isEmpty())
         return text.isEmpty();
-    if (pattern.front() == '*' || pattern.front() == '#') {
+    if (isWild(pattern.front())) {
         const bool isAnyText = pattern.front() == '*';
+        const QByteArrayView rest = pattern.sliced(1);
+        if (isAnyText && rest.isEmpty())
+            return true;
+        // Spares most tries.
+        const auto mayGoOn = [&](qsizetype at) {
+            return rest.isEmpty() || isWild(rest.front()) ||
+                   (at < text.size() && text[at] == rest.front());
+        };
         for (qsizetype length = isAnyText ? 0 : 1; length <= text.size(); ++length) {
             if (!isAnyText && !AttributeText::isDigit(text[length - 1]))
                 return false;
-            if (matches(pattern.sliced(1), text.sliced(length)))
+            if (mayGoOn(length) && matchesWild(rest, text.sliced(length)))
                 return true;
         }
         return false;
     }
     return !text.isEmpty() && pattern.front() == text.front() &&
-           matches(pattern.sliced(1), text.sliced(1));
+           matchesWild(pattern.sliced(1), text.sliced(1));
 }
+
+class Pattern
+{
+public:
+    explicit Pattern(const QByteArray &text)
+        : text_(text)
+        , isPlain_(std::none_of(text.begin(), text.end(), isWild))
+    {}
+    bool matches(const QByteArray &text) const
+    {
+        return isPlain_ ? text == text_ : matchesWild(text_, text);
+    }
+
+private:
+    QByteArray text_;
+    bool isPlain_;
+};
+using Patterns = std::vector<Pattern>;
+using Words = std::vector<QByteArray>;
 
 bool matchesAny(const Patterns &patterns, const QByteArray &text)
 {
     return std::any_of(patterns.begin(), patterns.end(),
-                       [&](const QByteArray &pattern) { return matches(pattern, text); });
+                       [&](const Pattern &pattern) { return pattern.matches(text); });
 }
 
 // Whether a part of the name between underscores is among the words.
-bool hasAny(const Patterns &words, const QByteArray &name)
+bool hasAny(const Words &words, const QByteArray &name)
 {
     const QList<QByteArray> parts = QByteArray(name).replace('-', '_').split('_');
     return std::any_of(parts.begin(), parts.end(), [&](const QByteArray &part) {
@@ -49,15 +79,20 @@ bool hasAny(const Patterns &words, const QByteArray &name)
     });
 }
 
+Words words(const QJsonObject &row, const char *key)
+{
+    Words found;
+    for (const auto &word : row.value(QLatin1String(key)).toArray())
+        found.push_back(word.toString().toUtf8());
+    return found;
+}
+
 std::optional<Patterns> patterns(const QJsonObject &row, const char *key)
 {
-    const QJsonValue list = row.value(QLatin1String(key));
-    if (!list.isArray())
+    if (!row.value(QLatin1String(key)).isArray())
         return std::nullopt;
-    Patterns found;
-    for (const auto &pattern : list.toArray())
-        found.push_back(pattern.toString().toUtf8());
-    return found;
+    const Words texts = words(row, key);
+    return Patterns(texts.begin(), texts.end());
 }
 
 AttributePolicy::Folder folderNamed(const QByteArray &name)
@@ -75,12 +110,12 @@ AttributePolicy::Folder folderNamed(const QByteArray &name)
 struct AttributePolicy::Row
 {
     explicit Row(const QJsonObject &row);
-    bool fits(const QByteArray &name) const;
-    bool appliesTo(const Context &context, const QByteArray &folder) const;
+    bool fits(const QByteArray &folder, const QByteArray &name) const;
+    bool appliesTo(const Context &context) const;
 
     Rule rule = Rule::Never;
     Patterns names;
-    Patterns words;
+    Words words;
     Patterns except;
     std::optional<Patterns> directories;
     std::vector<Folder> folders; // none: any
@@ -102,7 +137,7 @@ AttributePolicy::Row::Row(const QJsonObject &row)
     : rule(row.value(QLatin1String("rule")) == QLatin1String("never") ? Rule::Never
                                                                       : Rule::OnRequest)
     , names(patterns(row, "names").value_or(Patterns()))
-    , words(patterns(row, "words").value_or(Patterns()))
+    , words(::words(row, "words"))
     , except(patterns(row, "except").value_or(Patterns()))
     , directories(patterns(row, "directory"))
     , subsystems(patterns(row, "subsystem"))
@@ -112,26 +147,26 @@ AttributePolicy::Row::Row(const QJsonObject &row)
     , onlySuspended(row.value(QLatin1String("when")) == QLatin1String("suspended"))
     , reason(row.value(QLatin1String("reason")).toString().toUtf8())
 {
-    for (const QByteArray &kind : patterns(row, "in").value_or(Patterns()))
+    for (const QByteArray &kind : ::words(row, "in"))
         folders.push_back(folderNamed(kind));
 }
 
-bool AttributePolicy::Row::fits(const QByteArray &name) const
+bool AttributePolicy::Row::fits(const QByteArray &folder, const QByteArray &name) const
 {
-    return (matchesAny(names, name) || (!words.empty() && hasAny(words, name))) &&
+    return (!directories || matchesAny(*directories, folder)) &&
+           (matchesAny(names, name) || (!words.empty() && hasAny(words, name))) &&
            !matchesAny(except, name);
 }
 
-bool AttributePolicy::Row::appliesTo(const Context &context, const QByteArray &folder) const
+bool AttributePolicy::Row::appliesTo(const Context &context) const
 {
     const auto allows = [](const std::optional<Patterns> &allowed, const QByteArray &its) {
         return !allowed || matchesAny(*allowed, its);
     };
     const bool isOfDevice = subsystems || drivers || paths;
-    return allows(directories, folder) &&
+    return (!isOfDevice || context.folder == Folder::Device) &&
            (folders.empty() ||
             std::find(folders.begin(), folders.end(), context.folder) != folders.end()) &&
-           (!isOfDevice || context.folder == Folder::Device) &&
            (!onlyInterfaceDown || context.isInterfaceDown) &&
            (!onlySuspended || context.isSuspended) && allows(subsystems, context.subsystem) &&
            allows(drivers, context.driver) && allows(paths, context.path);
@@ -164,33 +199,33 @@ AttributePolicy::AttributePolicy(Context context)
 
 // Kept, because a machine has many times more attributes than names for them, and nearly all
 // names have no rule.
-AttributePolicy::Rows AttributePolicy::rowsThatFit(const QByteArray &name)
+AttributePolicy::Rows AttributePolicy::rowsThatFit(const QByteArray &folder, const QByteArray &name)
 {
     constexpr qsizetype mostNames = 20000;
     static std::shared_mutex mutex;
-    static QHash<QByteArray, Rows> known;
+    static QHash<std::pair<QByteArray, QByteArray>, Rows> known;
     {
         const std::shared_lock lock(mutex);
-        const auto found = known.constFind(name);
+        const auto found = known.constFind({folder, name});
         if (found != known.constEnd())
             return *found;
     }
     Rows rows;
     for (const Row &row : table().rows) {
-        if (row.fits(name))
+        if (row.fits(folder, name))
             rows.push_back(&row);
     }
     const std::unique_lock lock(mutex);
     if (known.size() >= mostNames)
         known.clear();
-    return *known.insert(name, rows);
+    return *known.insert({folder, name}, rows);
 }
 
 const AttributePolicy::Row *AttributePolicy::row(const QByteArray &folder,
                                                  const QByteArray &name) const
 {
-    for (const Row *const row : rowsThatFit(name)) {
-        if (row->appliesTo(context_, folder))
+    for (const Row *const row : rowsThatFit(folder, name)) {
+        if (row->appliesTo(context_))
             return row;
     }
     return nullptr;

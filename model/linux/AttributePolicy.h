@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <vector>
+#include <QList>
 
 // Which attributes of an object may be read, by the table in resources/attributes. A read runs
 // driver code: some attributes are slow, some wake or lock up hardware, and one creates a device.
@@ -38,8 +38,8 @@ private:
     struct Row;
     struct Table;
     static const Table &table();
-    using Rows = std::vector<const Row *>;
-    static Rows rowsThatFit(const QByteArray &name);
+    using Rows = QList<const Row *>; // shared, not copied
+    static Rows rowsThatFit(const QByteArray &folder, const QByteArray &name);
     const Row *row(const QByteArray &folder, const QByteArray &name) const;
 
     Context context_;

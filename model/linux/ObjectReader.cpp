@@ -20,10 +20,20 @@ QByteArray join(const QByteArray &directory, const QByteArray &name)
     return directory.isEmpty() ? name : directory + '/' + name;
 }
 
+QByteArrayView nameOf(const SysfsRoot::Entry &entry)
+{
+    return entry.name;
+}
+QByteArrayView nameOf(QByteArrayView name)
+{
+    return name;
+}
+
+// The entries are in the order of their names.
 bool contains(const std::vector<SysfsRoot::Entry> &entries, QByteArrayView name)
 {
-    return std::any_of(entries.begin(), entries.end(),
-                       [&](const auto &entry) { return entry.name == name; });
+    return std::binary_search(entries.begin(), entries.end(), name,
+                              [](const auto &a, const auto &b) { return nameOf(a) < nameOf(b); });
 }
 
 // Without the first bytes of a character that was cut off.
@@ -92,6 +102,8 @@ struct ObjectReader::Job
     bool isSuspended = false;  // known of PCI devices, and when reading on request
     int unanswered = 0;        // attributes so far
     RegistryValue uevent = {}; // read before all else: names and classes rest on it
+    // The same of links, by name.
+    std::vector<std::pair<QByteArray, QByteArray>> linkTexts = {};
 
     void noteUnread(const Directory &directory, const QByteArray &name, const QByteArray &reason,
                     bool isOnRequest = false)
@@ -148,8 +160,10 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     SweepObject &object = job.result.object;
     object.kind = isDevice(directory) ? SweepObject::Kind::Device : SweepObject::Kind::Container;
     const auto targetName = [&](const QByteArray &link) {
-        const QByteArray text =
-            contains(directory.entries, link) ? linkText(job, directory, link) : QByteArray();
+        if (!contains(directory.entries, link))
+            return QByteArray();
+        const QByteArray text = linkText(job, directory, link);
+        job.linkTexts.emplace_back(link, text);
         return SysfsPlaces::baseName(text);
     };
     AttributePolicy::Context context{.folder = job.request.folder,
@@ -346,7 +360,11 @@ QByteArray ObjectReader::linkText(Job &job, const Directory &directory, const QB
 void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
                             RegistryValue::Members &members)
 {
-    const QByteArray text = linkText(job, directory, entry.name);
+    const auto known = std::find_if(job.linkTexts.begin(), job.linkTexts.end(),
+                                    [&](const auto &link) { return link.first == entry.name; });
+    const QByteArray text = directory.below.isEmpty() && known != job.linkTexts.end()
+                                ? known->second
+                                : linkText(job, directory, entry.name);
     if (text.isNull())
         return;
     const QByteArray target = SysfsRoot::resolveLink(directory.path, text);
