@@ -74,6 +74,11 @@ public:
     // The same as prepare, and tries again what did not answer before.
     virtual void retryWhatDidNotAnswer() { prepare(); }
 
+    // Counts the readings of the whole registry, from 1; 0 when the service does not count them.
+    virtual quint64 readingNumber() const { return 0; }
+    // Whether the object and which children it has are as they were right after that reading.
+    virtual bool isUnchangedSince(RegistryObject, quint64 /*reading*/) { return false; }
+
     // Of the machine whose registry it is.
     virtual HostInformation hostInformation() { return HostInformation::ofThisMachine(); }
 

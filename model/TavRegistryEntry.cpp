@@ -66,6 +66,39 @@ void TavRegistryEntry::clearParentChildRelationships()
         item.value.clear();
 }
 
+void TavRegistryEntry::addAllChildrenTo(EntrySet &children) const
+{
+    for (const auto &item : childrenInPlanes_) {
+        for (TavRegistryEntry *const child : item.value.entries())
+            children.insert(child);
+    }
+}
+
+void TavRegistryEntry::addAllParentsTo(EntrySet &parents) const
+{
+    for (const auto &item : parentsInPlanes_) {
+        for (TavRegistryEntry *const parent : item.value.entries())
+            parents.insert(parent);
+    }
+}
+
+bool TavRegistryEntry::areChildrenInOrder() const
+{
+    return std::all_of(childrenInPlanes_.begin(), childrenInPlanes_.end(), [](const auto &item) {
+        const EntryList::Entries &children = item.value.entries();
+        return std::is_sorted(children.begin(), children.end(),
+                              [&](TavRegistryEntry *a, TavRegistryEntry *b) {
+                                  return compareForPlane(*a, *b, item.plane()) < 0;
+                              });
+    });
+}
+
+void TavRegistryEntry::forgetParents(const EntrySet &parents)
+{
+    for (auto &item : parentsInPlanes_)
+        item.value.removeIf([&](TavRegistryEntry *parent) { return parents.contains(parent); });
+}
+
 void TavRegistryEntry::clearTerminatedChildren()
 {
     for (auto &item : childrenInPlanes_)

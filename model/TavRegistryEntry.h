@@ -57,10 +57,29 @@ public:
     void readChildrenInPlane(const QString &plane);
     void readChildrenInPlanes(const QStringList &planes);
     void updateIsSingle(bool single);
+    void noteUnchanged(); // the same when the service is known to have nothing new
+    // Whether reading found other names, or the first ones, since this was asked last.
+    bool takeIsRenamed() { return std::exchange(isRenamed_, false); }
 
     void addChild(TavRegistryEntry &child, const QString &plane);
     void addParent(TavRegistryEntry &parent, const QString &plane);
     void clearParentChildRelationships(); // the parents only: children are rebuilt by reading
+    void addAllChildrenTo(EntrySet &children) const; // over all planes
+    void addAllParentsTo(EntrySet &parents) const;
+    // Children are put in order by the names that are known when they are read.
+    bool areChildrenInOrder() const;
+    void forgetParents(const EntrySet &parents);
+    template<class IsBefore>
+    void orderParents(IsBefore isBefore)
+    {
+        for (auto &item : parentsInPlanes_) {
+            EntryList::Entries parents = item.value.entries();
+            if (std::is_sorted(parents.begin(), parents.end(), isBefore))
+                continue;
+            std::sort(parents.begin(), parents.end(), isBefore);
+            item.value.setOrder(std::move(parents));
+        }
+    }
     void clearTerminatedChildren();
     void noteTerminatedAtDate(const QDateTime &date, bool immediate);
     void clearIsNew();
@@ -185,6 +204,7 @@ private:
     quint32 busyCount_ = 0;
     quint32 kernelRetainCount_ = 0;
     quint8 flags_ = 0;
+    bool isRenamed_ = false;
     bool matchesInAnyPlane_ = false; // by what is the same in every plane; as of answeredQuery_
     quint32 answeredQuery_ = 0;
     quint32 visitedWalk_ = 0;     // of an order of one plane

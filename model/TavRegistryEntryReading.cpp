@@ -7,13 +7,21 @@ const QString kernelBundlePlaceholder = QStringLiteral("__kernel__");
 const QString kernelBundleID = QStringLiteral("org.linux.kernel");
 const QString serviceClass = QStringLiteral("DxService");
 
-// A plane's name as the service takes it: ASCII in a buffer of the given size with its NUL.
-std::optional<QByteArray> planeCString(const QString &plane, qsizetype bufferSize)
+// A plane's name as the service takes it: ASCII in a buffer of the given size with its NUL; null
+// when it cannot be one. The last ones are kept, since every entry is asked about every plane.
+QByteArray planeCString(const QString &plane, qsizetype bufferSize)
 {
+    constexpr std::size_t mostPlanes = 32;
+    static PlaneTable<QByteArray> known;
     const auto isAscii = [](QChar c) { return c.unicode() > 0 && c.unicode() < 128; };
-    if (plane.size() >= bufferSize || !std::all_of(plane.begin(), plane.end(), isAscii))
-        return std::nullopt;
-    return plane.toLatin1();
+    if (plane.size() >= bufferSize)
+        return {};
+    if (const QByteArray *const text = known.find(plane))
+        return *text;
+    if (known.size() >= mostPlanes)
+        known.clear();
+    const bool fits = std::all_of(plane.begin(), plane.end(), isAscii);
+    return known[plane] = fits ? plane.toLatin1() : QByteArray();
 }
 
 // None for what is not UTF-8. A text equal to the likely one shares its storage.
@@ -136,10 +144,10 @@ bool TavRegistryEntry::readDxRegistryNameAndLocationInPlane(const QString &plane
     constexpr qsizetype planeBufferSize = 127;
     if (!handle_)
         return false;
-    const auto planeText = planeCString(plane, planeBufferSize);
-    if (!planeText)
+    const QByteArray planeText = planeCString(plane, planeBufferSize);
+    if (planeText.isNull() && !plane.isNull())
         return false;
-    const char *const planeName = plane.isNull() ? nullptr : planeText->constData();
+    const char *const planeName = plane.isNull() ? nullptr : planeText.constData();
     RegistryService &service = *dataStore_->service();
 
     RegistryName buffer;
@@ -155,6 +163,8 @@ bool TavRegistryEntry::readDxRegistryNameAndLocationInPlane(const QString &plane
     if (status != RegistryStatus::NotFound && !location)
         return false;
 
+    isRenamed_ = isRenamed_ || nameInPlane(plane) != *name ||
+                 locationInPlane(plane) != location.value_or(QString());
     if (plane.isNull()) {
         name_ = *name;
         location_ = location.value_or(QString());
@@ -178,15 +188,15 @@ void TavRegistryEntry::readDxRegistryNameAndLocationInPlanes(const QStringList &
 void TavRegistryEntry::readChildrenInPlane(const QString &plane)
 {
     constexpr qsizetype planeBufferSize = 511;
-    const auto planeText = planeCString(plane, planeBufferSize);
-    if (!planeText)
+    const QByteArray planeText = planeCString(plane, planeBufferSize);
+    if (planeText.isNull())
         return;
     EntryList *children = childrenInPlanes_.find(plane);
     if (children)
         children->removeIf([](TavRegistryEntry *child) { return child->DxRegistryEntry() != 0; });
     for (TavRegistryEntry *terminated : childrenInPlane(plane))
         terminated->addParent(*this, plane);
-    for (TavRegistryEntry *child : newChildrenInPlane(plane, *planeText)) {
+    for (TavRegistryEntry *child : newChildrenInPlane(plane, planeText)) {
         children = children ? children : &childrenInPlanes_[plane];
         children->append(child);
         child->addParent(*this, plane);
@@ -222,6 +232,13 @@ void TavRegistryEntry::readChildrenInPlanes(const QStringList &planes)
 {
     for (const QString &plane : planes)
         readChildrenInPlane(plane);
+}
+
+void TavRegistryEntry::noteUnchanged()
+{
+    setDateLastUpdated({});
+    if (properties_)
+        properties_->noteReadNow();
 }
 
 void TavRegistryEntry::updateIsSingle(bool single)

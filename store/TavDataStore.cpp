@@ -86,6 +86,7 @@ void TavDataStore::update()
 
 void TavDataStore::updateTryingAgain()
 {
+    pass_.forget();
     updateAfter(&RegistryService::retryWhatDidNotAnswer);
 }
 
@@ -111,13 +112,11 @@ void TavDataStore::readRegistry(const QDateTime &began)
 {
     lastUpdateDate_ = began;
     for (const EntryRef &entry : registryEntries_) {
-        entry->clearParentChildRelationships();
-        entry->clearIsNew();
+        if (entry->registryState() == RegistryStateNew)
+            entry->clearIsNew();
     }
     updatePlanes();
-    // Reading children appends the entries that are new, and they are read in the same pass.
-    for (std::size_t i = 0; i < registryEntries_.size(); ++i)
-        registryEntries_[i]->updateIsSingle(false);
+    pass_.run(*service_, registryEntries_, registryPlanes_);
     isUpToDate_ = true;
     announceUpdate();
 }
@@ -258,6 +257,7 @@ void TavDataStore::clearTerminatedObjects()
 
 void TavDataStore::dropEntries(const EntrySet &leaving)
 {
+    const std::size_t countBefore = registryEntries_.size();
     const auto isLeaving = [&](const EntryRef &entry) { return leaving.contains(entry.get()); };
     for (const EntryRef &entry : registryEntries_) {
         if (isLeaving(entry)) {
@@ -268,6 +268,7 @@ void TavDataStore::dropEntries(const EntrySet &leaving)
         }
     }
     std::erase_if(registryEntries_, isLeaving);
+    pass_.noteDropped(countBefore, registryEntries_.size());
 }
 
 TavDataStore::PathMatches TavDataStore::entriesMatchingRegistryPath(const QString &path) const

@@ -4,6 +4,7 @@
 #include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
 #include "store/LiveUpdate.h"
+#include "store/RegistryPass.h"
 #include "store/TavDataStoreDelegate.h"
 
 // The device registry at one moment: every entry seen so far, the names of the planes and a few
@@ -134,6 +135,7 @@ private:
     QStringList registryPlanes_;
     std::vector<EntryOrder> planeOrders_; // from the root, as of that many changes of lists
     quint64 ordersAsOf_ = 0;
+    RegistryPass pass_;
     LiveUpdate live_;
     quint64 directUpdates_ = 0;                             // those that waited for the service
     std::shared_ptr<void> life_ = std::make_shared<char>(); // tells whether the store still exists

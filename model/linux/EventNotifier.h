@@ -17,8 +17,8 @@ public:
 
     void handle(const DeviceEvent &event);
     void sweepBegins();
-    // A sweep's graph, before it is put in place.
-    void graphRead(RegistryGraph &graph) { returned_.applyTo(graph, root_); }
+    // A sweep's graph, before it is put in place. Whether there are other IDs than before.
+    bool graphRead(RegistryGraph &graph) { return returned_.applyTo(graph, root_); }
     // After a sweep: what was held and is not in its graph, and the host's busy count before it.
     void graphChanged(const std::vector<RegistryObject> &vanished, quint32 busyCountBefore);
     void busyCountChanged(quint32 before); // the host's

@@ -40,6 +40,7 @@ struct HostObject : SweepObject
     quint32 retainCount = 1;
     QStringList refusedParents;
     RegistryValue properties;
+    quint64 changedIn = 0; // the sweep that found it not as the one before
 
     quint32 busyCount() const { return ownBusyCount + busyChildren; }
     bool isService() const

@@ -64,6 +64,8 @@ public:
     void retain(RegistryObject object) override;
     void release(RegistryObject object) override;
     QString bundleURLForIdentifier(const QString &bundleID) override;
+    quint64 readingNumber() const override { return sweepCount_; }
+    bool isUnchangedSince(RegistryObject object, quint64 reading) override;
 
     NotificationPort createNotificationPort() override;
     void destroyNotificationPort(NotificationPort port) override;
@@ -120,7 +122,7 @@ private:
     std::vector<Iterator> iterators_;    // by iterator, less one
     std::vector<RegistryIterator> freeIterators_;
     quint64 sweepCount_ = 0;
-    RegistryGraph::PropertyTables properties_; // of the last sweep
+    RegistryGraph::Memory memory_; // of the last sweep
     std::vector<QByteArray> filesRead_;
 
     EventSourceFactory openEvents_;

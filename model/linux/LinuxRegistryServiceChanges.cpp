@@ -42,7 +42,8 @@ void LinuxRegistryService::beginPreparation()
             &mainThread_, [this, number] { preparationFinished(number); }, Qt::QueuedConnection);
     };
     preparation_ = std::make_unique<Preparation>(
-        Preparation::Input{root_, sweeper_, classNames_, requested_, properties_}, finished);
+        Preparation::Input{root_, sweeper_, classNames_, requested_, memory_, sweepCount_ + 1},
+        finished);
 }
 
 // What has not answered meanwhile need not be tried again.
@@ -91,7 +92,6 @@ void LinuxRegistryService::installGraph(Preparation::Result result)
 {
     classNames_ = std::move(result.classNames);
     filesRead_ = std::move(result.filesRead);
-    properties_ = std::move(result.properties);
     const quint32 busyCountBefore = graph() ? graph()->at(HostObjects::host).busyCount()
                                             : result.graph->at(HostObjects::host).busyCount();
     // While the objects still have their nodes' IDs.
@@ -101,7 +101,9 @@ void LinuxRegistryService::installGraph(Preparation::Result result)
         if (const int index = result.graph->withID(node); index != HostObject::none)
             result.graph->addRequested(index, requested_);
     }
-    notifier_.graphRead(*result.graph);
+    if (notifier_.graphRead(*result.graph))
+        result.graph->noteAllChanged(result.memory);
+    memory_ = std::move(result.memory);
     const std::vector<RegistryObject> vanished = objects_.setGraph(std::move(result.graph));
     ++sweepCount_;
     notifier_.graphChanged(vanished, busyCountBefore);

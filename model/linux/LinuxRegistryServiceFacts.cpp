@@ -129,6 +129,12 @@ quint32 LinuxRegistryService::retainCount(RegistryObject object)
     return its ? its->retainCount : 0;
 }
 
+bool LinuxRegistryService::isUnchangedSince(RegistryObject object, quint64 reading)
+{
+    const int index = objects_.indexOf(object);
+    return index != HostObject::none && graph()->isUnchangedSince(index, reading);
+}
+
 QString LinuxRegistryService::bundleURLForIdentifier(const QString &bundleID)
 {
     return bundles_.fileOf(bundleID);

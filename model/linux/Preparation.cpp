@@ -23,7 +23,7 @@ Preparation::Result prepared(Preparation::Input input, const std::stop_token &st
     for (int i = 0; i < objects.count(); ++i)
         input.requested.addTo(objects.at(i));
     result.graph = std::make_unique<RegistryGraph>(std::move(objects), udev);
-    result.properties = result.graph->shareProperties(input.properties);
+    result.memory = result.graph->compareWith(input.memory, input.sweep);
     return result;
 }
 } // namespace

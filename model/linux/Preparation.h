@@ -17,14 +17,15 @@ public:
         Sweeper sweeper;
         ClassNames classNames;
         RequestedAttributes requested;
-        RegistryGraph::PropertyTables properties; // of the sweep before
+        RegistryGraph::Memory memory; // of the sweep before
+        quint64 sweep;                // its number, from 1
     };
     struct Result
     {
         Sweeper sweeper; // has learnt what not to try again
         ClassNames classNames;
         std::unique_ptr<RegistryGraph> graph;
-        RegistryGraph::PropertyTables properties;
+        RegistryGraph::Memory memory;
         std::vector<QByteArray> filesRead;
     };
 

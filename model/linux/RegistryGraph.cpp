@@ -7,6 +7,7 @@
 #include "model/linux/UdevDatabase.h"
 
 #include <QMap>
+#include <QRandomGenerator>
 #include <cassert>
 
 namespace {
@@ -104,17 +105,65 @@ std::span<const int> RegistryGraph::childrenInPlane(int index, Plane plane) cons
     return std::span(its.all).subspan(begin, static_cast<std::size_t>(its.first[at + 1]) - begin);
 }
 
-RegistryGraph::PropertyTables RegistryGraph::shareProperties(const PropertyTables &earlier)
+RegistryGraph::Memory RegistryGraph::compareWith(const Memory &earlier, quint64 sweep)
 {
-    PropertyTables tables;
-    tables.reserve(count());
+    sweep_ = sweep;
+    Memory memory;
+    memory.reserve(count());
     for (int i = 0; i < count(); ++i) {
         HostObject &object = objects_.at(i);
-        if (const auto known = earlier.constFind(object.nodeID); known != earlier.constEnd())
-            object.properties = object.properties.sharingWith(*known);
-        tables.insert(object.nodeID, object.properties);
+        const auto digest = this->digest(i);
+        object.changedIn = sweep;
+        if (const auto known = earlier.constFind(object.nodeID); known != earlier.constEnd()) {
+            object.properties = object.properties.sharingWith(known->properties);
+            if (object.properties.isSameCollectionAs(known->properties) && digest == known->digest)
+                object.changedIn = known->changedIn;
+        }
+        memory.insert(object.nodeID, {object.properties, digest, object.changedIn});
     }
-    return tables;
+    return memory;
+}
+
+std::array<size_t, 2> RegistryGraph::digest(int index) const
+{
+    // Two hashes of one text with seeds that nobody knows: no two texts meet in both.
+    static const std::array<size_t, 2> seeds{QRandomGenerator::system()->generate64(),
+                                             QRandomGenerator::system()->generate64()};
+    const HostObject &object = at(index);
+    QByteArray facts;
+    const auto addNumber = [&facts](quint64 number) {
+        facts.append(reinterpret_cast<const char *>(&number), sizeof number);
+    };
+    const auto addName = [&](const NameAndLocation &its) {
+        addNumber(static_cast<quint64>(its.name.size()));
+        facts += its.name;
+        addNumber(its.location.isNull() ? 0 : static_cast<quint64>(its.location.size()) + 1);
+        facts += its.location;
+    };
+    addName(object.name);
+    for (const auto &[plane, name] : object.namesInPlanes) {
+        addNumber(static_cast<quint64>(plane));
+        addName(name);
+    }
+    addNumber(object.retainCount);
+    addNumber(object.busyCount());
+    addNumber(object.isAnnounced + 2U * (object.binding != HostObject::none) + 4U * object.isOnBus +
+              8U * object.subsystem.isEmpty());
+    for (std::size_t i = 0; i < planeCount; ++i) {
+        const auto children = childrenInPlane(index, static_cast<Plane>(i));
+        addNumber(children.size());
+        for (const int child : children)
+            addNumber(at(child).nodeID);
+    }
+    return {qHash(facts, seeds[0]), qHash(facts, seeds[1])};
+}
+
+void RegistryGraph::noteAllChanged(Memory &memory)
+{
+    for (int i = 0; i < count(); ++i)
+        objects_.at(i).changedIn = sweep_;
+    for (Remembered &object : memory)
+        object.changedIn = sweep_;
 }
 
 void RegistryGraph::arrange(const PlaneEdges &edges)
@@ -216,6 +265,7 @@ void RegistryGraph::addRequested(int index, const RequestedAttributes &requested
     });
     requested.addTo(object);
     insertReasons(object);
+    object.changedIn = sweep_ + 1;
     object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
 }
 

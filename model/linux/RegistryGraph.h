@@ -22,9 +22,19 @@ public:
     int withPath(const QByteArray &path) const { return objects_.withPath(path); }
     bool hasPlane(Plane plane) const;
     std::span<const int> childrenInPlane(int index, Plane plane) const;
-    // Properties by node. What is equal to an earlier sweep's shares the memory of that.
-    using PropertyTables = QHash<quint64, RegistryValue>;
-    PropertyTables shareProperties(const PropertyTables &earlier);
+    // What an object was in a sweep, kept for the next one.
+    struct Remembered
+    {
+        RegistryValue properties;
+        std::array<size_t, 2> digest = {}; // of its names, state and children
+        quint64 changedIn = 0;
+    };
+    using Memory = QHash<quint64, Remembered>; // by node
+    // Shares the memory of properties that are equal to an earlier sweep's, and notes which objects
+    // are as they were. Sweeps count from 1.
+    Memory compareWith(const Memory &earlier, quint64 sweep);
+    bool isUnchangedSince(int index, quint64 sweep) const { return at(index).changedIn <= sweep; }
+    void noteAllChanged(Memory &memory);
     // What was read since; the properties that others have keep as they were.
     void addRequested(int index, const RequestedAttributes &requested);
 
@@ -45,7 +55,9 @@ private:
     static void insertReasons(HostObject &object);
     void nameIncompleteObjects();
     void countBusyChildren();
+    std::array<size_t, 2> digest(int index) const;
 
+    quint64 sweep_ = 0;
     HostObjects objects_;
     QHash<quint64, int> byID_;
     std::array<Children, planeCount> planes_;

@@ -20,14 +20,15 @@ void ReturnedObjects::notePresent(quint64 nodeID)
         ids_.insert(nodeID, ++lastID_);
 }
 
-void ReturnedObjects::applyTo(RegistryGraph &graph, const SysfsRoot &root)
+bool ReturnedObjects::applyTo(RegistryGraph &graph, const SysfsRoot &root)
 {
     if (gone_.isEmpty() && ids_.isEmpty())
-        return;
+        return false;
     for (int i = 0; i < graph.count(); ++i) {
         const HostObject &object = graph.at(i);
         if (gone_.contains(object.nodeID) && root.inodeOf(object.path) == object.inode)
             notePresent(object.nodeID);
         graph.setID(i, idOf(object.nodeID));
     }
+    return std::exchange(lastApplied_, lastID_) != lastID_;
 }

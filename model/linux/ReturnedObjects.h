@@ -19,11 +19,13 @@ public:
 
     void noteGone(const HostObject &object);
     void notePresent(quint64 nodeID); // it has come back, if it was gone
-    // Renumbers what a sweep has found again; what it saw just before it went stays gone.
-    void applyTo(RegistryGraph &graph, const SysfsRoot &root);
+    // Renumbers what a sweep has found again; what it saw just before it went stays gone. Whether
+    // there are other IDs than in the graph before.
+    bool applyTo(RegistryGraph &graph, const SysfsRoot &root);
 
 private:
     QSet<quint64> gone_;                // nodes
     QHash<quint64, quint64> ids_;       // by node, of what has come back
     quint64 lastID_ = quint64(3) << 62; // beyond the nodes' numbers
+    quint64 lastApplied_ = lastID_;     // as of the last graph
 };
