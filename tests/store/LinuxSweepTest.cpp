@@ -278,20 +278,23 @@ TEST_F(SlowDevice, IsNotShownWhenTheFirstReadingIsCancelled)
 TEST_F(SlowDevice, LeavesTheFormerPictureWhenAnUpdateIsCancelled)
 {
     ASSERT_EQ(unlink(made_.path("devices/slow/blocks").constData()), 0);
-    const CapturedTree tree = CapturedTree::capture(made_.sys(), patienceOf(20'000));
+    made_.pipe("devices/slow/eeprom"); // which is read on request alone
+    const CapturedTree tree =
+        CapturedTree::capture(made_.sys(), patienceOf(20'000, Hang::Interruptible));
     TavRegistryEntry *const slow = tree.at("DxService:/slow");
     ASSERT_TRUE(slow);
     const PropertyRef properties = slow->propertiesRef();
     const QDateTime updated = tree.store->lastUpdateDate();
     made_.pipe("devices/slow/blocks");
     made_.file("devices/well/uevent", "");
-    const std::vector<std::function<void()>> updates = {
-        [&] { EXPECT_FALSE(tree.store->update()); },
-        [&] { EXPECT_FALSE(tree.store->updateTryingAgain()); },
-        [&] { tree.store->updateObject(*slow); },
+    const std::vector<std::pair<const char *, std::function<void()>>> updates = {
+        {"blocks", [&] { EXPECT_FALSE(tree.store->update()); }},
+        {"blocks", [&] { EXPECT_FALSE(tree.store->updateTryingAgain()); }},
+        {"eeprom", [&] { tree.store->updateObject(*slow); }},
     };
-    for (const auto &update : updates) {
-        const Display display(cancel, "devices/slow", "blocks");
+    for (const auto &[attribute, update] : updates) {
+        SCOPED_TRACE(attribute);
+        const Display display(cancel, "devices/slow", attribute);
         update();
         EXPECT_EQ(tree.store->lastUpdateDate(), updated);
         EXPECT_EQ(slow->propertiesRef(), properties);
@@ -300,7 +303,7 @@ TEST_F(SlowDevice, LeavesTheFormerPictureWhenAnUpdateIsCancelled)
     const Display display(skip, "devices/slow", "blocks");
     EXPECT_TRUE(tree.store->update());
     EXPECT_TRUE(tree.at("DxService:/well"));
-    EXPECT_EQ(unread(slow).size(), 1);
+    EXPECT_EQ(unread(slow).size(), 2);
 }
 
 TEST_F(SlowDevice, MayBeReadAnewWhileItIsWaitedFor)
