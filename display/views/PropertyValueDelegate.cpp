@@ -71,13 +71,13 @@ const StyledTextLayout &PropertyValueDelegate::layout(const QModelIndex &index, 
                                                       int width) const
 {
     const ValueFonts &itsFonts = fonts(font); // another font empties the cache
-    LayoutKey key{dataSource_.styledText(index), width};
+    const LayoutKey key{dataSource_.styledText(index), width};
     if (const StyledTextLayout *known = layouts_.object(key))
         return *known;
     auto *made = new StyledTextLayout(key.text, itsFonts, view_.palette(), width);
     // One that is too large for the cache would not survive being put there.
     const auto cost = std::min<qsizetype>(key.text.text().size() + 1, charactersLaidOut);
-    layouts_.insert(std::move(key), made, cost);
+    layouts_.insert(key, made, cost);
     return *made;
 }
 
