@@ -23,6 +23,14 @@
 #include <QMessageBox>
 #include <QTimer>
 
+namespace {
+QString textOf(const DocumentCommands::Failure &failure)
+{
+    return QStringLiteral("%1: %2 %3")
+        .arg(failure.file, failure.error.description, failure.error.reason);
+}
+} // namespace
+
 std::unique_ptr<RegistryService> TavApplicationDelegate::openRegistry(const CommandLine &line,
                                                                       QString *error)
 {
@@ -82,14 +90,15 @@ bool TavApplicationDelegate::start(const CommandLine &line, QString *error)
     applicationDidFinishLaunching();
     const QList<DocumentCommands::Failure> failures = documentCommands_.open(line.files, false);
     const bool isUnattended = !line.screenshotFile.isNull();
-    if (isUnattended && !failures.isEmpty()) {
-        const DocumentCommands::Failure &first = failures.first();
-        *error = QStringLiteral("%1: %2 %3")
-                     .arg(first.file, first.error.description, first.error.reason);
+    *error = failures.isEmpty() ? QString() : textOf(failures.first());
+    if (isUnattended && !failures.isEmpty())
+        return false;
+    // Without a document there is nothing to stay for.
+    if (documents_.documents().empty() && !documents_.newDocument(false)) {
+        if (isUnattended)
+            *error = tr("Reading the device registry was cancelled.");
         return false;
     }
-    if (documents_.documents().empty())
-        documents_.newDocument(false);
     if (!goWhereAsked(line, error))
         return false;
     if (isUnattended)

@@ -29,7 +29,8 @@ public:
     void applicationWillFinishLaunching();
     void applicationDidFinishLaunching();
     // Shows what is asked for, within the event loop or before it. False, with a message for the
-    // user, when the plane or entry asked for is not there, or a picture of a file cannot be made.
+    // user, when the plane or entry asked for is not there, or a picture of a file cannot be made;
+    // with none when the user has cancelled the reading of the registry.
     bool start(const CommandLine &line, QString *error);
     // Comes to the front with them.
     void openFilesOfOtherCopy(const QStringList &files);

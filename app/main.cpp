@@ -62,7 +62,7 @@ int run(QApplication &application, const CommandLine &line,
                      [](const QString &message) { QApplication::exit(fail(message)); });
     QString error;
     if (!delegate.start(line, &error))
-        return fail(error);
+        return error.isNull() ? EXIT_SUCCESS : fail(error);
     RunningInstance instance;
     QObject::connect(&instance, &RunningInstance::filesReceived, &delegate,
                      &TavApplicationDelegate::openFilesOfOtherCopy);

@@ -146,6 +146,7 @@ public:
 
     // The paths of the selected entry.
     void populatePathsPopup(const EntryRef &entry);
+    void addPathsNote(const QString &text);
     void pathPopupChanged(int item);
     // None for no other path, or for one of another plane where the same one is asked for.
     std::optional<TavRegistryEntryPath> nextEntryPathInPlane(bool inSamePlane) const;

@@ -1,9 +1,11 @@
 // The pop-up of the selected entry's paths, and the steps through it.
 #include "explorer/TavWindowController.h"
+#include "model/EntryPathList.h"
 #include "platform/desktop/VisibleText.h"
 #include "store/TavDataStore.h"
 
 #include <QComboBox>
+#include <QStandardItemModel>
 #include <algorithm>
 
 void TavWindowController::populatePathsPopup(const EntryRef &entry)
@@ -13,21 +15,35 @@ void TavWindowController::populatePathsPopup(const EntryRef &entry)
     int selected = -1;
     if (entry) {
         for (const QString &plane : dataStore_->registryPlanes()) {
-            const auto paths = entry->entryPathsInPlane(plane);
-            if (!paths.empty() && entryPathsButton_->count() > 0) {
+            EntryPathList list(*entry, plane);
+            if (!list.isWhole() && selectedEntryPath_ && selectedEntryPath_->plane() == plane &&
+                selectedEntryPath_->lastRegistryEntry() == entry)
+                list.add(*selectedEntryPath_);
+            if (!list.paths().empty() && entryPathsButton_->count() > 0) {
                 entryPathsButton_->insertSeparator(entryPathsButton_->count());
                 entryPathsOfItems_.emplace_back();
             }
-            for (const TavRegistryEntryPath &path : paths) {
+            for (const TavRegistryEntryPath &path : list.paths()) {
                 if (selected < 0 && selectedEntryPath_ == path)
                     selected = entryPathsButton_->count();
                 entryPathsButton_->addItem(visibleCharacters(path.registryPath()));
                 entryPathsOfItems_.emplace_back(path);
             }
+            if (!list.isWhole())
+                addPathsNote(tr("There are more paths in %1 than are listed").arg(plane));
         }
     }
     entryPathsButton_->setEnabled(entryPathsButton_->count() > 0);
     entryPathsButton_->setCurrentIndex(selected);
+}
+
+// An item that cannot be chosen, and that the steps pass over.
+void TavWindowController::addPathsNote(const QString &text)
+{
+    entryPathsButton_->addItem(text);
+    entryPathsOfItems_.emplace_back();
+    auto *const model = qobject_cast<QStandardItemModel *>(entryPathsButton_->model());
+    model->item(entryPathsButton_->count() - 1)->setEnabled(false);
 }
 
 void TavWindowController::pathPopupChanged(int item)
@@ -69,6 +85,8 @@ TavWindowController::nextEntryPathInPlane(bool inSamePlane) const
         item = 0;
     while (item < count && !entryPathOfItem(item, false))
         ++item;
+    if (item == count) // past a note
+        item = 0;
     return entryPathOfItem(item, inSamePlane);
 }
 

@@ -8,6 +8,7 @@
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavRegistryOutlineViewDataSource.h"
 #include "explorer/TavWindowController.h"
+#include "model/EntryPathList.h"
 #include "platform/SystemBeep.h"
 #include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/VisibleText.h"
@@ -64,7 +65,7 @@ void TavWindowController::planePopupChanged()
     const QString plane = planeListButton_->currentText();
     if (plane == registryPlane_)
         return;
-    const auto paths = selectedEntry_ ? selectedEntry_->entryPathsInPlane(plane)
+    const auto paths = selectedEntry_ ? EntryPathList(*selectedEntry_, plane).paths()
                                       : std::vector<TavRegistryEntryPath>();
     setRegistryPlane(plane, false);
     TavRegistryEntry *const root = dataStore_->registryRoot();
@@ -155,10 +156,8 @@ TavWindowController::entryPathsForRegistryPath(const QString &path) const
 {
     std::vector<TavRegistryEntryPath> paths;
     for (TavRegistryEntry *entry : dataStore_->entriesMatchingRegistryPath(path).entries) {
-        for (TavRegistryEntryPath &candidate : entry->allEntryPaths()) {
-            if (candidate.registryPath() == path)
-                paths.push_back(std::move(candidate));
-        }
+        for (TavRegistryEntryPath &written : EntryPathList::writtenAs(*entry, path))
+            paths.push_back(std::move(written));
     }
     std::sort(paths.begin(), paths.end(),
               [](const auto &a, const auto &b) { return a.compareToEntryPath(b) < 0; });

@@ -51,8 +51,9 @@ public:
     virtual ~RegistryService();
 
     // Reads the host anew, so that what follows answers from its present state. Returns when done.
-    // Terminations found by this are told before.
-    virtual void prepare() {}
+    // Terminations found by this are told before. False when the user has cancelled it: what
+    // follows answers from the former state, and nothing before the first one.
+    virtual bool prepare() { return true; }
     // The same without waiting: ready is called when it is done, on the main run loop in its
     // default mode, and from a reading that began after this call. What follows answers from the
     // former state until then.
@@ -62,7 +63,7 @@ public:
         ready();
     }
     // The same as prepare for one object, together with what is too costly to read for every one.
-    virtual void prepareObject(RegistryObject) {}
+    virtual bool prepareObject(RegistryObject) { return true; }
     // Whether an attribute that is not read with all others may be read for the user, by its path
     // below the object's directory.
     virtual bool mayReadOnRequest(RegistryObject, const QString & /*attribute*/) { return false; }
@@ -72,7 +73,7 @@ public:
                                std::function<void()> /*ready*/)
     {}
     // The same as prepare, and tries again what did not answer before.
-    virtual void retryWhatDidNotAnswer() { prepare(); }
+    virtual bool retryWhatDidNotAnswer() { return prepare(); }
 
     // Counts the readings of the whole registry, from 1; 0 when the service does not count them.
     virtual quint64 readingNumber() const { return 0; }

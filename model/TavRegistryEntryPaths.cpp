@@ -1,55 +1,18 @@
 // The path operations of TavRegistryEntry.
+#include "model/ChainsUp.h"
 #include "model/RegistryOrder.h"
-#include "model/TavRegistryEntryPath.h"
 
 #include <limits>
 
 namespace {
-using Chain = std::vector<const TavRegistryEntry *>; // from an entry up to a top
+using ChainsUp::Chain;
 
-// A few devices stacked on two others each have more chains than there is memory. No machine comes
-// near this many steps of one entry's chains.
-constexpr std::size_t mostSteps = 4'000'000;
-
-// Calls action for every chain of parents in the plane that ends at a top, in the order of the
-// parents at each step, as far as the most steps go. Entries re-read one by one can disagree about
-// who is above whom, so a chain that comes back to itself is left.
+// As far as the most steps go.
 template<class IsTop, class Action>
 void forEachChainUp(const TavRegistryEntry &entry, const QString &plane, IsTop isTop, Action action)
 {
-    struct Step
-    {
-        const EntryList::Entries &parents;
-        std::size_t next;
-    };
-    Chain chain{&entry};
-    QSet<const TavRegistryEntry *> onChain{&entry};
-    std::vector<Step> steps;
-    std::size_t stepsTaken = 0;
-    const auto enter = [&] {
-        const bool top = isTop(*chain.back());
-        stepsTaken += top ? chain.size() : 1;
-        if (top)
-            action(chain);
-        static const EntryList::Entries none;
-        steps.push_back({top ? none : chain.back()->parentsInPlane(plane), 0});
-    };
-    enter();
-    while (!steps.empty() && stepsTaken < mostSteps) {
-        Step &step = steps.back();
-        if (step.next == step.parents.size()) {
-            steps.pop_back();
-            onChain.remove(chain.back());
-            chain.pop_back();
-            continue;
-        }
-        const TavRegistryEntry *const parent = step.parents[step.next++];
-        if (onChain.contains(parent))
-            continue;
-        onChain.insert(parent);
-        chain.push_back(parent);
-        enter();
-    }
+    const auto mayClimb = [](const auto &, const auto &) { return true; };
+    ChainsUp::forEach(entry, plane, ChainsUp::mostSteps, isTop, mayClimb, action);
 }
 
 // The number of chains that forEachChainUp finds up to the registry's root, without walking each
@@ -136,13 +99,7 @@ std::vector<TavRegistryEntryPath> TavRegistryEntry::entryPathsInPlane(const QStr
     std::vector<TavRegistryEntryPath> paths;
     forEachChainUp(
         *this, plane, [](const TavRegistryEntry &entry) { return entry.numParents() == 0; },
-        [&](const Chain &chain) {
-            TavRegistryEntryPath path(plane);
-            for (auto entry = chain.rbegin(); entry != chain.rend(); ++entry)
-                path.appendRegistryEntry(
-                    const_cast<TavRegistryEntry *>(*entry)->shared_from_this());
-            paths.push_back(std::move(path));
-        });
+        [&](const Chain &chain) { paths.push_back(ChainsUp::pathDown(chain, plane)); });
     std::stable_sort(paths.begin(), paths.end(),
                      [](const auto &a, const auto &b) { return a.compareToEntryPath(b) < 0; });
     return paths;

@@ -15,9 +15,10 @@ void DocumentController::closeAllDocuments()
         closeDocument(*documents_.back());
 }
 
-Document &DocumentController::newDocument(bool display)
+Document *DocumentController::newDocument(bool display)
 {
-    return add(makeUntitledDocument(), display);
+    auto document = makeUntitledDocument();
+    return document ? &add(std::move(document), display) : nullptr;
 }
 
 Document *DocumentController::openDocument(const QString &file, DocumentError &error, bool display)

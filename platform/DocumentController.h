@@ -13,8 +13,8 @@ public:
 
     const std::vector<std::unique_ptr<Document>> &documents() const { return documents_; }
 
-    // Untitled, with its windows.
-    Document &newDocument(bool display = true);
+    // Untitled, with its windows. Null when the user has cancelled it.
+    Document *newDocument(bool display = true);
     // One that is open already is only brought to the front. Null when it fails.
     Document *openDocument(const QString &file, DocumentError &error, bool display = true);
     // With its windows and without a question.
@@ -29,8 +29,8 @@ Q_SIGNALS:
     void windowControllerAdded(Document &document, DocumentWindowController &controller);
 
 protected:
-    virtual std::unique_ptr<Document> makeUntitledDocument() = 0;
-    virtual std::unique_ptr<Document> makeDocument() = 0; // to be read from a file
+    virtual std::unique_ptr<Document> makeUntitledDocument() = 0; // null: cancelled
+    virtual std::unique_ptr<Document> makeDocument() = 0;         // to be read from a file
 
 private:
     Document &add(std::unique_ptr<Document> document, bool display);

@@ -86,7 +86,7 @@ void RunLoop::performLater(QObject &owner, Call call)
     QMetaObject::invokeMethod(&owner, perform, Qt::QueuedConnection);
 }
 
-void RunLoop::wait(const std::function<bool(std::chrono::milliseconds)> &done)
+void RunLoop::wait(Wait &wait, const std::function<bool(std::chrono::milliseconds)> &done)
 {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds slice(50);
@@ -102,6 +102,6 @@ void RunLoop::wait(const std::function<bool(std::chrono::milliseconds)> &done)
     while (!done(slice)) {
         if (waitDisplay_ && !isNested)
             waitDisplay_->waiting(
-                std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start));
+                wait, std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start));
     }
 }

@@ -6,13 +6,15 @@
 #include <vector>
 
 class QObject;
+class Wait;
 
 // Shows that the main thread waits.
 class WaitDisplay
 {
 public:
     virtual ~WaitDisplay() = default;
-    virtual void waiting(std::chrono::milliseconds elapsed) = 0; // some twenty times a second
+    // Some twenty times a second.
+    virtual void waiting(Wait &wait, std::chrono::milliseconds elapsed) = 0;
     virtual void waitEnded() = 0;
 };
 
@@ -54,7 +56,8 @@ public:
 
     void setWaitDisplay(WaitDisplay *display) { waitDisplay_ = display; } // null: none
     // Keeps the main thread until done, which each time takes at most about the time it is given.
-    void wait(const std::function<bool(std::chrono::milliseconds)> &done);
+    // Within another wait, that one stays on display.
+    void wait(Wait &wait, const std::function<bool(std::chrono::milliseconds)> &done);
 
 protected:
     static void setMain(RunLoop *loop); // null: the one on Qt's event loop again

@@ -40,7 +40,8 @@ TavDataStore::initFromDxRegistry(RegistryService &service,
     store->delegate_ = std::move(delegate);
     store->readMachineFacts();
     store->_registerForDxcoreNotifications();
-    store->update();
+    if (!store->update())
+        return nullptr;
     for (const EntryRef &entry : store->registryEntries_)
         entry->clearIsNew();
     return store;
@@ -79,30 +80,30 @@ QStringList TavDataStore::incompleteObjects() const
     return paths;
 }
 
-void TavDataStore::update()
+bool TavDataStore::update()
 {
-    updateAfter(&RegistryService::prepare);
+    return updateAfter(&RegistryService::prepare);
 }
 
-void TavDataStore::updateTryingAgain()
+bool TavDataStore::updateTryingAgain()
 {
     pass_.forget();
-    updateAfter(&RegistryService::retryWhatDidNotAnswer);
+    return updateAfter(&RegistryService::retryWhatDidNotAnswer);
 }
 
-void TavDataStore::updateAfter(void (RegistryService::*prepare)())
+bool TavDataStore::updateAfter(bool (RegistryService::*prepare)())
 {
     if (!isLive_) {
         qCInfo(storeLog, "Attempt to update a non-live data store\n");
-        return;
+        return false;
     }
     const QDateTime began = QDateTime::currentDateTimeUtc();
     const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
-    (service_->*prepare)();
-    if (life.expired())
-        return;
+    if (!(service_->*prepare)() || life.expired())
+        return false;
     ++directUpdates_;
     readRegistry(began);
+    return true;
 }
 
 // Deliberate: the planes are those that the root had at the last update, so a new plane shows at
@@ -155,9 +156,9 @@ void TavDataStore::updateObject(TavRegistryEntry &entry)
 {
     const EntryRef held = entry.shared_from_this();
     const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
-    if (service_ && entry.DxRegistryEntry())
-        service_->prepareObject(entry.DxRegistryEntry());
-    if (!life.expired())
+    const bool isPrepared =
+        !service_ || !entry.DxRegistryEntry() || service_->prepareObject(entry.DxRegistryEntry());
+    if (isPrepared && !life.expired())
         entry.updateIsSingle(true);
 }
 

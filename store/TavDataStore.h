@@ -14,7 +14,8 @@ class TavDataStore : public EntryStore
 {
 public:
     // Captures the whole registry of a service, which must outlive the store. Nothing in the first
-    // picture counts as new. A registry that cannot be reached is told to the delegate.
+    // picture counts as new. A registry that cannot be reached is told to the delegate. Null when
+    // the user has cancelled the reading.
     static std::unique_ptr<TavDataStore>
     initFromDxRegistry(RegistryService &service,
                        std::shared_ptr<TavDataStoreDelegate> delegate = nullptr);
@@ -43,9 +44,10 @@ public:
     // The paths in sysfs of what did not answer when it was read: the snapshot lacks attributes.
     QStringList incompleteObjects() const;
 
-    // Reads the whole registry anew, waiting for the service.
-    void update();
-    void updateTryingAgain(); // also what did not answer before
+    // Reads the whole registry anew, waiting for the service. False when nothing was read: the
+    // store is not live, or the user has cancelled it. All is as before then.
+    bool update();
+    bool updateTryingAgain(); // also what did not answer before
     void updateObject(TavRegistryEntry &entry);
     // Attributes that are read only for the user, by their names in "DxUnreadAttributes".
     bool mayReadAttribute(const TavRegistryEntry &entry, const QString &attribute) const;
@@ -91,7 +93,7 @@ private:
     TavDataStore();
     const std::vector<EntryOrder> &planeOrders();
     void readMachineFacts();
-    void updateAfter(void (RegistryService::*prepare)());
+    bool updateAfter(bool (RegistryService::*prepare)());
     void readRegistry(const QDateTime &began);
     void updatePlanes();
     void announceUpdate();

@@ -36,7 +36,8 @@ DocumentError errorWithCode(TavDocument::ErrorCode code)
 std::unique_ptr<TavDocument> TavDocument::createUntitled(TavDocumentController &controller)
 {
     auto document = std::make_unique<TavDocument>(controller);
-    document->takeSnapshot();
+    if (!document->takeSnapshot())
+        return nullptr;
     document->applyUpdatePreferences();
     document->setIndex(++controller.documentCounter_);
     controller.synchronizeTitles();
@@ -59,12 +60,15 @@ TavDocument::~TavDocument()
     documents_.noteDocumentClosed();
 }
 
-void TavDocument::takeSnapshot()
+bool TavDocument::takeSnapshot()
 {
     // The store does not own the document.
     const std::shared_ptr<TavDataStoreDelegate> delegate(std::shared_ptr<void>(), this);
     dataStore_ = TavDataStore::initFromDxRegistry(documents_.registryService(), delegate);
+    if (!dataStore_)
+        return false;
     _registerForDataStoreNotifications();
+    return true;
 }
 
 void TavDocument::applyUpdatePreferences()

@@ -17,7 +17,8 @@ public:
     static QString errorDomain() { return QStringLiteral("VandrelErrorDomain"); }
     enum ErrorCode { UnknownError = 1, OldVersionError, NewVersionError };
 
-    // Takes a first picture of the running registry and follows it as the preferences say.
+    // Takes a first picture of the running registry and follows it as the preferences say. Null
+    // when the user has cancelled the reading.
     static std::unique_ptr<TavDocument> createUntitled(TavDocumentController &controller);
     // To be read from a file; it has no data store until then.
     explicit TavDocument(TavDocumentController &controller);
@@ -49,7 +50,7 @@ protected:
 private:
     using Relay = void (TavDocumentWindowController::*)();
 
-    void takeSnapshot();
+    bool takeSnapshot();
     void applyUpdatePreferences();
     void relay(Relay note, bool changesTitle);
 

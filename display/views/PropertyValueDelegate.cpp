@@ -54,8 +54,10 @@ int PropertyValueDelegate::lineHeight(const QStyleOptionViewItem &option) const
 
 const ValueFonts &PropertyValueDelegate::fonts(const QFont &font) const
 {
-    if (!fonts_ || fonts_->plain != font)
+    if (!fonts_ || fonts_->plain != font) {
+        layouts_.clear();
         fonts_.emplace(font);
+    }
     return *fonts_;
 }
 
@@ -68,14 +70,14 @@ void PropertyValueDelegate::forgetLayouts()
 const StyledTextLayout &PropertyValueDelegate::layout(const QModelIndex &index, const QFont &font,
                                                       int width) const
 {
-    const TavRegistryProperty *const item = dataSource_.item(index);
-    if (const StyledTextLayout *known = layouts_.object(item))
+    const ValueFonts &itsFonts = fonts(font); // another font empties the cache
+    const LayoutKey key{dataSource_.styledText(index), width};
+    if (const StyledTextLayout *known = layouts_.object(key))
         return *known;
-    const StyledText text = dataSource_.styledText(index);
-    auto *made = new StyledTextLayout(text, fonts(font), view_.palette(), width);
+    auto *made = new StyledTextLayout(key.text, itsFonts, view_.palette(), width);
     // One that is too large for the cache would not survive being put there.
-    const auto cost = std::min<qsizetype>(text.text().size() + 1, charactersLaidOut);
-    layouts_.insert(item, made, cost);
+    const auto cost = std::min<qsizetype>(key.text.text().size() + 1, charactersLaidOut);
+    layouts_.insert(key, made, cost);
     return *made;
 }
 

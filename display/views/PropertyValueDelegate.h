@@ -38,6 +38,19 @@ protected:
     bool eventFilter(QObject *editor, QEvent *event) override;
 
 private:
+    // Equal texts of equal width are laid out once, however many rows they have.
+    struct LayoutKey
+    {
+        StyledText text;
+        int width;
+
+        friend bool operator==(const LayoutKey &, const LayoutKey &) = default;
+        friend size_t qHash(const LayoutKey &key, size_t seed = 0)
+        {
+            return qHashMulti(seed, key.text.text(), key.width);
+        }
+    };
+
     QRect textRect(const QStyleOptionViewItem &option) const;
     int lineHeight(const QStyleOptionViewItem &option) const;
     bool hasButton(const QModelIndex &index) const;
@@ -53,7 +66,7 @@ private:
 
     QTreeView &view_;
     const TavPropertiesOutlineViewDataSource &dataSource_;
-    QPersistentModelIndex pressed_;                          // whose button the mouse went down on
-    mutable std::optional<ValueFonts> fonts_;                // for the font of the last cell
-    mutable QCache<const void *, StyledTextLayout> layouts_; // of nodes, the cost in characters
+    QPersistentModelIndex pressed_;                       // whose button the mouse went down on
+    mutable std::optional<ValueFonts> fonts_;             // for the font of the last cell
+    mutable QCache<LayoutKey, StyledTextLayout> layouts_; // in those fonts; costs characters
 };

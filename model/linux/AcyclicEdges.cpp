@@ -1,7 +1,7 @@
 #include "model/linux/AcyclicEdges.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -49,19 +49,49 @@ std::vector<bool> core(const std::vector<Edge> &edges, int vertexCount, bool byP
 class GrowingGraph
 {
 public:
-    explicit GrowingGraph(int vertexCount)
-        : down_(vertexCount)
+    GrowingGraph(int vertexCount, std::size_t mostSteps)
+        : vertexCount_(vertexCount)
+        , mostSteps_(mostSteps)
+        , down_(vertexCount)
         , up_(vertexCount)
     {}
 
-    bool addUnlessCyclic(const Edge &edge)
+    std::size_t steps() const { return steps_; }
+
+    // Whether it was added, which it is unless it closes a cycle; none when the steps are used up.
+    std::optional<bool> addUnlessCyclic(const Edge &edge)
     {
         const auto &[parent, child] = edge;
         if (reaches(child, parent))
             return false;
+        if (steps_ >= mostSteps_)
+            return std::nullopt;
         down_.next.of(parent).push_back(child);
         up_.next.of(child).push_back(parent);
         return true;
+    }
+
+    // The places of the vertices in an order in which every edge leads onwards.
+    std::vector<int> places()
+    {
+        std::vector<int> places(static_cast<std::size_t>(vertexCount_));
+        std::vector<std::size_t> parentsLeft;
+        std::vector<int> free;
+        for (int vertex = 0; vertex < vertexCount_; ++vertex) {
+            parentsLeft.push_back(up_.next.of(vertex).size());
+            if (parentsLeft.back() == 0)
+                free.push_back(vertex);
+        }
+        for (int place = 0; !free.empty(); ++place) {
+            const int vertex = free.back();
+            free.pop_back();
+            places[static_cast<std::size_t>(vertex)] = place;
+            for (const int child : down_.next.of(vertex)) {
+                if (--parentsLeft[static_cast<std::size_t>(child)] == 0)
+                    free.push_back(child);
+            }
+        }
+        return places;
     }
 
 private:
@@ -78,6 +108,7 @@ private:
         std::vector<int> pending = {};
     };
 
+    // False also when the steps are used up.
     bool reaches(int from, int to)
     {
         ++visits_;
@@ -85,7 +116,7 @@ private:
         begin(up_, to);
         if (from == to)
             return true;
-        while (!down_.pending.empty() && !up_.pending.empty()) {
+        while (!down_.pending.empty() && !up_.pending.empty() && steps_ < mostSteps_) {
             if (meets(down_, up_) || meets(up_, down_))
                 return true;
         }
@@ -99,10 +130,11 @@ private:
     }
 
     // Goes on from one vertex.
-    bool meets(Side &side, Side &other) const
+    bool meets(Side &side, Side &other)
     {
         const int vertex = side.pending.back();
         side.pending.pop_back();
+        steps_ += 1 + side.next.of(vertex).size();
         for (const int neighbour : side.next.of(vertex)) {
             if (other.visitOf(neighbour) == visits_)
                 return true;
@@ -112,13 +144,65 @@ private:
         return false;
     }
 
+    int vertexCount_;
+    std::size_t mostSteps_;
+    std::size_t steps_ = 0;
     Side down_;
     Side up_;
     int visits_ = 0;
 };
+
+// Judges edges one by one.
+class EdgeJudge
+{
+public:
+    EdgeJudge(int vertexCount, std::size_t mostSteps)
+        : graph_(vertexCount, mostSteps)
+    {}
+
+    bool refuses(const Edge &edge)
+    {
+        const auto isAdded = places_.empty() ? graph_.addUnlessCyclic(edge) : std::nullopt;
+        if (!isAdded)
+            return refusesUnchecked(edge);
+        if (!*isAdded)
+            refused_.closing.push_back(edge);
+        return !*isAdded;
+    }
+    RefusedEdges take()
+    {
+        refused_.steps = graph_.steps();
+        return std::move(refused_);
+    }
+
+private:
+    // In an order of those added before, edges that lead onwards close no cycle together.
+    bool refusesUnchecked(const Edge &edge)
+    {
+        if (places_.empty())
+            places_ = graph_.places();
+        const auto placeOf = [&](int vertex) { return places_[static_cast<std::size_t>(vertex)]; };
+        const bool leadsOn = placeOf(edge.first) < placeOf(edge.second);
+        if (!leadsOn)
+            refused_.unchecked.push_back(edge);
+        return !leadsOn;
+    }
+
+    GrowingGraph graph_;
+    std::vector<int> places_; // once the steps are used up
+    RefusedEdges refused_;
+};
 } // namespace
 
-std::vector<Edge> takeOutCycles(std::vector<Edge> &edges, int vertexCount)
+std::size_t mostCycleSteps(std::size_t edgeCount)
+{
+    // All cycles of up to a thousand edges are found.
+    constexpr std::size_t always = 2'000'000;
+    constexpr std::size_t forEachEdge = 64;
+    return always + forEachEdge * edgeCount;
+}
+
+RefusedEdges takeOutCycles(std::vector<Edge> &edges, int vertexCount)
 {
     // Only what lies between two vertices of a cycle can be on one: what is left from both sides.
     const std::vector<bool> fromTop = core(edges, vertexCount, true);
@@ -129,13 +213,9 @@ std::vector<Edge> takeOutCycles(std::vector<Edge> &edges, int vertexCount)
         const auto index = static_cast<std::size_t>(vertex);
         return fromTop[index] && fromBottom[index];
     };
-    GrowingGraph graph(vertexCount);
-    std::vector<Edge> refused;
+    EdgeJudge judge(vertexCount, mostCycleSteps(edges.size()));
     std::erase_if(edges, [&](const Edge &edge) {
-        if (!isInCore(edge.first) || !isInCore(edge.second) || graph.addUnlessCyclic(edge))
-            return false;
-        refused.push_back(edge);
-        return true;
+        return isInCore(edge.first) && isInCore(edge.second) && judge.refuses(edge);
     });
-    return refused;
+    return judge.take();
 }

@@ -50,8 +50,8 @@ void LinuxRegistryService::release(RegistryObject object)
 
 RegistryObject LinuxRegistryService::rootEntry()
 {
-    if (!graph())
-        prepare();
+    if (!graph() && !prepare())
+        return 0;
     return objects_.hold(HostObjects::root);
 }
 
@@ -63,8 +63,8 @@ RegistryObject LinuxRegistryService::entryFromPath(const QString &path)
         return 0;
     if (path.size() == colon + 2)
         return holdHost(); // "Plane:/"
-    if (!graph())
-        prepare();
+    if (!graph() && !prepare())
+        return 0;
     int index = HostObjects::host;
     const QByteArrayList names = path.mid(colon + 2).toUtf8().split('/');
     for (const QByteArray &name : names) {

@@ -30,16 +30,16 @@ public:
     // Before the first notification port. Trees other than the kernel's have no events by default.
     void setEventSourceFactory(EventSourceFactory factory) { openEvents_ = std::move(factory); }
 
-    void prepare() override;
+    bool prepare() override;
     void prepareAsync(std::function<void()> ready) override;
-    void prepareObject(RegistryObject object) override;
+    bool prepareObject(RegistryObject object) override;
 
     bool mayReadOnRequest(RegistryObject object, const QString &attribute) override;
     void readOnRequest(RegistryObject object, const QString &attribute,
                        std::function<void()> ready) override;
 
     HostInformation hostInformation() override;
-    void retryWhatDidNotAnswer() override;
+    bool retryWhatDidNotAnswer() override;
     RegistryObject rootEntry() override;
     RegistryObject entryFromPath(const QString &path) override;
     RegistryStatus childIterator(RegistryObject object, const char *plane,
@@ -99,9 +99,10 @@ private:
         std::unique_ptr<BackgroundTask<std::pair<Sweeper, SweepObject>>> task;
     };
     ObjectReader::Request requestFor(int index) const; // of what is read on request
-    SweepObject readAllOnRequest(const ObjectReader::Request &request);
+    // None when the user has cancelled it.
+    std::optional<SweepObject> readAllOnRequest(const ObjectReader::Request &request);
     void attributeRead(quint64 number);
-    void beginPreparation();
+    void beginPreparation(std::shared_ptr<SweepControl> control = {});
     void cancelPreparation();
     void preparationFinished(quint64 number);
     std::vector<std::function<void()>> installPreparation();

@@ -1,23 +1,33 @@
 // Reading anew, and telling of changes.
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"
+#include "model/linux/SweepWait.h"
 #include "platform/RunLoop.h"
 
-void LinuxRegistryService::prepare()
+bool LinuxRegistryService::prepare()
 {
     // One that runs may have passed what has changed since.
     cancelPreparation();
     std::move(readyLater_.begin(), readyLater_.end(), std::back_inserter(ready_));
     readyLater_.clear();
-    beginPreparation();
-    RunLoop::main().wait(
-        [this](auto most) { return !preparation_ || preparation_->waitFor(most); });
+    SweepWait wait;
+    beginPreparation(wait.control());
+    RunLoop::main().wait(wait, [&](auto most) {
+        return !preparation_ || wait.isCancelled() || preparation_->waitFor(most);
+    });
     if (!preparation_)
-        return; // what is shown meanwhile has brought another one, which is installed
+        return true; // what is shown meanwhile has brought another one, which is installed
+    if (wait.isCancelled()) {
+        cancelPreparation();
+        if (!ready_.empty())
+            beginPreparation(); // for those who wait in the background
+        return false;
+    }
     const auto ready = installPreparation();
     // Not at once: who called this is about to read.
     for (const auto &call : ready)
         RunLoop::performLater(mainThread_, call);
+    return true;
 }
 
 void LinuxRegistryService::prepareAsync(std::function<void()> ready)
@@ -30,7 +40,7 @@ void LinuxRegistryService::prepareAsync(std::function<void()> ready)
     beginPreparation();
 }
 
-void LinuxRegistryService::beginPreparation()
+void LinuxRegistryService::beginPreparation(std::shared_ptr<SweepControl> control)
 {
     notifier_.sweepBegins();
     // What has come back is not what was asked for.
@@ -41,9 +51,12 @@ void LinuxRegistryService::beginPreparation()
         QMetaObject::invokeMethod(
             &mainThread_, [this, number] { preparationFinished(number); }, Qt::QueuedConnection);
     };
-    preparation_ = std::make_unique<Preparation>(
-        Preparation::Input{root_, sweeper_, classNames_, requested_, memory_, sweepCount_ + 1},
-        finished);
+    Sweeper sweeper = sweeper_;
+    sweeper.setControl(std::move(control));
+    preparation_ =
+        std::make_unique<Preparation>(Preparation::Input{root_, std::move(sweeper), classNames_,
+                                                         requested_, memory_, sweepCount_ + 1},
+                                      finished);
 }
 
 // What has not answered meanwhile need not be tried again.
@@ -55,12 +68,16 @@ void LinuxRegistryService::cancelPreparation()
     preparation_.reset();
 }
 
-void LinuxRegistryService::retryWhatDidNotAnswer()
+bool LinuxRegistryService::retryWhatDidNotAnswer()
 {
     cancelPreparation();
+    const Sweeper before = sweeper_;
     sweeper_.forgetWhatDidNotAnswer();
     requested_.forgetUnanswered();
-    prepare();
+    if (prepare())
+        return true;
+    sweeper_.learnFrom(before); // updates in the background need not try it again
+    return false;
 }
 
 void LinuxRegistryService::preparationFinished(quint64 number)

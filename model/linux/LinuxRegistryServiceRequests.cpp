@@ -1,5 +1,6 @@
 // Reading what is left out of every sweep, because a read is slow or wakes the device.
 #include "model/linux/LinuxRegistryService.h"
+#include "model/linux/SweepWait.h"
 #include "platform/RunLoop.h"
 
 namespace {
@@ -30,15 +31,18 @@ bool hasDirectory(const HostObject &object)
 }
 } // namespace
 
-void LinuxRegistryService::prepareObject(RegistryObject object)
+bool LinuxRegistryService::prepareObject(RegistryObject object)
 {
     const int index = objects_.indexOf(object);
     if (index != HostObject::none && hasDirectory(graph()->at(index))) {
         const quint64 node = graph()->at(index).nodeID;
-        requested_.add(node, readAllOnRequest(requestFor(index)));
+        const auto read = readAllOnRequest(requestFor(index));
+        if (!read)
+            return false;
+        requested_.add(node, *read);
     }
     // Its children, its driver and its names can be had of all objects together alone.
-    prepare();
+    return prepare();
 }
 
 ObjectReader::Request LinuxRegistryService::requestFor(int index) const
@@ -51,18 +55,27 @@ ObjectReader::Request LinuxRegistryService::requestFor(int index) const
             .readsOnRequest = true};
 }
 
-SweepObject LinuxRegistryService::readAllOnRequest(const ObjectReader::Request &request)
+std::optional<SweepObject>
+LinuxRegistryService::readAllOnRequest(const ObjectReader::Request &request)
 {
+    SweepWait wait;
+    std::stop_source stop;
+    Sweeper own = sweeper_;
+    own.setControl(wait.control());
     // In a thread, or in this one when there can be no other.
-    auto reader = std::async([sweeper = sweeper_, request]() mutable {
-        SweepObject object = sweeper.readObject(request);
-        return std::pair(std::move(sweeper), std::move(object));
+    auto reader =
+        std::async([sweeper = std::move(own), request, token = stop.get_token()]() mutable {
+            SweepObject object = sweeper.readObject(request, token);
+            return std::pair(std::move(sweeper), std::move(object));
+        });
+    RunLoop::main().wait(wait, [&](auto most) {
+        return wait.isCancelled() || reader.wait_for(most) != std::future_status::timeout;
     });
-    RunLoop::main().wait(
-        [&](auto most) { return reader.wait_for(most) != std::future_status::timeout; });
+    if (wait.isCancelled())
+        stop.request_stop();
     auto [sweeper, read] = reader.get();
     sweeper_.learnFrom(sweeper);
-    return std::move(read);
+    return wait.isCancelled() ? std::nullopt : std::optional(std::move(read));
 }
 
 bool LinuxRegistryService::mayReadOnRequest(RegistryObject object, const QString &attribute)

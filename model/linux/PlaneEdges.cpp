@@ -247,12 +247,13 @@ std::vector<Edge> collect(const HostObjects &objects, Plane plane)
     return collector.take();
 }
 
-void refuse(HostObjects &objects, Plane plane, const std::vector<Edge> &refused)
+void refuse(HostObjects &objects, Plane plane, const std::vector<Edge> &refused,
+            const QString &reason = {})
 {
     const QString planeName = QString::fromLatin1(planeNames[static_cast<std::size_t>(plane)]);
     for (const auto &[parent, child] : refused)
-        objects.at(child).refusedParents.append(planeName + QStringLiteral(": ") +
-                                                QString::fromUtf8(objects.at(parent).path));
+        objects.at(child).refusedParents.append(
+            planeName + QStringLiteral(": ") + QString::fromUtf8(objects.at(parent).path) + reason);
 }
 
 // A member whose every parent was refused stands under the host.
@@ -285,9 +286,13 @@ std::array<std::vector<Edge>, planeCount> planeEdges(HostObjects &objects)
         // Indices are in the order of IDs, so this is the order in which cycles are judged.
         std::sort(edges.begin(), edges.end());
         edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
-        const std::vector<Edge> refused = takeOutCycles(edges, objects.count());
-        refuse(objects, plane, refused);
-        adoptOrphans(edges, refused, objects.count());
+        RefusedEdges refused = takeOutCycles(edges, objects.count());
+        refuse(objects, plane, refused.closing);
+        refuse(objects, plane, refused.unchecked,
+               QStringLiteral(" (not checked: too many links in loops)"));
+        std::vector<Edge> &all = refused.closing;
+        all.insert(all.end(), refused.unchecked.begin(), refused.unchecked.end());
+        adoptOrphans(edges, all, objects.count());
     }
     return planes;
 }

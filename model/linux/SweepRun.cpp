@@ -51,6 +51,8 @@ struct SweepRun::Progress
     std::atomic<bool> isGivenUp = false;
     bool isAbandoned = false;
     bool isLeftBehind = false; // and counted as such
+
+    SweepControl::Step longStep() const { return {request.path, directory + '/' + name}; }
 };
 
 class SweepRun::StepWatch final : public ObjectReader::Watch
@@ -146,7 +148,7 @@ void SweepRun::end()
 
 void SweepRun::startThread()
 {
-    threads_.push_back({std::make_shared<Progress>(), 0, Clock::now(), {}});
+    threads_.push_back({std::make_shared<Progress>(), 0, Clock::now(), {}, {}});
     Watched &watched = threads_.back();
     try {
         ++active_;
@@ -217,6 +219,7 @@ void SweepRun::watch(std::unique_lock<std::mutex> &lock)
         const std::lock_guard progressLock(watched.progress->mutex);
         watch(watched);
     }
+    nameLongestStep();
     startMissingThreads();
     const bool isAnyReading = active_ > 0 || waiting_ > 0;
     if (!isAnyReading && !queue_.empty())
@@ -239,18 +242,43 @@ void SweepRun::watch(Watched &watched)
         progress.isLong = true;
         --active_;
     }
-    if (!progress.isGivenUp && waited >= patience())
+    if (!progress.isGivenUp && (waited >= patience() || isSkipped(progress))) {
+        watched.givenUp = now;
         giveUp(progress);
+    }
     const auto grace = plan_.patience / 4;
     // Each time, because a signal that comes between two system calls has no effect.
     if (progress.isGivenUp && plan_.interrupts)
         pthread_kill(watched.thread.native_handle(), interruptSignal());
-    if (progress.isGivenUp && (!plan_.interrupts || waited >= patience() + grace)) {
+    if (progress.isGivenUp && (!plan_.interrupts || now - watched.givenUp >= grace)) {
         leaveBehind(progress);
         queue_.push_front(progress.request);
         workOrEnd_.notify_all();
     }
     waiting_ += progress.isLong && !progress.isAbandoned;
+}
+
+void SweepRun::nameLongestStep()
+{
+    if (!plan_.control)
+        return;
+    SweepControl::Step longest;
+    Clock::time_point since = Clock::time_point::max();
+    for (const Watched &watched : threads_) {
+        const Progress &progress = *watched.progress;
+        const std::lock_guard lock(watched.progress->mutex);
+        if (!progress.isLong || progress.isGivenUp || progress.isAbandoned ||
+            watched.since >= since)
+            continue;
+        since = watched.since;
+        longest = progress.longStep();
+    }
+    plan_.control->setWaitedFor(std::move(longest));
+}
+
+bool SweepRun::isSkipped(const Progress &progress) const
+{
+    return plan_.control && progress.isLong && plan_.control->takeSkip(progress.longStep());
 }
 
 // Shorter the more steps hang, so that many of them do not add up.

@@ -2,6 +2,7 @@
 
 #include "model/linux/ObjectReader.h"
 #include "model/linux/Sweep.h"
+#include "model/linux/SweepControl.h"
 
 #include <atomic>
 #include <chrono>
@@ -29,7 +30,8 @@ public:
         unsigned threads = 1;
         bool interrupts = true; // false: takes every step that hangs for one that cannot be
         bool recordsFiles = false;
-        bool goesOn = true; // to the objects found below
+        bool goesOn = true;                         // to the objects found below
+        std::shared_ptr<SweepControl> control = {}; // null: nobody watches
     };
 
     SweepRun(Plan plan, std::vector<ObjectReader::Request> requests);
@@ -48,6 +50,7 @@ private:
         std::shared_ptr<Progress> progress;
         quint64 lastStep = 0;
         Clock::time_point since;
+        Clock::time_point givenUp;
         std::jthread thread;
     };
     class StepWatch;
@@ -63,6 +66,8 @@ private:
 
     void watch(std::unique_lock<std::mutex> &lock);
     void watch(Watched &watched);
+    void nameLongestStep();
+    bool isSkipped(const Progress &progress) const;
     void giveUp(Progress &progress);
     void leaveBehind(Progress &progress);
     std::chrono::microseconds patience() const;

@@ -103,7 +103,8 @@ Sweep Sweeper::run(std::vector<Request> requests, bool goesOn, const std::stop_t
                                                   .threads = options_.threads,
                                                   .interrupts = options_.interrupts,
                                                   .recordsFiles = options_.recordsFiles,
-                                                  .goesOn = goesOn},
+                                                  .goesOn = goesOn,
+                                                  .control = control_},
                                    std::move(requests));
     Sweep sweep = run->perform(stop);
     blockedPaths_ = run->blockedPaths();

@@ -2,6 +2,7 @@
 
 #include "model/linux/ObjectReader.h"
 #include "model/linux/Sweep.h"
+#include "model/linux/SweepControl.h"
 
 #include <atomic>
 #include <chrono>
@@ -31,6 +32,8 @@ public:
     // Takes over what another one, made from this, has learnt not to try again.
     void learnFrom(const Sweeper &other);
     void forgetWhatDidNotAnswer() { blockedPaths_.clear(); }
+    // By whom the next readings are watched; null: by nobody.
+    void setControl(std::shared_ptr<SweepControl> control) { control_ = std::move(control); }
 
     // Empty when it is gone.
     SweepObject readObject(const ObjectReader::Request &request, const std::stop_token &stop = {});
@@ -45,6 +48,7 @@ private:
 
     std::shared_ptr<const SysfsRoot> root_;
     Options options_;
+    std::shared_ptr<SweepControl> control_;
     std::shared_ptr<std::atomic<int>> threadsLeftBehind_; // shared by the copies
     QSet<QByteArray> blockedPaths_;                       // did not return; never tried again
     QSet<QByteArray> forcedDevices_; // have no uevent, but a class or bus points at them

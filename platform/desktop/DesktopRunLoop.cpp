@@ -40,24 +40,19 @@ bool DesktopRunLoop::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-void DesktopRunLoop::waiting(std::chrono::milliseconds elapsed)
+void DesktopRunLoop::waiting(Wait &wait, std::chrono::milliseconds elapsed)
 {
     constexpr std::chrono::milliseconds unnoticed(500);
     if (elapsed < unnoticed)
         return;
-    if (!progress_) {
-        progress_ = new QProgressDialog(QApplication::activeWindow());
-        progress_->setWindowModality(Qt::ApplicationModal);
-        progress_->setLabelText(tr("Reading the device registry…"));
-        progress_->setCancelButton(nullptr);
-        progress_->setRange(0, 0);
-        progress_->show();
-    }
-    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
-                                QEventLoop::ExcludeSocketNotifiers);
+    if (!waitDialog_)
+        waitDialog_ = new WaitDialog(QApplication::activeWindow());
+    waitDialog_->showWait(wait);
+    // The user's input reaches the dialog alone, which is modal to all windows.
+    QApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
 }
 
 void DesktopRunLoop::waitEnded()
 {
-    delete progress_;
+    delete waitDialog_;
 }

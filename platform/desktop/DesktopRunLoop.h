@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/RunLoop.h"
+#include "platform/desktop/WaitDialog.h"
 
 #include <QPointer>
-#include <QProgressDialog>
 
 // Tells the main run loop what the desktop knows: it is in another mode while a popup menu is open
 // or an application-modal dialog runs, and past half a second a wait is shown.
@@ -15,15 +15,15 @@ public:
     ~DesktopRunLoop() override;
 
     // The wait that is shown, or null.
-    QProgressDialog *progress() const { return progress_; }
+    WaitDialog *waitDialog() const { return waitDialog_; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void waiting(std::chrono::milliseconds elapsed) override;
+    void waiting(Wait &wait, std::chrono::milliseconds elapsed) override;
     void waitEnded() override;
 
     RunLoop &loop_;
-    QPointer<QProgressDialog> progress_; // goes with its window, too
+    QPointer<WaitDialog> waitDialog_; // goes with its window, too
 };

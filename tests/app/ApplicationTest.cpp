@@ -6,6 +6,7 @@
 #include "model/RegistryService.h"
 #include "platform/PreferencesStore.h"
 #include "platform/desktop/Theme.h"
+#include "tests/support/FakeLiveService.h"
 #include "tests/support/QtPrinters.h"
 
 #include <QImage>
@@ -63,6 +64,29 @@ TEST_F(ApplicationTest, OpensWhereItIsAskedToOrTellsWhatIsNotThere)
     line.sysfsRoot = folder_.path();
     EXPECT_EQ(TavApplicationDelegate::openRegistry(line, &error_), nullptr);
     EXPECT_THAT(error_.toStdString(), testing::HasSubstr(folder_.path().toStdString()));
+}
+
+TEST_F(ApplicationTest, EndsWithoutAWordWhenItsFirstReadingIsCancelled)
+{
+    const auto startCancelled = [this](const CommandLine &line) {
+        auto service = std::make_unique<FakeLiveService>();
+        service->cancelNextPreparation();
+        delegate_ = std::make_unique<TavApplicationDelegate>(std::move(service));
+        EXPECT_FALSE(delegate_->start(line, &error_));
+        EXPECT_EQ(delegate_->mainWindowController(), nullptr);
+        delegate_.reset();
+    };
+    startCancelled({});
+    EXPECT_TRUE(error_.isNull()) << error_.toStdString();
+
+    CommandLine line;
+    line.screenshotFile = folder_.filePath(QStringLiteral("window.png"));
+    startCancelled(line);
+    EXPECT_THAT(error_.toStdString(), testing::HasSubstr("cancelled")) << "for there is no picture";
+    line = {};
+    line.files = QStringList{folder_.filePath(QStringLiteral("missing.vandrel"))};
+    startCancelled(line);
+    EXPECT_THAT(error_.toStdString(), testing::HasSubstr("missing.vandrel"));
 }
 
 TEST_F(ApplicationTest, SavesAPicture)

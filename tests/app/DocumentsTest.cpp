@@ -5,6 +5,7 @@
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "tests/support/EventLoop.h"
+#include "tests/support/ScriptedWait.h"
 #include "tests/support/SmallStore.h"
 
 #include <QAction>
@@ -180,7 +181,8 @@ TEST_F(DocumentsTest, ChangesNoDocumentsWhileTheRegistryIsWaitedFor)
     std::size_t count = documentCount();
     for (const char *command : {"newDocumentAction", "quitAction"}) {
         int turns = 0;
-        RunLoop::main().wait([&](auto) {
+        ScriptedWait wait;
+        RunLoop::main().wait(wait, [&](auto) {
             if (turns == 0)
                 outlet<QAction>(window().window(), command)->trigger();
             turnEventLoop();
@@ -191,6 +193,19 @@ TEST_F(DocumentsTest, ChangesNoDocumentsWhileTheRegistryIsWaitedFor)
         count = documentCount();
     }
     EXPECT_EQ(count, 0U);
+}
+
+TEST_F(DocumentsTest, OpensNoDocumentWhoseReadingIsCancelled)
+{
+    launch();
+    const QStringList before = titles();
+    service_->cancelNextPreparation();
+    trigger("newDocumentAction");
+    EXPECT_EQ(titles(), before);
+    EXPECT_FALSE(alert());
+    trigger("newDocumentAction");
+    EXPECT_EQ(documentCount(), 2U);
+    EXPECT_THAT(titles(), testing::Contains(host() + QStringLiteral(" (2)")));
 }
 
 TEST_F(DocumentsTest, KeepsTheFormerFileWhenSavingFails)

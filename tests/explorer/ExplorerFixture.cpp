@@ -73,7 +73,7 @@ void ExplorerFixture::terminate(const char *label)
 
 void ExplorerFixture::open()
 {
-    follow(static_cast<TavDocument &>(documents_.newDocument()));
+    follow(static_cast<TavDocument &>(*documents_.newDocument()));
     ASSERT_TRUE(QTest::qWaitForWindowActive(controller_->window()));
 }
 

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <ctime>
 
 using PropertiesViewTest = PropertiesFixture;
 
@@ -52,6 +53,27 @@ TEST_F(PropertiesViewTest, RowsGrowWithWrappedValues)
     EXPECT_GT(height(row({1})), 2 * wide);
     EXPECT_EQ(height(row({2})), line);
     view_->grab();
+}
+
+// Laid out row by row, they would take as many times as long as there are rows.
+TEST_F(PropertiesViewTest, LaysEqualTextsOutOnce)
+{
+    const QString words = QStringLiteral("many words ").repeated(3000);
+    const auto millisecondsFor = [&](int rows) {
+        RegistryValue::Members members;
+        for (int i = 0; i < rows; ++i)
+            members.push_back({CompactString(QString::number(i)), RegistryValue::string(words)});
+        service_.setProperties(registry_["Host"], RegistryValue::dictionary(std::move(members)));
+        update();
+        view_->noteHeightOfAllRowsChanged();
+        const std::clock_t start = std::clock();
+        view_->doItemsLayout();
+        view_->grab();
+        EXPECT_GT(height(row({rows - 1})), 10 * view_->fontMetrics().height());
+        return 1e3 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    };
+    const double once = millisecondsFor(1);
+    EXPECT_LT(millisecondsFor(300), 30 * once);
 }
 
 TEST_F(PropertiesViewTest, RemembersWhatTheUserOpened)

@@ -110,7 +110,7 @@ protected:
     }
     std::string rowsOfNewCapture()
     {
-        auto &fresh = static_cast<TavDocument &>(documents_.newDocument(false));
+        auto &fresh = static_cast<TavDocument &>(*documents_.newDocument(false));
         const std::string rows =
             rowsIn(static_cast<TavWindowController &>(*fresh.windowControllers().front()));
         documents_.closeDocument(fresh);

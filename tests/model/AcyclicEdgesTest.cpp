@@ -39,7 +39,9 @@ TEST(AcyclicEdges, AreThoseThatCloseNoCycleInTheirOrder)
         edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
         const Edges expected = refusedOneByOne(edges);
         Edges kept = edges;
-        EXPECT_EQ(takeOutCycles(kept, count), expected);
+        const RefusedEdges refused = takeOutCycles(kept, count);
+        EXPECT_EQ(refused.closing, expected);
+        EXPECT_TRUE(refused.unchecked.empty());
         EXPECT_EQ(kept.size() + expected.size(), edges.size());
         EXPECT_TRUE(refusedOneByOne(kept).empty());
     }
@@ -56,7 +58,35 @@ TEST(AcyclicEdges, OfLongRingsAreFoundSoon)
             edges.push_back({i, (i + step) % count});
         QElapsedTimer time;
         time.start();
-        EXPECT_EQ(takeOutCycles(edges, count).size(), 1U);
+        EXPECT_EQ(takeOutCycles(edges, count).closing.size(), 1U);
         EXPECT_LT(time.elapsed(), 10'000);
     }
+}
+
+// Two long chains, which a link joins to one cycle, and links from what hangs below the one to what
+// stands above the other: each asks for a search through both chains.
+TEST(AcyclicEdges, ThatDefeatTheSearchAreRefusedUncheckedInTheEnd)
+{
+    constexpr int length = 20'000;
+    Edges edges;
+    for (int i = 0; i < length; ++i) {
+        if (i + 1 < length) {
+            edges.push_back({i, i + 1});
+            edges.push_back({length + i, length + i + 1});
+        }
+        edges.push_back({length - 1, 3 * length + i});
+        edges.push_back({2 * length + i, length});
+        edges.push_back({3 * length + i, 2 * length + i});
+    }
+    edges.push_back({2 * length - 1, 0});
+    std::sort(edges.begin(), edges.end());
+    constexpr int count = 4 * length;
+    Edges kept = edges;
+    const RefusedEdges refused = takeOutCycles(kept, count);
+    EXPECT_FALSE(refused.closing.empty());
+    EXPECT_FALSE(refused.unchecked.empty());
+    EXPECT_LE(refused.steps, mostCycleSteps(edges.size()) + edges.size());
+    EXPECT_EQ(refused.closing.size() + refused.unchecked.size(), std::size_t(length));
+    EXPECT_EQ(kept.size() + std::size_t(length), edges.size());
+    EXPECT_EQ(takeOutCycles(kept, count).steps, 0U) << "for no cycle is left";
 }

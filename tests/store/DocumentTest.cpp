@@ -53,7 +53,7 @@ protected:
         documents_.closeAllDocuments();
         RegistryTest::TearDown();
     }
-    TavDocument &open() { return static_cast<TavDocument &>(documents_.newDocument()); }
+    TavDocument &open() { return static_cast<TavDocument &>(*documents_.newDocument()); }
     QStringList told() { return std::exchange(log_, {}); }
 
     QStringList log_;

@@ -1,8 +1,10 @@
 #include "LinuxFixture.h"
 #include "platform/RunLoop.h"
+#include "platform/Wait.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/MadeTree.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <fcntl.h>
 #include <thread>
@@ -70,26 +72,45 @@ private:
 };
 [[gnu::init_priority(101)]] LateAnswer lateAnswer;
 
-// Does something at the first sign that the main thread waits.
+// Does something at the first sign that the main thread waits, or that it waits for an attribute.
 class Display : public WaitDisplay
 {
 public:
-    explicit Display(std::function<void()> first)
+    explicit Display(std::function<void(Wait &)> first, const char *object = nullptr,
+                     const char *attribute = nullptr)
         : first_(std::move(first))
+        , awaited_{QString::fromLatin1(object), QString::fromLatin1(attribute)}
     {
         RunLoop::main().setWaitDisplay(this);
     }
-    ~Display() override { RunLoop::main().setWaitDisplay(nullptr); }
-    void waiting(std::chrono::milliseconds) override
+    ~Display() override
     {
+        EXPECT_FALSE(first_) << "nothing was waited for";
+        RunLoop::main().setWaitDisplay(nullptr);
+    }
+    void waiting(Wait &wait, std::chrono::milliseconds) override
+    {
+        if (!awaited_.object.isNull() && wait.subject() != awaited_)
+            return;
         if (const auto first = std::exchange(first_, nullptr))
-            first();
+            first(wait);
     }
     void waitEnded() override {}
 
 private:
-    std::function<void()> first_;
+    std::function<void(Wait &)> first_;
+    Wait::Subject awaited_;
 };
+
+void cancel(Wait &wait)
+{
+    wait.cancel();
+}
+
+void skip(Wait &wait)
+{
+    wait.skip();
+}
 
 // A device with an attribute that does not answer.
 class SlowDevice : public testing::Test
@@ -218,17 +239,78 @@ TEST_F(SlowDevice, IsWaitedForWithTheDisplay)
     ASSERT_TRUE(slow);
     made_.pipe("devices/slow/blocks");
     bool wasShown = false;
-    const Display display([&] { wasShown = true; });
+    const Display display([&](Wait &) { wasShown = true; });
     tree.store->updateObject(*slow);
     EXPECT_TRUE(wasShown);
     EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks: did not answer")});
+}
+
+TEST_F(SlowDevice, IsSkippedAtOnceWhenTheUserWishes)
+{
+    for (const Hang hang : {Hang::Interruptible, Hang::Uninterruptible}) {
+        QElapsedTimer time;
+        time.start();
+        const Display display(skip, "devices/slow", "blocks");
+        const CapturedTree tree = CapturedTree::capture(made_.sys(), patienceOf(20'000, hang));
+        EXPECT_LT(time.elapsed(), 15'000); // of its patience
+        const TavRegistryEntry *const slow = tree.at("DxService:/slow");
+        ASSERT_TRUE(slow);
+        EXPECT_EQ(CapturedTree::value(slow, u"after").numberBits(), 1U);
+        EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks: did not answer")});
+        EXPECT_TRUE(tree.at("DxService:/slow/child"));
+    }
+}
+
+TEST_F(SlowDevice, IsNotShownWhenTheFirstReadingIsCancelled)
+{
+    const auto service = LinuxRegistryService::create(made_.sys(), patienceOf(20'000), &error_);
+    {
+        const Display display(cancel);
+        EXPECT_FALSE(TavDataStore::initFromDxRegistry(*service));
+    }
+    // What the user does next begins from nothing.
+    const Display display(skip, "devices/slow", "blocks");
+    const auto store = TavDataStore::initFromDxRegistry(*service);
+    ASSERT_TRUE(store);
+    EXPECT_EQ(store->incompleteObjects(), QStringList{QStringLiteral("devices/slow")});
+}
+
+TEST_F(SlowDevice, LeavesTheFormerPictureWhenAnUpdateIsCancelled)
+{
+    ASSERT_EQ(unlink(made_.path("devices/slow/blocks").constData()), 0);
+    made_.pipe("devices/slow/eeprom"); // which is read on request alone
+    const CapturedTree tree =
+        CapturedTree::capture(made_.sys(), patienceOf(20'000, Hang::Interruptible));
+    TavRegistryEntry *const slow = tree.at("DxService:/slow");
+    ASSERT_TRUE(slow);
+    const PropertyRef properties = slow->propertiesRef();
+    const QDateTime updated = tree.store->lastUpdateDate();
+    made_.pipe("devices/slow/blocks");
+    made_.file("devices/well/uevent", "");
+    const std::vector<std::pair<const char *, std::function<void()>>> updates = {
+        {"blocks", [&] { EXPECT_FALSE(tree.store->update()); }},
+        {"blocks", [&] { EXPECT_FALSE(tree.store->updateTryingAgain()); }},
+        {"eeprom", [&] { tree.store->updateObject(*slow); }},
+    };
+    for (const auto &[attribute, update] : updates) {
+        SCOPED_TRACE(attribute);
+        const Display display(cancel, "devices/slow", attribute);
+        update();
+        EXPECT_EQ(tree.store->lastUpdateDate(), updated);
+        EXPECT_EQ(slow->propertiesRef(), properties);
+        EXPECT_EQ(tree.store->registryEntries().size(), 4U);
+    }
+    const Display display(skip, "devices/slow", "blocks");
+    EXPECT_TRUE(tree.store->update());
+    EXPECT_TRUE(tree.at("DxService:/well"));
+    EXPECT_EQ(unread(slow).size(), 2);
 }
 
 TEST_F(SlowDevice, MayBeReadAnewWhileItIsWaitedFor)
 {
     const auto service = LinuxRegistryService::create(made_.sys(), patienceOf(200), &error_);
     bool hasBegun = false;
-    const Display display([&] {
+    const Display display([&](Wait &) {
         hasBegun = true;
         service->prepare();
     });

@@ -66,10 +66,11 @@ void FakeRegistryService::release(RegistryObject object)
     }
 }
 
-void FakeRegistryService::prepareObject(RegistryObject object)
+bool FakeRegistryService::prepareObject(RegistryObject object)
 {
     if (held(object))
         preparedObjects_.push_back(nodeOf(object));
+    return true;
 }
 
 bool FakeRegistryService::mayReadOnRequest(RegistryObject object, const QString &attribute)

@@ -26,17 +26,22 @@ public:
     const std::vector<std::pair<Node, QString>> &askedFor() const { return askedFor_; }
     void answerReading(const RegistryValue &properties); // the first one
 
-    void prepare() override { ++preparations_; }
-    void retryWhatDidNotAnswer() override
+    bool prepare() override
+    {
+        ++preparations_;
+        return !std::exchange(cancelsPreparation_, false);
+    }
+    void cancelNextPreparation() { cancelsPreparation_ = true; } // as the user may
+    bool retryWhatDidNotAnswer() override
     {
         ++retries_;
-        prepare();
+        return prepare();
     }
     int retries() const { return retries_; }
     bool mayReadOnRequest(RegistryObject object, const QString &attribute) override;
     void readOnRequest(RegistryObject object, const QString &attribute,
                        std::function<void()> ready) override;
-    void prepareObject(RegistryObject object) override;
+    bool prepareObject(RegistryObject object) override;
     RegistryObject rootEntry() override { return handOut(root()); }
     RegistryObject entryFromPath(const QString &path) override;
     RegistryStatus childIterator(RegistryObject object, const char *plane,
@@ -120,6 +125,7 @@ private:
     quint64 openHandles_ = 0;
     quint64 misuses_ = 0;
     int preparations_ = 0;
+    bool cancelsPreparation_ = false;
     int retries_ = 0;
     std::vector<Node> preparedObjects_;
     std::vector<std::pair<Node, QString>> offered_;
