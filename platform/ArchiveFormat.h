@@ -7,6 +7,7 @@
 struct ArchiveFormat
 {
     static constexpr QLatin1String signature{"\xd9\xd9\xf7"}; // how every archive begins
+    static constexpr quint64 signatureTag = 55799;            // the same, read
     static constexpr QLatin1String name{"vandrel-archive"};
     static constexpr int version = 1;
     static constexpr auto digest = QCryptographicHash::Blake2b_256;

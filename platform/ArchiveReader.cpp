@@ -4,8 +4,15 @@
 
 #include <QSet>
 
-ArchiveReader::ArchiveReader(const QByteArray &bytes)
+using Type = CborReader::Type;
+
+namespace {
+constexpr std::size_t betweenReports = 4096; // in objects
+}
+
+ArchiveReader::ArchiveReader(const QByteArray &bytes, Report report)
     : bytes_(bytes)
+    , report_(std::move(report))
     , input_(bytes_)
     , values_(input_, table_)
 {
@@ -20,7 +27,7 @@ bool ArchiveReader::read(ArchiveTable &table)
 {
     if (!readHeader() || !readObjects() || !readDigest() || !input_.leave())
         return false;
-    if (input_.cbor.currentOffset() != bytes_.size())
+    if (input_.cbor.offset() != bytes_.size())
         return input_.fail("something follows the archive");
     table = std::move(table_);
     return true;
@@ -29,10 +36,10 @@ bool ArchiveReader::read(ArchiveTable &table)
 bool ArchiveReader::readHeader()
 {
     QString name;
-    if (!input_.cbor.isTag() || input_.cbor.toTag() != QCborTag(QCborKnownTags::Signature) ||
+    if (input_.cbor.type() != Type::Tag || input_.cbor.argument() != ArchiveFormat::signatureTag ||
         !input_.next() || !input_.enter() || !input_.readText(name) || name != ArchiveFormat::name)
         return input_.fail("this is no archive");
-    const quint64 version = input_.cbor.isUnsignedInteger() ? input_.cbor.toUnsignedInteger() : 0;
+    const quint64 version = input_.cbor.type() == Type::Unsigned ? input_.cbor.argument() : 0;
     isOfNewerFormat_ = version > ArchiveFormat::version;
     if (version != ArchiveFormat::version)
         return input_.fail("the version of the archive's format is unknown");
@@ -46,6 +53,8 @@ bool ArchiveReader::readObjects()
     while (input_.cbor.hasNext()) {
         if (!readObject())
             return false;
+        if (report_ && table_.objects.size() % betweenReports == 0)
+            report_(static_cast<double>(input_.cbor.offset()) / static_cast<double>(bytes_.size()));
     }
     if (!input_.leave())
         return false;
@@ -68,11 +77,11 @@ bool ArchiveReader::readObject()
 
 bool ArchiveReader::readShape(quint32 &shape)
 {
-    if (!input_.cbor.isUnsignedInteger()) {
+    if (input_.cbor.type() != Type::Unsigned) {
         shape = static_cast<quint32>(table_.shapes.size());
         return readNewShape(table_.shapes.emplace_back());
     }
-    const quint64 number = input_.cbor.toUnsignedInteger();
+    const quint64 number = input_.cbor.argument();
     if (number >= table_.shapes.size())
         return input_.fail("a shape is missing");
     shape = static_cast<quint32>(number);
@@ -97,7 +106,7 @@ bool ArchiveReader::readNewShape(ArchiveTable::Shape &shape)
 
 bool ArchiveReader::readKey(ArchiveTable::Key &key)
 {
-    key.isInteger = input_.cbor.isArray();
+    key.isInteger = input_.cbor.type() == Type::Array;
     if (!key.isInteger)
         return readName(key.name);
     return input_.enter() && readName(key.name) && input_.leave();
@@ -114,7 +123,7 @@ bool ArchiveReader::readName(QByteArray &name)
 
 bool ArchiveReader::readDigest()
 {
-    const qint64 digested = input_.cbor.currentOffset();
+    const qint64 digested = input_.cbor.offset();
     QByteArray digest;
     if (!input_.readBytes(digest))
         return false;

@@ -2,12 +2,16 @@
 
 #include "platform/ArchiveValueReader.h"
 
+#include <functional>
+
 // Takes the bytes of an archive apart. The bytes may be anything at all: time and memory are
 // proportional to their number, and nothing but a sound archive is accepted.
 class ArchiveReader
 {
 public:
-    explicit ArchiveReader(const QByteArray &bytes);
+    using Report = std::function<void(double part)>; // from time to time; it may throw
+
+    ArchiveReader(const QByteArray &bytes, Report report);
 
     bool read(ArchiveTable &table); // the table is of use only when that succeeds
     // Whether reading failed because a later version of this program may be able to.
@@ -25,6 +29,7 @@ private:
     bool readDigest();
 
     QByteArray bytes_;
+    Report report_; // null: none
     ArchiveInput input_;
     ArchiveTable table_;
     ArchiveValueReader values_;

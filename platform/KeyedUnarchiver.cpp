@@ -1,10 +1,8 @@
 #include "platform/KeyedUnarchiver.h"
 
-#include "platform/ArchiveReader.h"
-
-KeyedUnarchiver::KeyedUnarchiver(const QByteArray &bytes)
+KeyedUnarchiver::KeyedUnarchiver(const QByteArray &bytes, const ArchiveReader::Report &report)
 {
-    ArchiveReader reader(bytes);
+    ArchiveReader reader(bytes, report);
     if (!reader.read(table_))
         fail(reader.errorString(), {});
     isOfNewerFormat_ = reader.isOfNewerFormat();

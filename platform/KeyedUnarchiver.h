@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ArchiveTable.h"
+#include "platform/ArchiveReader.h"
 #include "platform/ArchivedObject.h"
 
 // What made decoding impossible, for the log: a sentence, and what it is about.
@@ -16,7 +16,8 @@ struct ArchiveError
 class KeyedUnarchiver
 {
 public:
-    explicit KeyedUnarchiver(const QByteArray &bytes);
+    // Reading the bytes reports the part that it has come to.
+    explicit KeyedUnarchiver(const QByteArray &bytes, const ArchiveReader::Report &report = {});
     KeyedUnarchiver(const KeyedUnarchiver &) = delete;
     KeyedUnarchiver &operator=(const KeyedUnarchiver &) = delete;
 

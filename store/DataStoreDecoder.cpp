@@ -6,21 +6,34 @@
 #include "store/RegistryEntryDecoder.h"
 #include "store/SnapshotLimits.h"
 
+namespace {
+constexpr double readingPart = 0.4; // of all
+constexpr std::size_t betweenReports = 256;
+} // namespace
+
 std::unique_ptr<TavDataStore> DataStoreDecoder::decode(const QByteArray &bytes)
 {
-    KeyedUnarchiver unarchiver(bytes);
+    WorkProgress progress;
+    return decode(bytes, progress);
+}
+
+std::unique_ptr<TavDataStore> DataStoreDecoder::decode(const QByteArray &bytes,
+                                                       WorkProgress &progress)
+{
+    KeyedUnarchiver unarchiver(bytes, [&](double part) { progress.reach(readingPart * part); });
     if (unarchiver.isOfNewerFormat())
         throw TavNewUnsupportedFileVersionException();
     if (unarchiver.objectCount() == 0) {
         logUnableToDecode("the archive", unarchiver);
         return nullptr;
     }
-    DataStoreDecoder decoder(unarchiver);
+    DataStoreDecoder decoder(unarchiver, progress);
     return decoder.decodeStore() ? std::move(decoder.store_) : nullptr;
 }
 
-DataStoreDecoder::DataStoreDecoder(KeyedUnarchiver &unarchiver)
+DataStoreDecoder::DataStoreDecoder(KeyedUnarchiver &unarchiver, WorkProgress &progress)
     : unarchiver_(unarchiver)
+    , progress_(progress)
     , object_(unarchiver.object(KeyedUnarchiver::root))
     , store_(new TavDataStore)
 {}
@@ -87,9 +100,14 @@ bool DataStoreDecoder::decodeEntries()
     if (!references || !makeEntries(*references))
         return false;
     RegistryEntryDecoder decoder(unarchiver_, entries_);
-    return std::all_of(references->begin(), references->end(),
-                       [&](ArchiveReference entry) { return decoder.decode(entry); }) &&
-           decoder.finish();
+    for (std::size_t i = 0; i < references->size(); ++i) {
+        if (i % betweenReports == 0)
+            progress_.reach(readingPart + (1 - readingPart) * static_cast<double>(i) /
+                                              static_cast<double>(references->size()));
+        if (!decoder.decode((*references)[i]))
+            return false;
+    }
+    return decoder.finish();
 }
 
 bool DataStoreDecoder::decodePlanes()

@@ -1,5 +1,7 @@
 #include "platform/desktop/DesktopRunLoop.h"
 
+#include "platform/desktop/WorkDialog.h"
+
 #include <QApplication>
 #include <QEvent>
 
@@ -20,12 +22,15 @@ DesktopRunLoop::DesktopRunLoop(RunLoop &loop)
 {
     loop_.setModeTest(isInDefaultMode);
     loop_.setWaitDisplay(this);
+    LongWork::setDisplayFactory(
+        [](const QString &title) { return std::make_unique<WorkDialog>(title); });
     qApp->installEventFilter(this);
 }
 
 DesktopRunLoop::~DesktopRunLoop()
 {
     waitEnded();
+    LongWork::setDisplayFactory(nullptr);
     loop_.setWaitDisplay(nullptr);
     loop_.setModeTest(nullptr);
 }
