@@ -126,9 +126,15 @@ bool ArchivedObject::isOfClass(ArchiveClassNames classes) const
 bool ArchivedObject::isAllowed(quint64 object, ArchiveClassNames classes) const
 {
     const ArchiveTable &table = unarchiver_->table_;
-    const QByteArray &name = table.shapes[table.objects[object].shape].className;
-    return std::any_of(classes.begin(), classes.end(),
-                       [&](QLatin1String allowed) { return isSame(name, allowed); });
+    const ArchiveTable::Shape &shape = table.shapes[table.objects[object].shape];
+    if (!classes.empty() && shape.allowedBy == classes.data())
+        return true;
+    const bool isAllowed =
+        std::any_of(classes.begin(), classes.end(),
+                    [&](QLatin1String allowed) { return isSame(shape.className, allowed); });
+    if (isAllowed)
+        shape.allowedBy = classes.data();
+    return isAllowed;
 }
 
 std::optional<std::size_t> ArchivedObject::column(QLatin1String key) const
@@ -287,8 +293,8 @@ ArchivedObject::decodeReferences(QLatin1String key, ArchiveClassNames classes) c
     return list;
 }
 
-ArchiveValue ArchivedObject::decodeValue(QLatin1String key, ArchiveKinds kinds,
-                                         ArchiveClassNames classes) const
+ArchivedObject::Item ArchivedObject::itemOfKinds(QLatin1String key, ArchiveKinds kinds,
+                                                 ArchiveClassNames classes) const
 {
     const Item found = item(key);
     const auto allowed = [&](Kind kind, quint64 payload) {
@@ -302,9 +308,22 @@ ArchiveValue ArchivedObject::decodeValue(QLatin1String key, ArchiveKinds kinds,
         for (std::size_t item = found.payload + 1; item < end && ok; ++item)
             ok = allowed(elements.kind(item), elements.payload(item));
     }
-    if (!ok) {
-        failKind(key);
-        return {};
-    }
-    return ValueBuilder(unarchiver_->table_).value(found.kind, found.payload);
+    if (ok)
+        return found;
+    failKind(key);
+    return {Kind::Absent, 0};
+}
+
+ArchiveValue ArchivedObject::decodeValue(QLatin1String key, ArchiveKinds kinds,
+                                         ArchiveClassNames classes) const
+{
+    const auto [kind, payload] = itemOfKinds(key, kinds, classes);
+    return ValueBuilder(unarchiver_->table_).value(kind, payload);
+}
+
+ArchivedValue ArchivedObject::valueInPlace(QLatin1String key, ArchiveKinds kinds,
+                                           ArchiveClassNames classes) const
+{
+    const auto [kind, payload] = itemOfKinds(key, kinds, classes);
+    return {unarchiver_->table_, kind, payload};
 }

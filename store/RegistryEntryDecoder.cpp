@@ -5,16 +5,23 @@
 #include "store/PropertyListReader.h"
 #include "store/SnapshotLimits.h"
 
+
 namespace {
-// Null when the value is no dictionary. Plane tables are sorted, and filling them in another order
-// takes time with the square of the planes.
-const ArchiveDictionary *sortedByKey(ArchiveValue &value)
+using Members = std::vector<std::pair<const QString *, ArchivedValue>>;
+
+// Plane tables are sorted, and filling them in another order takes time with the square of the
+// planes.
+Members sortedByKey(const ArchivedValue &dictionary)
 {
-    auto *dictionary = std::get_if<ArchiveDictionary>(&value);
-    if (dictionary)
-        std::sort(dictionary->begin(), dictionary->end(),
-                  [](const auto &a, const auto &b) { return a.key < b.key; });
-    return dictionary;
+    Members members;
+    dictionary.forEachMember([&](const QString &key, const ArchivedValue &value) {
+        members.emplace_back(&key, value);
+        return true;
+    });
+    const auto isBefore = [](const auto &a, const auto &b) { return *a.first < *b.first; };
+    if (!std::is_sorted(members.begin(), members.end(), isBefore))
+        std::sort(members.begin(), members.end(), isBefore);
+    return members;
 }
 } // namespace
 
@@ -82,22 +89,41 @@ bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, TavRegistry
     entry.bundleID_ = object.decodeString(EntryKey::bundleID);
     if (!isDecoded(entry.bundleID_, "bundleID"))
         return false;
-    entry.inheritance_ = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
-    if (!succeeded("inheritance"))
+    if (!decodeInheritance(object, entry))
         return false;
-    if (!SnapshotLimits::allowClasses(entry.inheritance_))
-        return fail("inheritance", "too many classes, or names that are too long");
     entry.name_ = object.decodeString(EntryKey::name);
     if (!isDecoded(entry.name_, "name"))
         return false;
-    if (!setNames(entry.namesInPlanes_, object.decodeValue(EntryKey::namesInPlanes, table)))
+    if (!setNames(entry.namesInPlanes_, object.valueInPlace(EntryKey::namesInPlanes, table)))
         return fail("namesInPlanes", "not a table of names");
     entry.location_ = object.decodeString(EntryKey::location);
     if (!isDecoded(entry.location_, "location"))
         return false;
     return setNames(entry.locationsInPlanes_,
-                    object.decodeValue(EntryKey::locationsInPlanes, table)) ||
+                    object.valueInPlace(EntryKey::locationsInPlanes, table)) ||
            fail("location", "not a table of locations");
+}
+
+bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, TavRegistryEntry &entry)
+{
+    entry.inheritance_ = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
+    if (!succeeded("inheritance"))
+        return false;
+    if (entry.inheritance_.isEmpty())
+        return true;
+    QStringList &shared = inheritances_[entry.inheritance_.constFirst()];
+    // The strings of an archive are shared, and comparing long ones again and again would take long.
+    const auto isSame = [](const QString &a, const QString &b) {
+        return a.constData() == b.constData() && a.size() == b.size();
+    };
+    if (std::equal(shared.begin(), shared.end(), entry.inheritance_.begin(),
+                   entry.inheritance_.end(), isSame)) {
+        entry.inheritance_ = shared;
+        return true;
+    }
+    shared = entry.inheritance_;
+    return SnapshotLimits::allowClasses(shared) ||
+           fail("inheritance", "too many classes, or names that are too long");
 }
 
 // Relatives have no message of their own; they share the one of the location.
@@ -107,7 +133,7 @@ bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, TavRegi
     const auto decode = [&](PlaneTable<EntryList> &relatives, PlaneLinks &links,
                             QLatin1String key) {
         return setRelatives(relatives, links, object.reference().index,
-                            object.decodeValue(key, table, ArchiveClassName::entry)) ||
+                            object.valueInPlace(key, table, ArchiveClassName::entry)) ||
                fail("location", "not a table of entries of the store");
     };
     return decode(entry.childrenInPlanes_, childLinks_, EntryKey::childrenInPlanes) &&
@@ -153,9 +179,13 @@ bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object
         return fail(EntryKey::registryState.data(), "unknown state of an entry");
     entry.registryState_ = static_cast<RegistryState>(state);
     const auto root = object.decodeReference(EntryKey::properties, ArchiveClassName::property);
-    if (root)
-        entry.setProperties(properties_.decode(*root, object.reference(), entry));
-    return entry.properties_ || fail("properties", nullptr);
+    auto properties = root ? properties_.decode(*root, object.reference(), entry)
+                           : PropertyTreeDecoder::Decoded();
+    if (properties.tree)
+        entry.setTree(std::move(properties.tree));
+    else
+        entry.setTable(properties.table, QDateTime());
+    return entry.hasProperties() || fail("properties", nullptr);
 }
 
 // An entry without readable bytes simply has no properties.
@@ -173,62 +203,62 @@ bool RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &obj
     if (object.containsData(EntryKey::properties)) {
         const RegistryValue table =
             PropertyListReader::read(object.decodeData(EntryKey::properties));
-        entry.setProperties(TavRegistryProperty::create(TavRegistryEntry::currentPropertyClass(),
-                                                        entry.shared_from_this(), {}, nullptr, {},
-                                                        0, table));
+        entry.setTable(table, QDateTime::currentDateTimeUtc());
     }
-    if (entry.properties_)
-        entry.properties_->clearIsNew();
     return succeeded("properties");
 }
 
-bool RegistryEntryDecoder::setNames(PlaneTable<CompactString> &table, ArchiveValue value)
+bool RegistryEntryDecoder::setNames(PlaneNames &names, const ArchivedValue &value)
 {
-    const ArchiveDictionary *names = sortedByKey(value);
-    if (!names)
+    if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
-    for (const auto &[plane, member] : *names) {
-        const auto *name = member.get<QString>();
-        if (!name || !SnapshotLimits::allowName(*name) || !SnapshotLimits::allowName(plane))
+    PlaneNames::Strings planes;
+    PlaneNames::Strings texts;
+    for (const auto &[plane, member] : sortedByKey(value)) {
+        const QString *const name = member.string();
+        if (!name || !SnapshotLimits::allowName(*name) || !SnapshotLimits::allowName(*plane))
             return false;
-        table[plane] = CompactString(*name);
+        planes.emplace_back(*plane);
+        texts.emplace_back(*name);
     }
+    names.assign(std::move(planes), texts);
     return true;
 }
 
 bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links,
-                                        quint32 entry, ArchiveValue value)
+                                        quint32 entry, const ArchivedValue &value)
 {
-    const ArchiveDictionary *planes = sortedByKey(value);
-    if (!planes)
+    if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
-    for (const auto &[plane, member] : *planes) {
-        const auto *list = member.get<ArchiveList>();
-        if (!list || !SnapshotLimits::allowName(plane) || !readRelatives(*list))
+    const Members planes = sortedByKey(value);
+    table.reserve(planes.size());
+    for (const auto &[plane, list] : planes) {
+        if (!list.isList() || !SnapshotLimits::allowName(*plane) || !readRelatives(list))
             return false;
-        links.add(plane, entry, relatives_);
+        links.add(*plane, entry, relatives_);
         EntryList::Entries entries;
+        entries.reserve(relatives_.size());
         for (const quint32 relative : relatives_)
             entries.push_back(entries_[relative]);
-        table[plane].setOrder(std::move(entries));
+        table[*plane].setOrder(std::move(entries));
     }
     return true;
 }
 
 // Into relatives_: entries of the store, none of them twice.
-bool RegistryEntryDecoder::readRelatives(const ArchiveList &list)
+bool RegistryEntryDecoder::readRelatives(const ArchivedValue &list)
 {
     ++listCount_;
     relatives_.clear();
-    for (const ArchiveValue &element : list) {
-        const auto *reference = element.get<ArchiveReference>();
+    return list.forEachElement([this](const ArchivedValue &element) {
+        const auto reference = element.reference();
         if (!reference || reference->index >= entries_.size() || !entries_[reference->index] ||
             lastList_[reference->index] == listCount_)
             return false;
         lastList_[reference->index] = listCount_;
         relatives_.push_back(reference->index);
-    }
-    return true;
+        return true;
+    });
 }
 
 bool RegistryEntryDecoder::isDecoded(const QString &name, const char *what)

@@ -22,10 +22,11 @@ private:
     bool decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeOldStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool setNames(PlaneTable<CompactString> &table, ArchiveValue value);
+    bool decodeInheritance(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool setNames(PlaneNames &names, const ArchivedValue &value);
     bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
-                      ArchiveValue value);
-    bool readRelatives(const ArchiveList &list);
+                      const ArchivedValue &value);
+    bool readRelatives(const ArchivedValue &list);
     void check(const PlaneLinks &links);
     bool isDecoded(const QString &name, const char *what);
     bool succeeded(const char *what);
@@ -38,6 +39,7 @@ private:
     std::vector<quint64> lastList_;
     quint64 listCount_ = 0;
     std::vector<quint32> relatives_; // of the current list
+    QHash<QString, QStringList> inheritances_; // by the class: entries share them
     std::size_t entryCount_ = 0;
     PlaneLinks childLinks_{PlaneLinks::Direction::ToChildren};
     PlaneLinks parentLinks_{PlaneLinks::Direction::ToParents};
