@@ -11,7 +11,7 @@ class ArchiveReader
 public:
     using Report = std::function<void(double part)>; // from time to time; it may throw
 
-    ArchiveReader(const QByteArray &bytes, Report report);
+    ArchiveReader(const QByteArray &bytes, Report report); // null: none
 
     bool read(ArchiveTable &table); // the table is of use only when that succeeds
     // Whether reading failed because a later version of this program may be able to.

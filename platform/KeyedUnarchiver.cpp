@@ -3,14 +3,24 @@
 KeyedUnarchiver::KeyedUnarchiver(const QByteArray &bytes, const ArchiveReader::Report &report)
 {
     ArchiveReader reader(bytes, report);
-    if (!reader.read(table_))
+    const auto table = std::make_shared<ArchiveTable>();
+    if (!reader.read(*table))
         fail(reader.errorString(), {});
+    shapes_ = std::move(table->shapes);
+    table_ = table;
     isOfNewerFormat_ = reader.isOfNewerFormat();
 }
 
+KeyedUnarchiver::KeyedUnarchiver(const KeyedUnarchiver &archive, Silently)
+    : table_(archive.table_)
+    , shapes_(archive.shapes_)
+    , isOfNewerFormat_(archive.isOfNewerFormat_)
+    , isSilent_(true)
+{}
+
 ArchivedObject KeyedUnarchiver::object(ArchiveReference reference)
 {
-    Q_ASSERT(reference.index < table_.objects.size());
+    Q_ASSERT(reference.index < table_->objects.size());
     return ArchivedObject(*this, reference);
 }
 

@@ -19,9 +19,15 @@ private:
     bool decodeStore();
     bool checkVersion() const;
     bool succeeded(QLatin1String key) const; // logs the key if not
+    using References = std::vector<ArchiveReference>;
+
     bool decodeEntries();
+    bool decodeOnOneThread(const References &entries);
+    bool decodeOnTwoThreads(const References &entries); // logs nothing
+    template<class Decode>
+    bool decodeEach(const References &entries, Decode decode);
     bool decodePlanes();
-    bool makeEntries(const std::vector<ArchiveReference> &references);
+    bool makeEntries(const References &references);
 
     KeyedUnarchiver &unarchiver_;
     WorkProgress &progress_;

@@ -5,7 +5,6 @@
 #include "store/PropertyListReader.h"
 #include "store/SnapshotLimits.h"
 
-
 namespace {
 using Members = std::vector<std::pair<const QString *, ArchivedValue>>;
 
@@ -33,21 +32,41 @@ RegistryEntryDecoder::RegistryEntryDecoder(KeyedUnarchiver &unarchiver,
     , lastList_(entries.size())
 {}
 
-bool RegistryEntryDecoder::decode(ArchiveReference reference)
+qint32 RegistryEntryDecoder::versionOf(const ArchivedObject &object)
+{
+    const qint32 unmarked = object.contains(EntryKey::dataStore) ? 2 : 1;
+    return object.decodeInteger<qint32>(EntryKey::version, unmarked);
+}
+
+bool RegistryEntryDecoder::decodeFacts(ArchiveReference reference)
 {
     const ArchivedObject object = unarchiver_.object(reference);
     TavRegistryEntry &entry = *entries_[reference.index];
     ++entryCount_;
-    const qint32 unmarked = object.contains(EntryKey::dataStore) ? 2 : 1;
-    const auto version = object.decodeInteger<qint32>(EntryKey::version, unmarked);
+    const qint32 version = versionOf(object);
     if (version > TavRegistryEntry::classVersion || !succeeded(EntryKey::version.data()))
         return false;
     if (!decodeDates(object, entry) || !decodeNames(object, entry) ||
         !decodeRelations(object, entry) || !decodeCountsAndFlags(object, entry))
         return false;
-    if (version == TavRegistryEntry::classVersion)
-        return decodeStateAndProperties(object, entry);
-    return decodeOldStateAndProperties(object, entry);
+    return version == TavRegistryEntry::classVersion ? decodeState(object, entry)
+                                                     : decodeOldState(object, entry);
+}
+
+bool RegistryEntryDecoder::decodeProperties(ArchiveReference reference)
+{
+    const ArchivedObject object = unarchiver_.object(reference);
+    TavRegistryEntry &entry = *entries_[reference.index];
+    if (versionOf(object) < TavRegistryEntry::classVersion)
+        return decodeOldProperties(object, entry);
+    const auto root = object.decodeReference(EntryKey::properties, ArchiveClassName::property);
+    auto properties = root ? properties_.decode(*root, object.reference(), entry)
+                           : PropertyTreeDecoder::Decoded();
+    if (properties.tree)
+        entry.setTree(std::move(properties.tree));
+    else
+        entry.setTable(properties.table, QDateTime());
+    return entry.hasProperties() || fail("properties", nullptr);
 }
 
 bool RegistryEntryDecoder::finish()
@@ -106,23 +125,32 @@ bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, TavRegistry
 
 bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, TavRegistryEntry &entry)
 {
+    const ArchivedValue list =
+        object.valueInPlace(EntryKey::inheritance, ArchiveKind::List | ArchiveKind::String);
+    identities_.clear();
+    const auto note = [this](const ArchivedValue &name) {
+        identities_.push_back(name.identity());
+        return name.string() != nullptr;
+    };
+    if (!list.isList() || !list.forEachElement(note) || identities_.empty())
+        return decodeNewInheritance(object, entry);
+    Inheritance &known = inheritances_[identities_.front()];
+    if (known.identities != identities_) {
+        if (!decodeNewInheritance(object, entry))
+            return false;
+        known = {identities_, entry.inheritance_};
+    }
+    entry.inheritance_ = known.classes;
+    return true;
+}
+
+bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object,
+                                                TavRegistryEntry &entry)
+{
     entry.inheritance_ = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
     if (!succeeded("inheritance"))
         return false;
-    if (entry.inheritance_.isEmpty())
-        return true;
-    QStringList &shared = inheritances_[entry.inheritance_.constFirst()];
-    // The strings of an archive are shared, and comparing long ones again and again would take long.
-    const auto isSame = [](const QString &a, const QString &b) {
-        return a.constData() == b.constData() && a.size() == b.size();
-    };
-    if (std::equal(shared.begin(), shared.end(), entry.inheritance_.begin(),
-                   entry.inheritance_.end(), isSame)) {
-        entry.inheritance_ = shared;
-        return true;
-    }
-    shared = entry.inheritance_;
-    return SnapshotLimits::allowClasses(shared) ||
+    return SnapshotLimits::allowClasses(entry.inheritance_) ||
            fail("inheritance", "too many classes, or names that are too long");
 }
 
@@ -166,8 +194,7 @@ bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
     return true;
 }
 
-bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object,
-                                                    TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeState(const ArchivedObject &object, TavRegistryEntry &entry)
 {
     const auto store = object.decodeReference(EntryKey::dataStore, ArchiveClassName::dataStore);
     if (store != KeyedUnarchiver::root)
@@ -178,19 +205,10 @@ bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object
     if (state > RegistryStateTerminated)
         return fail(EntryKey::registryState.data(), "unknown state of an entry");
     entry.registryState_ = static_cast<RegistryState>(state);
-    const auto root = object.decodeReference(EntryKey::properties, ArchiveClassName::property);
-    auto properties = root ? properties_.decode(*root, object.reference(), entry)
-                           : PropertyTreeDecoder::Decoded();
-    if (properties.tree)
-        entry.setTree(std::move(properties.tree));
-    else
-        entry.setTable(properties.table, QDateTime());
-    return entry.hasProperties() || fail("properties", nullptr);
+    return true;
 }
 
-// An entry without readable bytes simply has no properties.
-bool RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &object,
-                                                       TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeOldState(const ArchivedObject &object, TavRegistryEntry &entry)
 {
     if (object.decodeBoolean(EntryKey::isNew))
         entry.registryState_ = RegistryStateNew;
@@ -198,13 +216,16 @@ bool RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &obj
         return false;
     if (object.decodeBoolean(EntryKey::terminationAcknowledged))
         entry.registryState_ = RegistryStateTerminated;
-    if (!succeeded(EntryKey::terminationAcknowledged.data()))
-        return false;
-    if (object.containsData(EntryKey::properties)) {
-        const RegistryValue table =
-            PropertyListReader::read(object.decodeData(EntryKey::properties));
-        entry.setTable(table, QDateTime::currentDateTimeUtc());
-    }
+    return succeeded(EntryKey::terminationAcknowledged.data());
+}
+
+// An entry without readable bytes simply has no properties.
+bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
+                                               TavRegistryEntry &entry)
+{
+    if (object.containsData(EntryKey::properties))
+        entry.setTable(PropertyListReader::read(object.decodeData(EntryKey::properties)),
+                       QDateTime::currentDateTimeUtc());
     return succeeded("properties");
 }
 
