@@ -10,16 +10,16 @@ QStringView textOf(const CompactString &text)
 } // namespace
 
 // Of the sets of planes that came last; others than a few are rare.
-std::shared_ptr<const PlaneNames::Strings> PlaneNames::shared(Strings planes)
+PlaneNames::PlanesRef PlaneNames::shared(Strings planes)
 {
-    static thread_local std::array<std::shared_ptr<const Strings>, 64> known;
+    static thread_local std::array<PlanesRef, 64> known;
     std::size_t hash = planes.size();
     for (const CompactString &plane : planes)
         hash = qHash(textOf(plane), hash);
     auto &slot = known[hash % known.size()];
-    if (!slot || *slot != planes) {
+    if (!slot || slot->names != planes) {
         planes.shrink_to_fit();
-        slot = std::make_shared<const Strings>(std::move(planes));
+        slot = PlanesRef(new Planes(std::move(planes)));
     }
     return slot;
 }
@@ -29,17 +29,17 @@ std::size_t PlaneNames::lowerBound(const QString &plane) const
     if (!planes_)
         return 0;
     // Names of planes share their text, so most comparisons end at once.
-    const auto found = std::lower_bound(planes_->begin(), planes_->end(), plane,
+    const auto found = std::lower_bound(planes_->names.begin(), planes_->names.end(), plane,
                                         [](const CompactString &known, const QString &sought) {
                                             return known.data() != sought.constData() &&
                                                    textOf(known) < sought;
                                         });
-    return static_cast<std::size_t>(found - planes_->begin());
+    return static_cast<std::size_t>(found - planes_->names.begin());
 }
 
 bool PlaneNames::isAt(std::size_t index, const QString &plane) const
 {
-    return index < size() && textOf((*planes_)[index]) == plane;
+    return index < size() && textOf(planes_->names[index]) == plane;
 }
 
 const CompactString *PlaneNames::find(const QString &plane) const
@@ -71,7 +71,7 @@ void PlaneNames::insert(std::size_t index, const QString &plane, const CompactSt
     Strings planes;
     Strings names;
     for (std::size_t i = 0; i < size(); ++i) {
-        planes.push_back((*planes_)[i]);
+        planes.push_back(planes_->names[i]);
         names.push_back(this->name(i));
     }
     const auto place = static_cast<Strings::difference_type>(index);
@@ -89,7 +89,7 @@ void PlaneNames::assign(Strings planes, const Strings &names)
         std::copy(names.begin(), names.end(), each_.get());
         all_ = {};
     }
-    planes_ = planes.empty() ? nullptr : shared(std::move(planes));
+    planes_ = planes.empty() ? PlanesRef() : shared(std::move(planes));
 }
 
 bool PlaneNames::areAllAt(const QChar *text) const

@@ -2,6 +2,7 @@
 
 #include "platform/CompactArray.h"
 
+#include <QSharedData>
 #include <memory>
 #include <vector>
 
@@ -17,8 +18,8 @@ public:
     // All at once, the planes sorted and none twice.
     void assign(Strings planes, const Strings &names);
 
-    std::size_t size() const { return planes_ ? planes_->size() : 0; }
-    QString plane(std::size_t index) const { return (*planes_)[index].toOwner(); }
+    std::size_t size() const { return planes_ ? planes_->names.size() : 0; }
+    QString plane(std::size_t index) const { return planes_->names[index].toOwner(); }
     const CompactString &name(std::size_t index) const { return each_ ? each_[index] : all_; }
     bool areAllAt(const QChar *text) const; // whether every name is the very same one
 
@@ -26,9 +27,17 @@ private:
     std::size_t lowerBound(const QString &plane) const;
     bool isAt(std::size_t index, const QString &plane) const;
     void insert(std::size_t index, const QString &plane, const CompactString &name);
-    static std::shared_ptr<const Strings> shared(Strings planes);
+    struct Planes : QSharedData
+    {
+        explicit Planes(Strings sorted)
+            : names(std::move(sorted))
+        {}
+        Strings names;
+    };
+    using PlanesRef = QExplicitlySharedDataPointer<Planes>;
+    static PlanesRef shared(Strings planes);
 
-    std::shared_ptr<const Strings> planes_; // null: none
+    PlanesRef planes_; // null: none
     CompactString all_;
     std::unique_ptr<CompactString[]> each_; // null: all have the one above
 };

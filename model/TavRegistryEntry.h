@@ -34,7 +34,6 @@ public:
         Registered = 4,
         Matched = 8,
         Active = 16,
-        MatchesLastQuery = 32,
     };
     static constexpr int classVersion = 2;
 
@@ -87,6 +86,7 @@ public:
     TavRegistryProperty *properties() const { return propertiesRef().get(); }
     const PropertyRef &propertiesRef() const;
     bool hasProperties() const { return properties_ || !table_.isNone(); }
+    bool isTreeHeld() const { return properties_.use_count() > 1; } // by others, too
     bool hasTree() const { return properties_ != nullptr; } // made already
     void dropUnusedTree(); // one that was made lately, and can be made again
 
@@ -146,8 +146,8 @@ public:
     bool containsPropertyName(const QString &name, bool substring) const;
     bool containsPropertyStringValue(const QString &text, bool substring) const;
     bool containsPropertyNumberValue(const RegistryValue &) const { return false; }
-    void setMatchesLastQuery(bool matches) { setFlag(MatchesLastQuery, matches); }
-    bool matchesLastQuery() const { return flags_ & MatchesLastQuery; }
+    void setMatchesLastQuery(bool matches) { matchesLastQuery_ = matches; }
+    bool matchesLastQuery() const { return matchesLastQuery_; }
     void setDescendantMatchesLastQuery(bool matches, const QString &plane);
     bool descendantMatchesLastQueryInPlane(const QString &plane) const;
     void resetForQuery();
@@ -191,6 +191,8 @@ private:
     quint32 busyCount_ = 0;
     quint32 kernelRetainCount_ = 0;
     quint8 flags_ = 0;
+    // No flag, for a search on another thread writes it while flags are read.
+    bool matchesLastQuery_ = false;
     bool matchesInAnyPlane_ = false; // by what is the same in every plane; as of answeredQuery_
     quint32 answeredQuery_ = 0;
     quint32 visitedWalk_ = 0;     // of an order of one plane

@@ -9,8 +9,8 @@ void LongWork::setDisplayFactory(DisplayFactory factory)
     makeDisplay = std::move(factory);
 }
 
-LongWork::LongWork(const QString &title)
-    : display_(makeDisplay ? makeDisplay(title) : nullptr)
+LongWork::LongWork(const QString &title, Length length)
+    : display_(makeDisplay ? makeDisplay(title, length) : nullptr)
 {}
 
 LongWork::~LongWork() = default;

@@ -24,10 +24,13 @@ public:
 class LongWork
 {
 public:
-    using DisplayFactory = std::function<std::unique_ptr<WorkDisplay>(const QString &title)>;
+    // Work that is known to take long is shown at once, other work after half a second.
+    enum class Length : quint8 { Unknown, Long };
+    using DisplayFactory =
+        std::function<std::unique_ptr<WorkDisplay>(const QString &title, Length length)>;
     static void setDisplayFactory(DisplayFactory factory); // null: none
 
-    explicit LongWork(const QString &title);
+    explicit LongWork(const QString &title, Length length = Length::Unknown);
     ~LongWork();
     LongWork(const LongWork &) = delete;
     LongWork &operator=(const LongWork &) = delete;

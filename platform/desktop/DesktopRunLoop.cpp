@@ -23,7 +23,9 @@ DesktopRunLoop::DesktopRunLoop(RunLoop &loop)
     loop_.setModeTest(isInDefaultMode);
     loop_.setWaitDisplay(this);
     LongWork::setDisplayFactory(
-        [](const QString &title) { return std::make_unique<WorkDialog>(title); });
+        [](const QString &title, LongWork::Length length) {
+            return std::make_unique<WorkDialog>(title, length);
+        });
     qApp->installEventFilter(this);
 }
 

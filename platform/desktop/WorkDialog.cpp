@@ -18,8 +18,9 @@ constexpr std::chrono::milliseconds unnoticed(500);
 constexpr std::chrono::milliseconds betweenSteps(50);
 } // namespace
 
-WorkDialog::WorkDialog(const QString &title)
+WorkDialog::WorkDialog(const QString &title, LongWork::Length length)
     : title_(title)
+    , length_(length)
 {}
 
 WorkDialog::~WorkDialog()
@@ -57,7 +58,7 @@ void WorkDialog::wait(QThread &thread, WorkProgress &progress)
         loop.quit();
     });
     thread.start();
-    {
+    if (length_ != LongWork::Length::Long) {
         const BusyCursor busy;
         QTimer::singleShot(unnoticed, &loop, &QEventLoop::quit);
         loop.exec(QEventLoop::ExcludeUserInputEvents);

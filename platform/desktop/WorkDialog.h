@@ -11,7 +11,7 @@ class QThread;
 class WorkDialog : public WorkDisplay
 {
 public:
-    explicit WorkDialog(const QString &title);
+    WorkDialog(const QString &title, LongWork::Length length);
     ~WorkDialog() override;
 
     void run(const Work &work) override;
@@ -21,5 +21,6 @@ private:
     void show();
 
     QString title_;
+    LongWork::Length length_;
     QPointer<QProgressDialog> dialog_; // goes with the window that it stands over, too
 };
