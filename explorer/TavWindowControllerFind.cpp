@@ -12,7 +12,7 @@
 #include "store/TavDataStore.h"
 
 namespace {
-constexpr std::size_t takesLong = 300'000; // entries to search and to show
+constexpr std::size_t takesLong = 50'000; // entries to search and to show
 } // namespace
 
 FindState TavWindowController::findStateForRegistryEntry(const TavRegistryEntry &entry) const
@@ -47,13 +47,13 @@ void TavWindowController::find()
 void TavWindowController::findWithString(const QString &text)
 {
     const std::optional<TavRegistryEntryPath> selected = selectedEntryPath_;
-    const bool isLong = dataStore_->registryEntries().size() >= takesLong;
-    LongWork work(tr("Searching…"),
-                  isLong ? LongWork::Length::Long : LongWork::Length::Unknown);
-    if (isLong)
-        findObjectsMatching(text, work);
-    else
+    std::optional<LongWork> work; // until all is shown
+    if (dataStore_->registryEntries().size() >= takesLong) {
+        work.emplace(tr("Searching…"), LongWork::Kind::Moment);
+        findObjectsMatching(text, *work);
+    } else {
         findObjectsMatching(text);
+    }
     registryOutlineView_->reloadData();
     registryBrowser_->reloadColumn(0);
     if (foundObjects_)
@@ -72,17 +72,15 @@ void TavWindowController::findObjectsMatching(const QString &query)
     showFound(query, std::move(found), std::move(parents));
 }
 
-// One that the user ends finds nothing, and is no search.
 void TavWindowController::findObjectsMatching(const QString &query, LongWork &work)
 {
     EntrySet found;
     QHash<QString, EntrySet> parents;
-    const bool isDone = work.run([&](WorkProgress &progress) {
+    work.run([&](WorkProgress &) {
         if (isQuery(query))
             dataStore_->runQuery(query, findOptions_, &found, &parents);
-        progress.reach(1);
     });
-    showFound(isDone ? query : QString(), std::move(found), std::move(parents));
+    showFound(query, std::move(found), std::move(parents));
 }
 
 bool TavWindowController::isQuery(const QString &query) const
@@ -91,8 +89,7 @@ bool TavWindowController::isQuery(const QString &query) const
 }
 
 // Takes a copy of the query, which may be the one that is kept.
-void TavWindowController::showFound(QString query, EntrySet found,
-                                    QHash<QString, EntrySet> parents)
+void TavWindowController::showFound(QString query, EntrySet found, QHash<QString, EntrySet> parents)
 {
     endSearch();
     if (isQuery(query)) {

@@ -44,8 +44,8 @@ private:
     FindOptions options_;
     TextSearch search_;
     bool asksForLocation_;
-    quint32 settled_; // marks entries whose answer is the same in every plane
-    quint32 open_;    // marks those whose name in the plane decides
+    quint32 settled_;                 // marks entries whose answer is the same in every plane
+    quint32 open_;                    // marks those whose name in the plane decides
     mutable QByteArrayView lastKeys_; // that were looked at
     mutable bool lastKeysMatch_ = false;
     QString seam_; // put together of name and location

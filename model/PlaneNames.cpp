@@ -29,11 +29,11 @@ std::size_t PlaneNames::lowerBound(const QString &plane) const
     if (!planes_)
         return 0;
     // Names of planes share their text, so most comparisons end at once.
-    const auto found = std::lower_bound(planes_->names.begin(), planes_->names.end(), plane,
-                                        [](const CompactString &known, const QString &sought) {
-                                            return known.data() != sought.constData() &&
-                                                   textOf(known) < sought;
-                                        });
+    const auto found =
+        std::lower_bound(planes_->names.begin(), planes_->names.end(), plane,
+                         [](const CompactString &known, const QString &sought) {
+                             return known.data() != sought.constData() && textOf(known) < sought;
+                         });
     return static_cast<std::size_t>(found - planes_->names.begin());
 }
 

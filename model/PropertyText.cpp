@@ -80,8 +80,7 @@ public:
     void finish(PropertyText &text) const
     {
         text.keys_ = sharedBytes(keys_);
-        text.strings_ =
-            CompactBytes(QByteArray(strings_.constData(), strings_.size()));
+        text.strings_ = CompactBytes(QByteArray(strings_.constData(), strings_.size()));
         text.isWhole_ = isWhole_;
     }
 

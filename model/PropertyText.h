@@ -7,10 +7,10 @@
 class RegistryValue;
 class TavRegistryProperty;
 
-// All keys and all strings of one property tree, folded so that case does not matter: a search reads
-// them many times faster than it could walk the tree. What is in sets is left out. So are texts that
-// would make it large for the number of nodes: many nodes may share one long text, which is to be
-// looked for in the tree then.
+// All keys and all strings of one property tree, folded so that case does not matter: a search
+// reads them many times faster than it could walk the tree. What is in sets is left out. So are
+// texts that would make it large for the number of nodes: many nodes may share one long text, which
+// is to be looked for in the tree then.
 class PropertyText
 {
 public:

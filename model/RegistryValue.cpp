@@ -293,7 +293,7 @@ bool operator==(const RegistryValue &a, const RegistryValue &b)
     case Type::Array:
     case Type::Set:
         return a.payload_ == b.payload_ || std::equal(a.elements().begin(), a.elements().end(),
-                                                b.elements().begin(), b.elements().end());
+                                                      b.elements().begin(), b.elements().end());
     case Type::String:
         return a.text_ == b.text_ ? a.size_ == b.size_ : a.stringView() == b.stringView();
     case Type::Data:

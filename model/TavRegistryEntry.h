@@ -87,7 +87,7 @@ public:
     const PropertyRef &propertiesRef() const;
     bool hasProperties() const { return properties_ || !table_.isNone(); }
     bool isTreeHeld() const { return properties_.use_count() > 1; } // by others, too
-    bool hasTree() const { return properties_ != nullptr; } // made already
+    bool hasTree() const { return properties_ != nullptr; }         // made already
     void dropUnusedTree(); // one that was made lately, and can be made again
 
     const QString &bundleID() const { return bundleID_; } // null: none

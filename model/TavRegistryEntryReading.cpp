@@ -134,10 +134,9 @@ const PropertyRef &TavRegistryEntry::propertiesRef() const
 {
     if (properties_ || table_.isNone())
         return properties_;
-    properties_ = TavRegistryProperty::create(currentPropertyClass(),
-                                              std::const_pointer_cast<TavRegistryEntry>(
-                                                  shared_from_this()),
-                                              {}, nullptr, {}, 0, table_);
+    properties_ = TavRegistryProperty::create(
+        currentPropertyClass(), std::const_pointer_cast<TavRegistryEntry>(shared_from_this()), {},
+        nullptr, {}, 0, table_);
     properties_->clearIsNew();
     properties_->noteRead(dateRead_);
     return properties_;

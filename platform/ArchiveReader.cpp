@@ -8,6 +8,14 @@ using Type = CborReader::Type;
 
 namespace {
 constexpr std::size_t betweenReports = 4096; // in objects
+constexpr qsizetype worthAThread = qsizetype(1) << 20;
+
+QByteArray digestOf(QByteArrayView bytes)
+{
+    QCryptographicHash hash(ArchiveFormat::digest);
+    hash.addData(bytes);
+    return hash.result();
+}
 }
 
 ArchiveReader::ArchiveReader(const QByteArray &bytes, Report report)
@@ -16,6 +24,9 @@ ArchiveReader::ArchiveReader(const QByteArray &bytes, Report report)
     , input_(bytes_)
     , values_(input_, table_)
 {
+    if (bytes_.size() >= worthAThread)
+        digest_ = std::async(std::launch::async, digestOf,
+                             QByteArrayView(bytes_).chopped(ArchiveFormat::digestedEnd));
     // About what a large archive needs, so that growing does not copy it again and again.
     const auto size = static_cast<std::size_t>(bytes_.size());
     table_.fields.reserve(size / 4);
@@ -127,7 +138,9 @@ bool ArchiveReader::readDigest()
     QByteArray digest;
     if (!input_.readBytes(digest))
         return false;
-    QCryptographicHash hash(ArchiveFormat::digest);
-    hash.addData(QByteArrayView(bytes_).first(digested));
-    return hash.result() == digest || input_.fail("the archive is damaged");
+    const bool isUsual = digested == bytes_.size() - ArchiveFormat::digestedEnd;
+    const QByteArray found = digest_.valid() && isUsual
+                                 ? digest_.get()
+                                 : digestOf(QByteArrayView(bytes_).first(digested));
+    return found == digest || input_.fail("the archive is damaged");
 }

@@ -3,6 +3,7 @@
 #include "platform/ArchiveValueReader.h"
 
 #include <functional>
+#include <future>
 
 // Takes the bytes of an archive apart. The bytes may be anything at all: time and memory are
 // proportional to their number, and nothing but a sound archive is accepted.
@@ -29,6 +30,7 @@ private:
     bool readDigest();
 
     QByteArray bytes_;
+    std::future<QByteArray> digest_; // of what a digest usually follows; invalid for a small archive
     Report report_; // null: none
     ArchiveInput input_;
     ArchiveTable table_;

@@ -129,9 +129,9 @@ bool ArchivedObject::isAllowed(quint64 object, ArchiveClassNames classes) const
         unarchiver_->shapes_[unarchiver_->table_->objects[object].shape];
     if (!classes.empty() && shape.allowedBy == classes.data())
         return true;
-    const bool isAllowed =
-        std::any_of(classes.begin(), classes.end(),
-                    [&](QLatin1String allowed) { return isSame(shape.className, allowed); });
+    const bool isAllowed = std::any_of(classes.begin(), classes.end(), [&](QLatin1String allowed) {
+        return isSame(shape.className, allowed);
+    });
     if (isAllowed)
         shape.allowedBy = classes.data();
     return isAllowed;

@@ -1,5 +1,7 @@
 #include "platform/KeyedUnarchiver.h"
 
+#include "platform/Disposal.h"
+
 KeyedUnarchiver::KeyedUnarchiver(const QByteArray &bytes, const ArchiveReader::Report &report)
 {
     ArchiveReader reader(bytes, report);
@@ -17,6 +19,12 @@ KeyedUnarchiver::KeyedUnarchiver(const KeyedUnarchiver &archive, Silently)
     , isOfNewerFormat_(archive.isOfNewerFormat_)
     , isSilent_(true)
 {}
+
+KeyedUnarchiver::~KeyedUnarchiver()
+{
+    if (objectCount() >= Disposal::worthwhile)
+        Disposal::later(std::const_pointer_cast<ArchiveTable>(std::move(table_)));
+}
 
 ArchivedObject KeyedUnarchiver::object(ArchiveReference reference)
 {

@@ -21,6 +21,7 @@ public:
     // The same archive on another thread, with an error of its own that nobody is to be told of.
     enum class Silently : quint8 { Yes };
     KeyedUnarchiver(const KeyedUnarchiver &archive, Silently);
+    ~KeyedUnarchiver();
     KeyedUnarchiver(const KeyedUnarchiver &) = delete;
     KeyedUnarchiver &operator=(const KeyedUnarchiver &) = delete;
 

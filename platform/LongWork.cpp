@@ -9,8 +9,8 @@ void LongWork::setDisplayFactory(DisplayFactory factory)
     makeDisplay = std::move(factory);
 }
 
-LongWork::LongWork(const QString &title, Length length)
-    : display_(makeDisplay ? makeDisplay(title, length) : nullptr)
+LongWork::LongWork(const QString &title, Kind kind)
+    : display_(makeDisplay ? makeDisplay(title, kind) : nullptr)
 {}
 
 LongWork::~LongWork() = default;

@@ -24,13 +24,14 @@ public:
 class LongWork
 {
 public:
-    // Work that is known to take long is shown at once, other work after half a second.
-    enum class Length : quint8 { Unknown, Long };
+    // Most work is shown after half a second, and the user may end it. Work of a moment or two is
+    // shown at once and cannot be ended: what the user types meanwhile stays where they type it.
+    enum class Kind : quint8 { Any, Moment };
     using DisplayFactory =
-        std::function<std::unique_ptr<WorkDisplay>(const QString &title, Length length)>;
+        std::function<std::unique_ptr<WorkDisplay>(const QString &title, Kind kind)>;
     static void setDisplayFactory(DisplayFactory factory); // null: none
 
-    explicit LongWork(const QString &title, Length length = Length::Unknown);
+    explicit LongWork(const QString &title, Kind kind = Kind::Any);
     ~LongWork();
     LongWork(const LongWork &) = delete;
     LongWork &operator=(const LongWork &) = delete;

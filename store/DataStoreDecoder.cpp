@@ -147,8 +147,7 @@ bool DataStoreDecoder::decodeOnTwoThreads(const References &entries)
     KeyedUnarchiver unarchiver(unarchiver_, KeyedUnarchiver::Silently::Yes);
     RegistryEntryDecoder decoder(unarchiver, entries_);
     const bool isSound =
-        decodeEach(entries,
-                   [&](ArchiveReference entry) { return decoder.decodeFacts(entry); }) &&
+        decodeEach(entries, [&](ArchiveReference entry) { return decoder.decodeFacts(entry); }) &&
         decoder.finish();
     isOver = !isSound;
     return properties.get() && isSound;

@@ -11,9 +11,8 @@ PropertyTreeDecoder::PropertyTreeDecoder(KeyedUnarchiver &unarchiver)
     , isClaimed_(unarchiver.objectCount())
 {}
 
-PropertyTreeDecoder::Decoded PropertyTreeDecoder::decode(ArchiveReference root,
-                                                         ArchiveReference entry,
-                                                         TavRegistryEntry &owner)
+PropertyTreeDecoder::Decoded
+PropertyTreeDecoder::decode(ArchiveReference root, ArchiveReference entry, TavRegistryEntry &owner)
 {
     if (!claim(root))
         return {};
@@ -113,9 +112,8 @@ bool PropertyTreeDecoder::isOfTable(const Node &node) const
 {
     using Type = RegistryValue::Type;
     constexpr quint32 deepest = 64; // values are freed level by level on the stack
-    const bool isSound =
-        node.isCollection ? node.type != Type::Null && node.depth < deepest
-                          : !node.value.isCollection();
+    const bool isSound = node.isCollection ? node.type != Type::Null && node.depth < deepest
+                                           : !node.value.isCollection();
     if (!isSound || node.state != RegistryStateUnchanged)
         return false;
     switch (node.parent ? nodes_[*node.parent].type : Type::None) {

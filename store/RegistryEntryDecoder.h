@@ -53,8 +53,9 @@ private:
         std::vector<quint64> identities; // of its strings
         QStringList classes;
     };
-    QHash<quint64, Inheritance> inheritances_; // by the first string, the last one: entries share them
-    std::vector<quint64> identities_;          // of the current list
+    QHash<quint64, Inheritance>
+        inheritances_;                // by the first string, the last one: entries share them
+    std::vector<quint64> identities_; // of the current list
     std::size_t entryCount_ = 0;
     PlaneLinks childLinks_{PlaneLinks::Direction::ToChildren};
     PlaneLinks parentLinks_{PlaneLinks::Direction::ToParents};

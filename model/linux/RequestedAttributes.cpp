@@ -25,7 +25,8 @@ void setMember(RegistryValue::Members &members, QByteArrayView path, RegistryVal
     const bool isThere = place != members.end() && place->key == member.key;
     if (slash >= 0) {
         const bool isFolder = isThere && place->value.type() == RegistryValue::Type::Dictionary;
-        RegistryValue::Members below = isFolder ? membersOf(place->value) : RegistryValue::Members();
+        RegistryValue::Members below =
+            isFolder ? membersOf(place->value) : RegistryValue::Members();
         setMember(below, path.sliced(slash + 1), std::move(member.value));
         member.value = RegistryValue::dictionary(std::move(below));
     }

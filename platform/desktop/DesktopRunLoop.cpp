@@ -22,10 +22,9 @@ DesktopRunLoop::DesktopRunLoop(RunLoop &loop)
 {
     loop_.setModeTest(isInDefaultMode);
     loop_.setWaitDisplay(this);
-    LongWork::setDisplayFactory(
-        [](const QString &title, LongWork::Length length) {
-            return std::make_unique<WorkDialog>(title, length);
-        });
+    LongWork::setDisplayFactory([](const QString &title, LongWork::Kind kind) {
+        return std::make_unique<WorkDialog>(title, kind);
+    });
     qApp->installEventFilter(this);
 }
 

@@ -18,9 +18,9 @@ constexpr std::chrono::milliseconds unnoticed(500);
 constexpr std::chrono::milliseconds betweenSteps(50);
 } // namespace
 
-WorkDialog::WorkDialog(const QString &title, LongWork::Length length)
+WorkDialog::WorkDialog(const QString &title, LongWork::Kind kind)
     : title_(title)
-    , length_(length)
+    , kind_(kind)
 {}
 
 WorkDialog::~WorkDialog()
@@ -58,11 +58,12 @@ void WorkDialog::wait(QThread &thread, WorkProgress &progress)
         loop.quit();
     });
     thread.start();
-    if (length_ != LongWork::Length::Long) {
-        const BusyCursor busy;
-        QTimer::singleShot(unnoticed, &loop, &QEventLoop::quit);
+    if (kind_ == LongWork::Kind::Moment) {
+        showMoment();
         loop.exec(QEventLoop::ExcludeUserInputEvents);
+        return;
     }
+    runUnnoticed(loop);
     if (hasEnded)
         return;
     show();
@@ -78,6 +79,24 @@ void WorkDialog::wait(QThread &thread, WorkProgress &progress)
     if (!hasEnded) // the program is to end
         progress.cancel();
     dialog_->findChild<QPushButton *>()->setEnabled(false);
+}
+
+void WorkDialog::runUnnoticed(QEventLoop &loop)
+{
+    const BusyCursor busy;
+    QTimer::singleShot(unnoticed, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+// The keys that are pressed meanwhile go where they went before.
+void WorkDialog::showMoment()
+{
+    dialog_ = new QProgressDialog(QApplication::activeWindow(), Qt::WindowDoesNotAcceptFocus);
+    dialog_->setAttribute(Qt::WA_ShowWithoutActivating);
+    dialog_->setCancelButton(nullptr);
+    dialog_->setRange(0, 0);
+    dialog_->setLabelText(visibleText(title_));
+    dialog_->show();
 }
 
 void WorkDialog::show()
