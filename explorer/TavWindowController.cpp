@@ -14,6 +14,7 @@
 #include "explorer/TavRegistryOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavRegistryOutlineViewDataSource.h"
+#include "platform/Disposal.h"
 #include "platform/PreferencesStore.h"
 #include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/FactField.h"
@@ -67,6 +68,14 @@ TavWindowController::~TavWindowController()
 {
     dataStore_->removeClient(this);
     findOptionsDrawer_->disconnect(this); // it is hidden as the window goes
+    if (dataStore_->registryEntries().size() < Disposal::worthwhile)
+        return;
+    // The views show the nodes.
+    splitViewAutosave_.reset();
+    planeMenu_.reset();
+    window_.reset();
+    for (auto &item : rootOutlineItemsInPlanes_)
+        Disposal::later(std::move(item));
 }
 
 void TavWindowController::loadWindow()

@@ -17,6 +17,7 @@ class ColumnBrowser;
 class FactField;
 class FoundEntryPaths;
 class IncompleteBar;
+class LongWork;
 class PlaneMenu;
 class QAction;
 class QCheckBox;
@@ -89,7 +90,7 @@ public:
     void beginFind();
     void find(); // what the field says
     void findWithString(const QString &text);
-    void findObjectsMatching(QString query);
+    void findObjectsMatching(const QString &query);
     void findStep();
     void findNext();
     void findPrev();
@@ -233,6 +234,9 @@ private:
     void setUpFind();
     void setFindShortcuts();
     std::array<std::pair<FindOption, QCheckBox *>, 8> findCheckboxes() const;
+    void findObjectsMatching(const QString &query, LongWork &work);
+    bool isQuery(const QString &query) const;
+    void showFound(QString query, EntrySet found, QHash<QString, EntrySet> parents);
     void updateFindStepper();
     bool canFindInAnyPlane() const;
     void endSearch();

@@ -3,12 +3,17 @@
 #include "explorer/TavFindTableViewDataSource.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
+#include "platform/LongWork.h"
 #include "platform/SystemBeep.h"
 #include "platform/desktop/ColumnBrowser.h"
 #include "platform/desktop/SearchField.h"
 #include "platform/desktop/Stepper.h"
 #include "platform/desktop/ViewNote.h"
 #include "store/TavDataStore.h"
+
+namespace {
+constexpr std::size_t takesLong = 50'000; // entries to search and to show
+} // namespace
 
 FindState TavWindowController::findStateForRegistryEntry(const TavRegistryEntry &entry) const
 {
@@ -42,7 +47,13 @@ void TavWindowController::find()
 void TavWindowController::findWithString(const QString &text)
 {
     const std::optional<TavRegistryEntryPath> selected = selectedEntryPath_;
-    findObjectsMatching(text);
+    std::optional<LongWork> work; // until all is shown
+    if (dataStore_->registryEntries().size() >= takesLong) {
+        work.emplace(tr("Searching…"), LongWork::Kind::Moment);
+        findObjectsMatching(text, *work);
+    } else {
+        findObjectsMatching(text);
+    }
     registryOutlineView_->reloadData();
     registryBrowser_->reloadColumn(0);
     if (foundObjects_)
@@ -52,15 +63,39 @@ void TavWindowController::findWithString(const QString &text)
     validateActions(); // siblings are those in sight
 }
 
+void TavWindowController::findObjectsMatching(const QString &query)
+{
+    EntrySet found;
+    QHash<QString, EntrySet> parents;
+    if (isQuery(query))
+        dataStore_->runQuery(query, findOptions_, &found, &parents);
+    showFound(query, std::move(found), std::move(parents));
+}
+
+void TavWindowController::findObjectsMatching(const QString &query, LongWork &work)
+{
+    EntrySet found;
+    QHash<QString, EntrySet> parents;
+    work.run([&](WorkProgress &) {
+        if (isQuery(query))
+            dataStore_->runQuery(query, findOptions_, &found, &parents);
+    });
+    showFound(query, std::move(found), std::move(parents));
+}
+
+bool TavWindowController::isQuery(const QString &query) const
+{
+    return !query.isEmpty() && findOptions_;
+}
+
 // Takes a copy of the query, which may be the one that is kept.
-void TavWindowController::findObjectsMatching(QString query)
+void TavWindowController::showFound(QString query, EntrySet found, QHash<QString, EntrySet> parents)
 {
     endSearch();
-    if (!query.isEmpty() && findOptions_) {
+    if (isQuery(query)) {
         findQuery_ = std::move(query);
-        foundObjects_.emplace();
-        dataStore_->runQuery(findQuery_, findOptions_, &*foundObjects_,
-                             &parentsOfFoundObjectsInPlanes_);
+        foundObjects_ = std::move(found);
+        parentsOfFoundObjectsInPlanes_ = std::move(parents);
         foundEntryPaths_ =
             std::make_unique<FoundEntryPaths>(*foundObjects_, dataStore_->registryPlanes());
         updateFindStepper();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSet>
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -18,7 +19,7 @@ public:
     ~EntryList() { noteChange(); }
 
     // Counts the changes of all lists, so that what was made of them can tell whether it holds.
-    static quint64 changes() { return changes_; }
+    static quint64 changes() { return changes_.load(std::memory_order_relaxed); }
 
     const Entries &entries() const { return entries_; }
     bool contains(TavRegistryEntry *entry) const;
@@ -40,9 +41,9 @@ public:
     void clear();
 
 private:
-    static void noteChange() { ++changes_; }
+    static void noteChange() { changes_.fetch_add(1, std::memory_order_relaxed); }
 
-    inline static quint64 changes_ = 0;
+    inline static std::atomic<quint64> changes_ = 0;
     Entries entries_;
     mutable std::unique_ptr<QSet<TavRegistryEntry *>> index_; // made on demand for long lists
 };

@@ -63,9 +63,9 @@ void EntryQuery::fetchProperties(const TavRegistryEntry &next) const
     if (!looksAt(FindOption::Keys) && !looksAt(FindOption::Values))
         return;
     constexpr qsizetype lineSize = 64;
-    constexpr qsizetype usualSize = 12 * lineSize;
+    constexpr qsizetype usualSize = 6 * lineSize;
     for (qsizetype at = 0; at < usualSize; at += lineSize)
-        __builtin_prefetch(next.propertyText_.both().data() + at);
+        __builtin_prefetch(next.propertyText_.strings().data() + at);
 }
 
 void EntryQuery::prepare(std::span<const EntryRef> entries)
@@ -101,12 +101,8 @@ bool EntryQuery::matches(TavRegistryEntry &entry, const QString &plane)
 // Whether every plane gives the entry the same name, as most do; false if that takes a closer look.
 bool EntryQuery::hasOneName(const TavRegistryEntry &entry)
 {
-    const auto areAll = [](const PlaneTable<CompactString> &table, const QString &text) {
-        return std::all_of(table.begin(), table.end(),
-                           [&](const auto &item) { return item.value.data() == text.constData(); });
-    };
-    return areAll(entry.namesInPlanes_, entry.name_) &&
-           areAll(entry.locationsInPlanes_, entry.location_);
+    return entry.namesInPlanes_.areAllAt(entry.name_.constData()) &&
+           entry.locationsInPlanes_.areAllAt(entry.location_.constData());
 }
 
 // Whether any plane, read or not, gives the entry a name that matches.
@@ -117,8 +113,8 @@ bool EntryQuery::matchesByNameSomewhere(const TavRegistryEntry &entry)
     if (hasOneName(entry))
         return false;
     for (const auto *table : {&entry.namesInPlanes_, &entry.locationsInPlanes_}) {
-        for (const auto &item : *table) {
-            const QString plane = item.plane();
+        for (std::size_t i = 0; i < table->size(); ++i) {
+            const QString plane = table->plane(i);
             if (matchesByName(entry.nameInPlane(plane), entry.locationInPlane(plane)))
                 return true;
         }
@@ -162,6 +158,16 @@ bool EntryQuery::matchesInAnyPlane(const TavRegistryEntry &entry) const
     return looksAt(FindOption::Special) && special_ && special_(entry);
 }
 
+// Entries of one kind share their keys.
+bool EntryQuery::matchesKeys(QByteArrayView keys) const
+{
+    if (keys.data() != lastKeys_.data() || keys.size() != lastKeys_.size()) {
+        lastKeys_ = keys;
+        lastKeysMatch_ = search_.matchesAnyOf(keys);
+    }
+    return lastKeysMatch_;
+}
+
 bool EntryQuery::matchesInProperties(const TavRegistryEntry &entry) const
 {
     const bool keys = looksAt(FindOption::Keys);
@@ -169,7 +175,7 @@ bool EntryQuery::matchesInProperties(const TavRegistryEntry &entry) const
     if (!keys && !values)
         return false;
     const PropertyText &text = entry.propertyText_;
-    if (search_.matchesAnyOf(!values ? text.keys() : !keys ? text.strings() : text.both()))
+    if ((keys && matchesKeys(text.keys())) || (values && search_.matchesAnyOf(text.strings())))
         return true;
     if (text.isWhole())
         return false;

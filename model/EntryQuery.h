@@ -35,6 +35,7 @@ private:
     bool matches(TavRegistryEntry &entry, const QString &plane);
     bool matchesInAnyPlane(const TavRegistryEntry &entry) const;
     bool matchesInProperties(const TavRegistryEntry &entry) const;
+    bool matchesKeys(QByteArrayView keys) const;
     static bool hasOneName(const TavRegistryEntry &entry);
     bool matchesByNameSomewhere(const TavRegistryEntry &entry);
     bool matchesByName(const QString &name, const QString &location);
@@ -43,7 +44,9 @@ private:
     FindOptions options_;
     TextSearch search_;
     bool asksForLocation_;
-    quint32 settled_; // marks entries whose answer is the same in every plane
-    quint32 open_;    // marks those whose name in the plane decides
-    QString seam_;    // put together of name and location
+    quint32 settled_;                 // marks entries whose answer is the same in every plane
+    quint32 open_;                    // marks those whose name in the plane decides
+    mutable QByteArrayView lastKeys_; // that were looked at
+    mutable bool lastKeysMatch_ = false;
+    QString seam_; // put together of name and location
 };

@@ -3,6 +3,7 @@
 #include "model/TavRegistryProperty.h"
 
 #include <QVarLengthArray>
+#include <array>
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
@@ -62,40 +63,100 @@ bool holdsString(const TavRegistryProperty &node)
 }
 } // namespace
 
-PropertyText::PropertyText(const TavRegistryProperty &table)
+// Gathers the texts of a tree, node by node.
+class PropertyText::Builder
 {
-    Buffer keys;
-    Buffer strings;
-    keys.append(separator);
-    strings.append(separator);
-    qsizetype used = 0;
-    qsizetype room = roomForTable;
-    const auto add = [&](Buffer &buffer, QStringView text) {
-        if (used + text.size() >= room) {
+public:
+    Builder()
+    {
+        keys_.append(separator);
+        strings_.append(separator);
+    }
+
+    void addNode() { room_ = std::min(room_ + roomForNode, mostRoom); }
+    void addKey(QStringView text) { add(keys_, text); }
+    void addString(QStringView text) { add(strings_, text); }
+
+    void finish(PropertyText &text) const
+    {
+        text.keys_ = sharedBytes(keys_);
+        text.strings_ = CompactBytes(QByteArray(strings_.constData(), strings_.size()));
+        text.isWhole_ = isWhole_;
+    }
+
+private:
+    // With those that came last: many trees have the same keys.
+    static CompactBytes sharedBytes(const Buffer &bytes)
+    {
+        static thread_local std::array<CompactBytes, 256> known;
+        const QByteArrayView view(bytes.constData(), bytes.size());
+        CompactBytes &slot = known[qHash(view) % known.size()];
+        if (QByteArrayView(slot.data(), slot.size()) != view)
+            slot = CompactBytes(view.toByteArray());
+        return slot;
+    }
+
+    void add(Buffer &buffer, QStringView text)
+    {
+        if (used_ + text.size() >= room_) {
             isWhole_ = false;
             return;
         }
-        used += text.size() + 1;
+        used_ += text.size() + 1;
         appendFolded(buffer, text);
-    };
+    }
+
+    Buffer keys_;
+    Buffer strings_;
+    qsizetype used_ = 0;
+    qsizetype room_ = roomForTable;
+    bool isWhole_ = true;
+};
+
+PropertyText::PropertyText(const TavRegistryProperty &table)
+{
+    Builder builder;
     const auto addNode = [&](const TavRegistryProperty &node, bool hasKey) {
-        room = std::min(room + roomForNode, mostRoom);
+        builder.addNode();
         if (hasKey)
-            add(keys, node.nameView());
+            builder.addKey(node.nameView());
         if (holdsString(node))
-            add(strings, node.stringView());
+            builder.addString(node.stringView());
     };
     addNode(table, false);
     table.anyBelow([&](const TavRegistryProperty &node) {
         addNode(node, isKey(node));
         return false;
     });
-    QByteArray bytes;
-    bytes.reserve(keys.size() + strings.size());
-    bytes.append(keys.constData(), keys.size());
-    bytes.append(strings.constData(), strings.size());
-    keysSize_ = static_cast<quint32>(keys.size());
-    bytes_ = CompactBytes(std::move(bytes));
+    builder.finish(*this);
+}
+
+PropertyText::PropertyText(const RegistryValue &table)
+{
+    Builder builder;
+    QVarLengthArray<const RegistryValue *, 32> pending;
+    const auto addValue = [&](const RegistryValue &value) {
+        if (!value.stringView().isNull())
+            builder.addString(value.stringView());
+        if (value.isCollection() && value.type() != RegistryValue::Type::Set)
+            pending.append(&value);
+    };
+    builder.addNode();
+    addValue(table);
+    while (!pending.isEmpty()) {
+        const RegistryValue &collection = *pending.last();
+        pending.removeLast();
+        for (const auto &[key, value] : collection.members()) {
+            builder.addNode();
+            builder.addKey({key.data(), key.size()});
+            addValue(value);
+        }
+        for (const RegistryValue &value : collection.elements()) {
+            builder.addNode();
+            addValue(value);
+        }
+    }
+    builder.finish(*this);
 }
 
 bool PropertyText::anyKey(const TavRegistryProperty &table, const Predicate &predicate)

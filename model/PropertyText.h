@@ -4,12 +4,13 @@
 
 #include <functional>
 
+class RegistryValue;
 class TavRegistryProperty;
 
-// All keys and all strings of one property tree in one piece of memory, folded so that case does
-// not matter: a search reads it many times faster than it could walk the tree. What is in sets is
-// left out. So are texts that would make it large for the number of nodes: many nodes may share one
-// long text, which is to be looked for in the tree then.
+// All keys and all strings of one property tree, folded so that case does not matter: a search
+// reads them many times faster than it could walk the tree. What is in sets is left out. So are
+// texts that would make it large for the number of nodes: many nodes may share one long text, which
+// is to be looked for in the tree then.
 class PropertyText
 {
 public:
@@ -18,11 +19,11 @@ public:
 
     PropertyText() = default; // not made yet
     explicit PropertyText(const TavRegistryProperty &table);
+    explicit PropertyText(const RegistryValue &table); // of the tree that would be made of it
 
-    bool isMade() const { return bytes_.size() > 0; }
-    QByteArrayView keys() const { return {bytes_.data(), qsizetype(keysSize_)}; }
-    QByteArrayView strings() const { return both().sliced(keysSize_); }
-    QByteArrayView both() const { return {bytes_.data(), bytes_.size()}; }
+    bool isMade() const { return keys_.size() > 0; }
+    QByteArrayView keys() const { return {keys_.data(), keys_.size()}; }
+    QByteArrayView strings() const { return {strings_.data(), strings_.size()}; }
     bool isWhole() const { return isWhole_; } // false: there are texts only in the tree
 
     // Whether any key or string of the tree satisfies the predicate, as a search would look at it.
@@ -34,7 +35,9 @@ public:
     static QByteArray folded(QStringView text);
 
 private:
-    [[no_unique_address]] CompactBytes bytes_;
-    quint32 keysSize_ : 31 = 0;
-    quint32 isWhole_ : 1 = true;
+    class Builder;
+
+    CompactBytes keys_; // shared by trees with the same keys
+    [[no_unique_address]] CompactBytes strings_;
+    bool isWhole_ = true;
 };

@@ -2,18 +2,27 @@
 
 #include <QHash>
 #include <QSharedData>
+#include <memory>
 #include <utility>
 
-struct RegistryValue::DictionaryPayload : QSharedData
+// The members or elements lie behind it, in the same block.
+struct alignas(RegistryValue::Member) RegistryValue::Payload : QSharedData
 {
-    Members members;
+    quint32 count = 0;
     quint32 descendantCount = 0;
-};
 
-struct RegistryValue::ListPayload : QSharedData
-{
-    Elements elements;
-    quint32 descendantCount = 0;
+    template<class Item>
+    Item *items()
+    {
+        return reinterpret_cast<Item *>(this + 1);
+    }
+    template<class Item>
+    void destroy()
+    {
+        std::destroy_n(items<Item>(), count);
+        this->~Payload();
+        ::operator delete(this);
+    }
 };
 
 RegistryValue::RegistryValue(const RegistryValue &other) noexcept
@@ -53,11 +62,9 @@ void RegistryValue::retain() const noexcept
 {
     switch (type_) {
     case Type::Dictionary:
-        dictionary_->ref.ref();
-        break;
     case Type::Array:
     case Type::Set:
-        list_->ref.ref();
+        payload_->ref.ref();
         break;
     case Type::String:
         if (text_)
@@ -76,13 +83,13 @@ void RegistryValue::release() noexcept
 {
     switch (type_) {
     case Type::Dictionary:
-        if (!dictionary_->ref.deref())
-            delete dictionary_;
+        if (!payload_->ref.deref())
+            payload_->destroy<Member>();
         break;
     case Type::Array:
     case Type::Set:
-        if (!list_->ref.deref())
-            delete list_;
+        if (!payload_->ref.deref())
+            payload_->destroy<RegistryValue>();
         break;
     case Type::String:
         CompactString::adopt({text_, size_});
@@ -95,40 +102,37 @@ void RegistryValue::release() noexcept
     }
 }
 
-RegistryValue RegistryValue::dictionary(Members members)
+template<class Item>
+RegistryValue RegistryValue::collection(Type type, std::vector<Item> items)
 {
-    RegistryValue value(Type::Dictionary);
-    value.dictionary_ = new DictionaryPayload;
-    value.dictionary_->ref.ref();
-    quint32 count = 0;
-    for (const Member &member : members)
-        count += 1 + member.value.descendantCount();
-    value.dictionary_->members = std::move(members);
-    value.dictionary_->descendantCount = count;
+    RegistryValue value(type);
+    void *const block = ::operator new(sizeof(Payload) + items.size() * sizeof(Item));
+    value.payload_ = new (block) Payload;
+    value.payload_->ref.ref();
+    value.payload_->count = static_cast<quint32>(items.size());
+    for (const Item &item : items) {
+        if constexpr (std::is_same_v<Item, Member>)
+            value.payload_->descendantCount += 1 + item.value.descendantCount();
+        else
+            value.payload_->descendantCount += 1 + item.descendantCount();
+    }
+    std::uninitialized_move(items.begin(), items.end(), value.payload_->items<Item>());
     return value;
 }
 
-RegistryValue RegistryValue::list(Type type, Elements elements)
+RegistryValue RegistryValue::dictionary(Members members)
 {
-    RegistryValue value(type);
-    value.list_ = new ListPayload;
-    value.list_->ref.ref();
-    quint32 count = 0;
-    for (const RegistryValue &element : elements)
-        count += 1 + element.descendantCount();
-    value.list_->elements = std::move(elements);
-    value.list_->descendantCount = count;
-    return value;
+    return collection(Type::Dictionary, std::move(members));
 }
 
 RegistryValue RegistryValue::array(Elements elements)
 {
-    return list(Type::Array, std::move(elements));
+    return collection(Type::Array, std::move(elements));
 }
 
 RegistryValue RegistryValue::set(Elements members)
 {
-    return list(Type::Set, std::move(members));
+    return collection(Type::Set, std::move(members));
 }
 
 RegistryValue RegistryValue::string(QString text)
@@ -182,17 +186,18 @@ bool RegistryValue::isCollection() const
     return type_ == Type::Dictionary || type_ == Type::Array || type_ == Type::Set;
 }
 
-const RegistryValue::Members &RegistryValue::members() const
+std::span<const RegistryValue::Member> RegistryValue::members() const
 {
-    static const Members none;
-    return type_ == Type::Dictionary ? dictionary_->members : none;
+    if (type_ != Type::Dictionary)
+        return {};
+    return {payload_->items<Member>(), payload_->count};
 }
 
 std::span<const RegistryValue> RegistryValue::elements() const
 {
     if (type_ != Type::Array && type_ != Type::Set)
         return {};
-    return list_->elements;
+    return {payload_->items<RegistryValue>(), payload_->count};
 }
 
 QString RegistryValue::toString() const
@@ -260,15 +265,7 @@ qsizetype RegistryValue::count() const
 
 quint32 RegistryValue::descendantCount() const
 {
-    switch (type_) {
-    case Type::Dictionary:
-        return dictionary_->descendantCount;
-    case Type::Array:
-    case Type::Set:
-        return list_->descendantCount;
-    default:
-        return 0;
-    }
+    return isCollection() ? payload_->descendantCount : 0;
 }
 
 const RegistryValue &RegistryValue::member(QStringView key) const
@@ -288,15 +285,15 @@ bool operator==(const RegistryValue &a, const RegistryValue &b)
         return false;
     switch (a.type_) {
     case Type::Dictionary:
-        return a.dictionary_ == b.dictionary_ ||
+        return a.payload_ == b.payload_ ||
                std::equal(a.members().begin(), a.members().end(), b.members().begin(),
                           b.members().end(), [](const auto &left, const auto &right) {
                               return left.key == right.key && left.value == right.value;
                           });
     case Type::Array:
     case Type::Set:
-        return a.list_ == b.list_ || std::equal(a.elements().begin(), a.elements().end(),
-                                                b.elements().begin(), b.elements().end());
+        return a.payload_ == b.payload_ || std::equal(a.elements().begin(), a.elements().end(),
+                                                      b.elements().begin(), b.elements().end());
     case Type::String:
         return a.text_ == b.text_ ? a.size_ == b.size_ : a.stringView() == b.stringView();
     case Type::Data:
@@ -322,7 +319,7 @@ RegistryValue RegistryValue::sharingWith(const RegistryValue &earlier) const
     QHash<QStringView, const Member *> byKey;
     for (const Member &member : earlier.members())
         byKey.insert(QStringView(member.key.data(), member.key.size()), &member);
-    Members shared = members();
+    Members shared(members().begin(), members().end());
     for (Member &member : shared) {
         const Member *const known =
             byKey.value(QStringView(member.key.data(), member.key.size()), nullptr);

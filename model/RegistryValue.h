@@ -51,7 +51,7 @@ public:
     bool isCollection() const;
 
     // Each answers for its own type; for another one, empty, zero or false.
-    const Members &members() const;
+    std::span<const Member> members() const;
     std::span<const RegistryValue> elements() const;
     QString toString() const;
     QStringView stringView() const // the same without sharing it
@@ -87,13 +87,13 @@ public:
     friend size_t qHash(const RegistryValue &value, size_t seed);
 
 private:
-    struct DictionaryPayload;
-    struct ListPayload;
+    struct Payload;
 
     explicit RegistryValue(Type type)
         : type_(type)
     {}
-    static RegistryValue list(Type type, Elements elements);
+    template<class Item>
+    static RegistryValue collection(Type type, std::vector<Item> items);
     void retain() const noexcept;
     void release() noexcept;
 
@@ -103,8 +103,7 @@ private:
         quint64 bits_ = 0;
         CompactString::Header *text_;
         CompactBytes::Header *bytes_;
-        DictionaryPayload *dictionary_;
-        ListPayload *list_;
+        Payload *payload_;
     };
     quint32 size_ = 0; // of a text or data
     Type type_ = Type::None;

@@ -2,6 +2,7 @@
 
 #include "model/EntryList.h"
 #include "model/FindOptions.h"
+#include "model/PlaneNames.h"
 #include "model/PlaneTable.h"
 #include "model/PropertyText.h"
 #include "model/RegistryHandle.h"
@@ -33,7 +34,6 @@ public:
         Registered = 4,
         Matched = 8,
         Active = 16,
-        MatchesLastQuery = 32,
     };
     static constexpr int classVersion = 2;
 
@@ -101,8 +101,13 @@ public:
     const QDateTime &dateLastUpdated() const { return dateLastUpdated_; } // null: never
     QDateTime dateTerminated() const; // null until the entry's state is terminated
     bool hasTerminationDate() const { return !dateTerminated_.isNull(); } // even if not yet shown
-    TavRegistryProperty *properties() const { return properties_.get(); }
-    const PropertyRef &propertiesRef() const { return properties_; }
+    // The tree is made when it is first asked for: most are never looked at.
+    TavRegistryProperty *properties() const { return propertiesRef().get(); }
+    const PropertyRef &propertiesRef() const;
+    bool hasProperties() const { return properties_ || !table_.isNone(); }
+    bool isTreeHeld() const { return properties_.use_count() > 1; } // by others, too
+    bool hasTree() const { return properties_ != nullptr; }         // made already
+    void dropUnusedTree(); // one that was made lately, and can be made again
 
     const QString &bundleID() const { return bundleID_; } // null: none
     QString bundlePath() const;                           // null: none
@@ -160,8 +165,8 @@ public:
     bool containsPropertyName(const QString &name, bool substring) const;
     bool containsPropertyStringValue(const QString &text, bool substring) const;
     bool containsPropertyNumberValue(const RegistryValue &) const { return false; }
-    void setMatchesLastQuery(bool matches) { setFlag(MatchesLastQuery, matches); }
-    bool matchesLastQuery() const { return flags_ & MatchesLastQuery; }
+    void setMatchesLastQuery(bool matches) { matchesLastQuery_ = matches; }
+    bool matchesLastQuery() const { return matchesLastQuery_; }
     void setDescendantMatchesLastQuery(bool matches, const QString &plane);
     bool descendantMatchesLastQueryInPlane(const QString &plane) const;
     void resetForQuery();
@@ -189,7 +194,8 @@ private:
     bool readInheritance(RegistryService &service);
     bool readServiceState(RegistryService &service);
     void setFlag(Flag flag, bool on);
-    void setProperties(PropertyRef table);
+    void setTable(const RegistryValue &table, const QDateTime &dateRead);
+    void setTree(PropertyRef tree); // that no table stands for
     void makePropertiesOf(const RegistryValue &table);
     QStringList planesWithParents() const;
     EntryList::Entries newChildrenInPlane(const QString &plane, const QByteArray &cPlane);
@@ -205,6 +211,8 @@ private:
     quint32 kernelRetainCount_ = 0;
     quint8 flags_ = 0;
     bool isRenamed_ = false;
+    // No flag, for a search on another thread writes it while flags are read.
+    bool matchesLastQuery_ = false;
     bool matchesInAnyPlane_ = false; // by what is the same in every plane; as of answeredQuery_
     quint32 answeredQuery_ = 0;
     quint32 visitedWalk_ = 0;     // of an order of one plane
@@ -212,13 +220,14 @@ private:
     quint64 listedByReading_ = 0; // of an entry's children in one plane
     QString bundleID_;
     QStringList inheritance_;
-    RegistryValue table_; // that the properties were last read from
-    PropertyRef properties_;
-    PropertyText propertyText_; // of properties_
+    RegistryValue table_; // that the properties were last read from; none: the tree alone
+    QDateTime dateRead_;  // of the table
+    mutable PropertyRef properties_;
+    PropertyText propertyText_; // of the properties
     QString name_;
     QString location_;
-    PlaneTable<CompactString> namesInPlanes_;
-    PlaneTable<CompactString> locationsInPlanes_;
+    PlaneNames namesInPlanes_;
+    PlaneNames locationsInPlanes_;
     PlaneTable<EntryList> childrenInPlanes_;
     PlaneTable<EntryList> parentsInPlanes_;
     PlaneTable<bool> descendantMatchesLastQueryInPlanes_;

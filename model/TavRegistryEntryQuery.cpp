@@ -110,12 +110,12 @@ RegistryValue TavRegistryEntry::valueForSpecialProperty(const QString &word) con
 
 bool TavRegistryEntry::containsPropertyName(const QString &name, bool substring) const
 {
-    return properties_ && PropertyText::anyKey(*properties_, containing(name, substring));
+    return hasProperties() && PropertyText::anyKey(*properties(), containing(name, substring));
 }
 
 bool TavRegistryEntry::containsPropertyStringValue(const QString &text, bool substring) const
 {
-    return properties_ && PropertyText::anyString(*properties_, containing(text, substring));
+    return hasProperties() && PropertyText::anyString(*properties(), containing(text, substring));
 }
 
 void TavRegistryEntry::setDescendantMatchesLastQuery(bool matches, const QString &plane)

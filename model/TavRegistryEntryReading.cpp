@@ -82,7 +82,16 @@ bool TavRegistryEntry::readInheritance(RegistryService &service)
         className =
             service.hasSuperclassLookup() ? service.copySuperclassName(className) : QString();
     }
-    return !inheritance_.isEmpty();
+    if (inheritance_.isEmpty())
+        return false;
+    // Entries of one class share the list.
+    static QHash<QString, QStringList> known;
+    QStringList &shared = known[inheritance_.constFirst()];
+    if (shared == inheritance_)
+        inheritance_ = shared;
+    else
+        shared = inheritance_;
+    return true;
 }
 
 bool TavRegistryEntry::readAttributesAndProperties()
@@ -103,25 +112,48 @@ bool TavRegistryEntry::readAttributesAndProperties()
 // The tree stays as it is while the service has the very same values.
 void TavRegistryEntry::makePropertiesOf(const RegistryValue &table)
 {
-    if (properties_ && table.isSameCollectionAs(table_) &&
-        properties_->hasClass(currentPropertyClass()))
-        return properties_->noteReadNow();
-    table_ = table;
-    PropertyRef properties;
-    if (!table.isNone())
-        properties = TavRegistryProperty::create(currentPropertyClass(), shared_from_this(), {},
-                                                 nullptr, {}, 0, table);
-    if (properties)
-        properties->clearIsNew();
-    setProperties(std::move(properties));
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const bool isTreeKept = !properties_ || properties_->hasClass(currentPropertyClass());
+    if (!isTreeKept || !table.isSameCollectionAs(table_))
+        return setTable(table, now);
+    dateRead_ = now;
+    if (properties_)
+        properties_->noteRead(now);
 }
 
-// The text is made while the tree has just been and is at hand: a search that had to make it would
-// wait for the memory of every tree.
-void TavRegistryEntry::setProperties(PropertyRef table)
+// The text is made while the table has just been and is at hand: a search that had to make it would
+// wait for the memory of every table.
+void TavRegistryEntry::setTable(const RegistryValue &table, const QDateTime &dateRead)
 {
-    properties_ = std::move(table);
+    table_ = table;
+    dateRead_ = dateRead;
+    properties_.reset();
+    propertyText_ = table.isNone() ? PropertyText() : PropertyText(table);
+}
+
+void TavRegistryEntry::setTree(PropertyRef tree)
+{
+    table_ = {};
+    properties_ = std::move(tree);
     propertyText_ = properties_ ? PropertyText(*properties_) : PropertyText();
+}
+
+const PropertyRef &TavRegistryEntry::propertiesRef() const
+{
+    if (properties_ || table_.isNone())
+        return properties_;
+    properties_ = TavRegistryProperty::create(
+        currentPropertyClass(), std::const_pointer_cast<TavRegistryEntry>(shared_from_this()), {},
+        nullptr, {}, 0, table_);
+    properties_->clearIsNew();
+    properties_->noteRead(dateRead_);
+    return properties_;
+}
+
+void TavRegistryEntry::dropUnusedTree()
+{
+    if (!table_.isNone() && properties_.use_count() == 1)
+        properties_.reset();
 }
 
 bool TavRegistryEntry::readServiceState(RegistryService &service)
@@ -169,9 +201,9 @@ bool TavRegistryEntry::readDxRegistryNameAndLocationInPlane(const QString &plane
         name_ = *name;
         location_ = location.value_or(QString());
     } else {
-        namesInPlanes_[plane] = CompactString(*name);
+        namesInPlanes_.set(plane, CompactString(*name));
         if (location)
-            locationsInPlanes_[plane] = CompactString(*location);
+            locationsInPlanes_.set(plane, CompactString(*location));
     }
     return true;
 }
@@ -180,7 +212,6 @@ void TavRegistryEntry::readDxRegistryNameAndLocationInPlanes(const QStringList &
 {
     if (!handle_)
         return;
-    namesInPlanes_.reserve(static_cast<std::size_t>(planes.size()));
     for (const QString &plane : planes)
         readDxRegistryNameAndLocationInPlane(plane);
 }
@@ -237,8 +268,9 @@ void TavRegistryEntry::readChildrenInPlanes(const QStringList &planes)
 void TavRegistryEntry::noteUnchanged()
 {
     setDateLastUpdated({});
+    dateRead_ = QDateTime::currentDateTimeUtc();
     if (properties_)
-        properties_->noteReadNow();
+        properties_->noteRead(dateRead_);
 }
 
 void TavRegistryEntry::updateIsSingle(bool single)

@@ -98,9 +98,9 @@ QDateTime TavRegistryProperty::dateRead() const
     return tree_->dateRead();
 }
 
-void TavRegistryProperty::noteReadNow()
+void TavRegistryProperty::noteRead(const QDateTime &date)
 {
-    tree_->setDateRead(QDateTime::currentDateTimeUtc());
+    tree_->setDateRead(date);
 }
 
 bool TavRegistryProperty::hasClass(const PropertyClass &nodeClass) const

@@ -40,7 +40,7 @@ public:
     PropertyRef ref();
     std::shared_ptr<TavRegistryEntry> registryEntry() const;
     QDateTime dateRead() const;
-    void noteReadNow(); // the whole tree: nothing in it has changed since
+    void noteRead(const QDateTime &date); // the whole tree: nothing in it has changed since
     bool hasClass(const PropertyClass &nodeClass) const;
 
     RegistryState registryState() const { return static_cast<RegistryState>(state_); }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QCborStreamReader>
+#include "platform/CborReader.h"
 
 // The bytes of an archive, item by item, and what was found wrong with them. Each function that
 // reads leads past what it read; false means that reading must end.
@@ -9,10 +9,9 @@ class ArchiveInput
 public:
     explicit ArchiveInput(const QByteArray &bytes)
         : cbor(bytes)
-        , size_(bytes.size())
     {}
 
-    bool next();
+    bool next() { return cbor.next() || fail("a value is damaged"); }
     bool enter();                      // an array
     bool leave();                      // an array or map; false when it has more elements
     bool readText(QString &text);      // never null
@@ -21,12 +20,8 @@ public:
 
     const QString &errorString() const { return errorString_; }
 
-    QCborStreamReader cbor;
+    CborReader cbor;
 
 private:
-    template<class Bytes>
-    bool readPieces(Bytes &whole, QCborStreamReader::StringResult<Bytes> (QCborStreamReader::*)());
-
-    qint64 size_;
     QString errorString_;
 };

@@ -4,11 +4,29 @@
 
 #include <QSet>
 
-ArchiveReader::ArchiveReader(const QByteArray &bytes)
+using Type = CborReader::Type;
+
+namespace {
+constexpr std::size_t betweenReports = 4096; // in objects
+constexpr qsizetype worthAThread = qsizetype(1) << 20;
+
+QByteArray digestOf(QByteArrayView bytes)
+{
+    QCryptographicHash hash(ArchiveFormat::digest);
+    hash.addData(bytes);
+    return hash.result();
+}
+}
+
+ArchiveReader::ArchiveReader(const QByteArray &bytes, Report report)
     : bytes_(bytes)
+    , report_(std::move(report))
     , input_(bytes_)
     , values_(input_, table_)
 {
+    if (bytes_.size() >= worthAThread)
+        digest_ = std::async(std::launch::async, digestOf,
+                             QByteArrayView(bytes_).chopped(ArchiveFormat::digestedEnd));
     // About what a large archive needs, so that growing does not copy it again and again.
     const auto size = static_cast<std::size_t>(bytes_.size());
     table_.fields.reserve(size / 4);
@@ -20,7 +38,7 @@ bool ArchiveReader::read(ArchiveTable &table)
 {
     if (!readHeader() || !readObjects() || !readDigest() || !input_.leave())
         return false;
-    if (input_.cbor.currentOffset() != bytes_.size())
+    if (input_.cbor.offset() != bytes_.size())
         return input_.fail("something follows the archive");
     table = std::move(table_);
     return true;
@@ -29,10 +47,10 @@ bool ArchiveReader::read(ArchiveTable &table)
 bool ArchiveReader::readHeader()
 {
     QString name;
-    if (!input_.cbor.isTag() || input_.cbor.toTag() != QCborTag(QCborKnownTags::Signature) ||
+    if (input_.cbor.type() != Type::Tag || input_.cbor.argument() != ArchiveFormat::signatureTag ||
         !input_.next() || !input_.enter() || !input_.readText(name) || name != ArchiveFormat::name)
         return input_.fail("this is no archive");
-    const quint64 version = input_.cbor.isUnsignedInteger() ? input_.cbor.toUnsignedInteger() : 0;
+    const quint64 version = input_.cbor.type() == Type::Unsigned ? input_.cbor.argument() : 0;
     isOfNewerFormat_ = version > ArchiveFormat::version;
     if (version != ArchiveFormat::version)
         return input_.fail("the version of the archive's format is unknown");
@@ -46,6 +64,8 @@ bool ArchiveReader::readObjects()
     while (input_.cbor.hasNext()) {
         if (!readObject())
             return false;
+        if (report_ && table_.objects.size() % betweenReports == 0)
+            report_(static_cast<double>(input_.cbor.offset()) / static_cast<double>(bytes_.size()));
     }
     if (!input_.leave())
         return false;
@@ -68,11 +88,11 @@ bool ArchiveReader::readObject()
 
 bool ArchiveReader::readShape(quint32 &shape)
 {
-    if (!input_.cbor.isUnsignedInteger()) {
+    if (input_.cbor.type() != Type::Unsigned) {
         shape = static_cast<quint32>(table_.shapes.size());
         return readNewShape(table_.shapes.emplace_back());
     }
-    const quint64 number = input_.cbor.toUnsignedInteger();
+    const quint64 number = input_.cbor.argument();
     if (number >= table_.shapes.size())
         return input_.fail("a shape is missing");
     shape = static_cast<quint32>(number);
@@ -97,7 +117,7 @@ bool ArchiveReader::readNewShape(ArchiveTable::Shape &shape)
 
 bool ArchiveReader::readKey(ArchiveTable::Key &key)
 {
-    key.isInteger = input_.cbor.isArray();
+    key.isInteger = input_.cbor.type() == Type::Array;
     if (!key.isInteger)
         return readName(key.name);
     return input_.enter() && readName(key.name) && input_.leave();
@@ -114,11 +134,13 @@ bool ArchiveReader::readName(QByteArray &name)
 
 bool ArchiveReader::readDigest()
 {
-    const qint64 digested = input_.cbor.currentOffset();
+    const qint64 digested = input_.cbor.offset();
     QByteArray digest;
     if (!input_.readBytes(digest))
         return false;
-    QCryptographicHash hash(ArchiveFormat::digest);
-    hash.addData(QByteArrayView(bytes_).first(digested));
-    return hash.result() == digest || input_.fail("the archive is damaged");
+    const bool isUsual = digested == bytes_.size() - ArchiveFormat::digestedEnd;
+    const QByteArray found = digest_.valid() && isUsual
+                                 ? digest_.get()
+                                 : digestOf(QByteArrayView(bytes_).first(digested));
+    return found == digest || input_.fail("the archive is damaged");
 }

@@ -2,12 +2,17 @@
 
 #include "platform/ArchiveValueReader.h"
 
+#include <functional>
+#include <future>
+
 // Takes the bytes of an archive apart. The bytes may be anything at all: time and memory are
 // proportional to their number, and nothing but a sound archive is accepted.
 class ArchiveReader
 {
 public:
-    explicit ArchiveReader(const QByteArray &bytes);
+    using Report = std::function<void(double part)>; // from time to time; it may throw
+
+    ArchiveReader(const QByteArray &bytes, Report report); // null: none
 
     bool read(ArchiveTable &table); // the table is of use only when that succeeds
     // Whether reading failed because a later version of this program may be able to.
@@ -25,6 +30,8 @@ private:
     bool readDigest();
 
     QByteArray bytes_;
+    std::future<QByteArray> digest_; // of what a digest usually follows; invalid for a small archive
+    Report report_; // null: none
     ArchiveInput input_;
     ArchiveTable table_;
     ArchiveValueReader values_;

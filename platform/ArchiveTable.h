@@ -20,6 +20,8 @@ struct ArchiveTable
     {
         QByteArray className;
         std::vector<Key> keys;
+        // The list of classes that last allowed this one; such lists are constants.
+        mutable const QLatin1String *allowedBy = nullptr;
     };
     struct Object
     {

@@ -4,35 +4,17 @@
 
 #include <QtEndian>
 #include <cmath>
-#include <optional>
 
 using Kind = ArchiveItemKind;
+using Type = CborReader::Type;
 
 namespace {
+constexpr quint64 dateTag = 1;
 
-// CBOR counts negative integers from -1 down; -2^64 arrives as 0 and wraps to the largest.
-quint64 negativePayload(const QCborStreamReader &cbor)
+bool isNumber(CborReader::Type type)
 {
-    return static_cast<quint64>(cbor.toNegativeInteger()) - 1;
-}
-
-// An integer or a floating-point number of any width.
-std::optional<double> number(const QCborStreamReader &cbor)
-{
-    switch (cbor.type()) {
-    case QCborStreamReader::UnsignedInteger:
-        return static_cast<double>(cbor.toUnsignedInteger());
-    case QCborStreamReader::NegativeInteger:
-        return -1 - static_cast<double>(negativePayload(cbor));
-    case QCborStreamReader::Float16:
-        return static_cast<float>(cbor.toFloat16());
-    case QCborStreamReader::Float:
-        return cbor.toFloat();
-    case QCborStreamReader::Double:
-        return cbor.toDouble();
-    default:
-        return std::nullopt;
-    }
+    return type == CborReader::Type::Unsigned || type == CborReader::Type::Negative ||
+           type >= CborReader::Type::Half;
 }
 
 } // namespace
@@ -45,10 +27,10 @@ ArchiveValueReader::ArchiveValueReader(ArchiveInput &input, ArchiveTable &table)
 
 bool ArchiveValueReader::readInteger()
 {
-    if (cbor_.isUnsignedInteger())
-        table_.fields.add(Kind::Integer, cbor_.toUnsignedInteger());
-    else if (cbor_.isNegativeInteger())
-        table_.fields.add(Kind::NegativeInteger, negativePayload(cbor_));
+    if (cbor_.type() == Type::Unsigned)
+        table_.fields.add(Kind::Integer, cbor_.argument());
+    else if (cbor_.type() == Type::Negative)
+        table_.fields.add(Kind::NegativeInteger, cbor_.argument());
     else
         return input_.fail("an integer is missing");
     return input_.next();
@@ -69,7 +51,7 @@ bool ArchiveValueReader::readElement()
 {
     if (!open_.back().isDictionary)
         return readItem(table_.elements);
-    if (!cbor_.isString() && !cbor_.isNegativeInteger())
+    if (cbor_.type() != Type::Text && cbor_.type() != Type::Negative)
         return input_.fail("a dictionary's key is no string");
     if (!readItem(table_.elements))
         return false;
@@ -81,21 +63,21 @@ bool ArchiveValueReader::readElement()
 bool ArchiveValueReader::readItem(ArchiveItems &items)
 {
     switch (cbor_.type()) {
-    case QCborStreamReader::UnsignedInteger:
+    case Type::Unsigned:
         return readReference(items);
-    case QCborStreamReader::NegativeInteger:
+    case Type::Negative:
         return readSharedReference(items);
-    case QCborStreamReader::String:
+    case Type::Text:
         return readNewString(items);
-    case QCborStreamReader::ByteArray:
+    case Type::Bytes:
         return readData(items);
-    case QCborStreamReader::Array:
+    case Type::Array:
         return openContainer(items, Kind::List);
-    case QCborStreamReader::Map:
+    case Type::Map:
         return openContainer(items, Kind::Dictionary);
-    case QCborStreamReader::Tag:
+    case Type::Tag:
         return readTagged(items);
-    case QCborStreamReader::SimpleType:
+    case Type::Simple:
         return readSimple(items);
     default:
         return input_.fail("a value is missing or of unknown kind");
@@ -104,7 +86,7 @@ bool ArchiveValueReader::readItem(ArchiveItems &items)
 
 bool ArchiveValueReader::readReference(ArchiveItems &items)
 {
-    const quint64 index = cbor_.toUnsignedInteger();
+    const quint64 index = cbor_.argument();
     highestReference_ = std::max(highestReference_, index);
     items.add(Kind::Object, index);
     return input_.next();
@@ -112,7 +94,7 @@ bool ArchiveValueReader::readReference(ArchiveItems &items)
 
 bool ArchiveValueReader::readSharedReference(ArchiveItems &items)
 {
-    const quint64 index = negativePayload(cbor_);
+    const quint64 index = cbor_.argument();
     if (index >= table_.shared.size())
         return input_.fail("a shared value is missing");
     items.add(table_.shared.kind(index), table_.shared.payload(index));
@@ -133,10 +115,10 @@ bool ArchiveValueReader::readNewString(ArchiveItems &items)
 
 bool ArchiveValueReader::readTagged(ArchiveItems &items)
 {
-    const auto tag = static_cast<quint64>(cbor_.toTag());
+    const quint64 tag = cbor_.argument();
     if (!input_.next())
         return false;
-    if (tag == static_cast<quint64>(QCborKnownTags::UnixTime_t))
+    if (tag == dateTag)
         return readDate(items);
     // 64 to 67 without and 72 to 75 with sign, for 1, 2, 4 and 8 bytes.
     if ((tag & ~quint64(0b1011)) == 64)
@@ -146,14 +128,14 @@ bool ArchiveValueReader::readTagged(ArchiveItems &items)
 
 bool ArchiveValueReader::readDate(ArchiveItems &items)
 {
-    const std::optional<double> seconds = number(cbor_);
-    if (!seconds)
+    if (!isNumber(cbor_.type()))
         return input_.fail("a date is missing");
     constexpr double furthest = 1e12; // beyond it a double cannot tell milliseconds
-    if (!(std::abs(*seconds) < furthest))
+    const double seconds = cbor_.toDouble();
+    if (!(std::abs(seconds) < furthest))
         return input_.fail("a date is out of range");
     const quint64 index = table_.dates.size();
-    table_.dates.push_back(QDateTime::fromMSecsSinceEpoch(std::llround(*seconds * 1000), Qt::UTC));
+    table_.dates.push_back(QDateTime::fromMSecsSinceEpoch(std::llround(seconds * 1000), Qt::UTC));
     table_.shared.add(Kind::Date, index);
     items.add(Kind::Date, index);
     return input_.next();
@@ -180,17 +162,17 @@ bool ArchiveValueReader::readData(ArchiveItems &items)
 
 bool ArchiveValueReader::readSimple(ArchiveItems &items)
 {
-    switch (cbor_.toSimpleType()) {
-    case QCborSimpleType::False:
+    switch (cbor_.argument()) {
+    case CborReader::False:
         items.add(Kind::False);
         break;
-    case QCborSimpleType::True:
+    case CborReader::True:
         items.add(Kind::True);
         break;
-    case QCborSimpleType::Null:
+    case CborReader::Null:
         items.add(Kind::Null);
         break;
-    case QCborSimpleType::Undefined:
+    case CborReader::Undefined:
         items.add(Kind::Absent);
         break;
     default:
@@ -208,7 +190,7 @@ bool ArchiveValueReader::openContainer(ArchiveItems &items, Kind kind)
         table_.fields.add(kind, start);
     table_.elements.add(kind);
     open_.push_back({start, kind == Kind::Dictionary});
-    return cbor_.enterContainer() || input_.fail("a list is damaged");
+    return cbor_.enter() || input_.fail("a list is damaged");
 }
 
 bool ArchiveValueReader::closeContainer()

@@ -36,7 +36,7 @@ private:
     bool hasDistinctKeys(std::size_t dictionary);
 
     ArchiveInput &input_;
-    QCborStreamReader &cbor_;
+    CborReader &cbor_;
     ArchiveTable &table_;
     std::vector<Container> open_;
     ArchiveTextNumbers keyNumbers_;

@@ -108,8 +108,8 @@ private:
 
 ArchivedObject::ArchivedObject(KeyedUnarchiver &unarchiver, ArchiveReference reference)
     : unarchiver_(&unarchiver)
-    , shape_(&unarchiver.table_.shapes[unarchiver.table_.objects[reference.index].shape])
-    , firstField_(unarchiver.table_.objects[reference.index].firstField)
+    , shape_(&unarchiver.shapes_[unarchiver.table_->objects[reference.index].shape])
+    , firstField_(unarchiver.table_->objects[reference.index].firstField)
     , reference_(reference)
 {}
 
@@ -125,10 +125,16 @@ bool ArchivedObject::isOfClass(ArchiveClassNames classes) const
 
 bool ArchivedObject::isAllowed(quint64 object, ArchiveClassNames classes) const
 {
-    const ArchiveTable &table = unarchiver_->table_;
-    const QByteArray &name = table.shapes[table.objects[object].shape].className;
-    return std::any_of(classes.begin(), classes.end(),
-                       [&](QLatin1String allowed) { return isSame(name, allowed); });
+    const ArchiveTable::Shape &shape =
+        unarchiver_->shapes_[unarchiver_->table_->objects[object].shape];
+    if (!classes.empty() && shape.allowedBy == classes.data())
+        return true;
+    const bool isAllowed = std::any_of(classes.begin(), classes.end(), [&](QLatin1String allowed) {
+        return isSame(shape.className, allowed);
+    });
+    if (isAllowed)
+        shape.allowedBy = classes.data();
+    return isAllowed;
 }
 
 std::optional<std::size_t> ArchivedObject::column(QLatin1String key) const
@@ -155,7 +161,7 @@ ArchivedObject::Item ArchivedObject::item(QLatin1String key) const
     const auto found = column(key);
     if (!found || unarchiver_->error())
         return {Kind::Absent, 0};
-    const ArchiveItems &fields = unarchiver_->table_.fields;
+    const ArchiveItems &fields = unarchiver_->table_->fields;
     const std::size_t field = firstField_ + *found;
     return {fields.kind(field), fields.payload(field)};
 }
@@ -221,19 +227,19 @@ std::optional<ArchiveNumber> ArchivedObject::decodeNumber(QLatin1String key) con
 QString ArchivedObject::decodeString(QLatin1String key) const
 {
     const Item found = itemOfKind(key, Kind::String);
-    return found.kind == Kind::String ? unarchiver_->table_.string(found.payload) : QString();
+    return found.kind == Kind::String ? unarchiver_->table_->string(found.payload) : QString();
 }
 
 QDateTime ArchivedObject::decodeDate(QLatin1String key) const
 {
     const Item found = itemOfKind(key, Kind::Date);
-    return found.kind == Kind::Date ? unarchiver_->table_.dates[found.payload] : QDateTime();
+    return found.kind == Kind::Date ? unarchiver_->table_->dates[found.payload] : QDateTime();
 }
 
 QByteArray ArchivedObject::decodeData(QLatin1String key) const
 {
     const Item found = itemOfKind(key, Kind::Data);
-    return found.kind == Kind::Data ? unarchiver_->table_.data[found.payload] : QByteArray();
+    return found.kind == Kind::Data ? unarchiver_->table_->data[found.payload] : QByteArray();
 }
 
 std::optional<QStringList> ArchivedObject::decodeStrings(QLatin1String key) const
@@ -241,7 +247,7 @@ std::optional<QStringList> ArchivedObject::decodeStrings(QLatin1String key) cons
     const Item found = itemOfKind(key, Kind::List);
     if (found.kind == Kind::Absent)
         return {};
-    const ArchiveItems &elements = unarchiver_->table_.elements;
+    const ArchiveItems &elements = unarchiver_->table_->elements;
     const std::size_t end = elements.next(found.payload);
     QStringList list;
     for (std::size_t element = found.payload + 1; element < end; ++element) {
@@ -249,7 +255,7 @@ std::optional<QStringList> ArchivedObject::decodeStrings(QLatin1String key) cons
             failKind(key);
             return {};
         }
-        list.append(unarchiver_->table_.string(elements.payload(element)));
+        list.append(unarchiver_->table_->string(elements.payload(element)));
     }
     return list;
 }
@@ -272,7 +278,7 @@ ArchivedObject::decodeReferences(QLatin1String key, ArchiveClassNames classes) c
     const Item found = itemOfKind(key, Kind::List);
     if (found.kind == Kind::Absent)
         return {};
-    const ArchiveItems &elements = unarchiver_->table_.elements;
+    const ArchiveItems &elements = unarchiver_->table_->elements;
     const std::size_t start = found.payload;
     std::vector<ArchiveReference> list(elements.payload(start));
     for (std::size_t i = 0; i < list.size(); ++i) {
@@ -287,24 +293,37 @@ ArchivedObject::decodeReferences(QLatin1String key, ArchiveClassNames classes) c
     return list;
 }
 
-ArchiveValue ArchivedObject::decodeValue(QLatin1String key, ArchiveKinds kinds,
-                                         ArchiveClassNames classes) const
+ArchivedObject::Item ArchivedObject::itemOfKinds(QLatin1String key, ArchiveKinds kinds,
+                                                 ArchiveClassNames classes) const
 {
     const Item found = item(key);
     const auto allowed = [&](Kind kind, quint64 payload) {
         return kind == Kind::Object ? isAllowed(payload, classes)
                                     : (kinds & flagOf(kind)) || kind == Kind::Absent;
     };
-    const ArchiveItems &elements = unarchiver_->table_.elements;
+    const ArchiveItems &elements = unarchiver_->table_->elements;
     bool ok = allowed(found.kind, found.payload);
     if (ok && ArchiveItems::isContainer(found.kind)) {
         const std::size_t end = elements.next(found.payload);
         for (std::size_t item = found.payload + 1; item < end && ok; ++item)
             ok = allowed(elements.kind(item), elements.payload(item));
     }
-    if (!ok) {
-        failKind(key);
-        return {};
-    }
-    return ValueBuilder(unarchiver_->table_).value(found.kind, found.payload);
+    if (ok)
+        return found;
+    failKind(key);
+    return {Kind::Absent, 0};
+}
+
+ArchiveValue ArchivedObject::decodeValue(QLatin1String key, ArchiveKinds kinds,
+                                         ArchiveClassNames classes) const
+{
+    const auto [kind, payload] = itemOfKinds(key, kinds, classes);
+    return ValueBuilder(*unarchiver_->table_).value(kind, payload);
+}
+
+ArchivedValue ArchivedObject::valueInPlace(QLatin1String key, ArchiveKinds kinds,
+                                           ArchiveClassNames classes) const
+{
+    const auto [kind, payload] = itemOfKinds(key, kinds, classes);
+    return {*unarchiver_->table_, kind, payload};
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ArchiveTable.h"
+#include "platform/ArchivedValue.h"
 
 #include <QFlags>
 #include <QLatin1String>
@@ -55,6 +55,9 @@ public:
                                                                   ArchiveClassNames classes) const;
     ArchiveValue decodeValue(QLatin1String key, ArchiveKinds kinds,
                              ArchiveClassNames classes = {}) const;
+    // The same where it lies.
+    ArchivedValue valueInPlace(QLatin1String key, ArchiveKinds kinds,
+                               ArchiveClassNames classes = {}) const;
 
 private:
     friend class KeyedUnarchiver;
@@ -70,6 +73,7 @@ private:
     ArchiveItemKind kindOf(QLatin1String key) const;
     Item itemOfKind(QLatin1String key, ArchiveItemKind kind) const;
     bool isAllowed(quint64 object, ArchiveClassNames classes) const;
+    Item itemOfKinds(QLatin1String key, ArchiveKinds kinds, ArchiveClassNames classes) const;
     void failKind(QLatin1String key) const;
 
     KeyedUnarchiver *unarchiver_;

@@ -2,6 +2,7 @@
 
 #include "platform/DocumentController.h"
 #include "platform/DocumentFile.h"
+#include "platform/LongWork.h"
 
 #include <QBuffer>
 #include <QFileInfo>
@@ -24,14 +25,22 @@ void Document::setDocumentEdited(bool edited)
         synchronizeWindowTitleWithDocumentName();
 }
 
-bool Document::read(const QString &file, DocumentError &error)
+bool Document::read(const QString &file, LongWork &work, DocumentError &error)
 {
     const auto check = [this](const QByteArray &bytes, DocumentError &e) {
         return checkBeginning(bytes, e);
     };
+    Content content;
+    const auto decodeFile = [&](WorkProgress &progress) {
+        if (const auto data = DocumentFile::read(file, check, error))
+            content = decode(*data, fileType(), progress);
+    };
     try {
-        const auto data = DocumentFile::read(file, check, error);
-        if (!data || !readFromData(*data, fileType(), error))
+        if (!work.run(decodeFile)) {
+            error = DocumentFile::cancelledError(file);
+            return false;
+        }
+        if (!content || !content(error))
             return false;
     } catch (const std::bad_alloc &) { // the other documents must not suffer
         error = DocumentFile::memoryError(file);
@@ -39,6 +48,12 @@ bool Document::read(const QString &file, DocumentError &error)
     }
     fileName_ = QFileInfo(file).absoluteFilePath();
     return true;
+}
+
+bool Document::readFromData(const QByteArray &data, const QString &ofType, DocumentError &error)
+{
+    WorkProgress progress;
+    return decode(data, ofType, progress)(error);
 }
 
 bool Document::save(const QString &file, DocumentError &error)

@@ -10,7 +10,9 @@
 #include <vector>
 
 class DocumentController;
+class LongWork;
 class QIODevice;
+class WorkProgress;
 
 // Something the user opens, looks at in one or more windows and may save as a file. Belongs to its
 // controller. Main thread only.
@@ -32,13 +34,12 @@ public:
     void setDocumentEdited(bool edited);
 
     // Both leave the document as it was when they fail. The file becomes the document's own.
-    bool read(const QString &file, DocumentError &error);
+    bool read(const QString &file, LongWork &work, DocumentError &error);
     bool save(const QString &file, DocumentError &error);
 
     virtual QString fileType() const = 0; // the media type of its files
     // The content of a file as the document's. The document has no name by it.
-    virtual bool readFromData(const QByteArray &data, const QString &ofType,
-                              DocumentError &error) = 0;
+    bool readFromData(const QByteArray &data, const QString &ofType, DocumentError &error);
     // What its file would hold; none when it fails.
     std::optional<QByteArray> dataOfType(const QString &type, DocumentError &error);
 
@@ -56,6 +57,11 @@ public:
 protected:
     // Whether a file that begins like this may be one of the documents; what cannot is not read.
     virtual bool checkBeginning(const QByteArray &, DocumentError &) const { return true; }
+    // What is read from a file, on any thread; calling it on the main one makes it the document's.
+    // False when it cannot be.
+    using Content = std::function<bool(DocumentError &)>;
+    virtual Content decode(const QByteArray &data, const QString &ofType,
+                           WorkProgress &progress) = 0;
     // The error needs no description, and nothing at all where it is the device that fails.
     virtual bool writeData(QIODevice &device, const QString &type, DocumentError &error) = 0;
 

@@ -1,5 +1,7 @@
 #include "platform/DocumentController.h"
 
+#include "platform/LongWork.h"
+
 #include <QFileInfo>
 
 DocumentController::DocumentController() = default;
@@ -28,7 +30,8 @@ Document *DocumentController::openDocument(const QString &file, DocumentError &e
         return open;
     }
     auto document = makeDocument();
-    return document->read(file, error) ? &add(std::move(document), display) : nullptr;
+    LongWork work(tr("Opening “%1”…").arg(QFileInfo(file).fileName()));
+    return document->read(file, work, error) ? &add(std::move(document), display) : nullptr;
 }
 
 Document &DocumentController::add(std::unique_ptr<Document> document, bool display)

@@ -85,3 +85,13 @@ DocumentError DocumentFile::memoryError(const QString &file)
 {
     return openError(file, QFileDevice::ResourceError, tr("There is not enough memory."));
 }
+
+DocumentError DocumentFile::cancelledError(const QString &file)
+{
+    return openError(file, QFileDevice::AbortError, tr("Opening it was cancelled."));
+}
+
+bool DocumentFile::isCancelled(const DocumentError &error)
+{
+    return error.domain == errorDomain && error.code == QFileDevice::AbortError;
+}

@@ -26,4 +26,7 @@ bool write(const QString &file, const std::function<bool(QIODevice &, DocumentEr
            DocumentError &error);
 // For a file that was not read for want of memory.
 DocumentError memoryError(const QString &file);
+// For one whose reading the user has ended: nothing to tell the user of.
+DocumentError cancelledError(const QString &file);
+bool isCancelled(const DocumentError &error);
 } // namespace DocumentFile

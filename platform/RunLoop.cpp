@@ -86,6 +86,19 @@ void RunLoop::performLater(QObject &owner, Call call)
     QMetaObject::invokeMethod(&owner, perform, Qt::QueuedConnection);
 }
 
+RunLoop::Hold::Hold()
+{
+    ++main().holds_;
+}
+
+RunLoop::Hold::~Hold()
+{
+    RunLoop &loop = main();
+    --loop.holds_;
+    // Not at once: who holds is in the middle of something.
+    loop.afterWait_ = loop.startTimer(Seconds(0), [&loop] { loop.noteModeChange(); });
+}
+
 void RunLoop::wait(Wait &wait, const std::function<bool(std::chrono::milliseconds)> &done)
 {
     using Clock = std::chrono::steady_clock;

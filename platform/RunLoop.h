@@ -44,7 +44,20 @@ public:
     // Fires once, in whatever mode.
     virtual std::unique_ptr<Timer> startTimer(Seconds delay, Call fire) = 0;
 
-    bool isInDefaultMode() const { return !isWaiting_ && (!modeTest_ || modeTest_()); }
+    // Keeps the main run loop out of its default mode while it lives.
+    class Hold
+    {
+    public:
+        Hold();
+        ~Hold();
+        Hold(const Hold &) = delete;
+        Hold &operator=(const Hold &) = delete;
+    };
+
+    bool isInDefaultMode() const
+    {
+        return !isWaiting_ && holds_ == 0 && (!modeTest_ || modeTest_());
+    }
     void setModeTest(std::function<bool()> isDefault) { modeTest_ = std::move(isDefault); }
     // To be told whenever the default mode may have returned.
     void noteModeChange();
@@ -70,4 +83,5 @@ private:
     std::unique_ptr<Timer> afterWait_;
     WaitDisplay *waitDisplay_ = nullptr;
     bool isWaiting_ = false;
+    int holds_ = 0;
 };

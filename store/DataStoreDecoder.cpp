@@ -6,21 +6,38 @@
 #include "store/RegistryEntryDecoder.h"
 #include "store/SnapshotLimits.h"
 
+#include <QScopeGuard>
+#include <future>
+
+namespace {
+constexpr double readingPart = 0.4; // of all
+constexpr std::size_t betweenReports = 256;
+constexpr std::size_t worthTwoThreads = 4096; // entries
+} // namespace
+
 std::unique_ptr<TavDataStore> DataStoreDecoder::decode(const QByteArray &bytes)
 {
-    KeyedUnarchiver unarchiver(bytes);
+    WorkProgress progress;
+    return decode(bytes, progress);
+}
+
+std::unique_ptr<TavDataStore> DataStoreDecoder::decode(const QByteArray &bytes,
+                                                       WorkProgress &progress)
+{
+    KeyedUnarchiver unarchiver(bytes, [&](double part) { progress.reach(readingPart * part); });
     if (unarchiver.isOfNewerFormat())
         throw TavNewUnsupportedFileVersionException();
     if (unarchiver.objectCount() == 0) {
         logUnableToDecode("the archive", unarchiver);
         return nullptr;
     }
-    DataStoreDecoder decoder(unarchiver);
+    DataStoreDecoder decoder(unarchiver, progress);
     return decoder.decodeStore() ? std::move(decoder.store_) : nullptr;
 }
 
-DataStoreDecoder::DataStoreDecoder(KeyedUnarchiver &unarchiver)
+DataStoreDecoder::DataStoreDecoder(KeyedUnarchiver &unarchiver, WorkProgress &progress)
     : unarchiver_(unarchiver)
+    , progress_(progress)
     , object_(unarchiver.object(KeyedUnarchiver::root))
     , store_(new TavDataStore)
 {}
@@ -86,10 +103,54 @@ bool DataStoreDecoder::decodeEntries()
         object_.decodeReferences(DataStoreKey::registryEntries, ArchiveClassName::entry);
     if (!references || !makeEntries(*references))
         return false;
+    if (references->size() < worthTwoThreads)
+        return decodeOnOneThread(*references);
+    if (decodeOnTwoThreads(*references))
+        return true;
+    // What is wrong with it is for one thread to find and to log.
+    return makeEntries(*references) && decodeOnOneThread(*references);
+}
+
+template<class Decode>
+bool DataStoreDecoder::decodeEach(const References &entries, Decode decode)
+{
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i % betweenReports == 0)
+            progress_.reach(readingPart + (1 - readingPart) * static_cast<double>(i) /
+                                              static_cast<double>(entries.size()));
+        if (!decode(entries[i]))
+            return false;
+    }
+    return true;
+}
+
+bool DataStoreDecoder::decodeOnOneThread(const References &entries)
+{
     RegistryEntryDecoder decoder(unarchiver_, entries_);
-    return std::all_of(references->begin(), references->end(),
-                       [&](ArchiveReference entry) { return decoder.decode(entry); }) &&
+    return decodeEach(entries, [&](ArchiveReference entry) { return decoder.decode(entry); }) &&
            decoder.finish();
+}
+
+// The properties are about half of the work.
+bool DataStoreDecoder::decodeOnTwoThreads(const References &entries)
+{
+    std::atomic<bool> isOver = false;
+    const auto decodeProperties = [&] {
+        KeyedUnarchiver unarchiver(unarchiver_, KeyedUnarchiver::Silently::Yes);
+        RegistryEntryDecoder decoder(unarchiver, entries_);
+        return std::all_of(entries.begin(), entries.end(), [&](ArchiveReference entry) {
+            return !isOver && decoder.decodeProperties(entry);
+        });
+    };
+    auto properties = std::async(std::launch::async, decodeProperties);
+    const auto end = qScopeGuard([&] { isOver = true; }); // before the other thread is waited for
+    KeyedUnarchiver unarchiver(unarchiver_, KeyedUnarchiver::Silently::Yes);
+    RegistryEntryDecoder decoder(unarchiver, entries_);
+    const bool isSound =
+        decodeEach(entries, [&](ArchiveReference entry) { return decoder.decodeFacts(entry); }) &&
+        decoder.finish();
+    isOver = !isSound;
+    return properties.get() && isSound;
 }
 
 bool DataStoreDecoder::decodePlanes()
@@ -112,7 +173,9 @@ bool DataStoreDecoder::makeEntries(const std::vector<ArchiveReference> &referenc
     quint32 highest = 0;
     for (const ArchiveReference reference : references)
         highest = std::max(highest, reference.index);
-    entries_.resize(highest + std::size_t(1));
+    entries_.assign(highest + std::size_t(1), nullptr);
+    store_->registryEntries_.clear();
+    store_->registryEntries_.reserve(references.size());
     for (const ArchiveReference reference : references) {
         if (entries_[reference.index]) {
             unarchiver_.fail(QStringLiteral("an entry stands twice in the table"), {});

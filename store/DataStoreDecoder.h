@@ -1,27 +1,36 @@
 #pragma once
 
 #include "platform/KeyedUnarchiver.h"
+#include "platform/WorkProgress.h"
 #include "store/TavDataStore.h"
 
 // Makes an archived data store from the bytes of a document. The bytes may be anything: time and
-// memory are proportional to their number, and what is returned is sound.
+// memory are proportional to their number, and what is returned is sound. On any thread.
 class DataStoreDecoder
 {
 public:
     // Null, and logged, when the bytes hold no store that can be read. Throws
     // TavOldUnsupportedFileVersionException and TavNewUnsupportedFileVersionException.
+    static std::unique_ptr<TavDataStore> decode(const QByteArray &bytes, WorkProgress &progress);
     static std::unique_ptr<TavDataStore> decode(const QByteArray &bytes);
 
 private:
-    explicit DataStoreDecoder(KeyedUnarchiver &unarchiver);
+    DataStoreDecoder(KeyedUnarchiver &unarchiver, WorkProgress &progress);
     bool decodeStore();
     bool checkVersion() const;
     bool succeeded(QLatin1String key) const; // logs the key if not
+    using References = std::vector<ArchiveReference>;
+
     bool decodeEntries();
+    bool decodeOnOneThread(const References &entries);
+    bool decodeOnTwoThreads(const References &entries); // logs nothing
+    template<class Decode>
+    bool decodeEach(const References &entries, Decode decode);
     bool decodePlanes();
-    bool makeEntries(const std::vector<ArchiveReference> &references);
+    bool makeEntries(const References &references);
 
     KeyedUnarchiver &unarchiver_;
+    WorkProgress &progress_;
     ArchivedObject object_;
     std::unique_ptr<TavDataStore> store_;
     std::vector<TavRegistryEntry *> entries_; // by the object they are decoded from

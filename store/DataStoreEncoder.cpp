@@ -30,7 +30,15 @@ QString DataStoreEncoder::encode(const TavDataStore &store, QIODevice &device)
     encoder.makeMissingTrees();
     if (!encoder.settleLinks())
         return QStringLiteral("the entries have more paths than can be followed");
+    // The trees stay where they are until all are written: their nodes are told apart by it.
+    std::vector<TavRegistryEntry *> treeless;
+    for (const EntryRef &entry : store.registryEntries()) {
+        if (!entry->hasTree())
+            treeless.push_back(entry.get());
+    }
     encoder.archiver_.encodeRoot(store, encoder.storeClass_);
+    for (TavRegistryEntry *entry : treeless)
+        entry->dropUnusedTree();
     return encoder.archiver_.errorString();
 }
 
@@ -59,10 +67,12 @@ bool DataStoreEncoder::isAllowed() const
         return std::all_of(table.begin(), table.end(),
                            [](const auto &item) { return Limits::allowName(item.plane()); });
     };
-    const auto haveNames = [&](const PlaneTable<CompactString> &table) {
-        return havePlanes(table) && std::all_of(table.begin(), table.end(), [](const auto &item) {
-                   return item.value.size() <= Limits::longestName;
-               });
+    const auto haveNames = [&](const PlaneNames &names) {
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (!Limits::allowName(names.plane(i)) || names.name(i).size() > Limits::longestName)
+                return false;
+        }
+        return true;
     };
     const auto &entries = store_.registryEntries();
     return Limits::allowPlanes(store_.registryPlanes()) &&
@@ -79,7 +89,7 @@ bool DataStoreEncoder::isAllowed() const
 void DataStoreEncoder::makeMissingTrees()
 {
     for (const EntryRef &entry : store_.registryEntries()) {
-        if (entry->properties())
+        if (entry->hasProperties())
             continue;
         const PropertyRef tree = TavRegistryProperty::create(
             TavRegistryProperty::staticPropertyClass(), entry, entry->dateDiscovered(), nullptr, {},
@@ -135,7 +145,7 @@ void DataStoreEncoder::encodeEntry(const TavRegistryEntry &entry)
 
 const TavRegistryProperty *DataStoreEncoder::treeOf(const TavRegistryEntry &entry) const
 {
-    return entry.properties() ? entry.properties() : missingTrees_.value(&entry).get();
+    return entry.hasProperties() ? entry.properties() : missingTrees_.value(&entry).get();
 }
 
 void DataStoreEncoder::encodeProperty(const TavRegistryProperty &node)
@@ -188,10 +198,10 @@ void DataStoreEncoder::encodeStrings(QLatin1String key, const QStringList &strin
     archiver_.encodeValue(key, ArchiveList(strings.begin(), strings.end()));
 }
 
-void DataStoreEncoder::encodeNames(QLatin1String key, const PlaneTable<CompactString> &names)
+void DataStoreEncoder::encodeNames(QLatin1String key, const PlaneNames &names)
 {
     ArchiveDictionary dictionary;
-    for (const auto &item : names)
-        dictionary.push_back({item.plane(), item.value.toOwner()});
+    for (std::size_t i = 0; i < names.size(); ++i)
+        dictionary.push_back({names.plane(i), names.name(i).toOwner()});
     archiver_.encodeValue(key, dictionary);
 }

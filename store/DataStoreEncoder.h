@@ -33,7 +33,7 @@ private:
     void encodeParent(const TavRegistryProperty &node);
     void encodeChildren(const TavRegistryProperty &node);
     void encodeStrings(QLatin1String key, const QStringList &strings);
-    void encodeNames(QLatin1String key, const PlaneTable<CompactString> &names);
+    void encodeNames(QLatin1String key, const PlaneNames &names);
     void encodeRelatives(const TavRegistryEntry &entry, const Relatives &relatives);
     // Of the entry of that number in the archive.
     std::vector<ArchiveReference> writtenRelatives(quint32 number, const Relatives &relatives,

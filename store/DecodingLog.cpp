@@ -5,6 +5,8 @@
 
 void logUnableToDecode(const char *what, const KeyedUnarchiver &unarchiver)
 {
+    if (unarchiver.isSilent())
+        return;
     const QString none = QStringLiteral("(null)");
     const auto &error = unarchiver.error();
     qCWarning(storeLog, "Unable to decode %s: %ls, %ls", what,

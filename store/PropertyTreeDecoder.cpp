@@ -4,41 +4,44 @@
 #include "store/DecodingLog.h"
 #include "store/RegistryValueCoding.h"
 
+#include <span>
+
 PropertyTreeDecoder::PropertyTreeDecoder(KeyedUnarchiver &unarchiver)
     : unarchiver_(unarchiver)
     , isClaimed_(unarchiver.objectCount())
 {}
 
-PropertyRef PropertyTreeDecoder::decode(ArchiveReference root, ArchiveReference entry,
-                                        TavRegistryEntry &owner)
+PropertyTreeDecoder::Decoded
+PropertyTreeDecoder::decode(ArchiveReference root, ArchiveReference entry, TavRegistryEntry &owner)
 {
     if (!claim(root))
-        return nullptr;
+        return {};
     entry_ = entry;
-    const auto tree = std::make_shared<PropertyTree>(TavRegistryEntry::currentPropertyClass(),
-                                                     owner.weak_from_this(), QDateTime());
-    TavRegistryProperty *const rootNode = tree->addNodes(1);
-    pending_.assign({{root, rootNode, {}}});
-    for (std::size_t i = 0; i < pending_.size(); ++i) {
-        if (decodeNode(pending_[i]))
+    nodes_.clear();
+    nodes_.push_back({.reference = root, .parent = {}, .name = {}, .value = {}});
+    for (std::size_t i = 0; i < nodes_.size(); ++i) {
+        if (decodeNode(i))
             continue;
         if (i > 0)
             logUnableToDecode("contents.children", unarchiver_);
-        return nullptr;
+        return {};
     }
-    return PropertyRef(tree, rootNode);
+    if (std::all_of(nodes_.begin(), nodes_.end(),
+                    [this](const Node &node) { return isOfTable(node); }))
+        return {makeTable(), nullptr};
+    return {{}, makeTree(owner)};
 }
 
-bool PropertyTreeDecoder::decodeNode(Pending pending)
+bool PropertyTreeDecoder::decodeNode(std::size_t index)
 {
-    const ArchivedObject object = unarchiver_.object(pending.reference);
-    TavRegistryProperty &node = *pending.node;
+    Node &node = nodes_[index];
+    const ArchivedObject object = unarchiver_.object(node.reference);
     if (object.decodeInteger<qint32>(PropertyKey::version, 1) > TavRegistryProperty::classVersion)
         return false;
-    const bool isCollection = object.decodeBoolean(PropertyKey::isCollection);
+    node.isCollection = object.decodeBoolean(PropertyKey::isCollection);
     if (unarchiver_.error())
         return fail(PropertyKey::isCollection.data(), nullptr);
-    const bool hasName = object.decodeBoolean(PropertyKey::hasName);
+    node.hasName = object.decodeBoolean(PropertyKey::hasName);
     if (unarchiver_.error())
         return fail(PropertyKey::hasName.data(), nullptr);
     if (object.decodeReference(PropertyKey::registryEntry, ArchiveClassName::entry) != entry_)
@@ -46,39 +49,34 @@ bool PropertyTreeDecoder::decodeNode(Pending pending)
     const auto state = object.decodeInteger<quint32>(PropertyKey::registryState);
     if (unarchiver_.error() || state > RegistryStateTerminated)
         return fail(PropertyKey::registryState.data(), "unknown state of a property");
-    node.setRegistryState(static_cast<RegistryState>(state));
-    return decodeParent(object, pending) && decodeIdent(object, node, hasName) &&
-           (isCollection ? decodeChildren(object, node) : decodeValue(object, node));
+    node.state = static_cast<RegistryState>(state);
+    return decodeParent(object, node) && decodeIdent(object, node) &&
+           (node.isCollection ? decodeChildren(object, index) : decodeValue(object, node));
 }
 
 // The parent must be the node that lists this one, or paths could lead astray or in circles.
-bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Pending &pending)
+bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Node &node)
 {
     const auto parent = object.decodeReference(PropertyKey::parent, ArchiveClassName::property);
-    if (parent && parent != pending.parent)
+    if (parent && (!node.parent || nodes_[*node.parent].reference != *parent))
         return fail("parent", "a property's parent does not list it");
     return parent || !unarchiver_.error() || fail("parent", nullptr);
 }
 
-bool PropertyTreeDecoder::decodeIdent(const ArchivedObject &object, TavRegistryProperty &node,
-                                      bool hasName)
+bool PropertyTreeDecoder::decodeIdent(const ArchivedObject &object, Node &node)
 {
-    if (!hasName) {
+    if (!node.hasName) {
         object.decodeInteger<qint32>(PropertyKey::index); // Deliberate: nodes have no place for it
         return !unarchiver_.error() || fail(PropertyKey::index.data(), nullptr);
     }
-    node.setName(CompactString(object.decodeString(PropertyKey::name)));
+    node.name = CompactString(object.decodeString(PropertyKey::name));
     return !unarchiver_.error() || fail("ident.name", nullptr);
 }
 
-bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, TavRegistryProperty &node)
+bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, std::size_t index)
 {
     using Type = RegistryValue::Type;
     const auto type = object.decodeInteger<qint32>(PropertyKey::collectionType);
-    node.valueType_ = type == 3   ? Type::Set
-                      : type == 2 ? Type::Dictionary
-                      : type == 1 ? Type::Array
-                                  : Type::Null;
     const auto children = object.decodeReferences(PropertyKey::children, ArchiveClassName::child);
     if (!children)
         return fail("contents.children", nullptr);
@@ -86,26 +84,100 @@ bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, TavRegist
         if (!claim(child))
             return fail("contents.children", nullptr);
     }
-    TavRegistryProperty *const first = node.tree_->addNodes(children->size());
-    node.value_.~RegistryValue();
-    node.flags_ |= TavRegistryProperty::Collection;
-    node.children_ = {{first}, static_cast<quint32>(children->size()), false};
-    for (std::size_t i = 0; i < children->size(); ++i) {
-        TavRegistryProperty *const child = node.tree_->at(first, i);
-        child->parent_ = &node;
-        pending_.push_back({(*children)[i], child, object.reference()});
-    }
+    Node &node = nodes_[index];
+    node.type = type == 3   ? Type::Set
+                : type == 2 ? Type::Dictionary
+                : type == 1 ? Type::Array
+                            : Type::Null;
+    node.firstChild = nodes_.size();
+    node.childCount = static_cast<quint32>(children->size());
+    const quint32 depth = node.depth + 1;
+    for (const ArchiveReference child : *children) // which may move the node
+        nodes_.push_back(
+            {.reference = child, .parent = index, .depth = depth, .name = {}, .value = {}});
     return true;
 }
 
-bool PropertyTreeDecoder::decodeValue(const ArchivedObject &object, TavRegistryProperty &node)
+bool PropertyTreeDecoder::decodeValue(const ArchivedObject &object, Node &node)
 {
     constexpr auto kinds = ArchiveKind::Null | ArchiveKind::Boolean | ArchiveKind::Number |
                            ArchiveKind::String | ArchiveKind::Data | ArchiveKind::Date |
                            ArchiveKind::List;
-    node.value_ = registryValue(object.decodeValue(PropertyKey::value, kinds));
-    node.valueType_ = node.value_.type();
-    return !node.value_.isNone() || fail("contents.value", nullptr);
+    node.value = registryValue(object.decodeValue(PropertyKey::value, kinds));
+    node.type = node.value.type();
+    return !node.value.isNone() || fail("contents.value", nullptr);
+}
+
+bool PropertyTreeDecoder::isOfTable(const Node &node) const
+{
+    using Type = RegistryValue::Type;
+    constexpr quint32 deepest = 64; // values are freed level by level on the stack
+    const bool isSound = node.isCollection ? node.type != Type::Null && node.depth < deepest
+                                           : !node.value.isCollection();
+    if (!isSound || node.state != RegistryStateUnchanged)
+        return false;
+    switch (node.parent ? nodes_[*node.parent].type : Type::None) {
+    case Type::Dictionary:
+        return node.hasName;
+    case Type::Set:
+        return node.hasName && node.name.size() == 0;
+    default:
+        return !node.hasName;
+    }
+}
+
+RegistryValue PropertyTreeDecoder::makeTable()
+{
+    for (auto node = nodes_.rbegin(); node != nodes_.rend(); ++node) {
+        if (!node->isCollection)
+            continue;
+        const std::span children(nodes_.data() + node->firstChild, node->childCount);
+        if (node->type == RegistryValue::Type::Dictionary) {
+            RegistryValue::Members members;
+            members.reserve(children.size());
+            for (Node &child : children)
+                members.push_back({std::move(child.name), std::move(child.value)});
+            node->value = RegistryValue::dictionary(std::move(members));
+            continue;
+        }
+        RegistryValue::Elements elements;
+        elements.reserve(children.size());
+        for (Node &child : children)
+            elements.push_back(std::move(child.value));
+        node->value = node->type == RegistryValue::Type::Set
+                          ? RegistryValue::set(std::move(elements))
+                          : RegistryValue::array(std::move(elements));
+    }
+    return std::move(nodes_.front().value);
+}
+
+PropertyRef PropertyTreeDecoder::makeTree(TavRegistryEntry &owner) const
+{
+    const auto tree = std::make_shared<PropertyTree>(TavRegistryEntry::currentPropertyClass(),
+                                                     owner.weak_from_this(), QDateTime());
+    std::vector<TavRegistryProperty *> made(nodes_.size());
+    made.front() = tree->addNodes(1);
+    for (std::size_t i = 0; i < nodes_.size(); ++i) {
+        const Node &node = nodes_[i];
+        TavRegistryProperty &property = *made[i];
+        property.setRegistryState(node.state);
+        property.valueType_ = node.type;
+        if (node.hasName)
+            property.setName(node.name);
+        if (!node.isCollection) {
+            property.value_ = node.value;
+            continue;
+        }
+        TavRegistryProperty *const first = tree->addNodes(node.childCount);
+        property.value_.~RegistryValue();
+        property.flags_ |= TavRegistryProperty::Collection;
+        property.children_ = {{first}, node.childCount, false};
+        for (quint32 child = 0; child < node.childCount; ++child) {
+            made[node.firstChild + child] = tree->at(first, child);
+            made[node.firstChild + child]->parent_ = &property;
+        }
+    }
+    return PropertyRef(tree, made.front());
 }
 
 bool PropertyTreeDecoder::claim(ArchiveReference node)

@@ -3,34 +3,52 @@
 #include "model/TavRegistryEntry.h"
 #include "platform/KeyedUnarchiver.h"
 
-// Decodes the property trees of entries into nodes of the class in use. Every node belongs to one
-// place of one tree; an archive that says otherwise is refused.
+// Decodes the property trees of entries. Every node belongs to one place of one tree; an archive
+// that says otherwise is refused.
 class PropertyTreeDecoder
 {
 public:
-    explicit PropertyTreeDecoder(KeyedUnarchiver &unarchiver);
-
-    // Null, and logged, when the tree cannot be decoded.
-    PropertyRef decode(ArchiveReference root, ArchiveReference entry, TavRegistryEntry &owner);
-
-private:
-    struct Pending
+    // The table that stands for the tree, or the tree of nodes of the class in use where it is one
+    // that no table would make. Neither, and logged, when it cannot be decoded.
+    struct Decoded
     {
-        ArchiveReference reference;
-        TavRegistryProperty *node;
-        std::optional<ArchiveReference> parent;
+        RegistryValue table;
+        PropertyRef tree;
     };
 
-    bool decodeNode(Pending pending);
-    bool decodeParent(const ArchivedObject &object, const Pending &pending);
-    bool decodeIdent(const ArchivedObject &object, TavRegistryProperty &node, bool hasName);
-    bool decodeChildren(const ArchivedObject &object, TavRegistryProperty &node);
-    bool decodeValue(const ArchivedObject &object, TavRegistryProperty &node);
+    explicit PropertyTreeDecoder(KeyedUnarchiver &unarchiver);
+
+    Decoded decode(ArchiveReference root, ArchiveReference entry, TavRegistryEntry &owner);
+
+private:
+    struct Node
+    {
+        ArchiveReference reference;
+        std::optional<std::size_t> parent; // of the nodes; none: the root
+        quint32 depth = 0;
+        quint32 childCount = 0;
+        std::size_t firstChild = 0; // of the nodes
+        RegistryState state = RegistryStateUnchanged;
+        RegistryValue::Type type = RegistryValue::Type::None;
+        bool hasName = false;
+        bool isCollection = false;
+        CompactString name;
+        RegistryValue value;
+    };
+
+    bool decodeNode(std::size_t index);
+    bool decodeParent(const ArchivedObject &object, const Node &node);
+    bool decodeIdent(const ArchivedObject &object, Node &node);
+    bool decodeChildren(const ArchivedObject &object, std::size_t index);
+    bool decodeValue(const ArchivedObject &object, Node &node);
+    bool isOfTable(const Node &node) const; // as a table would make it
+    RegistryValue makeTable();
+    PropertyRef makeTree(TavRegistryEntry &owner) const;
     bool claim(ArchiveReference node);
     bool fail(const char *what, const char *reason);
 
     KeyedUnarchiver &unarchiver_;
     ArchiveReference entry_{};
-    std::vector<Pending> pending_;
+    std::vector<Node> nodes_;     // each before its children, which lie one after another
     std::vector<bool> isClaimed_; // by object: it is a node of some tree already
 };

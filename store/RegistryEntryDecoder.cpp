@@ -6,15 +6,21 @@
 #include "store/SnapshotLimits.h"
 
 namespace {
-// Null when the value is no dictionary. Plane tables are sorted, and filling them in another order
-// takes time with the square of the planes.
-const ArchiveDictionary *sortedByKey(ArchiveValue &value)
+using Members = std::vector<std::pair<const QString *, ArchivedValue>>;
+
+// Plane tables are sorted, and filling them in another order takes time with the square of the
+// planes.
+Members sortedByKey(const ArchivedValue &dictionary)
 {
-    auto *dictionary = std::get_if<ArchiveDictionary>(&value);
-    if (dictionary)
-        std::sort(dictionary->begin(), dictionary->end(),
-                  [](const auto &a, const auto &b) { return a.key < b.key; });
-    return dictionary;
+    Members members;
+    dictionary.forEachMember([&](const QString &key, const ArchivedValue &value) {
+        members.emplace_back(&key, value);
+        return true;
+    });
+    const auto isBefore = [](const auto &a, const auto &b) { return *a.first < *b.first; };
+    if (!std::is_sorted(members.begin(), members.end(), isBefore))
+        std::sort(members.begin(), members.end(), isBefore);
+    return members;
 }
 } // namespace
 
@@ -26,21 +32,41 @@ RegistryEntryDecoder::RegistryEntryDecoder(KeyedUnarchiver &unarchiver,
     , lastList_(entries.size())
 {}
 
-bool RegistryEntryDecoder::decode(ArchiveReference reference)
+qint32 RegistryEntryDecoder::versionOf(const ArchivedObject &object)
+{
+    const qint32 unmarked = object.contains(EntryKey::dataStore) ? 2 : 1;
+    return object.decodeInteger<qint32>(EntryKey::version, unmarked);
+}
+
+bool RegistryEntryDecoder::decodeFacts(ArchiveReference reference)
 {
     const ArchivedObject object = unarchiver_.object(reference);
     TavRegistryEntry &entry = *entries_[reference.index];
     ++entryCount_;
-    const qint32 unmarked = object.contains(EntryKey::dataStore) ? 2 : 1;
-    const auto version = object.decodeInteger<qint32>(EntryKey::version, unmarked);
+    const qint32 version = versionOf(object);
     if (version > TavRegistryEntry::classVersion || !succeeded(EntryKey::version.data()))
         return false;
     if (!decodeDates(object, entry) || !decodeNames(object, entry) ||
         !decodeRelations(object, entry) || !decodeCountsAndFlags(object, entry))
         return false;
-    if (version == TavRegistryEntry::classVersion)
-        return decodeStateAndProperties(object, entry);
-    return decodeOldStateAndProperties(object, entry);
+    return version == TavRegistryEntry::classVersion ? decodeState(object, entry)
+                                                     : decodeOldState(object, entry);
+}
+
+bool RegistryEntryDecoder::decodeProperties(ArchiveReference reference)
+{
+    const ArchivedObject object = unarchiver_.object(reference);
+    TavRegistryEntry &entry = *entries_[reference.index];
+    if (versionOf(object) < TavRegistryEntry::classVersion)
+        return decodeOldProperties(object, entry);
+    const auto root = object.decodeReference(EntryKey::properties, ArchiveClassName::property);
+    auto properties = root ? properties_.decode(*root, object.reference(), entry)
+                           : PropertyTreeDecoder::Decoded();
+    if (properties.tree)
+        entry.setTree(std::move(properties.tree));
+    else
+        entry.setTable(properties.table, QDateTime());
+    return entry.hasProperties() || fail("properties", nullptr);
 }
 
 bool RegistryEntryDecoder::finish()
@@ -82,22 +108,50 @@ bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, TavRegistry
     entry.bundleID_ = object.decodeString(EntryKey::bundleID);
     if (!isDecoded(entry.bundleID_, "bundleID"))
         return false;
-    entry.inheritance_ = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
-    if (!succeeded("inheritance"))
+    if (!decodeInheritance(object, entry))
         return false;
-    if (!SnapshotLimits::allowClasses(entry.inheritance_))
-        return fail("inheritance", "too many classes, or names that are too long");
     entry.name_ = object.decodeString(EntryKey::name);
     if (!isDecoded(entry.name_, "name"))
         return false;
-    if (!setNames(entry.namesInPlanes_, object.decodeValue(EntryKey::namesInPlanes, table)))
+    if (!setNames(entry.namesInPlanes_, object.valueInPlace(EntryKey::namesInPlanes, table)))
         return fail("namesInPlanes", "not a table of names");
     entry.location_ = object.decodeString(EntryKey::location);
     if (!isDecoded(entry.location_, "location"))
         return false;
     return setNames(entry.locationsInPlanes_,
-                    object.decodeValue(EntryKey::locationsInPlanes, table)) ||
+                    object.valueInPlace(EntryKey::locationsInPlanes, table)) ||
            fail("location", "not a table of locations");
+}
+
+bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, TavRegistryEntry &entry)
+{
+    const ArchivedValue list =
+        object.valueInPlace(EntryKey::inheritance, ArchiveKind::List | ArchiveKind::String);
+    identities_.clear();
+    const auto note = [this](const ArchivedValue &name) {
+        identities_.push_back(name.identity());
+        return name.string() != nullptr;
+    };
+    if (!list.isList() || !list.forEachElement(note) || identities_.empty())
+        return decodeNewInheritance(object, entry);
+    Inheritance &known = inheritances_[identities_.front()];
+    if (known.identities != identities_) {
+        if (!decodeNewInheritance(object, entry))
+            return false;
+        known = {identities_, entry.inheritance_};
+    }
+    entry.inheritance_ = known.classes;
+    return true;
+}
+
+bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object,
+                                                TavRegistryEntry &entry)
+{
+    entry.inheritance_ = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
+    if (!succeeded("inheritance"))
+        return false;
+    return SnapshotLimits::allowClasses(entry.inheritance_) ||
+           fail("inheritance", "too many classes, or names that are too long");
 }
 
 // Relatives have no message of their own; they share the one of the location.
@@ -107,7 +161,7 @@ bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, TavRegi
     const auto decode = [&](PlaneTable<EntryList> &relatives, PlaneLinks &links,
                             QLatin1String key) {
         return setRelatives(relatives, links, object.reference().index,
-                            object.decodeValue(key, table, ArchiveClassName::entry)) ||
+                            object.valueInPlace(key, table, ArchiveClassName::entry)) ||
                fail("location", "not a table of entries of the store");
     };
     return decode(entry.childrenInPlanes_, childLinks_, EntryKey::childrenInPlanes) &&
@@ -140,8 +194,7 @@ bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
     return true;
 }
 
-bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object,
-                                                    TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeState(const ArchivedObject &object, TavRegistryEntry &entry)
 {
     const auto store = object.decodeReference(EntryKey::dataStore, ArchiveClassName::dataStore);
     if (store != KeyedUnarchiver::root)
@@ -152,15 +205,10 @@ bool RegistryEntryDecoder::decodeStateAndProperties(const ArchivedObject &object
     if (state > RegistryStateTerminated)
         return fail(EntryKey::registryState.data(), "unknown state of an entry");
     entry.registryState_ = static_cast<RegistryState>(state);
-    const auto root = object.decodeReference(EntryKey::properties, ArchiveClassName::property);
-    if (root)
-        entry.setProperties(properties_.decode(*root, object.reference(), entry));
-    return entry.properties_ || fail("properties", nullptr);
+    return true;
 }
 
-// An entry without readable bytes simply has no properties.
-bool RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &object,
-                                                       TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeOldState(const ArchivedObject &object, TavRegistryEntry &entry)
 {
     if (object.decodeBoolean(EntryKey::isNew))
         entry.registryState_ = RegistryStateNew;
@@ -168,67 +216,70 @@ bool RegistryEntryDecoder::decodeOldStateAndProperties(const ArchivedObject &obj
         return false;
     if (object.decodeBoolean(EntryKey::terminationAcknowledged))
         entry.registryState_ = RegistryStateTerminated;
-    if (!succeeded(EntryKey::terminationAcknowledged.data()))
-        return false;
-    if (object.containsData(EntryKey::properties)) {
-        const RegistryValue table =
-            PropertyListReader::read(object.decodeData(EntryKey::properties));
-        entry.setProperties(TavRegistryProperty::create(TavRegistryEntry::currentPropertyClass(),
-                                                        entry.shared_from_this(), {}, nullptr, {},
-                                                        0, table));
-    }
-    if (entry.properties_)
-        entry.properties_->clearIsNew();
+    return succeeded(EntryKey::terminationAcknowledged.data());
+}
+
+// An entry without readable bytes simply has no properties.
+bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
+                                               TavRegistryEntry &entry)
+{
+    if (object.containsData(EntryKey::properties))
+        entry.setTable(PropertyListReader::read(object.decodeData(EntryKey::properties)),
+                       QDateTime::currentDateTimeUtc());
     return succeeded("properties");
 }
 
-bool RegistryEntryDecoder::setNames(PlaneTable<CompactString> &table, ArchiveValue value)
+bool RegistryEntryDecoder::setNames(PlaneNames &names, const ArchivedValue &value)
 {
-    const ArchiveDictionary *names = sortedByKey(value);
-    if (!names)
+    if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
-    for (const auto &[plane, member] : *names) {
-        const auto *name = member.get<QString>();
-        if (!name || !SnapshotLimits::allowName(*name) || !SnapshotLimits::allowName(plane))
+    PlaneNames::Strings planes;
+    PlaneNames::Strings texts;
+    for (const auto &[plane, member] : sortedByKey(value)) {
+        const QString *const name = member.string();
+        if (!name || !SnapshotLimits::allowName(*name) || !SnapshotLimits::allowName(*plane))
             return false;
-        table[plane] = CompactString(*name);
+        planes.emplace_back(*plane);
+        texts.emplace_back(*name);
     }
+    names.assign(std::move(planes), texts);
     return true;
 }
 
 bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links,
-                                        quint32 entry, ArchiveValue value)
+                                        quint32 entry, const ArchivedValue &value)
 {
-    const ArchiveDictionary *planes = sortedByKey(value);
-    if (!planes)
+    if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
-    for (const auto &[plane, member] : *planes) {
-        const auto *list = member.get<ArchiveList>();
-        if (!list || !SnapshotLimits::allowName(plane) || !readRelatives(*list))
+    const Members planes = sortedByKey(value);
+    table.reserve(planes.size());
+    for (const auto &[plane, list] : planes) {
+        if (!list.isList() || !SnapshotLimits::allowName(*plane) || !readRelatives(list))
             return false;
-        links.add(plane, entry, relatives_);
+        links.add(*plane, entry, relatives_);
         EntryList::Entries entries;
+        entries.reserve(relatives_.size());
         for (const quint32 relative : relatives_)
             entries.push_back(entries_[relative]);
-        table[plane].setOrder(std::move(entries));
+        table[*plane].setOrder(std::move(entries));
     }
     return true;
 }
 
 // Into relatives_: entries of the store, none of them twice.
-bool RegistryEntryDecoder::readRelatives(const ArchiveList &list)
+bool RegistryEntryDecoder::readRelatives(const ArchivedValue &list)
 {
     ++listCount_;
     relatives_.clear();
-    for (const ArchiveValue &element : list) {
-        const auto *reference = element.get<ArchiveReference>();
+    return list.forEachElement([this](const ArchivedValue &element) {
+        const auto reference = element.reference();
         if (!reference || reference->index >= entries_.size() || !entries_[reference->index] ||
             lastList_[reference->index] == listCount_)
             return false;
         lastList_[reference->index] = listCount_;
         relatives_.push_back(reference->index);
-    }
-    return true;
+        return true;
+    });
 }
 
 bool RegistryEntryDecoder::isDecoded(const QString &name, const char *what)

@@ -12,7 +12,13 @@ public:
                          const std::vector<TavRegistryEntry *> &entries);
 
     // False, and logged but for a newer version, when the entry cannot be decoded.
-    bool decode(ArchiveReference reference);
+    bool decode(ArchiveReference reference)
+    {
+        return decodeFacts(reference) && decodeProperties(reference);
+    }
+    // Its two parts, which may be done on two threads by a decoder each.
+    bool decodeFacts(ArchiveReference reference);
+    bool decodeProperties(ArchiveReference reference);
     bool finish(); // after the last; false when they do not fit together
 
 private:
@@ -20,12 +26,16 @@ private:
     bool decodeNames(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeRelations(const ArchivedObject &object, TavRegistryEntry &entry);
     bool decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeOldStateAndProperties(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool setNames(PlaneTable<CompactString> &table, ArchiveValue value);
+    bool decodeState(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeOldState(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeOldProperties(const ArchivedObject &object, TavRegistryEntry &entry);
+    static qint32 versionOf(const ArchivedObject &object);
+    bool decodeInheritance(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeNewInheritance(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool setNames(PlaneNames &names, const ArchivedValue &value);
     bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
-                      ArchiveValue value);
-    bool readRelatives(const ArchiveList &list);
+                      const ArchivedValue &value);
+    bool readRelatives(const ArchivedValue &list);
     void check(const PlaneLinks &links);
     bool isDecoded(const QString &name, const char *what);
     bool succeeded(const char *what);
@@ -38,6 +48,14 @@ private:
     std::vector<quint64> lastList_;
     quint64 listCount_ = 0;
     std::vector<quint32> relatives_; // of the current list
+    struct Inheritance
+    {
+        std::vector<quint64> identities; // of its strings
+        QStringList classes;
+    };
+    QHash<quint64, Inheritance>
+        inheritances_;                // by the first string, the last one: entries share them
+    std::vector<quint64> identities_; // of the current list
     std::size_t entryCount_ = 0;
     PlaneLinks childLinks_{PlaneLinks::Direction::ToChildren};
     PlaneLinks parentLinks_{PlaneLinks::Direction::ToParents};

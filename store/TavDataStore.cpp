@@ -1,6 +1,7 @@
 #include "store/TavDataStore.h"
 
 #include "model/RegistryOrder.h"
+#include "platform/Disposal.h"
 #include "platform/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
 #include "store/StoreLogging.h"
@@ -25,8 +26,14 @@ TavDataStore::~TavDataStore()
 {
     life_.reset();
     endNotifications();
-    for (const EntryRef &entry : registryEntries_)
-        entry->leaveStore();
+    const bool isLarge = registryEntries_.size() >= Disposal::worthwhile;
+    // Nobody can ask those any more that are held here alone.
+    for (const EntryRef &entry : registryEntries_) {
+        if (isLive_ || !isLarge || entry.use_count() > 1 || entry->isTreeHeld())
+            entry->leaveStore();
+    }
+    if (isLarge)
+        Disposal::later(std::make_shared<std::vector<EntryRef>>(std::move(registryEntries_)));
 }
 
 std::unique_ptr<TavDataStore>

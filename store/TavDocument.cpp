@@ -112,16 +112,25 @@ bool TavDocument::checkBeginning(const QByteArray &bytes, DocumentError &error) 
     return false;
 }
 
-bool TavDocument::readFromData(const QByteArray &data, const QString &, DocumentError &error)
+Document::Content TavDocument::decode(const QByteArray &data, const QString &,
+                                      WorkProgress &progress)
 {
+    std::shared_ptr<TavDataStore> store;
     ErrorCode code = UnknownError;
     try {
-        dataStore_ = DataStoreDecoder::decode(data);
+        store = DataStoreDecoder::decode(data, progress);
     } catch (const TavOldUnsupportedFileVersionException &) {
         code = OldVersionError;
     } catch (const TavNewUnsupportedFileVersionException &) {
         code = NewVersionError;
     }
+    return [this, store, code](DocumentError &error) { return takeContent(store, code, error); };
+}
+
+bool TavDocument::takeContent(std::shared_ptr<TavDataStore> store, ErrorCode code,
+                              DocumentError &error)
+{
+    dataStore_ = std::move(store);
     if (dataStore_)
         dataStore_->setBundleService(documents_.registryService());
     else

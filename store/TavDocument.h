@@ -30,8 +30,6 @@ public:
     QString displayName() const override;
     QString suggestedName() const override; // the host, and the time of day
     QString fileType() const override { return QStringLiteral("application/x-vandrel-snapshot"); }
-    // There is one type only, whatever it is called.
-    bool readFromData(const QByteArray &data, const QString &ofType, DocumentError &error) override;
     void makeWindowControllers() override;
     void dataViewOptionsChanged(TavRegistryProperty *item);
 
@@ -45,11 +43,14 @@ public:
 
 protected:
     bool checkBeginning(const QByteArray &bytes, DocumentError &error) const override;
+    // There is one type only, whatever it is called.
+    Content decode(const QByteArray &data, const QString &ofType, WorkProgress &progress) override;
     bool writeData(QIODevice &device, const QString &type, DocumentError &error) override;
 
 private:
     using Relay = void (TavDocumentWindowController::*)();
 
+    bool takeContent(std::shared_ptr<TavDataStore> store, ErrorCode code, DocumentError &error);
     bool takeSnapshot();
     void applyUpdatePreferences();
     void relay(Relay note, bool changesTitle);

@@ -259,7 +259,7 @@ void RegistryGraph::finish(HostObject &object, UdevDatabase &udev)
 void RegistryGraph::addRequested(int index, const RequestedAttributes &requested)
 {
     HostObject &object = objects_.at(index);
-    object.members = object.properties.members();
+    object.members.assign(object.properties.members().begin(), object.properties.members().end());
     std::erase_if(object.members, [](const RegistryValue::Member &member) {
         return member.key.toOwner() == unreadAttributes;
     });

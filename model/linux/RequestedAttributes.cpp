@@ -1,6 +1,11 @@
 #include "model/linux/RequestedAttributes.h"
 
 namespace {
+RegistryValue::Members membersOf(const RegistryValue &value)
+{
+    return {value.members().begin(), value.members().end()};
+}
+
 RegistryValue::Members::iterator placeOf(RegistryValue::Members &members,
                                          const RegistryValue::Member &member)
 {
@@ -20,7 +25,8 @@ void setMember(RegistryValue::Members &members, QByteArrayView path, RegistryVal
     const bool isThere = place != members.end() && place->key == member.key;
     if (slash >= 0) {
         const bool isFolder = isThere && place->value.type() == RegistryValue::Type::Dictionary;
-        RegistryValue::Members below = isFolder ? place->value.members() : RegistryValue::Members();
+        RegistryValue::Members below =
+            isFolder ? membersOf(place->value) : RegistryValue::Members();
         setMember(below, path.sliced(slash + 1), std::move(member.value));
         member.value = RegistryValue::dictionary(std::move(below));
     }
@@ -50,7 +56,7 @@ RegistryValue::Members mergedMembers(RegistryValue::Members base,
             base.insert(place, member);
         else if (member.value.type() == RegistryValue::Type::Dictionary)
             place->value = RegistryValue::dictionary(
-                mergedMembers(place->value.members(), member.value.members()));
+                mergedMembers(membersOf(place->value), membersOf(member.value)));
         else
             place->value = member.value;
     }

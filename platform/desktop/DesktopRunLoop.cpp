@@ -1,5 +1,7 @@
 #include "platform/desktop/DesktopRunLoop.h"
 
+#include "platform/desktop/WorkDialog.h"
+
 #include <QApplication>
 #include <QEvent>
 
@@ -20,12 +22,16 @@ DesktopRunLoop::DesktopRunLoop(RunLoop &loop)
 {
     loop_.setModeTest(isInDefaultMode);
     loop_.setWaitDisplay(this);
+    LongWork::setDisplayFactory([](const QString &title, LongWork::Kind kind) {
+        return std::make_unique<WorkDialog>(title, kind);
+    });
     qApp->installEventFilter(this);
 }
 
 DesktopRunLoop::~DesktopRunLoop()
 {
     waitEnded();
+    LongWork::setDisplayFactory(nullptr);
     loop_.setWaitDisplay(nullptr);
     loop_.setModeTest(nullptr);
 }

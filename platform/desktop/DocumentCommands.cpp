@@ -2,6 +2,7 @@
 
 #include "platform/Alert.h"
 #include "platform/DocumentController.h"
+#include "platform/DocumentFile.h"
 #include "platform/PortableFileName.h"
 #include "platform/RunLoop.h"
 #include "platform/desktop/BusyCursor.h"
@@ -82,6 +83,8 @@ QList<DocumentCommands::Failure> DocumentCommands::open(const QStringList &files
             recentDocuments_.add(file);
             continue;
         }
+        if (DocumentFile::isCancelled(failure.error))
+            break; // nor are the others wanted
         failures.append(failure);
         if (!QFileInfo::exists(file))
             recentDocuments_.remove(QFileInfo(file).absoluteFilePath());

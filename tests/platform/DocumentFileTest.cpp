@@ -20,12 +20,12 @@ public:
     using Document::Document;
     void makeWindowControllers() override {}
     QString fileType() const override { return {}; }
-    bool readFromData(const QByteArray &, const QString &, DocumentError &) override
+
+protected:
+    Content decode(const QByteArray &, const QString &, WorkProgress &) override
     {
         throw std::bad_alloc();
     }
-
-protected:
     bool writeData(QIODevice &, const QString &, DocumentError &) override { return true; }
 };
 

@@ -41,7 +41,7 @@ TEST_F(DataStoreArchive, WritesTheKeysOfEachClassInOrder)
         tree_["Host"], dictionary({{"list", array({RegistryValue::boolean(true), array({})})}}));
     capture();
     ArchiveTable table;
-    ASSERT_TRUE(ArchiveReader(encoded(*store_)).read(table));
+    ASSERT_TRUE(ArchiveReader(encoded(*store_), {}).read(table));
     QByteArrayList shapes;
     for (const ArchiveTable::Shape &shape : table.shapes) {
         QByteArrayList keys;

@@ -43,7 +43,8 @@ void FakeRegistry::publishPlanes()
     for (const QByteArray &plane : planes_)
         planes.push_back(
             {CompactString(QString::fromLatin1(plane)), RegistryValue::number(objects_.size(), 4)});
-    RegistryValue::Members table = at(root_).properties.members();
+    const auto known = at(root_).properties.members();
+    RegistryValue::Members table(known.begin(), known.end());
     const CompactString key(QStringLiteral("DxRegistryPlanes"));
     std::erase_if(table, [&](const auto &member) { return member.key == key; });
     table.push_back({key, RegistryValue::dictionary(std::move(planes))});

@@ -1,0 +1,101 @@
+#include "model/PlaneNames.h"
+
+#include <array>
+
+namespace {
+QStringView textOf(const CompactString &text)
+{
+    return {text.data(), text.size()};
+}
+} // namespace
+
+// Of the sets of planes that came last; others than a few are rare.
+PlaneNames::PlanesRef PlaneNames::shared(Strings planes)
+{
+    static thread_local std::array<PlanesRef, 64> known;
+    std::size_t hash = planes.size();
+    for (const CompactString &plane : planes)
+        hash = qHash(textOf(plane), hash);
+    auto &slot = known[hash % known.size()];
+    if (!slot || slot->names != planes) {
+        planes.shrink_to_fit();
+        slot = PlanesRef(new Planes(std::move(planes)));
+    }
+    return slot;
+}
+
+std::size_t PlaneNames::lowerBound(const QString &plane) const
+{
+    if (!planes_)
+        return 0;
+    // Names of planes share their text, so most comparisons end at once.
+    const auto found =
+        std::lower_bound(planes_->names.begin(), planes_->names.end(), plane,
+                         [](const CompactString &known, const QString &sought) {
+                             return known.data() != sought.constData() && textOf(known) < sought;
+                         });
+    return static_cast<std::size_t>(found - planes_->names.begin());
+}
+
+bool PlaneNames::isAt(std::size_t index, const QString &plane) const
+{
+    return index < size() && textOf(planes_->names[index]) == plane;
+}
+
+const CompactString *PlaneNames::find(const QString &plane) const
+{
+    const std::size_t index = lowerBound(plane);
+    return isAt(index, plane) ? &name(index) : nullptr;
+}
+
+void PlaneNames::set(const QString &plane, const CompactString &name)
+{
+    const std::size_t index = lowerBound(plane);
+    if (!isAt(index, plane)) {
+        insert(index, plane, name);
+        return;
+    }
+    if (each_) {
+        each_[index] = name;
+    } else if (size() == 1) {
+        all_ = name;
+    } else if (!(all_ == name)) {
+        each_ = std::make_unique<CompactString[]>(size());
+        std::fill_n(each_.get(), size(), all_);
+        each_[index] = name;
+    }
+}
+
+void PlaneNames::insert(std::size_t index, const QString &plane, const CompactString &name)
+{
+    Strings planes;
+    Strings names;
+    for (std::size_t i = 0; i < size(); ++i) {
+        planes.push_back(planes_->names[i]);
+        names.push_back(this->name(i));
+    }
+    const auto place = static_cast<Strings::difference_type>(index);
+    planes.insert(planes.begin() + place, CompactString(plane));
+    names.insert(names.begin() + place, name);
+    assign(std::move(planes), names);
+}
+
+void PlaneNames::assign(Strings planes, const Strings &names)
+{
+    each_.reset();
+    all_ = names.empty() ? CompactString() : names.front();
+    if (!std::all_of(names.begin(), names.end(), [&](const auto &name) { return name == all_; })) {
+        each_ = std::make_unique<CompactString[]>(names.size());
+        std::copy(names.begin(), names.end(), each_.get());
+        all_ = {};
+    }
+    planes_ = planes.empty() ? PlanesRef() : shared(std::move(planes));
+}
+
+bool PlaneNames::areAllAt(const QChar *text) const
+{
+    if (!each_)
+        return size() == 0 || all_.data() == text;
+    return std::all_of(each_.get(), each_.get() + size(),
+                       [&](const CompactString &name) { return name.data() == text; });
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/CompactArray.h"
+
+#include <QSharedData>
+#include <memory>
+#include <vector>
+
+// The names of an entry by plane. It is small, for it shares the planes with other entries, and
+// most entries have one name in all planes.
+class PlaneNames
+{
+public:
+    using Strings = std::vector<CompactString>;
+
+    const CompactString *find(const QString &plane) const; // null: none
+    void set(const QString &plane, const CompactString &name);
+    // All at once, the planes sorted and none twice.
+    void assign(Strings planes, const Strings &names);
+
+    std::size_t size() const { return planes_ ? planes_->names.size() : 0; }
+    QString plane(std::size_t index) const { return planes_->names[index].toOwner(); }
+    const CompactString &name(std::size_t index) const { return each_ ? each_[index] : all_; }
+    bool areAllAt(const QChar *text) const; // whether every name is the very same one
+
+private:
+    std::size_t lowerBound(const QString &plane) const;
+    bool isAt(std::size_t index, const QString &plane) const;
+    void insert(std::size_t index, const QString &plane, const CompactString &name);
+    struct Planes : QSharedData
+    {
+        explicit Planes(Strings sorted)
+            : names(std::move(sorted))
+        {}
+        Strings names;
+    };
+    using PlanesRef = QExplicitlySharedDataPointer<Planes>;
+    static PlanesRef shared(Strings planes);
+
+    PlanesRef planes_; // null: none
+    CompactString all_;
+    std::unique_ptr<CompactString[]> each_; // null: all have the one above
+};
