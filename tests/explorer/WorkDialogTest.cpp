@@ -118,7 +118,9 @@ TEST_F(WorkDialogTest, WorkOfAMomentIsShownAtOnceAndTakesNoFocus)
     bool wasShown = false;
     timer_.callOnTimeout(&timer_, [&] {
         const QProgressDialog *const dialog = shownDialog();
-        wasShown = wasShown || (dialog && !dialog->isModal() && !dialog->isActiveWindow() &&
+        wasShown = wasShown || (dialog && !dialog->isModal() &&
+                                dialog->windowFlags() & Qt::WindowDoesNotAcceptFocus &&
+                                dialog->testAttribute(Qt::WA_ShowWithoutActivating) &&
                                 !dialog->findChild<QPushButton *>());
     });
     timer_.start(1);
