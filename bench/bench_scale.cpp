@@ -8,6 +8,7 @@
 #include "display/TavPropertyOutlineItem.h"
 #include "explorer/TavRegistryOutlineView.h"
 #include "explorer/TavWindowController.h"
+#include "platform/Disposal.h"
 #include "platform/PreferencesStore.h"
 #include "platform/desktop/DesktopRunLoop.h"
 #include "platform/desktop/DocumentCommands.h"
@@ -129,6 +130,7 @@ void decode(benchmark::State &state)
 
 void memory(benchmark::State &state, TavDataStore &store, double before)
 {
+    Disposal::wait();
     malloc_trim(0);
     const double used = bytesInUse() - before; // looking at the texts makes property trees
     const double texts = bytesOfTexts(store);

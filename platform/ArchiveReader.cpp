@@ -16,7 +16,7 @@ QByteArray digestOf(QByteArrayView bytes)
     hash.addData(bytes);
     return hash.result();
 }
-}
+} // namespace
 
 ArchiveReader::ArchiveReader(const QByteArray &bytes, Report report)
     : bytes_(bytes)

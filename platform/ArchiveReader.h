@@ -30,7 +30,8 @@ private:
     bool readDigest();
 
     QByteArray bytes_;
-    std::future<QByteArray> digest_; // of what a digest usually follows; invalid for a small archive
+    std::future<QByteArray>
+        digest_;    // of what a digest usually follows; invalid for a small archive
     Report report_; // null: none
     ArchiveInput input_;
     ArchiveTable table_;

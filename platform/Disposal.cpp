@@ -2,12 +2,25 @@
 
 #include <QThreadPool>
 
+namespace {
+struct Pool : QThreadPool
+{
+    Pool() { setMaxThreadCount(1); }
+};
+
+QThreadPool &pool()
+{
+    static Pool only; // ends when all is freed
+    return only;
+}
+} // namespace
+
 void Disposal::later(std::shared_ptr<void> last)
 {
-    struct Pool : QThreadPool
-    {
-        Pool() { setMaxThreadCount(1); }
-    };
-    static Pool pool; // ends when all is freed
-    pool.start([last = std::move(last)]() mutable { last.reset(); });
+    pool().start([last = std::move(last)]() mutable { last.reset(); });
+}
+
+void Disposal::wait()
+{
+    pool().waitForDone();
 }

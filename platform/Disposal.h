@@ -8,4 +8,5 @@
 namespace Disposal {
 constexpr std::size_t worthwhile = 20'000; // objects; fewer are freed at once
 void later(std::shared_ptr<void> last);
+void wait(); // until all is freed
 } // namespace Disposal

@@ -106,7 +106,8 @@ void WorkDialog::show()
     dialog_->setAutoReset(false);
     dialog_->setRange(0, steps);
     dialog_->setLabelText(visibleText(title_));
-    // It stays until the work has seen that it is to end.
-    QObject::disconnect(dialog_, &QProgressDialog::canceled, dialog_, &QProgressDialog::cancel);
+    // It stays until the work has seen that it is to end. The library connects these by their
+    // names.
+    QObject::disconnect(dialog_, SIGNAL(canceled()), dialog_, SLOT(cancel()));
     dialog_->show();
 }

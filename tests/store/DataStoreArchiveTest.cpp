@@ -69,6 +69,20 @@ TEST_F(DataStoreArchive, WritesTheKeysOfEachClassInOrder)
     EXPECT_EQ(shapes.join('\n'), expected.join('\n'));
 }
 
+TEST_F(DataStoreArchive, LeavesOnlyTheTreesThatAreLookedAt)
+{
+    service_.setProperties(tree_["Host"], dictionary({{"key", number(1)}}));
+    capture();
+    const auto opened = reopened();
+    const PropertyRef seen = opened->registryRoot()->propertiesRef();
+    const TavRegistryEntry &host = *opened->registryEntries().back();
+    EXPECT_FALSE(host.hasTree());
+    const QByteArray bytes = encoded(*opened);
+    EXPECT_FALSE(host.hasTree());
+    EXPECT_EQ(opened->registryRoot()->propertiesRef(), seen);
+    EXPECT_EQ(StorePrinter::print(*DataStoreDecoder::decode(bytes)), StorePrinter::print(*store_));
+}
+
 TEST_F(DataStoreArchive, IsNeverReadAnewOnceOpened)
 {
     capture();

@@ -100,6 +100,24 @@ Sketch levelsOfNodes()
     return sketch;
 }
 
+// So many more children, each with a table, that they are decoded on two threads.
+Sketch manyChildren()
+{
+    Sketch sketch = SmallStore::current();
+    ArchiveList entries{at(Root), at(Child)};
+    for (int i = 0; i < 5000; ++i) {
+        const ArchiveReference child{static_cast<quint32>(sketch.objects.size())};
+        const ArchiveReference table{child.index + 1};
+        Sketch::Object childObject = sketch.objects[Child];
+        Sketch::Object tableObject = sketch.objects[ChildTable];
+        sketch.objects.push_back(childObject.set(L1("properties"), ArchiveValue(table)));
+        sketch.objects.push_back(tableObject.set(L1("registryEntry"), ArchiveValue(child)));
+        entries.push_back(child);
+    }
+    sketch.objects[Store].set(L1("registryEntries"), ArchiveValue(entries));
+    return sketch;
+}
+
 quint32 entryLevels(const TavDataStore &store)
 {
     quint32 levels = 0;
@@ -197,6 +215,24 @@ TEST(DataStoreDecoderFaults, LogsWhatCannotBeDecoded)
     sketch = SmallStore::current();
     sketch.objects[Store].className = QStringLiteral("Other");
     expectRefused(sketch, {QStringLiteral("Unable to decode the archive")});
+}
+
+TEST(DataStoreDecoderFaults, LogsTheSameOnTwoThreads)
+{
+    const auto store = DataStoreDecoder::decode(manyChildren().bytes());
+    ASSERT_TRUE(store);
+    EXPECT_EQ(store->registryEntries().size(), 5002U);
+    EXPECT_TRUE(store->registryEntries().back()->properties());
+
+    Sketch facts = manyChildren();
+    facts.objects[facts.objects.size() - 2].set(L1("name"), ArchiveValue(true));
+    expectRefused(facts, {QStringLiteral("Unable to decode name"),
+                          QStringLiteral("Unable to decode registryEntries")});
+    Sketch properties = manyChildren();
+    properties.objects.back().set(L1("isCollection"), ArchiveValue(QStringLiteral("text")));
+    expectRefused(properties, {QStringLiteral("Unable to decode isCollection"),
+                               QStringLiteral("Unable to decode properties"),
+                               QStringLiteral("Unable to decode registryEntries")});
 }
 
 TEST(DataStoreDecoderFaults, RefusesCyclesInAPlane)

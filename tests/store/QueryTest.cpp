@@ -157,7 +157,8 @@ TEST_F(Query, FindsLongTextsThatManyNodesShare)
     store_->update();
     const PropertyText folded(*entry("Disk@0").properties());
     EXPECT_FALSE(folded.isWhole());
-    EXPECT_LT(folded.keys().size() + folded.strings().size(), 1'000'000); // written out, they would take 400 MB
+    EXPECT_LT(folded.keys().size() + folded.strings().size(),
+              1'000'000); // written out, they would take 400 MB
 
     EXPECT_EQ(found("longkey", FindOption::Keys), "Disk");
     EXPECT_EQ(found("longkey", FindOption::Values), "");
