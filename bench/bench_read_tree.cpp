@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <ctime>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -78,6 +79,14 @@ double milliseconds(Clock::duration duration)
     return std::chrono::duration<double, std::milli>(duration).count();
 }
 
+// Of this thread, without what it waits for.
+double threadMilliseconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
+}
+
 double findAndCat(const QString &folder)
 {
     const auto begin = Clock::now();
@@ -97,6 +106,7 @@ void readAgainstFindAndCat(benchmark::State &state, int devices, int folders, in
     double least = 0;
     double leastRead = 0;
     double leastCapture = 0;
+    double leastUpdate = 0; // what this thread does in one in which nothing changed
     const auto note = [](double &known, double time) {
         known = known == 0 ? time : std::min(known, time);
     };
@@ -112,9 +122,13 @@ void readAgainstFindAndCat(benchmark::State &state, int devices, int folders, in
         const auto service = LinuxRegistryService::create(tree.sys(), &error);
         const auto store = TavDataStore::initFromDxRegistry(*service);
         note(leastCapture, milliseconds(Clock::now() - afterRead));
+        const double beforeUpdate = threadMilliseconds();
+        store->update();
+        note(leastUpdate, threadMilliseconds() - beforeUpdate);
         state.counters["entries"] = static_cast<double>(store->registryEntries().size());
     }
     state.counters["find_cat_ms"] = least;
+    state.counters["update_ms"] = leastUpdate;
     state.counters["read_ratio"] = leastRead / least;
     state.counters["capture_ratio"] = leastCapture / least;
 }

@@ -83,6 +83,13 @@ void TavRegistryOutlineView::setSubtreeExpanded(const QModelIndex &top, bool isE
     rereadMiscounted();
 }
 
+qsizetype TavRegistryOutlineView::mostRowsInBulk() const
+{
+    constexpr qsizetype rowsOfAnEntry = 4; // of most there is one
+    constexpr qsizetype least = 10'000;
+    return std::max(least, rowsOfAnEntry * dataSource_->entryCount());
+}
+
 void TavRegistryOutlineView::setAllRowsExpanded(bool isExpanded)
 {
     reloadData(); // rows that are open already may be miscounted, too

@@ -3,6 +3,7 @@
 #include "explorer/EntryTextStyle.h"
 #include "explorer/TavWindowController.h"
 #include "platform/desktop/PlainToolTip.h"
+#include "store/TavDataStore.h"
 
 namespace {
 // As long as no more nodes have other children than before, their rows are changed one by one.
@@ -18,6 +19,11 @@ TavRegistryOutlineViewDataSource::TavRegistryOutlineViewDataSource(
 bool TavRegistryOutlineViewDataSource::showsRoot() const
 {
     return !windowController_.hidesEverything();
+}
+
+qsizetype TavRegistryOutlineViewDataSource::entryCount() const
+{
+    return static_cast<qsizetype>(windowController_.dataStore()->registryEntries().size());
 }
 
 TavRegistryOutlineViewDataSource::Reloaded

@@ -30,6 +30,7 @@ public:
     // one by one while they are few, or else in a reset. No node is selected afterwards.
     Reloaded reload(TavRegistryOutlineItem::Reread which);
 
+    qsizetype entryCount() const; // of the store, whatever is shown
     static TavRegistryOutlineItem *item(const QModelIndex &index); // null for the invisible top
     QModelIndex indexOf(const TavRegistryOutlineItem &item) const;
 

@@ -79,7 +79,7 @@ bool hasAny(const Words &words, const QByteArray &name)
     });
 }
 
-Words words(const QJsonObject &row, const char *key)
+Words textsOf(const QJsonObject &row, const char *key)
 {
     Words found;
     for (const auto &word : row.value(QLatin1String(key)).toArray())
@@ -91,7 +91,7 @@ std::optional<Patterns> patterns(const QJsonObject &row, const char *key)
 {
     if (!row.value(QLatin1String(key)).isArray())
         return std::nullopt;
-    const Words texts = words(row, key);
+    const Words texts = textsOf(row, key);
     return Patterns(texts.begin(), texts.end());
 }
 
@@ -137,7 +137,7 @@ AttributePolicy::Row::Row(const QJsonObject &row)
     : rule(row.value(QLatin1String("rule")) == QLatin1String("never") ? Rule::Never
                                                                       : Rule::OnRequest)
     , names(patterns(row, "names").value_or(Patterns()))
-    , words(::words(row, "words"))
+    , words(textsOf(row, "words"))
     , except(patterns(row, "except").value_or(Patterns()))
     , directories(patterns(row, "directory"))
     , subsystems(patterns(row, "subsystem"))
@@ -147,7 +147,7 @@ AttributePolicy::Row::Row(const QJsonObject &row)
     , onlySuspended(row.value(QLatin1String("when")) == QLatin1String("suspended"))
     , reason(row.value(QLatin1String("reason")).toString().toUtf8())
 {
-    for (const QByteArray &kind : ::words(row, "in"))
+    for (const QByteArray &kind : textsOf(row, "in"))
         folders.push_back(folderNamed(kind));
 }
 

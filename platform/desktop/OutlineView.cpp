@@ -7,9 +7,11 @@
 
 namespace {
 // Visits an index and the ones below it that have children, parents first, without recursion. Those
-// below an index are left out when its visit answers false or its level is the deepest.
+// below an index are left out when its visit answers false, its level is the deepest or they are
+// more than are left of the most.
 template<class Visit>
-void visitSubtree(const QAbstractItemModel &model, const QModelIndex &top, int deepest, Visit visit)
+void visitSubtree(const QAbstractItemModel &model, const QModelIndex &top, int deepest,
+                  qsizetype &most, Visit visit)
 {
     struct Pending
     {
@@ -20,8 +22,9 @@ void visitSubtree(const QAbstractItemModel &model, const QModelIndex &top, int d
     while (!pending.empty()) {
         const auto [index, level] = pending.back();
         pending.pop_back();
-        if (!visit(index) || level >= deepest || !model.hasChildren(index))
+        if (most <= 0 || !visit(index) || level >= deepest || !model.hasChildren(index))
             continue;
+        most -= model.rowCount(index);
         for (int row = model.rowCount(index) - 1; row >= 0; --row) {
             const QModelIndex child = model.index(row, 0, index);
             if (model.hasChildren(child))
@@ -54,6 +57,12 @@ OutlineView::OutlineView(QWidget *parent)
     setHorizontalScrollMode(ScrollPerPixel);
 }
 
+qsizetype OutlineView::mostRowsInBulk() const
+{
+    constexpr qsizetype most = 1'000'000;
+    return most;
+}
+
 void OutlineView::openRows(const QModelIndexList &tops, const Predicate &shouldOpen)
 {
     if (isOpeningRows_ || isChangingSubtree_ || !model())
@@ -61,8 +70,9 @@ void OutlineView::openRows(const QModelIndexList &tops, const Predicate &shouldO
     const QScopedValueRollback opening(isOpeningRows_, true);
     // With a layout pending, opening or closing a row does no more than note it.
     scheduleDelayedItemsLayout();
+    qsizetype most = mostRowsInBulk();
     for (const QModelIndex &top : tops) {
-        visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
+        visitSubtree(*model(), top, deepestLevel, most, [&](const QModelIndex &index) {
             if (index != top && !shouldOpen(index))
                 return false;
             expand(index);
@@ -78,7 +88,8 @@ void OutlineView::setSubtreeExpanded(const QModelIndex &top, bool isExpanded)
         return;
     const QScopedValueRollback changing(isChangingSubtree_, true);
     scheduleDelayedItemsLayout();
-    visitSubtree(*model(), top, deepestLevel, [&](const QModelIndex &index) {
+    qsizetype most = mostRowsInBulk();
+    visitSubtree(*model(), top, deepestLevel, most, [&](const QModelIndex &index) {
         setExpanded(index, isExpanded);
         return true;
     });

@@ -18,6 +18,9 @@ public:
 protected:
     // How far below each other rows are opened in bulk: the layout takes a stack frame a level.
     static constexpr int deepestLevel = 1000;
+    // How many rows may come or go when rows are opened or closed in bulk. The others stay as they
+    // are: one entry on many paths has as many rows, and so has all below it.
+    virtual qsizetype mostRowsInBulk() const;
 
     // Opens the tops and, below rows that are opened, those that the predicate names; lays out
     // once. Does nothing while rows are opened or closed in bulk already.

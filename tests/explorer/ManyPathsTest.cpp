@@ -60,6 +60,24 @@ TEST_F(ManyPathsTest, AreListedInPartWhichIsSaid)
     EXPECT_EQ(controller_->nextEntryPathInPlane(false)->registryPath(), popup.itemText(0));
 }
 
+TEST_F(ManyPathsTest, OpenNoMoreRowsThanCanBeShown)
+{
+    constexpr int most = 20'000;
+    showPlane("DxPower");
+    const auto countRows = [this] {
+        int count = 0;
+        for (QModelIndex row = tree().model()->index(0, 0); row.isValid() && count <= most;
+             row = tree().indexBelow(row))
+            ++count;
+        return count;
+    };
+    EXPECT_LT(countRows(), most);
+    tree().setAllRowsExpanded(true);
+    EXPECT_LE(countRows(), most);
+    controller_->goToRegistryPath(QString::fromStdString(pathBy("right")));
+    EXPECT_EQ(selected(), pathBy("right")); // which had not been opened
+}
+
 TEST_F(ManyPathsTest, AreFoundByWhatIsWritten)
 {
     const QString plane = QStringLiteral("DxPower");
