@@ -112,7 +112,7 @@ Sketch manyChildren()
         Sketch::Object tableObject = sketch.objects[ChildTable];
         sketch.objects.push_back(childObject.set(L1("properties"), ArchiveValue(table)));
         sketch.objects.push_back(tableObject.set(L1("registryEntry"), ArchiveValue(child)));
-        entries.push_back(child);
+        entries.emplace_back(child);
     }
     sketch.objects[Store].set(L1("registryEntries"), ArchiveValue(entries));
     return sketch;
