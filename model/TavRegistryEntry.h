@@ -57,7 +57,8 @@ public:
     void readChildrenInPlane(const QString &plane);
     void readChildrenInPlanes(const QStringList &planes);
     void updateIsSingle(bool single);
-    void noteUnchanged(); // the same when the service is known to have nothing new
+    // The same when the service is known to have nothing new.
+    void noteUnchanged(const QDateTime &dateRead);
     // Whether reading found other names, or the first ones, since this was asked last.
     bool takeIsRenamed() { return std::exchange(isRenamed_, false); }
 

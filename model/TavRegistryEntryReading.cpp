@@ -265,10 +265,10 @@ void TavRegistryEntry::readChildrenInPlanes(const QStringList &planes)
         readChildrenInPlane(plane);
 }
 
-void TavRegistryEntry::noteUnchanged()
+void TavRegistryEntry::noteUnchanged(const QDateTime &dateRead)
 {
     setDateLastUpdated({});
-    dateRead_ = QDateTime::currentDateTimeUtc();
+    dateRead_ = dateRead;
     if (properties_)
         properties_->noteRead(dateRead_);
 }

@@ -58,13 +58,14 @@ void RegistryPass::readChanged(const Entries &changed, const Entries &entries)
 RegistryPass::Entries RegistryPass::changedEntries(RegistryService &service,
                                                    const Entries &entries) const
 {
+    const QDateTime now = QDateTime::currentDateTimeUtc();
     Entries changed;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         TavRegistryEntry &entry = *entries[i];
         const RegistryObject object = entry.DxRegistryEntry();
         if (i < lastCount_ && object && !outOfOrder_.contains(&entry) &&
             service.isUnchangedSince(object, lastReading_))
-            entry.noteUnchanged();
+            entry.noteUnchanged(now);
         else
             changed.push_back(entries[i]);
     }

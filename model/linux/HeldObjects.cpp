@@ -1,10 +1,10 @@
 #include "model/linux/HeldObjects.h"
 
-std::vector<RegistryObject> HeldObjects::setGraph(std::unique_ptr<RegistryGraph> graph)
+std::unique_ptr<RegistryGraph> HeldObjects::setGraph(std::unique_ptr<RegistryGraph> graph,
+                                                     std::vector<RegistryObject> &vanished)
 {
-    const std::unique_ptr<RegistryGraph> previous = std::exchange(graph_, std::move(graph));
+    std::unique_ptr<RegistryGraph> previous = std::exchange(graph_, std::move(graph));
     byIndex_.assign(static_cast<std::size_t>(graph_->count()), 0);
-    std::vector<RegistryObject> vanished;
     for (std::size_t i = 0; i < held_.size(); ++i) {
         Held &its = held_[i];
         if (its.references == 0)
@@ -23,7 +23,7 @@ std::vector<RegistryObject> HeldObjects::setGraph(std::unique_ptr<RegistryGraph>
         }
         its.index = index;
     }
-    return vanished;
+    return previous;
 }
 
 RegistryObject HeldObjects::newHandle()

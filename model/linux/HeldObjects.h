@@ -13,8 +13,10 @@ class HeldObjects
 public:
     const RegistryGraph *graph() const { return graph_.get(); } // null before the first sweep
     RegistryGraph *graph() { return graph_.get(); }
-    // Moves to a new graph. Returns what is held and not in it any more; each keeps its last facts.
-    std::vector<RegistryObject> setGraph(std::unique_ptr<RegistryGraph> graph);
+    // Moves to a new graph. What is held and not in it any more keeps its last facts and is added
+    // to the vanished. Returns the graph before.
+    std::unique_ptr<RegistryGraph> setGraph(std::unique_ptr<RegistryGraph> graph,
+                                            std::vector<RegistryObject> &vanished);
 
     // Each is to be released once.
     RegistryObject hold(int index);

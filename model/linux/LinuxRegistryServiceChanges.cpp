@@ -2,6 +2,7 @@
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/SweepWait.h"
+#include "platform/Disposal.h"
 #include "platform/RunLoop.h"
 
 bool LinuxRegistryService::prepare()
@@ -120,10 +121,14 @@ void LinuxRegistryService::installGraph(Preparation::Result result)
     }
     if (notifier_.graphRead(*result.graph))
         result.graph->noteAllChanged(result.memory);
-    memory_ = std::move(result.memory);
-    const std::vector<RegistryObject> vanished = objects_.setGraph(std::move(result.graph));
+    std::swap(memory_, result.memory);
+    std::vector<RegistryObject> vanished;
+    result.graph = objects_.setGraph(std::move(result.graph), vanished);
     ++sweepCount_;
     notifier_.graphChanged(vanished, busyCountBefore);
+    // What was there before is about as large.
+    if (memory_.size() >= qsizetype(Disposal::worthwhile))
+        Disposal::later(std::make_shared<Preparation::Result>(std::move(result)));
 }
 
 bool LinuxRegistryService::openEvents()
