@@ -51,7 +51,7 @@ public:
     virtual ~RegistryService();
 
     // Reads the host anew, so that what follows answers from its present state. Returns when done.
-    // Terminations found by this are told before. False when the user has cancelled it: what
+    // Terminations found by this are announced first. False when the user has cancelled it: what
     // follows answers from the former state, and nothing before the first one.
     virtual bool prepare() { return true; }
     // The same without waiting: ready is called when it is done, on the main run loop in its

@@ -18,7 +18,7 @@ class KeyedUnarchiver
 public:
     // Reading the bytes reports the part that it has come to.
     explicit KeyedUnarchiver(const QByteArray &bytes, const ArchiveReader::Report &report = {});
-    // The same archive on another thread, with an error of its own that nobody is to be told of.
+    // The same archive for another thread, with an error of its own that is not reported.
     enum class Silently : quint8 { Yes };
     KeyedUnarchiver(const KeyedUnarchiver &archive, Silently);
     ~KeyedUnarchiver();

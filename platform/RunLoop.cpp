@@ -95,7 +95,7 @@ RunLoop::Hold::~Hold()
 {
     RunLoop &loop = main();
     --loop.holds_;
-    // Not at once: who holds is in the middle of something.
+    // Later, because the caller is still in the middle of its work.
     loop.afterWait_ = loop.startTimer(Seconds(0), [&loop] { loop.noteModeChange(); });
 }
 

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-// How far long work has come: told by the thread that works, asked for and ended by the main one.
+// How far long work is: set by the working thread, read and cancelled by the main one.
 class WorkProgress
 {
 public:

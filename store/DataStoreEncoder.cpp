@@ -30,7 +30,7 @@ QString DataStoreEncoder::encode(const TavDataStore &store, QIODevice &device)
     encoder.makeMissingTrees();
     if (!encoder.settleLinks())
         return QStringLiteral("the entries have more paths than can be followed");
-    // The trees stay where they are until all are written: their nodes are told apart by it.
+    // The trees stay in memory until all are written: nodes are identified by their addresses.
     std::vector<TavRegistryEntry *> treeless;
     for (const EntryRef &entry : store.registryEntries()) {
         if (!entry->hasTree())

@@ -14,7 +14,7 @@ class TavDataStore : public EntryStore
 {
 public:
     // Captures the whole registry of a service, which must outlive the store. Nothing in the first
-    // picture counts as new. A registry that cannot be reached is told to the delegate. Null when
+    // picture counts as new. The delegate learns when there is no registry. Null when
     // the user has cancelled the reading.
     static std::unique_ptr<TavDataStore>
     initFromDxRegistry(RegistryService &service,
@@ -44,7 +44,7 @@ public:
     // The paths in sysfs of what did not answer when it was read: the snapshot lacks attributes.
     QStringList incompleteObjects() const;
 
-    // Reads the whole registry anew, waiting for the service. False when nothing was read: the
+    // Reads the whole registry again, waiting for the service. False when nothing was read: the
     // store is not live, or the user has cancelled it. All is as before then.
     bool update();
     bool updateTryingAgain(); // also what did not answer before
