@@ -1,7 +1,7 @@
 #include "app/CaptureCommand.h"
 
 #include "app/TavApplicationDelegate.h"
-#include "platform/DocumentFile.h"
+#include "platform/documents/DocumentFile.h"
 #include "store/DataStoreEncoder.h"
 
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "app/HelpWindow.h"
 
-#include "platform/desktop/CloseKeys.h"
 #include "platform/desktop/ScreenBounds.h"
+#include "platform/widgets/CloseKeys.h"
 
 #include <QBoxLayout>
 #include <QLabel>

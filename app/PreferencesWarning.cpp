@@ -1,8 +1,8 @@
 #include "app/PreferencesWarning.h"
 
 #include "display/PropertyFormatStore.h"
-#include "platform/PreferencesStore.h"
-#include "platform/RecentDocuments.h"
+#include "platform/documents/RecentDocuments.h"
+#include "platform/preferences/PreferencesStore.h"
 
 PreferencesWarning::PreferencesWarning(QWidget &parent)
     : parent_(parent)

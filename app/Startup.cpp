@@ -1,11 +1,11 @@
 #include "app/Startup.h"
 
-#include "platform/Alert.h"
-#include "platform/FileManager.h"
-#include "platform/PreferencesStore.h"
-#include "platform/SystemBeep.h"
 #include "platform/desktop/AlertBox.h"
 #include "platform/desktop/FileRevealer.h"
+#include "platform/host/Alert.h"
+#include "platform/host/FileManager.h"
+#include "platform/host/SystemBeep.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <QApplication>
 #include <QIcon>

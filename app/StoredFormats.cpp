@@ -3,8 +3,8 @@
 #include "display/PropertyFormatStore.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
-#include "explorer/TavWindowController.h"
-#include "platform/PreferencesStore.h"
+#include "explorer/window/TavWindowController.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"
 

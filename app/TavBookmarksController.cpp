@@ -2,9 +2,9 @@
 
 #include "app/BookmarksTableModel.h"
 #include "app/PopUpItem.h"
-#include "explorer/TavWindowController.h"
-#include "platform/PreferencesStore.h"
-#include "platform/desktop/MenuText.h"
+#include "explorer/window/TavWindowController.h"
+#include "platform/preferences/PreferencesStore.h"
+#include "platform/widgets/MenuText.h"
 
 #include <QAction>
 #include <QComboBox>

@@ -2,7 +2,7 @@
 
 #include "app/Bookmark.h"
 #include "explorer/ExplorerBookmarks.h"
-#include "platform/NotificationCenter.h"
+#include "platform/runloop/NotificationCenter.h"
 
 #include <QModelIndex>
 #include <QObject>

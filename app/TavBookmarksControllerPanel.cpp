@@ -1,11 +1,11 @@
 // The Bookmarks panel.
 #include "app/BookmarksTableModel.h"
 #include "app/TavBookmarksController.h"
-#include "explorer/TavWindowController.h"
+#include "explorer/window/TavWindowController.h"
 #include "model/TavRegistryEntry.h"
-#include "platform/PreferencesStore.h"
-#include "platform/desktop/CloseKeys.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/preferences/PreferencesStore.h"
+#include "platform/widgets/CloseKeys.h"
 
 #include <QDialog>
 #include <QHeaderView>

@@ -7,9 +7,9 @@
 #include "model/FindOptions.h"
 #include "model/RegistryHandle.h"
 #include "model/RegistryOrder.h"
-#include "platform/PreferencesStore.h"
-#include "platform/desktop/CloseKeys.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/preferences/PreferencesStore.h"
+#include "platform/widgets/CloseKeys.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>

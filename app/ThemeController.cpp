@@ -1,6 +1,6 @@
 #include "app/ThemeController.h"
 
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 namespace {
 // The toolkit follows the same change of the desktop by itself, where it can.

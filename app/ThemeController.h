@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/ColorSchemeSetting.h"
-#include "platform/NotificationCenter.h"
 #include "platform/desktop/Theme.h"
+#include "platform/host/ColorSchemeSetting.h"
+#include "platform/runloop/NotificationCenter.h"
 
 #include <QTimer>
 

@@ -4,8 +4,8 @@
 // match with few and with many matches before it.
 #include "bench/support/RegistryGenerator.h"
 #include "display/TavPropertyOutlineItem.h"
-#include "explorer/TavWindowController.h"
-#include "platform/PreferencesStore.h"
+#include "explorer/window/TavWindowController.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"

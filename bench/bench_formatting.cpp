@@ -5,7 +5,7 @@
 #include "display/PropertyFormatDescriptor.h"
 #include "display/PropertyFormatStore.h"
 #include "display/TavPropertyOutlineItem.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "tests/support/FakeRegistryService.h"
 

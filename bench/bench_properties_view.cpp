@@ -6,7 +6,7 @@
 #include "display/views/PropertiesViewController.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "tests/support/FakeRegistryService.h"
 

@@ -3,8 +3,8 @@
 #include "display/UnitFormatter.h"
 #include "display/ValueStyles.h"
 #include "model/EntryStore.h"
-#include "platform/KelRoman.h"
-#include "platform/TextEncodings.h"
+#include "platform/text/KelRoman.h"
+#include "platform/text/TextEncodings.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #include "display/EncodingManager.h"
 
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <QSet>
 

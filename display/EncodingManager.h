@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/NotificationCenter.h"
-#include "platform/TextEncodings.h"
+#include "platform/runloop/NotificationCenter.h"
+#include "platform/text/TextEncodings.h"
 
 #include <functional>
 

@@ -2,7 +2,7 @@
 
 #include "display/UnitFormatter.h"
 #include "model/RegistryValue.h"
-#include "platform/TextEncodings.h"
+#include "platform/text/TextEncodings.h"
 
 namespace {
 QString internalError()

@@ -2,7 +2,7 @@
 
 #include "display/PropertyFormatDescriptor.h"
 #include "display/TavPropertyOutlineItem.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <QScopedValueRollback>
 

@@ -4,7 +4,7 @@
 #include "display/PropertyFormatStore.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "model/TavRegistryEntry.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 namespace {
 // Own class first, root class last.

@@ -1,6 +1,6 @@
 #include "display/ValueDescription.h"
 
-#include "platform/TextEncodings.h"
+#include "platform/text/TextEncodings.h"
 
 namespace {
 QString automaticData(const ValueDescription::Data &data)

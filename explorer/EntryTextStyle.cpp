@@ -1,6 +1,6 @@
 #include "explorer/EntryTextStyle.h"
 
-#include "platform/desktop/ReadableColor.h"
+#include "platform/widgets/ReadableColor.h"
 
 #include <QColor>
 #include <QFont>

@@ -1,6 +1,6 @@
 #include "model/NotificationPorts.h"
 
-#include "platform/RunLoop.h"
+#include "platform/runloop/RunLoop.h"
 
 #include <QScopeGuard>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/RegistryValue.h"
-#include "platform/HostInformation.h"
+#include "platform/host/HostInformation.h"
 
 #include <array>
 #include <functional>

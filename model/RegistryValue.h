@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/CompactArray.h"
+#include "platform/archive/CompactArray.h"
 
 #include <QDateTime>
 #include <span>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/KeyedUnarchiver.h"
-#include "platform/WorkProgress.h"
+#include "platform/archive/KeyedUnarchiver.h"
+#include "platform/runloop/WorkProgress.h"
 #include "store/TavDataStore.h"
 
 // Makes an archived data store from the bytes of a document. The bytes may be anything: time and

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/KeyedArchiver.h"
+#include "platform/archive/KeyedArchiver.h"
 #include "store/PlaneLinks.h"
 #include "store/TavDataStore.h"
 

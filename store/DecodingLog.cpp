@@ -1,6 +1,6 @@
 #include "store/DecodingLog.h"
 
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
 #include "store/StoreLogging.h"
 
 void logUnableToDecode(const char *what, const KeyedUnarchiver &unarchiver)

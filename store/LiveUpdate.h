@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/RegistryHandle.h"
-#include "platform/OneShotTimer.h"
+#include "platform/runloop/OneShotTimer.h"
 
 // By what a live store follows its registry, and how it is asked to. A number is 0 where the
 // registration has failed.

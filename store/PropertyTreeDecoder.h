@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/TavRegistryEntry.h"
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
 
 // Decodes the property trees of entries. Every node belongs to one place of one tree; an archive
 // that says otherwise is refused.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/RegistryValue.h"
-#include "platform/ArchiveValue.h"
+#include "platform/archive/ArchiveValue.h"
 
 // Values of the registry as an archive holds them. The values of property nodes are scalars, since
 // collections have become nodes; a list is taken all the same.

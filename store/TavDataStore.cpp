@@ -1,8 +1,8 @@
 #include "store/TavDataStore.h"
 
 #include "model/RegistryOrder.h"
-#include "platform/Disposal.h"
-#include "platform/NotificationCenter.h"
+#include "platform/runloop/Disposal.h"
+#include "platform/runloop/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
 #include "store/StoreLogging.h"
 

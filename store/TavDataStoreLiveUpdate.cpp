@@ -1,5 +1,5 @@
 // How a live store follows its registry.
-#include "platform/NotificationCenter.h"
+#include "platform/runloop/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
 #include "store/TavDataStore.h"
 

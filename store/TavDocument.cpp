@@ -1,7 +1,7 @@
 #include "store/TavDocument.h"
 
-#include "platform/ArchiveFormat.h"
-#include "platform/PreferencesStore.h"
+#include "platform/archive/ArchiveFormat.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "store/DataStoreDecoder.h"
 #include "store/DataStoreEncoder.h"
 #include "store/DataStoreNotifications.h"

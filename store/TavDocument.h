@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Document.h"
-#include "platform/NotificationCenter.h"
+#include "platform/documents/Document.h"
+#include "platform/runloop/NotificationCenter.h"
 #include "store/TavDataStoreDelegate.h"
 
 class TavDataStore;

@@ -1,6 +1,6 @@
 #include "store/TavDocumentController.h"
 
-#include "platform/Alert.h"
+#include "platform/host/Alert.h"
 #include "store/TavDocument.h"
 
 #include <QTimer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DocumentWindowController.h"
+#include "platform/documents/DocumentWindowController.h"
 
 class TavRegistryProperty;
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "display/views/EncodingPopUpButtonCell.h"
-#include "platform/NotificationCenter.h"
-#include "platform/TextEncodings.h"
-#include "platform/desktop/PopUpButton.h"
+#include "platform/runloop/NotificationCenter.h"
+#include "platform/text/TextEncodings.h"
+#include "platform/widgets/PopUpButton.h"
 
 // Offers the enabled text encodings, and to customize which these are. Fills itself again whenever
 // the user changed them.

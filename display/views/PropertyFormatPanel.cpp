@@ -2,9 +2,9 @@
 
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/EncodingPopUpButton.h"
-#include "platform/desktop/CloseKeys.h"
 #include "platform/desktop/FloatingPanel.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/widgets/CloseKeys.h"
 
 #include <QAction>
 #include <QCheckBox>

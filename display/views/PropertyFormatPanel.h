@@ -1,7 +1,7 @@
 #pragma once
 
 #include "display/PropertyFormatOptions.h"
-#include "platform/desktop/ButtonMatrix.h"
+#include "platform/widgets/ButtonMatrix.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 #include "display/views/PropertyTitle.h"
 
 #include "display/PropertyCounterparts.h"
-#include "platform/desktop/VisibleText.h"
+#include "platform/widgets/VisibleText.h"
 
 namespace {
 constexpr qsizetype longest = 60; // it is to fit into a menu

@@ -2,8 +2,8 @@
 
 #include "display/views/ReadButton.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
-#include "platform/desktop/OutlineRowDelegate.h"
-#include "platform/desktop/VisibleText.h"
+#include "platform/widgets/OutlineRowDelegate.h"
+#include "platform/widgets/VisibleText.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
 #include "display/views/ReadButton.h"
 
-#include "platform/desktop/OutlineRowDelegate.h"
+#include "platform/widgets/OutlineRowDelegate.h"
 
 #include <QCoreApplication>
 #include <QPainter>

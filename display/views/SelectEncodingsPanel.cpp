@@ -1,10 +1,10 @@
 #include "display/views/SelectEncodingsPanel.h"
 
 #include "display/EncodingManager.h"
-#include "platform/desktop/CloseKeys.h"
 #include "platform/desktop/FloatingPanel.h"
 #include "platform/desktop/InterfaceLoader.h"
-#include "platform/desktop/OutlineRowDelegate.h"
+#include "platform/widgets/CloseKeys.h"
+#include "platform/widgets/OutlineRowDelegate.h"
 
 #include <QCoreApplication>
 #include <QListWidget>

@@ -9,9 +9,9 @@
 #include "display/views/PropertyFormatPanel.h"
 #include "display/views/PropertyTitle.h"
 #include "model/TavRegistryEntry.h"
-#include "platform/PreferencesStore.h"
 #include "platform/desktop/FloatingPanel.h"
-#include "platform/desktop/MenuText.h"
+#include "platform/preferences/PreferencesStore.h"
+#include "platform/widgets/MenuText.h"
 
 #include <QAction>
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "display/views/PropertyPlaces.h"
-#include "platform/desktop/OutlineView.h"
+#include "platform/widgets/OutlineView.h"
 
 class PropertyValueDelegate;
 class TavPropertiesOutlineViewDataSource;

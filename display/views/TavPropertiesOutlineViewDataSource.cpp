@@ -3,8 +3,8 @@
 #include "display/PropertyCounterparts.h"
 #include "display/PropertyOrder.h"
 #include "display/TavPropertyOutlineItem.h"
-#include "platform/SystemBeep.h"
-#include "platform/desktop/PlainToolTip.h"
+#include "platform/host/SystemBeep.h"
+#include "platform/widgets/PlainToolTip.h"
 
 #include <QGuiApplication>
 #include <QPalette>

@@ -3,7 +3,7 @@
 #include "display/StyledText.h"
 #include "display/views/ExpandedItems.h"
 #include "display/views/PropertiesViewController.h"
-#include "platform/desktop/ExpansionRecorder.h"
+#include "platform/widgets/ExpansionRecorder.h"
 
 #include <QAbstractItemModel>
 

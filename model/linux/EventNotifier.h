@@ -4,7 +4,7 @@
 #include "model/linux/DeviceEvent.h"
 #include "model/linux/HeldObjects.h"
 #include "model/linux/ReturnedObjects.h"
-#include "platform/OneShotTimer.h"
+#include "platform/runloop/OneShotTimer.h"
 
 class SysfsRoot;
 

@@ -7,8 +7,8 @@
 #include "model/linux/HeldObjects.h"
 #include "model/linux/Preparation.h"
 #include "model/linux/UdevDatabase.h"
-#include "platform/PowerMessages.h"
-#include "platform/RunLoopSource.h"
+#include "platform/host/PowerMessages.h"
+#include "platform/runloop/RunLoopSource.h"
 
 #include <QObject>
 #include <map>

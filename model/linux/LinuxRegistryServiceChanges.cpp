@@ -2,8 +2,8 @@
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/SweepWait.h"
-#include "platform/Disposal.h"
-#include "platform/RunLoop.h"
+#include "platform/runloop/Disposal.h"
+#include "platform/runloop/RunLoop.h"
 
 bool LinuxRegistryService::prepare()
 {

@@ -1,7 +1,7 @@
 // Reading what is left out of every sweep, because a read is slow or wakes the device.
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/SweepWait.h"
-#include "platform/RunLoop.h"
+#include "platform/runloop/RunLoop.h"
 
 namespace {
 using Kind = SweepObject::Kind;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/HostInformation.h"
+#include "platform/host/HostInformation.h"
 
 class QByteArray;
 

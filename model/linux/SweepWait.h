@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/linux/SweepControl.h"
-#include "platform/Wait.h"
+#include "platform/runloop/Wait.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #include "platform/desktop/AlertBox.h"
 
-#include "platform/RunLoop.h"
+#include "platform/runloop/RunLoop.h"
 
 #include <QApplication>
 #include <QMessageBox>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Alert.h"
+#include "platform/host/Alert.h"
 
 // Shows an alert as a box: on its window, which alone it keeps from being used, or for the whole
 // program.

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/RunLoop.h"
 #include "platform/desktop/WaitDialog.h"
+#include "platform/runloop/RunLoop.h"
 
 #include <QPointer>
 

@@ -1,11 +1,11 @@
 #include "platform/desktop/DocumentCommands.h"
 
-#include "platform/Alert.h"
-#include "platform/DocumentController.h"
-#include "platform/DocumentFile.h"
-#include "platform/PortableFileName.h"
-#include "platform/RunLoop.h"
-#include "platform/desktop/BusyCursor.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/documents/DocumentFile.h"
+#include "platform/documents/PortableFileName.h"
+#include "platform/host/Alert.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/widgets/BusyCursor.h"
 
 #include <QFileDialog>
 #include <QPointer>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Document.h"
-#include "platform/RecentDocuments.h"
+#include "platform/documents/Document.h"
+#include "platform/documents/RecentDocuments.h"
 
 #include <QStringList>
 

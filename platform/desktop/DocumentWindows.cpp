@@ -1,8 +1,8 @@
 #include "platform/desktop/DocumentWindows.h"
 
-#include "platform/DocumentController.h"
-#include "platform/RunLoop.h"
 #include "platform/desktop/DocumentCommands.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/runloop/RunLoop.h"
 
 #include <QDropEvent>
 #include <QMimeData>

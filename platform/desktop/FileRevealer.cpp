@@ -1,7 +1,7 @@
 #include "platform/desktop/FileRevealer.h"
 
 #include "platform/PlatformLogging.h"
-#include "platform/SystemBeep.h"
+#include "platform/host/SystemBeep.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>

@@ -1,7 +1,7 @@
 #include "platform/desktop/RecentDocumentsMenu.h"
 
-#include "platform/RecentDocuments.h"
-#include "platform/desktop/MenuText.h"
+#include "platform/documents/RecentDocuments.h"
+#include "platform/widgets/MenuText.h"
 
 #include <QFileInfo>
 #include <QMenu>

@@ -1,6 +1,6 @@
 #include "platform/desktop/SplitViewAutosave.h"
 
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <QJsonArray>
 #include <QSplitter>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ColorSchemeSetting.h"
+#include "platform/host/ColorSchemeSetting.h"
 
 #include <QPalette>
 #include <QString>

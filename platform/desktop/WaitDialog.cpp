@@ -1,7 +1,7 @@
 #include "platform/desktop/WaitDialog.h"
 
-#include "platform/desktop/PlainToolTip.h"
-#include "platform/desktop/VisibleText.h"
+#include "platform/widgets/PlainToolTip.h"
+#include "platform/widgets/VisibleText.h"
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>

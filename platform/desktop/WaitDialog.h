@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Wait.h"
+#include "platform/runloop/Wait.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 #include "platform/desktop/WindowSizeAutosave.h"
 
-#include "platform/PreferencesStore.h"
 #include "platform/desktop/ScreenBounds.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <QEvent>
 #include <QJsonArray>

@@ -1,6 +1,6 @@
 #include "platform/desktop/WindowTitle.h"
 
-#include "platform/desktop/VisibleText.h"
+#include "platform/widgets/VisibleText.h"
 
 #include <QWidget>
 

@@ -1,8 +1,8 @@
 #include "platform/desktop/WindowsMenu.h"
 
-#include "platform/DocumentController.h"
-#include "platform/desktop/MenuText.h"
 #include "platform/desktop/WindowTitle.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/widgets/MenuText.h"
 
 #include <QMenu>
 #include <QWidget>

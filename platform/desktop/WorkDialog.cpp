@@ -1,8 +1,8 @@
 #include "platform/desktop/WorkDialog.h"
 
-#include "platform/RunLoop.h"
-#include "platform/desktop/BusyCursor.h"
-#include "platform/desktop/VisibleText.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/widgets/BusyCursor.h"
+#include "platform/widgets/VisibleText.h"
 
 #include <QApplication>
 #include <QEventLoop>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/LongWork.h"
+#include "platform/runloop/LongWork.h"
 
 #include <QPointer>
 

@@ -2,10 +2,10 @@
 
 #include "app/CommandLine.h"
 #include "app/Startup.h"
-#include "platform/Alert.h"
-#include "platform/PreferencesStore.h"
-#include "platform/SystemBeep.h"
 #include "platform/desktop/Theme.h"
+#include "platform/host/Alert.h"
+#include "platform/host/SystemBeep.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "tests/support/EventLoop.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/TavApplicationDelegate.h"
-#include "explorer/TavWindowController.h"
+#include "explorer/window/TavWindowController.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "tests/support/FakeLiveService.h"
 #include "tests/support/QtPrinters.h"

@@ -2,10 +2,10 @@
 
 #include "app/CommandLine.h"
 #include "app/Startup.h"
-#include "explorer/TavWindowController.h"
+#include "explorer/window/TavWindowController.h"
 #include "model/RegistryService.h"
-#include "platform/PreferencesStore.h"
 #include "platform/desktop/Theme.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "tests/support/FakeLiveService.h"
 #include "tests/support/QtPrinters.h"
 

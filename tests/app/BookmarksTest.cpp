@@ -1,5 +1,5 @@
 #include "ApplicationFixture.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "tests/support/EventLoop.h"
 
 #include <QAction>

@@ -3,7 +3,7 @@
 #include "display/PropertyFormatStore.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "tests/support/EventLoop.h"

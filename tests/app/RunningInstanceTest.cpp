@@ -1,6 +1,6 @@
 #include "app/RunningInstance.h"
 
-#include "platform/RecentDocuments.h"
+#include "platform/documents/RecentDocuments.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/SmallStore.h"

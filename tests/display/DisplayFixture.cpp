@@ -1,7 +1,7 @@
 #include "DisplayFixture.h"
 
 #include "display/PropertyFormatDescriptor.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 EntryRef MachineStore::entry(const QStringList &inheritance, const RegistryValue &value)
 {

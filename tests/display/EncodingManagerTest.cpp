@@ -1,7 +1,7 @@
 #include "DisplayFixture.h"
 
 #include "display/EncodingManager.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <QJsonArray>
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #include "display/EncodingManager.h"
 #include "display/views/EncodingPopUpButton.h"
 #include "display/views/SelectEncodingsPanel.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "tests/support/PopUpChoice.h"
 
 #include <QListWidget>

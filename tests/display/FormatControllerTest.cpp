@@ -1,5 +1,5 @@
 #include "FormatPanelFixture.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/PopUpChoice.h"
 #include "tests/support/QtPrinters.h"

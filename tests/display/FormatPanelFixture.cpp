@@ -1,7 +1,7 @@
 #include "FormatPanelFixture.h"
 
 #include "display/PropertyFormatStore.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "tests/support/PopUpChoice.h"
 
 #include <QCheckBox>

@@ -2,7 +2,7 @@
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RegistryValues.h"
 
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 #include "display/PropertyFormatDescriptor.h"
 #include "display/PropertyFormatStore.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <QDir>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "ExplorerFixture.h"
-#include "platform/desktop/ColumnBrowser.h"
-#include "platform/desktop/ColumnResizer.h"
+#include "platform/widgets/ColumnBrowser.h"
+#include "platform/widgets/ColumnResizer.h"
 
 #include <QListView>
 #include <QScrollBar>

@@ -1,5 +1,5 @@
 #include "platform/desktop/DesktopRunLoop.h"
-#include "platform/OneShotTimer.h"
+#include "platform/runloop/OneShotTimer.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/ScriptedWait.h"
 

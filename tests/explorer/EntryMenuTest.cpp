@@ -1,6 +1,6 @@
 #include "ExplorerFixture.h"
-#include "platform/FileManager.h"
-#include "platform/desktop/ColumnBrowser.h"
+#include "platform/host/FileManager.h"
+#include "platform/widgets/ColumnBrowser.h"
 
 #include <QContextMenuEvent>
 #include <QDockWidget>

@@ -2,9 +2,9 @@
 
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
-#include "platform/DocumentError.h"
-#include "platform/PreferencesStore.h"
-#include "platform/SystemBeep.h"
+#include "platform/documents/DocumentError.h"
+#include "platform/host/SystemBeep.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <QAbstractButton>
 #include <QClipboard>

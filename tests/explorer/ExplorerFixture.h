@@ -1,7 +1,7 @@
 #pragma once
 
-#include "explorer/TavRegistryOutlineView.h"
-#include "explorer/TavWindowController.h"
+#include "explorer/tree/TavRegistryOutlineView.h"
+#include "explorer/window/TavWindowController.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"

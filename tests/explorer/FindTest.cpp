@@ -1,7 +1,7 @@
 #include "ExplorerFixture.h"
-#include "platform/PreferencesStore.h"
-#include "platform/desktop/SearchField.h"
-#include "platform/desktop/ViewNote.h"
+#include "platform/preferences/PreferencesStore.h"
+#include "platform/widgets/SearchField.h"
+#include "platform/widgets/ViewNote.h"
 #include "tests/support/EventLoop.h"
 
 #include <QCheckBox>

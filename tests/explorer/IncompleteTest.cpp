@@ -1,6 +1,6 @@
 #include "ExplorerFixture.h"
-#include "explorer/IncompleteBar.h"
-#include "platform/desktop/ColumnBrowser.h"
+#include "explorer/window/IncompleteBar.h"
+#include "platform/widgets/ColumnBrowser.h"
 #include "tests/support/RegistryValues.h"
 
 #include <QListView>

@@ -1,5 +1,5 @@
 #include "ExplorerFixture.h"
-#include "platform/FileManager.h"
+#include "platform/host/FileManager.h"
 
 #include <QAbstractItemView>
 #include <QClipboard>

@@ -1,6 +1,6 @@
 #include "ExplorerFixture.h"
-#include "explorer/EntryPathCompleter.h"
-#include "explorer/SelectionHistory.h"
+#include "explorer/selection/SelectionHistory.h"
+#include "explorer/sheets/EntryPathCompleter.h"
 
 #include <QClipboard>
 #include <QComboBox>

@@ -1,6 +1,6 @@
 // What an archive or the host may call things.
 #include "ExplorerFixture.h"
-#include "platform/desktop/FactField.h"
+#include "platform/widgets/FactField.h"
 #include "tests/support/SmallStore.h"
 
 #include <QComboBox>

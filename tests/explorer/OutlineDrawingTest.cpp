@@ -1,6 +1,6 @@
 #include "ExplorerFixture.h"
-#include "explorer/OutlineConnectors.h"
-#include "explorer/TavRegistryOutlineItem.h"
+#include "explorer/tree/OutlineConnectors.h"
+#include "explorer/tree/TavRegistryOutlineItem.h"
 
 #include <QComboBox>
 #include <QPainter>

@@ -1,7 +1,7 @@
 // What is said of a path that leads nowhere, while it is being typed and when it was gone to.
 #include "ExplorerFixture.h"
-#include "explorer/RegistryPathReader.h"
-#include "platform/desktop/FactField.h"
+#include "explorer/selection/RegistryPathReader.h"
+#include "platform/widgets/FactField.h"
 #include "tests/support/LogCapture.h"
 
 #include <QLineEdit>

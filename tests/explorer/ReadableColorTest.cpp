@@ -1,4 +1,4 @@
-#include "platform/desktop/ReadableColor.h"
+#include "platform/widgets/ReadableColor.h"
 #include "display/EntryColors.h"
 #include "platform/desktop/Theme.h"
 #include "tests/support/QtPrinters.h"

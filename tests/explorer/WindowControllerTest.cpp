@@ -1,6 +1,6 @@
 #include "ExplorerFixture.h"
-#include "explorer/DateText.h"
-#include "platform/desktop/FactField.h"
+#include "explorer/window/DateText.h"
+#include "platform/widgets/FactField.h"
 #include "store/DataStoreNotifications.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/RegistryValues.h"

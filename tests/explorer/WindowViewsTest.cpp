@@ -1,5 +1,5 @@
 #include "ExplorerFixture.h"
-#include "platform/desktop/SegmentedControl.h"
+#include "platform/widgets/SegmentedControl.h"
 #include "tests/support/LogCapture.h"
 
 #include <QDialog>

@@ -1,7 +1,7 @@
-#include "platform/DocumentController.h"
-#include "platform/DocumentFile.h"
-#include "platform/LongWork.h"
 #include "platform/desktop/DesktopRunLoop.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/documents/DocumentFile.h"
+#include "platform/runloop/LongWork.h"
 #include "tests/support/EventLoop.h"
 
 #include <QApplication>

@@ -2,7 +2,7 @@
 // put right first.
 
 #include "Fuzzing.h"
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
 #include "tests/support/ArchiveSeal.h"
 
 namespace {

@@ -2,7 +2,7 @@
 // puts in its place meanwhile. What can be read is never lost, and what cannot is kept.
 
 #include "Fuzzing.h"
-#include "platform/PreferencesStore.h"
+#include "platform/preferences/PreferencesStore.h"
 
 #include <QDir>
 #include <QFile>

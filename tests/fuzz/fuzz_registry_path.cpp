@@ -4,7 +4,7 @@
 
 #include "FuzzedLines.h"
 #include "Fuzzing.h"
-#include "explorer/RegistryPathReader.h"
+#include "explorer/selection/RegistryPathReader.h"
 #include "model/TavRegistryEntryPath.h"
 #include "store/TavDataStore.h"
 #include "tests/support/FakeLiveService.h"

@@ -1,6 +1,6 @@
 // Writes the seeds that are archives into the folder given: what the fuzzers begin with.
 
-#include "platform/KeyedArchiver.h"
+#include "platform/archive/KeyedArchiver.h"
 #include "tests/support/ArchiveSeal.h"
 #include "tests/support/SmallStore.h"
 

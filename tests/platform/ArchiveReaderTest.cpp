@@ -1,7 +1,7 @@
 #include "tests/support/ArchiveSeal.h"
 
-#include "platform/ArchiveFormat.h"
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/ArchiveFormat.h"
+#include "platform/archive/KeyedUnarchiver.h"
 
 #include <QtEndian>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/ColorSchemeSetting.h"
+#include "platform/host/ColorSchemeSetting.h"
 
 #include "tests/support/EventLoop.h"
 #include "tests/support/SettingsPortal.h"

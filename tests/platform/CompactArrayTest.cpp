@@ -1,4 +1,4 @@
-#include "platform/CompactArray.h"
+#include "platform/archive/CompactArray.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "platform/DocumentFile.h"
+#include "platform/documents/DocumentFile.h"
 
-#include "platform/DocumentController.h"
-#include "platform/SaveLeftovers.h"
+#include "platform/documents/DocumentController.h"
+#include "platform/documents/SaveLeftovers.h"
 #include "tests/support/QtPrinters.h"
 
 #include <QDir>

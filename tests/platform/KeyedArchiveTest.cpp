@@ -1,5 +1,5 @@
-#include "platform/KeyedArchiver.h"
-#include "platform/KeyedUnarchiver.h"
+#include "platform/archive/KeyedArchiver.h"
+#include "platform/archive/KeyedUnarchiver.h"
 #include "tests/support/SmallStack.h"
 
 #include <QBuffer>

@@ -1,4 +1,4 @@
-#include "platform/NotificationCenter.h"
+#include "platform/runloop/NotificationCenter.h"
 
 #include <gtest/gtest.h>
 #include <optional>

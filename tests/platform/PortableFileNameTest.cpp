@@ -1,4 +1,4 @@
-#include "platform/PortableFileName.h"
+#include "platform/documents/PortableFileName.h"
 
 #include "tests/support/QtPrinters.h"
 

@@ -1,4 +1,4 @@
-#include "platform/PowerMessages.h"
+#include "platform/host/PowerMessages.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/PrivateBus.h"
 

@@ -1,5 +1,5 @@
-#include "platform/PreferencesStore.h"
-#include "platform/NotificationCenter.h"
+#include "platform/preferences/PreferencesStore.h"
+#include "platform/runloop/NotificationCenter.h"
 #include "tests/support/EventLoop.h"
 
 #include <QCoreApplication>

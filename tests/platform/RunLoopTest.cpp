@@ -1,5 +1,5 @@
-#include "platform/OneShotTimer.h"
-#include "platform/RunLoopSource.h"
+#include "platform/runloop/OneShotTimer.h"
+#include "platform/runloop/RunLoopSource.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/SimulatedRunLoop.h"
 

@@ -1,4 +1,4 @@
-#include "platform/TextEncodings.h"
+#include "platform/text/TextEncodings.h"
 
 #include <QSet>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/ArchiveReader.h"
+#include "platform/archive/ArchiveReader.h"
 #include "store/DataStoreDecoder.h"
 #include "tests/support/EncodedStore.h"
 #include "tests/support/LogCapture.h"

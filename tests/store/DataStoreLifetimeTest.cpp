@@ -1,5 +1,5 @@
 #include "model/TavRegistryEntryPath.h"
-#include "platform/NotificationCenter.h"
+#include "platform/runloop/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
 #include "tests/support/RegistryTest.h"
 #include "tests/support/RegistryValues.h"

@@ -1,4 +1,4 @@
-#include "platform/NotificationCenter.h"
+#include "platform/runloop/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
 #include "tests/support/RegistryTest.h"
 #include "tests/support/RegistryValues.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/linux/LinuxRegistryService.h"
-#include "platform/NotificationCenter.h"
+#include "platform/runloop/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
 #include "store/TavDataStore.h"
 #include "tests/support/EventLoop.h"

@@ -1,5 +1,5 @@
 #include "DeviceEventsFixture.h"
-#include "platform/RunLoop.h"
+#include "platform/runloop/RunLoop.h"
 
 #include <malloc.h>
 #include <random>

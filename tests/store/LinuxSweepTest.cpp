@@ -1,6 +1,6 @@
 #include "LinuxFixture.h"
-#include "platform/RunLoop.h"
-#include "platform/Wait.h"
+#include "platform/runloop/RunLoop.h"
+#include "platform/runloop/Wait.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/MadeTree.h"
 

@@ -1,7 +1,7 @@
 // The running kernel's own devices: virtual ones come and go, and a driver leaves one and returns.
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"
-#include "platform/NotificationCenter.h"
+#include "platform/runloop/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
 #include "store/TavDataStore.h"
 #include "tests/support/EventLoop.h"

@@ -1,5 +1,5 @@
 #include "LinuxFixture.h"
-#include "platform/RunLoop.h"
+#include "platform/runloop/RunLoop.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/MadeTree.h"
 

@@ -1,6 +1,6 @@
 #include "tests/support/ArchiveSeal.h"
 
-#include "platform/ArchiveFormat.h"
+#include "platform/archive/ArchiveFormat.h"
 
 static const QByteArray digestHead("\x58\x20"); // a byte string of 32 bytes
 

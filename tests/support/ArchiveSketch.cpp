@@ -1,6 +1,6 @@
 #include "tests/support/ArchiveSketch.h"
 
-#include "platform/KeyedArchiver.h"
+#include "platform/archive/KeyedArchiver.h"
 
 #include <QBuffer>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ArchiveValue.h"
+#include "platform/archive/ArchiveValue.h"
 
 #include <QLatin1String>
 #include <variant>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Wait.h"
+#include "platform/runloop/Wait.h"
 
 // A wait for one thing, until it is skipped.
 class ScriptedWait : public Wait

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "model/TavRegistryEntry.h"
+#include "platform/widgets/ColumnBrowserDelegate.h"
+
+class TavWindowController;
+
+// Shows a plane in the column browser: in each column the children of the entry that is selected in
+// the one before it.
+class TavBrowserDelegate : public ColumnBrowserDelegate
+{
+public:
+    // The controller must outlive this.
+    explicit TavBrowserDelegate(TavWindowController &windowController)
+        : windowController_(windowController)
+    {}
+    TavWindowController &windowController() const { return windowController_; }
+
+    int numberOfRowsInColumn(ColumnBrowser &browser, int column) override;
+    void willDisplayCell(ColumnBrowser &browser, ColumnBrowserCell &cell, int row,
+                         int column) override;
+    // Of an entry with this tag, the last one; -1 when the column has none.
+    int rowOfEntry(quint64 entryTag, int column) const;
+
+private:
+    std::vector<EntryRef> entriesOfColumn(const ColumnBrowser &browser, int column) const;
+    bool isLeaf(const TavRegistryEntry &entry) const;
+
+    TavWindowController &windowController_;
+    std::vector<std::vector<EntryRef>> entries_; // by column, as it was loaded
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "explorer/selection/RegistryPathReader.h"
+
+#include <QObject>
+
+class FactField;
+class QLineEdit;
+
+// Marks where the path in a field goes wrong, and says it in another field.
+class RegistryPathHint : public QObject
+{
+    Q_OBJECT
+public:
+    // The field owns it; the other must outlive it.
+    RegistryPathHint(QLineEdit &field, FactField &message);
+
+    void show(const RegistryPathReader::Problem &problem);
+
+private:
+    void mark(const RegistryPathReader::Problem &problem);
+
+    QLineEdit &field_;
+    FactField &message_;
+};

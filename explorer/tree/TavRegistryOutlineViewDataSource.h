@@ -1,0 +1,64 @@
+#pragma once
+
+#include "explorer/tree/OutlineRowObserver.h"
+#include "explorer/tree/TavRegistryOutlineItem.h"
+#include "platform/widgets/ExpansionRecorder.h"
+
+#include <QAbstractItemModel>
+
+class TavWindowController;
+
+// The rows of an entry tree, which are the nodes of the plane shown. What rows there are changes in
+// reload alone, whatever becomes of the entries meanwhile.
+class TavRegistryOutlineViewDataSource : public QAbstractItemModel, private OutlineRowObserver
+{
+    Q_OBJECT
+public:
+    // The controller must outlive this.
+    explicit TavRegistryOutlineViewDataSource(TavWindowController &windowController,
+                                              QObject *parent = nullptr);
+
+    // What became of the rows in a reload. After a reset, and among those to open, what is to be
+    // open is for the view to open.
+    struct Reloaded
+    {
+        bool isReset = false;
+        bool isChanged = false;
+        TavRegistryOutlineItem::Items toOpen;
+    };
+    // Shows the controller's root node, rereading its children and filtering them. Rows come and go
+    // one by one while they are few, or else in a reset. No node is selected afterwards.
+    Reloaded reload(TavRegistryOutlineItem::Reread which);
+
+    qsizetype entryCount() const; // of the store, whatever is shown
+    static TavRegistryOutlineItem *item(const QModelIndex &index); // null for the invisible top
+    QModelIndex indexOf(const TavRegistryOutlineItem &item) const;
+
+    TavRegistryOutlineItem *selectedItem() const { return selectedItem_; }
+    void setSelectedItem(TavRegistryOutlineItem *item); // marks the selection path
+    void selectionDidChange(TavRegistryOutlineItem *selected);
+    void itemDidExpand(const QModelIndex &index);
+    void itemDidCollapse(const QModelIndex &index);
+
+    QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
+    QModelIndex parent(const QModelIndex &index) const override;
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    bool hasChildren(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    // The header is hidden; this is for those who hear it.
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    bool showsRoot() const;
+    void willRemoveRows(TavRegistryOutlineItem &parent, int first, int last) override;
+    void didRemoveRows() override;
+    void willInsertRows(TavRegistryOutlineItem &parent, int first, int last) override;
+    void didInsertRows(TavRegistryOutlineItem &parent, int first, int last) override;
+
+    TavWindowController &windowController_;
+    ExpansionRecorder expansionRecorder_;
+    TavRegistryOutlineItem *root_ = nullptr; // owned by the controller; null when it is not shown
+    TavRegistryOutlineItem *selectedItem_ = nullptr;
+    TavRegistryOutlineItem::Items toOpen_; // while reloading
+};

@@ -1,0 +1,55 @@
+#include "platform/documents/RecentDocuments.h"
+
+#include "platform/preferences/PreferencesStore.h"
+
+#include <QFileInfo>
+
+namespace {
+const QString key = QStringLiteral("RecentDocuments");
+} // namespace
+
+RecentDocuments::RecentDocuments()
+    : observation_(NotificationCenter::defaultCenter().observe(
+          PreferencesStore::didMergeNotification(), &PreferencesStore::shared(domain()),
+          [this](const auto &) { Q_EMIT changed(); }))
+{}
+
+QString RecentDocuments::domain()
+{
+    return PreferencesStore::applicationIdentifier() + QStringLiteral(".documents");
+}
+
+QStringList RecentDocuments::files() const
+{
+    QStringList files;
+    for (const auto &value : PreferencesStore::shared(domain()).list(key)) {
+        const QString file = value.toString();
+        if (QFileInfo(file).isAbsolute() && !files.contains(file) && files.size() < most)
+            files.append(file);
+    }
+    return files;
+}
+
+void RecentDocuments::add(const QString &file)
+{
+    const QString path = QFileInfo(file).absoluteFilePath();
+    PreferencesStore::shared(domain()).refresh();
+    QStringList files = this->files();
+    files.removeAll(path);
+    files.prepend(path);
+    store(files.mid(0, most));
+}
+
+void RecentDocuments::remove(const QString &file)
+{
+    PreferencesStore::shared(domain()).refresh();
+    QStringList files = this->files();
+    if (files.removeAll(file))
+        store(files);
+}
+
+void RecentDocuments::store(const QStringList &files)
+{
+    PreferencesStore::shared(domain()).setValue(key, QJsonArray::fromStringList(files));
+    Q_EMIT changed();
+}

@@ -1,0 +1,26 @@
+#include "platform/runloop/Disposal.h"
+
+#include <QThreadPool>
+
+namespace {
+struct Pool : QThreadPool
+{
+    Pool() { setMaxThreadCount(1); }
+};
+
+QThreadPool &pool()
+{
+    static Pool only; // ends when all is freed
+    return only;
+}
+} // namespace
+
+void Disposal::later(std::shared_ptr<void> last)
+{
+    pool().start([last = std::move(last)]() mutable { last.reset(); });
+}
+
+void Disposal::wait()
+{
+    pool().waitForDone();
+}

@@ -1,0 +1,79 @@
+#include "platform/widgets/ColumnBrowserRowDelegate.h"
+
+#include "platform/widgets/ColumnBrowserModel.h"
+
+#include <QApplication>
+#include <QPainter>
+
+namespace {
+constexpr int arrowSize = 10;
+constexpr int arrowSpace = 18;
+
+bool isLeaf(const QModelIndex &index)
+{
+    const auto *const model = qobject_cast<const ColumnBrowserModel *>(index.model());
+    const ColumnBrowserCell *const cell = model ? model->cell(index.row()) : nullptr;
+    return !cell || cell->isLeaf;
+}
+
+QColor mixed(const QColor &a, const QColor &b, double part)
+{
+    const auto mix = [&](int x, int y) { return static_cast<int>(x * part + y * (1 - part)); };
+    return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
+}
+
+// A selection that the keyboard does not act on keeps its own colours, as far as they are readable
+// there.
+void fade(QStyleOptionViewItem &option)
+{
+    QPalette &palette = option.palette;
+    palette.setColor(QPalette::Highlight, mixed(palette.color(QPalette::Highlight),
+                                                palette.color(QPalette::Base), 0.35));
+    palette.setColor(
+        QPalette::HighlightedText,
+        mixed(palette.color(QPalette::Text), QApplication::palette().color(QPalette::Text), 0.5));
+}
+
+void drawArrow(QPainter *painter, const QStyleOptionViewItem &row)
+{
+    QStyleOption arrow(row);
+    const QRect space = QStyle::visualRect(
+        row.direction, row.rect,
+        QRect(row.rect.right() - arrowSpace, row.rect.top(), arrowSpace, row.rect.height()));
+    arrow.rect = QRect(0, 0, arrowSize, arrowSize);
+    arrow.rect.moveCenter(space.center());
+    const bool isSelected = row.state & QStyle::State_Selected;
+    const QColor color =
+        row.palette.color(isSelected ? QPalette::HighlightedText : QPalette::PlaceholderText);
+    for (const auto role : {QPalette::ButtonText, QPalette::WindowText, QPalette::Text})
+        arrow.palette.setColor(role, color);
+    row.widget->style()->drawPrimitive(row.direction == Qt::RightToLeft
+                                           ? QStyle::PE_IndicatorArrowLeft
+                                           : QStyle::PE_IndicatorArrowRight,
+                                       &arrow, painter, row.widget);
+}
+} // namespace
+
+void ColumnBrowserRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                                     const QModelIndex &index) const
+{
+    QStyleOptionViewItem row = option;
+    initStyleOption(&row, index);
+    if (!row.widget->hasFocus())
+        fade(row);
+    QStyle *const style = row.widget->style();
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &row, painter, row.widget);
+    QStyleOptionViewItem text = row;
+    const int arrow = isLeaf(index) ? 0 : arrowSpace;
+    text.rect = QStyle::visualRect(row.direction, row.rect, row.rect.adjusted(0, 0, -arrow, 0));
+    text.state.setFlag(QStyle::State_HasFocus, false); // the selection shows it
+    style->drawControl(QStyle::CE_ItemViewItem, &text, painter, row.widget);
+    if (arrow > 0)
+        drawArrow(painter, row);
+}
+
+QSize ColumnBrowserRowDelegate::sizeHint(const QStyleOptionViewItem &option,
+                                         const QModelIndex &index) const
+{
+    return OutlineRowDelegate::sizeHint(option, index) + QSize(arrowSpace, 0);
+}

@@ -1,0 +1,17 @@
+#include "platform/widgets/ExpansionRecorder.h"
+
+#include "platform/widgets/InputEvents.h"
+
+ExpansionRecorder::ExpansionRecorder()
+{
+    InputEvents::instance();
+}
+
+bool ExpansionRecorder::shouldRecord()
+{
+    const InputEvents &events = InputEvents::instance();
+    if (lastCollapseExpandEvent_ == events.current())
+        return events.isAltHeld();
+    lastCollapseExpandEvent_ = events.current();
+    return true;
+}

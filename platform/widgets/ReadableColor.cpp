@@ -1,0 +1,51 @@
+#include "platform/widgets/ReadableColor.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+constexpr double leastContrast = 4.5;
+constexpr float precision = 1.0F / 512;
+
+double luminance(const QColor &color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+QColor withLightness(const QColor &color, float lightness)
+{
+    const float hue = std::max(color.hslHueF(), 0.0F);                     // grey has none
+    return QColor::fromHslF(hue, color.hslSaturationF(), lightness).rgb(); // as it is painted
+}
+
+bool isReadable(const QColor &color, const QPalette &palette)
+{
+    return contrast(color, palette.color(QPalette::Base)) >= leastContrast &&
+           contrast(color, palette.color(QPalette::AlternateBase)) >= leastContrast;
+}
+} // namespace
+
+double contrast(const QColor &a, const QColor &b)
+{
+    const auto [darker, lighter] = std::minmax({luminance(a), luminance(b)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor readableColor(const QColor &color, const QPalette &palette)
+{
+    if (isReadable(color, palette))
+        return color;
+    const QColor base = palette.color(QPalette::Base);
+    // The farther end is black or white, whichever stands out more.
+    float unreadable = color.lightnessF();
+    float readable = contrast(base, Qt::black) > contrast(base, Qt::white) ? 0.0F : 1.0F;
+    while (std::abs(readable - unreadable) > precision) {
+        const float middle = (readable + unreadable) / 2;
+        (isReadable(withLightness(color, middle), palette) ? readable : unreadable) = middle;
+    }
+    return withLightness(color, readable);
+}

@@ -1,0 +1,40 @@
+#include "platform/widgets/SearchField.h"
+
+#include <QKeyEvent>
+
+namespace {
+constexpr int typingPause = 150; // milliseconds
+} // namespace
+
+SearchField::SearchField(QWidget *parent)
+    : QLineEdit(parent)
+{
+    delay_.setSingleShot(true);
+    delay_.setInterval(typingPause);
+    connect(this, &QLineEdit::textChanged, &delay_, qOverload<>(&QTimer::start));
+    connect(&delay_, &QTimer::timeout, this, &SearchField::searchRequested);
+    connect(this, &QLineEdit::returnPressed, this, &SearchField::searchRequested);
+}
+
+QSize SearchField::sizeHint() const
+{
+    constexpr int characters = 30;
+    return {fontMetrics().averageCharWidth() * characters, QLineEdit::sizeHint().height()};
+}
+
+void SearchField::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Escape) {
+        QLineEdit::keyPressEvent(event);
+        return;
+    }
+    cancelSearch();
+    event->accept();
+}
+
+void SearchField::cancelSearch()
+{
+    clear();
+    cancelPendingSearch();
+    Q_EMIT cancelled();
+}
