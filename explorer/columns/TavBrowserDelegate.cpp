@@ -2,8 +2,8 @@
 
 #include "display/views/TavFormatController.h"
 #include "explorer/EntryTextStyle.h"
+#include "explorer/ExplorerContext.h"
 #include "explorer/columns/TavRegistryBrowserCell.h"
-#include "explorer/window/TavWindowController.h"
 #include "platform/widgets/ColumnBrowser.h"
 #include "store/TavDataStore.h"
 
@@ -11,18 +11,17 @@ std::vector<EntryRef> TavBrowserDelegate::entriesOfColumn(const ColumnBrowser &b
                                                           int column) const
 {
     if (column == 0) {
-        TavRegistryEntry *const root = windowController_.dataStore()->registryRoot();
-        return root && !windowController_.hidesEverything()
-                   ? std::vector<EntryRef>{root->shared_from_this()}
-                   : std::vector<EntryRef>();
+        TavRegistryEntry *const root = context_.dataStore()->registryRoot();
+        return root && !context_.hidesEverything() ? std::vector<EntryRef>{root->shared_from_this()}
+                                                   : std::vector<EntryRef>();
     }
     const auto *const parent =
         static_cast<const TavRegistryBrowserCell *>(browser.selectedCell(column - 1));
     std::vector<EntryRef> entries;
     if (!parent || !parent->representedObject())
         return entries;
-    for (TavRegistryEntry *entry : windowController_.filterRegistryEntries(
-             parent->representedObject()->childrenInPlane(windowController_.registryPlane())))
+    for (TavRegistryEntry *entry : context_.filterRegistryEntries(
+             parent->representedObject()->childrenInPlane(context_.registryPlane())))
         entries.push_back(entry->shared_from_this());
     return entries;
 }
@@ -37,9 +36,9 @@ int TavBrowserDelegate::numberOfRowsInColumn(ColumnBrowser &browser, int column)
 
 bool TavBrowserDelegate::isLeaf(const TavRegistryEntry &entry) const
 {
-    const auto &children = entry.childrenInPlane(windowController_.registryPlane());
+    const auto &children = entry.childrenInPlane(context_.registryPlane());
     return std::none_of(children.begin(), children.end(), [this](const TavRegistryEntry *child) {
-        return windowController_.passesFilter(*child);
+        return context_.passesFilter(*child);
     });
 }
 
@@ -54,17 +53,17 @@ void TavBrowserDelegate::willDisplayCell(ColumnBrowser &, ColumnBrowserCell &cel
     }
     const EntryRef &entry = entries_[index][static_cast<std::size_t>(row)];
     static_cast<TavRegistryBrowserCell &>(cell).setRepresentedObject(entry);
-    cell.text = entry->nameAtLocationInPlane(windowController_.registryPlane());
+    cell.text = entry->nameAtLocationInPlane(context_.registryPlane());
     const auto &attributes = TavFormatController::textAttributesForRegistryState(
-        entry->registryState(), windowController_.findStateForRegistryEntry(*entry),
+        entry->registryState(), context_.findStateForRegistryEntry(*entry),
         entry->isRegistryRoot());
     cell.font = EntryTextStyle::font(attributes);
     cell.color = EntryTextStyle::color(attributes);
-    cell.mark = windowController_.markForEntry(*entry);
-    cell.accessibleText = windowController_.accessibleNameForEntry(*entry, cell.text);
-    cell.accessibleDescription = windowController_.warningForEntry(*entry);
+    cell.mark = context_.markForEntry(*entry);
+    cell.accessibleText = context_.accessibleNameForEntry(*entry, cell.text);
+    cell.accessibleDescription = context_.warningForEntry(*entry);
     if (cell.toolTip.isNull() || entry->isRegistryRoot())
-        cell.toolTip = windowController_.toolTipForRegistryEntry(*entry);
+        cell.toolTip = context_.toolTipForRegistryEntry(*entry);
     cell.isLeaf = isLeaf(*entry);
 }
 

@@ -3,18 +3,17 @@
 #include "model/TavRegistryEntry.h"
 #include "platform/widgets/ColumnBrowserDelegate.h"
 
-class TavWindowController;
+class ExplorerContext;
 
 // Shows a plane in the column browser: in each column the children of the entry that is selected in
 // the one before it.
 class TavBrowserDelegate : public ColumnBrowserDelegate
 {
 public:
-    // The controller must outlive this.
-    explicit TavBrowserDelegate(TavWindowController &windowController)
-        : windowController_(windowController)
+    // The context must outlive this.
+    explicit TavBrowserDelegate(const ExplorerContext &context)
+        : context_(context)
     {}
-    TavWindowController &windowController() const { return windowController_; }
 
     int numberOfRowsInColumn(ColumnBrowser &browser, int column) override;
     void willDisplayCell(ColumnBrowser &browser, ColumnBrowserCell &cell, int row,
@@ -26,6 +25,6 @@ private:
     std::vector<EntryRef> entriesOfColumn(const ColumnBrowser &browser, int column) const;
     bool isLeaf(const TavRegistryEntry &entry) const;
 
-    TavWindowController &windowController_;
+    const ExplorerContext &context_;
     std::vector<std::vector<EntryRef>> entries_; // by column, as it was loaded
 };

@@ -3,7 +3,8 @@
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
 #include "explorer/EntryTextStyle.h"
-#include "explorer/window/TavWindowController.h"
+#include "explorer/ExplorerContext.h"
+#include "explorer/find/FindSession.h"
 #include "platform/host/SystemBeep.h"
 #include "platform/widgets/InputEvents.h"
 #include "platform/widgets/OutlineRowDelegate.h"
@@ -26,11 +27,13 @@ QString textOf(const RegistryValue &value)
 }
 } // namespace
 
-TavFindTableViewDataSource::TavFindTableViewDataSource(TavWindowController &windowController,
+TavFindTableViewDataSource::TavFindTableViewDataSource(const ExplorerContext &context,
+                                                       const FindSession &session,
                                                        QTableView &findTableView,
                                                        QLineEdit &findPreviewField,
                                                        QLabel &findNumMatchedField)
-    : windowController_(windowController)
+    : context_(context)
+    , session_(session)
     , findTableView_(findTableView)
     , findPreviewField_(findPreviewField)
     , findNumMatchedField_(findNumMatchedField)
@@ -74,14 +77,14 @@ void TavFindTableViewDataSource::setUpTable()
 
 int TavFindTableViewDataSource::numberOfRowsInTableView()
 {
-    const auto &found = windowController_.foundObjects();
+    const auto &found = session_.foundObjects();
     findNumMatchedField_.setText(countText());
     return found ? static_cast<int>(found->size()) : 0;
 }
 
 QString TavFindTableViewDataSource::countText() const
 {
-    const auto &found = windowController_.foundObjects();
+    const auto &found = session_.foundObjects();
     if (!found)
         return tr("No search");
     const auto count = found->size();
@@ -90,7 +93,7 @@ QString TavFindTableViewDataSource::countText() const
     const auto inPlane =
         std::count_if(found->begin(), found->end(), [this](const TavRegistryEntry *entry) {
             return entry->isRegistryRoot() ||
-                   !entry->parentsInPlane(windowController_.registryPlane()).empty();
+                   !entry->parentsInPlane(context_.registryPlane()).empty();
         });
     return inPlane == count ? all : tr("%1, %2 in this plane").arg(all).arg(inPlane);
 }
@@ -149,8 +152,8 @@ void TavFindTableViewDataSource::redisplay()
 
 const std::vector<EntryRef> &TavFindTableViewDataSource::sortedEntries() const
 {
-    if (sorted_.empty() && windowController_.foundObjects()) {
-        const auto &found = *windowController_.foundObjects();
+    if (sorted_.empty() && session_.foundObjects()) {
+        const auto &found = *session_.foundObjects();
         for (TavRegistryEntry *entry :
              TavRegistryEntry::sortedArrayForPlane({found.begin(), found.end()}, QString()))
             sorted_.push_back(entry->shared_from_this());
@@ -214,7 +217,7 @@ void TavFindTableViewDataSource::findPreviewSelected()
     if (!entry)
         return;
     if (const auto path = pathOf(*entry))
-        windowController_.goToEntryPath(path, true, true);
+        Q_EMIT pathChosen(*path);
     else
         SystemBeep::beep();
 }
@@ -222,8 +225,8 @@ void TavFindTableViewDataSource::findPreviewSelected()
 std::optional<TavRegistryEntryPath>
 TavFindTableViewDataSource::pathOf(TavRegistryEntry &entry) const
 {
-    auto path = entry.entryPathInPlane(windowController_.registryPlane(), 0);
-    for (const QString &plane : windowController_.dataStore()->registryPlanes()) {
+    auto path = entry.entryPathInPlane(context_.registryPlane(), 0);
+    for (const QString &plane : context_.dataStore()->registryPlanes()) {
         if (!path)
             path = entry.entryPathInPlane(plane, 0);
     }
@@ -232,7 +235,7 @@ TavFindTableViewDataSource::pathOf(TavRegistryEntry &entry) const
 
 QString TavFindTableViewDataSource::toolTipOf(TavRegistryEntry &entry) const
 {
-    const QString text = windowController_.toolTipForRegistryEntry(entry);
+    const QString text = context_.toolTipForRegistryEntry(entry);
     const auto path = pathOf(entry);
     return path ? path->registryPath() + u'\n' + text : text;
 }
@@ -272,7 +275,7 @@ QVariant TavFindTableViewDataSource::data(const QModelIndex &index, int role) co
     case Qt::ToolTipRole:
         return plainToolTip(index.column() == NameColumn ? toolTipOf(*entry) : previewOf(*entry));
     case Qt::AccessibleTextRole:
-        return index.column() == NameColumn ? windowController_.accessibleNameForEntry(
+        return index.column() == NameColumn ? ExplorerContext::accessibleNameForEntry(
                                                   *entry, entry->nameAtLocationInPlane(QString()))
                                             : previewOf(*entry);
     default:

@@ -7,7 +7,8 @@
 class QLabel;
 class QLineEdit;
 class QTableView;
-class TavWindowController;
+class ExplorerContext;
+class FindSession;
 
 // The entries that a search has found, by name and location, with the value of a chosen property
 // beside them.
@@ -19,8 +20,9 @@ public:
     enum Column { NameColumn, PropertyColumn, ColumnCount };
 
     // All must outlive the use of this by the table.
-    TavFindTableViewDataSource(TavWindowController &windowController, QTableView &findTableView,
-                               QLineEdit &findPreviewField, QLabel &findNumMatchedField);
+    TavFindTableViewDataSource(const ExplorerContext &context, const FindSession &session,
+                               QTableView &findTableView, QLineEdit &findPreviewField,
+                               QLabel &findNumMatchedField);
 
     void reloadData(); // keeps the row of the selected entry selected and in its place
     void redisplay();  // for the plane or what has become of the entries may be another
@@ -29,12 +31,15 @@ public:
     EntryRef entryAtIndex(int row) const; // null where there is none
     QVariant objectValueForTableColumn(int column, int row) const;
     void findPreviewChanged();
-    void findPreviewSelected(); // goes to the entry of the selected row
+    void findPreviewSelected(); // chooses the entry of the selected row
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     QVariant data(const QModelIndex &index, int role) const override;
+
+Q_SIGNALS:
+    void pathChosen(const TavRegistryEntryPath &path);
 
 private:
     void setUpTable();
@@ -51,7 +56,8 @@ private:
     QString toolTipOf(TavRegistryEntry &entry) const;
     QVariant styleOf(const TavRegistryEntry &entry, int role) const;
 
-    TavWindowController &windowController_;
+    const ExplorerContext &context_;
+    const FindSession &session_;
     QTableView &findTableView_;
     QLineEdit &findPreviewField_;
     QLabel &findNumMatchedField_;

@@ -1,16 +1,21 @@
 #include "explorer/selection/PlaneMenu.h"
 
+#include "explorer/Explanations.h"
 #include "platform/widgets/VisibleText.h"
 
 #include <QActionGroup>
 #include <QComboBox>
 #include <QMenu>
+#include <QStandardItemModel>
 
 PlaneMenu::PlaneMenu(QComboBox &popup, QMenu &menu)
     : popup_(popup)
     , menu_(menu)
     , planes_(new QActionGroup(this))
 {
+    popup.setItemData(0, Explanations::ofPlane(popup.itemText(0)), Qt::ToolTipRole);
+    popup.setItemData(0, 0, TagRole);
+    popup.setItemData(0, QStringLiteral("1"), KeyEquivalentRole);
     menu.setToolTipsVisible(true);
     connect(popup.model(), &QAbstractItemModel::rowsInserted, this, &PlaneMenu::rebuild);
     connect(popup.model(), &QAbstractItemModel::dataChanged, this, &PlaneMenu::rebuild);
@@ -19,7 +24,37 @@ PlaneMenu::PlaneMenu(QComboBox &popup, QMenu &menu)
         popup_.setCurrentIndex(action->data().toInt());
         Q_EMIT planeChosen();
     });
+    connect(&popup, &QComboBox::activated, this, &PlaneMenu::planeChosen);
     rebuild();
+}
+
+void PlaneMenu::updatePlaneList(const QStringList &planes)
+{
+    QList<QStandardItem *> items; // added together, because each change rebuilds the menu
+    for (const QString &plane : planes) {
+        if (plane == QLatin1String("DxService"))
+            continue;
+        const int tag = static_cast<int>(items.size()) + 1;
+        auto *const item = new QStandardItem(plane);
+        item->setToolTip(Explanations::ofPlane(plane));
+        item->setData(tag, TagRole);
+        item->setData(QString::number(tag + 1), KeyEquivalentRole);
+        items.append(item);
+    }
+    auto *const model = qobject_cast<QStandardItemModel *>(popup_.model());
+    model->invisibleRootItem()->appendRows(items);
+}
+
+QString PlaneMenu::plane() const
+{
+    return popup_.currentText();
+}
+
+void PlaneMenu::showPlane(const QString &plane)
+{
+    if (popup_.findText(plane) < 0)
+        popup_.addItem(plane);
+    popup_.setCurrentIndex(popup_.findText(plane));
 }
 
 void PlaneMenu::rebuild()

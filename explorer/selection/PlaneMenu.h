@@ -6,7 +6,7 @@ class QActionGroup;
 class QComboBox;
 class QMenu;
 
-// Offers the planes of a pop-up in a menu too, with the keys that the pop-up's items name.
+// The pop-up of the planes. A menu offers them too, with the keys that the pop-up's items name.
 class PlaneMenu : public QObject
 {
     Q_OBJECT
@@ -14,7 +14,13 @@ public:
     // What an item of the pop-up carries.
     enum ItemData { TagRole = Qt::UserRole, KeyEquivalentRole };
 
+    // Both must outlive this. The pop-up has the first plane.
     PlaneMenu(QComboBox &popup, QMenu &menu);
+
+    // Adds the planes that the pop-up does not have from the start.
+    void updatePlaneList(const QStringList &planes);
+    QString plane() const;                // that is chosen
+    void showPlane(const QString &plane); // adds one that is missing
 
 Q_SIGNALS:
     void planeChosen(); // the pop-up shows it already

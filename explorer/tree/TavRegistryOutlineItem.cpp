@@ -1,13 +1,13 @@
 #include "explorer/tree/TavRegistryOutlineItem.h"
 
 #include "display/views/TavFormatController.h"
-#include "explorer/window/TavWindowController.h"
+#include "explorer/ExplorerContext.h"
 
-TavRegistryOutlineItem::TavRegistryOutlineItem(const TavWindowController &windowController,
+TavRegistryOutlineItem::TavRegistryOutlineItem(const ExplorerContext &context,
                                                TavRegistryOutlineItem *directParent,
                                                const QString &plane, EntryRef registryEntry)
     : directParent_(directParent)
-    , windowController_(windowController)
+    , context_(context)
     , registryEntry_(std::move(registryEntry))
     , plane_(plane)
 {
@@ -57,7 +57,7 @@ int TavRegistryOutlineItem::numberOfChildren()
 
 bool TavRegistryOutlineItem::isExpandable()
 {
-    const bool isLazy = allChildren_.empty() && !windowController_.isFiltering();
+    const bool isLazy = allChildren_.empty() && !context_.isFiltering();
     return isLazy ? !isLeaf() : numberOfChildren() > 0;
 }
 
@@ -108,7 +108,7 @@ void TavRegistryOutlineItem::setOnSelectionPath(bool isOnPath)
 QString TavRegistryOutlineItem::currentName() const
 {
     const QString name = registryEntry_->nameAtLocationInPlane(plane_);
-    if (!windowController_.showNumPaths())
+    if (!context_.showNumPaths())
         return name;
     const auto counts = registryEntry_->getNumRegistryPaths();
     return counts.paths < 2
@@ -120,7 +120,7 @@ QString TavRegistryOutlineItem::currentName() const
 const TavRegistryOutlineItem::DisplayName &TavRegistryOutlineItem::displayName()
 {
     const RegistryState registryState = registryEntry_->registryState();
-    const FindState findState = windowController_.findStateForRegistryEntry(*registryEntry_);
+    const FindState findState = context_.findStateForRegistryEntry(*registryEntry_);
     const QString name = currentName();
     if (registryState == registryState_ && findState == findState_ && name == displayName_.text &&
         !displayName_.text.isNull())

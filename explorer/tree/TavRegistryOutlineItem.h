@@ -4,7 +4,7 @@
 #include "model/TavRegistryEntryPath.h"
 
 class OutlineRowObserver;
-class TavWindowController;
+class ExplorerContext;
 
 // A node of an entry tree: one entry at one place in a plane. Children are made when they are first
 // asked for, and again only by rereading, so that what the user did to a node lasts. Which of them
@@ -23,10 +23,9 @@ public:
     // Which nodes follow their entry: every one, or the miscounted.
     enum class Reread : quint8 { All, Miscounted };
 
-    // The controller must outlive the node, as must the parent, which is null for a root.
-    TavRegistryOutlineItem(const TavWindowController &windowController,
-                           TavRegistryOutlineItem *directParent, const QString &plane,
-                           EntryRef registryEntry);
+    // The context must outlive the node, as must the parent, which is null for a root.
+    TavRegistryOutlineItem(const ExplorerContext &context, TavRegistryOutlineItem *directParent,
+                           const QString &plane, EntryRef registryEntry);
     ~TavRegistryOutlineItem();
     TavRegistryOutlineItem(const TavRegistryOutlineItem &) = delete;
     TavRegistryOutlineItem &operator=(const TavRegistryOutlineItem &) = delete;
@@ -77,6 +76,7 @@ private:
     std::size_t shownCount() const { return shown_ ? shown_->size() : allChildren_.size(); }
     TavRegistryOutlineItem *shownChild(std::size_t index) const;
     Items shownChildren() const;
+    Items filterRegistryOutlineItems(Items items) const;
     void filterChildren();
     void setShown(Items items);
     void numberRows(std::size_t first);
@@ -97,7 +97,7 @@ private:
     FindState findState_ = FindStateNone;                  // that displayName_ was styled for
     RegistryState registryState_ = RegistryStateUnchanged; // likewise
     int row_ = 0;
-    const TavWindowController &windowController_;
+    const ExplorerContext &context_;
     EntryRef registryEntry_;
     QString plane_;
 };

@@ -1,6 +1,6 @@
+#include "explorer/ExplorerContext.h"
 #include "explorer/tree/OutlineRowObserver.h"
 #include "explorer/tree/TavRegistryOutlineItem.h"
-#include "explorer/window/TavWindowController.h"
 
 #include <unordered_map>
 
@@ -23,10 +23,9 @@ TavRegistryOutlineItem::Children TavRegistryOutlineItem::followEntry()
     allChildren_.reserve(entries.size());
     for (TavRegistryEntry *entry : entries) {
         auto kept = known.extract(entry->entryTag());
-        allChildren_.push_back(
-            kept ? std::move(kept.mapped())
-                 : std::make_unique<TavRegistryOutlineItem>(windowController_, this, plane_,
-                                                            entry->shared_from_this()));
+        allChildren_.push_back(kept ? std::move(kept.mapped())
+                                    : std::make_unique<TavRegistryOutlineItem>(
+                                          context_, this, plane_, entry->shared_from_this()));
     }
     Children gone;
     for (auto &[tag, item] : known) {
@@ -48,11 +47,19 @@ TavRegistryOutlineItem::Items TavRegistryOutlineItem::shownChildren() const
     return items;
 }
 
+TavRegistryOutlineItem::Items TavRegistryOutlineItem::filterRegistryOutlineItems(Items items) const
+{
+    std::erase_if(items, [this](const TavRegistryOutlineItem *item) {
+        return !context_.passesFilter(*item->registryEntry_);
+    });
+    return items;
+}
+
 void TavRegistryOutlineItem::filterChildren()
 {
     shown_.reset();
-    if (windowController_.isFiltering())
-        setShown(windowController_.filterRegistryOutlineItems(shownChildren()));
+    if (context_.isFiltering())
+        setShown(filterRegistryOutlineItems(shownChildren()));
     else
         numberRows(0);
 }
@@ -93,10 +100,10 @@ bool TavRegistryOutlineItem::isMiscounted() const
 
 bool TavRegistryOutlineItem::isToBeFilteredAgain() const
 {
-    if (!windowController_.isFiltering())
+    if (!context_.isFiltering())
         return shown_ != nullptr;
     return std::any_of(allChildren_.begin(), allChildren_.end(), [&](const auto &child) {
-        return windowController_.passesFilter(*child->registryEntry_) != (child->row_ >= 0);
+        return context_.passesFilter(*child->registryEntry_) != (child->row_ >= 0);
     });
 }
 

@@ -1,7 +1,8 @@
 #include "explorer/tree/TavRegistryOutlineViewDataSource.h"
 
 #include "explorer/EntryTextStyle.h"
-#include "explorer/window/TavWindowController.h"
+#include "explorer/ExplorerContext.h"
+#include "platform/runloop/Disposal.h"
 #include "platform/widgets/PlainToolTip.h"
 #include "store/TavDataStore.h"
 
@@ -10,27 +11,53 @@ namespace {
 constexpr int fewNodes = 16;
 } // namespace
 
-TavRegistryOutlineViewDataSource::TavRegistryOutlineViewDataSource(
-    TavWindowController &windowController, QObject *parent)
+TavRegistryOutlineViewDataSource::TavRegistryOutlineViewDataSource(const ExplorerContext &context,
+                                                                   QObject *parent)
     : QAbstractItemModel(parent)
-    , windowController_(windowController)
+    , context_(context)
 {}
+
+TavRegistryOutlineItem *TavRegistryOutlineViewDataSource::rootOutlineItem()
+{
+    const QString &plane = context_.registryPlane();
+    auto &item = rootOutlineItemsInPlanes_[plane];
+    TavRegistryEntry *const root = context_.dataStore()->registryRoot();
+    if (!item && root)
+        item = std::make_shared<TavRegistryOutlineItem>(context_, nullptr, plane,
+                                                        root->shared_from_this());
+    return item.get();
+}
+
+void TavRegistryOutlineViewDataSource::rereadHiddenNodes()
+{
+    const TavRegistryOutlineItem *const shown = rootOutlineItem();
+    for (const auto &item : std::as_const(rootOutlineItemsInPlanes_)) {
+        if (item && item.get() != shown)
+            item->rereadChildren();
+    }
+}
+
+void TavRegistryOutlineViewDataSource::disposeOfNodes()
+{
+    for (auto &item : rootOutlineItemsInPlanes_)
+        Disposal::later(std::move(item));
+}
 
 bool TavRegistryOutlineViewDataSource::showsRoot() const
 {
-    return !windowController_.hidesEverything();
+    return !context_.hidesEverything();
 }
 
 qsizetype TavRegistryOutlineViewDataSource::entryCount() const
 {
-    return static_cast<qsizetype>(windowController_.dataStore()->registryEntries().size());
+    return static_cast<qsizetype>(context_.dataStore()->registryEntries().size());
 }
 
 TavRegistryOutlineViewDataSource::Reloaded
 TavRegistryOutlineViewDataSource::reload(TavRegistryOutlineItem::Reread which)
 {
     setSelectedItem(nullptr);
-    TavRegistryOutlineItem *const root = windowController_.rootOutlineItem();
+    TavRegistryOutlineItem *const root = rootOutlineItem();
     TavRegistryOutlineItem *const shown = showsRoot() ? root : nullptr;
     if (root == nullptr || shown != root_ || root->countRereads(which, fewNodes + 1) > fewNodes) {
         beginResetModel();
@@ -95,7 +122,7 @@ void TavRegistryOutlineViewDataSource::setSelectedItem(TavRegistryOutlineItem *i
 void TavRegistryOutlineViewDataSource::selectionDidChange(TavRegistryOutlineItem *selected)
 {
     setSelectedItem(selected);
-    windowController_.outlineViewSelectionChanged();
+    Q_EMIT outlineViewSelectionChanged();
 }
 
 void TavRegistryOutlineViewDataSource::itemDidExpand(const QModelIndex &index)
@@ -157,13 +184,13 @@ QVariant TavRegistryOutlineViewDataSource::data(const QModelIndex &index, int ro
     case Qt::ForegroundRole:
         return EntryTextStyle::color(shown->displayName().attributes);
     case Qt::ToolTipRole:
-        return plainToolTip(windowController_.toolTipForRegistryEntry(*shown->registryEntry()));
+        return plainToolTip(context_.toolTipForRegistryEntry(*shown->registryEntry()));
     case Qt::DecorationRole:
-        return windowController_.markForEntry(*shown->registryEntry());
+        return context_.markForEntry(*shown->registryEntry());
     case Qt::AccessibleTextRole:
-        return windowController_.accessibleNameForOutlineItem(*shown);
+        return ExplorerContext::accessibleNameForEntry(*shown->registryEntry(), shown->name());
     case Qt::AccessibleDescriptionRole:
-        return windowController_.warningForEntry(*shown->registryEntry());
+        return context_.warningForEntry(*shown->registryEntry());
     default:
         return {};
     }

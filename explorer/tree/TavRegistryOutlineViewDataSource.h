@@ -5,8 +5,9 @@
 #include "platform/widgets/ExpansionRecorder.h"
 
 #include <QAbstractItemModel>
+#include <QHash>
 
-class TavWindowController;
+class ExplorerContext;
 
 // The rows of an entry tree, which are the nodes of the plane shown. What rows there are changes in
 // reload alone, whatever becomes of the entries meanwhile.
@@ -14,8 +15,8 @@ class TavRegistryOutlineViewDataSource : public QAbstractItemModel, private Outl
 {
     Q_OBJECT
 public:
-    // The controller must outlive this.
-    explicit TavRegistryOutlineViewDataSource(TavWindowController &windowController,
+    // The context must outlive this.
+    explicit TavRegistryOutlineViewDataSource(const ExplorerContext &context,
                                               QObject *parent = nullptr);
 
     // What became of the rows in a reload. After a reset, and among those to open, what is to be
@@ -26,17 +27,23 @@ public:
         bool isChanged = false;
         TavRegistryOutlineItem::Items toOpen;
     };
-    // Shows the controller's root node, rereading its children and filtering them. Rows come and go
+    // Shows the root node of the plane, rereading its children and filtering them. Rows come and go
     // one by one while they are few, or else in a reset. No node is selected afterwards.
     Reloaded reload(TavRegistryOutlineItem::Reread which);
+
+    TavRegistryOutlineItem *rootOutlineItem(); // of the plane; null without a registry
+    // The nodes of the planes that are not shown follow their entries.
+    void rereadHiddenNodes();
+    // Frees the nodes on another thread. Nothing may show them any more.
+    void disposeOfNodes();
 
     qsizetype entryCount() const; // of the store, whatever is shown
     static TavRegistryOutlineItem *item(const QModelIndex &index); // null for the invisible top
     QModelIndex indexOf(const TavRegistryOutlineItem &item) const;
 
     TavRegistryOutlineItem *selectedItem() const { return selectedItem_; }
-    void setSelectedItem(TavRegistryOutlineItem *item); // marks the selection path
-    void selectionDidChange(TavRegistryOutlineItem *selected);
+    void setSelectedItem(TavRegistryOutlineItem *item);        // marks the selection path
+    void selectionDidChange(TavRegistryOutlineItem *selected); // by the user
     void itemDidExpand(const QModelIndex &index);
     void itemDidCollapse(const QModelIndex &index);
 
@@ -49,6 +56,9 @@ public:
     // The header is hidden; this is for those who hear it.
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+Q_SIGNALS:
+    void outlineViewSelectionChanged();
+
 private:
     bool showsRoot() const;
     void willRemoveRows(TavRegistryOutlineItem &parent, int first, int last) override;
@@ -56,9 +66,11 @@ private:
     void willInsertRows(TavRegistryOutlineItem &parent, int first, int last) override;
     void didInsertRows(TavRegistryOutlineItem &parent, int first, int last) override;
 
-    TavWindowController &windowController_;
+    const ExplorerContext &context_;
     ExpansionRecorder expansionRecorder_;
-    TavRegistryOutlineItem *root_ = nullptr; // owned by the controller; null when it is not shown
+    // One root node for each plane that was shown.
+    QHash<QString, std::shared_ptr<TavRegistryOutlineItem>> rootOutlineItemsInPlanes_;
+    TavRegistryOutlineItem *root_ = nullptr; // null when it is not shown
     TavRegistryOutlineItem *selectedItem_ = nullptr;
     TavRegistryOutlineItem::Items toOpen_; // while reloading
 };

@@ -8,7 +8,7 @@ class TavWindowController;
 struct MenuCommand
 {
     const char *item; // the menu item's name in the interface file
-    void (TavWindowController::*action)();
+    void (*action)(TavWindowController &);
     bool (*isEnabled)(const TavWindowController &) = nullptr; // null: always
     QString (*title)(const TavWindowController &) = nullptr;  // null, or a null title: stays as is
     bool (*isChecked)(const TavWindowController &) = nullptr; // null: has no check mark

@@ -1,21 +1,20 @@
 #include "explorer/window/TavWindowController.h"
 
 #include "display/views/TavPropertiesOutlineView.h"
-#include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
-#include "explorer/columns/TavBrowserDelegate.h"
-#include "explorer/find/FoundEntryPaths.h"
-#include "explorer/find/TavFindTableViewDataSource.h"
+#include "explorer/selection/HistoryButtons.h"
+#include "explorer/selection/PathsPopUp.h"
 #include "explorer/selection/PlaneMenu.h"
-#include "explorer/selection/SelectionHistory.h"
-#include "explorer/tree/TavRegistryOutlineItem.h"
+#include "explorer/selection/RegistryPathReader.h"
+#include "explorer/sheets/WindowSheets.h"
 #include "explorer/tree/TavRegistryOutlineView.h"
-#include "explorer/tree/TavRegistryOutlineViewDataSource.h"
-#include "explorer/window/AttributeRequests.h"
-#include "explorer/window/Explanations.h"
-#include "explorer/window/IncompleteBar.h"
+#include "explorer/window/EntryCommands.h"
+#include "explorer/window/EntryFacts.h"
+#include "explorer/window/MenuCommands.h"
+#include "explorer/window/WindowStatus.h"
 #include "platform/desktop/InterfaceLoader.h"
-#include "platform/desktop/SplitViewAutosave.h"
+#include "platform/host/SystemBeep.h"
 #include "platform/preferences/PreferencesStore.h"
 #include "platform/runloop/Disposal.h"
 #include "platform/widgets/ColumnBrowser.h"
@@ -24,61 +23,19 @@
 #include "platform/widgets/SearchField.h"
 #include "platform/widgets/SegmentedControl.h"
 #include "platform/widgets/Stepper.h"
+#include "platform/widgets/VisibleText.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 
-#include <QApplication>
-#include <QBoxLayout>
-#include <QCheckBox>
 #include <QComboBox>
-#include <QDockWidget>
-#include <QLabel>
+#include <QKeyEvent>
 #include <QMainWindow>
 #include <QMenu>
-#include <QSplitter>
-#include <QStackedWidget>
-#include <QStatusBar>
+#include <QTableView>
 #include <QTimer>
-#include <QUndoStack>
 
-TavWindowController::TavWindowController(TavDocument &document)
-    : document_(document)
-    , dataStore_(document.dataStore())
-    , showNumPaths_(PreferencesStore::standard().flag(QStringLiteral("ShowNumPaths")))
-    , outlineDataSource_(std::make_unique<TavRegistryOutlineViewDataSource>(*this))
-    , propertiesDataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
-    , browserDelegate_(std::make_unique<TavBrowserDelegate>(*this))
-    , attributeRequests_(std::make_unique<AttributeRequests>(dataStore_))
-    , undoStack_(std::make_unique<QUndoStack>())
-    , history_(std::make_unique<SelectionHistory>())
-{
-    loadWindow();
-    connectOutlets();
-    setUpViews();
-    setUpFind();
-    connectActions();
-    connectNavigationControls();
-    connectContextMenus();
-    setUpFormats();
-    setUpAttributeRequests();
-    windowDidLoad();
-}
-
-TavWindowController::~TavWindowController()
-{
-    dataStore_->removeClient(this);
-    findOptionsDrawer_->disconnect(this); // it is hidden as the window goes
-    if (dataStore_->registryEntries().size() < Disposal::worthwhile)
-        return;
-    // The views show the nodes.
-    splitViewAutosave_.reset();
-    planeMenu_.reset();
-    window_.reset();
-    for (auto &item : rootOutlineItemsInPlanes_)
-        Disposal::later(std::move(item));
-}
-
-void TavWindowController::loadWindow()
+namespace {
+std::unique_ptr<QMainWindow> loadWindow()
 {
     InterfaceLoader loader;
     loader.addWidgetClass<SegmentedControl>();
@@ -89,101 +46,128 @@ void TavWindowController::loadWindow()
     loader.addWidgetClass<ColumnBrowser>();
     loader.addWidgetClass<SearchField>();
     loader.addWidgetClass<Stepper>();
-    window_.reset(qobject_cast<QMainWindow *>(loader.load(QStringLiteral("Explorer")).release()));
-    Q_ASSERT(window_);
+    auto *const window =
+        qobject_cast<QMainWindow *>(loader.load(QStringLiteral("Explorer")).release());
+    Q_ASSERT(window);
+    return std::unique_ptr<QMainWindow>(window);
 }
 
-void TavWindowController::connectOutlets()
+TavWindowController &addWindow(TavDocument &document)
 {
-    const auto outlet = [this](auto *&field, const char *name) {
-        field = InterfaceLoader::outlet<std::remove_reference_t<decltype(*field)>>(*window_, name);
-    };
-    outlet(planeListButton_, "planeListButton");
-    outlet(viewStyleControl_, "viewStyleControl");
-    outlet(findField_, "findField");
-    outlet(entryPathsButton_, "entryPathsButton");
-    outlet(explorerSplitView_, "explorerSplitView");
-    outlet(explorerTabView_, "explorerTabView");
-    outlet(registryBrowser_, "registryBrowser");
-    outlet(objectNameField_, "objectNameField");
-    outlet(objectInheritanceField_, "objectInheritanceField");
-    outlet(objectBundleField_, "objectBundleField");
-    outlet(objectRetainCountField_, "objectRetainCountField");
-    outlet(objectBusyCountField_, "objectBusyCountField");
-    outlet(dxserviceAttributesView_, "dxserviceAttributesView");
-    outlet(objectRegisteredCell_, "objectRegisteredCell");
-    outlet(objectMatchedCell_, "objectMatchedCell");
-    outlet(objectActiveCell_, "objectActiveCell");
-    outlet(registryOutlineView_, "registryOutlineView");
-    outlet(propertiesOutlineView_, "propertiesOutlineView");
-    outlet(systemStatusField1_, "systemStatusField1");
-    outlet(systemStatusField2_, "systemStatusField2");
-    outlet(systemStatusField3_, "systemStatusField3");
-    window_->statusBar()->addWidget(InterfaceLoader::outlet<QWidget>(*window_, "statusFields"), 1);
+    auto controller = std::make_unique<TavWindowController>(document);
+    TavWindowController &added = *controller;
+    document.addWindowController(std::move(controller));
+    added.showWindow();
+    return added;
+}
+} // namespace
+
+TavWindowController::TavWindowController(TavDocument &document)
+    : document_(document)
+    , dataStore_(document.dataStore())
+    , showNumPaths_(PreferencesStore::standard().flag(QStringLiteral("ShowNumPaths")))
+    , window_(loadWindow())
+{
+    makeParts();
+    connectParts();
+    windowDidLoad();
 }
 
-void TavWindowController::setUpViews()
+TavWindowController::~TavWindowController()
 {
-    registryOutlineView_->setDataSource(*outlineDataSource_);
-    propertiesOutlineView_->setDataSource(*propertiesDataSource_);
-    setUpBrowser();
+    dataStore_->removeClient(this);
+    finder_->windowWillClose();
+    sheets_.reset();
+    planeMenu_.reset();
+    window_.reset(); // its views use the parts
+    if (dataStore_->registryEntries().size() >= Disposal::worthwhile)
+        views_->disposeOfNodes();
+}
 
-    incompleteBar_ = new IncompleteBar;
-    static_cast<QBoxLayout *>(window_->centralWidget()->layout())->insertWidget(1, incompleteBar_);
-    connect(incompleteBar_, &IncompleteBar::tryAgainRequested, this,
+void TavWindowController::makeParts()
+{
+    QMainWindow &window = *window_;
+    planeMenu_ =
+        std::make_unique<PlaneMenu>(*InterfaceLoader::outlet<QComboBox>(window, "planeListButton"),
+                                    *InterfaceLoader::outlet<QMenu>(window, "planeMenu"));
+    views_ = std::make_unique<ExplorerViews>(window, *this);
+    selection_ = std::make_unique<EntrySelection>(dataStore_, *views_, *planeMenu_);
+    pathsPopUp_ = std::make_unique<PathsPopUp>(
+        *InterfaceLoader::outlet<QComboBox>(window, "entryPathsButton"), *this);
+    properties_ = std::make_unique<PropertiesPane>(window, dataStore_);
+    facts_ = std::make_unique<EntryFacts>(window);
+    status_ = std::make_unique<WindowStatus>(window);
+    Explanations::addTo(window);
+    finder_ = std::make_unique<FindController>(window, dataStore_, *this, *selection_, *views_);
+    sheets_ = std::make_unique<WindowSheets>(window, dataStore_, *selection_);
+    entryCommands_ = std::make_unique<EntryCommands>(window, *selection_);
+    menuCommands_ = std::make_unique<MenuCommands>(*this);
+}
+
+void TavWindowController::connectParts()
+{
+    connect(selection_.get(), &EntrySelection::planeChanged, this,
+            &TavWindowController::planeChanged);
+    connect(selection_.get(), &EntrySelection::entryChanged, this,
+            &TavWindowController::showSelectedEntry);
+    connect(selection_.get(), &EntrySelection::entryPathChanged, this,
+            [this] { pathsPopUp_->select(*selectedEntryPath()); });
+    connect(selection_.get(), &EntrySelection::pathFound, status_.get(),
+            &WindowStatus::reportPathFound);
+    connect(selection_.get(), &EntrySelection::pathNotFound, this, [this](const QString &path) {
+        const auto problem = RegistryPathReader(dataStore_).problemOfWhole(path);
+        status_->reportPathNotFound(problem ? problem->message
+                                            : tr("“%1” leads nowhere").arg(visibleText(path)));
+    });
+    connect(pathsPopUp_.get(), &PathsPopUp::pathChosen, this,
+            [this](const TavRegistryEntryPath &path) { goToEntryPath(path, true, true); });
+    connect(views_.get(), &ExplorerViews::styleChosen, this, &TavWindowController::showView);
+    connect(status_.get(), &WindowStatus::tryAgainRequested, this,
             [this] { dataStore_->updateTryingAgain(); });
+    connect(properties_.get(), &PropertiesPane::attributeRead, this,
+            &TavWindowController::showAttributeRead);
 
-    explorerSplitView_->setStretchFactor(0, 0);
-    explorerSplitView_->setStretchFactor(1, 1);
-    splitViewAutosave_ = std::make_unique<SplitViewAutosave>(*explorerSplitView_);
-    viewStyleControl_->setUp();
-    connect(viewStyleControl_, &SegmentedControl::segmentChosen, this,
-            &TavWindowController::changeView);
+    MenuCommands *const commands = menuCommands_.get();
+    const auto showEntryMenu = [this](const QPoint &place) {
+        menuCommands_->validate();
+        entryCommands_->showEntryMenu(place);
+    };
+    connect(views_.get(), &ExplorerViews::contextMenuRequested, commands, showEntryMenu);
+    connect(finder_.get(), &FindController::contextMenuRequested, commands, showEntryMenu);
+    connect(finder_.get(), &FindController::shownEntriesChanged, commands, &MenuCommands::validate);
+    connect(selection_.get(), &EntrySelection::historyChanged, commands, &MenuCommands::validate);
+    connect(properties_.get(), &PropertiesPane::undoStackChanged, commands,
+            &MenuCommands::validate);
+    connect(sheets_.get(), &WindowSheets::performed, commands, &MenuCommands::validate);
 
-    // The rows below stay where they are when these facts come and go.
-    QSizePolicy policy = dxserviceAttributesView_->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    dxserviceAttributesView_->setSizePolicy(policy);
-    // It is no part of the grid above, yet its label ends where those do.
-    const auto *const label = InterfaceLoader::outlet<QLabel>(*window_, "objectRetainCountLabel");
-    InterfaceLoader::outlet<QLabel>(*window_, "objectBusyCountLabel")
-        ->setMinimumWidth(label->sizeHint().width());
-    objectBusyCountField_->setMaximumWidth(
-        objectBusyCountField_->fontMetrics().horizontalAdvance(QStringLiteral("4294967295 ")));
-    Explanations::addTo(*window_);
-
-    planeListButton_->setItemData(0, Explanations::ofPlane(planeListButton_->itemText(0)),
-                                  Qt::ToolTipRole);
-    planeListButton_->setItemData(0, 0, PlaneMenu::TagRole);
-    planeListButton_->setItemData(0, QStringLiteral("1"), PlaneMenu::KeyEquivalentRole);
-    planeMenu_ = std::make_unique<PlaneMenu>(
-        *planeListButton_, *InterfaceLoader::outlet<QMenu>(*window_, "planeMenu"));
-    connect(planeListButton_, &QComboBox::activated, this, &TavWindowController::planePopupChanged);
-    connect(planeMenu_.get(), &PlaneMenu::planeChosen, this,
-            &TavWindowController::planePopupChanged);
+    auto *const buttons = new HistoryButtons(*window_);
+    connect(buttons, &HistoryButtons::backPressed, this, &TavWindowController::goBack);
+    connect(buttons, &HistoryButtons::forwardPressed, this, &TavWindowController::goForward);
+    window_->installEventFilter(this);
+    finder_->results().installEventFilter(this);
 }
 
 void TavWindowController::windowDidLoad()
 {
     ExplorerBookmarks *const bookmarks = ExplorerBookmarks::shared();
     const QString bookmark = bookmarks ? bookmarks->defaultBookmarkPath() : QString();
-    updatePlaneList();
-    loadDefaultFindOptions();
-    clearObjectInfo();
+    planeMenu_->updatePlaneList(dataStore_->registryPlanes());
+    finder_->loadDefaultFindOptions();
+    facts_->clear();
     const PreferencesStore &preferences = PreferencesStore::standard();
     const QString planeKey = QStringLiteral("DefaultPlane");
     const QString plane = preferences.string(planeKey);
     setRegistryPlane(plane.isEmpty() ? preferences.registeredString(planeKey) : plane, true);
     TavRegistryEntry *const root = dataStore_->registryRoot();
     // New nodes are expanded, so the tree shows open from top to bottom.
-    goToEntryPath(root ? root->entryPathInPlane(registryPlane_, 0) : std::nullopt, true, false);
+    goToEntryPath(root ? root->entryPathInPlane(registryPlane(), 0) : std::nullopt, true, false);
     if (!bookmark.isNull())
         QTimer::singleShot(0, this, [this, bookmark] { goToRegistryPath(bookmark); });
     if (preferences.string(QStringLiteral("DefaultView")) == QLatin1String("outline"))
         outlineView();
     else
         browserView();
-    updateStatusBar();
+    status_->update(*dataStore_);
     synchronizeWindowTitleWithDocumentName();
     QTimer::singleShot(0, this, &TavWindowController::makeExplorerFirstResponder);
 }
@@ -200,22 +184,51 @@ void TavWindowController::showWindow()
     window_->activateWindow();
 }
 
-TavRegistryOutlineItem *TavWindowController::rootOutlineItem() const
-{
-    auto &item = rootOutlineItemsInPlanes_[registryPlane_];
-    TavRegistryEntry *const root = dataStore_->registryRoot();
-    if (!item && root)
-        item = std::make_shared<TavRegistryOutlineItem>(*this, nullptr, registryPlane_,
-                                                        root->shared_from_this());
-    return item.get();
-}
-
 TavDataStore *TavWindowController::dataStore() const
 {
     return document_.dataStore().get();
 }
 
-QString TavWindowController::registryPathForSelectedEntry() const
+TavRegistryOutlineItem *TavWindowController::rootOutlineItem() const
 {
-    return selectedEntryPath_ ? selectedEntryPath_->registryPath() : QString();
+    return views_->rootOutlineItem();
+}
+
+void TavWindowController::newDocumentWindow()
+{
+    addWindow(document_);
+}
+
+void TavWindowController::openInNewWindow()
+{
+    TavWindowController &added = addWindow(document_);
+    // Later: the window is about to go to the default bookmark by itself.
+    QTimer::singleShot(
+        0, &added, [&added, path = selectedEntryPath()] { added.goToEntryPath(path, true, true); });
+}
+
+bool TavWindowController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == window_.get() && event->type() == QEvent::WindowActivate) {
+        properties_->propertiesViewSelectionChanged();
+        menuCommands_->validate();
+    }
+    if (event->type() != QEvent::KeyPress)
+        return QObject::eventFilter(watched, event);
+    const auto &key = *static_cast<QKeyEvent *>(event);
+    const bool isAmongEntries = isExplorerFirstResponder() || finder_->results().hasFocus();
+    if (key.key() == Qt::Key_Escape && foundObjects() && isAmongEntries) {
+        finder_->cancelSearch();
+        return true;
+    }
+    // The keys of commands that can run never come here.
+    const bool isRefused = menuCommands_->isKeyOfCommand(key);
+    if (isRefused)
+        SystemBeep::beep();
+    return isRefused;
+}
+
+bool TavWindowController::validateMenuItem(QAction &item) const
+{
+    return menuCommands_->validateMenuItem(item);
 }

@@ -1,31 +1,25 @@
-#include "display/views/TavPropertiesOutlineView.h"
-#include "explorer/find/TavFindTableViewDataSource.h"
-#include "explorer/selection/SelectionHistory.h"
-#include "explorer/tree/TavRegistryOutlineItem.h"
-#include "explorer/tree/TavRegistryOutlineView.h"
-#include "explorer/window/DateText.h"
-#include "explorer/window/IncompleteBar.h"
+// What a window shows of its selection and of its document, and in which order that follows a
+// change.
+#include "explorer/find/FindController.h"
+#include "explorer/selection/PathsPopUp.h"
+#include "explorer/window/EntryFacts.h"
+#include "explorer/window/MenuCommands.h"
 #include "explorer/window/TavWindowController.h"
+#include "explorer/window/WindowStatus.h"
 #include "platform/desktop/WindowTitle.h"
-#include "platform/widgets/ColumnBrowser.h"
-#include "platform/widgets/FactField.h"
-#include "platform/widgets/VisibleText.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 
-#include <QCheckBox>
-#include <QLabel>
 #include <QMainWindow>
-#include <QStyle>
 
 QString TavWindowController::windowTitleForDocumentDisplayName(const QString &displayName) const
 {
-    const QString object = selectedEntry_ ? selectedEntry_->nameAtLocationInPlane(registryPlane_)
-                                          : tr("(no object selected)");
+    const QString object = selectedEntry() ? selectedEntry()->nameAtLocationInPlane(registryPlane())
+                                           : tr("(no object selected)");
     QString title = document_.hasFile() && dataStore_->isLive()
                         ? tr("%1 (%2) — %3 — %4")
-                              .arg(displayName, dataStore_->hostName(), registryPlane_, object)
-                        : tr("%1 — %2 — %3").arg(displayName, registryPlane_, object);
+                              .arg(displayName, dataStore_->hostName(), registryPlane(), object)
+                        : tr("%1 — %2 — %3").arg(displayName, registryPlane(), object);
     if (dataStore_->isLive() && !dataStore_->isUpToDate())
         title += tr(" (needs update)");
     return title;
@@ -37,164 +31,87 @@ void TavWindowController::synchronizeWindowTitleWithDocumentName()
                      document_.isDocumentEdited());
 }
 
-void TavWindowController::setSelectedEntry(const EntryRef &entry)
+void TavWindowController::planeChanged()
 {
-    const PropertyRef previousRoot = rootPropertyItem_;
-    populatePathsPopup(entry);
-    selectedEntry_ = entry;
-    if (entry) {
-        rootPropertyItem_ = entry->propertiesRef();
-        showObjectInfo(*entry);
-    } else {
-        clearObjectInfo();
-        rootPropertyItem_.reset();
-    }
-    if (rootPropertyItem_ != previousRoot)
-        showProperties(previousRoot);
+    finder_->updateStepper();
+    views_->reload();
+    finder_->redisplay();
     synchronizeWindowTitleWithDocumentName();
-    validateActions();
 }
 
-void TavWindowController::showObjectInfo(const TavRegistryEntry &entry)
+// Deliberate: the paths come first, and the title last.
+void TavWindowController::showSelectedEntry()
 {
-    objectNameField_->setDimmed(false);
-    objectNameField_->setFact(entry.nameAtLocationInPlane(registryPlane_));
-    QString inheritance = entry.inheritanceString();
-    const RegistryService *const service = dataStore_->service();
-    if (service && !service->hasSuperclassLookup())
-        inheritance += tr(" (full inheritance not available)");
-    objectInheritanceField_->setFact(inheritance);
-    objectBundleField_->setFact(entry.bundleID());
-    objectRetainCountField_->setFact(QString::number(entry.kernelRetainCount()));
-    objectBusyCountField_->setFact(QString::number(entry.busyCount()));
-    dxserviceAttributesView_->setVisible(entry.conformsToDxService());
-    objectRegisteredCell_->setChecked(entry.isRegistered());
-    objectMatchedCell_->setChecked(entry.isMatched());
-    objectActiveCell_->setChecked(entry.isActive());
-}
-
-void TavWindowController::clearObjectInfo()
-{
-    objectNameField_->setDimmed(true);
-    objectNameField_->setFact(tr("(No object selected)"));
-    for (FactField *field : {objectInheritanceField_, objectBundleField_, objectRetainCountField_,
-                             objectBusyCountField_})
-        field->setFact(QString());
-    dxserviceAttributesView_->setVisible(false);
-    propertiesOutlineView_->clearSelection();
-}
-
-void TavWindowController::updateStatusBar()
-{
-    incompleteBar_->setObjects(dataStore_->incompleteObjects(), dataStore_->isLive());
-    systemStatusField1_->setText(
-        visibleText(QStringLiteral("%1 (%2)").arg(dataStore_->hostName(), dataStore_->archName())));
-    QString state;
-    if (!dataStore_->isUpToDate())
-        state = dataStore_->isLive() ? tr("registry has changed") : tr("was out of date");
-    systemStatusField2_->setText(state);
-    const QDateTime &date = dataStore_->lastUpdateDate();
-    systemStatusField3_->setText(
-        QStringLiteral("%1 %2").arg(DateText::shortDate(date), DateText::mediumTime(date)));
-}
-
-QString TavWindowController::toolTipForRegistryEntry(const TavRegistryEntry &entry) const
-{
-    QString text = entry.nameAtLocationInPlane(registryPlane_);
-    const auto append = [&](const QDateTime &date, const QString &format) {
-        if (date.isNull())
-            return;
-        if (!text.isEmpty())
-            text += u'\n';
-        text += format.arg(DateText::shortDate(date), DateText::mediumTime(date));
-    };
-    append(entry.dateDiscovered(), tr("Discovered: %1 %2"));
-    append(entry.dateLastUpdated(), tr("Updated: %1 %2"));
-    append(entry.dateTerminated(), tr("Terminated: %1 %2"));
-    const QString warning = warningForEntry(entry);
-    return warning.isNull() ? text : text + u'\n' + warning;
-}
-
-// The root stands for the whole registry.
-QString TavWindowController::warningForEntry(const TavRegistryEntry &entry) const
-{
-    return entry.isRegistryRoot() ? IncompleteBar::message(dataStore_->incompleteObjects().size())
-                                  : QString();
-}
-
-QVariant TavWindowController::markForEntry(const TavRegistryEntry &entry) const
-{
-    return warningForEntry(entry).isNull()
-               ? QVariant()
-               : window_->style()->standardIcon(QStyle::SP_MessageBoxWarning);
-}
-
-QString TavWindowController::accessibleNameForOutlineItem(TavRegistryOutlineItem &item) const
-{
-    return accessibleNameForEntry(*item.registryEntry(), item.name());
-}
-
-QString TavWindowController::accessibleNameForEntry(const TavRegistryEntry &entry,
-                                                    const QString &name) const
-{
-    switch (entry.registryState()) {
-    case RegistryStateNew:
-        return tr("%1, new").arg(name);
-    case RegistryStateTerminated:
-        return tr("%1, terminated").arg(name);
-    default:
-        return name;
+    const EntryRef &entry = selection_->entry();
+    pathsPopUp_->populate(entry, selectedEntryPath());
+    if (entry) {
+        const RegistryService *const service = dataStore_->service();
+        facts_->show(*entry, registryPlane(), !service || service->hasSuperclassLookup());
+    } else {
+        facts_->clear();
+        properties_->clearSelection();
     }
+    properties_->showPropertiesOf(entry);
+    synchronizeWindowTitleWithDocumentName();
+    menuCommands_->validate();
 }
 
+bool TavWindowController::isFiltering() const
+{
+    return finder_->filterFindResults() || !showTerminatedObjects_;
+}
+
+// Deliberate: hiding what has terminated hides what a search leaves out as well, whether or not
+// that is asked for by itself.
+bool TavWindowController::passesFilter(const TavRegistryEntry &entry) const
+{
+    if (!isFiltering())
+        return true;
+    return findStateForRegistryEntry(entry) != FindStateNotMatching &&
+           (showTerminatedObjects_ || entry.dateTerminated().isNull());
+}
+
+FindState TavWindowController::findStateForRegistryEntry(const TavRegistryEntry &entry) const
+{
+    return finder_->session().findState(entry, registryPlane());
+}
+
+// Deliberate: the search runs again before the tree reloads, and the selection is restored after.
 void TavWindowController::refreshDisplay()
 {
-    setSelectedEntry(selectedEntry_);
-    // The tree shown rereads its nodes as it reloads, for its rows are to change with them.
-    const TavRegistryOutlineItem *const shown = rootOutlineItem();
-    for (const auto &item : std::as_const(rootOutlineItemsInPlanes_)) {
-        if (item && item.get() != shown)
-            item->rereadChildren();
-    }
-    if (!findQuery_.isNull())
-        findObjectsMatching(findQuery_);
-    registryOutlineView_->reloadData(TavRegistryOutlineItem::Reread::All);
-    if (!browserIsVisible())
-        registryBrowser_->reloadColumn(0); // so that it holds no entries that have gone
-    goToEntryPath(selectedEntryPath_, false, false);
-    refreshPropertiesOutlineView();
-    validateActions(); // what stands beside the selection may have changed
-}
-
-void TavWindowController::refreshPropertiesOutlineView()
-{
-    propertiesOutlineView_->noteHeightOfAllRowsChanged();
+    selection_->setSelectedEntry(selection_->entry());
+    views_->rereadHiddenNodes();
+    if (!findQuery().isNull())
+        finder_->findObjectsMatching(findQuery());
+    views_->reloadAfterChange();
+    goToEntryPath(selectedEntryPath(), false, false);
+    properties_->refresh();
+    menuCommands_->validate(); // what stands beside the selection may have changed
 }
 
 void TavWindowController::noteDataStoreOutOfDate()
 {
-    updateStatusBar();
+    status_->update(*dataStore_);
 }
 
 void TavWindowController::noteDataStoreChanged()
 {
     refreshDisplay();
-    updateStatusBar();
+    status_->update(*dataStore_);
 }
 
 void TavWindowController::noteDataStoreObjectChanged()
 {
     refreshDisplay();
-    updateStatusBar();
+    status_->update(*dataStore_);
 }
 
 void TavWindowController::noteDataStoreObjectsTerminated()
 {
-    registryOutlineView_->reloadData();
-    registryBrowser_->redisplay();
-    findDataSource_->redisplay();
-    updateStatusBar();
-    validateActions();
+    views_->redisplay();
+    finder_->redisplay();
+    status_->update(*dataStore_);
+    menuCommands_->validate();
 }
 
 void TavWindowController::noteDataStoreClearedTerminatedObjects()
@@ -202,6 +119,24 @@ void TavWindowController::noteDataStoreClearedTerminatedObjects()
     if (document_.hasFile())
         document_.setDocumentEdited(true);
     refreshDisplay();
-    history_->forgetWhatIsGone();
-    validateActions();
+    selection_->forgetWhatIsGone();
+}
+
+void TavWindowController::dataViewOptionsChanged(TavRegistryProperty *item)
+{
+    properties_->dataViewOptionsChanged(item);
+}
+
+// The value is shown at its own place among the properties. The user is taken there, unless
+// something else is selected by now.
+void TavWindowController::showAttributeRead(quint64 entryTag, const QString &attribute)
+{
+    views_->reloadTree(); // the entry's children may be more or fewer
+    if (!selectedEntry() || selectedEntry()->entryTag() != entryTag)
+        return;
+    const bool wasCurrent = properties_->isCurrent(attribute);
+    selection_->setSelectedEntry(selection_->entry());
+    properties_->refresh();
+    if (wasCurrent && !properties_->isCurrent(attribute)) // else it failed, and is still unread
+        properties_->goToAttribute(attribute);
 }

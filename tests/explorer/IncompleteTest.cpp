@@ -1,5 +1,5 @@
 #include "ExplorerFixture.h"
-#include "explorer/window/IncompleteBar.h"
+#include "explorer/IncompleteBar.h"
 #include "platform/widgets/ColumnBrowser.h"
 #include "tests/support/RegistryValues.h"
 

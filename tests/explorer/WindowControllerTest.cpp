@@ -1,5 +1,5 @@
 #include "ExplorerFixture.h"
-#include "explorer/window/DateText.h"
+#include "explorer/DateText.h"
 #include "platform/widgets/FactField.h"
 #include "store/DataStoreNotifications.h"
 #include "tests/support/LogCapture.h"

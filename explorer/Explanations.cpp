@@ -1,4 +1,4 @@
-#include "explorer/window/Explanations.h"
+#include "explorer/Explanations.h"
 
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/widgets/FactField.h"

@@ -1,4 +1,4 @@
-#include "explorer/window/DateText.h"
+#include "explorer/DateText.h"
 
 #include <QLocale>
 #include <QRegularExpression>

@@ -1,4 +1,4 @@
-#include "explorer/window/IncompleteBar.h"
+#include "explorer/IncompleteBar.h"
 
 #include <QBoxLayout>
 #include <QIcon>

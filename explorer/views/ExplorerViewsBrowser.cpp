@@ -1,20 +1,27 @@
+// The columns.
+#include "explorer/ExplorerContext.h"
 #include "explorer/columns/TavBrowserDelegate.h"
 #include "explorer/columns/TavRegistryBrowserCell.h"
-#include "explorer/window/TavWindowController.h"
+#include "explorer/tree/TavRegistryOutlineView.h"
+#include "explorer/views/ExplorerViews.h"
+#include "platform/desktop/SplitViewAutosave.h"
+#include "platform/host/SystemBeep.h"
 #include "platform/widgets/ColumnBrowser.h"
 
-void TavWindowController::setUpBrowser()
+void ExplorerViews::setUpBrowser()
 {
     registryBrowser_->setDelegate(*browserDelegate_);
     registryBrowser_->setCellClass([] { return std::make_unique<TavRegistryBrowserCell>(); });
     registryBrowser_->setColumnsAutosaveName(QStringLiteral("TavRegistryBrowser-Columns"));
     connect(registryBrowser_, &ColumnBrowser::selectionChosen, this,
-            &TavWindowController::browserSelectionChanged);
+            [this] { Q_EMIT selectionChanged(pathSelectedInBrowser()); });
+    connect(registryBrowser_, &ColumnBrowser::contextMenuRequested, this,
+            &ExplorerViews::contextMenuRequested);
 }
 
-void TavWindowController::browserSelectionChanged()
+ExplorerViews::Path ExplorerViews::pathSelectedInBrowser() const
 {
-    TavRegistryEntryPath path(registryPlane_);
+    TavRegistryEntryPath path(context_.registryPlane());
     for (int column = 0; column <= registryBrowser_->lastColumn(); ++column) {
         const auto *const cell =
             static_cast<const TavRegistryBrowserCell *>(registryBrowser_->selectedCell(column));
@@ -22,12 +29,11 @@ void TavWindowController::browserSelectionChanged()
             break;
         path.appendRegistryEntry(cell->representedObject());
     }
-    selectEntryPath(path);
+    return path;
 }
 
-// The part of the path that was selected.
-TavRegistryEntryPath TavWindowController::selectEntryPathInBrowser(const TavRegistryEntryPath &path,
-                                                                   bool scrollToVisible)
+TavRegistryEntryPath ExplorerViews::selectInBrowser(const TavRegistryEntryPath &path,
+                                                    bool scrollToVisible)
 {
     const ColumnBrowser::Scrolling scrolling = registryBrowser_->scrolling();
     const auto length = static_cast<int>(path.length());
@@ -48,7 +54,7 @@ TavRegistryEntryPath TavWindowController::selectEntryPathInBrowser(const TavRegi
     return path.subpathOfLength(static_cast<std::size_t>(column));
 }
 
-void TavWindowController::scrollBrowserToPath(int selectedColumns, bool isWholePath)
+void ExplorerViews::scrollBrowserToPath(int selectedColumns, bool isWholePath)
 {
     for (int column = 0; column < selectedColumns; ++column)
         registryBrowser_->scrollRowToVisible(registryBrowser_->selectedRow(column), column);
@@ -59,4 +65,30 @@ void TavWindowController::scrollBrowserToPath(int selectedColumns, bool isWholeP
     // Deliberate: the row to show is counted in the column before.
     registryBrowser_->scrollRowToVisible(registryBrowser_->numberOfRows(selectedColumns - 1),
                                          selectedColumns);
+}
+
+void ExplorerViews::selectSiblingInBrowser(int step)
+{
+    const int column = registryBrowser_->selectedColumn();
+    const int row = registryBrowser_->selectedRow(column) + step;
+    if (column < 0 || row < 0 || row >= registryBrowser_->numberOfRows(column)) {
+        SystemBeep::beep();
+        return;
+    }
+    registryBrowser_->chooseRow(row, column);
+    registryBrowser_->scrollRowToVisible(row, column);
+}
+
+void ExplorerViews::scrollToSelection()
+{
+    if (!browserIsVisible()) {
+        registryOutlineView_->scrollToSelection();
+        return;
+    }
+    const int column = registryBrowser_->selectedColumn();
+    if (column >= 0) {
+        registryBrowser_->scrollColumnToVisible(column);
+        registryBrowser_->scrollColumnToVisible(column - 1);
+        registryBrowser_->scrollRowToVisible(registryBrowser_->selectedRow(column), column);
+    }
 }

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "display/EntryTextAttributes.h"
+#include "model/TavRegistryEntry.h"
+
+#include <QCoreApplication>
+#include <QVariant>
+
+class TavDataStore;
+
+// What the tree, the columns and the results may ask of the window that shows them.
+class ExplorerContext
+{
+    Q_DECLARE_TR_FUNCTIONS(ExplorerContext)
+public:
+    virtual TavDataStore *dataStore() const = 0;
+    virtual const QString &registryPlane() const = 0;
+    virtual bool showNumPaths() const = 0;
+    virtual FindState findStateForRegistryEntry(const TavRegistryEntry &entry) const = 0;
+    virtual bool isFiltering() const = 0; // false: everything passes the filter
+    virtual bool passesFilter(const TavRegistryEntry &entry) const = 0;
+    virtual bool hidesEverything() const = 0; // a search that filters has found nothing
+
+    EntryList::Entries filterRegistryEntries(const EntryList::Entries &entries) const;
+    QString toolTipForRegistryEntry(const TavRegistryEntry &entry) const;
+    // What is wrong with an entry, as text and as a mark on its rows; null for most.
+    QString warningForEntry(const TavRegistryEntry &entry) const;
+    QVariant markForEntry(const TavRegistryEntry &entry) const;
+    // What a screen reader says of a row.
+    static QString accessibleNameForEntry(const TavRegistryEntry &entry, const QString &name);
+
+protected:
+    ~ExplorerContext() = default;
+};

@@ -1,0 +1,148 @@
+#include "explorer/find/FindController.h"
+
+#include "explorer/find/TavFindTableViewDataSource.h"
+#include "explorer/selection/EntrySelection.h"
+#include "explorer/views/ExplorerViews.h"
+#include "platform/host/SystemBeep.h"
+#include "platform/runloop/LongWork.h"
+#include "platform/widgets/SearchField.h"
+#include "platform/widgets/Stepper.h"
+#include "platform/widgets/ViewNote.h"
+#include "store/TavDataStore.h"
+
+#include <QCheckBox>
+
+namespace {
+constexpr std::size_t takesLong = 50'000; // entries to search and to show
+constexpr int stepForward = 1;            // the stepper's value, and the one it goes back to
+} // namespace
+
+bool FindController::filterFindResults() const
+{
+    return filteredFindCheckbox_->isChecked();
+}
+
+bool FindController::hidesEverything() const
+{
+    const auto &found = session_.foundObjects();
+    return filterFindResults() && found && found->isEmpty();
+}
+
+QWidget *FindController::field() const
+{
+    return findField_;
+}
+
+void FindController::beginFind()
+{
+    if (!findField_->isEnabled()) {
+        SystemBeep::beep();
+        return;
+    }
+    findField_->selectAll();
+    findField_->setFocus(Qt::ShortcutFocusReason);
+}
+
+void FindController::find()
+{
+    findField_->cancelPendingSearch();
+    findWithString(findField_->text());
+}
+
+void FindController::cancelSearch()
+{
+    findField_->cancelSearch();
+}
+
+void FindController::findWithString(const QString &text)
+{
+    const EntrySelection::Path selected = selection_.entryPath();
+    std::optional<LongWork> work; // until all is shown
+    if (dataStore_->registryEntries().size() >= takesLong) {
+        work.emplace(tr("Searching…"), LongWork::Kind::Moment);
+        FindSession::Result result;
+        work->run([&](WorkProgress &) { result = session_.run(text); });
+        show(text, std::move(result));
+    } else {
+        findObjectsMatching(text);
+    }
+    views_.reload();
+    if (session_.foundObjects())
+        findNext(true, true, false);
+    else
+        selection_.goToEntryPath(selected, true, true);
+    Q_EMIT shownEntriesChanged();
+}
+
+void FindController::findObjectsMatching(const QString &query)
+{
+    show(query, session_.run(query));
+}
+
+void FindController::show(const QString &query, FindSession::Result result)
+{
+    session_.begin(query, std::move(result));
+    updateStepper();
+    results_->reloadData();
+    nothingFoundNote_->setVisible(hidesEverything());
+}
+
+void FindController::redisplay()
+{
+    results_->redisplay();
+}
+
+void FindController::updateStepper()
+{
+    findStepper_->setEnabled(nextFindPathInPlane(true, false).has_value());
+}
+
+// Without a selection, what comes before everything in the plane.
+TavRegistryEntryPath FindController::startingPath() const
+{
+    return selection_.entryPath().value_or(TavRegistryEntryPath(selection_.registryPlane()));
+}
+
+std::optional<QString> FindController::planeOfSteps(bool samePlane) const
+{
+    return samePlane ? std::optional(selection_.registryPlane()) : std::nullopt;
+}
+
+FindSession::Path FindController::nextFindPathInPlane(bool samePlane, bool mustAdvance) const
+{
+    return session_.nextPath(startingPath(), planeOfSteps(samePlane), mustAdvance);
+}
+
+FindSession::Path FindController::prevFindPathInPlane(bool samePlane, bool mustAdvance) const
+{
+    return session_.prevPath(startingPath(), planeOfSteps(samePlane), mustAdvance);
+}
+
+void FindController::findNext(bool forward, bool inPlane, bool mustAdvance)
+{
+    const auto path = forward ? nextFindPathInPlane(inPlane, mustAdvance)
+                              : prevFindPathInPlane(inPlane, mustAdvance);
+    if (path)
+        selection_.goToEntryPath(path, true, true);
+    else
+        SystemBeep::beep();
+}
+
+void FindController::findStep()
+{
+    if (findStepper_->integerValue() == stepForward)
+        findNextInPlane();
+    else
+        findPrevInPlane();
+    findStepper_->setIntegerValue(stepForward);
+}
+
+void FindController::filteredFindChanged()
+{
+    const EntrySelection::Path selected = selection_.entryPath();
+    views_.reload();
+    results_->reloadData();
+    nothingFoundNote_->setVisible(hidesEverything());
+    selection_.goToEntryPath(selected, true, true);
+    Q_EMIT shownEntriesChanged();
+}

@@ -1,0 +1,193 @@
+// The controls of a search, and the drawer that holds most of them.
+#include "explorer/find/FindController.h"
+#include "explorer/find/FindDrawer.h"
+#include "explorer/find/TavFindTableViewDataSource.h"
+#include "explorer/selection/EntrySelection.h"
+#include "explorer/views/ExplorerViews.h"
+#include "platform/desktop/InterfaceLoader.h"
+#include "platform/preferences/PreferencesStore.h"
+#include "platform/widgets/ClearButton.h"
+#include "platform/widgets/SearchField.h"
+#include "platform/widgets/Stepper.h"
+#include "platform/widgets/ViewNote.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDockWidget>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTableView>
+#include <QToolButton>
+
+FindController::FindController(QMainWindow &window, std::shared_ptr<TavDataStore> dataStore,
+                               const ExplorerContext &context, EntrySelection &selection,
+                               ExplorerViews &views)
+    : window_(window)
+    , dataStore_(dataStore)
+    , selection_(selection)
+    , views_(views)
+    , session_(std::move(dataStore))
+{
+    connectOutlets(window);
+    setUpResults(window, context);
+    findStepper_->setUp();
+    nameClearButton(*findField_);
+    new FindDrawer(window, *findOptionsDrawer_);
+    closeDrawer();
+    connectControls(window);
+    setShortcuts(window);
+}
+
+FindController::~FindController() = default;
+
+void FindController::connectOutlets(QMainWindow &window)
+{
+    findField_ = InterfaceLoader::outlet<SearchField>(window, "findField");
+    findStepper_ = InterfaceLoader::outlet<Stepper>(window, "findStepper");
+    findOptionsDrawerButton_ =
+        InterfaceLoader::outlet<QToolButton>(window, "findOptionsDrawerButton");
+    findOptionsDrawer_ = InterfaceLoader::outlet<QDockWidget>(window, "findOptionsDrawer");
+    filteredFindCheckbox_ = InterfaceLoader::outlet<QCheckBox>(window, "filteredFindCheckbox");
+    findTableView_ = InterfaceLoader::outlet<QTableView>(window, "findTableView");
+}
+
+void FindController::setUpResults(QMainWindow &window, const ExplorerContext &context)
+{
+    auto *const previewField = InterfaceLoader::outlet<QLineEdit>(window, "findPreviewField");
+    results_ = std::make_unique<TavFindTableViewDataSource>(
+        context, session_, *findTableView_, *previewField,
+        *InterfaceLoader::outlet<QLabel>(window, "findNumMatchedField"));
+    nameClearButton(*previewField);
+    nothingFoundNote_ = new ViewNote(
+        tr("Nothing matches"), *InterfaceLoader::outlet<QStackedWidget>(window, "explorerTabView"));
+    connect(
+        results_.get(), &TavFindTableViewDataSource::pathChosen, this,
+        [this](const TavRegistryEntryPath &path) { selection_.goToEntryPath(path, true, true); });
+    connect(findTableView_, &QTableView::customContextMenuRequested, this,
+            [this](const QPoint &place) {
+                const int row = findTableView_->rowAt(place.y());
+                if (selection_.entry() && results_->entryAtIndex(row) == selection_.entry())
+                    Q_EMIT contextMenuRequested(findTableView_->viewport()->mapToGlobal(place));
+            });
+}
+
+void FindController::connectControls(QMainWindow &window)
+{
+    connect(findField_, &SearchField::searchRequested, this, &FindController::find);
+    connect(findField_, &SearchField::cancelled, this, [this] {
+        find();
+        views_.makeFirstResponder();
+    });
+    connect(findStepper_, &Stepper::stepped, this, &FindController::findStep);
+    connect(findOptionsDrawerButton_, &QToolButton::clicked, this,
+            &FindController::toggleFindOptionsDrawerButtonClicked);
+    connect(findOptionsDrawer_, &QDockWidget::visibilityChanged, this, [this] {
+        findOptionsDrawerButton_->setChecked(drawerIsOpen());
+        Q_EMIT shownEntriesChanged();
+    });
+    connect(filteredFindCheckbox_, &QCheckBox::clicked, this, &FindController::filteredFindChanged);
+    for (const auto &[option, checkbox] : findCheckboxes())
+        connect(checkbox, &QCheckBox::clicked, this, &FindController::findOptionsChanged);
+    connect(InterfaceLoader::outlet<QPushButton>(window, "resetFindOptionsButton"),
+            &QPushButton::clicked, this, &FindController::resetFindOptions);
+}
+
+void FindController::setShortcuts(QMainWindow &window)
+{
+    const auto set = [&window](const char *item, Qt::KeyboardModifiers modifiers) {
+        InterfaceLoader::outlet<QAction>(window, item)
+            ->setShortcuts({QKeyCombination(modifiers | Qt::ControlModifier, Qt::Key_G),
+                            QKeyCombination(modifiers, Qt::Key_F3)});
+    };
+    set("findNextAction", Qt::NoModifier);
+    set("findPrevAction", Qt::ShiftModifier);
+    set("findNextInAnyPlaneAction", Qt::AltModifier);
+    set("findPrevInAnyPlaneAction", Qt::AltModifier | Qt::ShiftModifier);
+}
+
+std::array<std::pair<FindOption, QCheckBox *>, 8> FindController::findCheckboxes() const
+{
+    const auto box = [this](const char *name) {
+        return InterfaceLoader::outlet<QCheckBox>(window_, name);
+    };
+    return {{
+        {FindOption::Name, box("findNameCheckbox")},
+        {FindOption::Class, box("findClassCheckbox")},
+        {FindOption::Inheritance, box("findInheritanceCheckbox")},
+        {FindOption::BundleID, box("findBundleIDCheckbox")},
+        {FindOption::Keys, box("findKeysCheckbox")},
+        {FindOption::Values, box("findValuesCheckbox")},
+        {FindOption::KeyValue, box("findKeyValueCheckbox")},
+        {FindOption::Special, box("findSpecialCheckbox")},
+    }};
+}
+
+void FindController::setOptions(FindOptions options)
+{
+    session_.setOptions(options);
+    findField_->setEnabled(options != FindOptions());
+}
+
+void FindController::loadDefaultFindOptions()
+{
+    const PreferencesStore &preferences = PreferencesStore::standard();
+    filteredFindCheckbox_->setChecked(preferences.flag(QStringLiteral("FilteredFind")));
+    setOptions(FindOptions::fromInt(
+        static_cast<FindOptions::Int>(preferences.integer(QStringLiteral("FindOptions")))));
+    for (const auto &[option, checkbox] : findCheckboxes())
+        checkbox->setChecked(session_.options().testFlag(option));
+}
+
+void FindController::findOptionsChanged()
+{
+    FindOptions options;
+    for (const auto &[option, checkbox] : findCheckboxes())
+        options.setFlag(option, checkbox->isChecked());
+    if (options == session_.options())
+        return;
+    setOptions(options);
+    if (!options)
+        findWithString(QString());
+    else if (!findField_->text().isEmpty())
+        find();
+}
+
+void FindController::resetFindOptions()
+{
+    loadDefaultFindOptions();
+    find();
+}
+
+void FindController::windowWillClose()
+{
+    findOptionsDrawer_->disconnect(this);
+}
+
+bool FindController::drawerIsOpen() const
+{
+    return !findOptionsDrawer_->isHidden();
+}
+
+void FindController::toggleFindOptionsDrawer()
+{
+    findOptionsDrawerButton_->click();
+}
+
+void FindController::toggleFindOptionsDrawerButtonClicked()
+{
+    if (drawerIsOpen())
+        closeDrawer();
+    else
+        findOptionsDrawer_->show();
+}
+
+void FindController::closeDrawer()
+{
+    const bool hadFocus = findOptionsDrawer_->isAncestorOf(window_.focusWidget());
+    findOptionsDrawer_->hide();
+    if (hadFocus)
+        views_.makeFirstResponder();
+}

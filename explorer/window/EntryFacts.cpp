@@ -1,0 +1,63 @@
+#include "explorer/window/EntryFacts.h"
+
+#include "platform/desktop/InterfaceLoader.h"
+#include "platform/widgets/FactField.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QMainWindow>
+
+EntryFacts::EntryFacts(QMainWindow &window)
+    : objectNameField_(InterfaceLoader::outlet<FactField>(window, "objectNameField"))
+    , objectInheritanceField_(InterfaceLoader::outlet<FactField>(window, "objectInheritanceField"))
+    , objectBundleField_(InterfaceLoader::outlet<FactField>(window, "objectBundleField"))
+    , objectRetainCountField_(InterfaceLoader::outlet<FactField>(window, "objectRetainCountField"))
+    , objectBusyCountField_(InterfaceLoader::outlet<FactField>(window, "objectBusyCountField"))
+    , dxserviceAttributesView_(InterfaceLoader::outlet<QWidget>(window, "dxserviceAttributesView"))
+    , objectRegisteredCell_(InterfaceLoader::outlet<QCheckBox>(window, "objectRegisteredCell"))
+    , objectMatchedCell_(InterfaceLoader::outlet<QCheckBox>(window, "objectMatchedCell"))
+    , objectActiveCell_(InterfaceLoader::outlet<QCheckBox>(window, "objectActiveCell"))
+{
+    alignServiceFacts(window);
+}
+
+void EntryFacts::alignServiceFacts(QMainWindow &window)
+{
+    // The rows below stay where they are when these facts come and go.
+    QSizePolicy policy = dxserviceAttributesView_->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    dxserviceAttributesView_->setSizePolicy(policy);
+    // Its label is not part of the grid above, yet it ends where those do.
+    const auto *const label = InterfaceLoader::outlet<QLabel>(window, "objectRetainCountLabel");
+    InterfaceLoader::outlet<QLabel>(window, "objectBusyCountLabel")
+        ->setMinimumWidth(label->sizeHint().width());
+    objectBusyCountField_->setMaximumWidth(
+        objectBusyCountField_->fontMetrics().horizontalAdvance(QStringLiteral("4294967295 ")));
+}
+
+void EntryFacts::show(const TavRegistryEntry &entry, const QString &plane, bool hasSuperclassLookup)
+{
+    objectNameField_->setDimmed(false);
+    objectNameField_->setFact(entry.nameAtLocationInPlane(plane));
+    QString inheritance = entry.inheritanceString();
+    if (!hasSuperclassLookup)
+        inheritance += tr(" (full inheritance not available)");
+    objectInheritanceField_->setFact(inheritance);
+    objectBundleField_->setFact(entry.bundleID());
+    objectRetainCountField_->setFact(QString::number(entry.kernelRetainCount()));
+    objectBusyCountField_->setFact(QString::number(entry.busyCount()));
+    dxserviceAttributesView_->setVisible(entry.conformsToDxService());
+    objectRegisteredCell_->setChecked(entry.isRegistered());
+    objectMatchedCell_->setChecked(entry.isMatched());
+    objectActiveCell_->setChecked(entry.isActive());
+}
+
+void EntryFacts::clear()
+{
+    objectNameField_->setDimmed(true);
+    objectNameField_->setFact(tr("(No object selected)"));
+    for (FactField *field : {objectInheritanceField_, objectBundleField_, objectRetainCountField_,
+                             objectBusyCountField_})
+        field->setFact(QString());
+    dxserviceAttributesView_->setVisible(false);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "model/TavRegistryEntry.h"
+
+#include <QCoreApplication>
+
+class FactField;
+class QCheckBox;
+class QMainWindow;
+
+// The facts of the selected entry above its properties.
+class EntryFacts
+{
+    Q_DECLARE_TR_FUNCTIONS(EntryFacts)
+public:
+    explicit EntryFacts(QMainWindow &window); // which owns the fields
+
+    // The inheritance may stop short of the base class where the host cannot look it up.
+    void show(const TavRegistryEntry &entry, const QString &plane, bool hasSuperclassLookup);
+    void clear();
+
+private:
+    void alignServiceFacts(QMainWindow &window);
+
+    FactField *objectNameField_;
+    FactField *objectInheritanceField_;
+    FactField *objectBundleField_;
+    FactField *objectRetainCountField_;
+    FactField *objectBusyCountField_;
+    QWidget *dxserviceAttributesView_;
+    QCheckBox *objectRegisteredCell_;
+    QCheckBox *objectMatchedCell_;
+    QCheckBox *objectActiveCell_;
+};

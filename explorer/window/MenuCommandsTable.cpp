@@ -1,0 +1,186 @@
+// The table of the commands in a window's menus.
+#include "explorer/find/FindController.h"
+#include "explorer/selection/EntrySelection.h"
+#include "explorer/sheets/WindowSheets.h"
+#include "explorer/views/ExplorerViews.h"
+#include "explorer/window/EntryCommands.h"
+#include "explorer/window/MenuCommands.h"
+#include "explorer/window/PropertiesPane.h"
+#include "explorer/window/TavWindowController.h"
+#include "platform/widgets/MenuText.h"
+#include "store/TavDataStore.h"
+#include "store/TavDocument.h"
+
+namespace {
+using Window = TavWindowController;
+
+constexpr auto always = nullptr;
+constexpr auto fixed = nullptr; // the title
+
+// Calls an operation of the window, or of one of its parts.
+template<auto Operation>
+void run(Window &window)
+{
+    (window.*Operation)();
+}
+template<auto Part, auto Operation>
+void runIn(Window &window)
+{
+    ((window.*Part)().*Operation)();
+}
+template<auto Part, auto Question>
+bool asks(const Window &window)
+{
+    return ((window.*Part)().*Question)();
+}
+
+bool isLive(const Window &window)
+{
+    return window.dataStore()->isLive();
+}
+bool isTree(const Window &window)
+{
+    return !window.browserIsVisible();
+}
+bool isBrowser(const Window &window)
+{
+    return window.browserIsVisible();
+}
+bool isSelected(const Window &window)
+{
+    return window.selectedEntry() != nullptr;
+}
+template<int Step>
+bool hasSibling(const Window &window)
+{
+    return window.views().hasSibling(Step);
+}
+template<bool InSamePlane>
+bool hasNextPath(const Window &window)
+{
+    return window.nextEntryPathInPlane(InSamePlane).has_value();
+}
+template<bool InSamePlane>
+bool hasPrevPath(const Window &window)
+{
+    return window.prevEntryPathInPlane(InSamePlane).has_value();
+}
+bool canFindInAnyPlane(const Window &window)
+{
+    return window.finder().session().hasPaths();
+}
+
+QString pollIntervalText(const Window &window)
+{
+    return MenuCommands::tr(" (%1s)").arg(QString::number(window.dataStore()->pollInterval(), 'g'));
+}
+QString toggleTimedUpdateTitle(const Window &window)
+{
+    if (!isLive(window))
+        return {};
+    return window.dataStore()->isPolledUpdate()
+               ? MenuCommands::tr("&Timed Update") + pollIntervalText(window)
+               : MenuCommands::tr("&Timed Update…");
+}
+QString changeTimedUpdateTitle(const Window &window)
+{
+    return MenuCommands::tr("Set Timed Update &Interval…") + pollIntervalText(window);
+}
+QString toggleShowTerminatedObjectsTitle(const Window &window)
+{
+    return window.showTerminatedObjects() ? MenuCommands::tr("Hide Terminated &Objects")
+                                          : MenuCommands::tr("Show Terminated &Objects");
+}
+QString toggleFindOptionsDrawerTitle(const Window &window)
+{
+    return window.finder().drawerIsOpen() ? MenuCommands::tr("Hide Find &Options")
+                                          : MenuCommands::tr("Show Find &Options");
+}
+QString newDocumentWindowTitle(const Window &window)
+{
+    return MenuCommands::tr("New &Viewer Window for '%1'")
+        .arg(menuText(window.document().displayName()));
+}
+
+constexpr MenuCommand commands[] = {
+    {"undoAction", runIn<&Window::properties, &PropertiesPane::undo>,
+     asks<&Window::properties, &PropertiesPane::canUndo>,
+     [](const Window &window) { return window.properties().undoTitle(); }},
+    {"redoAction", runIn<&Window::properties, &PropertiesPane::redo>,
+     asks<&Window::properties, &PropertiesPane::canRedo>,
+     [](const Window &window) { return window.properties().redoTitle(); }},
+    {"copyAction", run<&Window::copy>},
+    {"copyNameAction", runIn<&Window::entryCommands, &EntryCommands::copyName>, isSelected},
+    {"copyPathAction", runIn<&Window::entryCommands, &EntryCommands::copyPath>, isSelected},
+    {"copyClassAction", runIn<&Window::entryCommands, &EntryCommands::copyClass>, isSelected},
+    {"copyBundleAction", runIn<&Window::entryCommands, &EntryCommands::copyBundle>,
+     asks<&Window::entryCommands, &EntryCommands::hasBundle>},
+    {"pasteAction", run<&Window::paste>, [](const Window &) { return EntryCommands::canPaste(); }},
+
+    {"outlineViewAction", run<&Window::outlineView>, always, fixed, isTree},
+    {"browserViewAction", run<&Window::browserView>, always, fixed, isBrowser},
+    {"expandAllAction", run<&Window::expandAll>, isTree},
+    {"collapseAllAction", run<&Window::collapseAll>, isTree},
+    {"collapseAroundSelectionAction", run<&Window::collapseAroundSelection>,
+     [](const Window &window) { return isTree(window) && window.selection().canSelectParent(); }},
+
+    {"goBackAction", run<&Window::goBack>, asks<&Window::selection, &EntrySelection::canGoBack>},
+    {"goForwardAction", run<&Window::goForward>,
+     asks<&Window::selection, &EntrySelection::canGoForward>},
+    {"selectParentAction", run<&Window::selectParent>,
+     asks<&Window::selection, &EntrySelection::canSelectParent>},
+    {"selectChildAction", run<&Window::selectChild>,
+     asks<&Window::selection, &EntrySelection::canSelectChild>},
+    {"selectNextSiblingAction", run<&Window::selectNextSibling>, hasSibling<1>},
+    {"selectPreviousSiblingAction", run<&Window::selectPreviousSibling>, hasSibling<-1>},
+    {"goToNextPathInPlaneAction", run<&Window::goToNextPathInPlane>, hasNextPath<true>},
+    {"goToPrevPathInPlaneAction", run<&Window::goToPrevPathInPlane>, hasPrevPath<true>},
+    {"goToNextPathCrossPlaneAction", run<&Window::goToNextPathCrossPlane>, hasNextPath<false>},
+    {"goToPrevPathCrossPlaneAction", run<&Window::goToPrevPathCrossPlane>, hasPrevPath<false>},
+    {"goToNextSnapshotAction", run<&Window::goToNextSnapshot>},
+    {"goToPrevSnapshotAction", run<&Window::goToPrevSnapshot>},
+    {"jumpToSelectionAction", run<&Window::jumpToSelection>},
+    {"promptForPathAction", run<&Window::promptForPath>},
+    {"revealSelectionBundleInNavroAction",
+     runIn<&Window::entryCommands, &EntryCommands::revealSelectionBundleInNavro>,
+     asks<&Window::entryCommands, &EntryCommands::hasBundlePath>},
+
+    {"beginFindAction", run<&Window::beginFind>},
+    {"findNextAction", runIn<&Window::finder, &FindController::findNextInPlane>,
+     [](const Window &window) { return window.nextFindPathInPlane(true, true).has_value(); }},
+    {"findPrevAction", runIn<&Window::finder, &FindController::findPrevInPlane>,
+     [](const Window &window) { return window.prevFindPathInPlane(true, true).has_value(); }},
+    {"findNextInAnyPlaneAction", runIn<&Window::finder, &FindController::findNextInAnyPlane>,
+     canFindInAnyPlane},
+    {"findPrevInAnyPlaneAction", runIn<&Window::finder, &FindController::findPrevInAnyPlane>,
+     canFindInAnyPlane},
+    {"toggleFindOptionsDrawerAction",
+     runIn<&Window::finder, &FindController::toggleFindOptionsDrawer>, always,
+     toggleFindOptionsDrawerTitle},
+
+    {"updateAction", run<&Window::update>, isLive},
+    {"updateSelectedObjectAction", run<&Window::updateSelectedObject>,
+     [](const Window &window) { return isLive(window) && isSelected(window); }},
+    {"readAttributeAction", runIn<&Window::properties, &PropertiesPane::readSelectedAttribute>,
+     asks<&Window::properties, &PropertiesPane::canReadSelectedAttribute>},
+    {"toggleAutoupdateAction", run<&Window::toggleAutoupdate>, isLive, fixed,
+     [](const Window &window) { return isLive(window) && window.dataStore()->isAutoupdate(); }},
+    {"toggleTimedUpdateAction", run<&Window::toggleTimedUpdate>, isLive, toggleTimedUpdateTitle,
+     [](const Window &window) { return isLive(window) && window.dataStore()->isPolledUpdate(); }},
+    {"changeTimedUpdateAction", run<&Window::changeTimedUpdate>, isLive, changeTimedUpdateTitle},
+    {"toggleShowTerminatedObjectsAction", run<&Window::toggleShowTerminatedObjects>, always,
+     toggleShowTerminatedObjectsTitle},
+    {"clearTerminatedObjectsAction", run<&Window::clearTerminatedObjects>, isLive},
+
+    {"promptForBookmarkAction", runIn<&Window::sheets, &WindowSheets::promptForBookmark>,
+     isSelected},
+
+    {"newDocumentWindowAction", run<&Window::newDocumentWindow>, always, newDocumentWindowTitle},
+    {"openInNewWindowAction", run<&Window::openInNewWindow>, isSelected},
+};
+} // namespace
+
+std::span<const MenuCommand> MenuCommands::table()
+{
+    return commands;
+}

@@ -1,0 +1,214 @@
+#include "explorer/window/PropertiesPane.h"
+
+#include "display/TavPropertyOutlineItem.h"
+#include "display/views/TavFormatController.h"
+#include "display/views/TavPropertiesOutlineView.h"
+#include "display/views/TavPropertiesOutlineViewDataSource.h"
+#include "explorer/window/AttributeRequests.h"
+#include "platform/desktop/InterfaceLoader.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QUndoStack>
+
+namespace {
+constexpr int maxUndoSteps = 200;
+
+TavRegistryProperty *child(const TavRegistryProperty &node, const PropertyPathMember &member)
+{
+    if (const auto *const number = std::get_if<qsizetype>(&member)) {
+        return *number >= 0 && *number < node.numberOfChildren() ? node.childAtIndex(*number)
+                                                                 : nullptr;
+    }
+    const std::vector<TavRegistryProperty *> children = node.children();
+    const auto named = std::find_if(children.begin(), children.end(), [&](const auto *candidate) {
+        const QString name = candidate->name();
+        return !name.isNull() && name == std::get<QString>(member);
+    });
+    return named == children.end() ? nullptr : *named;
+}
+} // namespace
+
+PropertiesPane::PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDataStore> &dataStore)
+    : dataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
+    , attributeRequests_(std::make_unique<AttributeRequests>(dataStore))
+    , undoStack_(std::make_unique<QUndoStack>())
+    , propertiesOutlineView_(
+          InterfaceLoader::outlet<TavPropertiesOutlineView>(window, "propertiesOutlineView"))
+{
+    propertiesOutlineView_->setDataSource(*dataSource_);
+    setUpFormats(window);
+    connect(attributeRequests_.get(), &AttributeRequests::begun, this, &PropertiesPane::refresh);
+    connect(attributeRequests_.get(), &AttributeRequests::finished, this,
+            &PropertiesPane::attributeRead);
+}
+
+PropertiesPane::~PropertiesPane() = default;
+
+void PropertiesPane::setUpFormats(QMainWindow &window)
+{
+    const auto action = [&window](const char *name) {
+        return InterfaceLoader::outlet<QAction>(window, name);
+    };
+    TavFormatController::sharedInstance().addTogglePropertyFormatPanelMenuItem(
+        *action("togglePropertyFormatPanelAction"));
+    undoStack_->setUndoLimit(maxUndoSteps);
+    connect(undoStack_.get(), &QUndoStack::indexChanged, &window,
+            [this] { Q_EMIT undoStackChanged(); });
+    action("undoAction")->setShortcuts(QKeySequence::Undo);
+    action("redoAction")->setShortcuts(QKeySequence::Redo);
+}
+
+void PropertiesPane::showPropertiesOf(const EntryRef &entry)
+{
+    const PropertyRef previousRoot = rootPropertyItem_;
+    entry_ = entry;
+    rootPropertyItem_ = entry ? entry->propertiesRef() : nullptr;
+    if (rootPropertyItem_ != previousRoot)
+        showChangedTree(previousRoot);
+}
+
+// The view keeps its selection by itself. The formats follow, without seeing anything else selected
+// in between, unless what they are for is another window's.
+void PropertiesPane::showChangedTree(const PropertyRef &previousRoot)
+{
+    TavFormatController &formats = TavFormatController::sharedInstance();
+    const bool isReread = previousRoot && rootPropertyItem_ &&
+                          previousRoot->registryEntry() == rootPropertyItem_->registryEntry();
+    propertiesOutlineView_->reloadData();
+    if (isReread)
+        formats.noteEntryReread(previousRoot, rootPropertyItem_);
+    else if (!formats.undoStack() || formats.undoStack() == undoStack_.get())
+        propertiesViewSelectionChanged();
+}
+
+QWidget *PropertiesPane::view() const
+{
+    return propertiesOutlineView_;
+}
+
+void PropertiesPane::clearSelection()
+{
+    propertiesOutlineView_->clearSelection();
+}
+
+void PropertiesPane::refresh()
+{
+    propertiesOutlineView_->noteHeightOfAllRowsChanged();
+}
+
+void PropertiesPane::propertiesViewSelectionChanged()
+{
+    TavRegistryProperty *const selected = propertiesOutlineView_->selectedItem();
+    selectPropertyItem(selected ? selected : rootPropertyItem_.get());
+}
+
+void PropertiesPane::selectPropertyItem(TavRegistryProperty *item)
+{
+    TavFormatController &formats = TavFormatController::sharedInstance();
+    formats.setSelectedPropertyItem(item);
+    formats.setUndoStack(*undoStack_);
+}
+
+void PropertiesPane::dataViewOptionsChanged(TavRegistryProperty *item)
+{
+    auto *const changed = dynamic_cast<TavPropertyOutlineItem *>(item);
+    if (!changed)
+        return;
+    changed->resetDisplayValueRecursive();
+    // The same format may apply to properties of this window's entry.
+    if (auto *const shown = dynamic_cast<TavPropertyOutlineItem *>(rootPropertyItem_.get()))
+        shown->resetDisplayValueRecursive();
+    refresh();
+}
+
+void PropertiesPane::selectPropertyKeyIndexPath(const std::vector<PropertyPathMember> &path)
+{
+    TavRegistryProperty *node = rootPropertyItem_.get();
+    for (const PropertyPathMember &member : path)
+        node = node ? child(*node, member) : nullptr;
+    const QModelIndex row =
+        node ? propertiesOutlineView_->dataSource()->indexOf(*node) : QModelIndex();
+    for (QModelIndex opened = row; opened.isValid(); opened = opened.parent())
+        propertiesOutlineView_->expand(opened);
+    if (!node) {
+        propertiesOutlineView_->clearSelection();
+    } else if (row.isValid()) {
+        propertiesOutlineView_->selectionModel()->setCurrentIndex(
+            row, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    }
+    selectPropertyItem(node);
+}
+
+void PropertiesPane::scrollToSelection()
+{
+    if (propertiesOutlineView_->selectedItem())
+        propertiesOutlineView_->scrollTo(propertiesOutlineView_->currentIndex());
+}
+
+PropertiesPane::Reading PropertiesPane::readingOfAttribute(const QString &attribute) const
+{
+    return entry_ ? attributeRequests_->reading(*entry_, attribute) : Reading::NotOffered;
+}
+
+void PropertiesPane::readAttribute(const QString &attribute)
+{
+    if (const EntryRef entry = entry_)
+        attributeRequests_->read(*entry, attribute);
+}
+
+void PropertiesPane::readSelectedAttribute()
+{
+    dataSource_->readAttribute(propertiesOutlineView_->currentIndex());
+}
+
+bool PropertiesPane::canReadSelectedAttribute() const
+{
+    return dataSource_->reading(propertiesOutlineView_->currentIndex()) == Reading::Offered;
+}
+
+bool PropertiesPane::isCurrent(const QString &attribute) const
+{
+    return dataSource_->attribute(propertiesOutlineView_->currentIndex()) == attribute;
+}
+
+void PropertiesPane::goToAttribute(const QString &attribute)
+{
+    std::vector<PropertyPathMember> path;
+    for (const QString &name : attribute.split(u'/'))
+        path.emplace_back(name);
+    selectPropertyKeyIndexPath(path);
+    scrollToSelection();
+}
+
+void PropertiesPane::undo()
+{
+    undoStack_->undo();
+}
+
+void PropertiesPane::redo()
+{
+    undoStack_->redo();
+}
+
+bool PropertiesPane::canUndo() const
+{
+    return undoStack_->canUndo();
+}
+
+bool PropertiesPane::canRedo() const
+{
+    return undoStack_->canRedo();
+}
+
+QString PropertiesPane::undoTitle() const
+{
+    const QString text = undoStack_->undoText();
+    return text.isEmpty() ? tr("&Undo") : tr("&Undo %1").arg(text);
+}
+
+QString PropertiesPane::redoTitle() const
+{
+    const QString text = undoStack_->redoText();
+    return text.isEmpty() ? tr("&Redo") : tr("&Redo %1").arg(text);
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "display/views/PropertiesViewController.h"
+#include "model/TavRegistryEntry.h"
+
+#include <QObject>
+#include <variant>
+
+class AttributeRequests;
+class QMainWindow;
+class QUndoStack;
+class TavDataStore;
+class TavPropertiesOutlineView;
+class TavPropertiesOutlineViewDataSource;
+
+// A step into a property tree: the index of a child, or its name.
+using PropertyPathMember = std::variant<qsizetype, QString>;
+
+// The properties of the selected entry, what the user changes in their formats, and the attributes
+// that are only read on request.
+class PropertiesPane : public QObject, public PropertiesViewController
+{
+    Q_OBJECT
+public:
+    // The window owns the view and must be destroyed before this.
+    PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDataStore> &dataStore);
+    ~PropertiesPane() override;
+
+    void showPropertiesOf(const EntryRef &entry); // null: of none
+    const PropertyRef &rootPropertyItem() const override { return rootPropertyItem_; }
+    QWidget *view() const;
+    void clearSelection();
+    void refresh();
+    // The format controller formats what is selected here.
+    void propertiesViewSelectionChanged() override;
+    void dataViewOptionsChanged(TavRegistryProperty *item);
+    void selectPropertyKeyIndexPath(const std::vector<PropertyPathMember> &path);
+    void scrollToSelection();
+
+    Reading readingOfAttribute(const QString &attribute) const override;
+    void readAttribute(const QString &attribute) override;
+    void readSelectedAttribute();
+    bool canReadSelectedAttribute() const;
+    bool isCurrent(const QString &attribute) const;
+    void goToAttribute(const QString &attribute);
+
+    void undo(); // the last change of formats that was made from this window
+    void redo();
+    bool canUndo() const;
+    bool canRedo() const;
+    QString undoTitle() const;
+    QString redoTitle() const;
+
+Q_SIGNALS:
+    void undoStackChanged();
+    void attributeRead(quint64 entryTag, const QString &attribute);
+
+private:
+    void setUpFormats(QMainWindow &window);
+    void showChangedTree(const PropertyRef &previousRoot);
+    void selectPropertyItem(TavRegistryProperty *item);
+
+    EntryRef entry_;
+    PropertyRef rootPropertyItem_;
+    std::unique_ptr<TavPropertiesOutlineViewDataSource> dataSource_;
+    std::unique_ptr<AttributeRequests> attributeRequests_;
+    std::unique_ptr<QUndoStack> undoStack_;
+    TavPropertiesOutlineView *propertiesOutlineView_;
+};

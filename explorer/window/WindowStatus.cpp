@@ -1,0 +1,61 @@
+#include "explorer/window/WindowStatus.h"
+
+#include "explorer/DateText.h"
+#include "explorer/IncompleteBar.h"
+#include "platform/desktop/InterfaceLoader.h"
+#include "platform/widgets/VisibleText.h"
+#include "store/TavDataStore.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QStatusBar>
+
+namespace {
+constexpr int messageMilliseconds = 10'000;
+} // namespace
+
+WindowStatus::WindowStatus(QMainWindow &window)
+    : window_(window)
+    , incompleteBar_(new IncompleteBar)
+    , systemStatusField1_(InterfaceLoader::outlet<QLabel>(window, "systemStatusField1"))
+    , systemStatusField2_(InterfaceLoader::outlet<QLabel>(window, "systemStatusField2"))
+    , systemStatusField3_(InterfaceLoader::outlet<QLabel>(window, "systemStatusField3"))
+{
+    window.statusBar()->addWidget(InterfaceLoader::outlet<QWidget>(window, "statusFields"), 1);
+    static_cast<QBoxLayout *>(window.centralWidget()->layout())->insertWidget(1, incompleteBar_);
+    connect(incompleteBar_, &IncompleteBar::tryAgainRequested, this,
+            &WindowStatus::tryAgainRequested);
+}
+
+void WindowStatus::update(const TavDataStore &dataStore)
+{
+    incompleteBar_->setObjects(dataStore.incompleteObjects(), dataStore.isLive());
+    systemStatusField1_->setText(
+        visibleText(QStringLiteral("%1 (%2)").arg(dataStore.hostName(), dataStore.archName())));
+    QString state;
+    if (!dataStore.isUpToDate())
+        state = dataStore.isLive() ? tr("registry has changed") : tr("was out of date");
+    systemStatusField2_->setText(state);
+    const QDateTime &date = dataStore.lastUpdateDate();
+    systemStatusField3_->setText(
+        QStringLiteral("%1 %2").arg(DateText::shortDate(date), DateText::mediumTime(date)));
+}
+
+void WindowStatus::reportPathNotFound(const QString &message)
+{
+    window_.statusBar()->showMessage(message, messageMilliseconds);
+}
+
+void WindowStatus::reportPathFound(bool isAmbiguous)
+{
+    window_.statusBar()->clearMessage();
+    if (!isAmbiguous)
+        return;
+    auto *const alert = new QMessageBox(QMessageBox::Information, tr("Multiple Matches for Path"),
+                                        tr("Multiple Matches for Path"), QMessageBox::Ok, &window_);
+    alert->setInformativeText(tr("The first object matching the path will be selected"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->open();
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QObject>
+
+class IncompleteBar;
+class QLabel;
+class QMainWindow;
+class TavDataStore;
+
+// The state of the registry that a window shows: the status bar, and the bar above the views where
+// devices did not answer.
+class WindowStatus : public QObject
+{
+    Q_OBJECT
+public:
+    explicit WindowStatus(QMainWindow &window); // which owns the widgets
+
+    void update(const TavDataStore &dataStore);
+    void reportPathNotFound(const QString &message); // for a while
+    void reportPathFound(bool isAmbiguous);
+
+Q_SIGNALS:
+    void tryAgainRequested();
+
+private:
+    QMainWindow &window_;
+    IncompleteBar *incompleteBar_;
+    QLabel *systemStatusField1_;
+    QLabel *systemStatusField2_;
+    QLabel *systemStatusField3_;
+};
