@@ -10,7 +10,7 @@ QString DateText::shortDate(const QDateTime &date)
 
 QString DateText::mediumTime(const QDateTime &date)
 {
-    // The long format differs by the zone alone.
+    // The long format differs only by the time zone.
     static const QRegularExpression zone(QStringLiteral("\\s*[(\\[]?t+[)\\]]?\\s*"));
     const QLocale locale;
     const QString format = locale.timeFormat(QLocale::LongFormat).replace(zone, QString());

@@ -4,7 +4,7 @@
 
 #include <QVariant>
 
-// The text attributes of an entry's name as item views take them; none where the view's own apply.
+// The text attributes of an entry's name in the form of item views; invalid for the view's own.
 namespace EntryTextStyle {
 QVariant font(const EntryTextAttributes &attributes);
 QVariant color(const EntryTextAttributes &attributes);

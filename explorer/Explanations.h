@@ -4,7 +4,7 @@
 
 class QWidget;
 
-// What the facts of an entry and the planes mean, for those who meet them for the first time.
+// Tool tips that explain the facts of an entry and the planes.
 namespace Explanations {
 QString ofPlane(const QString &plane); // null for a plane that the program does not know
 // Gives the labels, fields and boxes of a window's facts their tool tips.

@@ -2,7 +2,8 @@
 
 #include "model/TavRegistryEntry.h"
 
-// The bookmarks as explorer windows use them; who keeps them makes itself known.
+// The bookmarks as explorer windows use them. The program sets the object that keeps them; it is
+// shared because all windows of all documents have the same bookmarks.
 class ExplorerBookmarks
 {
 public:
@@ -16,7 +17,7 @@ public:
         return QStringLiteral("%1 (%2)").arg(entry.nameAtLocationInPlane(plane), plane);
     }
 
-    static ExplorerBookmarks *shared() { return shared_; } // null when nobody keeps any
+    static ExplorerBookmarks *shared() { return shared_; } // null without bookmarks
     static void setShared(ExplorerBookmarks *bookmarks) { shared_ = bookmarks; }
 
 private:

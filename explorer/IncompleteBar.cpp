@@ -57,10 +57,10 @@ void IncompleteBar::showList()
 {
     auto *const list = new QMessageBox(QMessageBox::Warning, tr("Devices That Did Not Answer"),
                                        text_->text(), QMessageBox::Ok, this);
-    constexpr qsizetype most = 20; // the rest is in the details
-    list->setInformativeText(paths_.mid(0, most).join(u'\n') +
-                             (paths_.size() > most ? QStringLiteral("\n…") : QString()));
-    if (paths_.size() > most)
+    constexpr qsizetype maxListed = 20; // the rest is in the details
+    list->setInformativeText(paths_.mid(0, maxListed).join(u'\n') +
+                             (paths_.size() > maxListed ? QStringLiteral("\n…") : QString()));
+    if (paths_.size() > maxListed)
         list->setDetailedText(paths_.join(u'\n'));
     list->setTextFormat(Qt::PlainText);
     list->setAttribute(Qt::WA_DeleteOnClose);

@@ -6,15 +6,14 @@
 class QLabel;
 class QPushButton;
 
-// Says above the views that some devices did not answer, so that what is shown is not whole. Hidden
-// while all have.
+// The bar above the views that says which devices did not answer. Hidden while all do.
 class IncompleteBar : public QFrame
 {
     Q_OBJECT
 public:
     IncompleteBar();
 
-    // What is to be said of so many devices; null for none.
+    // The message for a number of devices; null for none.
     static QString message(qsizetype devices);
 
     // By their paths in sysfs. A snapshot cannot try again.

@@ -14,7 +14,7 @@ FindDrawer::FindDrawer(QMainWindow &window, QDockWidget &drawer)
     : QObject(&window)
     , window_(window)
     , drawer_(drawer)
-    , leastHeight_(window.minimumHeight())
+    , minHeight_(window.minimumHeight())
 {
     // The options scroll where they are too high, but never sideways.
     auto *const options = InterfaceLoader::outlet<QScrollArea>(drawer, "findOptionsArea");
@@ -34,7 +34,7 @@ bool FindDrawer::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-// Not when it is hidden for the last time: the window is no main window any more while it goes.
+// False while the window is being destroyed, which hides the drawer once more.
 bool FindDrawer::isInWindow() const
 {
     return qobject_cast<QMainWindow *>(drawer_.parentWidget()) != nullptr;
@@ -42,23 +42,23 @@ bool FindDrawer::isInWindow() const
 
 void FindDrawer::arrange()
 {
-    const bool isBeside = window_.width() >= leastWidthBeside;
+    const bool isBeside = window_.width() >= minWidthBeside;
     const auto area = isBeside ? Qt::RightDockWidgetArea : Qt::BottomDockWidgetArea;
     if (window_.dockWidgetArea(&drawer_) == area)
         return;
     static_cast<QBoxLayout *>(drawer_.widget()->layout())
         ->setDirection(isBeside ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    // Or else the window gives it the size that it had in the other place.
+    // Otherwise it keeps the size that it had in the other place.
     drawer_.widget()->updateGeometry();
     drawer_.updateGeometry();
     window_.addDockWidget(area, &drawer_);
     makeRoom();
 }
 
-// Below the rest it takes height, for which the window grows as far as the screen goes.
+// Below the rest it needs height: the window grows, within its screen.
 void FindDrawer::makeRoom()
 {
-    int height = leastHeight_;
+    int height = minHeight_;
     if (!drawer_.isHidden() && window_.dockWidgetArea(&drawer_) == Qt::BottomDockWidgetArea) {
         const int onScreen =
             window_.screen()->availableGeometry().bottom() + 1 - window_.geometry().top();

@@ -5,13 +5,13 @@
 class QDockWidget;
 class QMainWindow;
 
-// Keeps the drawer of find options at the right edge of its window as long as there is room for it
-// beside the tree and the properties, and else below them.
+// Keeps the drawer of find options at the right edge of its window where there is room beside the
+// tree and the properties, and otherwise below them.
 class FindDrawer : public QObject
 {
     Q_OBJECT
 public:
-    static constexpr int leastWidthBeside = 960; // of the window
+    static constexpr int minWidthBeside = 960; // of the window
 
     FindDrawer(QMainWindow &window, QDockWidget &drawer); // owned by the window
 
@@ -24,5 +24,5 @@ private:
 
     QMainWindow &window_;
     QDockWidget &drawer_;
-    int leastHeight_; // of the window without the drawer
+    int minHeight_; // of the window without the drawer
 };

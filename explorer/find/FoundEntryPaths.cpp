@@ -5,7 +5,7 @@
 namespace {
 constexpr int highestClimb = 1000;
 
-// Whether the way by the first parents does; false if it is not seen to.
+// Whether the first parents lead to the top; false if that is not certain.
 bool climbsToATop(const TavRegistryEntry &entry, const QString &plane)
 {
     const TavRegistryEntry *at = &entry;
@@ -17,7 +17,7 @@ bool climbsToATop(const TavRegistryEntry &entry, const QString &plane)
 
 FoundEntryPaths::FoundEntryPaths(const EntrySet &found, const QStringList &planes)
 {
-    // In the order of their memory, in which they are looked at most quickly.
+    // In the order of their addresses, which is the fastest to visit.
     EntryList::Entries entries(found.begin(), found.end());
     std::sort(entries.begin(), entries.end(), std::less<>());
     found_.reserve(entries.size());
@@ -121,7 +121,7 @@ bool FoundEntryPaths::hasPathsAfterPlane(const QString &plane) const
     });
 }
 
-// The first entry with a parent in the plane mostly decides.
+// The first entry with a parent in the plane usually decides.
 bool FoundEntryPaths::hasPathsIn(const Plane &plane) const
 {
     if (plane.paths)

@@ -2,22 +2,22 @@
 
 #include "explorer/find/FoundPathsInPlane.h"
 
-// Every path of the entries that a search found, sorted: by plane, then in the plane's order. Those
-// of a plane are settled when they are first asked for.
+// Every path of the entries that a search found, sorted by plane, then in the plane's order. The
+// paths of a plane are computed on first use.
 class FoundEntryPaths
 {
 public:
     FoundEntryPaths(const EntrySet &found, const QStringList &planes);
 
     using Path = std::optional<TavRegistryEntryPath>; // none where there is none
-    // The nearest one that comes after or before the path, or is equal to it where that will do.
+    // The nearest path after or before the given one, or equal to it where that is allowed.
     Path firstAfter(const TavRegistryEntryPath &path, bool orEqual) const;
     Path lastBefore(const TavRegistryEntryPath &path, bool orEqual) const;
     Path first() const;
     Path last() const;
     Path firstInPlane(const QString &plane) const;
     Path lastInPlane(const QString &plane) const;
-    // Without settling what they are.
+    // Without computing the paths.
     bool isEmpty() const;
     bool hasPathsAfterPlane(const QString &plane) const;
 

@@ -6,13 +6,13 @@
 namespace {
 constexpr auto noPosition = std::numeric_limits<std::size_t>::max();
 
-// A document can be made in which the ways to an entry are past counting; nobody steps through
-// that many.
-constexpr std::size_t mostPositions = 4'000'000;
+// A document may contain more paths to an entry than can be counted; nobody steps through that
+// many.
+constexpr std::size_t maxPositions = 4'000'000;
 } // namespace
 
-// Climbs from what was found to the tops, and walks down again in the order of the paths: each
-// before those that lead on from it, siblings in the plane's order.
+// Climbs from the found entries to the roots, then walks down in the order of the paths: a path
+// before those that continue it, siblings in the plane's order.
 class FoundPathsInPlane::Builder
 {
 public:
@@ -46,7 +46,7 @@ private:
         std::size_t next;
     };
 
-    // Siblings follow one another most often, and ask for the same parent.
+    // Siblings usually follow each other and have the same parent.
     Stage &stageOf(TavRegistryEntry *entry)
     {
         if (last_ < stages_.size() && stages_[last_].entry == entry)
@@ -74,7 +74,7 @@ private:
             if (!parents.empty())
                 addStage(entry.get(), parents).isFound = true;
         }
-        // It grows on the way.
+        // The list grows during the loop.
         for (std::size_t i = 0; i < stages_.size(); ++i) {
             TavRegistryEntry *const entry = stages_[i].entry;
             const EntryList::Entries &parents = *stages_[i].parents;
@@ -91,7 +91,7 @@ private:
         while (!steps_.empty()) {
             Step &step = steps_.back();
             Stage &stage = stages_[step.stage];
-            if (step.next == stage.below.size() || paths_.positions_.size() >= mostPositions) {
+            if (step.next == stage.below.size() || paths_.positions_.size() >= maxPositions) {
                 stage.isOnWay = false;
                 steps_.pop_back();
             } else {
@@ -100,8 +100,8 @@ private:
         }
     }
 
-    // Entries re-read one by one can disagree about who is above whom: a way that comes back to
-    // itself is left.
+    // Entries that were reread one by one can contradict each other: a path that returns to itself
+    // ends.
     void enter(TavRegistryEntry *entry, std::size_t parent)
     {
         const std::size_t number = numbers_[entry];
@@ -119,7 +119,7 @@ private:
     FoundPathsInPlane &paths_;
     QHash<const TavRegistryEntry *, std::size_t> numbers_;
     std::vector<Stage> stages_;
-    std::size_t last_ = 0; // of the stages, the one asked for last
+    std::size_t last_ = 0; // the stage used last
     EntryList::Entries tops_;
     std::vector<Step> steps_;
 };

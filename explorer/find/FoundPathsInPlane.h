@@ -2,8 +2,8 @@
 
 #include "model/TavRegistryEntryPath.h"
 
-// Every path in one plane of the entries that a search found, in order. They are known by their
-// last steps, for there may be many more of them than entries. The entries are kept.
+// Every path in one plane of the entries that a search found, in order. A path is stored as its
+// last step, because there may be many more paths than entries. Keeps the entries.
 class FoundPathsInPlane
 {
 public:
@@ -12,7 +12,7 @@ public:
     std::size_t size() const { return found_.size(); }
     bool isEmpty() const { return found_.empty(); }
     TavRegistryEntryPath at(std::size_t index) const { return pathTo(found_[index]); }
-    // How many come before the path, which is one of this plane; or are equal to it.
+    // How many paths come before the path, which is of this plane, or are equal to it.
     std::size_t countBefore(const TavRegistryEntryPath &path) const;
     std::size_t countNotAfter(const TavRegistryEntryPath &path) const;
 

@@ -114,7 +114,7 @@ void TavFindTableViewDataSource::reloadData()
     if (row < 0)
         return;
     restoreSelection(row);
-    // A row that the user has scrolled away from stays out of the way.
+    // A row that was scrolled out of sight stays there.
     if (wasInSight)
         findTableView_.verticalScrollBar()->setValue(scrolled + (row - rowBefore) * scrollStep());
 }
@@ -136,7 +136,7 @@ int TavFindTableViewDataSource::rowOf(const EntryRef &entry) const
     return found == entries.end() ? -1 : static_cast<int>(found - entries.begin());
 }
 
-// By which the scroll bar moves from one row to the next.
+// How far the scroll bar moves from one row to the next.
 int TavFindTableViewDataSource::scrollStep() const
 {
     return findTableView_.verticalScrollMode() == QAbstractItemView::ScrollPerItem
@@ -203,7 +203,7 @@ int TavFindTableViewDataSource::selectedRow() const
     return rows.isEmpty() ? -1 : rows.first().row();
 }
 
-// Unless the same press of a button or a key has gone there already, by selecting the row.
+// Ignores the press of a button or a key that has already gone there by selecting the row.
 void TavFindTableViewDataSource::rowChosenAgain()
 {
     if (eventOfVisit_ != InputEvents::instance().current())

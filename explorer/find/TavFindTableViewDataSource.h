@@ -10,9 +10,8 @@ class QTableView;
 class ExplorerContext;
 class FindSession;
 
-// The entries that a search has found, by name and location, with the value of a chosen property
-// beside them.
-// They are sorted when a row is first asked for.
+// The table of the entries that a search found: name and location, and the value of a chosen
+// property. Sorted when a row is first needed.
 class TavFindTableViewDataSource : public QAbstractTableModel
 {
     Q_OBJECT
@@ -25,9 +24,9 @@ public:
                                QLabel &findNumMatchedField);
 
     void reloadData(); // keeps the row of the selected entry selected and in its place
-    void redisplay();  // for the plane or what has become of the entries may be another
+    void redisplay();  // after a change of the plane or of the entries' states
 
-    int numberOfRowsInTableView();        // and says it in words
+    int numberOfRowsInTableView();        // also updates the count field
     EntryRef entryAtIndex(int row) const; // null where there is none
     QVariant objectValueForTableColumn(int column, int row) const;
     void findPreviewChanged();
@@ -46,7 +45,7 @@ private:
     void rowChosenAgain();
     QString countText() const;
     const std::vector<EntryRef> &sortedEntries() const;
-    // In the plane that is shown, or else in the first other one that has the entry.
+    // In the visible plane, or else in the first other one that has the entry.
     std::optional<TavRegistryEntryPath> pathOf(TavRegistryEntry &entry) const;
     int selectedRow() const;                // -1 for none
     int rowOf(const EntryRef &entry) const; // -1 for none
@@ -62,7 +61,7 @@ private:
     QLineEdit &findPreviewField_;
     QLabel &findNumMatchedField_;
     int rows_ = 0;
-    mutable std::vector<EntryRef> sorted_; // empty until a row is asked for
+    mutable std::vector<EntryRef> sorted_; // empty until a row is needed
     bool isReloading_ = false;
-    quint64 eventOfVisit_; // in which the entry of a row was last gone to
+    quint64 eventOfVisit_; // the input event that last chose a row
 };

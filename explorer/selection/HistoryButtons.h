@@ -4,7 +4,7 @@
 
 class QWidget;
 
-// The mouse buttons for going back and forward, wherever in a window they are pressed.
+// The back and forward buttons of the mouse, anywhere in a window.
 class HistoryButtons : public QObject
 {
     Q_OBJECT

@@ -61,7 +61,7 @@ void PlaneMenu::rebuild()
 {
     qDeleteAll(planes_->actions());
     for (int i = 0; i < popup_.count(); ++i) {
-        // Names of planes are not ours: an ampersand in one marks no mnemonic, a tab no key.
+        // Plane names come from outside: an ampersand is not a mnemonic, a tab not a shortcut.
         QString title = visibleText(popup_.itemText(i));
         title.replace(u'&', QLatin1String("&&"));
         QAction *const action = menu_.addAction(title);

@@ -11,7 +11,7 @@ class PlaneMenu : public QObject
 {
     Q_OBJECT
 public:
-    // What an item of the pop-up carries.
+    // The data of an item of the pop-up.
     enum ItemData { TagRole = Qt::UserRole, KeyEquivalentRole };
 
     // Both must outlive this. The pop-up has the first plane.

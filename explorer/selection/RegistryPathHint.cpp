@@ -20,7 +20,7 @@ void RegistryPathHint::show(const RegistryPathReader::Problem &problem)
     mark(problem);
 }
 
-// A line edit takes formats as an input method gives them, counted from the cursor.
+// A line edit takes formats from an input method event, which counts from the cursor.
 void RegistryPathHint::mark(const RegistryPathReader::Problem &problem)
 {
     QList<QInputMethodEvent::Attribute> attributes;

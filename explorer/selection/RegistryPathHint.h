@@ -7,7 +7,7 @@
 class FactField;
 class QLineEdit;
 
-// Marks where the path in a field goes wrong, and says it in another field.
+// Marks the wrong part of the path in a field and explains it in another field.
 class RegistryPathHint : public QObject
 {
     Q_OBJECT

@@ -19,7 +19,7 @@ bool isOfTop(const QString &begin)
     return begin.endsWith(QLatin1String(":/"));
 }
 
-// The path of the entry that a text which ends in "/" is about to go on below.
+// The path of the entry below which a text that ends in "/" continues.
 QString pathOf(const QString &begin)
 {
     return visibleText(isOfTop(begin) ? begin : begin.chopped(1));
@@ -79,7 +79,7 @@ void RegistryPathReader::read(const QString &text)
     candidates_.removeDuplicates();
 }
 
-// Right after the plane, the "/" stands for the root's child.
+// Directly after the plane, the "/" leads to the root's child.
 void RegistryPathReader::readNames(qsizetype position, const QString &plane)
 {
     EntrySet level;

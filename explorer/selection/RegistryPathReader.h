@@ -6,7 +6,7 @@
 
 class TavDataStore;
 
-// Where a registry path goes wrong, as a part of its text, and how.
+// The part of a registry path's text that is wrong, and why.
 struct RegistryPathProblem
 {
     qsizetype start;
@@ -14,8 +14,8 @@ struct RegistryPathProblem
     QString message;
 };
 
-// Follows registry paths part by part while they are being typed. Unlike the store's look-up it
-// says how far they lead, and it logs nothing.
+// Reads registry paths part by part while they are being typed. Unlike the store's look-up it
+// reports how far they lead, and it logs nothing.
 class RegistryPathReader
 {
     Q_DECLARE_TR_FUNCTIONS(RegistryPathReader)
@@ -24,13 +24,13 @@ public:
 
     explicit RegistryPathReader(std::shared_ptr<const TavDataStore> dataStore);
 
-    // The planes, or the paths of what is below the text's last "/"; sorted.
+    // The planes, or the paths of the entries below the text's last "/"; sorted.
     const QStringList &candidates(const QString &text);
-    // None while the text may still become the path of an entry. The name being typed may be in the
-    // wrong case, for the candidates correct it.
+    // None while the text may still become the path of an entry. The name being typed may have the
+    // wrong case, because the candidates correct it.
     Problem problem(const QString &text);
-    Problem problemOfWhole(const QString &path); // to which nothing will be added
-    void refresh() { begin_.reset(); }           // the registry may be another
+    Problem problemOfWhole(const QString &path); // of a finished path
+    void refresh() { begin_.reset(); }           // after a change of the registry
 
 private:
     void read(const QString &text);

@@ -10,7 +10,7 @@ void SelectionHistory::visit(const TavRegistryEntryPath &path)
         visited_.resize(place_ + 1, path);
     }
     visited_.push_back(path);
-    if (visited_.size() > most)
+    if (visited_.size() > maxVisits)
         visited_.pop_front();
     place_ = visited_.size() - 1;
 }
@@ -22,7 +22,7 @@ void SelectionHistory::forgetWhatIsGone()
         return std::any_of(entries.begin(), entries.end(),
                            [](const EntryRef &entry) { return !entry->dataStore(); });
     };
-    // The place moves to the last of those kept up to it.
+    // The place moves to the last path before it that is kept.
     std::deque<TavRegistryEntryPath> kept;
     std::size_t place = 0;
     for (std::size_t i = 0; i < visited_.size(); ++i) {

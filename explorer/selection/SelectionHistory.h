@@ -4,19 +4,19 @@
 
 #include <deque>
 
-// The selections that the user has been to, with a place among them.
+// The selections that the user has visited, and the current place among them.
 class SelectionHistory
 {
 public:
-    static constexpr std::size_t most = 200;
+    static constexpr std::size_t maxVisits = 200;
 
-    // The selection has changed other than by going back or forward: what was ahead is forgotten.
+    // The selection changed, but not by going back or forward: forgets what was ahead.
     void visit(const TavRegistryEntryPath &path);
-    // Drops the paths with an entry that has left its store. Of equal neighbours, one is left.
+    // Drops the paths with an entry that has left its store, and then equal neighbours.
     void forgetWhatIsGone();
     bool canGoBack() const { return place_ > 0; }
     bool canGoForward() const { return place_ + 1 < visited_.size(); }
-    // Moves, and answers where to; only where that is possible.
+    // Moves and returns the new place; only where that is possible.
     const TavRegistryEntryPath &goBack() { return visited_[--place_]; }
     const TavRegistryEntryPath &goForward() { return visited_[++place_]; }
 

@@ -14,7 +14,7 @@ EntryPathCompleter::EntryPathCompleter(QLineEdit &field,
     setCaseSensitivity(Qt::CaseInsensitive);
     setModelSorting(CaseInsensitivelySortedModel);
     field.setCompleter(this);
-    // An offer that is looked at changes the text, but not what is offered.
+    // Moving through the list changes the text, but not the list.
     connect(&field, &QLineEdit::textEdited, this, &EntryPathCompleter::offer);
     connect(&field, &QLineEdit::textChanged, this, &EntryPathCompleter::readProblem);
 }

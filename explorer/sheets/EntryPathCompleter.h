@@ -15,7 +15,7 @@ public:
     // The field owns it.
     EntryPathCompleter(QLineEdit &field, std::shared_ptr<const TavDataStore> dataStore);
 
-    void refresh(); // the registry may be another
+    void refresh(); // after a change of the registry
     const QStringList &candidates(const QString &text) { return reader_.candidates(text); }
 
 Q_SIGNALS:

@@ -13,6 +13,5 @@ struct OutlineConnector
     friend bool operator==(const OutlineConnector &, const OutlineConnector &) = default;
 };
 
-// From right to left: the leaf mark if there is one, the connector, the ancestors' lines. A root
-// has none.
+// From right to left: the leaf mark if any, the connector, the ancestors' lines. None for a root.
 std::vector<OutlineConnector> outlineConnectors(TavRegistryOutlineItem &item, int indentation);

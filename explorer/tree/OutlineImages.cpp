@@ -17,7 +17,7 @@ constexpr std::array names{"Outline-I",
                            "OutlineSelectionPath-TDown",
                            "OutlineSelectionPath-TRight",
                            "OutlineSelectionPath-Leaf"};
-constexpr int middle = 12; // where a picture's arm is
+constexpr int middle = 12; // of a picture, where its arm is
 } // namespace
 
 OutlineImages &OutlineImages::shared()

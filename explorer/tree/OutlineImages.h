@@ -6,8 +6,8 @@
 class QPainter;
 class QRect;
 
-// The pictures of which an entry tree's connector lines are made. Their lines reach beyond the
-// picture, so that they meet in rows of any height without being stretched.
+// The pictures of an entry tree's connector lines. The lines are longer than the picture, so that
+// they meet in rows of any height without being stretched.
 class OutlineImages
 {
 public:
@@ -25,7 +25,7 @@ public:
     static constexpr std::size_t count = SelectionPathLeaf + 1;
     static constexpr int width = 18; // of each, as wide as one indentation
 
-    // Those of all views, loaded at the first call for the appearance that the program has then.
+    // Shared by all views; one set for each of the light and the dark appearance.
     static OutlineImages &shared();
 
     explicit OutlineImages(bool isDark);

@@ -2,7 +2,7 @@
 
 class TavRegistryOutlineItem;
 
-// Follows the rows that come and go below a node while it is reread, before and after each change.
+// Notified before and after each change of the rows below a node that is being reread.
 class OutlineRowObserver
 {
 public:

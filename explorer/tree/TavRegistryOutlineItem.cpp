@@ -14,7 +14,7 @@ TavRegistryOutlineItem::TavRegistryOutlineItem(const ExplorerContext &context,
     setFlag(Leaf, entryChildren().empty());
 }
 
-// Iterative, for a tree may be deeper than the stack.
+// Iterative, because a tree may be deeper than the stack.
 TavRegistryOutlineItem::~TavRegistryOutlineItem()
 {
     Children going = std::move(allChildren_);

@@ -6,9 +6,9 @@
 class OutlineRowObserver;
 class ExplorerContext;
 
-// A node of an entry tree: one entry at one place in a plane. Children are made when they are first
-// asked for, and again only by rereading, so that what the user did to a node lasts. Which of them
-// the filter shows is settled when they are made and when they are reread.
+// A node of an entry tree: one entry at one place in a plane. Children are made on first use and
+// change only by rereading, so that the user's changes to a node last. The filter is applied when
+// children are made or reread.
 class TavRegistryOutlineItem
 {
 public:
@@ -20,7 +20,7 @@ public:
         QString text;
         EntryTextAttributes attributes;
     };
-    // Which nodes follow their entry: every one, or the miscounted.
+    // Which nodes reread their children: all, or those with another number of children.
     enum class Reread : quint8 { All, Miscounted };
 
     // The context must outlive the node, as must the parent, which is null for a root.
@@ -36,29 +36,28 @@ public:
     int row() const { return row_; } // among the parent's children; -1 for one that is not shown
 
     const Children &allChildren();
-    Items children();                                // those that the filter shows
+    Items children();                                // that pass the filter
     int numberOfChildren();                          // that are shown; -1 for none
-    bool isExpandable();                             // makes no children if it need not
+    bool isExpandable();                             // avoids making children
     TavRegistryOutlineItem *childAtIndex(int index); // null when there is none
     bool hasSiblingsFollowing() const;               // true for a root
     bool hasSiblingFollowingOnSelectionPath() const;
     TavRegistryOutlineItem *nextSibling() const;
     TavRegistryOutlineItem *previousSibling() const;
 
-    // Follows the entry's present children, here and in all nodes made below, and filters them
-    // again. The observer follows each change of rows; null where nobody looks.
+    // Takes over the entry's children, here and in all nodes below that were made, and filters
+    // them again. The observer may be null.
     void rereadChildren(Reread which = Reread::All, OutlineRowObserver *observer = nullptr);
-    // How many nodes rereadChildren would change; counts no further than the limit.
+    // How many nodes rereadChildren would change, counted up to the limit.
     int countRereads(Reread which, int limit) const;
-    // Whether the entry has more or fewer children by now.
+    // Whether the entry's number of children has changed.
     bool isMiscounted() const;
 
     void setOnSelectionPath(bool isOnPath); // this node and all its ancestors
     bool isOnSelectionPath() const { return flags_ & OnSelectionPath; }
     void setExpanded(bool isExpanded) { setFlag(Expanded, isExpanded); }
     bool isExpanded() const { return flags_ & Expanded; }
-    // A row that was opened on the way to another one, which is not the user's own doing. It stays
-    // open until it is closed.
+    // A row that the program opened on the way to another one. It stays open until it is closed.
     void setOpenedInPassing(bool isOpened) { setFlag(OpenedInPassing, isOpened); }
     bool isToBeOpen() const { return flags_ & (Expanded | OpenedInPassing); }
 
@@ -95,7 +94,7 @@ private:
     TavRegistryOutlineItem *childOnPath_ = nullptr; // to the selection
     quint32 flags_ = Expanded;
     FindState findState_ = FindStateNone;                  // that displayName_ was styled for
-    RegistryState registryState_ = RegistryStateUnchanged; // likewise
+    RegistryState registryState_ = RegistryStateUnchanged; // the same
     int row_ = 0;
     const ExplorerContext &context_;
     EntryRef registryEntry_;

@@ -10,7 +10,7 @@ void TavRegistryOutlineItem::makeChildren()
     filterChildren();
 }
 
-// The new list keeps nodes by their entry's identity; returned are those that are in it no more.
+// Keeps the nodes whose entry is still a child and returns the others.
 TavRegistryOutlineItem::Children TavRegistryOutlineItem::followEntry()
 {
     std::unordered_map<quint64, std::unique_ptr<TavRegistryOutlineItem>> known;
@@ -90,7 +90,7 @@ bool TavRegistryOutlineItem::isToFollow(Reread which) const
                        });
 }
 
-// Children that are not made yet will be as many as there are then.
+// Children that are not made yet are counted when they are made.
 bool TavRegistryOutlineItem::isMiscounted() const
 {
     const EntryList::Entries &entries = entryChildren();
@@ -136,8 +136,7 @@ void TavRegistryOutlineItem::rereadChildren(Reread which, OutlineRowObserver *ob
         const bool follows = item->isToFollow(itsReread);
         if (follows || item->isToBeFilteredAgain())
             item->rereadOwnChildren(follows, itsObserver);
-        // Below one that is miscounted, everything is reread. Nobody sees what is below a hidden
-        // one.
+        // Everything below a miscounted node is reread. What is below a hidden node is invisible.
         for (const auto &child : item->allChildren_)
             pending.push_back({child.get(), follows ? Reread::All : itsReread,
                                child->row_ < 0 ? nullptr : itsObserver});
@@ -147,7 +146,7 @@ void TavRegistryOutlineItem::rereadChildren(Reread which, OutlineRowObserver *ob
 void TavRegistryOutlineItem::rereadOwnChildren(bool follows, OutlineRowObserver *observer)
 {
     if (allChildren_.empty() && !observer) {
-        setFlag(Leaf, entryChildren().empty()); // made on demand
+        setFlag(Leaf, entryChildren().empty()); // children are made on demand
         return;
     }
     const Items before = shownChildren();
@@ -157,8 +156,8 @@ void TavRegistryOutlineItem::rereadOwnChildren(bool follows, OutlineRowObserver 
         replaceRows(before, shownChildren(), *observer);
 }
 
-// Between the rows at both ends that stay, the old ones go and the new ones come; a row may be
-// among both. Meanwhile shown_ is what the observer sees.
+// Replaces the rows between those that stay at both ends; a row may be removed and inserted again.
+// The observer sees each step in shown_.
 void TavRegistryOutlineItem::replaceRows(const Items &before, const Items &after,
                                          OutlineRowObserver &observer)
 {

@@ -21,7 +21,7 @@ TavRegistryOutlineView::TavRegistryOutlineView(QWidget *parent)
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
     header()->setStretchLastSection(false);
-    header()->setResizeContentsPrecision(0); // the rows in view alone
+    header()->setResizeContentsPrecision(0); // only the visible rows
 
     fitTimer_.setSingleShot(true);
     fitTimer_.setInterval(0);
@@ -70,7 +70,7 @@ void TavRegistryOutlineView::noteOpenedRow(const QModelIndex &index)
         hasOpenedMiscounted_ || TavRegistryOutlineViewDataSource::item(index)->isMiscounted();
 }
 
-// At once for all rows that were opened together, for a reload goes through the whole tree.
+// Once for all rows that were opened together, because a reload visits the whole tree.
 void TavRegistryOutlineView::rereadMiscounted()
 {
     if (std::exchange(hasOpenedMiscounted_, false))
@@ -85,7 +85,7 @@ void TavRegistryOutlineView::setSubtreeExpanded(const QModelIndex &top, bool isE
 
 qsizetype TavRegistryOutlineView::mostRowsInBulk() const
 {
-    constexpr qsizetype rowsOfAnEntry = 4; // of most there is one
+    constexpr qsizetype rowsOfAnEntry = 4; // most entries have one
     constexpr qsizetype least = 10'000;
     return std::max(least, rowsOfAnEntry * dataSource_->entryCount());
 }
@@ -96,7 +96,7 @@ void TavRegistryOutlineView::setAllRowsExpanded(bool isExpanded)
     const QModelIndex root = model()->index(0, 0);
     if (!root.isValid())
         return;
-    // The command is about the root; what was open below it opens with it again.
+    // Only the root closes; what was open below it opens with it again.
     isExpanded ? dataSource_->itemDidExpand(root) : dataSource_->itemDidCollapse(root);
     TavRegistryOutlineViewDataSource::item(root)->setExpanded(isExpanded);
     setSubtreeExpanded(root, isExpanded);
@@ -142,7 +142,7 @@ TavRegistryOutlineView::itemsForEntryPath(const TavRegistryEntryPath &path) cons
     return items;
 }
 
-// What is miscounted on the way is reread, and so may lead further.
+// Rereads miscounted nodes on the way, so that the path may lead further.
 std::vector<TavRegistryOutlineItem *>
 TavRegistryOutlineView::itemsToSelect(const TavRegistryEntryPath &path)
 {
@@ -181,7 +181,7 @@ void TavRegistryOutlineView::deselectAll()
     selectionModel()->clear();
 }
 
-// A row out of sight comes to the middle, so that its neighbours show too.
+// Centres a row that is out of sight, so that its neighbours are visible too.
 void TavRegistryOutlineView::scrollToSelection()
 {
     const QModelIndex row = currentIndex();
@@ -195,7 +195,7 @@ void TavRegistryOutlineView::scrollToSelection()
     scrollSidewaysTo(row);
 }
 
-// To the row's name, or its beginning; the base view goes by the width of all rows instead.
+// Scrolls to the row's name, or its beginning; the base class uses the width of all rows.
 void TavRegistryOutlineView::scrollSidewaysTo(const QModelIndex &row)
 {
     int start = 0;
@@ -266,7 +266,7 @@ void TavRegistryOutlineView::fitColumnLater(bool mayShrink)
         fitTimer_.start();
 }
 
-// Names in view are shown whole. Scrolling up and down only widens, so that nothing jumps.
+// Shows the visible names in full. Scrolling up and down only widens the column, so nothing jumps.
 void TavRegistryOutlineView::fitColumn()
 {
     if (!model())

@@ -5,8 +5,8 @@
 
 #include <QTimer>
 
-// Shows one plane of the registry as a tree. Which rows are open is kept in the nodes, so that it
-// outlasts every reload.
+// Shows one plane of the registry as a tree. The nodes know which rows are open, so that this
+// survives every reload.
 class TavRegistryOutlineView : public OutlineView
 {
     Q_OBJECT
@@ -17,32 +17,32 @@ public:
     // Once; takes no ownership. The data source must outlive the view's use.
     void setDataSource(TavRegistryOutlineViewDataSource &dataSource);
 
-    // Shows what there is by now. Which nodes reread their children is said; rows that were open
-    // stay open. The selected row stays selected, silently, or none is when it is gone. It keeps
-    // still on the screen, or when it is gone or out of sight, the first row in sight still there.
+    // Shows the current children of the chosen nodes. Open rows stay open and the selected row
+    // stays selected, without a signal. That row keeps its place on the screen; if it is gone or
+    // out of sight, the first visible row does.
     void
     reloadData(TavRegistryOutlineItem::Reread which = TavRegistryOutlineItem::Reread::Miscounted);
     void setAllRowsExpanded(bool isExpanded);
     void setSubtreeExpanded(const QModelIndex &top, bool isExpanded) override;
-    // Closes every row in sight whose entry is not one of the path's.
+    // Closes every visible row whose entry is not on the path.
     void collapseRowsOutside(const TavRegistryEntryPath &path);
 
-    // The nodes of the longest prefix of the path that is there.
+    // The nodes of the longest prefix of the path that exists.
     std::vector<TavRegistryOutlineItem *> itemsForEntryPath(const TavRegistryEntryPath &path) const;
-    // The part of the path that was selected. A row that stays selected and need not be scrolled to
-    // stays open or closed; so do the rows in sight stay where they are.
+    // Returns the part of the path that was selected. A row that stays selected and is not scrolled
+    // to stays open or closed, and the visible rows stay where they are.
     TavRegistryEntryPath selectItemAtEntryPath(const TavRegistryEntryPath &path,
                                                bool scrollToVisible);
     void selectRow(const TavRegistryOutlineItem &item); // opens no rows and does not scroll
     void scrollToSelection();
     void deselectAll();
 
-    // Of the frames around other rows that show the selected entry.
+    // The colour of the frames around other rows that show the selected entry.
     void setSameEntryHighlightColor(const QColor &color);
-    // Repaints those rows; when the window has changed its activity, in the colour for that.
+    // Repaints those rows, in another colour if the window was activated or deactivated.
     void checkRowsNeedingRedisplay(bool windowChanged);
 
-    // What the view makes of the events of its toolkit.
+    // Events of the toolkit.
     void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
                  const QModelIndex &index) const override;
     void keyDown(QKeyEvent *event);
@@ -50,7 +50,7 @@ public:
     void resignFirstResponder();
 
 Q_SIGNALS:
-    // Of the selected row, which is the one under the pointer.
+    // For the selected row, which is the one under the pointer.
     void contextMenuRequested(const QPoint &globalPosition);
 
 protected:

@@ -7,7 +7,7 @@ void TavRegistryOutlineView::collapseRowsOutside(const TavRegistryEntryPath &pat
     QSet<const TavRegistryEntry *> kept;
     for (const EntryRef &entry : path.registryEntries())
         kept.insert(entry.get());
-    // With a layout pending, closing a row does no more than note it.
+    // While a layout is pending, closing a row only records it.
     scheduleDelayedItemsLayout();
     std::vector<QModelIndex> pending{model()->index(0, 0)};
     while (!pending.empty()) {
@@ -18,7 +18,7 @@ void TavRegistryOutlineView::collapseRowsOutside(const TavRegistryEntryPath &pat
         TavRegistryOutlineItem *const item = TavRegistryOutlineViewDataSource::item(row);
         if (!kept.contains(item->registryEntry().get())) {
             collapse(row);
-            // Deliberate: one command closes many rows, and each of them stays closed, too.
+            // Deliberate: one command closes many rows, and each of them stays closed.
             item->setExpanded(false);
             continue;
         }

@@ -7,7 +7,7 @@
 #include "store/TavDataStore.h"
 
 namespace {
-// As long as no more nodes have other children than before, their rows are changed one by one.
+// Up to this number of changed nodes, rows are changed one by one.
 constexpr int fewNodes = 16;
 } // namespace
 

@@ -9,8 +9,8 @@
 
 class ExplorerContext;
 
-// The rows of an entry tree, which are the nodes of the plane shown. What rows there are changes in
-// reload alone, whatever becomes of the entries meanwhile.
+// The rows of an entry tree: the nodes of the visible plane. Rows come and go in reload() only,
+// even when entries change in between.
 class TavRegistryOutlineViewDataSource : public QAbstractItemModel, private OutlineRowObserver
 {
     Q_OBJECT
@@ -19,8 +19,7 @@ public:
     explicit TavRegistryOutlineViewDataSource(const ExplorerContext &context,
                                               QObject *parent = nullptr);
 
-    // What became of the rows in a reload. After a reset, and among those to open, what is to be
-    // open is for the view to open.
+    // What a reload did to the rows. The view opens the rows in toOpen, and all after a reset.
     struct Reloaded
     {
         bool isReset = false;
@@ -53,7 +52,7 @@ public:
     int columnCount(const QModelIndex &parent = {}) const override;
     bool hasChildren(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
-    // The header is hidden; this is for those who hear it.
+    // The header is hidden; a screen reader reads it.
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 Q_SIGNALS:

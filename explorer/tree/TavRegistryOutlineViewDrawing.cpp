@@ -53,7 +53,7 @@ void TavRegistryOutlineView::drawConnectors(QPainter &painter, const QRect &row,
     painter.restore();
 }
 
-// The style's own lines would lie under ours, and the selection's colour would swallow those of
+// The style's own lines would show under ours, and the selection's colour would hide the lines of
 // the path to it.
 void TavRegistryOutlineView::drawBranches(QPainter *painter, const QRect &rect,
                                           const QModelIndex &index) const

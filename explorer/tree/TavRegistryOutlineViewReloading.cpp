@@ -12,7 +12,7 @@ void TavRegistryOutlineView::reloadData(TavRegistryOutlineItem::Reread which)
     const TavRegistryOutlineItem *const selected = dataSource_->selectedItem();
     const std::optional selection = selected ? std::optional(selected->entryPath()) : std::nullopt;
     const std::vector<Anchor> fixed = anchors();
-    setAutoScroll(false); // the row after a selected one that goes becomes current for a moment
+    setAutoScroll(false); // the row after a removed selected one becomes current for a moment
     const auto reloaded = dataSource_->reload(which);
     setAutoScroll(true);
     if (reloaded.isChanged)
@@ -63,7 +63,7 @@ std::vector<TavRegistryOutlineView::Anchor> TavRegistryOutlineView::anchors() co
     return anchors;
 }
 
-// Of a path that was seen before a reload, which may have brought another plane.
+// The nodes of a path that was visible before a reload, which may show another plane.
 std::vector<TavRegistryOutlineItem *>
 TavRegistryOutlineView::itemsStillThere(const TavRegistryEntryPath &path) const
 {
@@ -73,7 +73,7 @@ TavRegistryOutlineView::itemsStillThere(const TavRegistryEntryPath &path) const
                                                  : std::vector<TavRegistryOutlineItem *>();
 }
 
-// When all that was in sight is gone, what is left of the way to the first is held.
+// When no visible row is left, keeps the nearest ancestor of the first one in place.
 void TavRegistryOutlineView::restoreAnchor(const std::vector<Anchor> &anchors)
 {
     const auto hold = [this](const TavRegistryOutlineItem &item, int y) {

@@ -8,8 +8,7 @@
 
 class TavDataStore;
 
-// The attributes that the user has asked a window for, because they are not read with all others,
-// until each is read.
+// The attributes on request that the user of a window asked for, until each is read.
 class AttributeRequests : public QObject
 {
     Q_OBJECT

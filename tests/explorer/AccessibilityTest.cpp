@@ -1,4 +1,4 @@
-// What those need who do not see, or do not use a pointer.
+// What users of a screen reader or of the keyboard alone need.
 #include "ExplorerFixture.h"
 
 #include <QAbstractButton>
@@ -15,7 +15,7 @@ protected:
         prefer("FindOptions", 1);
         open();
     }
-    // The controls that the tab key comes by, from the find field to where it meets one again.
+    // The controls that the tab key visits, from the find field on until one repeats.
     std::string tabRound(Qt::KeyboardModifiers modifiers = {}) const
     {
         const auto *const browser = outlet<QWidget>("registryBrowser");
@@ -76,7 +76,7 @@ TEST_F(AccessibilityTest, EveryControlHasAName)
                   QStringLiteral("Clear"));
 }
 
-// Nobody finds a command that is in no menu, nor tells two apart that share a key or a mnemonic.
+// Every command is in a menu, and no two share a key or a mnemonic.
 TEST_F(AccessibilityTest, EveryCommandHasItsPlaceItsKeyAndItsLetter)
 {
     const auto mnemonic = [](const QString &text) {

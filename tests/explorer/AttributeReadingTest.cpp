@@ -26,7 +26,7 @@ protected:
              {"name", text("a word")},
              {"power", dictionary({{"config", number(7)}})}});
     }
-    // Every few pixels, wherever the button may be, until something is asked for.
+    // Clicks every few pixels, because the button may be anywhere, until something is requested.
     void clickAlong(const QModelIndex &index)
     {
         const QRect place = view_->visualRect(index);
@@ -74,7 +74,7 @@ TEST_F(AttributeReadingTest, ShowsTheValueWhereItBelongs)
           config | Number | 0x7 *)"));
     EXPECT_TRUE(view_->hasFocus());
 
-    // Again, by the command in the menu and with the user elsewhere meanwhile.
+    // Again, by the menu command and with another row selected before the answer.
     QAction &command = action("readAttributeAction");
     Q_EMIT outlet<QMenu>("registryMenu")->aboutToShow();
     command.trigger();

@@ -189,7 +189,8 @@ TEST_F(BrowserTest, KeepsItsPlaceThroughUpdates)
     EXPECT_EQ(top(), before);
 }
 
-// In the column after the selection the row that comes into sight is counted in the one before.
+// Deliberate: the row that is scrolled to in the column after the selection is counted in the one
+// before.
 TEST_F(BrowserTest, ScrollsTheNextColumnByTheRowsOfTheLast)
 {
     add("Host", "a", 100, 80);

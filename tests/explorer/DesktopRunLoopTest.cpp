@@ -17,7 +17,7 @@ namespace {
 class DesktopRunLoopTest : public testing::Test
 {
 protected:
-    // Whether a timer that is due acts.
+    // Whether a due timer fires.
     bool acts()
     {
         bool acted = false;

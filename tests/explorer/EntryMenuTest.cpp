@@ -24,7 +24,7 @@ protected:
     {
         return view.visualRect(view.model()->index(row, 0)).center();
     }
-    // As the pointer, or without a place the key, asks a view for its menu.
+    // Opens a view's menu as the pointer does or, without a place, as the key does.
     static void askForMenu(QAbstractItemView &view, std::optional<QPoint> place = {})
     {
         if (place)
@@ -98,7 +98,7 @@ TEST_F(EntryMenuTest, OpensInColumnsAndSearchResultsToo)
     QTest::qWait(1);
     EXPECT_EQ(controller(1).selectedEntry(), entry("disk@1"));
 
-    // In a column before, where the row is selected already.
+    // In an earlier column, where the row is selected already.
     askForMenu(*browser.list(1), placeOf(*browser.list(1), 0));
     EXPECT_EQ(controller_->selectedEntry(), entry("Host"));
     EXPECT_EQ(browser.selectedColumn(), 1);

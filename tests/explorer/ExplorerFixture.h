@@ -34,7 +34,7 @@ protected:
     // A new object of the host, or many numbered ones, for the next update to find.
     FakeRegistry::Node add(const char *parent, const QByteArray &name);
     void add(const char *parent, const QByteArray &name, int first, int count);
-    // The object goes from the host, noticed at once.
+    // Removes the object from the host; the store notices immediately.
     void terminate(const char *label);
 
     // Captures what the script says as a document and opens its window.
@@ -69,7 +69,7 @@ protected:
     TavRegistryOutlineView &tree() const;
     QModelIndex row(Labels labels) const; // in the tree
     std::string rows() const;             // of the tree
-    // Checks from now on that the view's model says of its rows what is true.
+    // Checks the view's model for consistency from now on.
     void testModelOf(const QAbstractItemView &view);
     QString preferencesFolder() const { return preferences_.path(); }
 

@@ -61,9 +61,9 @@ TEST_F(FindResultsTest, PreviewAPropertyAndLeadToTheirEntry)
     pressRow(*table_, 1); // selected as it is
     EXPECT_EQ(selected(), "DxService:/bus/disk@1");
     find("supply");
-    table_->selectRow(0); // which the plane that is shown does not have
+    table_->selectRow(0); // not in the visible plane
     EXPECT_EQ(selected(), "DxPower:/supply");
-    EXPECT_EQ(beeps_, 1); // of the last search, for the plane that was shown
+    EXPECT_EQ(beeps_, 1); // by the last search, in the plane before
 }
 
 TEST_F(FindResultsTest, AreToldApartByLocationAndPath)
@@ -152,7 +152,7 @@ TEST_F(FindResultsTest, TheDrawerLeavesRoomForTheTree)
     EXPECT_EQ(window().minimumHeight(), 360);
 }
 
-// A window that has not been told yet still lists what has left the store.
+// A window that is not notified yet still lists what has left the store.
 TEST_F(FindResultsTest, ListEntriesThatHaveGone)
 {
     TavWindowController untold(*document_);

@@ -45,7 +45,7 @@ TEST_F(FindTest, ShowsMatchesAndTheWaysToThem)
     EXPECT_EQ(count(), "1 object matches");
     find("k@");
     EXPECT_EQ(count(), "2 objects match");
-    EXPECT_EQ(selected(), "DxService:/bus/disk@1"); // the nearest after the one before
+    EXPECT_EQ(selected(), "DxService:/bus/disk@1"); // the nearest after the last selection
     EXPECT_EQ(state("bus"), FindStateParentOfMatch);
     EXPECT_EQ(state("disk@1"), FindStateMatching);
     EXPECT_EQ(state("module"), FindStateNotMatching);
@@ -141,12 +141,12 @@ TEST_F(FindTest, FollowsItsOptions)
     click("findClassCheckbox");
     EXPECT_EQ(count(), "1 object matches");
     type("part");
-    click("findClassCheckbox"); // finds what has been typed at once
+    click("findClassCheckbox"); // searches for the typed text immediately
     EXPECT_EQ(count(), "1 object matches");
     type("dxdisk");
     click("findNameCheckbox"); // the last one
     EXPECT_FALSE(field().isEnabled());
-    QTest::qWait(300); // the search that was typed comes to nothing
+    QTest::qWait(300); // the pending search does not run
     EXPECT_EQ(count(), "No search");
     EXPECT_EQ(beeps_, 1);
     controller_->beginFind();

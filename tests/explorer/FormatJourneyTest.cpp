@@ -83,7 +83,7 @@ TEST_F(FormatJourneyTest, ThePanelFollowsTheSelection)
     view()->clearSelection();
     EXPECT_EQ(selectedItem(), controller_->rootPropertyItem().get());
 
-    // What is reread is another tree, and of another type even.
+    // Rereading makes another tree, here even of another type.
     selectConfig("usb@14");
     service_.setProperties(registry_["usb@14"],
                            values::dictionary({{"config", values::number(5)}}));
@@ -95,12 +95,12 @@ TEST_F(FormatJourneyTest, ThePanelFollowsTheSelection)
     action("togglePropertyFormatPanelAction").trigger();
     terminate("usb@14");
     store_->clearTerminatedObjects();
-    click("propertyFormatAutomaticCheckbox"); // for whatever is selected then
+    click("propertyFormatAutomaticCheckbox"); // for the selected property
     controller_->selectEntryPath(std::nullopt);
     EXPECT_EQ(selectedItem(), nullptr);
     click("propertyFormatAutomaticCheckbox");
     close();
-    click("propertyFormatAutomaticCheckbox"); // no window is left to tell
+    click("propertyFormatAutomaticCheckbox"); // no window is left to notify
 }
 
 // A refresh of one window leaves the formats with what another has selected.
@@ -173,7 +173,7 @@ TEST_F(FormatJourneyTest, ChangesAreUndoneInTheWindowThatTheyWereMadeFrom)
     EXPECT_EQ(title(undo), "Undo Format of “config”");
     EXPECT_FALSE(
         controller(1).window()->findChild<QAction *>(QStringLiteral("undoAction"))->isEnabled());
-    update(); // what was changed is of another tree now
+    update(); // makes another tree
     ASSERT_TRUE(activate(window()));
     undo.trigger();
     EXPECT_EQ(shown(), "<0x86 0x80 0x6f 0xa3>");

@@ -11,7 +11,7 @@ namespace {
 const QString message =
     QStringLiteral("2 devices did not answer. Some of their attributes are missing.");
 
-// A registry of which some devices have not answered.
+// A registry with devices that did not answer.
 class IncompleteTest : public ExplorerFixture
 {
 protected:
@@ -32,7 +32,7 @@ protected:
                 : dictionary({}));
         service_.publishPlanes();
     }
-    // What is wrong with the root by the row's mark, its description and its tool tip.
+    // The warning of the root by its row's mark, description and tool tip.
     static void expectMark(const QModelIndex &row, bool isMarked)
     {
         EXPECT_EQ(!row.data(Qt::DecorationRole).value<QIcon>().isNull(), isMarked);

@@ -77,7 +77,7 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     controller_->browserView();
     selectNothing();
     EXPECT_EQ(
-        cannotRun(), // not the previous sibling's, as it has always been
+        cannotRun(), // Deliberate: not the previous sibling's
         " collapseAll collapseAroundSelection copyBundle copyClass copyName copyPath expandAll" +
             always +
             " goToNextPathCrossPlane goToNextPathInPlane goToPrevPathCrossPlane "
@@ -97,7 +97,7 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     }
     find("disk@1");
     EXPECT_EQ(cannotRun("find"), "");
-    find("disk@2"); // no other plane follows whose matches would show that these are the last
+    find("disk@2"); // no matches of another plane follow
     EXPECT_EQ(cannotRun("find"), " findPrev");
     find("");
     selectDisk();
@@ -175,7 +175,7 @@ TEST_F(MenuValidationTest, RelativesAndOtherPathsAreThoseInSight)
     EXPECT_EQ(selected(), "DxService:/disk@1");
 }
 
-// What cannot be done is not done by the view with the keyboard instead, in its own way.
+// The key of a command that cannot run does nothing in the focused view either.
 TEST_F(MenuValidationTest, KeysOfCommandsThatCannotRunOnlyBeep)
 {
     click("findNameCheckbox");

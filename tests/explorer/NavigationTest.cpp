@@ -12,7 +12,7 @@
 #include <functional>
 
 namespace {
-// An array that stands at three paths in two planes. Every test runs in the tree and in columns.
+// An array with three paths in two planes. Every test runs in the tree and in columns.
 class NavigationTest : public ExplorerFixture, public testing::WithParamInterface<bool>
 {
 protected:
@@ -80,7 +80,7 @@ TEST_P(NavigationTest, StepsThroughThePathsInTheirOddWay)
     const std::string inService = "DxService:/bus/array";
     const std::string first = "DxBlock:/disk@0/array";
     const std::string second = "DxBlock:/disk@1/array";
-    // To where the next and the previous path lead, in the plane and across planes.
+    // Where the next and the previous path lead, in the plane and across planes.
     const auto expectPaths = [&](const std::string &at, const std::array<std::string, 4> &paths) {
         EXPECT_EQ(selected(), at);
         EXPECT_EQ(text(controller_->nextEntryPathInPlane(true)), paths[0]) << at;
@@ -106,7 +106,7 @@ TEST_P(NavigationTest, StepsThroughThePathsInTheirOddWay)
 TEST_P(NavigationTest, MovesToParentsChildrenAndSiblings)
 {
     using Controller = TavWindowController;
-    const int inColumns = GetParam(); // where siblings that are not there are beeped for
+    const int inColumns = GetParam(); // where a missing sibling beeps
     struct Step
     {
         void (Controller::*move)();
@@ -150,7 +150,7 @@ TEST_P(NavigationTest, TypedPathsAreBelievedToTheLetter)
         EXPECT_EQ(selected(), path);
     }
     EXPECT_EQ(beeps_, 0);
-    // A plane stands for its root, of which no path is written so.
+    // A plane's name alone means its root.
     for (const char *path :
          {"", "DxBlock", "DxBlock:", "(DxBlock)", "bus", "/bus", "DxElsewhere:/",
           "DxBlock://disk@1", "DxBlock:/disk@1/", "DxBlock:/disk@1/array/gone", "DxBlock:disk@1",
@@ -215,7 +215,7 @@ TEST_P(NavigationTest, PathSheetKeepsItsTextAndOffersNames)
     auto *const sheet = outlet<QDialog>("goToPathSheet");
     EXPECT_FALSE(sheet->isVisible());
 
-    // The offers are no obstacle to what has been typed.
+    // The list of completions does not replace what was typed.
     controller_->promptForPath();
     field.clear();
     QTest::keyClicks(&field, QStringLiteral("DxBlock:/disk@1"));
@@ -263,7 +263,7 @@ TEST_P(NavigationTest, GoesBackAndForth)
     int steps = 0;
     for (; action("goBackAction").isEnabled(); ++steps)
         controller_->goBack();
-    EXPECT_EQ(steps, static_cast<int>(SelectionHistory::most) - 1);
+    EXPECT_EQ(steps, static_cast<int>(SelectionHistory::maxVisits) - 1);
 }
 
 TEST_P(NavigationTest, GoesBackByOnePlaceForEachPlaceThatIsLeft)

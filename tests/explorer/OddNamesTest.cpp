@@ -1,4 +1,4 @@
-// What an archive or the host may call things.
+// Odd names from an archive or the host.
 #include "ExplorerFixture.h"
 #include "platform/widgets/FactField.h"
 #include "tests/support/SmallStore.h"
@@ -31,7 +31,7 @@ TEST_F(OddNamesTest, AnArchiveWithoutPlanesComesUp)
                                           ArchiveValue(ArchiveList()));
     openSketch(sketch);
     EXPECT_EQ(outlet<QComboBox>("planeListButton")->count(), 1);
-    EXPECT_EQ(rows(), "Root *\n  Child\n"); // what the entries themselves know
+    EXPECT_EQ(rows(), "Root *\n  Child\n"); // the entries' own names
     controller_->browserView();
     window().grab();
     EXPECT_FALSE(outlet<QComboBox>("entryPathsButton")->isEnabled());

@@ -124,7 +124,7 @@ TEST_F(OutlineDrawingTest, FramesOtherRowsOfTheSelectedEntryAsTheFocusIs)
     EXPECT_NE(frame(), QColor(Qt::magenta));
 }
 
-// Lines meet from row to row whatever their height, in whole pixels.
+// Lines meet from row to row at any row height, in whole pixels.
 TEST_F(OutlineDrawingTest, PicturesFillRowsOfAnyHeightCrisply)
 {
     OutlineImages images(false);

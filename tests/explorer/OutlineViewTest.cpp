@@ -229,7 +229,7 @@ TEST_F(OutlineViewTest, TheKeyboardFindsItsWay)
 
 TEST_F(OutlineViewTest, NodesTellTheirStateAndTheirPaths)
 {
-    // What is shown and said of the node, and what tells its state.
+    // The node's name, its spoken name, and its style.
     const auto styled = [this](Labels labels) {
         const auto &[text, attributes] = node(labels).displayName();
         using Color = EntryTextAttributes::Color;
@@ -248,7 +248,7 @@ TEST_F(OutlineViewTest, NodesTellTheirStateAndTheirPaths)
     update();
     EXPECT_EQ(styled({"Root", "Host", "lone"}), "lone = lone, terminated struck out terminated");
     EXPECT_EQ(styled({"Root", "Host", "come"}), "come = come, new underlined new");
-    update(); // nothing is new any more
+    update(); // clears the new marks
     EXPECT_EQ(styled({"Root", "Host", "come"}), "come = come");
 
     registry_.plane("DxService", "Root\n  Host\n    other\n      a");
@@ -260,7 +260,7 @@ TEST_F(OutlineViewTest, NodesTellTheirStateAndTheirPaths)
     EXPECT_EQ(styled({"Root", "Host", "bus", "b"}), "b = b");
 }
 
-// A tree may be far deeper than the stack.
+// A tree may be much deeper than the stack.
 TEST_F(OutlineViewTest, HandlesDeepTrees)
 {
     FakeRegistry::Node parent = registry_["lone"];

@@ -1,4 +1,4 @@
-// What is said of a path that leads nowhere, while it is being typed and when it was gone to.
+// Messages for a path that leads nowhere, while typing and after going to it.
 #include "ExplorerFixture.h"
 #include "explorer/selection/RegistryPathReader.h"
 #include "platform/widgets/FactField.h"

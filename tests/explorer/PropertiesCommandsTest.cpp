@@ -27,7 +27,7 @@ TEST_F(PropertiesCommandsTest, AHeaderSortsAndItsThirdClickBringsTheNaturalOrder
     EXPECT_EQ(keys(), natural);
     clickHeader(type);
     EXPECT_EQ(keys(), "zeta gamma eta beta epsilon Alpha delta kappa iota");
-    clickHeader(value); // the last byte that differs decides, the wrong way round
+    clickHeader(value); // Deliberate: the last byte that differs decides, in reverse
     EXPECT_EQ(keys(), "zeta eta gamma beta epsilon Alpha delta kappa iota");
 
     // What is opened, selected or read again keeps its place in the order.
@@ -71,7 +71,7 @@ TEST_F(PropertiesCommandsTest, TheContextMenuCopiesExpandsAndShowsTheFormat)
 
     PropertiesContextMenu *const open = menu(row({1}));
     setTable({{"size", values::number(5)}});
-    update(); // its row goes meanwhile
+    update(); // removes its row
     open->actions().at(1)->trigger();
     EXPECT_EQ(copied(), "size\tNumber\t0x5");
     open->close();

@@ -55,7 +55,7 @@ TEST_F(PropertiesViewTest, RowsGrowWithWrappedValues)
     view_->grab();
 }
 
-// Laid out row by row, they would take as many times as long as there are rows.
+// Laying them out row by row would grow with the square of the rows.
 TEST_F(PropertiesViewTest, LaysEqualTextsOutOnce)
 {
     const QString words = QStringLiteral("many words ").repeated(3000);
@@ -108,7 +108,7 @@ TEST_F(PropertiesViewTest, RemembersWhatTheUserOpened)
     clickArrow({0});
     EXPECT_FALSE(view_->isExpanded(row({0, 1})));
 
-    // Of what is gone nothing is kept.
+    // Nothing is remembered of removed rows.
     ExpandedItems items;
     const PropertyRef root = entry("Host")->propertiesRef();
     TavRegistryProperty &list = *root->childAtIndex(0);
@@ -126,7 +126,7 @@ TEST_F(PropertiesViewTest, FollowsATableThatChangesItsShape)
     clickArrow({0}, Qt::AltModifier);
     view_->setCurrentIndex(row({0, 1, 0}));
     setTable({{"first", text("")}, {"list", array({text("one")})}, {"size", array({number(1)})}});
-    store_->updateObject(*entry("Host")); // which nobody is told of
+    store_->updateObject(*entry("Host")); // notifies nobody
     EXPECT_EQ(view_->selectedItem()->name(), QStringLiteral("deep"));
     update();
     EXPECT_EQ(rows(), dedented(R"(
@@ -184,7 +184,7 @@ TEST_F(PropertiesViewTest, KeepsItsPlaceHoweverTheEntryIsReread)
     int more = 0;
     for (const auto &[name, reread] : ways) {
         SCOPED_TRACE(name);
-        // Of another shape each time: before the array there is one key more or less.
+        // Each time with one key more or less before the array.
         if (++more % 2)
             setTable({{"first", text("")}, {"many", many(200 + more)}, {"name", text("a word")}});
         else

@@ -21,7 +21,7 @@ TEST(ReadableColorTest, TextOfWhatCameAndWentIsReadableInBothThemes)
             const QColor drawn = readableColor(color, palette);
             for (const auto role : {QPalette::Base, QPalette::AlternateBase}) {
                 EXPECT_GE(contrast(drawn, palette.color(role)), 4.5) << color.name().toStdString();
-                // No farther from the colour than it takes.
+                // As close to the colour as possible.
                 EXPECT_TRUE(drawn == color || contrast(drawn, palette.color(role)) < 5.2)
                     << color.name().toStdString();
             }
@@ -32,7 +32,7 @@ TEST(ReadableColorTest, TextOfWhatCameAndWentIsReadableInBothThemes)
             4.5);
     }
     QApplication::setPalette(before);
-    QPalette grey = before; // which little but black or white stands out from
+    QPalette grey = before; // only black and white are readable on it
     grey.setColor(QPalette::Base, Qt::gray);
     grey.setColor(QPalette::AlternateBase, Qt::gray);
     EXPECT_GE(contrast(readableColor(Qt::gray, grey), Qt::gray), 4.5);

@@ -1,5 +1,5 @@
-// However a state of the registry is reached, its tree is the same, and what the user sees of it
-// stays where it is.
+// The tree of a registry does not depend on the order of changes, and the visible rows keep their
+// place.
 #include "ExplorerFixture.h"
 #include "tests/support/SimulatedRunLoop.h"
 
@@ -220,7 +220,7 @@ TEST_F(TreeStateTest, WhatIsInSightStaysWhereItIsWhenTheSelectedRowGoes)
     EXPECT_EQ(view_->visualRect(first), before);
 }
 
-// Only a refresh follows an entry whose children are others but as many, unless those above it are
+// Only a refresh notices children that were replaced by as many others, unless a node above them is
 // miscounted.
 TEST_F(TreeStateTest, MiscountedNodesAreRereadBeforeTheirRowsAreUsed)
 {

@@ -64,7 +64,7 @@ TEST_F(WindowControllerTest, ListsThePlanes)
     EXPECT_EQ(popup->currentText(), QStringLiteral("DxElsewhere"));
     EXPECT_EQ(rows(), "Root\n");
     LogCapture log;
-    controller_->setRegistryPlane({}, false); // logged, and no more
+    controller_->setRegistryPlane({}, false); // only logged
     EXPECT_EQ(log.take(),
               QStringList(QStringLiteral("No plane for setRegistryPlane:updatePopup:!\n")));
     EXPECT_EQ(rows(), "Root\n");
@@ -82,7 +82,7 @@ TEST_F(WindowControllerTest, FollowsTheSelectionIntoAnotherPlane)
     EXPECT_EQ(rows(), "Root *\n  Host\n    supply\n      disk@0\n");
     EXPECT_EQ(beeps_, 0);
 
-    // A plane that is not shown is read again, also where there are as many children as before.
+    // A hidden plane is reread, even where the number of children is the same.
     choosePlane("DxService");
     service_.unlink(registry_["supply"], registry_["disk@0"], "DxPower");
     service_.link(registry_["supply"], registry_["module"], "DxPower");
@@ -164,7 +164,7 @@ TEST_F(WindowControllerTest, ReadsTheSelectedEntryAloneOnRequest)
     action("updateSelectedObjectAction").trigger();
     EXPECT_EQ(service_.preparedObjects().back(), registry_["disk@1"]);
     EXPECT_NE(entry("disk@1")->propertiesRef(), shown);
-    // The store does not speak for the entry, so the window learns of it when it next refreshes.
+    // The store reports nothing for the entry, so the window shows it at its next refresh.
     EXPECT_EQ(controller_->rootPropertyItem(), shown);
     window().grab();
     controller_->noteDataStoreObjectChanged();
@@ -182,7 +182,7 @@ TEST_F(WindowControllerTest, MayBeClosedInAnUpdateAndOutlivesWhatItShows)
     std::weak_ptr<TavDataStore> store = store_;
     update();
     EXPECT_EQ(controller_, nullptr);
-    update(); // nobody listens any more
+    update(); // has no observer any more
     store_.reset();
     EXPECT_TRUE(store.expired());
 

@@ -165,7 +165,7 @@ TEST_F(WindowViewsTest, SetsTheIntervalOfTimedUpdate)
     close(); // with the sheet open
 }
 
-// Once the sheet for paths has been loaded, this one never is; one that was loaded before stays.
+// Deliberate: once the sheet for paths is loaded, this one is not loaded any more.
 TEST_F(WindowViewsTest, ThePathSheetKeepsTheIntervalSheetFromLoading)
 {
     controller_->changeTimedUpdate();
@@ -213,7 +213,7 @@ TEST_F(WindowViewsTest, AnArchivedRegistryIsNotUpdated)
     controller_->clearTerminatedObjects(); // clears them all the same
     EXPECT_EQ(beeps_, 4);
     EXPECT_EQ(store_->registryEntries().size(), count - 1);
-    EXPECT_EQ(rows(), before); // a record's window is not told
+    EXPECT_EQ(rows(), before); // a snapshot's window is not notified
     EXPECT_FALSE(document_->isDocumentEdited());
     controller_->toggleShowTerminatedObjects();
     EXPECT_EQ(rows().find("disk@1"), std::string::npos);
