@@ -15,6 +15,11 @@
 namespace {
 constexpr std::size_t takesLong = 50'000; // entries to search and to show
 constexpr int stepForward = 1;            // the stepper's value, and the one it goes back to
+
+std::optional<QString> planeOfSteps(const EntrySelection &selection, bool samePlane)
+{
+    return samePlane ? std::optional(selection.registryPlane()) : std::nullopt;
+}
 } // namespace
 
 bool FindController::filterFindResults() const
@@ -103,19 +108,14 @@ TavRegistryEntryPath FindController::startingPath() const
     return selection_.entryPath().value_or(TavRegistryEntryPath(selection_.registryPlane()));
 }
 
-std::optional<QString> FindController::planeOfSteps(bool samePlane) const
-{
-    return samePlane ? std::optional(selection_.registryPlane()) : std::nullopt;
-}
-
 FindSession::Path FindController::nextFindPathInPlane(bool samePlane, bool mustAdvance) const
 {
-    return session_.nextPath(startingPath(), planeOfSteps(samePlane), mustAdvance);
+    return session_.nextPath(startingPath(), planeOfSteps(selection_, samePlane), mustAdvance);
 }
 
 FindSession::Path FindController::prevFindPathInPlane(bool samePlane, bool mustAdvance) const
 {
-    return session_.prevPath(startingPath(), planeOfSteps(samePlane), mustAdvance);
+    return session_.prevPath(startingPath(), planeOfSteps(selection_, samePlane), mustAdvance);
 }
 
 void FindController::findNext(bool forward, bool inPlane, bool mustAdvance)

@@ -65,7 +65,6 @@ private:
     void connectOutlets(QMainWindow &window);
     void setUpResults(QMainWindow &window, const ExplorerContext &context);
     void connectControls(QMainWindow &window);
-    static void setShortcuts(QMainWindow &window);
     std::array<std::pair<FindOption, QCheckBox *>, 8> findCheckboxes() const;
     void show(const QString &query, FindSession::Result result);
     void setOptions(FindOptions options);
@@ -75,7 +74,6 @@ private:
     void toggleFindOptionsDrawerButtonClicked();
     void closeDrawer();
     TavRegistryEntryPath startingPath() const;
-    std::optional<QString> planeOfSteps(bool samePlane) const;
 
     QMainWindow &window_;
     std::shared_ptr<TavDataStore> dataStore_;

@@ -22,6 +22,21 @@
 #include <QTableView>
 #include <QToolButton>
 
+namespace {
+void setShortcuts(QMainWindow &window)
+{
+    const auto set = [&window](const char *item, Qt::KeyboardModifiers modifiers) {
+        InterfaceLoader::outlet<QAction>(window, item)
+            ->setShortcuts({QKeyCombination(modifiers | Qt::ControlModifier, Qt::Key_G),
+                            QKeyCombination(modifiers, Qt::Key_F3)});
+    };
+    set("findNextAction", Qt::NoModifier);
+    set("findPrevAction", Qt::ShiftModifier);
+    set("findNextInAnyPlaneAction", Qt::AltModifier);
+    set("findPrevInAnyPlaneAction", Qt::AltModifier | Qt::ShiftModifier);
+}
+} // namespace
+
 FindController::FindController(QMainWindow &window, std::shared_ptr<TavDataStore> dataStore,
                                const ExplorerContext &context, EntrySelection &selection,
                                ExplorerViews &views)
@@ -93,19 +108,6 @@ void FindController::connectControls(QMainWindow &window)
         connect(checkbox, &QCheckBox::clicked, this, &FindController::findOptionsChanged);
     connect(InterfaceLoader::outlet<QPushButton>(window, "resetFindOptionsButton"),
             &QPushButton::clicked, this, &FindController::resetFindOptions);
-}
-
-void FindController::setShortcuts(QMainWindow &window)
-{
-    const auto set = [&window](const char *item, Qt::KeyboardModifiers modifiers) {
-        InterfaceLoader::outlet<QAction>(window, item)
-            ->setShortcuts({QKeyCombination(modifiers | Qt::ControlModifier, Qt::Key_G),
-                            QKeyCombination(modifiers, Qt::Key_F3)});
-    };
-    set("findNextAction", Qt::NoModifier);
-    set("findPrevAction", Qt::ShiftModifier);
-    set("findNextInAnyPlaneAction", Qt::AltModifier);
-    set("findPrevInAnyPlaneAction", Qt::AltModifier | Qt::ShiftModifier);
 }
 
 std::array<std::pair<FindOption, QCheckBox *>, 8> FindController::findCheckboxes() const

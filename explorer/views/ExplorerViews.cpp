@@ -159,9 +159,13 @@ void ExplorerViews::rereadHiddenNodes()
     outlineDataSource_->rereadHiddenNodes();
 }
 
-void ExplorerViews::disposeOfNodes()
+void ExplorerViews::windowWillClose()
 {
     splitViewAutosave_.reset();
+}
+
+void ExplorerViews::disposeOfNodes()
+{
     outlineDataSource_->disposeOfNodes();
 }
 

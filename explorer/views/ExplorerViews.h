@@ -43,7 +43,8 @@ public:
     void rereadHiddenNodes();
     void expandAll();
     void collapseAll();
-    void disposeOfNodes(); // when the window is gone
+    void windowWillClose(); // saves where the divider is
+    void disposeOfNodes();  // when the window is gone
 
     // In the visible view. Returns the part of the path that was selected.
     TavRegistryEntryPath selectEntryPath(const TavRegistryEntryPath &path, bool scrollToVisible);

@@ -77,6 +77,7 @@ TavWindowController::~TavWindowController()
 {
     dataStore_->removeClient(this);
     finder_->windowWillClose();
+    views_->windowWillClose();
     sheets_.reset();
     planeMenu_.reset();
     window_.reset(); // its views use the parts

@@ -110,9 +110,13 @@ TEST_F(WindowViewsTest, EachArrangementKeepsItsDivider)
     EXPECT_EQ(dividedInto(), sideBySide);
     controller_->browserView();
     EXPECT_EQ(dividedInto(), stacked);
-    close();
-    open(); // the next window finds them
+    dragDivider({0, -30});
+    const QList<int> last = dividedInto();
+    close(); // before the last drag is saved
+    open();  // the next window finds them
     EXPECT_EQ(dividedInto(), sideBySide);
+    controller_->browserView();
+    EXPECT_EQ(dividedInto(), last);
 
     prefer("TavExplorerSplitView-Vertical", QJsonArray{-5, QStringLiteral("x"), 1e300});
     open();
