@@ -6,8 +6,8 @@
 
 class TavRegistryEntry;
 
-// An entry and all below it in one plane, each once and after those below it. It holds while
-// EntryList::changes() stays what it was; finding it takes longer than most that is done with it.
+// An entry of a store and all below it in one plane, each once and after those below it. Valid
+// while EntryList::changes() stays the same; worth keeping, since making it is slow.
 class EntryOrder
 {
 public:

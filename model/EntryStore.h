@@ -27,4 +27,14 @@ public:
     virtual void setHasPendingTerminations(bool pending) = 0;
     // An entry was re-read by itself.
     virtual void noteObjectChanged(TavRegistryEntry &entry) = 0;
+
+    // The numbers of entries, which index arrays beside them: each is below the limit.
+    quint32 takeEntryNumber() { return entryNumberLimit_++; }
+    quint32 entryNumberLimit() const { return entryNumberLimit_; }
+
+protected:
+    void restartEntryNumbers() { entryNumberLimit_ = 0; }
+
+private:
+    quint32 entryNumberLimit_ = 0;
 };

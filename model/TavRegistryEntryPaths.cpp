@@ -65,7 +65,7 @@ QStringList TavRegistryEntry::registryPathsInPlane(const QString &plane) const
 QStringList TavRegistryEntry::planesWithParents() const
 {
     QStringList planes;
-    for (const auto &item : parentsInPlanes_) {
+    for (const auto &item : facts_.parentsInPlanes) {
         if (!item.value.entries().empty())
             planes.append(item.plane());
     }

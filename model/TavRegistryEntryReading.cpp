@@ -51,25 +51,25 @@ bool TavRegistryEntry::initWithDxRegistryEntry(RegistryObject object, EntryStore
     handle_ = RegistryHandle::retain(*service, object);
     if (!readIdentity(*service))
         return false;
-    dataStore_ = &dataStore;
-    dateDiscovered_ = QDateTime::currentDateTimeUtc();
+    _setDataStore(&dataStore);
+    facts_.dateDiscovered = QDateTime::currentDateTimeUtc();
     if (!readInheritance(*service))
         return false;
-    bundleID_ = service->copyBundleIdentifierForClass(inheritance_.constFirst());
-    if (bundleID_ == kernelBundlePlaceholder)
-        bundleID_ = kernelBundleID;
-    setFlag(ConformsToDxService, service->conformsTo(object, serviceClass));
+    facts_.bundleID = service->copyBundleIdentifierForClass(facts_.inheritance.constFirst());
+    if (facts_.bundleID == kernelBundlePlaceholder)
+        facts_.bundleID = kernelBundleID;
+    facts_.setFlag(EntryFacts::ConformsToDxService, service->conformsTo(object, serviceClass));
     if (!readAttributesAndProperties())
         return false;
-    registryState_ = RegistryStateNew;
+    facts_.registryState = RegistryStateNew;
     return true;
 }
 
 bool TavRegistryEntry::readIdentity(RegistryService &service)
 {
     if (service.hasEntryIDs())
-        return service.entryID(handle_.get(), entryTag_) == RegistryStatus::Success;
-    entryTag_ = nextCounterTag();
+        return service.entryID(handle_.get(), facts_.entryTag) == RegistryStatus::Success;
+    facts_.entryTag = nextCounterTag();
     return true;
 }
 
@@ -77,20 +77,20 @@ bool TavRegistryEntry::readInheritance(RegistryService &service)
 {
     QString className = service.copyClassName(handle_.get());
     // A chain that comes back to itself ends there.
-    while (!className.isNull() && !inheritance_.contains(className)) {
-        inheritance_.append(className);
+    while (!className.isNull() && !facts_.inheritance.contains(className)) {
+        facts_.inheritance.append(className);
         className =
             service.hasSuperclassLookup() ? service.copySuperclassName(className) : QString();
     }
-    if (inheritance_.isEmpty())
+    if (facts_.inheritance.isEmpty())
         return false;
     // Entries of one class share the list.
     static QHash<QString, QStringList> known;
-    QStringList &shared = known[inheritance_.constFirst()];
-    if (shared == inheritance_)
-        inheritance_ = shared;
+    QStringList &shared = known[facts_.inheritance.constFirst()];
+    if (shared == facts_.inheritance)
+        facts_.inheritance = shared;
     else
-        shared = inheritance_;
+        shared = facts_.inheritance;
     return true;
 }
 
@@ -101,7 +101,7 @@ bool TavRegistryEntry::readAttributesAndProperties()
     RegistryService &service = *dataStore_->service();
     if (conformsToDxService() && !readServiceState(service))
         return false;
-    kernelRetainCount_ = service.retainCount(handle_.get());
+    facts_.kernelRetainCount = service.retainCount(handle_.get());
     RegistryValue table;
     const bool isRead = readDxRegistryNameAndLocationInPlane({}) &&
                         service.copyProperties(handle_.get(), table) == RegistryStatus::Success;
@@ -161,13 +161,13 @@ bool TavRegistryEntry::readServiceState(RegistryService &service)
     quint64 state = 0;
     if (service.serviceState(handle_.get(), state) != RegistryStatus::Success)
         return false;
-    setFlag(Registered, state & ServiceRegistered);
-    setFlag(Matched, state & ServiceMatched);
-    setFlag(Active, !(state & ServiceInactive));
+    facts_.setFlag(EntryFacts::Registered, state & ServiceRegistered);
+    facts_.setFlag(EntryFacts::Matched, state & ServiceMatched);
+    facts_.setFlag(EntryFacts::Active, !(state & ServiceInactive));
     quint32 busy = 0;
     if (service.busyState(handle_.get(), busy) != RegistryStatus::Success)
         return false;
-    busyCount_ = busy;
+    facts_.busyCount = busy;
     return true;
 }
 
@@ -185,25 +185,25 @@ bool TavRegistryEntry::readDxRegistryNameAndLocationInPlane(const QString &plane
     RegistryName buffer;
     if (service.nameInPlane(handle_.get(), planeName, buffer) != RegistryStatus::Success)
         return false;
-    const auto name = fromServiceText(buffer, name_);
+    const auto name = fromServiceText(buffer, facts_.name);
     if (!name)
         return false;
     std::optional<QString> location;
     const RegistryStatus status = service.locationInPlane(handle_.get(), planeName, buffer);
     if (status == RegistryStatus::Success)
-        location = fromServiceText(buffer, location_);
+        location = fromServiceText(buffer, facts_.location);
     if (status != RegistryStatus::NotFound && !location)
         return false;
 
     isRenamed_ = isRenamed_ || nameInPlane(plane) != *name ||
                  locationInPlane(plane) != location.value_or(QString());
     if (plane.isNull()) {
-        name_ = *name;
-        location_ = location.value_or(QString());
+        facts_.name = *name;
+        facts_.location = location.value_or(QString());
     } else {
-        namesInPlanes_.set(plane, CompactString(*name));
+        facts_.namesInPlanes.set(plane, CompactString(*name));
         if (location)
-            locationsInPlanes_.set(plane, CompactString(*location));
+            facts_.locationsInPlanes.set(plane, CompactString(*location));
     }
     return true;
 }
@@ -222,13 +222,14 @@ void TavRegistryEntry::readChildrenInPlane(const QString &plane)
     const QByteArray planeText = planeCString(plane, planeBufferSize);
     if (planeText.isNull())
         return;
-    EntryList *children = childrenInPlanes_.find(plane);
+    EntryList *children = facts_.childrenInPlanes.find(plane);
     if (children)
         children->removeIf([](TavRegistryEntry *child) { return child->DxRegistryEntry() != 0; });
     for (TavRegistryEntry *terminated : childrenInPlane(plane))
         terminated->addParent(*this, plane);
-    for (TavRegistryEntry *child : newChildrenInPlane(plane, planeText)) {
-        children = children ? children : &childrenInPlanes_[plane];
+    const EntryList newChildren = newChildrenInPlane(plane, planeText);
+    for (TavRegistryEntry *child : newChildren.entries()) {
+        children = children ? children : &facts_.childrenInPlanes[plane];
         children->append(child);
         child->addParent(*this, plane);
     }
@@ -236,15 +237,11 @@ void TavRegistryEntry::readChildrenInPlane(const QString &plane)
         children->setOrder(sortedArrayForPlane(children->entries(), plane));
 }
 
-// Those of the service that are not in the list, none twice.
-EntryList::Entries TavRegistryEntry::newChildrenInPlane(const QString &plane,
-                                                        const QByteArray &cPlane)
+// The service's children that are not in the list.
+EntryList TavRegistryEntry::newChildrenInPlane(const QString &plane, const QByteArray &cPlane)
 {
-    static quint64 reading = 0;
-    ++reading;
-    for (TavRegistryEntry *listed : childrenInPlane(plane))
-        listed->listedByReading_ = reading;
-    EntryList::Entries children;
+    const EntryList *const listed = facts_.childrenInPlanes.find(plane);
+    EntryList children;
     RegistryIterator iterator = 0;
     RegistryService *const service = handle_ ? dataStore_->service() : nullptr;
     if (!service || service->childIterator(handle_.get(), cPlane.constData(), iterator) !=
@@ -252,8 +249,8 @@ EntryList::Entries TavRegistryEntry::newChildrenInPlane(const QString &plane,
         return children;
     while (const auto child = RegistryHandle::adopt(*service, service->iteratorNext(iterator))) {
         auto *const entry = dataStore_->registryEntryForDxRegistryEntry(child.get(), true);
-        if (entry && std::exchange(entry->listedByReading_, reading) != reading)
-            children.push_back(entry);
+        if (entry && !(listed && listed->contains(entry)))
+            children.add(entry);
     }
     service->releaseIterator(iterator);
     return children;
@@ -278,8 +275,8 @@ void TavRegistryEntry::updateIsSingle(bool single)
     if (!dataStore_ || !dataStore_->isLive())
         return;
     setDateLastUpdated(single ? QDateTime::currentDateTimeUtc() : QDateTime());
-    if (!handle_ && !dateTerminated_.isNull()) {
-        registryState_ = RegistryStateTerminated;
+    if (!handle_ && !facts_.dateTerminated.isNull()) {
+        facts_.registryState = RegistryStateTerminated;
         dataStore_->setHasPendingTerminations(true);
     } else {
         readAttributesAndProperties();

@@ -50,6 +50,36 @@ PropertyRef TavRegistryProperty::create(const PropertyClass &nodeClass,
     return PropertyRef(tree, root);
 }
 
+PropertyRef TavRegistryProperty::restore(const PropertyClass &nodeClass,
+                                         const std::shared_ptr<TavRegistryEntry> &entry,
+                                         std::span<const PropertyFacts> nodes)
+{
+    const auto tree = std::make_shared<PropertyTree>(nodeClass, entry, QDateTime());
+    std::vector<TavRegistryProperty *> made(nodes.size());
+    made.front() = tree->addNodes(1);
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        const PropertyFacts &node = nodes[i];
+        TavRegistryProperty &property = *made[i];
+        property.setRegistryState(node.state);
+        property.valueType_ = node.type;
+        if (node.hasName)
+            property.setName(node.name);
+        if (!node.isCollection) {
+            property.value_ = node.value;
+            continue;
+        }
+        TavRegistryProperty *const first = tree->addNodes(node.childCount);
+        property.value_.~RegistryValue();
+        property.flags_ |= Collection;
+        property.children_ = {{first}, node.childCount, false};
+        for (quint32 child = 0; child < node.childCount; ++child) {
+            made[node.firstChild + child] = tree->at(first, child);
+            made[node.firstChild + child]->parent_ = &property;
+        }
+    }
+    return PropertyRef(tree, made.front());
+}
+
 void TavRegistryProperty::openCollection(TavRegistryProperty *&nextFree)
 {
     valueType_ = value_.type();

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "model/PropertyFacts.h"
 #include "model/PropertyTree.h"
-#include "model/RegistryState.h"
-#include "model/RegistryValue.h"
 
 #include <QVarLengthArray>
 #include <QVariantList>
+#include <span>
 
 class TavRegistryProperty;
 
@@ -36,6 +36,11 @@ public:
                               const std::shared_ptr<TavRegistryEntry> &entry, const QDateTime &date,
                               TavRegistryProperty *parent, const QString &name, quint32 index,
                               const RegistryValue &value);
+
+    // Builds the tree of nodes that lie each before its children, which lie one after another.
+    static PropertyRef restore(const PropertyClass &nodeClass,
+                               const std::shared_ptr<TavRegistryEntry> &entry,
+                               std::span<const PropertyFacts> nodes);
 
     PropertyRef ref();
     std::shared_ptr<TavRegistryEntry> registryEntry() const;
@@ -90,7 +95,6 @@ protected:
     const RegistryValue &contents() const;
 
 private:
-    friend class PropertyTreeDecoder;
     enum Flag : quint8 { Collection = 1, HasName = 2 };
     using ChildList = std::vector<TavRegistryProperty *>;
 

@@ -175,6 +175,7 @@ bool DataStoreDecoder::makeEntries(const std::vector<ArchiveReference> &referenc
         highest = std::max(highest, reference.index);
     entries_.assign(highest + std::size_t(1), nullptr);
     store_->registryEntries_.clear();
+    store_->restartEntryNumbers();
     store_->registryEntries_.reserve(references.size());
     for (const ArchiveReference reference : references) {
         if (entries_[reference.index]) {

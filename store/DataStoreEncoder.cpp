@@ -54,9 +54,9 @@ DataStoreEncoder::DataStoreEncoder(const TavDataStore &store, QIODevice &device)
     , propertyClass_(archiver_.addClass<TavRegistryProperty>(
           ArchiveClassName::property[0],
           [this](const TavRegistryProperty &object, KeyedArchiver &) { encodeProperty(object); }))
-    , children_{EntryKey::childrenInPlanes, &TavRegistryEntry::childrenInPlanes_,
+    , children_{EntryKey::childrenInPlanes, &EntryFacts::childrenInPlanes,
                 PlaneLinks::Direction::ToChildren}
-    , parents_{EntryKey::parentsInPlanes, &TavRegistryEntry::parentsInPlanes_,
+    , parents_{EntryKey::parentsInPlanes, &EntryFacts::parentsInPlanes,
                PlaneLinks::Direction::ToParents}
 {}
 
@@ -77,11 +77,14 @@ bool DataStoreEncoder::isAllowed() const
     const auto &entries = store_.registryEntries();
     return Limits::allowPlanes(store_.registryPlanes()) &&
            std::all_of(entries.begin(), entries.end(), [&](const EntryRef &entry) {
-               return Limits::allowName(entry->name_) && Limits::allowName(entry->location_) &&
-                      Limits::allowName(entry->bundleID_) &&
-                      Limits::allowClasses(entry->inheritance_) &&
-                      haveNames(entry->namesInPlanes_) && haveNames(entry->locationsInPlanes_) &&
-                      havePlanes(entry->childrenInPlanes_) && havePlanes(entry->parentsInPlanes_);
+               return Limits::allowName(entry->facts().name) &&
+                      Limits::allowName(entry->facts().location) &&
+                      Limits::allowName(entry->facts().bundleID) &&
+                      Limits::allowClasses(entry->facts().inheritance) &&
+                      haveNames(entry->facts().namesInPlanes) &&
+                      haveNames(entry->facts().locationsInPlanes) &&
+                      havePlanes(entry->facts().childrenInPlanes) &&
+                      havePlanes(entry->facts().parentsInPlanes);
            });
 }
 
@@ -121,13 +124,13 @@ void DataStoreEncoder::encodeEntry(const TavRegistryEntry &entry)
     archiver_.encodeReference(EntryKey::dataStore, archiver_.reference(store_, storeClass_));
     archiver_.encodeDate(EntryKey::dateDiscovered, entry.dateDiscovered());
     archiver_.encodeDate(EntryKey::dateLastUpdated, entry.dateLastUpdated());
-    archiver_.encodeDate(EntryKey::dateTerminated, entry.dateTerminated_);
+    archiver_.encodeDate(EntryKey::dateTerminated, entry.facts().dateTerminated);
     archiver_.encodeString(EntryKey::bundleID, entry.bundleID());
     encodeStrings(EntryKey::inheritance, entry.inheritance());
-    archiver_.encodeString(EntryKey::name, entry.name_);
-    encodeNames(EntryKey::namesInPlanes, entry.namesInPlanes_);
-    archiver_.encodeString(EntryKey::location, entry.location_);
-    encodeNames(EntryKey::locationsInPlanes, entry.locationsInPlanes_);
+    archiver_.encodeString(EntryKey::name, entry.facts().name);
+    encodeNames(EntryKey::namesInPlanes, entry.facts().namesInPlanes);
+    archiver_.encodeString(EntryKey::location, entry.facts().location);
+    encodeNames(EntryKey::locationsInPlanes, entry.facts().locationsInPlanes);
     encodeRelatives(entry, children_);
     encodeRelatives(entry, parents_);
     archiver_.encodeInteger(EntryKey::entryTag, entry.entryTag());

@@ -17,7 +17,7 @@ private:
     struct Relatives
     {
         QLatin1String key;
-        PlaneTable<EntryList> TavRegistryEntry::*table;
+        PlaneTable<EntryList> EntryFacts::*table;
         PlaneLinks::Direction direction;
         PlaneLinks::LinkSets leftOut = {}; // by the entries' numbers in the archive
     };

@@ -28,7 +28,7 @@ PlaneLinks DataStoreEncoder::linksTo(const Relatives &relatives)
     std::vector<quint32> numbers;
     for (const EntryRef &entry : store_.registryEntries()) {
         const quint32 number = archiver_.reference(*entry, entryClass_).index;
-        for (const auto &item : (*entry).*relatives.table) {
+        for (const auto &item : entry->facts().*relatives.table) {
             numbers.clear();
             for (const ArchiveReference relative : writtenRelatives(number, relatives, item))
                 numbers.push_back(relative.index);
@@ -42,7 +42,7 @@ void DataStoreEncoder::encodeRelatives(const TavRegistryEntry &entry, const Rela
 {
     const quint32 number = archiver_.reference(entry, entryClass_).index;
     ArchiveDictionary dictionary;
-    for (const auto &item : entry.*relatives.table) {
+    for (const auto &item : entry.facts().*relatives.table) {
         const std::vector<ArchiveReference> list = writtenRelatives(number, relatives, item);
         if (!list.empty())
             dictionary.push_back({item.plane(), ArchiveList(list.begin(), list.end())});

@@ -18,7 +18,7 @@ PropertyTreeDecoder::decode(ArchiveReference root, ArchiveReference entry, TavRe
         return {};
     entry_ = entry;
     nodes_.clear();
-    nodes_.push_back({.reference = root, .parent = {}, .name = {}, .value = {}});
+    nodes_.emplace_back().reference = root;
     for (std::size_t i = 0; i < nodes_.size(); ++i) {
         if (decodeNode(i))
             continue;
@@ -92,9 +92,12 @@ bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, std::size
     node.firstChild = nodes_.size();
     node.childCount = static_cast<quint32>(children->size());
     const quint32 depth = node.depth + 1;
-    for (const ArchiveReference child : *children) // which may move the node
-        nodes_.push_back(
-            {.reference = child, .parent = index, .depth = depth, .name = {}, .value = {}});
+    for (const ArchiveReference child : *children) { // which may move the node
+        Node &added = nodes_.emplace_back();
+        added.reference = child;
+        added.parent = index;
+        added.depth = depth;
+    }
     return true;
 }
 
@@ -153,31 +156,9 @@ RegistryValue PropertyTreeDecoder::makeTable()
 
 PropertyRef PropertyTreeDecoder::makeTree(TavRegistryEntry &owner) const
 {
-    const auto tree = std::make_shared<PropertyTree>(TavRegistryEntry::currentPropertyClass(),
-                                                     owner.weak_from_this(), QDateTime());
-    std::vector<TavRegistryProperty *> made(nodes_.size());
-    made.front() = tree->addNodes(1);
-    for (std::size_t i = 0; i < nodes_.size(); ++i) {
-        const Node &node = nodes_[i];
-        TavRegistryProperty &property = *made[i];
-        property.setRegistryState(node.state);
-        property.valueType_ = node.type;
-        if (node.hasName)
-            property.setName(node.name);
-        if (!node.isCollection) {
-            property.value_ = node.value;
-            continue;
-        }
-        TavRegistryProperty *const first = tree->addNodes(node.childCount);
-        property.value_.~RegistryValue();
-        property.flags_ |= TavRegistryProperty::Collection;
-        property.children_ = {{first}, node.childCount, false};
-        for (quint32 child = 0; child < node.childCount; ++child) {
-            made[node.firstChild + child] = tree->at(first, child);
-            made[node.firstChild + child]->parent_ = &property;
-        }
-    }
-    return PropertyRef(tree, made.front());
+    const std::vector<PropertyFacts> facts(nodes_.begin(), nodes_.end());
+    return TavRegistryProperty::restore(TavRegistryEntry::currentPropertyClass(),
+                                        owner.shared_from_this(), facts);
 }
 
 bool PropertyTreeDecoder::claim(ArchiveReference node)

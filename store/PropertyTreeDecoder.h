@@ -21,19 +21,11 @@ public:
     Decoded decode(ArchiveReference root, ArchiveReference entry, TavRegistryEntry &owner);
 
 private:
-    struct Node
+    struct Node : PropertyFacts
     {
-        ArchiveReference reference;
-        std::optional<std::size_t> parent; // of the nodes; none: the root
+        ArchiveReference reference{};
+        std::optional<std::size_t> parent; // among the nodes; none: the root
         quint32 depth = 0;
-        quint32 childCount = 0;
-        std::size_t firstChild = 0; // of the nodes
-        RegistryState state = RegistryStateUnchanged;
-        RegistryValue::Type type = RegistryValue::Type::None;
-        bool hasName = false;
-        bool isCollection = false;
-        CompactString name;
-        RegistryValue value;
     };
 
     bool decodeNode(std::size_t index);

@@ -22,16 +22,16 @@ public:
     bool finish(); // after the last; false when they do not fit together
 
 private:
-    bool decodeDates(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeNames(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeRelations(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeState(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeOldState(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeDates(const ArchivedObject &object, EntryFacts &facts);
+    bool decodeNames(const ArchivedObject &object, EntryFacts &facts);
+    bool decodeRelations(const ArchivedObject &object, EntryFacts &facts);
+    bool decodeCountsAndFlags(const ArchivedObject &object, EntryFacts &facts);
+    bool decodeState(const ArchivedObject &object, EntryFacts &facts);
+    bool decodeOldState(const ArchivedObject &object, EntryFacts &facts);
     bool decodeOldProperties(const ArchivedObject &object, TavRegistryEntry &entry);
     static qint32 versionOf(const ArchivedObject &object);
-    bool decodeInheritance(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeNewInheritance(const ArchivedObject &object, TavRegistryEntry &entry);
+    bool decodeInheritance(const ArchivedObject &object, EntryFacts &facts);
+    bool decodeNewInheritance(const ArchivedObject &object, EntryFacts &facts);
     bool setNames(PlaneNames &names, const ArchivedValue &value);
     bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
                       const ArchivedValue &value);

@@ -276,6 +276,9 @@ void TavDataStore::dropEntries(const EntrySet &leaving)
         }
     }
     std::erase_if(registryEntries_, isLeaving);
+    restartEntryNumbers();
+    for (const EntryRef &entry : registryEntries_)
+        entry->setNumber(takeEntryNumber());
     pass_.noteDropped(countBefore, registryEntries_.size());
 }
 

@@ -45,9 +45,9 @@ void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet 
     // The inheritance has the entry's own class too.
     if (options.testFlag(FindOption::Inheritance))
         options.setFlag(FindOption::Class, false);
-    EntryQuery search(query, options);
+    EntryQuery search(query, options, entryNumberLimit());
     std::vector<Entries> parts = partsOf(registryEntries_);
-    // Each with a copy of the search, which keeps what it has seen.
+    // Each part has a copy of the search, whose caches serve one thread.
     const auto prepare = [&search](Entries part) { EntryQuery(search).prepare(part); };
     QFutureSynchronizer<void> preparing(QtConcurrent::map(parts, prepare));
     const std::vector<EntryOrder> &orders = planeOrders();
