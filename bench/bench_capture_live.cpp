@@ -1,6 +1,6 @@
 // The whole capture of this machine's registry against the least that reading it can cost: a tight
 // single-threaded loop over the same attribute files; and a whole update in which nothing changed
-// against its sweep alone.
+// against its reading alone.
 #include "model/linux/LinuxRegistryService.h"
 #include "store/TavDataStore.h"
 
@@ -23,7 +23,7 @@ struct Folder
 // The files that a capture reads, by folder.
 std::vector<Folder> filesOfACapture(const char *root)
 {
-    Sweeper::Options options;
+    TreeReader::Options options;
     options.recordsFiles = true;
     QString error;
     const auto service = LinuxRegistryService::create(QString::fromUtf8(root), options, &error);
@@ -76,7 +76,7 @@ void captureAgainstLoop(benchmark::State &state)
     const auto folders = filesOfACapture("/sys");
     std::vector<double> loops;
     std::vector<double> captures;
-    std::vector<double> sweeps;
+    std::vector<double> readings;
     std::vector<double> updates;
     std::size_t entries = 0;
     for (auto _ : state) {
@@ -88,10 +88,10 @@ void captureAgainstLoop(benchmark::State &state)
         const auto store = TavDataStore::initFromDxRegistry(*service);
         const auto afterCapture = Clock::now();
         service->prepare();
-        const auto afterSweep = Clock::now();
+        const auto afterReading = Clock::now();
         store->update();
-        updates.push_back(milliseconds(Clock::now() - afterSweep));
-        sweeps.push_back(milliseconds(afterSweep - afterCapture));
+        updates.push_back(milliseconds(Clock::now() - afterReading));
+        readings.push_back(milliseconds(afterReading - afterCapture));
         loops.push_back(milliseconds(afterLoop - begin));
         captures.push_back(milliseconds(afterCapture - afterLoop));
         entries = store->registryEntries().size();
@@ -102,9 +102,9 @@ void captureAgainstLoop(benchmark::State &state)
     state.counters["entries"] = static_cast<double>(entries);
     state.counters["files"] = static_cast<double>(files);
     state.counters["loop_ms"] = median(loops);
-    state.counters["sweep_ms"] = median(sweeps);
+    state.counters["reading_ms"] = median(readings);
     state.counters["capture_ms"] = median(captures);
-    state.counters["update_ratio"] = median(updates) / median(sweeps);
+    state.counters["update_ratio"] = median(updates) / median(readings);
     state.counters["ratio"] = median(captures) / median(loops);
 }
 BENCHMARK(captureAgainstLoop)->Unit(benchmark::kMillisecond)->Iterations(25);

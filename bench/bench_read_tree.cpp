@@ -114,7 +114,7 @@ void readAgainstFindAndCat(benchmark::State &state, int devices, int folders, in
         note(least, findAndCat(tree.sys()));
         QString error;
         const auto begin = Clock::now();
-        Sweeper(
+        TreeReader(
             std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(tree.sys()), &error)))
             .run();
         const auto afterRead = Clock::now();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "model/EntryList.h"
-#include "model/PlaneNames.h"
-#include "model/PlaneTable.h"
+#include "model/NamesByPlane.h"
+#include "model/PlaneMap.h"
 #include "model/RegistryState.h"
 
 #include <QDateTime>
@@ -32,10 +32,10 @@ struct EntryFacts
     QStringList inheritance = {}; // most derived first
     QString name = {};            // in no plane in particular
     QString location = {};
-    PlaneNames namesInPlanes = {};
-    PlaneNames locationsInPlanes = {};
-    PlaneTable<EntryList> childrenInPlanes = {};
-    PlaneTable<EntryList> parentsInPlanes = {};
+    NamesByPlane namesInPlanes = {};
+    NamesByPlane locationsInPlanes = {};
+    PlaneMap<EntryList> childrenInPlanes = {};
+    PlaneMap<EntryList> parentsInPlanes = {};
     RegistryState registryState = RegistryStateUnchanged;
     quint32 busyCount = 0;
     quint32 kernelRetainCount = 0;

@@ -201,7 +201,7 @@ bool TavRegistryEntry::isKindOfDxcoreClass(const QString &className, bool substr
 }
 
 namespace {
-const EntryList::Entries &entriesOf(const PlaneTable<EntryList> &table, const QString &plane)
+const EntryList::Entries &entriesOf(const PlaneMap<EntryList> &table, const QString &plane)
 {
     static const EntryList::Entries none;
     const EntryList *list = table.find(plane);

@@ -203,5 +203,5 @@ private:
     QDateTime dateRead_;  // of the table
     mutable PropertyRef properties_;
     PropertyText propertyText_; // of the properties
-    PlaneTable<bool> descendantMatchesLastQueryInPlanes_;
+    PlaneMap<bool> descendantMatchesLastQueryInPlanes_;
 };

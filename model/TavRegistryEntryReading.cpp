@@ -12,7 +12,7 @@ const QString serviceClass = QStringLiteral("DxService");
 QByteArray planeCString(const QString &plane, qsizetype bufferSize)
 {
     constexpr std::size_t mostPlanes = 32;
-    static PlaneTable<QByteArray> known;
+    static PlaneMap<QByteArray> known;
     const auto isAscii = [](QChar c) { return c.unicode() > 0 && c.unicode() < 128; };
     if (plane.size() >= bufferSize)
         return {};

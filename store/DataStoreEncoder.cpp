@@ -55,9 +55,9 @@ DataStoreEncoder::DataStoreEncoder(const TavDataStore &store, QIODevice &device)
           ArchiveClassName::property[0],
           [this](const TavRegistryProperty &object, KeyedArchiver &) { encodeProperty(object); }))
     , children_{EntryKey::childrenInPlanes, &EntryFacts::childrenInPlanes,
-                PlaneLinks::Direction::ToChildren}
+                LinkChecker::Direction::ToChildren}
     , parents_{EntryKey::parentsInPlanes, &EntryFacts::parentsInPlanes,
-               PlaneLinks::Direction::ToParents}
+               LinkChecker::Direction::ToParents}
 {}
 
 bool DataStoreEncoder::isAllowed() const
@@ -67,7 +67,7 @@ bool DataStoreEncoder::isAllowed() const
         return std::all_of(table.begin(), table.end(),
                            [](const auto &item) { return Limits::allowName(item.plane()); });
     };
-    const auto haveNames = [&](const PlaneNames &names) {
+    const auto haveNames = [&](const NamesByPlane &names) {
         for (std::size_t i = 0; i < names.size(); ++i) {
             if (!Limits::allowName(names.plane(i)) || names.name(i).size() > Limits::longestName)
                 return false;
@@ -201,7 +201,7 @@ void DataStoreEncoder::encodeStrings(QLatin1String key, const QStringList &strin
     archiver_.encodeValue(key, ArchiveList(strings.begin(), strings.end()));
 }
 
-void DataStoreEncoder::encodeNames(QLatin1String key, const PlaneNames &names)
+void DataStoreEncoder::encodeNames(QLatin1String key, const NamesByPlane &names)
 {
     ArchiveDictionary dictionary;
     for (std::size_t i = 0; i < names.size(); ++i)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/archive/KeyedArchiver.h"
-#include "store/PlaneLinks.h"
+#include "store/LinkChecker.h"
 #include "store/TavDataStore.h"
 
 // Writes a data store, with its entries and their property trees, as the archive that is the
@@ -17,27 +17,27 @@ private:
     struct Relatives
     {
         QLatin1String key;
-        PlaneTable<EntryList> EntryFacts::*table;
-        PlaneLinks::Direction direction;
-        PlaneLinks::LinkSets leftOut = {}; // by the entries' numbers in the archive
+        PlaneMap<EntryList> EntryFacts::*table;
+        LinkChecker::Direction direction;
+        LinkChecker::LinkSets leftOut = {}; // by the entries' numbers in the archive
     };
 
     DataStoreEncoder(const TavDataStore &store, QIODevice &device);
     bool isAllowed() const; // false when no archive of the store would open
     void makeMissingTrees();
     bool settleLinks(); // likewise
-    PlaneLinks linksTo(const Relatives &relatives);
+    LinkChecker linksTo(const Relatives &relatives);
     void encodeStore(const TavDataStore &store);
     void encodeEntry(const TavRegistryEntry &entry);
     void encodeProperty(const TavRegistryProperty &node);
     void encodeParent(const TavRegistryProperty &node);
     void encodeChildren(const TavRegistryProperty &node);
     void encodeStrings(QLatin1String key, const QStringList &strings);
-    void encodeNames(QLatin1String key, const PlaneNames &names);
+    void encodeNames(QLatin1String key, const NamesByPlane &names);
     void encodeRelatives(const TavRegistryEntry &entry, const Relatives &relatives);
     // Of the entry of that number in the archive.
     std::vector<ArchiveReference> writtenRelatives(quint32 number, const Relatives &relatives,
-                                                   const PlaneTable<EntryList>::Item &item);
+                                                   const PlaneMap<EntryList>::Item &item);
     const TavRegistryProperty *treeOf(const TavRegistryEntry &entry) const;
 
     const TavDataStore &store_;

@@ -8,23 +8,23 @@ bool DataStoreEncoder::settleLinks()
     archiver_.reference(store_, storeClass_); // the root of the archive
     for (const EntryRef &entry : store_.registryEntries())
         archiver_.reference(*entry, entryClass_);
-    const quint64 mostPaths = PlaneLinks::pathLimit(store_.registryEntries().size());
+    const quint64 mostPaths = LinkChecker::pathLimit(store_.registryEntries().size());
     for (Relatives *relatives : {&children_, &parents_}) {
-        const PlaneLinks links = linksTo(*relatives);
-        PlaneLinks::Finding finding = links.check(mostPaths);
-        if (finding == PlaneLinks::Finding::Cycle) {
+        const LinkChecker links = linksTo(*relatives);
+        LinkChecker::Finding finding = links.check(mostPaths);
+        if (finding == LinkChecker::Finding::Cycle) {
             relatives->leftOut = links.closingLinks();
             finding = linksTo(*relatives).check(mostPaths);
         }
-        if (finding != PlaneLinks::Finding::Sound)
+        if (finding != LinkChecker::Finding::Sound)
             return false;
     }
     return true;
 }
 
-PlaneLinks DataStoreEncoder::linksTo(const Relatives &relatives)
+LinkChecker DataStoreEncoder::linksTo(const Relatives &relatives)
 {
-    PlaneLinks links(relatives.direction);
+    LinkChecker links(relatives.direction);
     std::vector<quint32> numbers;
     for (const EntryRef &entry : store_.registryEntries()) {
         const quint32 number = archiver_.reference(*entry, entryClass_).index;
@@ -52,7 +52,7 @@ void DataStoreEncoder::encodeRelatives(const TavRegistryEntry &entry, const Rela
 
 std::vector<ArchiveReference>
 DataStoreEncoder::writtenRelatives(quint32 number, const Relatives &relatives,
-                                   const PlaneTable<EntryList>::Item &item)
+                                   const PlaneMap<EntryList>::Item &item)
 {
     const auto leftOut = relatives.leftOut.constFind(item.plane());
     std::vector<ArchiveReference> references;

@@ -79,15 +79,15 @@ bool RegistryEntryDecoder::finish()
     return !unarchiver_.error();
 }
 
-void RegistryEntryDecoder::check(const PlaneLinks &links)
+void RegistryEntryDecoder::check(const LinkChecker &links)
 {
-    switch (links.check(PlaneLinks::pathLimit(entryCount_))) {
-    case PlaneLinks::Finding::Sound:
+    switch (links.check(LinkChecker::pathLimit(entryCount_))) {
+    case LinkChecker::Finding::Sound:
         break;
-    case PlaneLinks::Finding::Cycle:
+    case LinkChecker::Finding::Cycle:
         unarchiver_.fail(QStringLiteral("an entry is its own ancestor"), {});
         break;
-    case PlaneLinks::Finding::TooManyPaths:
+    case LinkChecker::Finding::TooManyPaths:
         unarchiver_.fail(QStringLiteral("the entries have more paths than can be followed"), {});
         break;
     }
@@ -160,8 +160,7 @@ bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object, En
 bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, EntryFacts &facts)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::List | ArchiveKind::String;
-    const auto decode = [&](PlaneTable<EntryList> &relatives, PlaneLinks &links,
-                            QLatin1String key) {
+    const auto decode = [&](PlaneMap<EntryList> &relatives, LinkChecker &links, QLatin1String key) {
         return setRelatives(relatives, links, object.reference().index,
                             object.valueInPlace(key, table, ArchiveClassName::entry)) ||
                fail("location", "not a table of entries of the store");
@@ -229,12 +228,12 @@ bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
     return succeeded("properties");
 }
 
-bool RegistryEntryDecoder::setNames(PlaneNames &names, const ArchivedValue &value)
+bool RegistryEntryDecoder::setNames(NamesByPlane &names, const ArchivedValue &value)
 {
     if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
-    PlaneNames::Strings planes;
-    PlaneNames::Strings texts;
+    NamesByPlane::Strings planes;
+    NamesByPlane::Strings texts;
     for (const auto &[plane, member] : sortedByKey(value)) {
         const QString *const name = member.string();
         if (!name || !SnapshotLimits::allowName(*name) || !SnapshotLimits::allowName(*plane))
@@ -246,7 +245,7 @@ bool RegistryEntryDecoder::setNames(PlaneNames &names, const ArchivedValue &valu
     return true;
 }
 
-bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links,
+bool RegistryEntryDecoder::setRelatives(PlaneMap<EntryList> &table, LinkChecker &links,
                                         quint32 entry, const ArchivedValue &value)
 {
     if (!value.isDictionary())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "store/PlaneLinks.h"
+#include "store/LinkChecker.h"
 #include "store/PropertyTreeDecoder.h"
 
 // Decodes the entries of a store, one after another, once all of them have been made.
@@ -32,11 +32,11 @@ private:
     static qint32 versionOf(const ArchivedObject &object);
     bool decodeInheritance(const ArchivedObject &object, EntryFacts &facts);
     bool decodeNewInheritance(const ArchivedObject &object, EntryFacts &facts);
-    bool setNames(PlaneNames &names, const ArchivedValue &value);
-    bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
+    bool setNames(NamesByPlane &names, const ArchivedValue &value);
+    bool setRelatives(PlaneMap<EntryList> &table, LinkChecker &links, quint32 entry,
                       const ArchivedValue &value);
     bool readRelatives(const ArchivedValue &list);
-    void check(const PlaneLinks &links);
+    void check(const LinkChecker &links);
     bool isDecoded(const QString &name, const char *what);
     bool succeeded(const char *what);
     bool fail(const char *what, const char *reason);
@@ -57,6 +57,6 @@ private:
         inheritances_;                // by the first string, the last one: entries share them
     std::vector<quint64> identities_; // of the current list
     std::size_t entryCount_ = 0;
-    PlaneLinks childLinks_{PlaneLinks::Direction::ToChildren};
-    PlaneLinks parentLinks_{PlaneLinks::Direction::ToParents};
+    LinkChecker childLinks_{LinkChecker::Direction::ToChildren};
+    LinkChecker parentLinks_{LinkChecker::Direction::ToParents};
 };

@@ -3,7 +3,7 @@
 #include "model/linux/PciClass.h"
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 
 const QString entryClass = QStringLiteral("DxRegistryEntry");
 const QString serviceClass = QStringLiteral("DxService");

@@ -9,7 +9,7 @@ using Interest = NotificationPorts::Interest;
 
 constexpr int mostChecks = 3;
 
-// What is known of a device before a sweep has seen it.
+// What is known of a device before a reading has seen it.
 HostObject announcedDevice(const QByteArray &path, quint64 inode, quint64 id)
 {
     HostObject device;
@@ -24,7 +24,8 @@ HostObject announcedDevice(const QByteArray &path, quint64 inode, quint64 id)
 }
 } // namespace
 
-EventNotifier::EventNotifier(const SysfsRoot &root, HeldObjects &objects, NotificationPorts &ports)
+EventNotifier::EventNotifier(const SysfsRoot &root, ObjectHandles &objects,
+                             NotificationPorts &ports)
     : root_(root)
     , objects_(objects)
     , ports_(ports)
@@ -33,7 +34,7 @@ EventNotifier::EventNotifier(const SysfsRoot &root, HeldObjects &objects, Notifi
 void EventNotifier::handle(const DeviceEvent &event)
 {
     if (!objects_.graph())
-        return; // the first sweep will see it
+        return; // the first reading will see it
     const QByteArray binding = event.path + "/driver";
     switch (event.action) {
     case DeviceEvent::Action::Add:
@@ -75,8 +76,8 @@ void EventNotifier::appeared(Matching kind, const QByteArray &path)
 
 void EventNotifier::noteRemoval(const QByteArray &path)
 {
-    if (isSweeping_)
-        removalsInSweep_.push_back(path);
+    if (isReading_)
+        removalsInReading_.push_back(path);
     check({path, mostChecks});
 }
 
@@ -115,16 +116,16 @@ void EventNotifier::announceGone(RegistryObject object)
     ports_.announce(Matching::Terminate, object, true);
 }
 
-void EventNotifier::sweepBegins()
+void EventNotifier::readingBegins()
 {
-    isSweeping_ = true;
-    removalsInSweep_.clear();
+    isReading_ = true;
+    removalsInReading_.clear();
 }
 
 void EventNotifier::graphChanged(const std::vector<RegistryObject> &vanished,
                                  quint32 busyCountBefore)
 {
-    isSweeping_ = false;
+    isReading_ = false;
     for (const RegistryObject object : vanished) {
         const HostObject &last = *objects_.find(object);
         if (returned_.isGone(last))
@@ -132,15 +133,15 @@ void EventNotifier::graphChanged(const std::vector<RegistryObject> &vanished,
         returned_.noteGone(last);
         announceGone(object);
     }
-    for (const QByteArray &path : std::exchange(removalsInSweep_, {}))
+    for (const QByteArray &path : std::exchange(removalsInReading_, {}))
         check({path, mostChecks});
     busyCountChanged(busyCountBefore);
 }
 
 void EventNotifier::busyCountChanged(quint32 before)
 {
-    const RegistryObject host = objects_.hold(HostObjects::host);
-    const quint32 busyCount = objects_.graph()->at(HostObjects::host).busyCount();
+    const RegistryObject host = objects_.hold(ObjectTable::host);
+    const quint32 busyCount = objects_.graph()->at(ObjectTable::host).busyCount();
     if ((busyCount > 0) != (before > 0))
         ports_.tell(Interest::Busy, host, busyCount);
     objects_.release(host);
@@ -148,7 +149,7 @@ void EventNotifier::busyCountChanged(quint32 before)
 
 void EventNotifier::tellOfChange()
 {
-    const RegistryObject host = objects_.hold(HostObjects::host);
+    const RegistryObject host = objects_.hold(ObjectTable::host);
     ports_.tell(Interest::General, host);
     objects_.release(host);
 }

@@ -2,24 +2,24 @@
 
 #include "model/NotificationPorts.h"
 #include "model/linux/DeviceEvent.h"
-#include "model/linux/HeldObjects.h"
-#include "model/linux/ReturnedObjects.h"
+#include "model/linux/ObjectHandles.h"
+#include "model/linux/VanishedObjects.h"
 #include "platform/runloop/OneShotTimer.h"
 
 class SysfsRoot;
 
 // Makes notifications of the host's events and of what a new graph shows. Every object that goes
-// is announced once, be it by its event or because a sweep has not found it.
+// is announced once, be it by its event or because a reading has not found it.
 class EventNotifier
 {
 public:
-    EventNotifier(const SysfsRoot &root, HeldObjects &objects, NotificationPorts &ports);
+    EventNotifier(const SysfsRoot &root, ObjectHandles &objects, NotificationPorts &ports);
 
     void handle(const DeviceEvent &event);
-    void sweepBegins();
-    // A sweep's graph, before it is put in place. Whether there are other IDs than before.
+    void readingBegins();
+    // A reading's graph, before it is put in place. Whether there are other IDs than before.
     bool graphRead(RegistryGraph &graph) { return returned_.applyTo(graph, root_); }
-    // After a sweep: what was held and is not in its graph, and the host's busy count before it.
+    // After a reading: what was held and is not in its graph, and the host's busy count before it.
     void graphChanged(const std::vector<RegistryObject> &vanished, quint32 busyCountBefore);
     void busyCountChanged(quint32 before); // the host's
     void tellOfChange();                   // of something or other on the host
@@ -42,11 +42,11 @@ private:
     void announceGone(RegistryObject object);
 
     const SysfsRoot &root_;
-    HeldObjects &objects_;
+    ObjectHandles &objects_;
     NotificationPorts &ports_;
-    ReturnedObjects returned_;
-    bool isSweeping_ = false;
-    std::vector<QByteArray> removalsInSweep_; // which may have seen them just before
+    VanishedObjects returned_;
+    bool isReading_ = false;
+    std::vector<QByteArray> removalsInReading_; // which may have seen them just before
     std::vector<Removal> doubtful_;
     OneShotTimer::Ref nextCheck_;
 };

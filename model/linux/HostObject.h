@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/linux/Planes.h"
-#include "model/linux/SweepObject.h"
+#include "model/linux/Plane.h"
+#include "model/linux/RawObject.h"
 
 // UTF-8, at most 127 bytes each. A null location is none.
 struct NameAndLocation
@@ -13,7 +13,7 @@ struct NameAndLocation
 };
 
 // An object of the host with all that the registry tells of it.
-struct HostObject : SweepObject
+struct HostObject : RawObject
 {
     static constexpr int none = -1;
 
@@ -40,7 +40,7 @@ struct HostObject : SweepObject
     quint32 retainCount = 1;
     QStringList refusedParents;
     RegistryValue properties;
-    quint64 changedIn = 0; // the sweep that found it not as the one before
+    quint64 changedIn = 0; // the reading that found it not as the one before
 
     quint32 busyCount() const { return ownBusyCount + busyChildren; }
     bool isService() const

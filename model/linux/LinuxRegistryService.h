@@ -4,8 +4,8 @@
 #include "model/linux/DeviceEventSource.h"
 #include "model/linux/DriverBundles.h"
 #include "model/linux/EventNotifier.h"
-#include "model/linux/HeldObjects.h"
-#include "model/linux/Preparation.h"
+#include "model/linux/GraphTask.h"
+#include "model/linux/ObjectHandles.h"
 #include "model/linux/UdevDatabase.h"
 #include "platform/host/PowerMessages.h"
 #include "platform/runloop/RunLoopSource.h"
@@ -13,7 +13,7 @@
 #include <QObject>
 #include <map>
 
-// The device registry of a sysfs tree. Answers from the last finished sweep; of the kernel's own
+// The device registry of a sysfs tree. Answers from the last finished reading; of the kernel's own
 // tree it also tells the changes.
 class LinuxRegistryService : public NotifyingRegistryService
 {
@@ -23,8 +23,8 @@ public:
 
     // Null, with a message for the user, when the folder is no sysfs tree.
     static std::unique_ptr<LinuxRegistryService> create(const QString &sysfsRoot, QString *error);
-    static std::unique_ptr<LinuxRegistryService> create(const QString &sysfsRoot,
-                                                        Sweeper::Options options, QString *error);
+    static std::unique_ptr<LinuxRegistryService>
+    create(const QString &sysfsRoot, TreeReader::Options options, QString *error);
     ~LinuxRegistryService() override;
 
     // Before the first notification port. Trees other than the kernel's have no events by default.
@@ -64,7 +64,7 @@ public:
     void retain(RegistryObject object) override;
     void release(RegistryObject object) override;
     QString bundleURLForIdentifier(const QString &bundleID) override;
-    quint64 readingNumber() const override { return sweepCount_; }
+    quint64 readingNumber() const override { return treeReadings_; }
     bool isUnchangedSince(RegistryObject object, quint64 reading) override;
 
     NotificationPort createNotificationPort() override;
@@ -75,55 +75,55 @@ public:
     void allowPowerChange(PowerConnection connection, quintptr notificationID) override;
     void releasePowerConnection(PowerConnection connection) override;
 
-    // Every file that the last sweep has read, where the options ask for it.
+    // Every file that the last reading has read, where the options ask for it.
     const std::vector<QByteArray> &filesRead() const { return filesRead_; }
 
 private:
     struct Iterator
     {
         std::span<const int> rest;
-        quint64 sweep = 0; // one that began before the last sweep has ended
+        quint64 reading = 0; // one that began before the last reading has ended
     };
-    LinuxRegistryService(std::shared_ptr<const SysfsRoot> root, Sweeper::Options options);
+    LinuxRegistryService(std::shared_ptr<const SysfsRoot> root, TreeReader::Options options);
     RegistryGraph *graph() { return objects_.graph(); }
     const RegistryGraph *graph() const { return objects_.graph(); }
     const HostObject *find(RegistryObject object) const { return objects_.find(object); }
     RegistryObject holdHost();
     static RegistryStatus copyText(const QByteArray &text, RegistryName &buffer);
 
-    struct Reading // of one attribute, which goes on
+    struct AttributeReading // of one attribute, which goes on
     {
         RegistryObject object = 0; // held
         quint64 node = 0;
         std::function<void()> ready;
-        std::unique_ptr<BackgroundTask<std::pair<Sweeper, SweepObject>>> task;
+        std::unique_ptr<BackgroundTask<std::pair<TreeReader, RawObject>>> task;
     };
     ObjectReader::Request requestFor(int index) const; // of what is read on request
     // None when the user has cancelled it.
-    std::optional<SweepObject> readAllOnRequest(const ObjectReader::Request &request);
+    std::optional<RawObject> readAllOnRequest(const ObjectReader::Request &request);
     void attributeRead(quint64 number);
-    void beginPreparation(std::shared_ptr<SweepControl> control = {});
+    void beginPreparation(std::shared_ptr<SlowStep> slowStep = {});
     void cancelPreparation();
     void preparationFinished(quint64 number);
     std::vector<std::function<void()>> installPreparation();
-    void installGraph(Preparation::Result result);
+    void installGraph(GraphTask::Result result);
 
     bool openEvents();
     void receiveEvents();
     void checkEverything();
 
     std::shared_ptr<const SysfsRoot> root_;
-    Sweeper sweeper_;
+    TreeReader treeReader_;
     UdevDatabase udev_;
     ClassNames classNames_;
     DriverBundles bundles_;
-    HeldObjects objects_;
+    ObjectHandles objects_;
     RequestedAttributes requested_;
     std::vector<quint64> readMeanwhile_; // nodes, since the preparation that runs has begun
     std::vector<Iterator> iterators_;    // by iterator, less one
     std::vector<RegistryIterator> freeIterators_;
-    quint64 sweepCount_ = 0;
-    RegistryGraph::Memory memory_; // of the last sweep
+    quint64 treeReadings_ = 0;
+    RegistryGraph::Memory memory_; // of the last reading
     std::vector<QByteArray> filesRead_;
 
     EventSourceFactory openEvents_;
@@ -139,8 +139,8 @@ private:
     std::vector<std::function<void()>> readyLater_;
     quint64 preparationNumber_ = 0;
     std::shared_ptr<const void> alive_;
-    QObject mainThread_;                       // where a preparation reports
-    std::unique_ptr<Preparation> preparation_; // ends before all else
-    std::map<quint64, Reading> readings_;      // by number; the same
-    quint64 readingNumber_ = 0;
+    QObject mainThread_;                                    // where a preparation reports
+    std::unique_ptr<GraphTask> preparation_;                // ends before all else
+    std::map<quint64, AttributeReading> attributeReadings_; // by number; the same
+    quint64 attributeReadingNumber_ = 0;
 };

@@ -1,7 +1,7 @@
 // Reading anew, and telling of changes.
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"
-#include "model/linux/SweepWait.h"
+#include "model/linux/ReadingWait.h"
 #include "platform/runloop/Disposal.h"
 #include "platform/runloop/RunLoop.h"
 
@@ -11,8 +11,8 @@ bool LinuxRegistryService::prepare()
     cancelPreparation();
     std::move(readyLater_.begin(), readyLater_.end(), std::back_inserter(ready_));
     readyLater_.clear();
-    SweepWait wait;
-    beginPreparation(wait.control());
+    ReadingWait wait;
+    beginPreparation(wait.slowStep());
     RunLoop::main().wait(wait, [&](auto most) {
         return !preparation_ || wait.isCancelled() || preparation_->waitFor(most);
     });
@@ -41,9 +41,9 @@ void LinuxRegistryService::prepareAsync(std::function<void()> ready)
     beginPreparation();
 }
 
-void LinuxRegistryService::beginPreparation(std::shared_ptr<SweepControl> control)
+void LinuxRegistryService::beginPreparation(std::shared_ptr<SlowStep> slowStep)
 {
-    notifier_.sweepBegins();
+    notifier_.readingBegins();
     // What has come back is not what was asked for.
     requested_.keepOnly([this](quint64 node) { return !notifier_.isGoneNode(node); });
     readMeanwhile_.clear();
@@ -52,12 +52,12 @@ void LinuxRegistryService::beginPreparation(std::shared_ptr<SweepControl> contro
         QMetaObject::invokeMethod(
             &mainThread_, [this, number] { preparationFinished(number); }, Qt::QueuedConnection);
     };
-    Sweeper sweeper = sweeper_;
-    sweeper.setControl(std::move(control));
+    TreeReader treeReader = treeReader_;
+    treeReader.setSlowStep(std::move(slowStep));
     preparation_ =
-        std::make_unique<Preparation>(Preparation::Input{root_, std::move(sweeper), classNames_,
-                                                         requested_, memory_, sweepCount_ + 1},
-                                      finished);
+        std::make_unique<GraphTask>(GraphTask::Input{root_, std::move(treeReader), classNames_,
+                                                     requested_, memory_, treeReadings_ + 1},
+                                    finished);
 }
 
 // What has not answered meanwhile need not be tried again.
@@ -65,19 +65,19 @@ void LinuxRegistryService::cancelPreparation()
 {
     if (!preparation_)
         return;
-    sweeper_.learnFrom(preparation_->cancel());
+    treeReader_.learnFrom(preparation_->cancel());
     preparation_.reset();
 }
 
 bool LinuxRegistryService::retryWhatDidNotAnswer()
 {
     cancelPreparation();
-    const Sweeper before = sweeper_;
-    sweeper_.forgetWhatDidNotAnswer();
+    const TreeReader before = treeReader_;
+    treeReader_.forgetWhatDidNotAnswer();
     requested_.forgetUnanswered();
     if (prepare())
         return true;
-    sweeper_.learnFrom(before); // updates in the background need not try it again
+    treeReader_.learnFrom(before); // updates in the background need not try it again
     return false;
 }
 
@@ -95,9 +95,9 @@ void LinuxRegistryService::preparationFinished(quint64 number)
 // Whoever waited for what is now installed is to be called.
 std::vector<std::function<void()>> LinuxRegistryService::installPreparation()
 {
-    Preparation::Result result = preparation_->take();
+    GraphTask::Result result = preparation_->take();
     preparation_.reset();
-    sweeper_.learnFrom(result.sweeper);
+    treeReader_.learnFrom(result.treeReader);
     installGraph(std::move(result));
     auto ready = std::exchange(ready_, std::exchange(readyLater_, {}));
     if (!ready_.empty())
@@ -106,12 +106,12 @@ std::vector<std::function<void()>> LinuxRegistryService::installPreparation()
     return ready;
 }
 
-void LinuxRegistryService::installGraph(Preparation::Result result)
+void LinuxRegistryService::installGraph(GraphTask::Result result)
 {
     classNames_ = std::move(result.classNames);
     filesRead_ = std::move(result.filesRead);
-    const quint32 busyCountBefore = graph() ? graph()->at(HostObjects::host).busyCount()
-                                            : result.graph->at(HostObjects::host).busyCount();
+    const quint32 busyCountBefore = graph() ? graph()->at(ObjectTable::host).busyCount()
+                                            : result.graph->at(ObjectTable::host).busyCount();
     // While the objects still have their nodes' IDs.
     requested_.keepOnly(
         [&](quint64 node) { return result.graph->withID(node) != HostObject::none; });
@@ -124,11 +124,11 @@ void LinuxRegistryService::installGraph(Preparation::Result result)
     std::swap(memory_, result.memory);
     std::vector<RegistryObject> vanished;
     result.graph = objects_.setGraph(std::move(result.graph), vanished);
-    ++sweepCount_;
+    ++treeReadings_;
     notifier_.graphChanged(vanished, busyCountBefore);
     // What was there before is about as large.
     if (memory_.size() >= qsizetype(Disposal::worthwhile))
-        Disposal::later(std::make_shared<Preparation::Result>(std::move(result)));
+        Disposal::later(std::make_shared<GraphTask::Result>(std::move(result)));
 }
 
 bool LinuxRegistryService::openEvents()

@@ -5,7 +5,7 @@
 #include <cstring>
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 } // namespace
 
 HostInformation LinuxRegistryService::hostInformation()

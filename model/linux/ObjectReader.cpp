@@ -114,7 +114,7 @@ struct ObjectReader::Job
     void noteUnread(const Directory &directory, const QByteArray &name, std::optional<int> error)
     {
         if (!error)
-            noteUnread(directory, name, SweepObject::noAnswer);
+            noteUnread(directory, name, RawObject::noAnswer);
         else if (*error != 0 && *error != ENOENT)
             noteUnread(directory, name, std::strerror(*error));
     }
@@ -135,7 +135,7 @@ ObjectReader::~ObjectReader() = default;
 ObjectReader::Result ObjectReader::read(const Request &request)
 {
     Job job{request, {}, AttributePolicy({.folder = request.folder})};
-    SweepObject &object = job.result.object;
+    RawObject &object = job.result.object;
     object.kind = request.kind;
     object.inode = request.inode;
     object.path = request.path;
@@ -143,7 +143,7 @@ ObjectReader::Result ObjectReader::read(const Request &request)
     Directory directory{request.path};
     const auto error =
         take(watch_, request.path, {}, [&] { return directory.list(opener_.open(request.path)); });
-    job.noteUnread(directory, SweepObject::itself, error);
+    job.noteUnread(directory, RawObject::itself, error);
     if (error && (directory.descriptor || *error == ENOENT)) {
         readHeader(job, directory);
         readDirectory(job, directory, object.members);
@@ -157,8 +157,8 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     using Folder = AttributePolicy::Folder;
     if (job.request.folder != Folder::Device)
         return;
-    SweepObject &object = job.result.object;
-    object.kind = isDevice(directory) ? SweepObject::Kind::Device : SweepObject::Kind::Container;
+    RawObject &object = job.result.object;
+    object.kind = isDevice(directory) ? RawObject::Kind::Device : RawObject::Kind::Container;
     const auto targetName = [&](const QByteArray &link) {
         if (!contains(directory.entries, link))
             return QByteArray();
@@ -241,7 +241,7 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
         return;
     // One that may be listed but not entered could not be asked for its files before.
     if (folder == Folder::Device && contains(directory.entries, "uevent"))
-        return addObject(job, parent, entry, SweepObject::Kind::Device);
+        return addObject(job, parent, entry, RawObject::Kind::Device);
     if (isBusTop && entry.name == "devices")
         return readMembersOfBus(job, directory);
     if (isBusTop && entry.name == "drivers")
@@ -253,7 +253,7 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
 }
 
 void ObjectReader::addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
-                             SweepObject::Kind kind)
+                             RawObject::Kind kind)
 {
     const QByteArray path = join(parent.path, entry.name);
     if (path.size() > longestPath || path.count('/') > mostLevels)
@@ -262,18 +262,18 @@ void ObjectReader::addObject(Job &job, const Directory &parent, const SysfsRoot:
 }
 
 // None for a subdirectory that belongs to the object itself.
-std::optional<SweepObject::Kind> ObjectReader::objectKind(const Job &job, const Directory &parent,
-                                                          const QByteArray &name,
-                                                          const QByteArray &path)
+std::optional<RawObject::Kind> ObjectReader::objectKind(const Job &job, const Directory &parent,
+                                                        const QByteArray &name,
+                                                        const QByteArray &path)
 {
     using Folder = AttributePolicy::Folder;
     if (job.request.folder == Folder::Firmware)
-        return SweepObject::Kind::FirmwareNode;
+        return RawObject::Kind::FirmwareNode;
     if (job.request.folder != Folder::Device)
         return std::nullopt;
     if (parent.path == "devices/virtual")
-        return SweepObject::Kind::Container;
-    return isDevice(parent, name, path) ? std::optional(SweepObject::Kind::Device) : std::nullopt;
+        return RawObject::Kind::Container;
+    return isDevice(parent, name, path) ? std::optional(RawObject::Kind::Device) : std::nullopt;
 }
 
 // Whether there is something of it to be read.
@@ -311,7 +311,7 @@ void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
 {
     for (const SysfsRoot::Entry &entry : drivers.entries) {
         if (entry.type == SysfsRoot::EntryType::Directory)
-            job.result.below.push_back({AttributePolicy::Folder::Driver, SweepObject::Kind::Driver,
+            job.result.below.push_back({AttributePolicy::Folder::Driver, RawObject::Kind::Driver,
                                         join(drivers.path, entry.name), entry.inode});
         else
             job.noteUnread(drivers, entry.name, "is no folder");
@@ -372,7 +372,7 @@ void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoo
     members.push_back({pool_.text(entry.name), RegistryValue::string(QString::fromUtf8(shown))});
     if (target.isNull())
         return;
-    SweepObject &object = job.result.object;
+    RawObject &object = job.result.object;
     object.links.push_back({join(directory.below, entry.name), target});
     if (directory.below.isEmpty() && entry.name == "driver")
         object.driverLinkInode = entry.inode;
@@ -388,7 +388,7 @@ bool ObjectReader::mayRead(Job &job, const Directory &directory, const QByteArra
     const Rule rule = job.policy.rule(directory.below, name);
     const auto leaveOut = [&](const QByteArray &why) {
         if (!why.isEmpty())
-            job.noteUnread(directory, name, SweepObject::leftOut + why, rule == Rule::OnRequest);
+            job.noteUnread(directory, name, RawObject::leftOut + why, rule == Rule::OnRequest);
         return false;
     };
     if (!request.readsOnRequest)
@@ -412,9 +412,9 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
     QByteArray reason;
     const std::size_t limit = isConfig(directory, name) ? AttributePolicy::configBytes : dataLimit;
     const auto bytes = readBytes(job, directory, name, limit, reason);
-    if (recordsFiles_ && !SweepObject::isUnanswered(reason))
+    if (recordsFiles_ && !RawObject::isUnanswered(reason))
         job.result.filesRead.push_back(join(directory.path, name));
-    SweepObject &object = job.result.object;
+    RawObject &object = job.result.object;
     const bool isOnRequest = job.request.readsOnRequest;
     if (bytes && isOnRequest)
         object.requested.push_back(
@@ -422,8 +422,8 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
     else if (bytes)
         members.push_back({pool_.text(name), parseAttribute(name, *bytes, pool_)});
     else if (!reason.isEmpty())
-        job.noteUnread(directory, name, reason, isOnRequest && !SweepObject::isUnanswered(reason));
-    job.unanswered += reason == SweepObject::noAnswer;
+        job.noteUnread(directory, name, reason, isOnRequest && !RawObject::isUnanswered(reason));
+    job.unanswered += reason == RawObject::noAnswer;
 }
 
 std::optional<QByteArrayView> ObjectReader::readBytes(const Job &job, const Directory &directory,
@@ -431,7 +431,7 @@ std::optional<QByteArrayView> ObjectReader::readBytes(const Job &job, const Dire
                                                       QByteArray &reason)
 {
     if (!job.request.readsAttributes || job.unanswered >= mostUnanswered) {
-        reason = SweepObject::notAsked;
+        reason = RawObject::notAsked;
         return std::nullopt;
     }
     const auto answer = take(watch_, directory.path, name, [&] {
@@ -440,7 +440,7 @@ std::optional<QByteArrayView> ObjectReader::readBytes(const Job &job, const Dire
     });
     if (answer)
         return *answer;
-    reason = SweepObject::noAnswer;
+    reason = RawObject::noAnswer;
     return std::nullopt;
 }
 

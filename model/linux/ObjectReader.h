@@ -2,7 +2,7 @@
 
 #include "model/linux/AttributeParser.h"
 #include "model/linux/AttributePolicy.h"
-#include "model/linux/SweepObject.h"
+#include "model/linux/RawObject.h"
 #include "model/linux/SysfsRoot.h"
 
 #include <memory>
@@ -34,16 +34,16 @@ public:
     struct Request
     {
         AttributePolicy::Folder folder = AttributePolicy::Folder::Device;
-        SweepObject::Kind kind = SweepObject::Kind::Device; // of a device's folder, a guess
+        RawObject::Kind kind = RawObject::Kind::Device; // of a device's folder, a guess
         QByteArray path;
         quint64 inode = 0;
-        bool readsOnRequest = false; // what is too costly for every sweep, and nothing else
+        bool readsOnRequest = false; // what is too costly for every reading, and nothing else
         bool readsAttributes = true; // else only what is there, and where its links lead
         QByteArray attribute = {};   // below the directory: the only one to read on request
     };
     struct Result
     {
-        SweepObject object;
+        RawObject object;
         std::vector<Request> below; // the objects nearest to it on each way down
         std::vector<QByteArray> filesRead;
     };
@@ -64,9 +64,9 @@ private:
     void readSubdirectory(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RegistryValue::Members &members);
     static void addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
-                          SweepObject::Kind kind);
-    std::optional<SweepObject::Kind> objectKind(const Job &job, const Directory &parent,
-                                                const QByteArray &name, const QByteArray &path);
+                          RawObject::Kind kind);
+    std::optional<RawObject::Kind> objectKind(const Job &job, const Directory &parent,
+                                              const QByteArray &name, const QByteArray &path);
     bool open(Job &job, const Directory &parent, const QByteArray &name, Directory &directory);
     void readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
                   RegistryValue::Members &members);

@@ -30,7 +30,7 @@ constexpr const char *baseClasses[] = {
 };
 } // namespace
 
-PciClass::PciClass(const SweepObject &device)
+PciClass::PciClass(const RawObject &device)
 {
     const RegistryValue &attribute = device.member(u"class");
     if (attribute.type() == RegistryValue::Type::Number)

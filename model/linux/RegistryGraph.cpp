@@ -2,16 +2,16 @@
 
 #include "model/linux/ObjectNames.h"
 #include "model/linux/PlaneEdges.h"
-#include "model/linux/PlaneReach.h"
 #include "model/linux/RequestedAttributes.h"
 #include "model/linux/UdevDatabase.h"
+#include "model/linux/UnreachableEntries.h"
 
 #include <QMap>
 #include <QRandomGenerator>
 #include <cassert>
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 
 constexpr QLatin1String unreadAttributes("DxUnreadAttributes");
 
@@ -34,10 +34,10 @@ RegistryValue arrayOf(const QStringList &texts)
 }
 
 // Reasons by attribute, each attribute once. One without a reason has been read on request.
-RegistryValue::Members reasonsOf(const std::vector<SweepObject::Unread> &unread)
+RegistryValue::Members reasonsOf(const std::vector<RawObject::Unread> &unread)
 {
     QMap<QString, QString> reasons;
-    for (const SweepObject::Unread &its : unread) {
+    for (const RawObject::Unread &its : unread) {
         if (!its.reason.isEmpty())
             reasons.insert(QString::fromUtf8(its.path), QString::fromUtf8(its.reason));
     }
@@ -57,7 +57,7 @@ quint32 ownBusyCount(const HostObject &object, const UdevDatabase &udev)
 }
 } // namespace
 
-RegistryGraph::RegistryGraph(HostObjects objects, UdevDatabase &udev)
+RegistryGraph::RegistryGraph(ObjectTable objects, UdevDatabase &udev)
     : objects_(std::move(objects))
 {
     const PlaneEdges edges = planeEdges(objects_);
@@ -105,15 +105,15 @@ std::span<const int> RegistryGraph::childrenInPlane(int index, Plane plane) cons
     return std::span(its.all).subspan(begin, static_cast<std::size_t>(its.first[at + 1]) - begin);
 }
 
-RegistryGraph::Memory RegistryGraph::compareWith(const Memory &earlier, quint64 sweep)
+RegistryGraph::Memory RegistryGraph::compareWith(const Memory &earlier, quint64 reading)
 {
-    sweep_ = sweep;
+    reading_ = reading;
     Memory memory;
     memory.reserve(count());
     for (int i = 0; i < count(); ++i) {
         HostObject &object = objects_.at(i);
         const auto digest = this->digest(i);
-        object.changedIn = sweep;
+        object.changedIn = reading;
         if (const auto known = earlier.constFind(object.nodeID); known != earlier.constEnd()) {
             object.properties = object.properties.sharingWith(known->properties);
             if (object.properties.isSameCollectionAs(known->properties) && digest == known->digest)
@@ -161,9 +161,9 @@ std::array<size_t, 2> RegistryGraph::digest(int index) const
 void RegistryGraph::noteAllChanged(Memory &memory)
 {
     for (int i = 0; i < count(); ++i)
-        objects_.at(i).changedIn = sweep_;
+        objects_.at(i).changedIn = reading_;
     for (Remembered &object : memory)
-        object.changedIn = sweep_;
+        object.changedIn = reading_;
 }
 
 void RegistryGraph::arrange(const PlaneEdges &edges)
@@ -193,7 +193,7 @@ void RegistryGraph::addPlaneCounts(const PlaneEdges &edges)
         if (!entries.isEmpty())
             insertMember(counts, QLatin1String(planeNames[i]), RegistryValue::number(count, 4));
     }
-    insertMember(objects_.at(HostObjects::root).members, QLatin1String("DxRegistryPlanes"),
+    insertMember(objects_.at(ObjectTable::root).members, QLatin1String("DxRegistryPlanes"),
                  RegistryValue::dictionary(std::move(counts)));
 }
 
@@ -265,7 +265,7 @@ void RegistryGraph::addRequested(int index, const RequestedAttributes &requested
     });
     requested.addTo(object);
     insertReasons(object);
-    object.changedIn = sweep_ + 1;
+    object.changedIn = reading_ + 1;
     object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
 }
 
@@ -283,8 +283,8 @@ void RegistryGraph::nameIncompleteObjects()
     QMap<QString, RegistryValue> incomplete;
     for (int i = 0; i < count(); ++i) {
         QStringList attributes;
-        for (const SweepObject::Unread &unread : at(i).unread) {
-            if (SweepObject::isUnanswered(unread.reason))
+        for (const RawObject::Unread &unread : at(i).unread) {
+            if (RawObject::isUnanswered(unread.reason))
                 attributes.append(QString::fromUtf8(unread.path));
         }
         if (!attributes.isEmpty())
@@ -294,13 +294,13 @@ void RegistryGraph::nameIncompleteObjects()
     for (auto it = incomplete.cbegin(); it != incomplete.cend(); ++it)
         members.push_back({CompactString(it.key()), *it});
     if (!members.empty())
-        insertMember(objects_.at(HostObjects::root).members, QLatin1String("DxIncompleteObjects"),
+        insertMember(objects_.at(ObjectTable::root).members, QLatin1String("DxIncompleteObjects"),
                      RegistryValue::dictionary(std::move(members)));
 }
 
 void RegistryGraph::countBusyChildren()
 {
-    std::vector<int> order{HostObjects::host};
+    std::vector<int> order{ObjectTable::host};
     std::vector<int> parents{HostObject::none};
     for (std::size_t i = 0; i < order.size(); ++i) {
         for (const int child : childrenInPlane(order[i], Plane::Service)) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/linux/AcyclicEdges.h"
-#include "model/linux/HostObjects.h"
+#include "model/linux/ObjectTable.h"
 
 #include <array>
 #include <span>
@@ -9,11 +9,11 @@
 class RequestedAttributes;
 class UdevDatabase;
 
-// The host's registry as one sweep found it: the objects, and who is whose child in each plane.
+// The host's registry as one reading found it: the objects, and who is whose child in each plane.
 class RegistryGraph
 {
 public:
-    RegistryGraph(HostObjects objects, UdevDatabase &udev);
+    RegistryGraph(ObjectTable objects, UdevDatabase &udev);
 
     int count() const { return objects_.count(); }
     const HostObject &at(int index) const { return objects_.at(index); }
@@ -22,7 +22,7 @@ public:
     int withPath(const QByteArray &path) const { return objects_.withPath(path); }
     bool hasPlane(Plane plane) const;
     std::span<const int> childrenInPlane(int index, Plane plane) const;
-    // What an object was in a sweep, kept for the next one.
+    // What an object was in a reading, kept for the next one.
     struct Remembered
     {
         RegistryValue properties;
@@ -30,10 +30,13 @@ public:
         quint64 changedIn = 0;
     };
     using Memory = QHash<quint64, Remembered>; // by node
-    // Shares the memory of properties that are equal to an earlier sweep's, and notes which objects
-    // are as they were. Sweeps count from 1.
-    Memory compareWith(const Memory &earlier, quint64 sweep);
-    bool isUnchangedSince(int index, quint64 sweep) const { return at(index).changedIn <= sweep; }
+    // Shares the memory of properties that are equal to an earlier reading's, and notes which
+    // objects are as they were. Readings count from 1.
+    Memory compareWith(const Memory &earlier, quint64 reading);
+    bool isUnchangedSince(int index, quint64 reading) const
+    {
+        return at(index).changedIn <= reading;
+    }
     void noteAllChanged(Memory &memory);
     // What was read since; the properties that others have keep as they were.
     void addRequested(int index, const RequestedAttributes &requested);
@@ -57,8 +60,8 @@ private:
     void countBusyChildren();
     std::array<size_t, 2> digest(int index) const;
 
-    quint64 sweep_ = 0;
-    HostObjects objects_;
+    quint64 reading_ = 0;
+    ObjectTable objects_;
     QHash<quint64, int> byID_;
     std::array<Children, planeCount> planes_;
 };

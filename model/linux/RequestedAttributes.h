@@ -6,13 +6,13 @@
 #include <QHash>
 #include <QMap>
 
-// What was read of single objects on request. Each attribute keeps its last value in later sweeps,
-// marked by its date in "DxReadOnRequest".
+// What was read of single objects on request. Each attribute keeps its last value in later
+// readings, marked by its date in "DxReadOnRequest".
 class RequestedAttributes
 {
 public:
-    void add(quint64 node, const SweepObject &read);
-    // To what the sweep has left out of the object.
+    void add(quint64 node, const RawObject &read);
+    // To what the reading has left out of the object.
     void addTo(HostObject &object) const;
     // Those that did not answer are as if they had never been asked for.
     void forgetUnanswered();
@@ -31,7 +31,7 @@ private:
     struct Requested // by their paths below the object's directory
     {
         QMap<QByteArray, Value> values;
-        QMap<QByteArray, SweepObject::Unread> unread;
+        QMap<QByteArray, RawObject::Unread> unread;
     };
 
     QHash<quint64, Requested> byNode_;

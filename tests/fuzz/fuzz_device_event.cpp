@@ -16,7 +16,7 @@
 #include <QTemporaryDir>
 
 namespace {
-const Sweeper::Options oneThread{.threads = 1}; // the sanitizers make them costly
+const TreeReader::Options oneThread{.threads = 1}; // the sanitizers make them costly
 
 class Tree
 {

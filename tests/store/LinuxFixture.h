@@ -21,7 +21,7 @@ struct CapturedTree
         return *this;
     }
 
-    static CapturedTree capture(const QString &sysfs, Sweeper::Options options = {})
+    static CapturedTree capture(const QString &sysfs, TreeReader::Options options = {})
     {
         CapturedTree tree;
         QString error;

@@ -1,8 +1,8 @@
 // Trees of older kernels, and trees that no kernel makes: all that is in them is shown or named.
 #include "LinuxFixture.h"
-#include "model/linux/PlaneReach.h"
 #include "model/linux/RegistryGraph.h"
 #include "model/linux/UdevDatabase.h"
+#include "model/linux/UnreachableEntries.h"
 #include "tests/support/LesserRights.h"
 #include "tests/support/MadeTree.h"
 #include "tests/support/TreePrinter.h"
@@ -23,7 +23,7 @@ RegistryGraph graphOf(const MadeTree &made)
     const auto root = rootOf(made);
     ClassNames classNames;
     UdevDatabase udev(root->folder());
-    return {HostObjects(Sweeper(root).run(), {}, {}, classNames), udev};
+    return {ObjectTable(TreeReader(root).run(), {}, {}, classNames), udev};
 }
 
 TEST(OddTrees, HaveTheSystemDevicesOfKernelsThatGaveThemNoUevent)
@@ -193,7 +193,7 @@ devices/open/pointed/.: Permission denied
 devices/open/socket: neither file nor folder nor link
 devices/virtual/closed/.: Permission denied
 )");
-    EXPECT_EQ(graph.at(graph.withPath("devices/open/listed")).kind, SweepObject::Kind::Device);
+    EXPECT_EQ(graph.at(graph.withPath("devices/open/listed")).kind, RawObject::Kind::Device);
 }
 
 // A chain of devices of the same name, each in the one before. Its paths are longer than what the
@@ -241,7 +241,7 @@ TEST(OddTrees, HaveNoMoreLevelsThanStated)
     made.file("devices/a/b/uevent", "");
     const auto unreadAtLevel = [&](qsizetype level) {
         const QByteArray path = "devices" + QByteArray("/.").repeated(level - 1) + "/a";
-        return Sweeper(rootOf(made)).readObject({.path = path}).unread;
+        return TreeReader(rootOf(made)).readObject({.path = path}).unread;
     };
     EXPECT_TRUE(unreadAtLevel(ObjectReader::mostLevels - 1).empty());
     const auto unread = unreadAtLevel(ObjectReader::mostLevels);

@@ -149,10 +149,10 @@ TEST_F(OnRequest, EndsWithTheServiceWhileTheDeviceIsWaitedFor)
     turnEventLoopFor(50);
 }
 
-TEST_F(OnRequest, IsNotLostToASweepThatBeganBefore)
+TEST_F(OnRequest, IsNotLostToAReadingThatBeganBefore)
 {
     capture();
-    made_.pipe("devices/card/slow"); // keeps the sweep back
+    made_.pipe("devices/card/slow"); // keeps the reading back
     bool isSwept = false;
     tree_.service->prepareAsync([&] { isSwept = true; });
     ASSERT_TRUE(read("ppi/version"));

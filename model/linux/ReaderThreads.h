@@ -1,8 +1,8 @@
 #pragma once
 
 #include "model/linux/ObjectReader.h"
-#include "model/linux/Sweep.h"
-#include "model/linux/SweepControl.h"
+#include "model/linux/SlowStep.h"
+#include "model/linux/TreeContents.h"
 
 #include <atomic>
 #include <chrono>
@@ -17,7 +17,7 @@
 // thread beside it, so that it keeps nothing else waiting; one that takes too long is interrupted,
 // and where that does not help, left behind with its thread. Shared with the threads: it lives on
 // as long as one of them hangs in the kernel.
-class SweepRun : public std::enable_shared_from_this<SweepRun>
+class ReaderThreads : public std::enable_shared_from_this<ReaderThreads>
 {
 public:
     struct Plan
@@ -30,15 +30,15 @@ public:
         unsigned threads = 1;
         bool interrupts = true; // false: takes every step that hangs for one that cannot be
         bool recordsFiles = false;
-        bool goesOn = true;                         // to the objects found below
-        std::shared_ptr<SweepControl> control = {}; // null: nobody watches
+        bool goesOn = true;                      // to the objects found below
+        std::shared_ptr<SlowStep> slowStep = {}; // null: nobody watches
     };
 
-    SweepRun(Plan plan, std::vector<ObjectReader::Request> requests);
-    ~SweepRun();
+    ReaderThreads(Plan plan, std::vector<ObjectReader::Request> requests);
+    ~ReaderThreads();
 
     // Once. Ends early, with what it has, when asked to stop.
-    Sweep perform(const std::stop_token &stop);
+    TreeContents perform(const std::stop_token &stop);
     // Those of the plan and what has not answered since. When it has ended.
     const QSet<QByteArray> &blockedPaths() const { return plan_.blockedPaths; }
 
@@ -89,5 +89,5 @@ private:
     std::size_t unfinished_ = 0; // queued or being read
     bool isOver_ = false;
     std::atomic<bool> hasBlockedPaths_;
-    Sweep sweep_;
+    TreeContents contents_;
 };

@@ -1,8 +1,8 @@
-#include "model/linux/SweepWait.h"
+#include "model/linux/ReadingWait.h"
 
-Wait::Subject SweepWait::subject()
+Wait::Subject ReadingWait::subject()
 {
-    shown_ = control_->waitedFor();
+    shown_ = slowStep_->waitedFor();
     if (shown_.object.isNull())
         return {};
     // The object's own folder has no name below it.

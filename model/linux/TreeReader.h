@@ -1,8 +1,8 @@
 #pragma once
 
 #include "model/linux/ObjectReader.h"
-#include "model/linux/Sweep.h"
-#include "model/linux/SweepControl.h"
+#include "model/linux/SlowStep.h"
+#include "model/linux/TreeContents.h"
 
 #include <atomic>
 #include <chrono>
@@ -13,7 +13,7 @@
 // return in time is given up and its path left out from then on; an attribute's is named among the
 // unread ones of its object. After two of them the rest of the object's are let be. Used from one
 // thread at a time.
-class Sweeper
+class TreeReader
 {
 public:
     struct Options
@@ -24,31 +24,30 @@ public:
         bool recordsFiles = false;
     };
 
-    explicit Sweeper(std::shared_ptr<const SysfsRoot> root);
-    Sweeper(std::shared_ptr<const SysfsRoot> root, Options options);
+    explicit TreeReader(std::shared_ptr<const SysfsRoot> root);
+    TreeReader(std::shared_ptr<const SysfsRoot> root, Options options);
 
     // Ends early, with what it has, when asked to stop.
-    Sweep run(const std::stop_token &stop = {});
+    TreeContents run(const std::stop_token &stop = {});
     // Takes over what another one, made from this, has learnt not to try again.
-    void learnFrom(const Sweeper &other);
+    void learnFrom(const TreeReader &other);
     void forgetWhatDidNotAnswer() { blockedPaths_.clear(); }
     // By whom the next readings are watched; null: by nobody.
-    void setControl(std::shared_ptr<SweepControl> control) { control_ = std::move(control); }
+    void setSlowStep(std::shared_ptr<SlowStep> slowStep) { slowStep_ = std::move(slowStep); }
 
     // Empty when it is gone.
-    SweepObject readObject(const ObjectReader::Request &request, const std::stop_token &stop = {});
+    RawObject readObject(const ObjectReader::Request &request, const std::stop_token &stop = {});
 
 private:
-    Sweep runFromTop(const std::stop_token &stop);
-    std::vector<ObjectReader::Request>
-    firstRequests(std::vector<SweepObject::Unread> &unread) const;
-    Sweep run(std::vector<ObjectReader::Request> requests, bool goesOn,
-              const std::stop_token &stop = {});
-    bool findForcedDevices(const Sweep &sweep);
+    TreeContents runFromTop(const std::stop_token &stop);
+    std::vector<ObjectReader::Request> firstRequests(std::vector<RawObject::Unread> &unread) const;
+    TreeContents run(std::vector<ObjectReader::Request> requests, bool goesOn,
+                     const std::stop_token &stop = {});
+    bool findForcedDevices(const TreeContents &contents);
 
     std::shared_ptr<const SysfsRoot> root_;
     Options options_;
-    std::shared_ptr<SweepControl> control_;
+    std::shared_ptr<SlowStep> slowStep_;
     std::shared_ptr<std::atomic<int>> threadsLeftBehind_; // shared by the copies
     QSet<QByteArray> blockedPaths_;                       // did not return; never tried again
     QSet<QByteArray> forcedDevices_; // have no uevent, but a class or bus points at them

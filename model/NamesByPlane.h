@@ -8,7 +8,7 @@
 
 // The names of an entry by plane. It is small, for it shares the planes with other entries, and
 // most entries have one name in all planes.
-class PlaneNames
+class NamesByPlane
 {
 public:
     using Strings = std::vector<CompactString>;

@@ -1,10 +1,10 @@
-#include "store/PlaneLinks.h"
+#include "store/LinkChecker.h"
 
 #include <span>
 
 // Takes away entries that no other leads to any more, with their links. Links that are left then
 // are part of a cycle or lead to one; otherwise that order serves to count paths.
-class PlaneLinks::Untangler
+class LinkChecker::Untangler
 {
 public:
     Untangler(std::size_t size, quint64 mostPaths)
@@ -99,7 +99,7 @@ private:
     quint64 mostPaths_;
 };
 
-void PlaneLinks::add(const QString &plane, quint32 entry, const std::vector<quint32> &relatives)
+void LinkChecker::add(const QString &plane, quint32 entry, const std::vector<quint32> &relatives)
 {
     Lists &lists = planes_[plane];
     lists.push_back(entry);
@@ -110,7 +110,7 @@ void PlaneLinks::add(const QString &plane, quint32 entry, const std::vector<quin
         highest_ = std::max(highest_, relative);
 }
 
-PlaneLinks::Finding PlaneLinks::check(quint64 mostPaths) const
+LinkChecker::Finding LinkChecker::check(quint64 mostPaths) const
 {
     Untangler untangler(highest_ + std::size_t(1), mostPaths);
     for (const Lists &lists : planes_) {

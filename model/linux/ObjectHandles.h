@@ -7,11 +7,11 @@
 
 // The handles that are given out, one for each object that somebody holds. Most objects are in the
 // current graph. One that is not, because it is gone from the host or because it was announced and
-// no sweep has seen it yet, is held apart with facts of its own.
-class HeldObjects
+// no reading has seen it yet, is held apart with facts of its own.
+class ObjectHandles
 {
 public:
-    const RegistryGraph *graph() const { return graph_.get(); } // null before the first sweep
+    const RegistryGraph *graph() const { return graph_.get(); } // null before the first reading
     RegistryGraph *graph() { return graph_.get(); }
     // Moves to a new graph. What is held and not in it any more keeps its last facts and is added
     // to the vanished. Returns the graph before.

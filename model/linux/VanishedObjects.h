@@ -9,7 +9,7 @@ struct HostObject;
 
 // Gives a new ID to an object that went and came back under its old node: a network interface that
 // moves to another namespace and back keeps its own.
-class ReturnedObjects
+class VanishedObjects
 {
 public:
     quint64 idOf(quint64 nodeID) const { return ids_.value(nodeID, nodeID); }
@@ -19,7 +19,7 @@ public:
 
     void noteGone(const HostObject &object);
     void notePresent(quint64 nodeID); // it has come back, if it was gone
-    // Renumbers what a sweep has found again; what it saw just before it went stays gone. Whether
+    // Renumbers what a reading has found again; what it saw just before it went stays gone. Whether
     // there are other IDs than in the graph before.
     bool applyTo(RegistryGraph &graph, const SysfsRoot &root);
 

@@ -1,4 +1,4 @@
-#include "model/linux/PlaneReach.h"
+#include "model/linux/UnreachableEntries.h"
 
 #include "model/linux/RegistryGraph.h"
 
@@ -8,8 +8,8 @@ using Marks = std::vector<bool>; // by object
 Marks reachedInPlane(const RegistryGraph &graph, Plane plane)
 {
     Marks isReached(static_cast<std::size_t>(graph.count()));
-    isReached[HostObjects::root] = true;
-    std::vector<int> pending{HostObjects::root};
+    isReached[ObjectTable::root] = true;
+    std::vector<int> pending{ObjectTable::root};
     while (!pending.empty()) {
         const int parent = pending.back();
         pending.pop_back();

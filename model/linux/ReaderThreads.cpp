@@ -1,4 +1,4 @@
-#include "model/linux/SweepRun.h"
+#include "model/linux/ReaderThreads.h"
 
 #include "model/ModelLogging.h"
 
@@ -39,7 +39,7 @@ public:
 } // namespace
 
 // Where a reader thread is. Written by the thread, read by the watch.
-struct SweepRun::Progress
+struct ReaderThreads::Progress
 {
     std::mutex mutex;
     Request request;
@@ -52,19 +52,19 @@ struct SweepRun::Progress
     bool isAbandoned = false;
     bool isLeftBehind = false; // and counted as such
 
-    SweepControl::Step longStep() const { return {request.path, directory + '/' + name}; }
+    SlowStep::Step longStep() const { return {request.path, directory + '/' + name}; }
 };
 
-class SweepRun::StepWatch final : public ObjectReader::Watch
+class ReaderThreads::StepWatch final : public ObjectReader::Watch
 {
 public:
-    StepWatch(SweepRun &run, Progress &progress)
-        : run_(run)
+    StepWatch(ReaderThreads &owner, Progress &progress)
+        : owner_(owner)
         , progress_(progress)
     {}
     bool mayTake(const QByteArray &directory, const QByteArray &name) override
     {
-        if (run_.isBlocked(directory, name))
+        if (owner_.isBlocked(directory, name))
             return false;
         const std::lock_guard lock(progress_.mutex);
         throwIfAbandoned();
@@ -80,7 +80,7 @@ public:
         throwIfAbandoned();
         progress_.isInStep = false;
         if (std::exchange(progress_.isLong, false))
-            ++run_.active_;
+            ++owner_.active_;
         return !progress_.isGivenUp.exchange(false);
     }
     bool isGivenUp() const override { return progress_.isGivenUp; }
@@ -92,11 +92,11 @@ private:
             throw Abandoned();
     }
 
-    SweepRun &run_;
+    ReaderThreads &owner_;
     Progress &progress_;
 };
 
-SweepRun::SweepRun(Plan plan, std::vector<Request> requests)
+ReaderThreads::ReaderThreads(Plan plan, std::vector<Request> requests)
     : plan_(std::move(plan))
     , hasBlockedPaths_(!plan_.blockedPaths.isEmpty())
 {
@@ -104,9 +104,9 @@ SweepRun::SweepRun(Plan plan, std::vector<Request> requests)
         add(std::move(request));
 }
 
-SweepRun::~SweepRun() = default;
+ReaderThreads::~ReaderThreads() = default;
 
-Sweep SweepRun::perform(const std::stop_token &stop)
+TreeContents ReaderThreads::perform(const std::stop_token &stop)
 {
     if (unfinished_ == 0)
         return {};
@@ -121,16 +121,16 @@ Sweep SweepRun::perform(const std::stop_token &stop)
     while (!finished_.wait_for(lock, pause, [this] { return isOver_; }));
     lock.unlock();
     leave();
-    return std::move(sweep_);
+    return std::move(contents_);
 }
 
-void SweepRun::add(Request request)
+void ReaderThreads::add(Request request)
 {
     queue_.push_back(std::move(request));
     ++unfinished_;
 }
 
-bool SweepRun::isBlocked(const QByteArray &directory, const QByteArray &name)
+bool ReaderThreads::isBlocked(const QByteArray &directory, const QByteArray &name)
 {
     if (!hasBlockedPaths_)
         return false;
@@ -138,7 +138,7 @@ bool SweepRun::isBlocked(const QByteArray &directory, const QByteArray &name)
     return plan_.blockedPaths.contains(directory + '/' + name);
 }
 
-void SweepRun::end()
+void ReaderThreads::end()
 {
     const std::lock_guard lock(mutex_);
     isOver_ = true;
@@ -146,7 +146,7 @@ void SweepRun::end()
     workOrEnd_.notify_all();
 }
 
-void SweepRun::startThread()
+void ReaderThreads::startThread()
 {
     threads_.push_back({std::make_shared<Progress>(), 0, Clock::now(), {}, {}});
     Watched &watched = threads_.back();
@@ -160,7 +160,7 @@ void SweepRun::startThread()
     }
 }
 
-void SweepRun::work(Progress &progress)
+void ReaderThreads::work(Progress &progress)
 {
     StepWatch watch(*this, progress);
     try {
@@ -177,7 +177,7 @@ void SweepRun::work(Progress &progress)
         --*plan_.threadsLeftBehind;
 }
 
-bool SweepRun::takeRequest(Progress &progress, Request &request)
+bool ReaderThreads::takeRequest(Progress &progress, Request &request)
 {
     std::unique_lock lock(mutex_);
     // More than were meant to be there have come out of long steps.
@@ -193,16 +193,16 @@ bool SweepRun::takeRequest(Progress &progress, Request &request)
     return true;
 }
 
-void SweepRun::deliver(ObjectReader::Result result)
+void ReaderThreads::deliver(ObjectReader::Result result)
 {
     const std::lock_guard lock(mutex_);
     if (!plan_.goesOn)
         result.below.clear();
     for (Request &request : result.below)
         add(std::move(request));
-    sweep_.objects.push_back(std::move(result.object));
+    contents_.objects.push_back(std::move(result.object));
     std::move(result.filesRead.begin(), result.filesRead.end(),
-              std::back_inserter(sweep_.filesRead));
+              std::back_inserter(contents_.filesRead));
     if (--unfinished_ == 0) {
         isOver_ = true;
         finished_.notify_one();
@@ -212,7 +212,7 @@ void SweepRun::deliver(ObjectReader::Result result)
     }
 }
 
-void SweepRun::watch(std::unique_lock<std::mutex> &lock)
+void ReaderThreads::watch(std::unique_lock<std::mutex> &lock)
 {
     waiting_ = 0;
     for (Watched &watched : threads_) {
@@ -226,7 +226,7 @@ void SweepRun::watch(std::unique_lock<std::mutex> &lock)
         readRestWithoutAttributes(lock);
 }
 
-void SweepRun::watch(Watched &watched)
+void ReaderThreads::watch(Watched &watched)
 {
     Progress &progress = *watched.progress;
     if (progress.isAbandoned)
@@ -258,11 +258,11 @@ void SweepRun::watch(Watched &watched)
     waiting_ += progress.isLong && !progress.isAbandoned;
 }
 
-void SweepRun::nameLongestStep()
+void ReaderThreads::nameLongestStep()
 {
-    if (!plan_.control)
+    if (!plan_.slowStep)
         return;
-    SweepControl::Step longest;
+    SlowStep::Step longest;
     Clock::time_point since = Clock::time_point::max();
     for (const Watched &watched : threads_) {
         const Progress &progress = *watched.progress;
@@ -273,23 +273,23 @@ void SweepRun::nameLongestStep()
         since = watched.since;
         longest = progress.longStep();
     }
-    plan_.control->setWaitedFor(std::move(longest));
+    plan_.slowStep->setWaitedFor(std::move(longest));
 }
 
-bool SweepRun::isSkipped(const Progress &progress) const
+bool ReaderThreads::isSkipped(const Progress &progress) const
 {
-    return plan_.control && progress.isLong && plan_.control->takeSkip(progress.longStep());
+    return plan_.slowStep && progress.isLong && plan_.slowStep->takeSkip(progress.longStep());
 }
 
 // Shorter the more steps hang, so that many of them do not add up.
-std::chrono::microseconds SweepRun::patience() const
+std::chrono::microseconds ReaderThreads::patience() const
 {
     constexpr int mostHalvings = 5;
     const int halvings = std::min(stepsGivenUp_ / mostThreads, mostHalvings);
     return plan_.patience / (1 << halvings);
 }
 
-void SweepRun::giveUp(Progress &progress)
+void ReaderThreads::giveUp(Progress &progress)
 {
     progress.isGivenUp = true;
     ++stepsGivenUp_;
@@ -298,19 +298,19 @@ void SweepRun::giveUp(Progress &progress)
 }
 
 // The object is read again without what does not answer.
-void SweepRun::leaveBehind(Progress &progress)
+void ReaderThreads::leaveBehind(Progress &progress)
 {
     progress.isAbandoned = true;
     if (!std::exchange(progress.isLeftBehind, true))
         ++*plan_.threadsLeftBehind;
 }
 
-int SweepRun::threadsToSpare() const
+int ReaderThreads::threadsToSpare() const
 {
     return mostThreads - active_ - waiting_ - *plan_.threadsLeftBehind;
 }
 
-void SweepRun::startMissingThreads()
+void ReaderThreads::startMissingThreads()
 {
     const int missing = static_cast<int>(plan_.threads) - active_;
     for (int i = std::min(missing, threadsToSpare()); i > 0; --i)
@@ -318,7 +318,7 @@ void SweepRun::startMissingThreads()
 }
 
 // In this thread, since no other may be started; names and links always answer.
-void SweepRun::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock)
+void ReaderThreads::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock)
 {
     qCWarning(modelLog, "Too many devices do not answer: the rest is read without attributes");
     NoWatch watch;
@@ -335,7 +335,7 @@ void SweepRun::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock)
 }
 
 // One that hangs in the kernel can be neither joined nor stopped. The others end at once.
-void SweepRun::leave()
+void ReaderThreads::leave()
 {
     for (Watched &watched : threads_) {
         Progress &progress = *watched.progress;

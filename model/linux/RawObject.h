@@ -6,8 +6,8 @@
 #include <QHash>
 #include <vector>
 
-// What a sweep found in one directory: an object of the host, not yet placed in any plane.
-struct SweepObject
+// What a reading found in one directory: an object of the host, not yet placed in any plane.
+struct RawObject
 {
     enum class Kind : quint8 {
         Root,

@@ -7,7 +7,7 @@
 
 // A small table from plane name to something, ordered by plane name.
 template<class T>
-class PlaneTable
+class PlaneMap
 {
 public:
     struct Item

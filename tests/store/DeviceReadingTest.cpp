@@ -6,10 +6,10 @@
 
 namespace {
 // Events and readings of the tree side by side.
-class DeviceSweepTest : public DeviceEventsFixture
+class DeviceReadingTest : public DeviceEventsFixture
 {};
 
-TEST_F(DeviceSweepTest, ReadingsAreInOrderAndNoneIsOlderThanItsRequest)
+TEST_F(DeviceReadingTest, ReadingsAreInOrderAndNoneIsOlderThanItsRequest)
 {
     follow(false);
     std::string order;
@@ -40,7 +40,7 @@ TEST_F(DeviceSweepTest, ReadingsAreInOrderAndNoneIsOlderThanItsRequest)
     EXPECT_EQ(order.size(), 6U);
 }
 
-TEST_F(DeviceSweepTest, StoreAndServiceMayGoWhileTheServiceReads)
+TEST_F(DeviceReadingTest, StoreAndServiceMayGoWhileTheServiceReads)
 {
     for (int i = 0; i < 300; ++i)
         device("devices/bus/" + QByteArray::number(i));
@@ -59,8 +59,8 @@ TEST_F(DeviceSweepTest, StoreAndServiceMayGoWhileTheServiceReads)
     }
 }
 
-// A device that a sweep has seen, and that goes before the sweep is over.
-TEST_F(DeviceSweepTest, RemovalDuringASweepIsNotMissed)
+// A device that a reading has seen, and that goes before the sweep is over.
+TEST_F(DeviceReadingTest, RemovalDuringAReadingIsNotMissed)
 {
     const auto childrenOfBus = [this] {
         const auto bus = RegistryHandle::adopt(
@@ -90,7 +90,7 @@ TEST_F(DeviceSweepTest, RemovalDuringASweepIsNotMissed)
 }
 
 // Random comings and goings, told, told twice, told late or lost.
-TEST_F(DeviceSweepTest, StormEndsAsAFreshCapture)
+TEST_F(DeviceReadingTest, StormEndsAsAFreshCapture)
 {
     follow(true);
     std::mt19937 random(1);

@@ -4,7 +4,7 @@
 #include <mutex>
 
 // Between a reading and who watches it for the user, each in a thread of its own.
-class SweepControl
+class SlowStep
 {
 public:
     struct Step

@@ -1,6 +1,6 @@
-#include "model/linux/Sweeper.h"
+#include "model/linux/TreeReader.h"
 
-#include "model/linux/SweepRun.h"
+#include "model/linux/ReaderThreads.h"
 
 #include <cerrno>
 #include <cstring>
@@ -8,16 +8,16 @@
 namespace {
 using Request = ObjectReader::Request;
 using Folder = AttributePolicy::Folder;
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 
 constexpr unsigned mostReaders = 4;
 } // namespace
 
-Sweeper::Sweeper(std::shared_ptr<const SysfsRoot> root)
-    : Sweeper(std::move(root), Options())
+TreeReader::TreeReader(std::shared_ptr<const SysfsRoot> root)
+    : TreeReader(std::move(root), Options())
 {}
 
-Sweeper::Sweeper(std::shared_ptr<const SysfsRoot> root, Options options)
+TreeReader::TreeReader(std::shared_ptr<const SysfsRoot> root, Options options)
     : root_(std::move(root))
     , options_(options)
     , threadsLeftBehind_(std::make_shared<std::atomic<int>>(0))
@@ -26,36 +26,36 @@ Sweeper::Sweeper(std::shared_ptr<const SysfsRoot> root, Options options)
         options_.threads = std::clamp(std::thread::hardware_concurrency(), 2U, mostReaders);
 }
 
-Sweep Sweeper::run(const std::stop_token &stop)
+TreeContents TreeReader::run(const std::stop_token &stop)
 {
-    Sweep sweep = runFromTop(stop);
+    TreeContents contents = runFromTop(stop);
     // Trees without uevent files show what is a device only by the links that lead there.
-    if (!stop.stop_requested() && findForcedDevices(sweep))
-        sweep = runFromTop(stop);
-    return sweep;
+    if (!stop.stop_requested() && findForcedDevices(contents))
+        contents = runFromTop(stop);
+    return contents;
 }
 
-Sweep Sweeper::runFromTop(const std::stop_token &stop)
+TreeContents TreeReader::runFromTop(const std::stop_token &stop)
 {
-    std::vector<SweepObject::Unread> unread;
-    Sweep sweep = run(firstRequests(unread), true, stop);
-    sweep.unread = std::move(unread);
-    return sweep;
+    std::vector<RawObject::Unread> unread;
+    TreeContents contents = run(firstRequests(unread), true, stop);
+    contents.unread = std::move(unread);
+    return contents;
 }
 
-void Sweeper::learnFrom(const Sweeper &other)
+void TreeReader::learnFrom(const TreeReader &other)
 {
     blockedPaths_.unite(other.blockedPaths_);
     forcedDevices_.unite(other.forcedDevices_);
 }
 
-SweepObject Sweeper::readObject(const Request &request, const std::stop_token &stop)
+RawObject TreeReader::readObject(const Request &request, const std::stop_token &stop)
 {
-    std::vector<SweepObject> objects = run({request}, false, stop).objects;
-    return objects.empty() ? SweepObject() : std::move(objects.front());
+    std::vector<RawObject> objects = run({request}, false, stop).objects;
+    return objects.empty() ? RawObject() : std::move(objects.front());
 }
 
-std::vector<Request> Sweeper::firstRequests(std::vector<SweepObject::Unread> &unread) const
+std::vector<Request> TreeReader::firstRequests(std::vector<RawObject::Unread> &unread) const
 {
     std::vector<Request> requests;
     const auto entriesOf = [&](const QByteArray &folder) {
@@ -92,37 +92,38 @@ std::vector<Request> Sweeper::firstRequests(std::vector<SweepObject::Unread> &un
     return requests;
 }
 
-Sweep Sweeper::run(std::vector<Request> requests, bool goesOn, const std::stop_token &stop)
+TreeContents TreeReader::run(std::vector<Request> requests, bool goesOn,
+                             const std::stop_token &stop)
 {
-    const auto run =
-        std::make_shared<SweepRun>(SweepRun::Plan{.root = root_,
-                                                  .forcedDevices = forcedDevices_,
-                                                  .blockedPaths = blockedPaths_,
-                                                  .threadsLeftBehind = threadsLeftBehind_,
-                                                  .patience = options_.patience,
-                                                  .threads = options_.threads,
-                                                  .interrupts = options_.interrupts,
-                                                  .recordsFiles = options_.recordsFiles,
-                                                  .goesOn = goesOn,
-                                                  .control = control_},
-                                   std::move(requests));
-    Sweep sweep = run->perform(stop);
-    blockedPaths_ = run->blockedPaths();
-    return sweep;
+    const auto threads =
+        std::make_shared<ReaderThreads>(ReaderThreads::Plan{.root = root_,
+                                                            .forcedDevices = forcedDevices_,
+                                                            .blockedPaths = blockedPaths_,
+                                                            .threadsLeftBehind = threadsLeftBehind_,
+                                                            .patience = options_.patience,
+                                                            .threads = options_.threads,
+                                                            .interrupts = options_.interrupts,
+                                                            .recordsFiles = options_.recordsFiles,
+                                                            .goesOn = goesOn,
+                                                            .slowStep = slowStep_},
+                                        std::move(requests));
+    TreeContents contents = threads->perform(stop);
+    blockedPaths_ = threads->blockedPaths();
+    return contents;
 }
 
-bool Sweeper::findForcedDevices(const Sweep &sweep)
+bool TreeReader::findForcedDevices(const TreeContents &contents)
 {
     QSet<QByteArray> known;
-    for (const SweepObject &object : sweep.objects) {
+    for (const RawObject &object : contents.objects) {
         if (object.kind == Kind::Device)
             known.insert(object.path);
     }
     bool found = false;
-    for (const SweepObject &object : sweep.objects) {
+    for (const RawObject &object : contents.objects) {
         if (object.kind != Kind::Bus && object.kind != Kind::Class)
             continue;
-        for (const SweepObject::Link &link : object.links) {
+        for (const RawObject::Link &link : object.links) {
             const bool isDevice = link.target.startsWith("devices/") &&
                                   (object.kind == Kind::Class ? !link.name.contains('/')
                                                               : link.name.startsWith("devices/"));

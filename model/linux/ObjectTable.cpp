@@ -1,4 +1,4 @@
-#include "model/linux/HostObjects.h"
+#include "model/linux/ObjectTable.h"
 
 #include "model/linux/ClassNames.h"
 #include "model/linux/ObjectNames.h"
@@ -9,30 +9,30 @@
 #include <tuple>
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 using SysfsPlaces::baseName;
 using SysfsPlaces::folderOf;
 
 // Others are folders without a meaning of their own, unless something in them could not be read.
-bool needsPlace(const SweepObject &object)
+bool needsPlace(const RawObject &object)
 {
-    const auto couldNotBe = [](const SweepObject::Unread &its) {
-        return !its.reason.startsWith(SweepObject::leftOut);
+    const auto couldNotBe = [](const RawObject::Unread &its) {
+        return !its.reason.startsWith(RawObject::leftOut);
     };
     return object.kind == Kind::Device ||
            std::any_of(object.unread.begin(), object.unread.end(), couldNotBe);
 }
 
-bool isDeviceOrContainer(const SweepObject &object)
+bool isDeviceOrContainer(const RawObject &object)
 {
     return object.kind == Kind::Device || object.kind == Kind::Container;
 }
 
 // The folders above every device, and above containers that could not be read.
-QSet<QByteArray> foldersAboveDevices(const Sweep &sweep)
+QSet<QByteArray> foldersAboveDevices(const TreeContents &contents)
 {
     QSet<QByteArray> folders;
-    for (const SweepObject &object : sweep.objects) {
+    for (const RawObject &object : contents.objects) {
         if (!isDeviceOrContainer(object) || !needsPlace(object))
             continue;
         QByteArray folder = folderOf(object.path);
@@ -53,7 +53,7 @@ quint64 substituteID(const QByteArray &path)
 }
 } // namespace
 
-HostObjects::HostObjects(Sweep sweep, RegistryValue::Members rootFacts,
+ObjectTable::ObjectTable(TreeContents contents, RegistryValue::Members rootFacts,
                          RegistryValue::Members hostFacts, ClassNames &classNames)
 {
     objects_.resize(2);
@@ -63,7 +63,7 @@ HostObjects::HostObjects(Sweep sweep, RegistryValue::Members rootFacts,
     at(host).kind = Kind::Host;
     at(host).id = at(host).nodeID = hostID;
     at(host).members = std::move(hostFacts);
-    collect(std::move(sweep));
+    collect(std::move(contents));
     addBindings();
     assignIDs();
     relate();
@@ -74,37 +74,37 @@ HostObjects::HostObjects(Sweep sweep, RegistryValue::Members rootFacts,
     countReferences();
 }
 
-int HostObjects::withPath(const QByteArray &path) const
+int ObjectTable::withPath(const QByteArray &path) const
 {
     return byPath_.value(path, HostObject::none);
 }
 
-int HostObjects::linked(const HostObject &object, QByteArrayView link) const
+int ObjectTable::linked(const HostObject &object, QByteArrayView link) const
 {
     const QByteArray target = object.link(link);
     return target.isEmpty() ? HostObject::none : withPath(target);
 }
 
-int HostObjects::linked(const HostObject &object, QByteArrayView link, Kind kind) const
+int ObjectTable::linked(const HostObject &object, QByteArrayView link, Kind kind) const
 {
     const int target = linked(object, link);
     return target != HostObject::none && at(target).kind == kind ? target : HostObject::none;
 }
 
-void HostObjects::collect(Sweep sweep)
+void ObjectTable::collect(TreeContents contents)
 {
-    at(root).unread = std::move(sweep.unread);
-    const QSet<QByteArray> folders = foldersAboveDevices(sweep);
-    objects_.reserve(2 * sweep.objects.size());
-    for (SweepObject &object : sweep.objects) {
+    at(root).unread = std::move(contents.unread);
+    const QSet<QByteArray> folders = foldersAboveDevices(contents);
+    objects_.reserve(2 * contents.objects.size());
+    for (RawObject &object : contents.objects) {
         if (object.kind == Kind::Container && !needsPlace(object) && !folders.contains(object.path))
             continue;
         objects_.emplace_back();
-        static_cast<SweepObject &>(objects_.back()) = std::move(object);
+        static_cast<RawObject &>(objects_.back()) = std::move(object);
     }
 }
 
-void HostObjects::addBindings()
+void ObjectTable::addBindings()
 {
     const std::size_t count = objects_.size();
     for (std::size_t i = 0; i < count; ++i) {
@@ -126,7 +126,7 @@ void HostObjects::addBindings()
     }
 }
 
-void HostObjects::assignIDs()
+void ObjectTable::assignIDs()
 {
     std::sort(objects_.begin() + 2, objects_.end(), [](const auto &a, const auto &b) {
         return a.inode != b.inode ? a.inode < b.inode : a.path < b.path;
@@ -144,7 +144,7 @@ void HostObjects::assignIDs()
         byPath_.insert(at(i).path, i);
 }
 
-void HostObjects::relate()
+void ObjectTable::relate()
 {
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
@@ -171,13 +171,13 @@ void HostObjects::relate()
     }
 }
 
-void HostObjects::findSubsystems()
+void ObjectTable::findSubsystems()
 {
     // Which class or bus points at a device, for trees without "subsystem" links.
     QHash<QByteArray, int> pointedAtBy;
     for (int i = 2; i < count(); ++i) {
         const HostObject &object = at(i);
-        for (const SweepObject::Link &link : object.links) {
+        for (const RawObject::Link &link : object.links) {
             const bool isMember = object.kind == Kind::Class ? !link.name.contains('/')
                                                              : object.kind == Kind::Bus &&
                                                                    link.name.startsWith("devices/");
@@ -216,7 +216,7 @@ void HostObjects::findSubsystems()
     }
 }
 
-QByteArray HostObjects::moduleOfDriver(int driver) const
+QByteArray ObjectTable::moduleOfDriver(int driver) const
 {
     const int module =
         driver == HostObject::none ? driver : linked(at(driver), "module", Kind::Module);
@@ -226,7 +226,7 @@ QByteArray HostObjects::moduleOfDriver(int driver) const
     return at(module).kernelName;
 }
 
-void HostObjects::findModules()
+void ObjectTable::findModules()
 {
     for (HostObject &object : objects_) {
         if (object.kind == Kind::Binding)
@@ -244,7 +244,7 @@ void HostObjects::findModules()
     }
 }
 
-void HostObjects::nameHost()
+void ObjectTable::nameHost()
 {
     const int dmi = withPath("devices/virtual/dmi/id");
     QByteArray product;
@@ -268,7 +268,7 @@ void HostObjects::nameHost()
     at(host).name = {product.isEmpty() ? QByteArray("Host") : product, {}};
 }
 
-void HostObjects::nameAll(ClassNames &classNames)
+void ObjectTable::nameAll(ClassNames &classNames)
 {
     // The kernel's own first, then by module, buses before classes, so that who keeps a plain name
     // is no chance.
@@ -297,7 +297,7 @@ void HostObjects::nameAll(ClassNames &classNames)
 }
 
 // Each child directory and each link that leads to an object pins it.
-void HostObjects::countReferences()
+void ObjectTable::countReferences()
 {
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
@@ -307,7 +307,7 @@ void HostObjects::countReferences()
             object.retainCount += static_cast<quint32>(object.member(u"refcnt").numberBits());
         if (object.kind == Kind::Binding)
             continue; // its link was counted with its device's
-        for (const SweepObject::Link &link : object.links) {
+        for (const RawObject::Link &link : object.links) {
             const int target = withPath(link.target);
             if (target != HostObject::none)
                 ++at(target).retainCount;

@@ -8,7 +8,7 @@
 // The links between entries in one direction, as an archive claims them or is to hold them, to be
 // looked at before anyone follows them: whoever does trusts that there are no cycles, and visits
 // every path.
-class PlaneLinks
+class LinkChecker
 {
 public:
     enum class Finding : quint8 { Sound, Cycle, TooManyPaths };
@@ -23,7 +23,7 @@ public:
         return 1'000'000 + 16 * entryCount;
     }
 
-    explicit PlaneLinks(Direction direction)
+    explicit LinkChecker(Direction direction)
         : direction_(direction)
     {}
 
@@ -49,7 +49,7 @@ private:
 };
 
 template<class Action>
-void PlaneLinks::forEach(const Lists &lists, Action action)
+void LinkChecker::forEach(const Lists &lists, Action action)
 {
     for (std::size_t position = 0; position < lists.size(); position += 2 + lists[position + 1])
         action(position);

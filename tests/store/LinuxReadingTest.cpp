@@ -31,13 +31,13 @@ std::size_t threadCount()
 
 enum class Hang { Interruptible, Uninterruptible };
 
-Sweeper::Options patienceOf(int milliseconds, Hang hang = Hang::Uninterruptible)
+TreeReader::Options patienceOf(int milliseconds, Hang hang = Hang::Uninterruptible)
 {
     return {.patience = std::chrono::milliseconds(milliseconds),
             .interrupts = hang == Hang::Interruptible};
 }
 
-Sweeper sweeperOf(const MadeTree &made, int patience)
+TreeReader treeReaderOf(const MadeTree &made, int patience)
 {
     QString error;
     return {std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error)),
@@ -129,7 +129,7 @@ protected:
     QString error_;
 };
 
-TEST(Sweep, KeepsInMemoryWhatAnUpdateFindsUnchanged)
+TEST(TreeReader, KeepsInMemoryWhatAnUpdateFindsUnchanged)
 {
     MadeTree made;
     made.file("devices/steady/uevent", "DRIVER=none\n");
@@ -161,7 +161,7 @@ TEST(Sweep, KeepsInMemoryWhatAnUpdateFindsUnchanged)
     EXPECT_EQ(control(), controlBefore);
 }
 
-TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
+TEST(TreeReader, ReadsAllElseOfAnObjectWithOddAttributes)
 {
     MadeTree made;
     made.file("devices/odd/uevent", "");
@@ -193,7 +193,7 @@ TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
     EXPECT_EQ(tree.store->registryEntries().size(), 3U);
 }
 
-TEST(Sweep, ReadsOneObjectWithItsChildrenAndItsDriver)
+TEST(TreeReader, ReadsOneObjectWithItsChildrenAndItsDriver)
 {
     MadeTree made;
     made.file("devices/host/port/uevent", "");
@@ -319,15 +319,15 @@ TEST_F(SlowDevice, MayBeReadAnewWhileItIsWaitedFor)
     EXPECT_TRUE(service->entryFromPath(QStringLiteral("DxService:/slow")));
 }
 
-TEST_F(SlowDevice, IsLeftOutWhenTheSweepIsStopped)
+TEST_F(SlowDevice, IsLeftOutWhenTheReadingIsStopped)
 {
-    Sweeper sweeper = sweeperOf(made_, 3'600'000);
+    TreeReader treeReader = treeReaderOf(made_, 3'600'000);
     std::stop_source stop;
     std::jthread asker([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
         stop.request_stop();
     });
-    for (const SweepObject &object : sweeper.run(stop.get_token()).objects)
+    for (const RawObject &object : treeReader.run(stop.get_token()).objects)
         EXPECT_NE(object.path, "devices/slow");
 }
 
@@ -406,7 +406,7 @@ TEST_P(DeadDevices, AreKnownByNameAndKeepNothingElseAway)
     ASSERT_TRUE(incomplete);
     EXPECT_TRUE(incomplete->childWithName(QStringLiteral("devices/mute")));
 
-    // Nothing that is known is lost by the next sweep, and what is new is found.
+    // Nothing that is known is lost by the next reading, and what is new is found.
     healthy(devices);
     tree.store->update();
     EXPECT_TRUE(at("devices/healthy" + QByteArray::number(devices)));
@@ -422,7 +422,7 @@ INSTANTIATE_TEST_SUITE_P(Hangs, DeadDevices,
                                                     : "Uninterruptible");
                          });
 
-TEST(Sweep, TriesAgainWhatDidNotAnswerWhenAsked)
+TEST(TreeReader, TriesAgainWhatDidNotAnswerWhenAsked)
 {
     MadeTree made;
     made.file("devices/slow/uevent", "");
@@ -442,7 +442,7 @@ TEST(Sweep, TriesAgainWhatDidNotAnswerWhenAsked)
         QStringLiteral("DxIncompleteObjects")));
 }
 
-TEST(Sweep, LearnsFromOneThatIsCancelled)
+TEST(TreeReader, LearnsFromOneThatIsCancelled)
 {
     constexpr int pipes = 5;
     MadeTree made;
@@ -457,14 +457,14 @@ TEST(Sweep, LearnsFromOneThatIsCancelled)
     service->prepareAsync([] {});
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
     service->prepare();
-    // One for each pipe, and one that was asking when the first sweep was cancelled.
+    // One for each pipe, and one that was asking when the first reading was cancelled.
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before + pipes + 1; }));
     for (int i = 0; i < pipes; ++i)
         answer(made.path(pipe(i).constData()));
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
 }
 
-TEST(Sweep, SurvivesATreeThatChangesWhileItIsRead)
+TEST(TreeReader, SurvivesATreeThatChangesWhileItIsRead)
 {
     MadeTree made;
     made.file("devices/stays/uevent", "");

@@ -4,25 +4,25 @@
 #include "model/linux/ClassNames.h"
 #include "model/linux/RegistryGraph.h"
 #include "model/linux/RequestedAttributes.h"
-#include "model/linux/Sweeper.h"
+#include "model/linux/TreeReader.h"
 
 // Reads the whole host in a thread of its own and makes the graph of it, sharing nothing with who
 // asked that either of them changes.
-class Preparation
+class GraphTask
 {
 public:
     struct Input
     {
         std::shared_ptr<const SysfsRoot> root;
-        Sweeper sweeper;
+        TreeReader treeReader;
         ClassNames classNames;
         RequestedAttributes requested;
-        RegistryGraph::Memory memory; // of the sweep before
-        quint64 sweep;                // its number, from 1
+        RegistryGraph::Memory memory; // of the reading before
+        quint64 reading;              // its number, from 1
     };
     struct Result
     {
-        Sweeper sweeper; // has learnt what not to try again
+        TreeReader treeReader; // has learnt what not to try again
         ClassNames classNames;
         std::unique_ptr<RegistryGraph> graph;
         RegistryGraph::Memory memory;
@@ -30,13 +30,13 @@ public:
     };
 
     // Begins. Finished is called in the thread.
-    Preparation(Input input, std::function<void()> finished);
-    ~Preparation(); // gives up the sweep and waits for the thread's end
+    GraphTask(Input input, std::function<void()> finished);
+    ~GraphTask(); // gives up the reading and waits for the thread's end
 
     bool waitFor(std::chrono::milliseconds most) const; // whether it is finished
     Result take();                                      // once, when it is
-    // Gives up the sweep, waits for the thread's end and returns who has swept. Instead of take.
-    Sweeper cancel();
+    // Gives up the reading, waits for the thread's end and returns who has swept. Instead of take.
+    TreeReader cancel();
 
 private:
     BackgroundTask<Result> task_;

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "model/linux/SlowStep.h"
+#include "platform/runloop/Wait.h"
+
+#include <memory>
+
+// The main thread's wait for a reading of the host.
+class ReadingWait final : public Wait
+{
+public:
+    Subject subject() override;
+    void skip() override { slowStep_->skip(shown_); }
+    void cancel() override { isCancelled_ = true; }
+
+    bool isCancelled() const { return isCancelled_; }
+    const std::shared_ptr<SlowStep> &slowStep() const { return slowStep_; } // for the reading
+
+private:
+    std::shared_ptr<SlowStep> slowStep_ = std::make_shared<SlowStep>();
+    SlowStep::Step shown_;
+    bool isCancelled_ = false;
+};
