@@ -43,7 +43,7 @@ std::optional<DeviceEvent> DeviceEvent::parse(QByteArrayView action, QByteArrayV
 {
     if (action.isEmpty() || !isPlainPath(devicePath))
         return std::nullopt;
-    return DeviceEvent{actionNamed(action), devicePath.sliced(1).toByteArray()};
+    return DeviceEvent{actionNamed(action), SysfsPath(devicePath.sliced(1).toByteArray())};
 }
 
 std::optional<DeviceEvent> DeviceEvent::fromDevice(udev_device *device)

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QByteArray>
+#include "model/linux/SysfsPath.h"
+
 #include <optional>
 
 struct udev_device;
@@ -11,7 +12,7 @@ struct DeviceEvent
     enum class Action : quint8 { Add, Remove, Bind, Unbind, Change }; // Change: any other
 
     Action action = Action::Change;
-    QByteArray path; // relative to the tree's root, such as "devices/virtual/net/lo"
+    SysfsPath path;
 
     // None for what names no object of a sysfs tree. The device path begins with a slash.
     static std::optional<DeviceEvent> parse(QByteArrayView action, QByteArrayView devicePath);

@@ -10,13 +10,13 @@ using Interest = NotificationPorts::Interest;
 constexpr int mostChecks = 3;
 
 // What is known of a device before a reading has seen it.
-HostObject announcedDevice(const QByteArray &path, quint64 inode, quint64 id)
+HostObject announcedDevice(const SysfsPath &path, quint64 inode, quint64 id)
 {
     HostObject device;
     device.path = path;
     device.id = id;
     device.nodeID = device.inode = inode;
-    device.kernelName = path.mid(path.lastIndexOf('/') + 1);
+    device.kernelName = path.name();
     device.name = ObjectNames::ofKernelName(device.kernelName);
     device.className = QStringLiteral("DxDevice");
     device.properties = RegistryValue::dictionary({});
@@ -35,7 +35,7 @@ void EventNotifier::handle(const DeviceEvent &event)
 {
     if (!objects_.graph())
         return; // the first reading will see it
-    const QByteArray binding = event.path + "/driver";
+    const SysfsPath binding = event.path.child("driver");
     switch (event.action) {
     case DeviceEvent::Action::Add:
         appeared(Matching::Publish, event.path);
@@ -58,12 +58,12 @@ void EventNotifier::handle(const DeviceEvent &event)
     }
 }
 
-void EventNotifier::appeared(Matching kind, const QByteArray &path)
+void EventNotifier::appeared(Matching kind, const SysfsPath &path)
 {
     const quint64 inode = root_.inodeOf(path);
     if (inode == 0)
         return; // it has gone again, or moved, which is an event of its own
-    if (!path.startsWith("devices/")) {
+    if (!path.isBelow("devices")) {
         tellOfChange(); // no service, which nobody can ask to be told of
         return;
     }
@@ -74,7 +74,7 @@ void EventNotifier::appeared(Matching kind, const QByteArray &path)
     objects_.release(device);
 }
 
-void EventNotifier::noteRemoval(const QByteArray &path)
+void EventNotifier::noteRemoval(const SysfsPath &path)
 {
     if (isReading_)
         removalsInReading_.push_back(path);
@@ -133,7 +133,7 @@ void EventNotifier::graphChanged(const std::vector<RegistryObject> &vanished,
         returned_.noteGone(last);
         announceGone(object);
     }
-    for (const QByteArray &path : std::exchange(removalsInReading_, {}))
+    for (const SysfsPath &path : std::exchange(removalsInReading_, {}))
         check({path, mostChecks});
     busyCountChanged(busyCountBefore);
 }

@@ -31,12 +31,12 @@ public:
 private:
     struct Removal
     {
-        QByteArray path;
+        SysfsPath path;
         int checksLeft;
     };
 
-    void appeared(NotificationPorts::Matching kind, const QByteArray &path);
-    void noteRemoval(const QByteArray &path);
+    void appeared(NotificationPorts::Matching kind, const SysfsPath &path);
+    void noteRemoval(const SysfsPath &path);
     void check(const Removal &removal);
     void checkAgain();
     void announceGone(RegistryObject object);
@@ -46,7 +46,7 @@ private:
     NotificationPorts &ports_;
     VanishedObjects returned_;
     bool isReading_ = false;
-    std::vector<QByteArray> removalsInReading_; // which may have seen them just before
+    std::vector<SysfsPath> removalsInReading_; // which may have seen them just before
     std::vector<Removal> doubtful_;
     OneShotTimer::Ref nextCheck_;
 };

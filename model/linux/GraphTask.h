@@ -26,7 +26,7 @@ public:
         ClassNames classNames;
         std::unique_ptr<RegistryGraph> graph;
         RegistryGraph::Memory memory;
-        std::vector<QByteArray> filesRead;
+        std::vector<SysfsPath> filesRead;
     };
 
     // Begins. Finished is called in the thread.

@@ -8,18 +8,12 @@ namespace {
 using Kind = RawObject::Kind;
 } // namespace
 
-std::unique_ptr<LinuxRegistryService> LinuxRegistryService::create(const QString &sysfsRoot,
-                                                                   QString *error)
+LinuxRegistryService::Created LinuxRegistryService::create(const QString &sysfsRoot,
+                                                           TreeReader::Options options)
 {
-    return create(sysfsRoot, {}, error);
-}
-
-std::unique_ptr<LinuxRegistryService>
-LinuxRegistryService::create(const QString &sysfsRoot, TreeReader::Options options, QString *error)
-{
-    auto root = SysfsRoot::open(QFile::encodeName(sysfsRoot), error);
+    auto root = SysfsRoot::open(QFile::encodeName(sysfsRoot));
     if (!root)
-        return nullptr;
+        return root.error();
     return std::unique_ptr<LinuxRegistryService>(
         new LinuxRegistryService(std::make_shared<const SysfsRoot>(std::move(*root)), options));
 }

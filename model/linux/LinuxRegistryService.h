@@ -21,10 +21,8 @@ public:
     // Null when the events cannot be had.
     using EventSourceFactory = std::function<std::unique_ptr<DeviceEventSource>()>;
 
-    // Null, with a message for the user, when the folder is no sysfs tree.
-    static std::unique_ptr<LinuxRegistryService> create(const QString &sysfsRoot, QString *error);
-    static std::unique_ptr<LinuxRegistryService>
-    create(const QString &sysfsRoot, TreeReader::Options options, QString *error);
+    using Created = Result<std::unique_ptr<LinuxRegistryService>, SysfsRootError>;
+    static Created create(const QString &sysfsRoot, TreeReader::Options options = {});
     ~LinuxRegistryService() override;
 
     // Before the first notification port. Trees other than the kernel's have no events by default.
@@ -76,7 +74,7 @@ public:
     void releasePowerConnection(PowerConnection connection) override;
 
     // Every file that the last reading has read, where the options ask for it.
-    const std::vector<QByteArray> &filesRead() const { return filesRead_; }
+    const std::vector<SysfsPath> &filesRead() const { return filesRead_; }
 
 private:
     struct Iterator
@@ -124,7 +122,7 @@ private:
     std::vector<RegistryIterator> freeIterators_;
     quint64 treeReadings_ = 0;
     RegistryGraph::Memory memory_; // of the last reading
-    std::vector<QByteArray> filesRead_;
+    std::vector<SysfsPath> filesRead_;
 
     EventSourceFactory openEvents_;
     QSet<NotificationPort> eventPorts_;

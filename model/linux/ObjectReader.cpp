@@ -53,8 +53,8 @@ std::size_t wholeCharacters(const char *bytes, std::size_t size)
 // None when the watch does not let it take the step. The step may touch only what is the reader's
 // own: when it returns, the program may have ended but for this thread.
 template<class Step>
-auto take(ObjectReader::Watch &watch, const QByteArray &directory, const QByteArray &name,
-          Step step) -> std::optional<decltype(step())>
+auto take(ObjectReader::Watch &watch, const SysfsPath &directory, const QByteArray &name, Step step)
+    -> std::optional<decltype(step())>
 {
     if (!watch.mayTake(directory, name))
         return std::nullopt;
@@ -74,7 +74,7 @@ bool isBinary(const char *bytes, std::size_t size)
 
 struct ObjectReader::Directory
 {
-    QByteArray path;       // relative to the tree's root
+    SysfsPath path;
     QByteArray below = {}; // relative to the object's directory; empty for itself
     int depth = 0;
     FileDescriptor descriptor = {};
@@ -120,7 +120,7 @@ struct ObjectReader::Job
     }
 };
 
-ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices,
+ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<SysfsPath> &forcedDevices,
                            Watch &watch, bool recordsFiles)
     : root_(root)
     , opener_(root.opener())
@@ -139,7 +139,7 @@ ObjectReader::Result ObjectReader::read(const Request &request)
     object.kind = request.kind;
     object.inode = request.inode;
     object.path = request.path;
-    object.kernelName = SysfsPlaces::baseName(request.path);
+    object.kernelName = request.path.name();
     Directory directory{request.path};
     const auto error =
         take(watch_, request.path, {}, [&] { return directory.list(opener_.open(request.path)); });
@@ -164,7 +164,7 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
             return QByteArray();
         const QByteArray text = linkText(job, directory, link);
         job.linkTexts.emplace_back(link, text);
-        return SysfsPlaces::baseName(text);
+        return SysfsPath(text).name();
     };
     AttributePolicy::Context context{.folder = job.request.folder,
                                      .subsystem = targetName("subsystem"),
@@ -226,11 +226,11 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     using Folder = AttributePolicy::Folder;
     const Folder folder = job.request.folder;
     const bool isBusTop = folder == Folder::Bus && parent.below.isEmpty();
-    if (folder != Folder::Firmware && AttributePolicy::skipsDirectory(entry.name))
+    if (AttributePolicy::skipsDirectory(folder, entry.name))
         return;
     if (parent.depth >= deepestNesting)
         return job.noteUnread(parent, entry.name, liesTooDeep);
-    Directory directory{join(parent.path, entry.name), join(parent.below, entry.name),
+    Directory directory{parent.path.child(entry.name), join(parent.below, entry.name),
                         parent.depth + 1};
     const QByteArray &asked = job.request.attribute;
     if (!asked.isNull() && !asked.startsWith(directory.below + '/'))
@@ -255,8 +255,8 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
 void ObjectReader::addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                              RawObject::Kind kind)
 {
-    const QByteArray path = join(parent.path, entry.name);
-    if (path.size() > longestPath || path.count('/') > mostLevels)
+    const SysfsPath path = parent.path.child(entry.name);
+    if (path.size() > maxPathSize || path.depth() > maxDepth + 1)
         return job.noteUnread(parent, entry.name, liesTooDeep);
     job.result.below.push_back({job.request.folder, kind, path, entry.inode});
 }
@@ -264,7 +264,7 @@ void ObjectReader::addObject(Job &job, const Directory &parent, const SysfsRoot:
 // None for a subdirectory that belongs to the object itself.
 std::optional<RawObject::Kind> ObjectReader::objectKind(const Job &job, const Directory &parent,
                                                         const QByteArray &name,
-                                                        const QByteArray &path)
+                                                        const SysfsPath &path)
 {
     using Folder = AttributePolicy::Folder;
     if (job.request.folder == Folder::Firmware)
@@ -299,7 +299,7 @@ void ObjectReader::readMembersOfBus(Job &job, const Directory &devices)
             continue;
         }
         const QByteArray text = linkText(job, devices, entry.name);
-        const QByteArray target = SysfsRoot::resolveLink(devices.path, text);
+        const SysfsPath target = SysfsRoot::resolveLink(devices.path, text);
         if (!target.isNull())
             job.result.object.links.push_back({join(devices.below, entry.name), target});
         else if (!text.isNull())
@@ -312,7 +312,7 @@ void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
     for (const SysfsRoot::Entry &entry : drivers.entries) {
         if (entry.type == SysfsRoot::EntryType::Directory)
             job.result.below.push_back({AttributePolicy::Folder::Driver, RawObject::Kind::Driver,
-                                        join(drivers.path, entry.name), entry.inode});
+                                        drivers.path.child(entry.name), entry.inode});
         else
             job.noteUnread(drivers, entry.name, "is no folder");
     }
@@ -322,12 +322,12 @@ bool ObjectReader::isDevice(const Directory &itself) const
 {
     return contains(itself.entries, "uevent") || forcedDevices_.contains(itself.path) ||
            SysfsPlaces::isSystemDevice(itself.path) ||
-           (SysfsPlaces::isSystemFolder(SysfsPlaces::folderOf(itself.path)) &&
+           (SysfsPlaces::isSystemFolder(itself.path.parent()) &&
             contains(itself.entries, "subsystem"));
 }
 
 // Asked for by its own files, since a device will be listed when its turn comes.
-bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path)
+bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name, const SysfsPath &path)
 {
     if (forcedDevices_.contains(path) || SysfsPlaces::isSystemDevice(path))
         return true;
@@ -367,8 +367,8 @@ void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoo
                                 : linkText(job, directory, entry.name);
     if (text.isNull())
         return;
-    const QByteArray target = SysfsRoot::resolveLink(directory.path, text);
-    const QByteArray &shown = target.isNull() ? text : target;
+    const SysfsPath target = SysfsRoot::resolveLink(directory.path, text);
+    const QByteArray &shown = target.isNull() ? text : target.toByteArray();
     members.push_back({pool_.text(entry.name), RegistryValue::string(QString::fromUtf8(shown))});
     if (target.isNull())
         return;
@@ -405,7 +405,7 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
         return;
     if (name == "uevent" && directory.below.isEmpty() && !job.uevent.isNone()) {
         if (recordsFiles_)
-            job.result.filesRead.push_back(join(directory.path, name));
+            job.result.filesRead.push_back(directory.path.child(name));
         members.push_back({pool_.text(name), std::exchange(job.uevent, {})});
         return;
     }
@@ -413,7 +413,7 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
     const std::size_t limit = isConfig(directory, name) ? AttributePolicy::configBytes : dataLimit;
     const auto bytes = readBytes(job, directory, name, limit, reason);
     if (recordsFiles_ && !RawObject::isUnanswered(reason))
-        job.result.filesRead.push_back(join(directory.path, name));
+        job.result.filesRead.push_back(directory.path.child(name));
     RawObject &object = job.result.object;
     const bool isOnRequest = job.request.readsOnRequest;
     if (bytes && isOnRequest)

@@ -17,7 +17,7 @@ public:
     class Watch
     {
     public:
-        virtual bool mayTake(const QByteArray &directory, const QByteArray &name) = 0;
+        virtual bool mayTake(const SysfsPath &directory, const QByteArray &name) = 0;
         virtual bool returned() = 0;
         // Within a step that was interrupted: whether to give it up.
         virtual bool isGivenUp() const = 0;
@@ -28,14 +28,14 @@ public:
 
     // What lies deeper than that is named in the properties of what is above it. Every object keeps
     // its path, so that the bounds are also those of the memory that a hostile tree takes.
-    static constexpr qsizetype mostLevels = 10'000; // below a folder of the tree, such as "devices"
-    static constexpr qsizetype longestPath = 32'768;
+    static constexpr qsizetype maxDepth = 10'000; // below a folder of the tree, such as "devices"
+    static constexpr qsizetype maxPathSize = 32'768;
 
     struct Request
     {
         AttributePolicy::Folder folder = AttributePolicy::Folder::Device;
         RawObject::Kind kind = RawObject::Kind::Device; // of a device's folder, a guess
-        QByteArray path;
+        SysfsPath path;
         quint64 inode = 0;
         bool readsOnRequest = false; // what is too costly for every reading, and nothing else
         bool readsAttributes = true; // else only what is there, and where its links lead
@@ -45,11 +45,11 @@ public:
     {
         RawObject object;
         std::vector<Request> below; // the objects nearest to it on each way down
-        std::vector<QByteArray> filesRead;
+        std::vector<SysfsPath> filesRead;
     };
 
     // Directories at forcedDevices are devices even without a uevent file.
-    ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices, Watch &watch,
+    ObjectReader(const SysfsRoot &root, const QSet<SysfsPath> &forcedDevices, Watch &watch,
                  bool recordsFiles);
     ~ObjectReader();
 
@@ -66,7 +66,7 @@ private:
     static void addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RawObject::Kind kind);
     std::optional<RawObject::Kind> objectKind(const Job &job, const Directory &parent,
-                                              const QByteArray &name, const QByteArray &path);
+                                              const QByteArray &name, const SysfsPath &path);
     bool open(Job &job, const Directory &parent, const QByteArray &name, Directory &directory);
     void readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
                   RegistryValue::Members &members);
@@ -78,7 +78,7 @@ private:
     void readMembersOfBus(Job &job, const Directory &devices);
     void readDriversOfBus(Job &job, const Directory &drivers);
     bool isDevice(const Directory &itself) const;
-    bool isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path);
+    bool isDevice(const Directory &parent, const QByteArray &name, const SysfsPath &path);
     QByteArray linkText(Job &job, const Directory &directory, const QByteArray &name);
     // None with a reason (empty: not worth telling) when it cannot be read.
     std::optional<QByteArrayView> readBytes(const Job &job, const Directory &directory,
@@ -90,7 +90,7 @@ private:
 
     const SysfsRoot &root_;
     DirectoryOpener opener_;
-    const QSet<QByteArray> &forcedDevices_;
+    const QSet<SysfsPath> &forcedDevices_;
     Watch &watch_;
     bool recordsFiles_;
     TextPool pool_;

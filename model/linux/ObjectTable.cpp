@@ -10,8 +10,6 @@
 
 namespace {
 using Kind = RawObject::Kind;
-using SysfsPlaces::baseName;
-using SysfsPlaces::folderOf;
 
 // Others are folders without a meaning of their own, unless something in them could not be read.
 bool needsPlace(const RawObject &object)
@@ -29,26 +27,27 @@ bool isDeviceOrContainer(const RawObject &object)
 }
 
 // The folders above every device, and above containers that could not be read.
-QSet<QByteArray> foldersAboveDevices(const TreeContents &contents)
+QSet<SysfsPath> foldersAboveDevices(const TreeContents &contents)
 {
-    QSet<QByteArray> folders;
+    QSet<SysfsPath> folders;
     for (const RawObject &object : contents.objects) {
         if (!isDeviceOrContainer(object) || !needsPlace(object))
             continue;
-        QByteArray folder = folderOf(object.path);
+        SysfsPath folder = object.path.parent();
         while (!folder.isEmpty() && !folders.contains(folder)) {
             folders.insert(folder);
-            folder = folderOf(folder);
+            folder = folder.parent();
         }
     }
     return folders;
 }
 
 // For an inode that is not unique, as copies of a tree may have: made from the path.
-quint64 substituteID(const QByteArray &path)
+quint64 substituteID(const SysfsPath &path)
 {
     constexpr quint64 mark = quint64(1) << 63;
-    const QByteArray digest = QCryptographicHash::hash(path, QCryptographicHash::Sha1);
+    const QByteArray digest =
+        QCryptographicHash::hash(path.toByteArray(), QCryptographicHash::Sha1);
     return mark | qFromBigEndian<quint64>(digest.constData());
 }
 } // namespace
@@ -74,14 +73,14 @@ ObjectTable::ObjectTable(TreeContents contents, RegistryValue::Members rootFacts
     countReferences();
 }
 
-int ObjectTable::withPath(const QByteArray &path) const
+int ObjectTable::withPath(const SysfsPath &path) const
 {
     return byPath_.value(path, HostObject::none);
 }
 
 int ObjectTable::linked(const HostObject &object, QByteArrayView link) const
 {
-    const QByteArray target = object.link(link);
+    const SysfsPath target = object.link(link);
     return target.isEmpty() ? HostObject::none : withPath(target);
 }
 
@@ -94,7 +93,7 @@ int ObjectTable::linked(const HostObject &object, QByteArrayView link, Kind kind
 void ObjectTable::collect(TreeContents contents)
 {
     at(root).unread = std::move(contents.unread);
-    const QSet<QByteArray> folders = foldersAboveDevices(contents);
+    const QSet<SysfsPath> folders = foldersAboveDevices(contents);
     objects_.reserve(2 * contents.objects.size());
     for (RawObject &object : contents.objects) {
         if (object.kind == Kind::Container && !needsPlace(object) && !folders.contains(object.path))
@@ -108,16 +107,16 @@ void ObjectTable::addBindings()
 {
     const std::size_t count = objects_.size();
     for (std::size_t i = 0; i < count; ++i) {
-        const QByteArray driver = objects_[i].link("driver");
+        const SysfsPath driver = objects_[i].link("driver");
         if (objects_[i].kind != Kind::Device || !SysfsPlaces::isDriver(driver))
             continue;
         HostObject binding;
         binding.kind = Kind::Binding;
         binding.inode = objects_[i].driverLinkInode;
-        binding.path = objects_[i].path + "/driver";
-        binding.kernelName = baseName(driver);
-        const auto text = [](const QByteArray &path) {
-            return RegistryValue::string(QString::fromUtf8(path));
+        binding.path = objects_[i].path.child("driver");
+        binding.kernelName = driver.name();
+        const auto text = [](const SysfsPath &path) {
+            return RegistryValue::string(path.toString());
         };
         binding.members = {{CompactString(QStringLiteral("device")), text(objects_[i].path)},
                            {CompactString(QStringLiteral("driver")), text(driver)}};
@@ -149,17 +148,17 @@ void ObjectTable::relate()
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
         if (object.kind == Kind::Binding) {
-            object.device = object.parent = withPath(folderOf(object.path));
+            object.device = object.parent = withPath(object.path.parent());
             object.driver = linked(object, "driver", Kind::Driver);
             at(object.device).binding = i;
             continue;
         }
         if (object.kind == Kind::Driver) { // bus/X/drivers/Y
-            object.parent = withPath(folderOf(folderOf(object.path)));
+            object.parent = withPath(object.path.parent().parent());
             continue;
         }
-        for (QByteArray folder = folderOf(object.path);
-             !folder.isEmpty() && object.parent == HostObject::none; folder = folderOf(folder)) {
+        for (SysfsPath folder = object.path.parent();
+             !folder.isEmpty() && object.parent == HostObject::none; folder = folder.parent()) {
             const int candidate = withPath(folder);
             if (candidate == HostObject::none)
                 continue;
@@ -174,7 +173,7 @@ void ObjectTable::relate()
 void ObjectTable::findSubsystems()
 {
     // Which class or bus points at a device, for trees without "subsystem" links.
-    QHash<QByteArray, int> pointedAtBy;
+    QHash<SysfsPath, int> pointedAtBy;
     for (int i = 2; i < count(); ++i) {
         const HostObject &object = at(i);
         for (const RawObject::Link &link : object.links) {
@@ -185,34 +184,34 @@ void ObjectTable::findSubsystems()
                 pointedAtBy.insert(link.target, i);
         }
     }
-    const auto setSubsystem = [this](HostObject &object, const QByteArray &path) {
-        object.subsystem = baseName(path);
-        object.isOnBus = path.startsWith("bus/");
+    const auto setSubsystem = [this](HostObject &object, const SysfsPath &path) {
+        object.subsystem = path.name();
+        object.isOnBus = path.isBelow("bus");
         object.subsystemObject = withPath(path);
         // Old trees have the block devices' folder at the top, newer ones among the classes.
         if (object.subsystemObject == HostObject::none && object.subsystem == "block")
-            object.subsystemObject = withPath(path == "block" ? "class/block" : "block");
+            object.subsystemObject = withPath(SysfsPath(path == "block" ? "class/block" : "block"));
     };
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
         if (object.kind != Kind::Device)
             continue;
-        const QByteArray target = object.link("subsystem");
+        const SysfsPath target = object.link("subsystem");
         const int pointing = pointedAtBy.value(object.path, HostObject::none);
         if (SysfsPlaces::isSubsystem(target))
             setSubsystem(object, target);
         else if (pointing != HostObject::none)
             setSubsystem(object, at(pointing).path);
         else if (SysfsPlaces::isSystemDevice(object.path))
-            setSubsystem(object, "bus/" + SysfsPlaces::subsystemOfSystemDevice(object.path));
+            setSubsystem(object,
+                         SysfsPath("bus").child(SysfsPlaces::subsystemOfSystemDevice(object.path)));
     }
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
         if (object.kind != Kind::Binding)
             continue;
         // The driver's folder tells the bus even where the device does not.
-        const QByteArray driver = object.link("driver");
-        setSubsystem(object, folderOf(folderOf(driver)));
+        setSubsystem(object, object.link("driver").parent().parent());
     }
 }
 

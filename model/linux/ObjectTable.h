@@ -21,7 +21,7 @@ public:
     int count() const { return static_cast<int>(objects_.size()); }
     HostObject &at(int index) { return objects_[static_cast<std::size_t>(index)]; }
     const HostObject &at(int index) const { return objects_[static_cast<std::size_t>(index)]; }
-    int withPath(const QByteArray &path) const; // or HostObject::none
+    int withPath(const SysfsPath &path) const; // or HostObject::none
     // Where a link of an object leads among the objects, or none.
     int linked(const HostObject &object, QByteArrayView link) const;
     int linked(const HostObject &object, QByteArrayView link, RawObject::Kind kind) const;
@@ -48,5 +48,5 @@ private:
     void countReferences();
 
     std::vector<HostObject> objects_;
-    QHash<QByteArray, int> byPath_;
+    QHash<SysfsPath, int> byPath_;
 };

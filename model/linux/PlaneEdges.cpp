@@ -120,7 +120,8 @@ void addFirmware(PlaneCollector &plane)
 {
     const ObjectTable &objects = plane.objects();
     const auto isAcpi = [](const HostObject &object) {
-        return object.kind == Kind::Device && object.path.startsWith("devices/LNXSYSTM");
+        return object.kind == Kind::Device &&
+               object.path.toByteArray().startsWith("devices/LNXSYSTM");
     };
     forEach(objects, Kind::FirmwareNode,
             [&](int i, const HostObject &node) { plane.add(i, node.parent); });
@@ -252,8 +253,8 @@ void refuse(ObjectTable &objects, Plane plane, const std::vector<Edge> &refused,
 {
     const QString planeName = QString::fromLatin1(planeNames[static_cast<std::size_t>(plane)]);
     for (const auto &[parent, child] : refused)
-        objects.at(child).refusedParents.append(
-            planeName + QStringLiteral(": ") + QString::fromUtf8(objects.at(parent).path) + reason);
+        objects.at(child).refusedParents.append(planeName + QStringLiteral(": ") +
+                                                objects.at(parent).path.toString() + reason);
 }
 
 // A member whose every parent was refused stands under the host.

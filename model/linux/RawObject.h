@@ -1,8 +1,8 @@
 #pragma once
 
 #include "model/RegistryValue.h"
+#include "model/linux/SysfsPath.h"
 
-#include <QByteArray>
 #include <QHash>
 #include <vector>
 
@@ -23,8 +23,8 @@ struct RawObject
     };
     struct Link
     {
-        QByteArray name;   // with its path below the object's directory, such as "slaves/sda1"
-        QByteArray target; // relative to the tree's root
+        QByteArray name; // with its path below the object's directory, such as "slaves/sda1"
+        SysfsPath target;
     };
     struct Unread
     {
@@ -50,7 +50,7 @@ struct RawObject
 
     Kind kind = Kind::Device;
     quint64 inode = 0;
-    QByteArray path; // relative to the tree's root
+    SysfsPath path;
     QByteArray kernelName;
     quint64 driverLinkInode = 0; // of a device that is bound
     RegistryValue::Members members;
@@ -58,7 +58,7 @@ struct RawObject
     std::vector<Unread> unread;
     std::vector<Requested> requested; // instead of the members, when reading on request
 
-    QByteArray link(QByteArrayView name) const
+    SysfsPath link(QByteArrayView name) const // where it leads; null: there is none
     {
         for (const Link &candidate : links) {
             if (candidate.name == name)

@@ -32,7 +32,7 @@ int interruptSignal()
 class NoWatch final : public ObjectReader::Watch
 {
 public:
-    bool mayTake(const QByteArray &, const QByteArray &) override { return true; }
+    bool mayTake(const SysfsPath &, const QByteArray &) override { return true; }
     bool returned() override { return true; }
     bool isGivenUp() const override { return false; }
 };
@@ -43,7 +43,7 @@ struct ReaderThreads::Progress
 {
     std::mutex mutex;
     Request request;
-    QByteArray directory;
+    SysfsPath directory;
     QByteArray name;
     quint64 step = 0;
     bool isInStep = false; // asks the host, and touches nothing but its own
@@ -52,7 +52,9 @@ struct ReaderThreads::Progress
     bool isAbandoned = false;
     bool isLeftBehind = false; // and counted as such
 
-    SlowStep::Step longStep() const { return {request.path, directory + '/' + name}; }
+    // Ends with a slash for the directory itself: listing it may hang where its name does not.
+    SysfsPath stepPath() const { return directory.child(name); }
+    SlowStep::Step longStep() const { return {request.path, stepPath()}; }
 };
 
 class ReaderThreads::StepWatch final : public ObjectReader::Watch
@@ -62,7 +64,7 @@ public:
         : owner_(owner)
         , progress_(progress)
     {}
-    bool mayTake(const QByteArray &directory, const QByteArray &name) override
+    bool mayTake(const SysfsPath &directory, const QByteArray &name) override
     {
         if (owner_.isBlocked(directory, name))
             return false;
@@ -130,12 +132,12 @@ void ReaderThreads::add(Request request)
     ++unfinished_;
 }
 
-bool ReaderThreads::isBlocked(const QByteArray &directory, const QByteArray &name)
+bool ReaderThreads::isBlocked(const SysfsPath &directory, const QByteArray &name)
 {
     if (!hasBlockedPaths_)
         return false;
     const std::lock_guard lock(mutex_);
-    return plan_.blockedPaths.contains(directory + '/' + name);
+    return plan_.blockedPaths.contains(directory.child(name));
 }
 
 void ReaderThreads::end()
@@ -293,7 +295,7 @@ void ReaderThreads::giveUp(Progress &progress)
 {
     progress.isGivenUp = true;
     ++stepsGivenUp_;
-    plan_.blockedPaths.insert(progress.directory + '/' + progress.name);
+    plan_.blockedPaths.insert(progress.stepPath());
     hasBlockedPaths_ = true;
 }
 

@@ -23,8 +23,8 @@ public:
     struct Plan
     {
         std::shared_ptr<const SysfsRoot> root;
-        QSet<QByteArray> forcedDevices;
-        QSet<QByteArray> blockedPaths;                       // not to be tried
+        QSet<SysfsPath> forcedDevices;
+        QSet<SysfsPath> blockedPaths;                        // not to be tried
         std::shared_ptr<std::atomic<int>> threadsLeftBehind; // those that hang, of all runs
         std::chrono::microseconds patience;
         unsigned threads = 1;
@@ -40,7 +40,7 @@ public:
     // Once. Ends early, with what it has, when asked to stop.
     TreeContents perform(const std::stop_token &stop);
     // Those of the plan and what has not answered since. When it has ended.
-    const QSet<QByteArray> &blockedPaths() const { return plan_.blockedPaths; }
+    const QSet<SysfsPath> &blockedPaths() const { return plan_.blockedPaths; }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -56,7 +56,7 @@ private:
     class StepWatch;
 
     void add(ObjectReader::Request request);
-    bool isBlocked(const QByteArray &directory, const QByteArray &name);
+    bool isBlocked(const SysfsPath &directory, const QByteArray &name);
     void end();
 
     void startThread();

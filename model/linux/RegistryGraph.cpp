@@ -288,7 +288,7 @@ void RegistryGraph::nameIncompleteObjects()
                 attributes.append(QString::fromUtf8(unread.path));
         }
         if (!attributes.isEmpty())
-            incomplete.insert(QString::fromUtf8(at(i).path), arrayOf(attributes));
+            incomplete.insert(at(i).path.toString(), arrayOf(attributes));
     }
     RegistryValue::Members members;
     for (auto it = incomplete.cbegin(); it != incomplete.cend(); ++it)

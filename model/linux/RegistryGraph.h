@@ -19,7 +19,7 @@ public:
     const HostObject &at(int index) const { return objects_.at(index); }
     int withID(quint64 id) const; // or HostObject::none
     void setID(int index, quint64 id);
-    int withPath(const QByteArray &path) const { return objects_.withPath(path); }
+    int withPath(const SysfsPath &path) const { return objects_.withPath(path); }
     bool hasPlane(Plane plane) const;
     std::span<const int> childrenInPlane(int index, Plane plane) const;
     // What an object was in a reading, kept for the next one.

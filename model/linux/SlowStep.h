@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QByteArray>
+#include "model/linux/SysfsPath.h"
+
 #include <mutex>
 
 // Between a reading and who watches it for the user, each in a thread of its own.
@@ -9,8 +10,8 @@ class SlowStep
 public:
     struct Step
     {
-        QByteArray object; // its path; null for no step
-        QByteArray path;   // of what is asked, at or below the object's
+        SysfsPath object; // null: no step
+        SysfsPath path;   // of what is read, at or below the object
 
         bool operator==(const Step &) const = default;
     };

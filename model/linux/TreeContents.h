@@ -9,5 +9,5 @@ struct TreeContents
 {
     std::vector<RawObject> objects;
     std::vector<RawObject::Unread> unread; // of the tree's own folders, such as "bus"
-    std::vector<QByteArray> filesRead;     // when asked for
+    std::vector<SysfsPath> filesRead;      // when asked for
 };

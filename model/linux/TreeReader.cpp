@@ -58,22 +58,22 @@ RawObject TreeReader::readObject(const Request &request, const std::stop_token &
 std::vector<Request> TreeReader::firstRequests(std::vector<RawObject::Unread> &unread) const
 {
     std::vector<Request> requests;
-    const auto entriesOf = [&](const QByteArray &folder) {
+    const auto entriesOf = [&](const SysfsPath &folder) {
         std::vector<SysfsRoot::Entry> entries;
         const FileDescriptor directory = root_->openDirectory(folder);
         const int error = directory ? SysfsRoot::list(directory.get(), entries) : errno;
         if (error != 0 && error != ENOENT)
-            unread.push_back({folder, std::strerror(error)});
+            unread.push_back({folder.toByteArray(), std::strerror(error)});
         return entries;
     };
-    const auto addFolder = [&](const QByteArray &folder, Folder type, Kind kind) {
+    const auto addFolder = [&](const SysfsPath &folder, Folder type, Kind kind) {
         bool any = false;
         for (const SysfsRoot::Entry &entry : entriesOf(folder)) {
             if (entry.type == SysfsRoot::EntryType::Directory) {
-                requests.push_back({type, kind, folder + '/' + entry.name, entry.inode});
+                requests.push_back({type, kind, folder.child(entry.name), entry.inode});
                 any = any || entry.name == "block";
             } else if (type != Folder::Firmware) { // whose top has attributes
-                unread.push_back({folder + '/' + entry.name, "is no folder"});
+                unread.push_back({folder.child(entry.name).toByteArray(), "is no folder"});
             }
         }
         return any;
@@ -114,7 +114,7 @@ TreeContents TreeReader::run(std::vector<Request> requests, bool goesOn,
 
 bool TreeReader::findForcedDevices(const TreeContents &contents)
 {
-    QSet<QByteArray> known;
+    QSet<SysfsPath> known;
     for (const RawObject &object : contents.objects) {
         if (object.kind == Kind::Device)
             known.insert(object.path);
@@ -124,7 +124,7 @@ bool TreeReader::findForcedDevices(const TreeContents &contents)
         if (object.kind != Kind::Bus && object.kind != Kind::Class)
             continue;
         for (const RawObject::Link &link : object.links) {
-            const bool isDevice = link.target.startsWith("devices/") &&
+            const bool isDevice = link.target.isBelow("devices") &&
                                   (object.kind == Kind::Class ? !link.name.contains('/')
                                                               : link.name.startsWith("devices/"));
             const auto exists = [&] {

@@ -49,6 +49,6 @@ private:
     Options options_;
     std::shared_ptr<SlowStep> slowStep_;
     std::shared_ptr<std::atomic<int>> threadsLeftBehind_; // shared by the copies
-    QSet<QByteArray> blockedPaths_;                       // did not return; never tried again
-    QSet<QByteArray> forcedDevices_; // have no uevent, but a class or bus points at them
+    QSet<SysfsPath> blockedPaths_;                        // did not return; never tried again
+    QSet<SysfsPath> forcedDevices_; // have no uevent, but a class or bus points at them
 };

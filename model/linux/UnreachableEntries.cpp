@@ -47,12 +47,13 @@ QByteArrayList unreachableEntries(const RegistryGraph &graph)
             isAnywhere[object] = isAnywhere[object] || isMember[object];
             if (isMember[object] && !isReached[object])
                 unreachable.append(QByteArray(planeNames[i]) + ": " +
-                                   graph.at(static_cast<int>(object)).path);
+                                   graph.at(static_cast<int>(object)).path.toByteArray());
         }
     }
     for (std::size_t object = 0; object < isAnywhere.size(); ++object) {
         if (!isAnywhere[object])
-            unreachable.append("no plane: " + graph.at(static_cast<int>(object)).path);
+            unreachable.append("no plane: " +
+                               graph.at(static_cast<int>(object)).path.toByteArray());
     }
     return unreachable;
 }

@@ -47,11 +47,11 @@ private:
     // Null for what is no device's, or is deeper than devices are.
     QString placeOf(QByteArrayView path) const
     {
-        constexpr int deepest = 6;
+        constexpr int maxDepth = 6;
         const auto event = DeviceEvent::parse("add", path);
-        const bool isDevice = event && event->path.startsWith("devices/") &&
-                              event->path.count('/') < deepest && event->path.size() < NAME_MAX;
-        return isDevice ? sys() + u'/' + QFile::decodeName(event->path) : QString();
+        const bool isDevice = event && event->path.isBelow("devices") &&
+                              event->path.depth() <= maxDepth && event->path.size() < NAME_MAX;
+        return isDevice ? sys() + u'/' + QFile::decodeName(event->path.toByteArray()) : QString();
     }
 
     QTemporaryDir folder_;
@@ -70,8 +70,7 @@ void send(QByteArrayView message, ScriptedEvents &events)
 
 std::string captured(const QString &sys)
 {
-    QString error;
-    const auto service = LinuxRegistryService::create(sys, oneThread, &error);
+    const auto service = *LinuxRegistryService::create(sys, oneThread);
     const auto fresh = TavDataStore::initFromDxRegistry(*service);
     fresh->update(); // sorts children by the names of every plane
     return StorePrinter::planes(*fresh);
@@ -94,8 +93,7 @@ int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     Tree tree;
     ScriptedEvents events;
     SimulatedRunLoop loop;
-    QString error;
-    const auto service = LinuxRegistryService::create(tree.sys(), oneThread, &error);
+    const auto service = *LinuxRegistryService::create(tree.sys(), oneThread);
     service->setEventSourceFactory([&events] { return events.open(); });
     const auto store = TavDataStore::initFromDxRegistry(*service);
     store->setAutoupdate(size % 2 == 0);

@@ -24,10 +24,9 @@ public:
     {
         using namespace std::chrono_literals;
         const Tree tree(random_); // outlives who reads it
-        QString error;
         const bool interrupts = random_() % 2 == 0;
-        const auto service = LinuxRegistryService::create(
-            tree.sys(), {.patience = 500ms, .interrupts = interrupts}, &error);
+        const auto service = *LinuxRegistryService::create(
+            tree.sys(), {.patience = 500ms, .interrupts = interrupts});
         const auto store = TavDataStore::initFromDxRegistry(*service);
         ++captures_;
         if (sorted(store->incompleteObjects()) != tree.silent())

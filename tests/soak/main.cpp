@@ -53,7 +53,7 @@ class Soak
 {
 public:
     Soak()
-        : service_(LinuxRegistryService::create(QStringLiteral("/sys"), &error_))
+        : service_(*LinuxRegistryService::create(QStringLiteral("/sys")))
         , document_(TavDocument::createUntitled(documents_))
         , store_(document_->dataStore())
     {
@@ -155,7 +155,7 @@ private:
     bool agrees()
     {
         store_->clearTerminatedObjects();
-        const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error_);
+        const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
         const auto fresh = TavDataStore::initFromDxRegistry(*service);
         fresh->update(); // sorts children by the names of every plane
         for (const EntryRef &entry : store_->registryEntries())
@@ -190,7 +190,6 @@ private:
         return problem.isNull();
     }
 
-    QString error_;
     std::mt19937 random_{std::random_device()()};
     std::unique_ptr<LinuxRegistryService> service_;
     TavDocumentController documents_{*service_};

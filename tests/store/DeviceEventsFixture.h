@@ -30,8 +30,7 @@ protected:
 
     void follow(bool automatically)
     {
-        QString error;
-        service_ = LinuxRegistryService::create(made_.sys(), &error);
+        service_ = *LinuxRegistryService::create(made_.sys());
         service_->setEventSourceFactory([this] { return events_.open(); });
         store_ = TavDataStore::initFromDxRegistry(*service_);
         store_->setAutoupdate(automatically);
@@ -77,8 +76,7 @@ protected:
     }
     std::string fresh() const
     {
-        QString error;
-        const auto service = LinuxRegistryService::create(made_.sys(), &error);
+        const auto service = *LinuxRegistryService::create(made_.sys());
         return StorePrinter::registry(*TavDataStore::initFromDxRegistry(*service));
     }
 

@@ -15,12 +15,16 @@ std::string inheritance(const CapturedTree &tree, const char *path)
 
 TEST(SysfsRoot, RefusesWhatIsNoTree)
 {
-    QString error;
-    EXPECT_FALSE(LinuxRegistryService::create(QStringLiteral("/nowhere/at/all"), &error));
-    EXPECT_TRUE(error.contains(QStringLiteral("/nowhere/at/all"))) << error.toStdString();
+    using Reason = SysfsRootError::Reason;
+    const auto nowhere = LinuxRegistryService::create(QStringLiteral("/nowhere/at/all"));
+    ASSERT_FALSE(nowhere);
+    EXPECT_EQ(nowhere.error().reason, Reason::CannotOpen);
+    EXPECT_TRUE(nowhere.error().message().contains(QStringLiteral("/nowhere/at/all")));
     const QTemporaryDir empty;
-    EXPECT_FALSE(LinuxRegistryService::create(empty.path(), &error));
-    EXPECT_TRUE(error.contains(QStringLiteral("no sysfs tree"))) << error.toStdString();
+    const auto other = LinuxRegistryService::create(empty.path());
+    ASSERT_FALSE(other);
+    EXPECT_EQ(other.error().reason, Reason::NotASysfsTree);
+    EXPECT_TRUE(other.error().message().contains(QStringLiteral("no sysfs tree")));
 }
 
 TEST(SysfsRoot, ResolvesLinksByTheirTextOnly)

@@ -39,8 +39,7 @@ TreeReader::Options patienceOf(int milliseconds, Hang hang = Hang::Uninterruptib
 
 TreeReader treeReaderOf(const MadeTree &made, int patience)
 {
-    QString error;
-    return {std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error)),
+    return {std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()))),
             patienceOf(patience)};
 }
 
@@ -126,7 +125,6 @@ protected:
     ~SlowDevice() override { lateAnswer.comeFrom(made_.path("devices/slow/blocks")); }
 
     MadeTree made_;
-    QString error_;
 };
 
 TEST(TreeReader, KeepsInMemoryWhatAnUpdateFindsUnchanged)
@@ -263,7 +261,7 @@ TEST_F(SlowDevice, IsSkippedAtOnceWhenTheUserWishes)
 
 TEST_F(SlowDevice, IsNotShownWhenTheFirstReadingIsCancelled)
 {
-    const auto service = LinuxRegistryService::create(made_.sys(), patienceOf(20'000), &error_);
+    const auto service = *LinuxRegistryService::create(made_.sys(), patienceOf(20'000));
     {
         const Display display(cancel);
         EXPECT_FALSE(TavDataStore::initFromDxRegistry(*service));
@@ -308,7 +306,7 @@ TEST_F(SlowDevice, LeavesTheFormerPictureWhenAnUpdateIsCancelled)
 
 TEST_F(SlowDevice, MayBeReadAnewWhileItIsWaitedFor)
 {
-    const auto service = LinuxRegistryService::create(made_.sys(), patienceOf(200), &error_);
+    const auto service = *LinuxRegistryService::create(made_.sys(), patienceOf(200));
     bool hasBegun = false;
     const Display display([&](Wait &) {
         hasBegun = true;
@@ -451,9 +449,8 @@ TEST(TreeReader, LearnsFromOneThatIsCancelled)
         made.file(("devices/" + QByteArray::number(i) + "/uevent").constData(), "");
         made.pipe(pipe(i));
     }
-    QString error;
     const std::size_t before = threadCount();
-    const auto service = LinuxRegistryService::create(made.sys(), patienceOf(100), &error);
+    const auto service = *LinuxRegistryService::create(made.sys(), patienceOf(100));
     service->prepareAsync([] {});
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
     service->prepare();

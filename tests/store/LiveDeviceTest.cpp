@@ -65,8 +65,7 @@ protected:
         comer_.go();
         if (!canCome)
             GTEST_SKIP() << comer_.missing;
-        QString error;
-        service_ = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+        service_ = *LinuxRegistryService::create(QStringLiteral("/sys"));
         store_ = TavDataStore::initFromDxRegistry(*service_);
         for (const QString &name : {outOfDate, changed, objectsTerminated})
             observations_.push_back(NotificationCenter::defaultCenter().observe(
@@ -138,8 +137,7 @@ TEST(LiveDeviceReturn, FromAnotherNamespaceIsANewObject)
     const VirtualNamespace other;
     if (!interface.exists() || !other.exists())
         GTEST_SKIP() << VirtualNamespace::missing;
-    QString error;
-    const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+    const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
     const auto store = TavDataStore::initFromDxRegistry(*service);
     const auto liveTag = [&] {
         for (const EntryRef &entry : store->registryEntries()) {

@@ -14,8 +14,7 @@
 namespace {
 std::shared_ptr<SysfsRoot> rootOf(const MadeTree &made)
 {
-    QString error;
-    return std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error));
+    return std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys())));
 }
 
 RegistryGraph graphOf(const MadeTree &made)
@@ -140,7 +139,7 @@ QByteArrayList unreadIn(const RegistryGraph &graph)
     for (int i = 0; i < graph.count(); ++i) {
         const HostObject &object = graph.at(i);
         for (const auto &[key, reason] : object.properties.member(u"DxUnreadAttributes").members())
-            unread.append(object.path + '/' + key.toOwner().toUtf8() + ": " +
+            unread.append(object.path.toByteArray() + '/' + key.toOwner().toUtf8() + ": " +
                           reason.toString().toUtf8());
     }
     std::sort(unread.begin(), unread.end());
@@ -225,14 +224,14 @@ TEST(OddTrees, AreShownToTheirBottomOrWhereTheyAreTooDeepSaySo)
         const RegistryGraph graph = graphOf(chain.tree());
         EXPECT_EQ(graph.count() - 2, shown);
         const QByteArray last = "devices" + ('/' + name).repeated(shown);
-        const int index = graph.withPath(last);
+        const int index = graph.withPath(SysfsPath(last));
         ASSERT_NE(index, HostObject::none);
         EXPECT_FALSE(graph.at(index).properties.member(u"uevent").isNone());
         EXPECT_EQ(unreadIn(graph).join(' '),
                   levels > shown ? last + '/' + name + ": lies too deep" : QByteArray());
     };
     expectChain("d", 2'500, 2'500);
-    expectChain(QByteArray(200, 'x'), 200, (ObjectReader::longestPath - 7) / 201);
+    expectChain(QByteArray(200, 'x'), 200, (ObjectReader::maxPathSize - 7) / 201);
 }
 
 TEST(OddTrees, HaveNoMoreLevelsThanStated)
@@ -241,10 +240,10 @@ TEST(OddTrees, HaveNoMoreLevelsThanStated)
     made.file("devices/a/b/uevent", "");
     const auto unreadAtLevel = [&](qsizetype level) {
         const QByteArray path = "devices" + QByteArray("/.").repeated(level - 1) + "/a";
-        return TreeReader(rootOf(made)).readObject({.path = path}).unread;
+        return TreeReader(rootOf(made)).readObject({.path = SysfsPath(path)}).unread;
     };
-    EXPECT_TRUE(unreadAtLevel(ObjectReader::mostLevels - 1).empty());
-    const auto unread = unreadAtLevel(ObjectReader::mostLevels);
+    EXPECT_TRUE(unreadAtLevel(ObjectReader::maxDepth - 1).empty());
+    const auto unread = unreadAtLevel(ObjectReader::maxDepth);
     ASSERT_EQ(unread.size(), 1U);
     EXPECT_EQ(unread[0].path, "b");
 }

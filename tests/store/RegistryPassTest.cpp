@@ -79,8 +79,7 @@ TEST(RegistryPass, LeavesEverythingAsAReadingOfAllWould)
     for (int i = 0; i < 30; ++i)
         host.change();
     QString error;
-    const auto service = LinuxRegistryService::create(host.tree.sys(), &error);
-    ASSERT_TRUE(service) << error.toStdString();
+    const auto service = *LinuxRegistryService::create(host.tree.sys());
     const auto store = TavDataStore::initFromDxRegistry(*service);
     const auto whole = TavDataStore::initFromDxRegistry(*service);
     for (int step = 0; step < 60; ++step) {
