@@ -46,7 +46,7 @@ class Judge:
 
     def _complaint_of_reading(self, path, folder, name):
         place = self._place(folder)
-        if any(rules.is_passed_over(part) for part in place.directory.split("/")):
+        if any(rules.is_passed_over(place.kind, part) for part in place.directory.split("/")):
             return f"{path}: opened, but its folder is to be passed over"
         rule = rules.rule_for(place, name)
         if rule is None:

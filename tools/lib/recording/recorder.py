@@ -110,13 +110,13 @@ class Recorder:
                 continue
             if entry.is_file(follow_symlinks=False):
                 self._add_file(path, entry)
-            elif entry.is_dir(follow_symlinks=False) and self._is_entered(entry):
+            elif entry.is_dir(follow_symlinks=False) and self._is_entered(folder, entry):
                 inner.append(path)
         return inner
 
-    def _is_entered(self, entry):
+    def _is_entered(self, folder, entry):
         inside = entry.stat(follow_symlinks=False).st_dev == self._device
-        return inside and not rules.is_skipped_folder(entry.name)
+        return inside and not rules.is_skipped_folder(self.place(folder).kind, entry.name)
 
     def _add_link(self, path, target):
         if os.path.isabs(target) or self._target(path, target).startswith(".."):

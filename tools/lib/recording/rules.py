@@ -1,13 +1,13 @@
-"""Which attributes are not read, and why: a read runs driver code. The program's own table decides."""
+"""Which attributes are not read, and why. The rules are those of the program."""
 import json
 import re
 from dataclasses import dataclass
 from pathlib import Path
 
 TABLE = Path(__file__).resolve().parents[3] / "resources/attributes/policy.json"
-# Beside what the program passes over: large, and of no use in a recording.
+# Not recorded although the program reads them: large, and of no use in a recording.
 FOLDERS = ("hw_counters", "counters", "sections", "notes")
-# Asks the battery for every value it has; the file must be there all the same.
+# Not read by the program either, but devices are recognised by this file: recorded empty.
 BLANK = {("power_supply", "uevent")}
 
 
@@ -68,17 +68,22 @@ class _Rule:
 
 ROWS = json.loads(TABLE.read_text())
 _RULES = [_Rule(row) for row in ROWS["rules"]]
-_PASSED_OVER = _pattern([name for row in ROWS["directories"] for name in row["names"]])
+_NOT_ENTERED = [(row["in"], _pattern(row["names"])) for row in ROWS["directories"]]
 _LEFT_OUT = _pattern(FOLDERS)
 
 
-def is_passed_over(name):
-    """Whether the program does not look into a folder of this name."""
-    return _PASSED_OVER.fullmatch(name) is not None
+def with_rows():
+    """Each rule with its row of the table."""
+    return zip(_RULES, ROWS["rules"])
 
 
-def is_skipped_folder(name):
-    return is_passed_over(name) or _LEFT_OUT.fullmatch(name) is not None
+def is_passed_over(kind, name):
+    """Whether the program does not enter a folder of this name, in an object of this kind."""
+    return any(kind in kinds and names.fullmatch(name) for kinds, names in _NOT_ENTERED)
+
+
+def is_skipped_folder(kind, name):
+    return is_passed_over(kind, name) or _LEFT_OUT.fullmatch(name) is not None
 
 
 def rule_for(place, name):
