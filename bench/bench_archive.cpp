@@ -2,13 +2,13 @@
 // with what walking the same bytes with the plain CBOR reader takes in the same run.
 
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "store/DataStoreDecoder.h"
 #include "store/DataStoreEncoder.h"
 
 #include <QBuffer>
 #include <QCborStreamReader>
 #include <benchmark/benchmark.h>
-#include <ctime>
 #include <sys/mman.h>
 
 namespace {
@@ -46,20 +46,6 @@ Snapshot &snapshotOf(quint32 entries)
     return *snapshot;
 }
 
-// Processor time, so that a busy machine does not blur the ratio.
-template<class Action>
-double seconds(Action action)
-{
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-    };
-    const double start = now();
-    action();
-    return now() - start;
-}
-
 void walk(const QByteArray &bytes)
 {
     QCborStreamReader reader(bytes);
@@ -79,7 +65,7 @@ void save(benchmark::State &state)
     double time = 0;
     double bytes = 0;
     for (auto _ : state) {
-        time += seconds([&] { benchmark::DoNotOptimize(saved(*snapshot.store)); });
+        time += Timing::threadSecondsOf([&] { benchmark::DoNotOptimize(saved(*snapshot.store)); });
         bytes += static_cast<double>(snapshot.bytes.size());
     }
     reportPerNode(state, "ns/node", time * 1e9);
@@ -110,12 +96,13 @@ void load(benchmark::State &state)
     constexpr std::size_t memoryPerNode = 400;
     claimMemory(memoryPerNode * nodesPerEntry * static_cast<std::size_t>(state.range(0)));
     std::unique_ptr<TavDataStore> first;
-    const double firstTime = seconds([&] { first = DataStoreDecoder::decode(snapshot.bytes); });
+    const double firstTime =
+        Timing::threadSecondsOf([&] { first = DataStoreDecoder::decode(snapshot.bytes); });
     first.reset();
     for (auto _ : state) {
         std::unique_ptr<TavDataStore> store;
-        time += seconds([&] { store = DataStoreDecoder::decode(snapshot.bytes); });
-        walkTime += seconds([&] { walk(snapshot.bytes); });
+        time += Timing::threadSecondsOf([&] { store = DataStoreDecoder::decode(snapshot.bytes); });
+        walkTime += Timing::threadSecondsOf([&] { walk(snapshot.bytes); });
         if (!store)
             state.SkipWithError("not loaded");
     }

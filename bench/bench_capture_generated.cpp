@@ -1,12 +1,13 @@
 // Capture, and update without changes, of generated registries: what an entry costs must not grow
 // with their number. Ends with a table of times for each entry, against the smallest registry with
 // as many nodes an entry, and of the memory that the model takes.
+#include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "store/TavDataStore.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdio>
-#include <ctime>
 #include <malloc.h>
 #include <map>
 
@@ -20,13 +21,6 @@ struct Result
     double update = 0;
 };
 std::map<Size, Result> results;
-
-double processorSeconds()
-{
-    timespec time;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
 
 std::size_t heapInUse()
 {
@@ -59,9 +53,9 @@ void measure(benchmark::State &state, double &least, quint32 entries, Prepare pr
         prepare();
         malloc_trim(0); // a capture comes into memory that is new to the program
         emptyCaches();
-        const double start = processorSeconds();
+        const double start = Timing::threadSeconds();
         action();
-        const double seconds = processorSeconds() - start;
+        const double seconds = Timing::threadSeconds() - start;
         state.SetIterationTime(seconds);
         const double each = seconds * 1e9 / entries;
         least = least == 0 ? each : std::min(least, each);
@@ -154,8 +148,7 @@ int main(int argc, char **argv)
         add("capture", capture);
         add("update", update);
     }
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    runBenchmarks(argc, argv);
     printTimes();
     printMemory();
     return 0;

@@ -4,7 +4,9 @@
 // update in which nothing did, the pass over all entries that every update makes; "capture" for a
 // first capture, of this thread and, as "capture_wall", until it was there. "beyond" is what the
 // device costs beyond that pass, as a part of the capture.
+#include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "explorer/tree/TavRegistryOutlineView.h"
 #include "explorer/window/TavWindowController.h"
@@ -19,35 +21,12 @@
 #include "tests/support/FakeLiveService.h"
 #include "tests/support/VirtualDisk.h"
 
-#include <QApplication>
 #include <QMainWindow>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <benchmark/benchmark.h>
-#include <chrono>
-#include <ctime>
 
 namespace {
 constexpr double millisecond = 1e-3;
-
-double threadSeconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-double wallSeconds()
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
-        .count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
-}
 
 // Of this thread, from what brings an update until it has been told of.
 template<class Cause>
@@ -57,10 +36,10 @@ double updateSeconds(const TavDataStore &store, Cause cause)
     const auto observation = NotificationCenter::defaultCenter().observe(
         DataStoreNotifications::changed, &store, [&](const auto &) { isUpdated = true; });
     cause();
-    const double start = threadSeconds();
+    const double start = Timing::threadSeconds();
     while (!isUpdated) // NOLINT(bugprone-infinite-loop): the observation ends it
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    return threadSeconds() - start;
+    return Timing::threadSeconds() - start;
 }
 
 class Figures
@@ -74,21 +53,22 @@ public:
     void report(benchmark::State &state, const TavDataStore &store) const
     {
         state.counters["entries"] = static_cast<double>(store.registryEntries().size());
-        state.counters["capture_wall_ms"] = median(captureWall) / millisecond;
-        state.counters["capture_ms"] = median(capture) / millisecond;
-        state.counters["unchanged_ms"] = median(unchanged) / millisecond;
-        state.counters["one_ms"] = median(one) / millisecond;
-        state.counters["beyond"] = (median(one) - median(unchanged)) / median(capture);
+        state.counters["capture_wall_ms"] = Timing::median(captureWall) / millisecond;
+        state.counters["capture_ms"] = Timing::median(capture) / millisecond;
+        state.counters["unchanged_ms"] = Timing::median(unchanged) / millisecond;
+        state.counters["one_ms"] = Timing::median(one) / millisecond;
+        state.counters["beyond"] =
+            (Timing::median(one) - Timing::median(unchanged)) / Timing::median(capture);
     }
 };
 
 std::unique_ptr<TavDataStore> capture(RegistryService &service, Figures &figures)
 {
-    const double start = threadSeconds();
-    const double wallStart = wallSeconds();
+    const double start = Timing::threadSeconds();
+    const double wallStart = Timing::wallSeconds();
     auto store = TavDataStore::initFromDxRegistry(service);
-    figures.capture.push_back(threadSeconds() - start);
-    figures.captureWall.push_back(wallSeconds() - wallStart);
+    figures.capture.push_back(Timing::threadSeconds() - start);
+    figures.captureWall.push_back(Timing::wallSeconds() - wallStart);
     return store;
 }
 
@@ -126,13 +106,12 @@ void live(benchmark::State &state)
 {
     if (!canAddDisks(state))
         return;
-    QString error;
     Figures figures;
     for (int i = 0; i < 5; ++i) {
-        const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+        const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
         capture(*service, figures);
     }
-    const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+    const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
     const auto store = TavDataStore::initFromDxRegistry(*service);
     store->setPollInterval(0.25);
     for (auto _ : state) {
@@ -208,8 +187,7 @@ void untilPainted(benchmark::State &state)
 {
     if (!canAddDisks(state))
         return;
-    QString error;
-    const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+    const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
     TavDocumentController documents(*service);
     const auto document = TavDocument::createUntitled(documents);
     const auto store = document->dataStore();
@@ -223,17 +201,17 @@ void untilPainted(benchmark::State &state)
     for (auto _ : state) {
         turnEventLoopFor(400);
         const VirtualDisk disk;
-        const double start = wallSeconds();
+        const double start = Timing::wallSeconds();
         const PaintedRow row(*controller.window()->findChild<TavRegistryOutlineView *>(),
                              QString::fromLatin1(disk.name()));
         if (!waitFor([&] { return row.isPainted(); })) {
             state.SkipWithError("the disk's row was not painted");
             return;
         }
-        waits.push_back(wallSeconds() - start);
+        waits.push_back(Timing::wallSeconds() - start);
         controller.clearTerminatedObjects();
     }
-    state.counters["median_ms"] = median(waits) / millisecond;
+    state.counters["median_ms"] = Timing::median(waits) / millisecond;
     state.counters["most_ms"] = *std::max_element(waits.begin(), waits.end()) / millisecond;
 }
 
@@ -244,11 +222,7 @@ BENCHMARK(untilPainted)->Iterations(20)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
-    const QTemporaryDir settings;
-    PreferencesStore::setFolder(settings.path());
+    const OffscreenApplication application(argc, argv);
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runBenchmarks(argc, argv);
 }

@@ -2,6 +2,8 @@
 // "ratio" compares with a bare tree view that shows as many unwrapped rows of the same texts, and
 // "ratio_short" with one whose texts are cut to what a column holds, both measured just before. Of
 // "scroll", "ratio" compares a page of the larger number of rows with one of the smallest.
+#include "bench/support/BenchmarkMain.h"
+#include "bench/support/Timing.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/PropertiesViewController.h"
 #include "display/views/TavPropertiesOutlineView.h"
@@ -10,33 +12,22 @@
 #include "store/TavDataStore.h"
 #include "tests/support/FakeRegistryService.h"
 
-#include <QApplication>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QStandardItemModel>
-#include <QTemporaryDir>
 #include <QWindow>
 #include <benchmark/benchmark.h>
-#include <ctime>
 #include <map>
 
 namespace {
-// Milliseconds of this thread: other programs may be running.
-double millisecondsUsed()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
-}
-
 template<class Body>
 double measure(benchmark::State &state, Body body)
 {
     body();
-    const double start = millisecondsUsed();
+    const double start = Timing::threadSeconds();
     for (auto _ : state)
         body();
-    return (millisecondsUsed() - start) / static_cast<double>(state.iterations());
+    return 1e3 * (Timing::threadSeconds() - start) / static_cast<double>(state.iterations());
 }
 
 // Of words for even numbers and of bytes for others, a few lines long at most and mostly short.
@@ -126,10 +117,10 @@ double timeOfBareView(const QAbstractItemModel &source, qsizetype longest)
     show(view);
     double best = 1e9;
     for (int i = 1; i < 7; ++i) { // the first model is there already
-        const double start = millisecondsUsed();
+        const double start = Timing::threadSeconds();
         view.setModel(models[i % 2].get());
         view.viewport()->repaint();
-        best = std::min(best, millisecondsUsed() - start);
+        best = std::min(best, 1e3 * (Timing::threadSeconds() - start));
     }
     return best;
 }
@@ -233,14 +224,9 @@ void registerAll()
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir settings; // not the user's
-    const QApplication app(argc, argv);
-    PreferencesStore::setFolder(settings.path());
+    const OffscreenApplication application(argc, argv);
     PreferencesStore::standard().registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
     registerAll();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -2,10 +2,10 @@
 // case of the same strings laid end to end in one buffer.
 
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "store/TavDataStore.h"
 
 #include <benchmark/benchmark.h>
-#include <chrono>
 
 namespace {
 constexpr FindOptions everyOption = FindOption::Name | FindOption::Class | FindOption::Inheritance |
@@ -75,14 +75,6 @@ QString stringsOf(FindOptions options)
     return buffer;
 }
 
-double seconds(const auto &action)
-{
-    using Clock = std::chrono::steady_clock;
-    const auto start = Clock::now();
-    action();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
 // With a change before each query, as when the registry changes between them, the store has to find
 // anew in which order to go through the entries.
 void query(benchmark::State &state, const QString &text, FindOptions options, bool changing = false)
@@ -93,8 +85,8 @@ void query(benchmark::State &state, const QString &text, FindOptions options, bo
     for (auto _ : state) {
         if (changing)
             EntryList().clear();
-        time += seconds([&] { store().runQuery(text, options, nullptr, nullptr); });
-        scanTime += seconds([&] {
+        time += Timing::wallSecondsOf([&] { store().runQuery(text, options, nullptr, nullptr); });
+        scanTime += Timing::wallSecondsOf([&] {
             qsizetype found = 0;
             for (qsizetype at = -1; (at = buffer.indexOf(text, at + 1, Qt::CaseInsensitive)) >= 0;)
                 ++found;

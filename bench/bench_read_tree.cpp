@@ -1,6 +1,8 @@
 // The reading of a recorded tree against the least that other tools take for it: find and cat over
 // the same folders and files. Of a large machine whose tree is mostly folders, and of one with
 // 200,000 devices.
+#include "bench/support/BenchmarkMain.h"
+#include "bench/support/Timing.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "store/TavDataStore.h"
 
@@ -12,7 +14,6 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
-#include <ctime>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -74,19 +75,6 @@ private:
     int files_;
 };
 
-double milliseconds(Clock::duration duration)
-{
-    return std::chrono::duration<double, std::milli>(duration).count();
-}
-
-// Of this thread, without what it waits for.
-double threadMilliseconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
-}
-
 double findAndCat(const QString &folder)
 {
     const auto begin = Clock::now();
@@ -96,7 +84,7 @@ double findAndCat(const QString &folder)
                   {folder, QStringLiteral("-type"), QStringLiteral("f"), QStringLiteral("-exec"),
                    QStringLiteral("cat"), QStringLiteral("{}"), QStringLiteral("+")});
     process.waitForFinished(-1);
-    return milliseconds(Clock::now() - begin);
+    return Timing::milliseconds(Clock::now() - begin);
 }
 
 void readAgainstFindAndCat(benchmark::State &state, int devices, int folders, int files)
@@ -112,19 +100,17 @@ void readAgainstFindAndCat(benchmark::State &state, int devices, int folders, in
     };
     for (auto _ : state) {
         note(least, findAndCat(tree.sys()));
-        QString error;
         const auto begin = Clock::now();
-        TreeReader(
-            std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(tree.sys()), &error)))
+        TreeReader(std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(tree.sys()))))
             .run();
         const auto afterRead = Clock::now();
-        note(leastRead, milliseconds(afterRead - begin));
-        const auto service = LinuxRegistryService::create(tree.sys(), &error);
+        note(leastRead, Timing::milliseconds(afterRead - begin));
+        const auto service = *LinuxRegistryService::create(tree.sys());
         const auto store = TavDataStore::initFromDxRegistry(*service);
-        note(leastCapture, milliseconds(Clock::now() - afterRead));
-        const double beforeUpdate = threadMilliseconds();
+        note(leastCapture, Timing::milliseconds(Clock::now() - afterRead));
+        const double beforeUpdate = Timing::threadSeconds();
         store->update();
-        note(leastUpdate, threadMilliseconds() - beforeUpdate);
+        note(leastUpdate, 1e3 * (Timing::threadSeconds() - beforeUpdate));
         state.counters["entries"] = static_cast<double>(store->registryEntries().size());
     }
     state.counters["find_cat_ms"] = least;
@@ -143,7 +129,5 @@ BENCHMARK_CAPTURE(readAgainstFindAndCat, large, 200'000, 1, 3)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv); // the store's timers need one
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

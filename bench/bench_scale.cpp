@@ -2,6 +2,7 @@
 // it takes in memory. "block ms" is the longest time that the main thread did not get to its events
 // without a progress dialog in sight; "announced ms" the longest with one. The snapshots take long
 // to make: they are kept in the folder VANDREL_BENCH_SNAPSHOTS when that is set.
+#include "bench/support/BenchmarkMain.h"
 #include "bench/support/MainThreadWatch.h"
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/StoreTexts.h"
@@ -19,7 +20,6 @@
 #include "store/TavDocumentController.h"
 #include "tests/support/FakeRegistryService.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QMainWindow>
 #include <QScrollBar>
@@ -229,10 +229,7 @@ BENCHMARK(close)->LARGE;
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QTemporaryDir settings;
-    qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
-    const QApplication application(argc, argv);
+    const OffscreenApplication application(argc, argv);
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
     PreferencesStore::standard().registerDefaults(
         {{QStringLiteral("DefaultPlane"), plane},
@@ -240,6 +237,5 @@ int main(int argc, char **argv)
          {QStringLiteral("FilteredFind"), QStringLiteral("yes")},
          {QStringLiteral("FindOptions"),
           FindOptions(FindOption::Name | FindOption::Inheritance).toInt()}});
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runBenchmarks(argc, argv);
 }
