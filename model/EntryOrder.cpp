@@ -33,7 +33,7 @@ EntryOrder::EntryOrder(TavRegistryEntry &top, const QString &plane)
         auto &[entry, children, nextChild] = visits.back();
         if (nextChild < children->size()) {
             TavRegistryEntry *const child = (*children)[nextChild++];
-            // The walk mostly waits for memory.
+            // Prefetch: the walk mostly waits for memory.
             if (nextChild < children->size())
                 __builtin_prefetch(&(*children)[nextChild]->facts().childrenInPlanes);
             if (positions[child->number()] == unvisited)

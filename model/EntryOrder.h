@@ -17,7 +17,7 @@ public:
     TavRegistryEntry &top() const { return *steps_.back().entry; }
     std::size_t size() const { return steps_.size(); }
     TavRegistryEntry &entry(std::size_t position) const { return *steps_[position].entry; }
-    // The positions of its children, but for one that is above it as well.
+    // The positions of its children, except one that is also above it.
     std::span<const quint32> children(std::size_t position) const
     {
         const std::size_t start = position == 0 ? 0 : steps_[position - 1].childrenEnd;

@@ -93,14 +93,14 @@ bool EntryQuery::matches(const TavRegistryEntry &entry, const QString &plane)
     return answer == Answer::Yes;
 }
 
-// Whether every plane surely gives the entry the same name, as most do.
+// Whether the entry certainly has one name in all planes, as most do.
 bool EntryQuery::hasOneName(const TavRegistryEntry &entry)
 {
     return entry.facts().namesInPlanes.areAllAt(entry.facts().name.constData()) &&
            entry.facts().locationsInPlanes.areAllAt(entry.facts().location.constData());
 }
 
-// Whether any plane, read or not, gives the entry a name that matches.
+// Whether the entry's name matches in any plane, read or not.
 bool EntryQuery::matchesByNameSomewhere(const TavRegistryEntry &entry)
 {
     if (matchesByName(entry.facts().name, entry.facts().location))
@@ -153,7 +153,7 @@ bool EntryQuery::matchesInAnyPlane(const TavRegistryEntry &entry) const
     return looksAt(FindOption::Special) && special_ && special_(entry);
 }
 
-// Entries of one kind share their keys.
+// Cached: entries of one kind share their keys.
 bool EntryQuery::matchesKeys(QByteArrayView keys) const
 {
     if (keys.data() != lastKeys_.data() || keys.size() != lastKeys_.size()) {

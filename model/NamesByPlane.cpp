@@ -9,7 +9,8 @@ QStringView textOf(const CompactString &text)
 }
 } // namespace
 
-// Of the sets of planes that came last; others than a few are rare.
+// Shares a few recent sets of planes; more are rare. The cache is global, so that entries of all
+// stores share, and per thread, so that it needs no lock.
 NamesByPlane::PlanesRef NamesByPlane::shared(Strings planes)
 {
     static thread_local std::array<PlanesRef, 64> known;
@@ -28,7 +29,7 @@ std::size_t NamesByPlane::lowerBound(const QString &plane) const
 {
     if (!planes_)
         return 0;
-    // Names of planes share their text, so most comparisons end at once.
+    // Fast path: names of planes share their text.
     const auto found =
         std::lower_bound(planes_->names.begin(), planes_->names.end(), plane,
                          [](const CompactString &known, const QString &sought) {

@@ -67,7 +67,7 @@ void TavRegistryEntry::addParent(TavRegistryEntry &parent, const QString &plane)
 
 void TavRegistryEntry::clearParentChildRelationships()
 {
-    // The lists themselves stay, for most of what they hold comes back.
+    // Keeps the lists: most entries return.
     for (auto &item : facts_.parentsInPlanes)
         item.value.clear();
 }

@@ -12,7 +12,7 @@ QString truth(bool isTrue)
                   : QCoreApplication::translate("TavRegistryEntry", "False");
 }
 
-// Whether a text has the given one in it, or is it.
+// Whether a text contains or equals the given one.
 PropertyText::Predicate containing(const QString &text, bool substring)
 {
     return [text, substring](QStringView candidate) {

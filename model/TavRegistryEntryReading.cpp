@@ -1,4 +1,4 @@
-// What TavRegistryEntry reads from the registry.
+// The reading operations of TavRegistryEntry.
 #include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
 
@@ -7,24 +7,24 @@ const QString kernelBundlePlaceholder = QStringLiteral("__kernel__");
 const QString kernelBundleID = QStringLiteral("org.linux.kernel");
 const QString serviceClass = QStringLiteral("DxService");
 
-// A plane's name as the service takes it: ASCII in a buffer of the given size with its NUL; null
-// when it cannot be one. The last ones are kept, since every entry is asked about every plane.
+// A plane's name for the service: ASCII, in a buffer of this size with its NUL; null when it does
+// not fit. Cached globally, since every entry is asked about every plane and results never change.
 QByteArray planeCString(const QString &plane, qsizetype bufferSize)
 {
-    constexpr std::size_t mostPlanes = 32;
+    constexpr std::size_t maxPlanes = 32;
     static PlaneMap<QByteArray> known;
     const auto isAscii = [](QChar c) { return c.unicode() > 0 && c.unicode() < 128; };
     if (plane.size() >= bufferSize)
         return {};
     if (const QByteArray *const text = known.find(plane))
         return *text;
-    if (known.size() >= mostPlanes)
+    if (known.size() >= maxPlanes)
         known.clear();
     const bool fits = std::all_of(plane.begin(), plane.end(), isAscii);
     return known[plane] = fits ? plane.toLatin1() : QByteArray();
 }
 
-// None for what is not UTF-8. A text equal to the likely one shares its storage.
+// None unless it is UTF-8. Shares the storage of the likely text if equal.
 std::optional<QString> fromServiceText(const RegistryName &text, const QString &likely)
 {
     const QUtf8StringView bytes(text.data(),
@@ -36,6 +36,7 @@ std::optional<QString> fromServiceText(const RegistryName &text, const QString &
     return bytes.toString();
 }
 
+// Global: the tags of all stores differ.
 quint64 nextCounterTag()
 {
     static quint64 next = 0;
@@ -76,7 +77,7 @@ bool TavRegistryEntry::readIdentity(RegistryService &service)
 bool TavRegistryEntry::readInheritance(RegistryService &service)
 {
     QString className = service.copyClassName(handle_.get());
-    // A chain that comes back to itself ends there.
+    // Ends a chain that returns to itself.
     while (!className.isNull() && !facts_.inheritance.contains(className)) {
         facts_.inheritance.append(className);
         className =
@@ -84,7 +85,7 @@ bool TavRegistryEntry::readInheritance(RegistryService &service)
     }
     if (facts_.inheritance.isEmpty())
         return false;
-    // Entries of one class share the list.
+    // Entries of one class share the list, in all stores: the cache is global.
     static QHash<QString, QStringList> known;
     QStringList &shared = known[facts_.inheritance.constFirst()];
     if (shared == facts_.inheritance)
@@ -109,7 +110,7 @@ bool TavRegistryEntry::readAttributesAndProperties()
     return isRead;
 }
 
-// The tree stays as it is while the service has the very same values.
+// Keeps the tree while the service returns the same values.
 void TavRegistryEntry::makePropertiesOf(const RegistryValue &table)
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
@@ -121,8 +122,8 @@ void TavRegistryEntry::makePropertiesOf(const RegistryValue &table)
         properties_->noteRead(now);
 }
 
-// The text is made while the table has just been and is at hand: a search that had to make it would
-// wait for the memory of every table.
+// Builds the text now, while the table is in the cache: a search that had to build it would wait
+// for the memory of every table.
 void TavRegistryEntry::setTable(const RegistryValue &table, const QDateTime &dateRead)
 {
     table_ = table;

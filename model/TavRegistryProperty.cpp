@@ -43,7 +43,7 @@ PropertyRef TavRegistryProperty::create(const PropertyClass &nodeClass,
     if (!name.isNull())
         root->setName(CompactString(name));
     root->value_ = value;
-    // Every node holds its value until its turn comes to be opened into children.
+    // Every node holds its value until it is opened into children.
     TavRegistryProperty *nextFree = tree->at(root, 1);
     for (std::size_t i = 0; i < count; ++i)
         tree->at(root, i)->openCollection(nextFree);

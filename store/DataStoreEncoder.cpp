@@ -30,7 +30,7 @@ QString DataStoreEncoder::encode(const TavDataStore &store, QIODevice &device)
     encoder.makeMissingTrees();
     if (!encoder.settleLinks())
         return QStringLiteral("the entries have more paths than can be followed");
-    // The trees stay in memory until all are written: nodes are identified by their addresses.
+    // Keep all trees until they are written: nodes are identified by address.
     std::vector<TavRegistryEntry *> treeless;
     for (const EntryRef &entry : store.registryEntries()) {
         if (!entry->hasTree())
@@ -69,7 +69,7 @@ bool DataStoreEncoder::isAllowed() const
     };
     const auto haveNames = [&](const NamesByPlane &names) {
         for (std::size_t i = 0; i < names.size(); ++i) {
-            if (!Limits::allowName(names.plane(i)) || names.name(i).size() > Limits::longestName)
+            if (!Limits::allowName(names.plane(i)) || names.name(i).size() > Limits::maxNameSize)
                 return false;
         }
         return true;
@@ -88,7 +88,7 @@ bool DataStoreEncoder::isAllowed() const
            });
 }
 
-// An entry that could not be read lately has lost its tree, but no archive opens without it.
+// An entry that could not be read has no tree, but an archive needs one.
 void DataStoreEncoder::makeMissingTrees()
 {
     for (const EntryRef &entry : store_.registryEntries()) {
@@ -181,8 +181,8 @@ void DataStoreEncoder::encodeParent(const TavRegistryProperty &node)
         archiver_.encodeReference(PropertyKey::parent, {});
 }
 
-// The children of a terminated copy name the node it was copied from as their parent. That one is
-// not part of the snapshot.
+// Children of a terminated copy name the original as their parent, which is not part of the
+// snapshot.
 void DataStoreEncoder::encodeChildren(const TavRegistryProperty &node)
 {
     std::vector<ArchiveReference> children;

@@ -4,12 +4,11 @@
 #include "store/LinkChecker.h"
 #include "store/TavDataStore.h"
 
-// Writes a data store, with its entries and their property trees, as the archive that is the
-// content of a document.
+// Writes a data store, with its entries and their property trees, as the archive of a document.
 class DataStoreEncoder
 {
 public:
-    // The reason when not all could be written, else null. The device then holds part of it.
+    // Null on success, else the reason; the device then holds an incomplete archive.
     static QString encode(const TavDataStore &store, QIODevice &device);
 
 private:
@@ -19,11 +18,11 @@ private:
         QLatin1String key;
         PlaneMap<EntryList> EntryFacts::*table;
         LinkChecker::Direction direction;
-        LinkChecker::LinkSets leftOut = {}; // by the entries' numbers in the archive
+        LinkChecker::LinkSets leftOut = {}; // by archive object
     };
 
     DataStoreEncoder(const TavDataStore &store, QIODevice &device);
-    bool isAllowed() const; // false when no archive of the store would open
+    bool isAllowed() const; // false when the archive could not be opened again
     void makeMissingTrees();
     bool settleLinks(); // likewise
     LinkChecker linksTo(const Relatives &relatives);
@@ -35,7 +34,7 @@ private:
     void encodeStrings(QLatin1String key, const QStringList &strings);
     void encodeNames(QLatin1String key, const NamesByPlane &names);
     void encodeRelatives(const TavRegistryEntry &entry, const Relatives &relatives);
-    // Of the entry of that number in the archive.
+    // Of the entry with this archive object.
     std::vector<ArchiveReference> writtenRelatives(quint32 number, const Relatives &relatives,
                                                    const PlaneMap<EntryList>::Item &item);
     const TavRegistryProperty *treeOf(const TavRegistryEntry &entry) const;
@@ -48,6 +47,6 @@ private:
     Relatives children_;
     Relatives parents_;
     QHash<const TavRegistryEntry *, PropertyRef> missingTrees_;
-    // The lister of each node that names another one as its parent.
+    // The actual parent of each node that names another one as its parent.
     QHash<const TavRegistryProperty *, const TavRegistryProperty *> listers_;
 };

@@ -1,20 +1,20 @@
-// How the links between entries are written.
+// Encoding the links between entries.
 #include "store/DataStoreEncoder.h"
 
-// Terminated entries keep their children, and entries can be read alone, so that two may each be
-// said to be above the other. A snapshot that says so would not open.
+// Terminated entries keep their children, and entries can be reread alone, so two entries may each
+// claim to be above the other. Such a snapshot could not be opened again.
 bool DataStoreEncoder::settleLinks()
 {
     archiver_.reference(store_, storeClass_); // the root of the archive
     for (const EntryRef &entry : store_.registryEntries())
         archiver_.reference(*entry, entryClass_);
-    const quint64 mostPaths = LinkChecker::pathLimit(store_.registryEntries().size());
+    const quint64 maxPaths = LinkChecker::pathLimit(store_.registryEntries().size());
     for (Relatives *relatives : {&children_, &parents_}) {
         const LinkChecker links = linksTo(*relatives);
-        LinkChecker::Finding finding = links.check(mostPaths);
+        LinkChecker::Finding finding = links.check(maxPaths);
         if (finding == LinkChecker::Finding::Cycle) {
             relatives->leftOut = links.closingLinks();
-            finding = linksTo(*relatives).check(mostPaths);
+            finding = linksTo(*relatives).check(maxPaths);
         }
         if (finding != LinkChecker::Finding::Sound)
             return false;

@@ -5,9 +5,8 @@
 #include <QString>
 #include <vector>
 
-// The links between entries in one direction, as an archive claims them or is to hold them, to be
-// looked at before anyone follows them: whoever does trusts that there are no cycles, and visits
-// every path.
+// The links between entries in one direction, read from an archive or to be written. Checks them
+// before use: the rest of the program visits every path and relies on the absence of cycles.
 class LinkChecker
 {
 public:
@@ -16,8 +15,8 @@ public:
     using Link = std::pair<quint32, quint32>; // an entry and one of its relatives
     using LinkSets = QHash<QString, QSet<Link>>;
 
-    // Of a plane, all entries' paths from the top counted together. A few entries with two parents
-    // each can have more paths than there is memory, and no machine comes near this.
+    // The limit for the paths of all entries of a plane together. A few entries with two parents
+    // each can have more paths than fit in memory; real machines stay far below.
     static constexpr quint64 pathLimit(std::size_t entryCount)
     {
         return 1'000'000 + 16 * entryCount;
@@ -27,21 +26,23 @@ public:
         : direction_(direction)
     {}
 
-    // Entries are numbers; no entry is added twice to a plane.
+    // Entries are numbers. Add each entry once per plane.
     void add(const QString &plane, quint32 entry, const std::vector<quint32> &relatives);
-    // Of the first plane that is not sound. Linear in the number of links and the highest number.
-    Finding check(quint64 mostPaths) const;
-    // By plane, links without which there are no cycles. What lies below the entry of the lowest
-    // number does so without them.
+    // The first fault in any plane. Linear in the number of links and the highest number.
+    Finding check(quint64 maxPaths) const;
+    // By plane, the links to drop to break all cycles. Entries below the entry with the lowest
+    // number stay below it.
     LinkSets closingLinks() const;
 
 private:
-    using Lists = std::vector<quint32>; // for each entry: itself, the number of relatives, they
+    // For each entry: itself, the number of relatives, the relatives.
+    using Lists = std::vector<quint32>;
     class Untangler;
     class CycleFinder;
 
     template<class Action>
-    static void forEach(const Lists &lists, Action action); // with where an entry's list starts
+    // Called with the start of each entry's list.
+    static void forEach(const Lists &lists, Action action);
 
     Direction direction_;
     quint32 highest_ = 0; // of the numbers

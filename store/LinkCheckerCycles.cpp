@@ -1,9 +1,9 @@
-// How cycles are found.
+// Finding cycles.
 #include "store/LinkChecker.h"
 
 #include <map>
 
-// Walks a plane from above. A link that leads back to an entry on the way closes a cycle.
+// Walks a plane top down. A link back to an entry of the current path closes a cycle.
 class LinkChecker::CycleFinder
 {
 public:

@@ -45,7 +45,7 @@ bool PropertyTreeDecoder::decodeNode(std::size_t index)
     if (unarchiver_.error())
         return fail(PropertyKey::hasName.data(), nullptr);
     if (object.decodeReference(PropertyKey::registryEntry, ArchiveClassName::entry) != entry_)
-        return fail("registryEntry", "a property belongs to no or another entry");
+        return fail("registryEntry", "the property does not belong to the entry");
     const auto state = object.decodeInteger<quint32>(PropertyKey::registryState);
     if (unarchiver_.error() || state > RegistryStateTerminated)
         return fail(PropertyKey::registryState.data(), "unknown state of a property");
@@ -54,7 +54,7 @@ bool PropertyTreeDecoder::decodeNode(std::size_t index)
            (node.isCollection ? decodeChildren(object, index) : decodeValue(object, node));
 }
 
-// The parent must be the node that lists this one, or paths could lead astray or in circles.
+// The parent must be the node that lists this one, or paths could be wrong or endless.
 bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Node &node)
 {
     const auto parent = object.decodeReference(PropertyKey::parent, ArchiveClassName::property);
@@ -66,7 +66,7 @@ bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Node 
 bool PropertyTreeDecoder::decodeIdent(const ArchivedObject &object, Node &node)
 {
     if (!node.hasName) {
-        object.decodeInteger<qint32>(PropertyKey::index); // Deliberate: nodes have no place for it
+        object.decodeInteger<qint32>(PropertyKey::index); // Deliberate: not stored
         return !unarchiver_.error() || fail(PropertyKey::index.data(), nullptr);
     }
     node.name = CompactString(object.decodeString(PropertyKey::name));
@@ -92,7 +92,7 @@ bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, std::size
     node.firstChild = nodes_.size();
     node.childCount = static_cast<quint32>(children->size());
     const quint32 depth = node.depth + 1;
-    for (const ArchiveReference child : *children) { // which may move the node
+    for (const ArchiveReference child : *children) { // may move the node
         Node &added = nodes_.emplace_back();
         added.reference = child;
         added.parent = index;
@@ -114,8 +114,8 @@ bool PropertyTreeDecoder::decodeValue(const ArchivedObject &object, Node &node)
 bool PropertyTreeDecoder::isOfTable(const Node &node) const
 {
     using Type = RegistryValue::Type;
-    constexpr quint32 deepest = 64; // values are freed level by level on the stack
-    const bool isSound = node.isCollection ? node.type != Type::Null && node.depth < deepest
+    constexpr quint32 maxDepth = 64; // values are freed recursively
+    const bool isSound = node.isCollection ? node.type != Type::Null && node.depth < maxDepth
                                            : !node.value.isCollection();
     if (!isSound || node.state != RegistryStateUnchanged)
         return false;
@@ -164,7 +164,7 @@ PropertyRef PropertyTreeDecoder::makeTree(TavRegistryEntry &owner) const
 bool PropertyTreeDecoder::claim(ArchiveReference node)
 {
     if (isClaimed_[node.index]) {
-        unarchiver_.fail(QStringLiteral("a property stands in two places"),
+        unarchiver_.fail(QStringLiteral("a property is listed twice"),
                          QStringLiteral("object %1").arg(node.index));
         return false;
     }

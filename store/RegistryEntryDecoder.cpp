@@ -8,8 +8,7 @@
 namespace {
 using Members = std::vector<std::pair<const QString *, ArchivedValue>>;
 
-// Plane tables are sorted, and filling them in another order takes time with the square of the
-// planes.
+// Filling sorted plane maps in another order takes quadratic time.
 Members sortedByKey(const ArchivedValue &dictionary)
 {
     Members members;
@@ -156,7 +155,7 @@ bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object, En
            fail("inheritance", "too many classes, or names that are too long");
 }
 
-// Relatives have no message of their own; they share the one of the location.
+// Deliberate: relatives share the log message of the location.
 bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, EntryFacts &facts)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::List | ArchiveKind::String;
@@ -197,7 +196,7 @@ bool RegistryEntryDecoder::decodeState(const ArchivedObject &object, EntryFacts 
 {
     const auto store = object.decodeReference(EntryKey::dataStore, ArchiveClassName::dataStore);
     if (store != KeyedUnarchiver::root)
-        return fail("dataStore", "the entry belongs to no or another store");
+        return fail("dataStore", "the entry does not belong to the store");
     const auto state = object.decodeInteger<quint32>(EntryKey::registryState);
     if (!succeeded(EntryKey::registryState.data()))
         return false;
@@ -218,7 +217,7 @@ bool RegistryEntryDecoder::decodeOldState(const ArchivedObject &object, EntryFac
     return succeeded(EntryKey::terminationAcknowledged.data());
 }
 
-// An entry without readable bytes simply has no properties.
+// Deliberate: an entry without readable bytes has no properties.
 bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
                                                TavRegistryEntry &entry)
 {
@@ -265,7 +264,7 @@ bool RegistryEntryDecoder::setRelatives(PlaneMap<EntryList> &table, LinkChecker 
     return true;
 }
 
-// Into relatives_: entries of the store, none of them twice.
+// Into relatives_. False unless all are different entries of the store.
 bool RegistryEntryDecoder::readRelatives(const ArchivedValue &list)
 {
     ++listCount_;
@@ -283,7 +282,8 @@ bool RegistryEntryDecoder::readRelatives(const ArchivedValue &list)
 
 bool RegistryEntryDecoder::isDecoded(const QString &name, const char *what)
 {
-    return succeeded(what) && (SnapshotLimits::allowName(name) || fail(what, "too long a name"));
+    return succeeded(what) &&
+           (SnapshotLimits::allowName(name) || fail(what, "the name is too long"));
 }
 
 bool RegistryEntryDecoder::succeeded(const char *what)

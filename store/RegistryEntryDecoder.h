@@ -3,23 +3,23 @@
 #include "store/LinkChecker.h"
 #include "store/PropertyTreeDecoder.h"
 
-// Decodes the entries of a store, one after another, once all of them have been made.
+// Decodes the entries of a store after all of them have been created.
 class RegistryEntryDecoder
 {
 public:
-    // The table gives the entry for an object of the archive; what is not in it or null is none.
+    // Entries by archive object; null: not an entry.
     RegistryEntryDecoder(KeyedUnarchiver &unarchiver,
                          const std::vector<TavRegistryEntry *> &entries);
 
-    // False, and logged but for a newer version, when the entry cannot be decoded.
+    // False, and logged except for a newer version, on failure.
     bool decode(ArchiveReference reference)
     {
         return decodeFacts(reference) && decodeProperties(reference);
     }
-    // Its two parts, which may be done on two threads by a decoder each.
+    // Its two parts, for two threads with a decoder each.
     bool decodeFacts(ArchiveReference reference);
     bool decodeProperties(ArchiveReference reference);
-    bool finish(); // after the last; false when they do not fit together
+    bool finish(); // after the last entry; false when the links are inconsistent
 
 private:
     bool decodeDates(const ArchivedObject &object, EntryFacts &facts);
@@ -44,7 +44,7 @@ private:
     KeyedUnarchiver &unarchiver_;
     const std::vector<TavRegistryEntry *> &entries_;
     PropertyTreeDecoder properties_;
-    // The list that an entry was last put into, by object: none twice in one.
+    // By archive object: the last list that contains the entry, to find duplicates.
     std::vector<quint64> lastList_;
     quint64 listCount_ = 0;
     std::vector<quint32> relatives_; // of the current list
@@ -53,9 +53,8 @@ private:
         std::vector<quint64> identities; // of its strings
         QStringList classes;
     };
-    QHash<quint64, Inheritance>
-        inheritances_;                // by the first string, the last one: entries share them
-    std::vector<quint64> identities_; // of the current list
+    QHash<quint64, Inheritance> inheritances_; // the last one by first string: entries share them
+    std::vector<quint64> identities_;          // of the current list
     std::size_t entryCount_ = 0;
     LinkChecker childLinks_{LinkChecker::Direction::ToChildren};
     LinkChecker parentLinks_{LinkChecker::Direction::ToParents};

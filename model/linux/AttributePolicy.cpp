@@ -166,8 +166,7 @@ AttributePolicy::Row::Row(const QJsonObject &row)
     , onlyInterfaceDown(row.value(QLatin1String("when")) == QLatin1String("interface down"))
     , onlySuspended(row.value(QLatin1String("when")) == QLatin1String("suspended"))
     , reason(row.value(QLatin1String("reason")).toString().toUtf8())
-{
-}
+{}
 
 bool AttributePolicy::Row::fits(const QByteArray &folder, const QByteArray &name) const
 {
@@ -214,6 +213,7 @@ AttributePolicy::AttributePolicy(Context context)
 {}
 
 // Cached: a machine has many more attributes than attribute names, and most names match no rule.
+// Global, like the rules themselves: all reader threads share it.
 AttributePolicy::Rows AttributePolicy::rowsThatFit(const QByteArray &folder, const QByteArray &name)
 {
     constexpr qsizetype maxNames = 20000;

@@ -20,7 +20,7 @@ DeviceEvent::Action actionNamed(QByteArrayView name)
     return Action::Change;
 }
 
-// Components that are names, with single slashes before them.
+// Whether it consists of names with single slashes before them.
 bool isPlainPath(QByteArrayView path)
 {
     if (!path.startsWith('/') || path.size() >= PATH_MAX || path.contains('\0'))

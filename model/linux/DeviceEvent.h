@@ -6,7 +6,7 @@
 
 struct udev_device;
 
-// What the host tells of one of its objects.
+// An event of an object of the host.
 struct DeviceEvent
 {
     enum class Action : quint8 { Add, Remove, Bind, Unbind, Change }; // Change: any other
@@ -14,7 +14,7 @@ struct DeviceEvent
     Action action = Action::Change;
     SysfsPath path;
 
-    // None for what names no object of a sysfs tree. The device path begins with a slash.
+    // None unless it names an object of a sysfs tree. The device path begins with a slash.
     static std::optional<DeviceEvent> parse(QByteArrayView action, QByteArrayView devicePath);
     static std::optional<DeviceEvent> fromDevice(udev_device *device);
 };

@@ -21,11 +21,11 @@ public:
 private:
     struct Piece
     {
-        QByteArray path; // below the piece before
+        QByteArray path; // below the previous piece
         FileDescriptor descriptor;
     };
 
-    // Opens the piece at the position unless it is open already.
+    // Opens the piece at the position unless it is open.
     bool keep(std::size_t position, QByteArrayView path);
     int folder(std::size_t position) const
     {

@@ -7,9 +7,9 @@ namespace {
 using Matching = NotificationPorts::Matching;
 using Interest = NotificationPorts::Interest;
 
-constexpr int mostChecks = 3;
+constexpr int maxChecks = 3;
 
-// What is known of a device before a reading has seen it.
+// A device known only from its event.
 HostObject announcedDevice(const SysfsPath &path, quint64 inode, quint64 id)
 {
     HostObject device;
@@ -50,10 +50,10 @@ void EventNotifier::handle(const DeviceEvent &event)
         break;
     case DeviceEvent::Action::Unbind:
         noteRemoval(binding);
-        tellOfChange();
+        reportChange();
         break;
     case DeviceEvent::Action::Change:
-        tellOfChange();
+        reportChange();
         break;
     }
 }
@@ -62,9 +62,9 @@ void EventNotifier::appeared(Matching kind, const SysfsPath &path)
 {
     const quint64 inode = root_.inodeOf(path);
     if (inode == 0)
-        return; // it has gone again, or moved, which is an event of its own
+        return; // gone again, or moved, which has its own event
     if (!path.isBelow("devices")) {
-        tellOfChange(); // no service, which nobody can ask to be told of
+        reportChange(); // not a service: there are no subscribers for it
         return;
     }
     returned_.notePresent(inode);
@@ -78,14 +78,14 @@ void EventNotifier::noteRemoval(const SysfsPath &path)
 {
     if (isReading_)
         removalsInReading_.push_back(path);
-    check({path, mostChecks});
+    check({path, maxChecks});
 }
 
 void EventNotifier::check(const Removal &removal)
 {
     const int index = objects_.graph()->withPath(removal.path);
     if (index == HostObject::none || isGone(index))
-        return; // nobody knows it, or all do
+        return; // unknown, or already announced
     const HostObject &object = objects_.graph()->at(index);
     if (root_.inodeOf(object.path) != object.inode) {
         const RegistryObject handle = objects_.hold(index);
@@ -93,7 +93,7 @@ void EventNotifier::check(const Removal &removal)
         announceGone(handle);
         objects_.release(handle);
     } else if (removal.checksLeft > 0) {
-        // The event is of a former object at this path, or is told just before the object goes.
+        // The event is for a former object at this path, or arrives before the object is removed.
         doubtful_.push_back({removal.path, removal.checksLeft - 1});
         constexpr double soon = 0.1;
         if (!nextCheck_)
@@ -110,7 +110,7 @@ void EventNotifier::checkAgain()
     ports_.deliver();
 }
 
-// Whatever class is asked for: of what is no service nobody else would tell that it is gone.
+// To subscribers of any class: nothing else reports the end of an object that is not a service.
 void EventNotifier::announceGone(RegistryObject object)
 {
     ports_.announce(Matching::Terminate, object, true);
@@ -134,7 +134,7 @@ void EventNotifier::graphChanged(const std::vector<RegistryObject> &vanished,
         announceGone(object);
     }
     for (const SysfsPath &path : std::exchange(removalsInReading_, {}))
-        check({path, mostChecks});
+        check({path, maxChecks});
     busyCountChanged(busyCountBefore);
 }
 
@@ -143,13 +143,13 @@ void EventNotifier::busyCountChanged(quint32 before)
     const RegistryObject host = objects_.hold(ObjectTable::host);
     const quint32 busyCount = objects_.graph()->at(ObjectTable::host).busyCount();
     if ((busyCount > 0) != (before > 0))
-        ports_.tell(Interest::Busy, host, busyCount);
+        ports_.report(Interest::Busy, host, busyCount);
     objects_.release(host);
 }
 
-void EventNotifier::tellOfChange()
+void EventNotifier::reportChange()
 {
     const RegistryObject host = objects_.hold(ObjectTable::host);
-    ports_.tell(Interest::General, host);
+    ports_.report(Interest::General, host);
     objects_.release(host);
 }

@@ -8,8 +8,8 @@
 
 class SysfsRoot;
 
-// Makes notifications of the host's events and of what a new graph shows. Every object that goes
-// is announced once, be it by its event or because a reading has not found it.
+// Turns the host's events and the changes of a new graph into notifications. Announces each
+// vanished object once, by its event or because a reading did not find it.
 class EventNotifier
 {
 public:
@@ -17,14 +17,14 @@ public:
 
     void handle(const DeviceEvent &event);
     void readingBegins();
-    // A reading's graph, before it is put in place. Whether there are other IDs than before.
+    // Called with a new graph before it is installed. Returns whether IDs changed.
     bool graphRead(RegistryGraph &graph) { return returned_.applyTo(graph, root_); }
-    // After a reading: what was held and is not in its graph, and the host's busy count before it.
+    // After a reading: the held objects that its graph lacks, and the host's busy count before it.
     void graphChanged(const std::vector<RegistryObject> &vanished, quint32 busyCountBefore);
     void busyCountChanged(quint32 before); // the host's
-    void tellOfChange();                   // of something or other on the host
+    void reportChange();                   // an unspecified change of the host
 
-    // Announced as gone while the graph still has it.
+    // Whether it was announced as gone while the graph still has it.
     bool isGone(int index) const { return returned_.isGone(objects_.graph()->at(index)); }
     bool isGoneNode(quint64 nodeID) const { return returned_.isGoneNode(nodeID); }
 
@@ -46,7 +46,7 @@ private:
     NotificationPorts &ports_;
     VanishedObjects returned_;
     bool isReading_ = false;
-    std::vector<SysfsPath> removalsInReading_; // which may have seen them just before
+    std::vector<SysfsPath> removalsInReading_; // the reading may have seen the objects before
     std::vector<Removal> doubtful_;
     OneShotTimer::Ref nextCheck_;
 };

@@ -36,9 +36,9 @@ GraphTask::GraphTask(Input input, std::function<void()> finished)
 
 GraphTask::~GraphTask() = default;
 
-bool GraphTask::waitFor(std::chrono::milliseconds most) const
+bool GraphTask::waitFor(std::chrono::milliseconds timeout) const
 {
-    return task_.waitFor(most);
+    return task_.waitFor(timeout);
 }
 
 GraphTask::Result GraphTask::take()

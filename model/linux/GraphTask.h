@@ -6,8 +6,8 @@
 #include "model/linux/RequestedAttributes.h"
 #include "model/linux/TreeReader.h"
 
-// Reads the whole host in a thread of its own and makes the graph of it, sharing nothing with who
-// asked that either of them changes.
+// Reads the whole host and builds the graph, in a thread of its own that shares no mutable state
+// with the caller.
 class GraphTask
 {
 public:
@@ -17,25 +17,25 @@ public:
         TreeReader treeReader;
         ClassNames classNames;
         RequestedAttributes requested;
-        RegistryGraph::Memory memory; // of the reading before
+        RegistryGraph::Memory memory; // of the previous reading
         quint64 reading;              // its number, from 1
     };
     struct Result
     {
-        TreeReader treeReader; // has learnt what not to try again
+        TreeReader treeReader; // knows what not to try again
         ClassNames classNames;
         std::unique_ptr<RegistryGraph> graph;
         RegistryGraph::Memory memory;
         std::vector<SysfsPath> filesRead;
     };
 
-    // Begins. Finished is called in the thread.
+    // Starts. Calls finished in the thread.
     GraphTask(Input input, std::function<void()> finished);
-    ~GraphTask(); // gives up the reading and waits for the thread's end
+    ~GraphTask(); // cancels the reading and waits for the thread
 
-    bool waitFor(std::chrono::milliseconds most) const; // whether it is finished
-    Result take();                                      // once, when it is
-    // Gives up the reading, waits for the thread's end and returns who has swept. Instead of take.
+    bool waitFor(std::chrono::milliseconds timeout) const; // whether it has finished
+    Result take();                                         // once, when it has finished
+    // Cancels the reading, waits for the thread and returns its reader. Instead of take.
     TreeReader cancel();
 
 private:

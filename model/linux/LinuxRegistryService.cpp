@@ -74,7 +74,7 @@ RegistryObject LinuxRegistryService::entryFromPath(const QString &path)
     return objects_.hold(index);
 }
 
-// Needs no reading, so that notifications can be asked for before the first one.
+// Works before the first reading, so that notifications can be registered.
 RegistryObject LinuxRegistryService::holdHost()
 {
     HostObject host;

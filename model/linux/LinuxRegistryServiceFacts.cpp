@@ -1,4 +1,4 @@
-// What LinuxRegistryService tells of a single object.
+// The operations of LinuxRegistryService on a single object.
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/RecordedHost.h"
 

@@ -1,4 +1,4 @@
-// Reading what is left out of every reading, because a read is slow or wakes the device.
+// Reading on request: attributes that are slow or wake the device.
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/ReadingWait.h"
 #include "platform/runloop/RunLoop.h"
@@ -41,7 +41,7 @@ bool LinuxRegistryService::prepareObject(RegistryObject object)
             return false;
         requested_.add(node, *read);
     }
-    // Its children, its driver and its names can be had of all objects together alone.
+    // Children, driver and names need a reading of all objects.
     return prepare();
 }
 
@@ -62,14 +62,14 @@ LinuxRegistryService::readAllOnRequest(const ObjectReader::Request &request)
     std::stop_source stop;
     TreeReader own = treeReader_;
     own.setSlowStep(wait.slowStep());
-    // In a thread, or in this one when there can be no other.
+    // In a thread, or in this one when none can be started.
     auto reader =
         std::async([treeReader = std::move(own), request, token = stop.get_token()]() mutable {
             RawObject object = treeReader.readObject(request, token);
             return std::pair(std::move(treeReader), std::move(object));
         });
-    RunLoop::main().wait(wait, [&](auto most) {
-        return wait.isCancelled() || reader.wait_for(most) != std::future_status::timeout;
+    RunLoop::main().wait(wait, [&](auto timeout) {
+        return wait.isCancelled() || reader.wait_for(timeout) != std::future_status::timeout;
     });
     if (wait.isCancelled())
         stop.request_stop();
@@ -128,12 +128,12 @@ void LinuxRegistryService::attributeRead(quint64 number)
     treeReader_.learnFrom(treeReader);
     const int index = objects_.indexOf(reading.object);
     objects_.release(reading.object);
-    // It may have gone, and come back as another one.
+    // It may have vanished, or returned as another object.
     if (index != HostObject::none && graph()->at(index).nodeID == reading.node) {
         requested_.add(reading.node, read);
         graph()->addRequested(index, requested_);
         if (preparation_)
-            readMeanwhile_.push_back(reading.node);
+            readDuringPreparation_.push_back(reading.node);
     }
     reading.ready();
 }

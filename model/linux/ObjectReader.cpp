@@ -11,9 +11,9 @@
 namespace {
 constexpr std::size_t textLimit = 4096;
 constexpr std::size_t dataLimit = 65536;
-constexpr int deepestNesting = 16;
+constexpr int maxNesting = 16;
 constexpr char liesTooDeep[] = "lies too deep";
-constexpr int mostUnanswered = 2; // attributes of an object, before the rest is let be
+constexpr int maxUnanswered = 2; // attributes of an object; then the rest is skipped
 
 QByteArray join(const QByteArray &directory, const QByteArray &name)
 {
@@ -29,18 +29,18 @@ QByteArrayView nameOf(QByteArrayView name)
     return name;
 }
 
-// The entries are in the order of their names.
+// The entries must be sorted by name.
 bool contains(const std::vector<SysfsRoot::Entry> &entries, QByteArrayView name)
 {
     return std::binary_search(entries.begin(), entries.end(), name,
                               [](const auto &a, const auto &b) { return nameOf(a) < nameOf(b); });
 }
 
-// Without the first bytes of a character that was cut off.
+// The size without a character that was cut off at the end.
 std::size_t wholeCharacters(const char *bytes, std::size_t size)
 {
-    constexpr std::size_t longest = 4;
-    for (std::size_t back = 1; back < longest && back <= size; ++back) {
+    constexpr std::size_t maxSize = 4;
+    for (std::size_t back = 1; back < maxSize && back <= size; ++back) {
         const auto byte = static_cast<unsigned char>(bytes[size - back]);
         if (byte < 0x80)
             break;
@@ -50,8 +50,8 @@ std::size_t wholeCharacters(const char *bytes, std::size_t size)
     return size;
 }
 
-// None when the watch does not let it take the step. The step may touch only what is the reader's
-// own: when it returns, the program may have ended but for this thread.
+// None when the watch refuses the step. The step may touch only the reader's own data: when it
+// returns, the program may have ended except for this thread.
 template<class Step>
 auto take(ObjectReader::Watch &watch, const SysfsPath &directory, const QByteArray &name, Step step)
     -> std::optional<decltype(step())>
@@ -75,12 +75,12 @@ bool isBinary(const char *bytes, std::size_t size)
 struct ObjectReader::Directory
 {
     SysfsPath path;
-    QByteArray below = {}; // relative to the object's directory; empty for itself
+    QByteArray below = {}; // relative to the object's directory; empty: itself
     int depth = 0;
     FileDescriptor descriptor = {};
     std::vector<SysfsRoot::Entry> entries = {};
 
-    // 0, or the error number of why not all its entries are known.
+    // 0, or the error number why the list is incomplete.
     int list(FileDescriptor opened)
     {
         descriptor = std::move(opened);
@@ -88,7 +88,7 @@ struct ObjectReader::Directory
     }
 };
 
-// Of a PCI device: only the first part of it is safe to read, and not while it is suspended.
+// PCI configuration space: only the first part is safe to read, and only while the device is awake.
 bool ObjectReader::isConfig(const Directory &directory, const QByteArray &name)
 {
     return name == "config" && directory.below.isEmpty();
@@ -99,10 +99,10 @@ struct ObjectReader::Job
     const Request &request;
     Result result;
     AttributePolicy policy;
-    bool isSuspended = false;  // known of PCI devices, and when reading on request
+    bool isSuspended = false;  // only known for PCI devices and when reading on request
     int unanswered = 0;        // attributes so far
-    RegistryValue uevent = {}; // read before all else: names and classes rest on it
-    // The same of links, by name.
+    RegistryValue uevent = {}; // read first: names and classes depend on it
+    // Links read first, by name.
     std::vector<std::pair<QByteArray, QByteArray>> linkTexts = {};
 
     void noteUnread(const Directory &directory, const QByteArray &name, const QByteArray &reason,
@@ -110,7 +110,7 @@ struct ObjectReader::Job
     {
         result.object.unread.push_back({join(directory.below, name), reason, isOnRequest});
     }
-    // None: it did not answer. What has gone meanwhile is not worth telling.
+    // None: did not answer. Does not report files that have vanished.
     void noteUnread(const Directory &directory, const QByteArray &name, std::optional<int> error)
     {
         if (!error)
@@ -151,7 +151,7 @@ ObjectReader::Result ObjectReader::read(const Request &request)
     return std::move(job.result);
 }
 
-// What decides how the rest is read.
+// Reads what decides how the rest is read.
 void ObjectReader::readHeader(Job &job, const Directory &directory)
 {
     using Folder = AttributePolicy::Folder;
@@ -194,7 +194,7 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     }
 }
 
-// Whether it held anything of the object's own, or nothing at all.
+// Whether it held anything of the object itself, or nothing at all.
 bool ObjectReader::readDirectory(Job &job, const Directory &directory,
                                  RegistryValue::Members &members)
 {
@@ -228,7 +228,7 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     const bool isBusTop = folder == Folder::Bus && parent.below.isEmpty();
     if (AttributePolicy::skipsDirectory(folder, entry.name))
         return;
-    if (parent.depth >= deepestNesting)
+    if (parent.depth >= maxNesting)
         return job.noteUnread(parent, entry.name, liesTooDeep);
     Directory directory{parent.path.child(entry.name), join(parent.below, entry.name),
                         parent.depth + 1};
@@ -239,7 +239,7 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
         return addObject(job, parent, entry, *kind);
     if (!open(job, parent, entry.name, directory))
         return;
-    // One that may be listed but not entered could not be asked for its files before.
+    // A folder that can be listed but not entered could not be checked before.
     if (folder == Folder::Device && contains(directory.entries, "uevent"))
         return addObject(job, parent, entry, RawObject::Kind::Device);
     if (isBusTop && entry.name == "devices")
@@ -261,7 +261,7 @@ void ObjectReader::addObject(Job &job, const Directory &parent, const SysfsRoot:
     job.result.below.push_back({job.request.folder, kind, path, entry.inode});
 }
 
-// None for a subdirectory that belongs to the object itself.
+// None for a subdirectory that is part of the object.
 std::optional<RawObject::Kind> ObjectReader::objectKind(const Job &job, const Directory &parent,
                                                         const QByteArray &name,
                                                         const SysfsPath &path)
@@ -276,7 +276,7 @@ std::optional<RawObject::Kind> ObjectReader::objectKind(const Job &job, const Di
     return isDevice(parent, name, path) ? std::optional(RawObject::Kind::Device) : std::nullopt;
 }
 
-// Whether there is something of it to be read.
+// Whether any of it can be read.
 bool ObjectReader::open(Job &job, const Directory &parent, const QByteArray &name,
                         Directory &directory)
 {
@@ -290,7 +290,7 @@ bool ObjectReader::open(Job &job, const Directory &parent, const QByteArray &nam
     return error && directory.descriptor;
 }
 
-// They are objects of their own; the bus keeps only where its links lead.
+// The members are objects; the bus keeps only its links to them.
 void ObjectReader::readMembersOfBus(Job &job, const Directory &devices)
 {
     for (const SysfsRoot::Entry &entry : devices.entries) {
@@ -326,12 +326,12 @@ bool ObjectReader::isDevice(const Directory &itself) const
             contains(itself.entries, "subsystem"));
 }
 
-// Asked for by its own files, since a device will be listed when its turn comes.
+// Checks for files without listing: a device is listed later as an object.
 bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name, const SysfsPath &path)
 {
     if (forcedDevices_.contains(path) || SysfsPlaces::isSystemDevice(path))
         return true;
-    if (name == "power") // everywhere, and never one
+    if (name == "power") // in every device, and never a device
         return false;
     const auto has = [&](const char *file) {
         const QByteArray below = name + file;
@@ -430,7 +430,7 @@ std::optional<QByteArrayView> ObjectReader::readBytes(const Job &job, const Dire
                                                       const QByteArray &name, std::size_t limit,
                                                       QByteArray &reason)
 {
-    if (!job.request.readsAttributes || job.unanswered >= mostUnanswered) {
+    if (!job.request.readsAttributes || job.unanswered >= maxUnanswered) {
         reason = RawObject::notAsked;
         return std::nullopt;
     }
@@ -473,7 +473,7 @@ std::optional<QByteArrayView> ObjectReader::askForBytes(const Directory &directo
             reason = std::strerror(error);
         return std::nullopt;
     }
-    // The kernel refuses to open what cannot be read; a recorded tree's owner is not refused.
+    // The kernel refuses to open a write-only attribute; a recorded tree does not refuse its owner.
     if (!root_.isKernels() && fstat(file.get(), &status) == 0 && isWriteOnly())
         return std::nullopt;
     std::size_t size = 0;
@@ -490,7 +490,7 @@ std::optional<QByteArrayView> ObjectReader::askForBytes(const Directory &directo
             break;
         size += static_cast<std::size_t>(count);
         if (size < textLimit)
-            break; // an attribute answers at once with all it has
+            break; // a short read is the whole attribute
         if (size == textLimit && isBinary(buffer_.get(), size))
             wanted = limit;
         else if (size == textLimit)

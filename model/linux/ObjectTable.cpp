@@ -11,7 +11,8 @@
 namespace {
 using Kind = RawObject::Kind;
 
-// Others are folders without a meaning of their own, unless something in them could not be read.
+// Whether a container is shown: others are plain folders, unless something in them could not be
+// read.
 bool needsPlace(const RawObject &object)
 {
     const auto couldNotBe = [](const RawObject::Unread &its) {
@@ -42,7 +43,7 @@ QSet<SysfsPath> foldersAboveDevices(const TreeContents &contents)
     return folders;
 }
 
-// For an inode that is not unique, as copies of a tree may have: made from the path.
+// An ID made from the path, for inodes that are not unique, as in copies of a tree.
 quint64 substituteID(const SysfsPath &path)
 {
     constexpr quint64 mark = quint64(1) << 63;
@@ -172,7 +173,7 @@ void ObjectTable::relate()
 
 void ObjectTable::findSubsystems()
 {
-    // Which class or bus points at a device, for trees without "subsystem" links.
+    // Which class or bus links to a device, for trees without "subsystem" links.
     QHash<SysfsPath, int> pointedAtBy;
     for (int i = 2; i < count(); ++i) {
         const HostObject &object = at(i);
@@ -188,7 +189,7 @@ void ObjectTable::findSubsystems()
         object.subsystem = path.name();
         object.isOnBus = path.isBelow("bus");
         object.subsystemObject = withPath(path);
-        // Old trees have the block devices' folder at the top, newer ones among the classes.
+        // Old trees have the folder of block devices at the top, newer ones below "class".
         if (object.subsystemObject == HostObject::none && object.subsystem == "block")
             object.subsystemObject = withPath(SysfsPath(path == "block" ? "class/block" : "block"));
     };
@@ -210,7 +211,7 @@ void ObjectTable::findSubsystems()
         HostObject &object = at(i);
         if (object.kind != Kind::Binding)
             continue;
-        // The driver's folder tells the bus even where the device does not.
+        // The driver's path contains the bus even if the device has no subsystem link.
         setSubsystem(object, object.link("driver").parent().parent());
     }
 }
@@ -219,7 +220,7 @@ QByteArray ObjectTable::moduleOfDriver(int driver) const
 {
     const int module =
         driver == HostObject::none ? driver : linked(at(driver), "module", Kind::Module);
-    // What is built in has a folder too, but no state of loading.
+    // Built-in modules have a folder, too, but no initstate.
     if (module == HostObject::none || at(module).member(u"initstate").isNone())
         return {};
     return at(module).kernelName;
@@ -269,8 +270,8 @@ void ObjectTable::nameHost()
 
 void ObjectTable::nameAll(ClassNames &classNames)
 {
-    // The kernel's own first, then by module, buses before classes, so that who keeps a plain name
-    // is no chance.
+    // A fixed order (kernel first, then by module, buses before classes) decides which class gets a
+    // plain name.
     std::vector<HostObject *> order;
     for (HostObject &object : objects_)
         order.push_back(&object);
@@ -295,7 +296,7 @@ void ObjectTable::nameAll(ClassNames &classNames)
     }
 }
 
-// Each child directory and each link that leads to an object pins it.
+// Each child directory and each link to an object holds a reference.
 void ObjectTable::countReferences()
 {
     for (int i = 2; i < count(); ++i) {
@@ -305,7 +306,7 @@ void ObjectTable::countReferences()
         if (object.kind == Kind::Module)
             object.retainCount += static_cast<quint32>(object.member(u"refcnt").numberBits());
         if (object.kind == Kind::Binding)
-            continue; // its link was counted with its device's
+            continue; // counted with its device
         for (const RawObject::Link &link : object.links) {
             const int target = withPath(link.target);
             if (target != HostObject::none)

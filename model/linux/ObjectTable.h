@@ -5,7 +5,7 @@
 
 class ClassNames;
 
-// All objects of the host in the order of their IDs, each related to the others, named and classed.
+// All objects of the host, sorted by ID, linked, named and classified.
 class ObjectTable
 {
 public:
@@ -14,7 +14,7 @@ public:
     static constexpr quint64 rootID = 1;
     static constexpr quint64 hostID = 2;
 
-    // Host objects' own facts are given, since a tree holds none about the running system.
+    // Takes the facts of root and host, since a tree has none about the running system.
     ObjectTable(TreeContents contents, RegistryValue::Members rootFacts,
                 RegistryValue::Members hostFacts, ClassNames &classNames);
 
@@ -22,10 +22,10 @@ public:
     HostObject &at(int index) { return objects_[static_cast<std::size_t>(index)]; }
     const HostObject &at(int index) const { return objects_[static_cast<std::size_t>(index)]; }
     int withPath(const SysfsPath &path) const; // or HostObject::none
-    // Where a link of an object leads among the objects, or none.
+    // The target of an object's link, or HostObject::none.
     int linked(const HostObject &object, QByteArrayView link) const;
     int linked(const HostObject &object, QByteArrayView link, RawObject::Kind kind) const;
-    // The nearest object above, by directories, that satisfies the predicate.
+    // The nearest object above, by directory, that satisfies the predicate.
     template<class Predicate>
     int above(int index, Predicate predicate) const
     {

@@ -15,7 +15,7 @@ public:
     {}
 
     const ObjectTable &objects() const { return objects_; }
-    // A member without a parent among the objects stands under the host.
+    // A member without a parent is placed below the host.
     void add(int child, int parent)
     {
         edges_.push_back({parent == none ? ObjectTable::host : parent, child});
@@ -41,7 +41,7 @@ void forEach(const ObjectTable &objects, Kind kind, Action action)
     }
 }
 
-// The devices that links of an object below a folder lead to, such as "slaves/".
+// The devices that an object's links in a folder lead to, such as "slaves/".
 template<class Predicate>
 std::vector<int> linkedDevices(const ObjectTable &objects, const HostObject &object,
                                QByteArrayView prefix, Predicate predicate)
@@ -163,7 +163,7 @@ void addPower(PlaneCollector &plane)
         }
         const int supplier = objects.linked(device, "supplier");
         const int consumer = objects.linked(device, "consumer");
-        // Links made only to order the state's synchronising may form cycles.
+        // Links that only order sync_state() may form cycles.
         if (device.subsystem == "devlink" && supplier != none && consumer != none &&
             isDevice(objects.at(supplier)) && isDevice(objects.at(consumer)) &&
             device.member(u"sync_state_only").numberBits() != 1)
@@ -193,7 +193,7 @@ void addUsb(PlaneCollector &plane)
     });
 }
 
-// Devices that stand on others: the links say on which, else the nearest above or the host.
+// Stacked devices: their parents are given by links, else the nearest object above or the host.
 void addStacked(PlaneCollector &plane, QByteArrayView subsystem, QByteArrayView linkPrefix)
 {
     const ObjectTable &objects = plane.objects();
@@ -257,7 +257,7 @@ void refuse(ObjectTable &objects, Plane plane, const std::vector<Edge> &refused,
                                                 objects.at(parent).path.toString() + reason);
 }
 
-// A member whose every parent was refused stands under the host.
+// A member with all parents refused is placed below the host.
 void adoptOrphans(std::vector<Edge> &edges, const std::vector<Edge> &refused, int count)
 {
     if (refused.empty())
@@ -284,7 +284,7 @@ std::array<std::vector<Edge>, planeCount> planeEdges(ObjectTable &objects)
         if (edges.empty() && !alwaysExists)
             continue;
         edges.push_back({ObjectTable::root, ObjectTable::host});
-        // Indices are in the order of IDs, so this is the order in which cycles are judged.
+        // Cycles are decided in the order of IDs.
         std::sort(edges.begin(), edges.end());
         edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
         RefusedEdges refused = takeOutCycles(edges, objects.count());

@@ -9,14 +9,14 @@
 namespace {
 using Request = ObjectReader::Request;
 
-constexpr int longSteps = 20;   // take longer than this part of the patience
-constexpr int mostThreads = 32; // with those that other runs have left behind
+constexpr int longSteps = 20;  // a step is long from this part of the patience
+constexpr int maxThreads = 32; // including those left behind by other readings
 
-// Nobody waits for the thread any longer.
+// Thrown in a thread that is not waited for any longer.
 struct Abandoned
 {};
 
-// Ends a system call early. The program takes no other notice of it.
+// Interrupts a system call; otherwise ignored. Global, since signal handlers are.
 int interruptSignal()
 {
     static const int number = [] {
@@ -38,7 +38,7 @@ public:
 };
 } // namespace
 
-// Where a reader thread is. Written by the thread, read by the watch.
+// The state of a reader thread. Written by the thread, read by the watching caller.
 struct ReaderThreads::Progress
 {
     std::mutex mutex;
@@ -46,8 +46,8 @@ struct ReaderThreads::Progress
     SysfsPath directory;
     QByteArray name;
     quint64 step = 0;
-    bool isInStep = false; // asks the host, and touches nothing but its own
-    bool isLong = false;   // the step has another thread beside it
+    bool isInStep = false; // in a call to the host, touching only its own data
+    bool isLong = false;   // another thread has been started beside it
     std::atomic<bool> isGivenUp = false;
     bool isAbandoned = false;
     bool isLeftBehind = false; // and counted as such
@@ -114,7 +114,7 @@ TreeContents ReaderThreads::perform(const std::stop_token &stop)
         return {};
     const std::stop_callback onStop(stop, [this] { end(); });
     std::unique_lock lock(mutex_);
-    // One even where many hang already: what is known to hang is not tried.
+    // At least one thread: what is known to hang is not tried.
     for (unsigned i = 0; i < plan_.threads && (i == 0 || threadsToSpare() > 0); ++i)
         startThread();
     const auto pause = plan_.patience / longSteps / 2;
@@ -158,7 +158,7 @@ void ReaderThreads::startThread()
             [self = shared_from_this(), progress = watched.progress] { self->work(*progress); });
     } catch (const std::system_error &) {
         --active_;
-        threads_.pop_back(); // the others have to do
+        threads_.pop_back(); // continue with fewer threads
     }
 }
 
@@ -172,7 +172,7 @@ void ReaderThreads::work(Progress &progress)
             deliver(reader.read(request));
         --active_;
     } catch (const Abandoned &) {
-        // Its object is another thread's by now.
+        // Another thread reads its object.
     }
     const std::lock_guard lock(progress.mutex);
     if (progress.isLeftBehind)
@@ -182,7 +182,7 @@ void ReaderThreads::work(Progress &progress)
 bool ReaderThreads::takeRequest(Progress &progress, Request &request)
 {
     std::unique_lock lock(mutex_);
-    // More than were meant to be there have come out of long steps.
+    // Threads returning from long steps can exceed the limit.
     const auto isTooMany = [this] { return active_ > static_cast<int>(plan_.threads); };
     workOrEnd_.wait(lock, [&] { return isOver_ || isTooMany() || !queue_.empty(); });
     if (isOver_ || isTooMany())
@@ -198,7 +198,7 @@ bool ReaderThreads::takeRequest(Progress &progress, Request &request)
 void ReaderThreads::deliver(ObjectReader::Result result)
 {
     const std::lock_guard lock(mutex_);
-    if (!plan_.goesOn)
+    if (!plan_.isRecursive)
         result.below.clear();
     for (Request &request : result.below)
         add(std::move(request));
@@ -249,7 +249,7 @@ void ReaderThreads::watch(Watched &watched)
         giveUp(progress);
     }
     const auto grace = plan_.patience / 4;
-    // Each time, because a signal that comes between two system calls has no effect.
+    // Repeated: a signal between two system calls has no effect.
     if (progress.isGivenUp && plan_.interrupts)
         pthread_kill(watched.thread.native_handle(), interruptSignal());
     if (progress.isGivenUp && (!plan_.interrupts || now - watched.givenUp >= grace)) {
@@ -283,11 +283,11 @@ bool ReaderThreads::isSkipped(const Progress &progress) const
     return plan_.slowStep && progress.isLong && plan_.slowStep->takeSkip(progress.longStep());
 }
 
-// Shorter the more steps hang, so that many of them do not add up.
+// Shorter when many steps hang, so that waits do not add up.
 std::chrono::microseconds ReaderThreads::patience() const
 {
-    constexpr int mostHalvings = 5;
-    const int halvings = std::min(stepsGivenUp_ / mostThreads, mostHalvings);
+    constexpr int maxHalvings = 5;
+    const int halvings = std::min(stepsGivenUp_ / maxThreads, maxHalvings);
     return plan_.patience / (1 << halvings);
 }
 
@@ -299,7 +299,7 @@ void ReaderThreads::giveUp(Progress &progress)
     hasBlockedPaths_ = true;
 }
 
-// The object is read again without what does not answer.
+// The object is read again without what did not answer.
 void ReaderThreads::leaveBehind(Progress &progress)
 {
     progress.isAbandoned = true;
@@ -309,7 +309,7 @@ void ReaderThreads::leaveBehind(Progress &progress)
 
 int ReaderThreads::threadsToSpare() const
 {
-    return mostThreads - active_ - waiting_ - *plan_.threadsLeftBehind;
+    return maxThreads - active_ - waiting_ - *plan_.threadsLeftBehind;
 }
 
 void ReaderThreads::startMissingThreads()
@@ -319,7 +319,7 @@ void ReaderThreads::startMissingThreads()
         startThread();
 }
 
-// In this thread, since no other may be started; names and links always answer.
+// In this thread, because no other may be started; names and links always answer.
 void ReaderThreads::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock)
 {
     qCWarning(modelLog, "Too many devices do not answer: the rest is read without attributes");
@@ -336,7 +336,7 @@ void ReaderThreads::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock
     }
 }
 
-// One that hangs in the kernel can be neither joined nor stopped. The others end at once.
+// A thread that hangs in the kernel can be neither joined nor stopped. The others end immediately.
 void ReaderThreads::leave()
 {
     for (Watched &watched : threads_) {

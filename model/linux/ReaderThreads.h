@@ -13,10 +13,9 @@
 #include <stop_token>
 #include <thread>
 
-// One reading of a tree, or of a part of it, by a few threads. A step that takes long gets another
-// thread beside it, so that it keeps nothing else waiting; one that takes too long is interrupted,
-// and where that does not help, left behind with its thread. Shared with the threads: it lives on
-// as long as one of them hangs in the kernel.
+// The threads of one reading of a tree or a part of it. A slow step gets another thread beside it,
+// so that nothing else waits; one that takes too long is interrupted, or left behind with its
+// thread. Shared with the threads: lives as long as any of them hangs in the kernel.
 class ReaderThreads : public std::enable_shared_from_this<ReaderThreads>
 {
 public:
@@ -24,22 +23,22 @@ public:
     {
         std::shared_ptr<const SysfsRoot> root;
         QSet<SysfsPath> forcedDevices;
-        QSet<SysfsPath> blockedPaths;                        // not to be tried
-        std::shared_ptr<std::atomic<int>> threadsLeftBehind; // those that hang, of all runs
+        QSet<SysfsPath> blockedPaths;                        // are not tried
+        std::shared_ptr<std::atomic<int>> threadsLeftBehind; // that hang, of all readings
         std::chrono::microseconds patience;
         unsigned threads = 1;
-        bool interrupts = true; // false: takes every step that hangs for one that cannot be
+        bool interrupts = true; // false: as if no hanging step could be interrupted
         bool recordsFiles = false;
-        bool goesOn = true;                      // to the objects found below
-        std::shared_ptr<SlowStep> slowStep = {}; // null: nobody watches
+        bool isRecursive = true;                 // continue with the objects found below
+        std::shared_ptr<SlowStep> slowStep = {}; // null: not watched
     };
 
     ReaderThreads(Plan plan, std::vector<ObjectReader::Request> requests);
     ~ReaderThreads();
 
-    // Once. Ends early, with what it has, when asked to stop.
+    // Call once. When asked to stop, returns early with what it has.
     TreeContents perform(const std::stop_token &stop);
-    // Those of the plan and what has not answered since. When it has ended.
+    // Those of the plan and those that did not answer. Call after perform.
     const QSet<SysfsPath> &blockedPaths() const { return plan_.blockedPaths; }
 
 private:
@@ -77,14 +76,14 @@ private:
     void leave();
 
     Plan plan_;
-    std::list<Watched> threads_;  // by the asker alone
-    std::atomic<int> active_ = 0; // threads that are in no long step
-    int waiting_ = 0;             // threads that are in one, not left behind; by the asker alone
-    int stepsGivenUp_ = 0;        // by the asker alone
+    std::list<Watched> threads_;  // only the caller's thread
+    std::atomic<int> active_ = 0; // threads not in a long step
+    int waiting_ = 0;             // threads in one, not left behind; only the caller's thread
+    int stepsGivenUp_ = 0;        // only the caller's thread
 
-    std::mutex mutex_;                  // of all below, and the blocked paths
+    std::mutex mutex_;                  // guards everything below and the blocked paths
     std::condition_variable workOrEnd_; // for the threads
-    std::condition_variable finished_;  // for the watch
+    std::condition_variable finished_;  // for the watching caller
     std::deque<ObjectReader::Request> queue_;
     std::size_t unfinished_ = 0; // queued or being read
     bool isOver_ = false;

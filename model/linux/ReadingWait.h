@@ -5,7 +5,7 @@
 
 #include <memory>
 
-// The main thread's wait for a reading of the host.
+// The main thread waiting for a reading of the host.
 class ReadingWait final : public Wait
 {
 public:
@@ -14,7 +14,8 @@ public:
     void cancel() override { isCancelled_ = true; }
 
     bool isCancelled() const { return isCancelled_; }
-    const std::shared_ptr<SlowStep> &slowStep() const { return slowStep_; } // for the reading
+    // To give to the reading.
+    const std::shared_ptr<SlowStep> &slowStep() const { return slowStep_; }
 
 private:
     std::shared_ptr<SlowStep> slowStep_ = std::make_shared<SlowStep>();

@@ -15,7 +15,7 @@ using Kind = RawObject::Kind;
 
 constexpr QLatin1String unreadAttributes("DxUnreadAttributes");
 
-// Keeps the members in the order of their keys.
+// Keeps the members sorted by key.
 void insertMember(RegistryValue::Members &members, QLatin1String key, RegistryValue value)
 {
     const QString text(key);
@@ -33,7 +33,7 @@ RegistryValue arrayOf(const QStringList &texts)
     return RegistryValue::array(std::move(elements));
 }
 
-// Reasons by attribute, each attribute once. One without a reason has been read on request.
+// Reasons by attribute, each attribute once. Attributes without a reason have been read on request.
 RegistryValue::Members reasonsOf(const std::vector<RawObject::Unread> &unread)
 {
     QMap<QString, QString> reasons;
@@ -64,8 +64,8 @@ RegistryGraph::RegistryGraph(ObjectTable objects, UdevDatabase &udev)
     arrange(edges);
     addPlaneCounts(edges);
     for (std::size_t i = 0; i < planeCount; ++i)
-        tellSiblingsApart(static_cast<Plane>(i));
-    nameIncompleteObjects();
+        distinguishSiblings(static_cast<Plane>(i));
+    listIncompleteObjects();
     byID_.reserve(objects_.count());
     for (int i = 0; i < objects_.count(); ++i) {
         byID_.insert(at(i).id, i);
@@ -126,7 +126,7 @@ RegistryGraph::Memory RegistryGraph::compareWith(const Memory &earlier, quint64 
 
 std::array<size_t, 2> RegistryGraph::digest(int index) const
 {
-    // Two hashes of one text with seeds that nobody knows: no two texts meet in both.
+    // Two hashes with secret seeds: no two texts collide in both.
     static const std::array<size_t, 2> seeds{QRandomGenerator::system()->generate64(),
                                              QRandomGenerator::system()->generate64()};
     const HostObject &object = at(index);
@@ -189,7 +189,7 @@ void RegistryGraph::addPlaneCounts(const PlaneEdges &edges)
         QSet<int> entries;
         for (const auto &[parent, child] : edges[i])
             entries.insert(child);
-        const auto count = static_cast<quint64>(entries.size()) + 1; // the root is nobody's child
+        const auto count = static_cast<quint64>(entries.size()) + 1; // the root is not a child
         if (!entries.isEmpty())
             insertMember(counts, QLatin1String(planeNames[i]), RegistryValue::number(count, 4));
     }
@@ -197,7 +197,7 @@ void RegistryGraph::addPlaneCounts(const PlaneEdges &edges)
                  RegistryValue::dictionary(std::move(counts)));
 }
 
-std::vector<int> RegistryGraph::siblingsNamedAlike(Plane plane) const
+std::vector<int> RegistryGraph::siblingsWithEqualNames(Plane plane) const
 {
     std::vector<int> alike;
     for (int parent = 0; parent < objects_.count(); ++parent) {
@@ -222,7 +222,7 @@ std::vector<int> RegistryGraph::siblingsNamedAlike(Plane plane) const
     return alike;
 }
 
-void RegistryGraph::tellSiblingsApart(Plane plane)
+void RegistryGraph::distinguishSiblings(Plane plane)
 {
     const auto relocate = [this, plane](int index, const QByteArray &location) {
         HostObject &object = objects_.at(index);
@@ -230,12 +230,12 @@ void RegistryGraph::tellSiblingsApart(Plane plane)
         std::erase_if(object.namesInPlanes, [&](const auto &its) { return its.first == plane; });
         object.namesInPlanes.push_back({plane, {name, location}});
     };
-    constexpr qsizetype longestLocation = 100; // leaves room for the ID
-    for (const int index : siblingsNamedAlike(plane))
-        relocate(index, ObjectNames::validUtf8(at(index).kernelName, longestLocation));
-    // Kernel names can be alike too: of objects from different folders.
-    for (const int index : siblingsNamedAlike(plane))
-        relocate(index, ObjectNames::validUtf8(at(index).kernelName, longestLocation) + '#' +
+    constexpr qsizetype maxLocationSize = 100; // leaves room for the ID
+    for (const int index : siblingsWithEqualNames(plane))
+        relocate(index, ObjectNames::validUtf8(at(index).kernelName, maxLocationSize));
+    // Kernel names can be equal, too, in different folders.
+    for (const int index : siblingsWithEqualNames(plane))
+        relocate(index, ObjectNames::validUtf8(at(index).kernelName, maxLocationSize) + '#' +
                             QByteArray::number(at(index).id));
 }
 
@@ -277,8 +277,8 @@ void RegistryGraph::insertReasons(HostObject &object)
                      RegistryValue::dictionary(std::move(reasons)));
 }
 
-// At the root, the attributes that did not answer by the paths of their objects.
-void RegistryGraph::nameIncompleteObjects()
+// Lists in the root the attributes that did not answer, by object path.
+void RegistryGraph::listIncompleteObjects()
 {
     QMap<QString, RegistryValue> incomplete;
     for (int i = 0; i < count(); ++i) {

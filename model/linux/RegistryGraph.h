@@ -9,7 +9,7 @@
 class RequestedAttributes;
 class UdevDatabase;
 
-// The host's registry as one reading found it: the objects, and who is whose child in each plane.
+// The host's registry after one reading: the objects, and parents and children in each plane.
 class RegistryGraph
 {
 public:
@@ -22,7 +22,7 @@ public:
     int withPath(const SysfsPath &path) const { return objects_.withPath(path); }
     bool hasPlane(Plane plane) const;
     std::span<const int> childrenInPlane(int index, Plane plane) const;
-    // What an object was in a reading, kept for the next one.
+    // The state of an object in a reading, for comparing with the next one.
     struct Remembered
     {
         RegistryValue properties;
@@ -30,21 +30,21 @@ public:
         quint64 changedIn = 0;
     };
     using Memory = QHash<quint64, Remembered>; // by node
-    // Shares the memory of properties that are equal to an earlier reading's, and notes which
-    // objects are as they were. Readings count from 1.
+    // Shares memory with equal properties of an earlier reading, and notes which objects are
+    // unchanged. Readings count from 1.
     Memory compareWith(const Memory &earlier, quint64 reading);
     bool isUnchangedSince(int index, quint64 reading) const
     {
         return at(index).changedIn <= reading;
     }
     void noteAllChanged(Memory &memory);
-    // What was read since; the properties that others have keep as they were.
+    // Adds what was read since. Properties already handed out do not change.
     void addRequested(int index, const RequestedAttributes &requested);
 
 private:
     struct Children
     {
-        std::vector<int> first; // by object: where its children begin; one more at the end
+        std::vector<int> first; // by object: the start of its children; one extra at the end
         std::vector<int> all;
     };
     using PlaneEdges = std::array<std::vector<Edge>, planeCount>;
@@ -52,11 +52,11 @@ private:
     const Children &children(Plane plane) const { return planes_[static_cast<std::size_t>(plane)]; }
     void arrange(const PlaneEdges &edges);
     void addPlaneCounts(const PlaneEdges &edges);
-    void tellSiblingsApart(Plane plane);
-    std::vector<int> siblingsNamedAlike(Plane plane) const;
+    void distinguishSiblings(Plane plane);
+    std::vector<int> siblingsWithEqualNames(Plane plane) const;
     void finish(HostObject &object, UdevDatabase &udev);
     static void insertReasons(HostObject &object);
-    void nameIncompleteObjects();
+    void listIncompleteObjects();
     void countBusyChildren();
     std::array<size_t, 2> digest(int index) const;
 

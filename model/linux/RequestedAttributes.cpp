@@ -15,7 +15,7 @@ RegistryValue::Members::iterator placeOf(RegistryValue::Members &members,
                             });
 }
 
-// Puts a value where its path leads, in place of one that is there.
+// Sets the value at a path, replacing an existing one.
 void setMember(RegistryValue::Members &members, QByteArrayView path, RegistryValue value)
 {
     const qsizetype slash = path.indexOf('/');

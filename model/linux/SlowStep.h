@@ -4,24 +4,24 @@
 
 #include <mutex>
 
-// Between a reading and who watches it for the user, each in a thread of its own.
+// The slowest step of a running reading, shared between its threads and the dialog that shows it.
 class SlowStep
 {
 public:
     struct Step
     {
         SysfsPath object; // null: no step
-        SysfsPath path;   // of what is read, at or below the object
+        SysfsPath path;   // what is being read, at or below the object
 
         bool operator==(const Step &) const = default;
     };
 
-    Step waitedFor() const; // what has taken longest so far; none while nothing takes long
+    Step waitedFor() const; // the longest so far; none while nothing is slow
     void skip(const Step &step);
 
-    // For the reading.
+    // Called by the reading.
     void setWaitedFor(Step step);
-    bool takeSkip(const Step &step); // once: whether it is to be given up
+    bool takeSkip(const Step &step); // true once if the step is to be given up
 
 private:
     mutable std::mutex mutex_;

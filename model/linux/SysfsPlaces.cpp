@@ -7,7 +7,7 @@
 namespace {
 constexpr QByteArrayView systemFolders = "devices/system";
 
-// A word and a number. The names of groups of attributes, such as "cpuidle", have none.
+// A word and a number. Groups of attributes, such as "cpuidle", have no number.
 bool isNumbered(QByteArrayView name)
 {
     const auto isLower = [](char c) { return c >= 'a' && c <= 'z'; };
@@ -29,7 +29,7 @@ bool SysfsPlaces::isSystemFolder(const SysfsPath &path)
 
 bool SysfsPlaces::isSystemDevice(const SysfsPath &path)
 {
-    // Checked first: this is asked of every directory.
+    // Cheap check first: called for every directory.
     return path.isBelow(systemFolders) && isSystemFolder(path.parent()) && isNumbered(path.name());
 }
 

@@ -17,7 +17,7 @@ QString translate(const char *text)
     return QCoreApplication::translate("SysfsRoot", text);
 }
 
-// None for what has gone.
+// None if it has vanished.
 std::optional<SysfsRoot::EntryType> entryType(int directory, const dirent64 &entry)
 {
     mode_t mode = DTTOIF(entry.d_type);
@@ -33,9 +33,9 @@ std::optional<SysfsRoot::EntryType> entryType(int directory, const dirent64 &ent
     case S_IFLNK:
         return SysfsRoot::EntryType::Link;
     case S_IFREG:
-    case S_IFIFO: // recorded trees may have one where a read would wait
+    case S_IFIFO: // recorded trees may have one where a read would block
         return SysfsRoot::EntryType::File;
-    default: // a device node or a socket, which no sysfs has
+    default: // a device node or socket, which sysfs never has
         return SysfsRoot::EntryType::Other;
     }
 }
@@ -87,7 +87,7 @@ quint64 SysfsRoot::inodeOf(const SysfsPath &path) const
 
 int SysfsRoot::list(int directory, std::vector<Entry> &entries)
 {
-    // Without a directory stream: making one costs more than reading a small directory.
+    // Without a directory stream: creating one costs more than reading a small directory.
     constexpr std::size_t bufferSize = 16384;
     alignas(dirent64) char buffer[bufferSize];
     entries.clear();

@@ -41,13 +41,11 @@ public:
     // For many directories near each other. Must not outlive the root.
     DirectoryOpener opener() const { return DirectoryOpener(descriptor_.get()); }
     quint64 inodeOf(const SysfsPath &path) const; // 0 when there is nothing
-    // The entries of a directory by name in byte order. Returns 0, or the error number that ended
-    // the list early.
+    // Lists a directory, sorted by name. Returns 0, or the error number that ended the list early.
     static int list(int directory, std::vector<Entry> &entries);
-    // The text of a link; null with errno set when it cannot be read.
+    // The text of a link; null with errno set on failure.
     static QByteArray readLink(int directory, const QByteArray &name);
-    // Where a link leads, relative to the root, by its text alone. Null when it leads out of it or
-    // could not be read.
+    // The target of a link, by its text only. Null when it leaves the tree or could not be read.
     static SysfsPath resolveLink(const SysfsPath &directory, const QByteArray &target);
 
 private:

@@ -4,10 +4,10 @@
 
 #include <vector>
 
-// All that the reader threads found, each object once, in no particular order.
+// Everything that the reader threads found, each object once, in no particular order.
 struct TreeContents
 {
     std::vector<RawObject> objects;
-    std::vector<RawObject::Unread> unread; // of the tree's own folders, such as "bus"
-    std::vector<SysfsPath> filesRead;      // when asked for
+    std::vector<RawObject::Unread> unread; // among the tree's own folders, such as "bus"
+    std::vector<SysfsPath> filesRead;      // on request
 };

@@ -10,7 +10,7 @@ using Request = ObjectReader::Request;
 using Folder = AttributePolicy::Folder;
 using Kind = RawObject::Kind;
 
-constexpr unsigned mostReaders = 4;
+constexpr unsigned maxReaders = 4;
 } // namespace
 
 TreeReader::TreeReader(std::shared_ptr<const SysfsRoot> root)
@@ -23,13 +23,13 @@ TreeReader::TreeReader(std::shared_ptr<const SysfsRoot> root, Options options)
     , threadsLeftBehind_(std::make_shared<std::atomic<int>>(0))
 {
     if (options_.threads == 0)
-        options_.threads = std::clamp(std::thread::hardware_concurrency(), 2U, mostReaders);
+        options_.threads = std::clamp(std::thread::hardware_concurrency(), 2U, maxReaders);
 }
 
 TreeContents TreeReader::run(const std::stop_token &stop)
 {
     TreeContents contents = runFromTop(stop);
-    // Trees without uevent files show what is a device only by the links that lead there.
+    // In trees without uevent files, only links show what is a device.
     if (!stop.stop_requested() && findForcedDevices(contents))
         contents = runFromTop(stop);
     return contents;
@@ -72,7 +72,7 @@ std::vector<Request> TreeReader::firstRequests(std::vector<RawObject::Unread> &u
             if (entry.type == SysfsRoot::EntryType::Directory) {
                 requests.push_back({type, kind, folder.child(entry.name), entry.inode});
                 any = any || entry.name == "block";
-            } else if (type != Folder::Firmware) { // whose top has attributes
+            } else if (type != Folder::Firmware) { // its top has attributes
                 unread.push_back({folder.child(entry.name).toByteArray(), "is no folder"});
             }
         }
@@ -82,7 +82,7 @@ std::vector<Request> TreeReader::firstRequests(std::vector<RawObject::Unread> &u
     addFolder("module", Folder::Module, Kind::Module);
     addFolder("bus", Folder::Bus, Kind::Bus);
     if (!addFolder("class", Folder::Class, Kind::Class)) {
-        // Old and partial trees have the block devices' folder at the top only.
+        // Old and partial trees have the folder of block devices only at the top.
         for (const SysfsRoot::Entry &entry : entriesOf({})) {
             if (entry.name == "block" && entry.type == SysfsRoot::EntryType::Directory)
                 requests.push_back({Folder::Class, Kind::Class, "block", entry.inode});
@@ -92,7 +92,7 @@ std::vector<Request> TreeReader::firstRequests(std::vector<RawObject::Unread> &u
     return requests;
 }
 
-TreeContents TreeReader::run(std::vector<Request> requests, bool goesOn,
+TreeContents TreeReader::run(std::vector<Request> requests, bool isRecursive,
                              const std::stop_token &stop)
 {
     const auto threads =
@@ -104,7 +104,7 @@ TreeContents TreeReader::run(std::vector<Request> requests, bool goesOn,
                                                             .threads = options_.threads,
                                                             .interrupts = options_.interrupts,
                                                             .recordsFiles = options_.recordsFiles,
-                                                            .goesOn = goesOn,
+                                                            .isRecursive = isRecursive,
                                                             .slowStep = slowStep_},
                                         std::move(requests));
     TreeContents contents = threads->perform(stop);

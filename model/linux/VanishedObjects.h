@@ -7,25 +7,25 @@ class RegistryGraph;
 class SysfsRoot;
 struct HostObject;
 
-// Gives a new ID to an object that went and came back under its old node: a network interface that
-// moves to another namespace and back keeps its own.
+// Tracks vanished objects. Gives a new ID to one that returns with its old node, such as a network
+// interface that moves to another namespace and back.
 class VanishedObjects
 {
 public:
     quint64 idOf(quint64 nodeID) const { return ids_.value(nodeID, nodeID); }
-    // Whether an object of a graph is gone by now.
+    // Whether an object of the graph has vanished.
     bool isGone(const HostObject &object) const;
     bool isGoneNode(quint64 nodeID) const { return gone_.contains(nodeID); }
 
     void noteGone(const HostObject &object);
-    void notePresent(quint64 nodeID); // it has come back, if it was gone
-    // Renumbers what a reading has found again; what it saw just before it went stays gone. Whether
-    // there are other IDs than in the graph before.
+    void notePresent(quint64 nodeID); // it has returned if it was gone
+    // Gives returned objects their new IDs; objects seen just before they vanished stay gone.
+    // Returns whether IDs differ from those of the previous graph.
     bool applyTo(RegistryGraph &graph, const SysfsRoot &root);
 
 private:
     QSet<quint64> gone_;                // nodes
-    QHash<quint64, quint64> ids_;       // by node, of what has come back
-    quint64 lastID_ = quint64(3) << 62; // beyond the nodes' numbers
-    quint64 lastApplied_ = lastID_;     // as of the last graph
+    QHash<quint64, quint64> ids_;       // by node, of returned objects
+    quint64 lastID_ = quint64(3) << 62; // above all node numbers
+    quint64 lastApplied_ = lastID_;     // at the last graph
 };
