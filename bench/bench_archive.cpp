@@ -1,5 +1,5 @@
-// Saving and loading a snapshot, by the number of entries of 40 property nodes. Loading is compared
-// with what walking the same bytes with the plain CBOR reader takes in the same run.
+// Saving and loading a snapshot, by number of entries with 40 property nodes each. Loading is
+// compared with walking the same bytes with the plain CBOR reader in the same run.
 
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/Timing.h"
@@ -29,7 +29,7 @@ QByteArray saved(const TavDataStore &store)
     return device.data();
 }
 
-// Made once for each size, and only the last one kept.
+// Made once per size; only the last one is kept.
 Snapshot &snapshotOf(quint32 entries)
 {
     static quint32 size = 0;
@@ -72,8 +72,8 @@ void save(benchmark::State &state)
     reportPerNode(state, "bytes/node", bytes);
 }
 
-// Where the machine is a virtual one, its host may have to find memory for it, which takes several
-// times as long as the loading itself; after this the machine has it.
+// Touches memory first: the host of a virtual machine may take several times as long to provide it
+// as the loading itself.
 void claimMemory(std::size_t size)
 {
     constexpr std::size_t pageSize = 4096;
@@ -91,8 +91,8 @@ void load(benchmark::State &state)
     const Snapshot &snapshot = snapshotOf(static_cast<quint32>(state.range(0)));
     double time = 0;
     double walkTime = 0;
-    // The first load of a size, which is what users wait for, takes pages from the kernel that
-    // later ones find in the process.
+    // Users wait for the first load, which takes pages from the kernel; later loads find them in
+    // the process.
     constexpr std::size_t memoryPerNode = 400;
     claimMemory(memoryPerNode * nodesPerEntry * static_cast<std::size_t>(state.range(0)));
     std::unique_ptr<TavDataStore> first;

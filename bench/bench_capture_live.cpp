@@ -1,6 +1,5 @@
-// The whole capture of this machine's registry against the least that reading it can cost: a tight
-// single-threaded loop over the same attribute files; and a whole update in which nothing changed
-// against its reading alone.
+// A whole capture of this machine's registry compared with a tight single-threaded loop over the
+// same attribute files; and a whole update without changes compared with its reading alone.
 #include "bench/support/BenchmarkMain.h"
 #include "bench/support/Timing.h"
 #include "model/linux/LinuxRegistryService.h"
@@ -59,7 +58,7 @@ std::size_t readAll(const std::vector<Folder> &folders)
     return total;
 }
 
-// Loop and capture in turn, so that what else the machine does falls on both.
+// Alternates loop and capture, so that other load affects both.
 void captureAgainstLoop(benchmark::State &state)
 {
     const auto folders = filesOfACapture("/sys");
@@ -100,6 +99,6 @@ BENCHMARK(captureAgainstLoop)->Unit(benchmark::kMillisecond)->Iterations(25);
 
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv); // the store's timers need one
+    const QCoreApplication application(argc, argv); // required by the store's timers
     return runBenchmarks(argc, argv);
 }

@@ -1,7 +1,7 @@
-// From a search string to the filtered tree, painted, on 100,000 entries. "ratio" compares with a
-// plain scan of all names and class names in one buffer, without regard to case, plus a bare tree
-// view over a plain model of the same rows that shows and opens them all. Then a step to the next
-// match with few and with many matches before it.
+// From a search string to the painted, filtered tree, on 100,000 entries. "ratio" compares with a
+// plain case-insensitive scan of all names and class names in one buffer plus a bare tree view that
+// shows and expands the same rows. Then a step to the next match with few and with many matches
+// before it.
 #include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/Timing.h"
@@ -22,7 +22,7 @@ namespace {
 constexpr quint32 entryCount = 100'000;
 const QString plane = QStringLiteral("DxService");
 
-// Found nowhere; in one entry in a thousand; in one in sixty; in nearly all.
+// Matches: none; one entry in a thousand; one in sixty; nearly all.
 constexpr const char *texts[] = {"zzzz", "device77", "Generated37", "dev"};
 
 struct Registry
@@ -116,7 +116,7 @@ void search(benchmark::State &state)
     state.counters["found"] = static_cast<double>(controller->foundObjects()->size());
 }
 
-// From the match of which the given part of all lies before it.
+// Starts at the match at the given percentage of all.
 void step(benchmark::State &state)
 {
     const auto controller = openWindow();

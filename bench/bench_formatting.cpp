@@ -1,6 +1,6 @@
 // The cost of rendering values. "ratio" compares with the first line of the same group and run. For
-// data it compares with what is expected of the size, by the cost of an empty value and of one of
-// 4 KiB; so what does not grow faster than the size stays near 1 at any size.
+// data it compares with the expected cost for the size, from those of an empty value and of 4 KiB:
+// it stays near 1 at any size unless the cost grows faster than the size.
 #include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/Timing.h"
@@ -17,7 +17,7 @@
 #include <map>
 
 namespace {
-// Of one call of the body.
+// The time of one call of the body.
 template<class Body>
 double measure(benchmark::State &state, Body body)
 {
@@ -28,7 +28,7 @@ double measure(benchmark::State &state, Body body)
     return (1e9 * Timing::threadSeconds() - start) / static_cast<double>(state.iterations());
 }
 
-// The library runs a benchmark several times with growing counts; the last run stands.
+// A benchmark runs several times with growing counts; the last run counts.
 template<class Body>
 void measureSteps(benchmark::State &state, const std::string &group, std::size_t steps, Body body)
 {
@@ -145,7 +145,7 @@ void allValues(benchmark::State &state)
     });
 }
 
-// Formats stored for other properties, among which nothing is found: the longest search.
+// Formats stored for other properties, none of which matches: the longest search.
 void lookUp(benchmark::State &state)
 {
     FakeRegistryService registry;

@@ -1,9 +1,7 @@
-// What following the registry costs the main thread, and how late a change is seen.
-//
-// "one" is the time of this thread for an update after a single device came; "unchanged" for an
-// update in which nothing did, the pass over all entries that every update makes; "capture" for a
-// first capture, of this thread and, as "capture_wall", until it was there. "beyond" is what the
-// device costs beyond that pass, as a part of the capture.
+// What following the registry costs the main thread, and how soon a change is shown. "one" is this
+// thread's time for an update after one device came; "unchanged" for an update without changes;
+// "capture" for a first capture, by this thread and, as "capture_wall", in total. "beyond" is the
+// cost of the device beyond "unchanged", relative to the capture.
 #include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/Timing.h"
@@ -28,7 +26,7 @@
 namespace {
 constexpr double millisecond = 1e-3;
 
-// Of this thread, from what brings an update until it has been told of.
+// This thread's time from the cause of an update until it is reported.
 template<class Cause>
 double updateSeconds(const TavDataStore &store, Cause cause)
 {
@@ -84,7 +82,7 @@ void generated(benchmark::State &state)
     const auto host = static_cast<RegistryObject>(
         store->registryRoot()->childrenInPlane(QStringLiteral("DxService")).front()->entryTag());
     for (auto _ : state) {
-        figures.unchanged.push_back(updateSeconds(*store, [&] { service.tellOfChange(); }));
+        figures.unchanged.push_back(updateSeconds(*store, [&] { service.reportChange(); }));
         figures.one.push_back(updateSeconds(*store, [&] {
             const RegistryObject device = service.add(QStringLiteral("DxDevice"), "another");
             service.link(host, device, "DxService");
@@ -124,14 +122,14 @@ void live(benchmark::State &state)
         figures.one.push_back(updateSeconds(*store, [] {}));
         store->setAutoupdate(false);
         disk.remove();
-        turnEventLoopFor(100); // its end is not to be counted
+        turnEventLoopFor(100); // so that its removal is not counted
         store->update();
         store->clearTerminatedObjects();
     }
     figures.report(state, *store);
 }
 
-// Tells when a row that begins with a text has been painted.
+// Notes when a row that begins with a text is painted.
 class PaintedRow : public QObject
 {
 public:
@@ -181,8 +179,7 @@ TavWindowController &addWindow(TavDocument &document)
     return added;
 }
 
-// From the end of the request that adds a disk, and so after its last event, until its row has been
-// painted.
+// From the end of the request that adds a disk, after its last event, until its row is painted.
 void untilPainted(benchmark::State &state)
 {
     if (!canAddDisks(state))
@@ -192,7 +189,7 @@ void untilPainted(benchmark::State &state)
     const auto document = TavDocument::createUntitled(documents);
     const auto store = document->dataStore();
     TavWindowController &controller = addWindow(*document);
-    controller.window()->resize(1200, 4000); // all disks in sight
+    controller.window()->resize(1200, 4000); // all disks visible
     controller.window()->show();
     controller.outlineView();
     controller.goToRegistryPath(QStringLiteral("DxService:/virtual/block"));

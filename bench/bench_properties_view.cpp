@@ -1,7 +1,7 @@
-// The cost of showing an entry's properties, wrapped, and of scrolling through them. Of "select",
-// "ratio" compares with a bare tree view that shows as many unwrapped rows of the same texts, and
-// "ratio_short" with one whose texts are cut to what a column holds, both measured just before. Of
-// "scroll", "ratio" compares a page of the larger number of rows with one of the smallest.
+// The cost of showing an entry's properties, wrapped, and of scrolling through them. For "select",
+// "ratio" compares with a bare tree view of as many unwrapped rows of the same texts, and
+// "ratio_short" with one whose texts are cut to the width of a column, both measured just before.
+// For "scroll", "ratio" compares a page of the larger number of rows with one of the smallest.
 #include "bench/support/BenchmarkMain.h"
 #include "bench/support/Timing.h"
 #include "display/TavPropertyOutlineItem.h"
@@ -30,7 +30,7 @@ double measure(benchmark::State &state, Body body)
     return 1e3 * (Timing::threadSeconds() - start) / static_cast<double>(state.iterations());
 }
 
-// Of words for even numbers and of bytes for others, a few lines long at most and mostly short.
+// Words for even numbers, bytes for odd ones; mostly short, a few lines at most.
 RegistryValue mixedValue(int number)
 {
     static constexpr qsizetype lengths[] = {4, 8, 12, 20, 30, 40, 60, 90, 200, 600};
@@ -56,7 +56,7 @@ RegistryValue table(int rows)
     return RegistryValue::dictionary(std::move(members));
 }
 
-// Two entries of as many properties, to select in turn.
+// Two entries with the same number of properties, selected alternately.
 class Entries : public PropertiesViewController
 {
 public:
@@ -94,29 +94,29 @@ void show(QTreeView &view)
         QCoreApplication::processEvents();
 }
 
-// The texts of a properties view, each of at most that many characters.
-std::unique_ptr<QStandardItemModel> textsOf(const QAbstractItemModel &source, qsizetype longest)
+// The texts of a properties view, each cut to this many characters.
+std::unique_ptr<QStandardItemModel> textsOf(const QAbstractItemModel &source, qsizetype maxSize)
 {
     auto model = std::make_unique<QStandardItemModel>(source.rowCount(), source.columnCount());
     for (int row = 0; row < source.rowCount(); ++row) {
         for (int column = 0; column < source.columnCount(); ++column) {
             const QString text = source.index(row, column).data().toString();
-            model->setItem(row, column, new QStandardItem(text.left(longest)));
+            model->setItem(row, column, new QStandardItem(text.left(maxSize)));
         }
     }
     return model;
 }
 
-double timeOfBareView(const QAbstractItemModel &source, qsizetype longest)
+double timeOfBareView(const QAbstractItemModel &source, qsizetype maxSize)
 {
-    const std::unique_ptr<QStandardItemModel> models[] = {textsOf(source, longest),
-                                                          textsOf(source, longest)};
+    const std::unique_ptr<QStandardItemModel> models[] = {textsOf(source, maxSize),
+                                                          textsOf(source, maxSize)};
     QTreeView view;
     view.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     view.setModel(models[0].get());
     show(view);
     double best = 1e9;
-    for (int i = 1; i < 7; ++i) { // the first model is there already
+    for (int i = 1; i < 7; ++i) { // the first model is already set
         const double start = Timing::threadSeconds();
         view.setModel(models[i % 2].get());
         view.viewport()->repaint();

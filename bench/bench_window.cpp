@@ -1,5 +1,5 @@
-// The cost of the explorer window on 100,000 entries, all planes and the whole tree open. "ratio"
-// compares with a bare tree view over a plain model of the same rows, measured just before.
+// The cost of the explorer window with 100,000 entries, all planes and the whole tree expanded.
+// "ratio" compares with a bare tree view over a plain model of the same rows, measured just before.
 #include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/Timing.h"
@@ -135,7 +135,7 @@ TavRegistryOutlineView &treeOf(const TavWindowController &controller)
 
 std::map<std::string, double> baselines;
 
-// Times the body by itself; what it prepares goes before.
+// Measures the body only, not the preparation.
 template<class Prepare, class Body>
 void measure(benchmark::State &state, const std::string &what, bool isBaseline, Prepare prepare,
              Body body)
@@ -202,7 +202,7 @@ void insertBare(benchmark::State &state)
         });
 }
 
-// An entry that comes where the tree is open; the reading of it is the store's and not counted.
+// A new entry in an expanded part of the tree, without the store's reading.
 void refreshExplorer(benchmark::State &state)
 {
     Registry &registry = Registry::shared();
@@ -240,7 +240,7 @@ void refreshUnchanged(benchmark::State &state)
         });
 }
 
-// The least that showing a place in a plane can cost: all rows opened, one of them selected.
+// The minimum for showing a place in a plane: all rows expanded, one selected.
 void expandBare(benchmark::State &state)
 {
     const auto bare = openBareView();
@@ -298,7 +298,7 @@ void switchPlanes(benchmark::State &state)
         });
 }
 
-// Closing the whole tree and opening it again.
+// Collapsing and expanding the whole tree.
 void toggleBare(benchmark::State &state)
 {
     const auto bare = openBareView();

@@ -11,7 +11,7 @@ inline int runBenchmarks(int argc, char **argv)
     return 0;
 }
 
-// An application without a display, with settings of its own.
+// An application without a display, with its own settings.
 class OffscreenApplication
 {
 public:

@@ -1,7 +1,7 @@
-// Device events, true and false ones in any order, while the tree changes: a store that follows
-// them must end up like one that is captured then. The input is a row of messages with a NUL after
-// each: "+PATH" adds a device, "-PATH" takes one away, "ACTION@PATH" is an event, a message that is
-// empty lets time pass, and any other is a loss of events.
+// Device events, true and false, in any order, while the tree changes: a store that follows them
+// must end up like a fresh capture. The input is a list of messages, each ended by NUL: "+PATH"
+// adds a device, "-PATH" removes one, "ACTION@PATH" is an event, an empty message lets time pass,
+// and any other is a loss of events.
 
 #include "Fuzzing.h"
 #include "model/linux/LinuxRegistryService.h"
@@ -35,7 +35,7 @@ public:
         if (!place.isNull() && QDir().mkpath(place) && uevent.open(QIODevice::WriteOnly))
             uevent.write("NUMBER=1\n");
     }
-    // Kept elsewhere, so that its inode number is not given out again.
+    // Kept elsewhere, so that its inode number is not reused.
     void remove(QByteArrayView path)
     {
         const QString place = placeOf(path);
@@ -44,7 +44,7 @@ public:
     }
 
 private:
-    // Null for what is no device's, or is deeper than devices are.
+    // Null for paths that are not a device's or too deep.
     QString placeOf(QByteArrayView path) const
     {
         constexpr int maxDepth = 6;
@@ -63,7 +63,7 @@ void send(QByteArrayView message, ScriptedEvents &events)
     const qsizetype at = message.indexOf('@');
     const QByteArrayView path = message.sliced(at + 1);
     if (at > 0 && path.startsWith('/'))
-        events.tell(message.first(at), path.sliced(1).toByteArray());
+        events.send(message.first(at), path.sliced(1).toByteArray());
     else
         events.lose();
 }

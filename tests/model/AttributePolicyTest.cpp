@@ -28,7 +28,7 @@ Folder folderOf(const QJsonObject &attribute)
                                 : Folder::Device;
 }
 
-// The recorder is held to the same list by tests/tools/test_policy.py.
+// tests/tools/test_policy.py checks the recorder against the same list.
 TEST(AttributePolicy, DecidesAsTheListOfCasesSays)
 {
     QFile file(QStringLiteral(VANDREL_SOURCE_DIR "/tests/policy-cases.json"));
@@ -50,7 +50,7 @@ TEST(AttributePolicy, DecidesAsTheListOfCasesSays)
         const QByteArray name = text(its, "name");
         const QByteArray directory = text(its, "directory");
         EXPECT_EQ(policy.rule(directory, name), rule) << QJsonDocument(its).toJson().toStdString();
-        // An attribute that is only there to be written needs no reason.
+        // A write-only attribute needs no reason.
         if (rule != Rule::Never) {
             EXPECT_EQ(policy.reason(directory, name).isNull(), rule == Rule::Always)
                 << name.toStdString();

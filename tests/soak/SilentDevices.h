@@ -10,8 +10,8 @@
 #include <random>
 #include <sys/stat.h>
 
-// Captures of trees in which some devices do not answer: an attribute of theirs is a pipe that
-// nobody writes. All others must be read, those must be named, and once they answer they are read.
+// Captures of trees in which some devices do not answer: one of their attributes is a pipe without
+// a writer. All others must be read, these must be listed, and read once they answer.
 class SilentDevices
 {
 public:
@@ -19,7 +19,7 @@ public:
         : random_(random)
     {}
 
-    // One tree. The problem, or null.
+    // Checks one tree. Returns the problem, or null.
     QString step()
     {
         using namespace std::chrono_literals;
@@ -64,7 +64,7 @@ private:
 
         QString sys() const { return folder_.filePath(QStringLiteral("sys")); }
         const QStringList &silent() const { return silent_; }
-        // Reads that were given up end, too: their threads must not pile up.
+        // Reads that were given up must end, too: their threads must not accumulate.
         void answer() const
         {
             for (const QString &path : silent_) {

@@ -1,6 +1,6 @@
 // Follows this machine's registry in a window while virtual devices come and go, in floods of
-// events, and a hasty user does everything at once. Every half a minute it must show what a fresh
-// capture shows. Meanwhile captures are killed, and others meet devices that do not answer.
+// events, and a hasty user clicks everything. Every half minute the window must show the same as a
+// fresh capture. In parallel, captures are killed, and others meet devices that do not answer.
 #include "Churn.h"
 #include "KilledCaptures.h"
 #include "SilentDevices.h"
@@ -46,7 +46,7 @@ int threads()
     return static_cast<int>(QDir(QStringLiteral("/proc/self/task")).count()) - 2; // "." and ".."
 }
 
-// Of the one run, for when a sanitizer ends it.
+// Global: a sanitizer's exit handler takes no argument.
 Churn *runningChurn = nullptr;
 
 class Soak

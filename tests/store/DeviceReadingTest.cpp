@@ -5,7 +5,7 @@
 #include <random>
 
 namespace {
-// Events and readings of the tree side by side.
+// Events during readings of the tree.
 class DeviceReadingTest : public DeviceEventsFixture
 {};
 
@@ -59,7 +59,7 @@ TEST_F(DeviceReadingTest, StoreAndServiceMayGoWhileTheServiceReads)
     }
 }
 
-// A device that a reading has seen, and that goes before the sweep is over.
+// A device that vanishes after a reading has seen it, before the reading ends.
 TEST_F(DeviceReadingTest, RemovalDuringAReadingIsNotMissed)
 {
     const auto childrenOfBus = [this] {
@@ -82,14 +82,14 @@ TEST_F(DeviceReadingTest, RemovalDuringAReadingIsNotMissed)
         service_->prepareAsync([&] { isReady = true; });
         usleep(static_cast<useconds_t>(round) * 1000);
         remove("devices/bus/brief");
-        events_.tell("remove", "devices/bus/brief");
+        events_.send("remove", "devices/bus/brief");
         ASSERT_TRUE(waitFor([&] { return isReady; }));
         turnEventLoopFor(5);
         EXPECT_EQ(childrenOfBus(), 301) << round; // and not the one that went
     }
 }
 
-// Random comings and goings, told, told twice, told late or lost.
+// Random additions and removals whose events come once, twice, late or not at all.
 TEST_F(DeviceReadingTest, StormEndsAsAFreshCapture)
 {
     follow(true);
@@ -117,10 +117,10 @@ TEST_F(DeviceReadingTest, StormEndsAsAFreshCapture)
                 events_.lose();
                 break;
             case 1:
-                events_.tell("change", path);
+                events_.send("change", path);
                 [[fallthrough]];
             default:
-                events_.tell(adds ? "add" : "remove", path);
+                events_.send(adds ? "add" : "remove", path);
             }
             if (random() % 100 == 0)
                 turnEventLoopFor(static_cast<int>(random() % 150));

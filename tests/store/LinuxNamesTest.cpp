@@ -1,4 +1,4 @@
-// Links and names, as the kernel has them and as they are shown.
+// Links and names, as in the kernel and as shown.
 #include "LinuxFixture.h"
 #include "tests/support/MadeTree.h"
 
@@ -13,7 +13,7 @@ std::string inheritance(const CapturedTree &tree, const char *path)
     return entry ? entry->inheritanceString().toStdString() : "no such entry";
 }
 
-TEST(SysfsRoot, RefusesWhatIsNoTree)
+TEST(SysfsRoot, RefusesOtherFolders)
 {
     using Reason = SysfsRootError::Reason;
     const auto nowhere = LinuxRegistryService::create(QStringLiteral("/nowhere/at/all"));
@@ -56,7 +56,7 @@ TEST(LinuxNames, RecordedTreeHasTheIdentityOfItsOwnMachine)
     EXPECT_EQ(identity(), QStringLiteral("lab!7 (<Unknown>) 0"));
 }
 
-TEST(LinuxNames, TellClassesBelowDifferentOnesApart)
+TEST(LinuxNames, DistinguishClassesBelowDifferentOnes)
 {
     MadeTree made;
     for (const char *device : {"chip0", "chip1", "port0", "port1"})

@@ -43,13 +43,14 @@ TreeReader treeReaderOf(const MadeTree &made, int patience)
             patienceOf(patience)};
 }
 
-// Lets those go on that read the pipe.
+// Lets readers of the pipe continue.
 void answer(const QByteArray &pipe)
 {
     close(open(pipe.constData(), O_RDWR | O_CLOEXEC));
 }
 
-// Lets a thread that waits for a pipe return when all other statics are gone: it may touch none.
+// Lets a thread that waits for a pipe return after all other statics are destroyed: it must not
+// touch them.
 class LateAnswer
 {
 public:
@@ -71,7 +72,7 @@ private:
 };
 [[gnu::init_priority(101)]] LateAnswer lateAnswer;
 
-// Does something at the first sign that the main thread waits, or that it waits for an attribute.
+// Acts as soon as the main thread waits, or waits for an attribute.
 class Display : public WaitDisplay
 {
 public:
@@ -222,7 +223,7 @@ TEST_F(SlowDevice, IsReadWithoutWhatDoesNotAnswer)
     EXPECT_TRUE(tree.at("DxService:/slow/child"));
     EXPECT_EQ(CapturedTree::value(slow, u"after").numberBits(), 1U);
     EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks: did not answer")});
-    // It is not tried again: that would leave another thread behind.
+    // Not tried again: that would leave another thread behind.
     tree.store->update();
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
     EXPECT_EQ(unread(slow).size(), 1);
@@ -243,7 +244,7 @@ TEST_F(SlowDevice, IsWaitedForWithTheDisplay)
     EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks: did not answer")});
 }
 
-TEST_F(SlowDevice, IsSkippedAtOnceWhenTheUserWishes)
+TEST_F(SlowDevice, IsSkippedImmediatelyWhenTheUserAsks)
 {
     for (const Hang hang : {Hang::Interruptible, Hang::Uninterruptible}) {
         QElapsedTimer time;
@@ -266,7 +267,7 @@ TEST_F(SlowDevice, IsNotShownWhenTheFirstReadingIsCancelled)
         const Display display(cancel);
         EXPECT_FALSE(TavDataStore::initFromDxRegistry(*service));
     }
-    // What the user does next begins from nothing.
+    // The next action starts from nothing.
     const Display display(skip, "devices/slow", "blocks");
     const auto store = TavDataStore::initFromDxRegistry(*service);
     ASSERT_TRUE(store);
@@ -304,7 +305,7 @@ TEST_F(SlowDevice, LeavesTheFormerPictureWhenAnUpdateIsCancelled)
     EXPECT_EQ(unread(slow).size(), 2);
 }
 
-TEST_F(SlowDevice, MayBeReadAnewWhileItIsWaitedFor)
+TEST_F(SlowDevice, MayBeRereadDuringTheWait)
 {
     const auto service = *LinuxRegistryService::create(made_.sys(), patienceOf(200));
     bool hasBegun = false;
@@ -404,7 +405,7 @@ TEST_P(DeadDevices, AreKnownByNameAndKeepNothingElseAway)
     ASSERT_TRUE(incomplete);
     EXPECT_TRUE(incomplete->childWithName(QStringLiteral("devices/mute")));
 
-    // Nothing that is known is lost by the next reading, and what is new is found.
+    // The next reading loses nothing that is known, and finds what is new.
     healthy(devices);
     tree.store->update();
     EXPECT_TRUE(at("devices/healthy" + QByteArray::number(devices)));
@@ -454,7 +455,7 @@ TEST(TreeReader, LearnsFromOneThatIsCancelled)
     service->prepareAsync([] {});
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
     service->prepare();
-    // One for each pipe, and one that was asking when the first reading was cancelled.
+    // One per pipe, and one that was reading when the first reading was cancelled.
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before + pipes + 1; }));
     for (int i = 0; i < pipes; ++i)
         answer(made.path(pipe(i).constData()));

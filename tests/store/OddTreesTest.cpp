@@ -1,4 +1,4 @@
-// Trees of older kernels, and trees that no kernel makes: all that is in them is shown or named.
+// Trees of older kernels, and impossible trees: everything in them is shown or listed.
 #include "LinuxFixture.h"
 #include "model/linux/RegistryGraph.h"
 #include "model/linux/UdevDatabase.h"
@@ -62,7 +62,7 @@ QByteArrayList words(const char *text)
     return QByteArray(text).simplified().split(' ');
 }
 
-// Links of all kinds that lead anywhere.
+// Links of all kinds with random targets.
 void makeOddLinks(MadeTree &made, unsigned seed)
 {
     const QByteArrayList targets = words(
@@ -132,7 +132,7 @@ TEST(OddTrees, HaveBindingsToDriversAlone)
     )"));
 }
 
-// "PATH/ATTRIBUTE: REASON" of all that could not be read.
+// "PATH/ATTRIBUTE: REASON" of everything that could not be read.
 QByteArrayList unreadIn(const RegistryGraph &graph)
 {
     QByteArrayList unread;
@@ -195,8 +195,8 @@ devices/virtual/closed/.: Permission denied
     EXPECT_EQ(graph.at(graph.withPath("devices/open/listed")).kind, RawObject::Kind::Device);
 }
 
-// A chain of devices of the same name, each in the one before. Its paths are longer than what the
-// kernel takes, and than what Qt can remove.
+// A chain of nested devices of the same name. Its paths are longer than the kernel accepts and than
+// Qt can remove.
 class DeepChain
 {
 public:

@@ -1,4 +1,4 @@
-// What an update may pass over: a store that reads only what changed, beside one that reads all.
+// What an update may skip: compares a store that reads only changes with one that reads everything.
 #include "model/linux/LinuxRegistryService.h"
 #include "store/TavDataStore.h"
 #include "tests/support/EventLoop.h"

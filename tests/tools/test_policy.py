@@ -43,14 +43,14 @@ class PolicyTest(unittest.TestCase):
         (self.card / "link").symlink_to("rom")
 
     def complaints(self, *lines):
-        """By the name of the file: what comes before the reason."""
+        """The complaints without their reasons, by file name."""
         judge = Judge(self.root)
         found = filter(None, map(judge.complaint, trace.parse(lines)))
         texts = (complaint.removeprefix(f"{self.root}/devices/card/") for complaint in found)
         return [":".join(text.split(":")[:2]) for text in texts]
 
     def test_finds_what_must_not_be_read_however_it_is_named(self):
-        never = "rom: opened, but is never to be read"
+        never = "rom: opened, but must never be read"
         card = f"5<{self.card}>"
         for line in (
             f'openat({card}, "rom", O_RDONLY|O_NOFOLLOW|O_CLOEXEC) = 7<{self.card}/rom>',
@@ -68,8 +68,8 @@ class PolicyTest(unittest.TestCase):
                 f'openat({card}, "trace/buffer", O_RDONLY) = 7<{self.card}/trace/buffer>',
             ),
             [
-                "config: opened, but is to be read on request only",
-                "trace/buffer: opened, but its folder is to be passed over",
+                "config: opened, but may only be read on request",
+                "trace/buffer: opened, but its folder must not be entered",
             ],
         )
 
@@ -100,7 +100,7 @@ class PolicyTest(unittest.TestCase):
         self.assertEqual(len(self.complaints(*passed)), 1)  # the speed, of a port that is down
 
     def test_decides_as_the_list_of_cases_says(self):
-        """The program is held to the same list by tests/model/AttributePolicyTest.cpp."""
+        """tests/model/AttributePolicyTest.cpp checks the program against the same list."""
         deciding = set()
         for case in json.loads((TESTS / "policy-cases.json").read_text(encoding="utf-8")):
             place = rules.Place(
@@ -130,7 +130,7 @@ class PolicyTest(unittest.TestCase):
         Recorder(made.root, Reader()).record_all()
         self.assertEqual(made.forbidden.intersection(read), set())
         self.assertEqual(made.harmless.difference(read), set())
-        for subsystem, name in rules.BLANK:  # nor what it writes without reading
+        for subsystem, name in rules.BLANK:  # files that are recorded empty
             place = rules.Place("device", "devices/x", subsystem=subsystem)
             self.assertIsNotNone(rules.rule_for(place, name))
 

@@ -13,15 +13,14 @@ BLANK = {("power_supply", "uevent")}
 
 @dataclass(frozen=True)
 class Place:
-    """Where an attribute is: of which object, and in which folder below the object's."""
+    """The object of an attribute, and the folder below the object's."""
 
     kind: str  # device, bus, class, driver, module or firmware
     path: str  # of the object, from the root
     directory: str = ""
     subsystem: str = ""
     driver: str = ""
-    # Of a network interface and of a PCI device. Not known while it is recorded: rules for those
-    # that are down or suspended apply.
+    # Of network interfaces and PCI devices. Unknown while recording: assumes down and suspended.
     is_down: bool = True
     is_suspended: bool = True
 
@@ -36,7 +35,7 @@ def _pattern(texts):
 class _Rule:
     def __init__(self, row):
         self.kind = row["rule"]  # never, or on request
-        self.reason = row.get("reason", "is there to be written")
+        self.reason = row.get("reason", "is for writing only")
         self._only_down = row.get("when") == "interface down"
         self._only_suspended = row.get("when") == "suspended"
         self._names = _pattern(row["names"]) if "names" in row else None
@@ -87,7 +86,7 @@ def is_skipped_folder(kind, name):
 
 
 def rule_for(place, name):
-    """The first rule that fits, or none for an attribute that is read with all others."""
+    """The first rule that applies, or none for an attribute that is always read."""
     return next((rule for rule in _RULES if rule.fits(place, name)), None)
 
 
