@@ -36,7 +36,7 @@ class MadeTree:
                 self._forbid(f"{device}/{_instance(name)}/file")
 
     def _add_rule(self, row, kind):
-        """Adds an object for each combination of the rule's conditions, with a file for each name."""
+        """Adds an object per combination of the rule's conditions, with a file per name."""
         keys = ("subsystem", "driver", "path", "directory")
         words = [name for word in row.get("words", ()) for name in (word, f"x_{word}")]
         names = [*map(_instance, row.get("names", ())), *words]
