@@ -34,7 +34,10 @@ QString textOf(const DocumentCommands::Failure &failure)
 std::unique_ptr<RegistryService> TavApplicationDelegate::openRegistry(const CommandLine &line,
                                                                       QString *error)
 {
-    return LinuxRegistryService::create(line.sysfsRoot, error);
+    auto service = LinuxRegistryService::create(line.sysfsRoot);
+    if (!service)
+        *error = service.error().message();
+    return service ? std::move(*service) : nullptr;
 }
 
 TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> service)

@@ -1,14 +1,14 @@
-// Saving and loading a snapshot, by the number of entries of 40 property nodes. Loading is compared
-// with what walking the same bytes with the plain CBOR reader takes in the same run.
+// Saving and loading a snapshot, by number of entries with 40 property nodes each. Loading is
+// compared with walking the same bytes with the plain CBOR reader in the same run.
 
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "store/DataStoreDecoder.h"
 #include "store/DataStoreEncoder.h"
 
 #include <QBuffer>
 #include <QCborStreamReader>
 #include <benchmark/benchmark.h>
-#include <ctime>
 #include <sys/mman.h>
 
 namespace {
@@ -29,7 +29,7 @@ QByteArray saved(const TavDataStore &store)
     return device.data();
 }
 
-// Made once for each size, and only the last one kept.
+// Made once per size; only the last one is kept.
 Snapshot &snapshotOf(quint32 entries)
 {
     static quint32 size = 0;
@@ -44,20 +44,6 @@ Snapshot &snapshotOf(quint32 entries)
         size = entries;
     }
     return *snapshot;
-}
-
-// Processor time, so that a busy machine does not blur the ratio.
-template<class Action>
-double seconds(Action action)
-{
-    const auto now = [] {
-        timespec time{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-    };
-    const double start = now();
-    action();
-    return now() - start;
 }
 
 void walk(const QByteArray &bytes)
@@ -79,15 +65,15 @@ void save(benchmark::State &state)
     double time = 0;
     double bytes = 0;
     for (auto _ : state) {
-        time += seconds([&] { benchmark::DoNotOptimize(saved(*snapshot.store)); });
+        time += Timing::threadSecondsOf([&] { benchmark::DoNotOptimize(saved(*snapshot.store)); });
         bytes += static_cast<double>(snapshot.bytes.size());
     }
     reportPerNode(state, "ns/node", time * 1e9);
     reportPerNode(state, "bytes/node", bytes);
 }
 
-// Where the machine is a virtual one, its host may have to find memory for it, which takes several
-// times as long as the loading itself; after this the machine has it.
+// Touches memory first: the host of a virtual machine may take several times as long to provide it
+// as the loading itself.
 void claimMemory(std::size_t size)
 {
     constexpr std::size_t pageSize = 4096;
@@ -105,17 +91,18 @@ void load(benchmark::State &state)
     const Snapshot &snapshot = snapshotOf(static_cast<quint32>(state.range(0)));
     double time = 0;
     double walkTime = 0;
-    // The first load of a size, which is what users wait for, takes pages from the kernel that
-    // later ones find in the process.
+    // Users wait for the first load, which takes pages from the kernel; later loads find them in
+    // the process.
     constexpr std::size_t memoryPerNode = 400;
     claimMemory(memoryPerNode * nodesPerEntry * static_cast<std::size_t>(state.range(0)));
     std::unique_ptr<TavDataStore> first;
-    const double firstTime = seconds([&] { first = DataStoreDecoder::decode(snapshot.bytes); });
+    const double firstTime =
+        Timing::threadSecondsOf([&] { first = DataStoreDecoder::decode(snapshot.bytes); });
     first.reset();
     for (auto _ : state) {
         std::unique_ptr<TavDataStore> store;
-        time += seconds([&] { store = DataStoreDecoder::decode(snapshot.bytes); });
-        walkTime += seconds([&] { walk(snapshot.bytes); });
+        time += Timing::threadSecondsOf([&] { store = DataStoreDecoder::decode(snapshot.bytes); });
+        walkTime += Timing::threadSecondsOf([&] { walk(snapshot.bytes); });
         if (!store)
             state.SkipWithError("not loaded");
     }

@@ -1,32 +1,26 @@
-// Capture, and update without changes, of generated registries: what an entry costs must not grow
-// with their number. Ends with a table of times for each entry, against the smallest registry with
-// as many nodes an entry, and of the memory that the model takes.
+// Capture, and update without changes, of generated registries: the cost per entry must not grow
+// with their number. Ends with tables of time per entry, relative to the smallest registry with the
+// same number of nodes per entry, and of memory.
+#include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "store/TavDataStore.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdio>
-#include <ctime>
 #include <malloc.h>
 #include <map>
 
 namespace {
-using Size = std::pair<quint32, quint32>; // entries, nodes an entry
+using Size = std::pair<quint32, quint32>; // entries, nodes per entry
 const Size sizes[] = {{1'000, 40}, {10'000, 40}, {100'000, 40}, {1'000, 4}, {1'000'000, 4}};
 
 struct Result
 {
-    double capture = 0; // nanoseconds an entry, the least seen
+    double capture = 0; // nanoseconds per entry, the minimum
     double update = 0;
 };
 std::map<Size, Result> results;
-
-double processorSeconds()
-{
-    timespec time;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
 
 std::size_t heapInUse()
 {
@@ -34,7 +28,7 @@ std::size_t heapInUse()
     return info.uordblks + info.hblkhd;
 }
 
-// Between two captures or updates a user's machine does other things: nothing is in the caches.
+// On a user's machine other work runs between two captures: the caches are cold.
 void emptyCaches()
 {
     static std::vector<char> other(std::size_t{128} << 20);
@@ -50,23 +44,23 @@ std::unique_ptr<FakeRegistryService> generate(Size size)
     return service;
 }
 
-// Times the action by the processor time it takes, so that other programs matter little.
+// Measures processor time, so that other programs matter little.
 template<class Prepare, class Action>
-void measure(benchmark::State &state, double &least, quint32 entries, Prepare prepare,
+void measure(benchmark::State &state, double &minimum, quint32 entries, Prepare prepare,
              Action action)
 {
     for (auto _ : state) {
         prepare();
-        malloc_trim(0); // a capture comes into memory that is new to the program
+        malloc_trim(0); // a capture uses fresh memory
         emptyCaches();
-        const double start = processorSeconds();
+        const double start = Timing::threadSeconds();
         action();
-        const double seconds = processorSeconds() - start;
+        const double seconds = Timing::threadSeconds() - start;
         state.SetIterationTime(seconds);
         const double each = seconds * 1e9 / entries;
-        least = least == 0 ? each : std::min(least, each);
+        minimum = minimum == 0 ? each : std::min(minimum, each);
     }
-    state.counters["ns_per_entry"] = least;
+    state.counters["ns_per_entry"] = minimum;
 }
 
 void capture(benchmark::State &state, Size size)
@@ -100,8 +94,8 @@ void printTimes()
 
 struct Memory
 {
-    double model; // bytes an entry
-    double texts; // of texts and data, shared with the service's tables while it holds them
+    double model; // bytes per entry
+    double texts; // of texts and data, shared with the service's tables
 };
 
 std::size_t dropTables(FakeRegistryService &service, quint32 entries)
@@ -154,8 +148,7 @@ int main(int argc, char **argv)
         add("capture", capture);
         add("update", update);
     }
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    runBenchmarks(argc, argv);
     printTimes();
     printMemory();
     return 0;

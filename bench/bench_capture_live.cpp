@@ -1,6 +1,7 @@
-// The whole capture of this machine's registry against the least that reading it can cost: a tight
-// single-threaded loop over the same attribute files; and a whole update in which nothing changed
-// against its sweep alone.
+// A whole capture of this machine's registry compared with a tight single-threaded loop over the
+// same attribute files; and a whole update without changes compared with its reading alone.
+#include "bench/support/BenchmarkMain.h"
+#include "bench/support/Timing.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "store/TavDataStore.h"
 
@@ -23,20 +24,18 @@ struct Folder
 // The files that a capture reads, by folder.
 std::vector<Folder> filesOfACapture(const char *root)
 {
-    Sweeper::Options options;
+    TreeReader::Options options;
     options.recordsFiles = true;
-    QString error;
-    const auto service = LinuxRegistryService::create(QString::fromUtf8(root), options, &error);
+    const auto service = *LinuxRegistryService::create(QString::fromUtf8(root), options);
     service->prepare();
-    std::vector<QByteArray> files = service->filesRead();
+    std::vector<SysfsPath> files = service->filesRead();
     std::sort(files.begin(), files.end());
     std::vector<Folder> folders;
-    for (const QByteArray &file : files) {
-        const qsizetype slash = file.lastIndexOf('/');
-        const QByteArray path = QByteArray(root) + '/' + file.left(slash);
+    for (const SysfsPath &file : files) {
+        const QByteArray path = QByteArray(root) + '/' + file.parent().toByteArray();
         if (folders.empty() || folders.back().path != path)
             folders.push_back({path, {}});
-        folders.back().files.push_back(file.mid(slash + 1));
+        folders.back().files.push_back(file.name());
     }
     return folders;
 }
@@ -59,41 +58,29 @@ std::size_t readAll(const std::vector<Folder> &folders)
     return total;
 }
 
-double milliseconds(Clock::duration duration)
-{
-    return std::chrono::duration<double, std::milli>(duration).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-// Loop and capture in turn, so that what else the machine does falls on both.
+// Alternates loop and capture, so that other load affects both.
 void captureAgainstLoop(benchmark::State &state)
 {
     const auto folders = filesOfACapture("/sys");
     std::vector<double> loops;
     std::vector<double> captures;
-    std::vector<double> sweeps;
+    std::vector<double> readings;
     std::vector<double> updates;
     std::size_t entries = 0;
     for (auto _ : state) {
         const auto begin = Clock::now();
         benchmark::DoNotOptimize(readAll(folders));
         const auto afterLoop = Clock::now();
-        QString error;
-        const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+        const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
         const auto store = TavDataStore::initFromDxRegistry(*service);
         const auto afterCapture = Clock::now();
         service->prepare();
-        const auto afterSweep = Clock::now();
+        const auto afterReading = Clock::now();
         store->update();
-        updates.push_back(milliseconds(Clock::now() - afterSweep));
-        sweeps.push_back(milliseconds(afterSweep - afterCapture));
-        loops.push_back(milliseconds(afterLoop - begin));
-        captures.push_back(milliseconds(afterCapture - afterLoop));
+        updates.push_back(Timing::milliseconds(Clock::now() - afterReading));
+        readings.push_back(Timing::milliseconds(afterReading - afterCapture));
+        loops.push_back(Timing::milliseconds(afterLoop - begin));
+        captures.push_back(Timing::milliseconds(afterCapture - afterLoop));
         entries = store->registryEntries().size();
     }
     std::size_t files = 0;
@@ -101,19 +88,17 @@ void captureAgainstLoop(benchmark::State &state)
         files += folder.files.size();
     state.counters["entries"] = static_cast<double>(entries);
     state.counters["files"] = static_cast<double>(files);
-    state.counters["loop_ms"] = median(loops);
-    state.counters["sweep_ms"] = median(sweeps);
-    state.counters["capture_ms"] = median(captures);
-    state.counters["update_ratio"] = median(updates) / median(sweeps);
-    state.counters["ratio"] = median(captures) / median(loops);
+    state.counters["loop_ms"] = Timing::median(loops);
+    state.counters["reading_ms"] = Timing::median(readings);
+    state.counters["capture_ms"] = Timing::median(captures);
+    state.counters["update_ratio"] = Timing::median(updates) / Timing::median(readings);
+    state.counters["ratio"] = Timing::median(captures) / Timing::median(loops);
 }
 BENCHMARK(captureAgainstLoop)->Unit(benchmark::kMillisecond)->Iterations(25);
 } // namespace
 
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv); // the store's timers need one
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    const QCoreApplication application(argc, argv); // required by the store's timers
+    return runBenchmarks(argc, argv);
 }

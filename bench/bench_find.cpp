@@ -1,8 +1,10 @@
-// From a search string to the filtered tree, painted, on 100,000 entries. "ratio" compares with a
-// plain scan of all names and class names in one buffer, without regard to case, plus a bare tree
-// view over a plain model of the same rows that shows and opens them all. Then a step to the next
-// match with few and with many matches before it.
+// From a search string to the painted, filtered tree, on 100,000 entries. "ratio" compares with a
+// plain case-insensitive scan of all names and class names in one buffer plus a bare tree view that
+// shows and expands the same rows. Then a step to the next match with few and with many matches
+// before it.
+#include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "explorer/window/TavWindowController.h"
 #include "platform/preferences/PreferencesStore.h"
@@ -11,19 +13,16 @@
 #include "store/TavDocumentController.h"
 #include "tests/support/FakeRegistryService.h"
 
-#include <QApplication>
 #include <QMainWindow>
 #include <QStandardItemModel>
-#include <QTemporaryDir>
 #include <QTreeView>
 #include <benchmark/benchmark.h>
-#include <chrono>
 
 namespace {
 constexpr quint32 entryCount = 100'000;
 const QString plane = QStringLiteral("DxService");
 
-// Found nowhere; in one entry in a thousand; in one in sixty; in nearly all.
+// Matches: none; one entry in a thousand; one in sixty; nearly all.
 constexpr const char *texts[] = {"zzzz", "device77", "Generated37", "dev"};
 
 struct Registry
@@ -57,14 +56,6 @@ struct Registry
         return registry;
     }
 };
-
-double secondsOf(const auto &action)
-{
-    using Clock = std::chrono::steady_clock;
-    const auto start = Clock::now();
-    action();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
 
 void scan(const QString &text)
 {
@@ -102,17 +93,17 @@ void search(benchmark::State &state)
     double baseline = 0;
     for (auto _ : state) {
         QTreeView bare;
-        baseline += secondsOf([&] {
+        baseline += Timing::wallSecondsOf([&] {
             scan(text);
             openBareView(bare);
         });
-        const double found = secondsOf([&] {
+        const double found = Timing::wallSecondsOf([&] {
             controller->findWithString(text);
             controller->window()->grab();
         });
         state.SetIterationTime(found);
         time += found;
-        clearing += secondsOf([&] {
+        clearing += Timing::wallSecondsOf([&] {
             controller->findWithString(QString());
             controller->window()->grab();
         });
@@ -125,7 +116,7 @@ void search(benchmark::State &state)
     state.counters["found"] = static_cast<double>(controller->foundObjects()->size());
 }
 
-// From the match of which the given part of all lies before it.
+// Starts at the match at the given percentage of all.
 void step(benchmark::State &state)
 {
     const auto controller = openWindow();
@@ -136,7 +127,7 @@ void step(benchmark::State &state)
     for (auto _ : state) {
         controller->goToEntryPath(start, true, false);
         controller->window()->grab();
-        state.SetIterationTime(secondsOf([&] {
+        state.SetIterationTime(Timing::wallSecondsOf([&] {
             controller->findNext();
             controller->window()->grab();
         }));
@@ -150,10 +141,7 @@ BENCHMARK(step)->Arg(1)->Arg(50)->Arg(99)->UseManualTime()->Iterations(20)->Unit
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QTemporaryDir settings;
-    qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
-    const QApplication application(argc, argv);
+    const OffscreenApplication application(argc, argv);
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
     PreferencesStore::standard().registerDefaults(
         {{QStringLiteral("DefaultPlane"), plane},
@@ -161,6 +149,5 @@ int main(int argc, char **argv)
          {QStringLiteral("FilteredFind"), QStringLiteral("yes")},
          {QStringLiteral("FindOptions"),
           FindOptions(FindOption::Name | FindOption::Inheritance).toInt()}});
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runBenchmarks(argc, argv);
 }

@@ -1,7 +1,9 @@
 // The cost of rendering values. "ratio" compares with the first line of the same group and run. For
-// data it compares with what is expected of the size, by the cost of an empty value and of one of
-// 4 KiB; so what does not grow faster than the size stays near 1 at any size.
+// data it compares with the expected cost for the size, from those of an empty value and of 4 KiB:
+// it stays near 1 at any size unless the cost grows faster than the size.
+#include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "display/PropertyFormatDescriptor.h"
 #include "display/PropertyFormatStore.h"
 #include "display/TavPropertyOutlineItem.h"
@@ -12,30 +14,21 @@
 #include <QCoreApplication>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
-#include <ctime>
 #include <map>
 
 namespace {
-// Of this thread: other programs may be running.
-double nanosecondsUsed()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return 1e9 * static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec);
-}
-
-// Of one call of the body.
+// The time of one call of the body.
 template<class Body>
 double measure(benchmark::State &state, Body body)
 {
     body(); // fills caches
-    const double start = nanosecondsUsed();
+    const double start = 1e9 * Timing::threadSeconds();
     for (auto _ : state)
         body();
-    return (nanosecondsUsed() - start) / static_cast<double>(state.iterations());
+    return (1e9 * Timing::threadSeconds() - start) / static_cast<double>(state.iterations());
 }
 
-// The library runs a benchmark several times with growing counts; the last run stands.
+// A benchmark runs several times with growing counts; the last run counts.
 template<class Body>
 void measureSteps(benchmark::State &state, const std::string &group, std::size_t steps, Body body)
 {
@@ -152,7 +145,7 @@ void allValues(benchmark::State &state)
     });
 }
 
-// Formats stored for other properties, among which nothing is found: the longest search.
+// Formats stored for other properties, none of which matches: the longest search.
 void lookUp(benchmark::State &state)
 {
     FakeRegistryService registry;
@@ -195,7 +188,5 @@ int main(int argc, char **argv)
     PreferencesStore::standard().registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
     registerAll();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

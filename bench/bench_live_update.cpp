@@ -1,10 +1,10 @@
-// What following the registry costs the main thread, and how late a change is seen.
-//
-// "one" is the time of this thread for an update after a single device came; "unchanged" for an
-// update in which nothing did, the pass over all entries that every update makes; "capture" for a
-// first capture, of this thread and, as "capture_wall", until it was there. "beyond" is what the
-// device costs beyond that pass, as a part of the capture.
+// What following the registry costs the main thread, and how soon a change is shown. "one" is this
+// thread's time for an update after one device came; "unchanged" for an update without changes;
+// "capture" for a first capture, by this thread and, as "capture_wall", in total. "beyond" is the
+// cost of the device beyond "unchanged", relative to the capture.
+#include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "explorer/tree/TavRegistryOutlineView.h"
 #include "explorer/window/TavWindowController.h"
@@ -19,37 +19,14 @@
 #include "tests/support/FakeLiveService.h"
 #include "tests/support/VirtualDisk.h"
 
-#include <QApplication>
 #include <QMainWindow>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <benchmark/benchmark.h>
-#include <chrono>
-#include <ctime>
 
 namespace {
 constexpr double millisecond = 1e-3;
 
-double threadSeconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-double wallSeconds()
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
-        .count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
-}
-
-// Of this thread, from what brings an update until it has been told of.
+// This thread's time from the cause of an update until it is reported.
 template<class Cause>
 double updateSeconds(const TavDataStore &store, Cause cause)
 {
@@ -57,10 +34,10 @@ double updateSeconds(const TavDataStore &store, Cause cause)
     const auto observation = NotificationCenter::defaultCenter().observe(
         DataStoreNotifications::changed, &store, [&](const auto &) { isUpdated = true; });
     cause();
-    const double start = threadSeconds();
+    const double start = Timing::threadSeconds();
     while (!isUpdated) // NOLINT(bugprone-infinite-loop): the observation ends it
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    return threadSeconds() - start;
+    return Timing::threadSeconds() - start;
 }
 
 class Figures
@@ -74,21 +51,22 @@ public:
     void report(benchmark::State &state, const TavDataStore &store) const
     {
         state.counters["entries"] = static_cast<double>(store.registryEntries().size());
-        state.counters["capture_wall_ms"] = median(captureWall) / millisecond;
-        state.counters["capture_ms"] = median(capture) / millisecond;
-        state.counters["unchanged_ms"] = median(unchanged) / millisecond;
-        state.counters["one_ms"] = median(one) / millisecond;
-        state.counters["beyond"] = (median(one) - median(unchanged)) / median(capture);
+        state.counters["capture_wall_ms"] = Timing::median(captureWall) / millisecond;
+        state.counters["capture_ms"] = Timing::median(capture) / millisecond;
+        state.counters["unchanged_ms"] = Timing::median(unchanged) / millisecond;
+        state.counters["one_ms"] = Timing::median(one) / millisecond;
+        state.counters["beyond"] =
+            (Timing::median(one) - Timing::median(unchanged)) / Timing::median(capture);
     }
 };
 
 std::unique_ptr<TavDataStore> capture(RegistryService &service, Figures &figures)
 {
-    const double start = threadSeconds();
-    const double wallStart = wallSeconds();
+    const double start = Timing::threadSeconds();
+    const double wallStart = Timing::wallSeconds();
     auto store = TavDataStore::initFromDxRegistry(service);
-    figures.capture.push_back(threadSeconds() - start);
-    figures.captureWall.push_back(wallSeconds() - wallStart);
+    figures.capture.push_back(Timing::threadSeconds() - start);
+    figures.captureWall.push_back(Timing::wallSeconds() - wallStart);
     return store;
 }
 
@@ -104,7 +82,7 @@ void generated(benchmark::State &state)
     const auto host = static_cast<RegistryObject>(
         store->registryRoot()->childrenInPlane(QStringLiteral("DxService")).front()->entryTag());
     for (auto _ : state) {
-        figures.unchanged.push_back(updateSeconds(*store, [&] { service.tellOfChange(); }));
+        figures.unchanged.push_back(updateSeconds(*store, [&] { service.reportChange(); }));
         figures.one.push_back(updateSeconds(*store, [&] {
             const RegistryObject device = service.add(QStringLiteral("DxDevice"), "another");
             service.link(host, device, "DxService");
@@ -126,13 +104,12 @@ void live(benchmark::State &state)
 {
     if (!canAddDisks(state))
         return;
-    QString error;
     Figures figures;
     for (int i = 0; i < 5; ++i) {
-        const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+        const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
         capture(*service, figures);
     }
-    const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+    const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
     const auto store = TavDataStore::initFromDxRegistry(*service);
     store->setPollInterval(0.25);
     for (auto _ : state) {
@@ -145,14 +122,14 @@ void live(benchmark::State &state)
         figures.one.push_back(updateSeconds(*store, [] {}));
         store->setAutoupdate(false);
         disk.remove();
-        turnEventLoopFor(100); // its end is not to be counted
+        turnEventLoopFor(100); // so that its removal is not counted
         store->update();
         store->clearTerminatedObjects();
     }
     figures.report(state, *store);
 }
 
-// Tells when a row that begins with a text has been painted.
+// Notes when a row that begins with a text is painted.
 class PaintedRow : public QObject
 {
 public:
@@ -202,19 +179,17 @@ TavWindowController &addWindow(TavDocument &document)
     return added;
 }
 
-// From the end of the request that adds a disk, and so after its last event, until its row has been
-// painted.
+// From the end of the request that adds a disk, after its last event, until its row is painted.
 void untilPainted(benchmark::State &state)
 {
     if (!canAddDisks(state))
         return;
-    QString error;
-    const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+    const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
     TavDocumentController documents(*service);
     const auto document = TavDocument::createUntitled(documents);
     const auto store = document->dataStore();
     TavWindowController &controller = addWindow(*document);
-    controller.window()->resize(1200, 4000); // all disks in sight
+    controller.window()->resize(1200, 4000); // all disks visible
     controller.window()->show();
     controller.outlineView();
     controller.goToRegistryPath(QStringLiteral("DxService:/virtual/block"));
@@ -223,17 +198,17 @@ void untilPainted(benchmark::State &state)
     for (auto _ : state) {
         turnEventLoopFor(400);
         const VirtualDisk disk;
-        const double start = wallSeconds();
+        const double start = Timing::wallSeconds();
         const PaintedRow row(*controller.window()->findChild<TavRegistryOutlineView *>(),
                              QString::fromLatin1(disk.name()));
         if (!waitFor([&] { return row.isPainted(); })) {
             state.SkipWithError("the disk's row was not painted");
             return;
         }
-        waits.push_back(wallSeconds() - start);
+        waits.push_back(Timing::wallSeconds() - start);
         controller.clearTerminatedObjects();
     }
-    state.counters["median_ms"] = median(waits) / millisecond;
+    state.counters["median_ms"] = Timing::median(waits) / millisecond;
     state.counters["most_ms"] = *std::max_element(waits.begin(), waits.end()) / millisecond;
 }
 
@@ -244,11 +219,7 @@ BENCHMARK(untilPainted)->Iterations(20)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
-    const QTemporaryDir settings;
-    PreferencesStore::setFolder(settings.path());
+    const OffscreenApplication application(argc, argv);
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runBenchmarks(argc, argv);
 }

@@ -1,7 +1,9 @@
-// The cost of showing an entry's properties, wrapped, and of scrolling through them. Of "select",
-// "ratio" compares with a bare tree view that shows as many unwrapped rows of the same texts, and
-// "ratio_short" with one whose texts are cut to what a column holds, both measured just before. Of
-// "scroll", "ratio" compares a page of the larger number of rows with one of the smallest.
+// The cost of showing an entry's properties, wrapped, and of scrolling through them. For "select",
+// "ratio" compares with a bare tree view of as many unwrapped rows of the same texts, and
+// "ratio_short" with one whose texts are cut to the width of a column, both measured just before.
+// For "scroll", "ratio" compares a page of the larger number of rows with one of the smallest.
+#include "bench/support/BenchmarkMain.h"
+#include "bench/support/Timing.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/PropertiesViewController.h"
 #include "display/views/TavPropertiesOutlineView.h"
@@ -10,36 +12,25 @@
 #include "store/TavDataStore.h"
 #include "tests/support/FakeRegistryService.h"
 
-#include <QApplication>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QStandardItemModel>
-#include <QTemporaryDir>
 #include <QWindow>
 #include <benchmark/benchmark.h>
-#include <ctime>
 #include <map>
 
 namespace {
-// Milliseconds of this thread: other programs may be running.
-double millisecondsUsed()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
-}
-
 template<class Body>
 double measure(benchmark::State &state, Body body)
 {
     body();
-    const double start = millisecondsUsed();
+    const double start = Timing::threadSeconds();
     for (auto _ : state)
         body();
-    return (millisecondsUsed() - start) / static_cast<double>(state.iterations());
+    return 1e3 * (Timing::threadSeconds() - start) / static_cast<double>(state.iterations());
 }
 
-// Of words for even numbers and of bytes for others, a few lines long at most and mostly short.
+// Words for even numbers, bytes for odd ones; mostly short, a few lines at most.
 RegistryValue mixedValue(int number)
 {
     static constexpr qsizetype lengths[] = {4, 8, 12, 20, 30, 40, 60, 90, 200, 600};
@@ -65,7 +56,7 @@ RegistryValue table(int rows)
     return RegistryValue::dictionary(std::move(members));
 }
 
-// Two entries of as many properties, to select in turn.
+// Two entries with the same number of properties, selected alternately.
 class Entries : public PropertiesViewController
 {
 public:
@@ -103,33 +94,33 @@ void show(QTreeView &view)
         QCoreApplication::processEvents();
 }
 
-// The texts of a properties view, each of at most that many characters.
-std::unique_ptr<QStandardItemModel> textsOf(const QAbstractItemModel &source, qsizetype longest)
+// The texts of a properties view, each cut to this many characters.
+std::unique_ptr<QStandardItemModel> textsOf(const QAbstractItemModel &source, qsizetype maxSize)
 {
     auto model = std::make_unique<QStandardItemModel>(source.rowCount(), source.columnCount());
     for (int row = 0; row < source.rowCount(); ++row) {
         for (int column = 0; column < source.columnCount(); ++column) {
             const QString text = source.index(row, column).data().toString();
-            model->setItem(row, column, new QStandardItem(text.left(longest)));
+            model->setItem(row, column, new QStandardItem(text.left(maxSize)));
         }
     }
     return model;
 }
 
-double timeOfBareView(const QAbstractItemModel &source, qsizetype longest)
+double timeOfBareView(const QAbstractItemModel &source, qsizetype maxSize)
 {
-    const std::unique_ptr<QStandardItemModel> models[] = {textsOf(source, longest),
-                                                          textsOf(source, longest)};
+    const std::unique_ptr<QStandardItemModel> models[] = {textsOf(source, maxSize),
+                                                          textsOf(source, maxSize)};
     QTreeView view;
     view.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     view.setModel(models[0].get());
     show(view);
     double best = 1e9;
-    for (int i = 1; i < 7; ++i) { // the first model is there already
-        const double start = millisecondsUsed();
+    for (int i = 1; i < 7; ++i) { // the first model is already set
+        const double start = Timing::threadSeconds();
         view.setModel(models[i % 2].get());
         view.viewport()->repaint();
-        best = std::min(best, millisecondsUsed() - start);
+        best = std::min(best, 1e3 * (Timing::threadSeconds() - start));
     }
     return best;
 }
@@ -233,14 +224,9 @@ void registerAll()
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir settings; // not the user's
-    const QApplication app(argc, argv);
-    PreferencesStore::setFolder(settings.path());
+    const OffscreenApplication application(argc, argv);
     PreferencesStore::standard().registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
     registerAll();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

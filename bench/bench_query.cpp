@@ -1,11 +1,11 @@
-// Searching a store of 100,000 entries of 40 property nodes, against a plain scan without regard to
-// case of the same strings laid end to end in one buffer.
+// Searching a store of 100,000 entries with 40 property nodes each, compared with a plain
+// case-insensitive scan of the same strings in one buffer.
 
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "store/TavDataStore.h"
 
 #include <benchmark/benchmark.h>
-#include <chrono>
 
 namespace {
 constexpr FindOptions everyOption = FindOption::Name | FindOption::Class | FindOption::Inheritance |
@@ -48,7 +48,7 @@ void appendStrings(QString &buffer, const TavRegistryProperty &table)
         pending.pop_back();
         buffer += node->nameView();
         buffer += node->stringView();
-        // A search does not look into sets.
+        // A search skips sets.
         if (node->valueType() != RegistryValue::Type::Set) {
             for (const TavRegistryProperty *child : node->children())
                 pending.push_back(child);
@@ -56,8 +56,7 @@ void appendStrings(QString &buffer, const TavRegistryProperty &table)
     }
 }
 
-// What the options make a search look at: the name once for each plane that has the entry, and the
-// rest once.
+// What a search with the options checks: the name once for each plane of the entry, the rest once.
 QString stringsOf(FindOptions options)
 {
     QString buffer;
@@ -75,16 +74,7 @@ QString stringsOf(FindOptions options)
     return buffer;
 }
 
-double seconds(const auto &action)
-{
-    using Clock = std::chrono::steady_clock;
-    const auto start = Clock::now();
-    action();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-// With a change before each query, as when the registry changes between them, the store has to find
-// anew in which order to go through the entries.
+// With a change before each query, the store must rebuild the order of its entries.
 void query(benchmark::State &state, const QString &text, FindOptions options, bool changing = false)
 {
     const QString buffer = stringsOf(options);
@@ -93,8 +83,8 @@ void query(benchmark::State &state, const QString &text, FindOptions options, bo
     for (auto _ : state) {
         if (changing)
             EntryList().clear();
-        time += seconds([&] { store().runQuery(text, options, nullptr, nullptr); });
-        scanTime += seconds([&] {
+        time += Timing::wallSecondsOf([&] { store().runQuery(text, options, nullptr, nullptr); });
+        scanTime += Timing::wallSecondsOf([&] {
             qsizetype found = 0;
             for (qsizetype at = -1; (at = buffer.indexOf(text, at + 1, Qt::CaseInsensitive)) >= 0;)
                 ++found;
@@ -108,10 +98,10 @@ void query(benchmark::State &state, const QString &text, FindOptions options, bo
     state.counters["Mchars"] = static_cast<double>(buffer.size()) * 1e-6;
 }
 
-// Found nowhere, so that no step is spared; found in a few entries; found in many.
+// Matches: none, so that every check runs; a few entries; many.
 constexpr const char *texts[] = {"zzzz", "device77", "Generated3"};
 
-// The first search of a store puts its planes in the order that later ones find kept.
+// The first search of a store builds the orders that later ones reuse.
 void everywhereAtFirst(benchmark::State &state)
 {
     makeRegistry();

@@ -1,6 +1,7 @@
-// The reading of a recorded tree against the least that other tools take for it: find and cat over
-// the same folders and files. Of a large machine whose tree is mostly folders, and of one with
-// 200,000 devices.
+// Reading a recorded tree compared with find and cat over the same files: a large machine with
+// mostly folders, and one with 200,000 devices.
+#include "bench/support/BenchmarkMain.h"
+#include "bench/support/Timing.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "store/TavDataStore.h"
 
@@ -12,14 +13,13 @@
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
-#include <ctime>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 using Clock = std::chrono::steady_clock;
 
-// Devices in a tree of eight below each other device.
+// A tree of devices, eight below each.
 class TreeOfDevices
 {
 public:
@@ -74,19 +74,6 @@ private:
     int files_;
 };
 
-double milliseconds(Clock::duration duration)
-{
-    return std::chrono::duration<double, std::milli>(duration).count();
-}
-
-// Of this thread, without what it waits for.
-double threadMilliseconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return 1e3 * static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_nsec);
-}
-
 double findAndCat(const QString &folder)
 {
     const auto begin = Clock::now();
@@ -96,41 +83,39 @@ double findAndCat(const QString &folder)
                   {folder, QStringLiteral("-type"), QStringLiteral("f"), QStringLiteral("-exec"),
                    QStringLiteral("cat"), QStringLiteral("{}"), QStringLiteral("+")});
     process.waitForFinished(-1);
-    return milliseconds(Clock::now() - begin);
+    return Timing::milliseconds(Clock::now() - begin);
 }
 
 void readAgainstFindAndCat(benchmark::State &state, int devices, int folders, int files)
 {
     const TreeOfDevices tree(devices, folders, files);
-    findAndCat(tree.sys()); // so that both find it in the kernel's caches
-    double least = 0;
-    double leastRead = 0;
-    double leastCapture = 0;
-    double leastUpdate = 0; // what this thread does in one in which nothing changed
+    findAndCat(tree.sys()); // fills the kernel's caches
+    double minFindCat = 0;
+    double minRead = 0;
+    double minCapture = 0;
+    double minUpdate = 0; // this thread's time in an update without changes
     const auto note = [](double &known, double time) {
         known = known == 0 ? time : std::min(known, time);
     };
     for (auto _ : state) {
-        note(least, findAndCat(tree.sys()));
-        QString error;
+        note(minFindCat, findAndCat(tree.sys()));
         const auto begin = Clock::now();
-        Sweeper(
-            std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(tree.sys()), &error)))
+        TreeReader(std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(tree.sys()))))
             .run();
         const auto afterRead = Clock::now();
-        note(leastRead, milliseconds(afterRead - begin));
-        const auto service = LinuxRegistryService::create(tree.sys(), &error);
+        note(minRead, Timing::milliseconds(afterRead - begin));
+        const auto service = *LinuxRegistryService::create(tree.sys());
         const auto store = TavDataStore::initFromDxRegistry(*service);
-        note(leastCapture, milliseconds(Clock::now() - afterRead));
-        const double beforeUpdate = threadMilliseconds();
+        note(minCapture, Timing::milliseconds(Clock::now() - afterRead));
+        const double beforeUpdate = Timing::threadSeconds();
         store->update();
-        note(leastUpdate, threadMilliseconds() - beforeUpdate);
+        note(minUpdate, 1e3 * (Timing::threadSeconds() - beforeUpdate));
         state.counters["entries"] = static_cast<double>(store->registryEntries().size());
     }
-    state.counters["find_cat_ms"] = least;
-    state.counters["update_ms"] = leastUpdate;
-    state.counters["read_ratio"] = leastRead / least;
-    state.counters["capture_ratio"] = leastCapture / least;
+    state.counters["find_cat_ms"] = minFindCat;
+    state.counters["update_ms"] = minUpdate;
+    state.counters["read_ratio"] = minRead / minFindCat;
+    state.counters["capture_ratio"] = minCapture / minFindCat;
 }
 BENCHMARK_CAPTURE(readAgainstFindAndCat, mostly_folders, 6'759, 12, 2)
     ->Unit(benchmark::kMillisecond)
@@ -142,8 +127,6 @@ BENCHMARK_CAPTURE(readAgainstFindAndCat, large, 200'000, 1, 3)
 
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv); // the store's timers need one
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    const QCoreApplication application(argc, argv); // required by the store's timers
+    return runBenchmarks(argc, argv);
 }

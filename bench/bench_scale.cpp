@@ -1,7 +1,8 @@
-// Large registries in the window: opening a snapshot, scrolling, searching and closing it, and what
-// it takes in memory. "block ms" is the longest time that the main thread did not get to its events
-// without a progress dialog in sight; "announced ms" the longest with one. The snapshots take long
-// to make: they are kept in the folder VANDREL_BENCH_SNAPSHOTS when that is set.
+// Large registries in the window: opening, scrolling, searching and closing a snapshot, and memory.
+// "block ms" is the longest time that the main thread does not process events without a visible
+// progress dialog; "announced ms" the longest with one. Making the snapshots takes long: set
+// VANDREL_BENCH_SNAPSHOTS to a folder to keep them.
+#include "bench/support/BenchmarkMain.h"
 #include "bench/support/MainThreadWatch.h"
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/StoreTexts.h"
@@ -19,7 +20,6 @@
 #include "store/TavDocumentController.h"
 #include "tests/support/FakeRegistryService.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QMainWindow>
 #include <QScrollBar>
@@ -72,7 +72,7 @@ struct Program
         documents.setWindowControllerFactory(
             [](TavDocument &document) { return std::make_unique<TavWindowController>(document); });
     }
-    // Until the window has been painted and nothing is left to do.
+    // Until the window is painted and idle.
     TavWindowController &open(quint32 entries)
     {
         if (!commands.open({snapshotOf(entries)}).isEmpty())
@@ -89,7 +89,7 @@ struct Program
     {
         watch.settle();
         state.counters["block ms"] = watch.longest();
-        state.counters["announced ms"] = watch.longestAnnounced();
+        state.counters["announced ms"] = watch.maxAnnounced();
     }
 };
 
@@ -111,7 +111,7 @@ void open(benchmark::State &state)
     }
 }
 
-// Each part by itself, on one thread.
+// Each part separately, on one thread.
 void decode(benchmark::State &state)
 {
     QFile file(snapshotOf(entriesOf(state)));
@@ -132,7 +132,7 @@ void memory(benchmark::State &state, TavDataStore &store, double before)
 {
     Disposal::wait();
     malloc_trim(0);
-    const double used = bytesInUse() - before; // looking at the texts makes property trees
+    const double used = bytesInUse() - before; // reading the texts builds property trees
     const double texts = bytesOfTexts(store);
     const auto count = static_cast<double>(store.registryEntries().size());
     state.counters["B/entry"] = used / count;
@@ -229,10 +229,7 @@ BENCHMARK(close)->LARGE;
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QTemporaryDir settings;
-    qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
-    const QApplication application(argc, argv);
+    const OffscreenApplication application(argc, argv);
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
     PreferencesStore::standard().registerDefaults(
         {{QStringLiteral("DefaultPlane"), plane},
@@ -240,6 +237,5 @@ int main(int argc, char **argv)
          {QStringLiteral("FilteredFind"), QStringLiteral("yes")},
          {QStringLiteral("FindOptions"),
           FindOptions(FindOption::Name | FindOption::Inheritance).toInt()}});
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runBenchmarks(argc, argv);
 }

@@ -1,6 +1,8 @@
-// The cost of the explorer window on 100,000 entries, all planes and the whole tree open. "ratio"
-// compares with a bare tree view over a plain model of the same rows, measured just before.
+// The cost of the explorer window with 100,000 entries, all planes and the whole tree expanded.
+// "ratio" compares with a bare tree view over a plain model of the same rows, measured just before.
+#include "bench/support/BenchmarkMain.h"
 #include "bench/support/RegistryGenerator.h"
+#include "bench/support/Timing.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "explorer/tree/TavRegistryOutlineItem.h"
 #include "explorer/tree/TavRegistryOutlineView.h"
@@ -11,15 +13,12 @@
 #include "store/TavDocumentController.h"
 #include "tests/support/FakeRegistryService.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QMainWindow>
 #include <QPainter>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTreeView>
 #include <benchmark/benchmark.h>
-#include <ctime>
 #include <malloc.h>
 #include <map>
 
@@ -136,15 +135,7 @@ TavRegistryOutlineView &treeOf(const TavWindowController &controller)
 
 std::map<std::string, double> baselines;
 
-// By this thread: other programs may be running.
-double secondsUsed()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-// Times the body by itself; what it prepares goes before.
+// Measures the body only, not the preparation.
 template<class Prepare, class Body>
 void measure(benchmark::State &state, const std::string &what, bool isBaseline, Prepare prepare,
              Body body)
@@ -152,9 +143,9 @@ void measure(benchmark::State &state, const std::string &what, bool isBaseline, 
     double total = 0;
     for (auto _ : state) {
         auto prepared = prepare();
-        const double start = secondsUsed();
+        const double start = Timing::threadSeconds();
         body(*prepared);
-        const double time = secondsUsed() - start;
+        const double time = Timing::threadSeconds() - start;
         state.SetIterationTime(time);
         total += time;
     }
@@ -211,7 +202,7 @@ void insertBare(benchmark::State &state)
         });
 }
 
-// An entry that comes where the tree is open; the reading of it is the store's and not counted.
+// A new entry in an expanded part of the tree, without the store's reading.
 void refreshExplorer(benchmark::State &state)
 {
     Registry &registry = Registry::shared();
@@ -249,7 +240,7 @@ void refreshUnchanged(benchmark::State &state)
         });
 }
 
-// The least that showing a place in a plane can cost: all rows opened, one of them selected.
+// The minimum for showing a place in a plane: all rows expanded, one selected.
 void expandBare(benchmark::State &state)
 {
     const auto bare = openBareView();
@@ -307,7 +298,7 @@ void switchPlanes(benchmark::State &state)
         });
 }
 
-// Closing the whole tree and opening it again.
+// Collapsing and expanding the whole tree.
 void toggleBare(benchmark::State &state)
 {
     const auto bare = openBareView();
@@ -370,14 +361,10 @@ BENCHMARK(paintExplorer)->UseManualTime()->Iterations(200)->Unit(benchmark::kMil
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QTemporaryDir settings;
-    qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
-    const QApplication application(argc, argv);
+    const OffscreenApplication application(argc, argv);
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
     PreferencesStore::standard().registerDefaults(
         {{QStringLiteral("DefaultPlane"), QStringLiteral("DxService")},
          {QStringLiteral("DefaultView"), QStringLiteral("outline")}});
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    return runBenchmarks(argc, argv);
 }

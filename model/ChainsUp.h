@@ -3,19 +3,19 @@
 #include "model/TavRegistryEntryPath.h"
 
 // The chains of parents from an entry up to a top. A few devices stacked on two others each have
-// more chains than there is memory, so that all walks over them have an end.
+// more chains than fit in memory, so every walk over them is limited.
 namespace ChainsUp {
 using Chain = std::vector<const TavRegistryEntry *>; // from the entry upwards
 
 TavRegistryEntryPath pathDown(const Chain &chain, const QString &plane);
 
-// No machine comes near this many steps of one entry's chains.
-constexpr std::size_t mostSteps = 4'000'000;
+// Far more steps than the chains of one entry take on any real machine.
+constexpr std::size_t maxSteps = 4'000'000;
 
 // Calls action for every chain in the plane that ends at a top, in the order of the parents at each
-// step, leaving out the parents that a chain may not climb to. From the first chain on it goes as
-// far as the given steps, before as far as the most. Returns whether that was all. Entries re-read
-// one by one can disagree about who is above whom, so a chain that comes back to itself is left.
+// step, skipping parents that mayClimb refuses. Stops after the given steps, or after maxSteps
+// while no chain has been found. Returns whether the walk was complete. Entries reread one by one
+// can disagree about who is above whom, so a chain that returns to itself is dropped.
 template<class IsTop, class MayClimb, class Action>
 bool forEach(const TavRegistryEntry &entry, const QString &plane, std::size_t steps, IsTop isTop,
              MayClimb mayClimb, Action action)
@@ -29,7 +29,7 @@ bool forEach(const TavRegistryEntry &entry, const QString &plane, std::size_t st
     QSet<const TavRegistryEntry *> onChain{&entry};
     std::vector<Step> way;
     std::size_t stepsTaken = 0;
-    std::size_t stepsAllowed = mostSteps;
+    std::size_t stepsAllowed = maxSteps;
     const auto enter = [&] {
         const bool top = isTop(*chain.back());
         stepsTaken += top ? chain.size() : 1;

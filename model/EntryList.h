@@ -7,7 +7,7 @@
 
 class TavRegistryEntry;
 
-// An ordered list of entries, none twice, that stays quick when it is long. Does not own them.
+// An ordered list of entries without duplicates, fast also when it is long. Does not own them.
 class EntryList
 {
 public:
@@ -18,13 +18,14 @@ public:
     EntryList &operator=(EntryList &&) noexcept = default;
     ~EntryList() { noteChange(); }
 
-    // Counts the changes of all lists, so that what was made of them can tell whether it holds.
+    // Counts the changes of all lists, so that caches know whether they are still valid. Global: a
+    // list has no place for a pointer to its store.
     static quint64 changes() { return changes_.load(std::memory_order_relaxed); }
 
     const Entries &entries() const { return entries_; }
     bool contains(TavRegistryEntry *entry) const;
-    void add(TavRegistryEntry *entry);    // nothing when it is in the list already
-    void append(TavRegistryEntry *entry); // one known not to be in the list
+    void add(TavRegistryEntry *entry);    // does nothing when it is listed already
+    void append(TavRegistryEntry *entry); // must not be in the list yet
     template<class Predicate>
     void removeIf(Predicate predicate)
     {
@@ -45,5 +46,5 @@ private:
 
     inline static std::atomic<quint64> changes_ = 0;
     Entries entries_;
-    mutable std::unique_ptr<QSet<TavRegistryEntry *>> index_; // made on demand for long lists
+    mutable std::unique_ptr<QSet<TavRegistryEntry *>> index_; // built on demand for long lists
 };

@@ -1,52 +1,52 @@
 #include "model/EntryOrder.h"
 
+#include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
 
 namespace {
-constexpr quint32 unplaced = ~quint32(0); // of an entry below which the walk still is
+constexpr quint32 unvisited = ~quint32(0);
+constexpr quint32 open = unvisited - 1; // the walk is still below the entry
 
-// Numbers walks, so that entries know in which they have been visited.
-quint32 nextWalk()
+std::size_t numberLimit(const TavRegistryEntry &entry)
 {
-    static quint32 last = 0;
-    return ++last;
+    return entry.dataStore() ? entry.dataStore()->entryNumberLimit() : entry.number() + 1;
 }
 } // namespace
 
 EntryOrder::EntryOrder(TavRegistryEntry &top, const QString &plane)
     : plane_(plane)
 {
-    struct Open
+    struct Visit
     {
         TavRegistryEntry *entry;
         const EntryList::Entries *children;
         std::size_t nextChild;
     };
-    const quint32 walk = nextWalk();
-    std::vector<Open> open;
+    std::vector<quint32> positions(numberLimit(top), unvisited);
+    std::vector<Visit> visits;
     const auto enter = [&](TavRegistryEntry &entry) {
-        entry.visitedWalk_ = walk;
-        entry.positionInWalk_ = unplaced;
-        open.push_back({&entry, &entry.childrenInPlane(plane), 0});
+        positions[entry.number()] = open;
+        visits.push_back({&entry, &entry.childrenInPlane(plane), 0});
     };
     enter(top);
-    while (!open.empty()) {
-        auto &[entry, children, nextChild] = open.back();
+    while (!visits.empty()) {
+        auto &[entry, children, nextChild] = visits.back();
         if (nextChild < children->size()) {
             TavRegistryEntry *const child = (*children)[nextChild++];
-            // The walk waits for memory more than for anything else.
+            // Prefetch: the walk mostly waits for memory.
             if (nextChild < children->size())
-                __builtin_prefetch(&(*children)[nextChild]->childrenInPlanes_);
-            if (child->visitedWalk_ != walk)
+                __builtin_prefetch(&(*children)[nextChild]->facts().childrenInPlanes);
+            if (positions[child->number()] == unvisited)
                 enter(*child);
             continue;
         }
         for (const TavRegistryEntry *child : *children) {
-            if (child->positionInWalk_ != unplaced)
-                children_.push_back(child->positionInWalk_);
+            const quint32 position = positions[child->number()];
+            if (position != open)
+                children_.push_back(position);
         }
-        entry->positionInWalk_ = static_cast<quint32>(steps_.size());
+        positions[entry->number()] = static_cast<quint32>(steps_.size());
         steps_.push_back({entry, children_.size()});
-        open.pop_back();
+        visits.pop_back();
     }
 }

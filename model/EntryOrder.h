@@ -6,8 +6,8 @@
 
 class TavRegistryEntry;
 
-// An entry and all below it in one plane, each once and after those below it. It holds while
-// EntryList::changes() stays what it was; finding it takes longer than most that is done with it.
+// An entry of a store and all below it in one plane, each once and after those below it. Valid
+// while EntryList::changes() stays the same; worth keeping, since making it is slow.
 class EntryOrder
 {
 public:
@@ -17,7 +17,7 @@ public:
     TavRegistryEntry &top() const { return *steps_.back().entry; }
     std::size_t size() const { return steps_.size(); }
     TavRegistryEntry &entry(std::size_t position) const { return *steps_[position].entry; }
-    // The positions of its children, but for one that is above it as well.
+    // The positions of its children, except one that is also above it.
     std::span<const quint32> children(std::size_t position) const
     {
         const std::size_t start = position == 0 ? 0 : steps_[position - 1].childrenEnd;

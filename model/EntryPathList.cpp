@@ -17,7 +17,7 @@ bool isBefore(const TavRegistryEntryPath &a, const TavRegistryEntryPath &b)
     return a.compareToEntryPath(b) < 0;
 }
 
-// Follows a written path from its end while a chain climbs.
+// Matches a path text from its end while a chain climbs.
 class WrittenPath
 {
 public:
@@ -37,8 +37,8 @@ public:
     }
 
 private:
-    // Where the path ends that the name of the entry has been taken off; -1 when it does not match.
-    // Above the names stand the host and the root, which are not written.
+    // Where the path ends after removing the entry's name; -1: no match. The host and the root have
+    // no name in the text.
     qsizetype endBefore(const TavRegistryEntry &entry, qsizetype end) const
     {
         if (end <= plane_.size() + 1)
@@ -50,7 +50,7 @@ private:
     const QString &path_;
     const QString &plane_;
     bool isHost_;
-    std::vector<qsizetype> ends_; // by the entries of the chain
+    std::vector<qsizetype> ends_; // by entry of the chain
 };
 } // namespace
 

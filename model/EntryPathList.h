@@ -2,8 +2,8 @@
 
 #include "model/TavRegistryEntryPath.h"
 
-// The paths of an entry in a plane as a list for people has them, in the paths' order. Where they
-// would be more than anyone reads, those that add up to some 100,000 entries are listed.
+// The paths of an entry in a plane, in order, for showing to the user. Where there are more than
+// anyone reads, only paths that add up to about 100,000 entries are listed.
 class EntryPathList
 {
 public:
@@ -11,10 +11,10 @@ public:
 
     const std::vector<TavRegistryEntryPath> &paths() const { return paths_; }
     bool isWhole() const { return isWhole_; }
-    // One that is not listed takes its place in the order.
+    // A path that is not listed is inserted in order.
     void add(const TavRegistryEntryPath &path);
 
-    // Of the entry's paths, those that are written so: "Plane:/Name/Name@Location".
+    // Those of the entry's paths with this text: "Plane:/Name/Name@Location".
     static std::vector<TavRegistryEntryPath> writtenAs(TavRegistryEntry &entry,
                                                        const QString &registryPath);
 

@@ -1,21 +1,11 @@
 #include "model/EntryQuery.h"
 
-namespace {
-// Numbers the marks of queries, so that entries know which answer they hold.
-quint32 nextNumber()
-{
-    static quint32 last = 0;
-    return ++last;
-}
-} // namespace
-
-EntryQuery::EntryQuery(const QString &query, FindOptions options)
+EntryQuery::EntryQuery(const QString &query, FindOptions options, std::size_t numberLimit)
     : special_(TavRegistryEntry::specialTest(query))
     , options_(options)
     , search_(query)
     , asksForLocation_(query.contains(u'@'))
-    , settled_(nextNumber())
-    , open_(nextNumber())
+    , answers_(std::make_shared<std::vector<Answer>>(numberLimit))
 {}
 
 bool EntryQuery::run(TavRegistryEntry &top, bool *descendantMatches, const QString &plane)
@@ -36,7 +26,7 @@ bool EntryQuery::run(const EntryOrder &order)
     for (std::size_t i = 0; i < order.size(); ++i) {
         constexpr std::size_t ahead = 8;
         if (i + ahead < order.size())
-            __builtin_prefetch(&order.entry(i + ahead).answeredQuery_, 1);
+            __builtin_prefetch(&order.entry(i + ahead), 1);
         TavRegistryEntry &entry = order.entry(i);
         const std::span children = order.children(i);
         hasMatchBelow = std::any_of(children.begin(), children.end(),
@@ -51,21 +41,22 @@ bool EntryQuery::run(const EntryOrder &order)
 
 void EntryQuery::fetch(const TavRegistryEntry &next)
 {
-    __builtin_prefetch(&next.visitedWalk_);
-    __builtin_prefetch(&next.childrenInPlanes_);
-    __builtin_prefetch(&next.inheritance_);
+    __builtin_prefetch(&next);
+    __builtin_prefetch(&next.propertyText());
+    __builtin_prefetch(&next.facts().childrenInPlanes);
+    __builtin_prefetch(&next.facts().inheritance);
 }
 
 void EntryQuery::fetchProperties(const TavRegistryEntry &next) const
 {
-    __builtin_prefetch(next.inheritance_.constData());
-    __builtin_prefetch(next.name_.constData());
+    __builtin_prefetch(next.inheritance().constData());
+    __builtin_prefetch(next.facts().name.constData());
     if (!looksAt(FindOption::Keys) && !looksAt(FindOption::Values))
         return;
     constexpr qsizetype lineSize = 64;
-    constexpr qsizetype usualSize = 6 * lineSize;
-    for (qsizetype at = 0; at < usualSize; at += lineSize)
-        __builtin_prefetch(next.propertyText_.strings().data() + at);
+    constexpr qsizetype defaultSize = 6 * lineSize;
+    for (qsizetype at = 0; at < defaultSize; at += lineSize)
+        __builtin_prefetch(next.propertyText().strings().data() + at);
 }
 
 void EntryQuery::prepare(std::span<const EntryRef> entries)
@@ -80,39 +71,43 @@ void EntryQuery::prepare(std::span<const EntryRef> entries)
     }
 }
 
-void EntryQuery::prepare(TavRegistryEntry &entry)
+EntryQuery::Answer EntryQuery::prepare(const TavRegistryEntry &entry)
 {
-    if (entry.answeredQuery_ == settled_ || entry.answeredQuery_ == open_)
-        return;
-    entry.matchesInAnyPlane_ = matchesInAnyPlane(entry);
-    const bool nameDecides =
-        !entry.matchesInAnyPlane_ && looksAt(FindOption::Name) && matchesByNameSomewhere(entry);
-    entry.answeredQuery_ = nameDecides ? open_ : settled_;
+    Answer &answer = (*answers_)[entry.number()];
+    if (answer != Answer::Unknown)
+        return answer;
+    if (matchesInAnyPlane(entry))
+        answer = Answer::Yes;
+    else if (looksAt(FindOption::Name) && matchesByNameSomewhere(entry))
+        answer = Answer::ByName;
+    else
+        answer = Answer::No;
+    return answer;
 }
 
-bool EntryQuery::matches(TavRegistryEntry &entry, const QString &plane)
+bool EntryQuery::matches(const TavRegistryEntry &entry, const QString &plane)
 {
-    prepare(entry);
-    if (entry.answeredQuery_ == settled_)
-        return entry.matchesInAnyPlane_;
-    return matchesByName(entry.nameInPlane(plane), entry.locationInPlane(plane));
+    const Answer answer = prepare(entry);
+    if (answer == Answer::ByName)
+        return matchesByName(entry.nameInPlane(plane), entry.locationInPlane(plane));
+    return answer == Answer::Yes;
 }
 
-// Whether every plane gives the entry the same name, as most do; false if that takes a closer look.
+// Whether the entry certainly has one name in all planes, as most do.
 bool EntryQuery::hasOneName(const TavRegistryEntry &entry)
 {
-    return entry.namesInPlanes_.areAllAt(entry.name_.constData()) &&
-           entry.locationsInPlanes_.areAllAt(entry.location_.constData());
+    return entry.facts().namesInPlanes.areAllAt(entry.facts().name.constData()) &&
+           entry.facts().locationsInPlanes.areAllAt(entry.facts().location.constData());
 }
 
-// Whether any plane, read or not, gives the entry a name that matches.
+// Whether the entry's name matches in any plane, read or not.
 bool EntryQuery::matchesByNameSomewhere(const TavRegistryEntry &entry)
 {
-    if (matchesByName(entry.name_, entry.location_))
+    if (matchesByName(entry.facts().name, entry.facts().location))
         return true;
     if (hasOneName(entry))
         return false;
-    for (const auto *table : {&entry.namesInPlanes_, &entry.locationsInPlanes_}) {
+    for (const auto *table : {&entry.facts().namesInPlanes, &entry.facts().locationsInPlanes}) {
         for (std::size_t i = 0; i < table->size(); ++i) {
             const QString plane = table->plane(i);
             if (matchesByName(entry.nameInPlane(plane), entry.locationInPlane(plane)))
@@ -122,8 +117,8 @@ bool EntryQuery::matchesByNameSomewhere(const TavRegistryEntry &entry)
     return false;
 }
 
-// As the two are written together, with an "@". Of that no more is written than could match across
-// it, for many entries may share one long name.
+// Matches the text "name@location". Only what could match across the "@" is put together, because
+// many entries may share one long name.
 bool EntryQuery::matchesByName(const QString &name, const QString &location)
 {
     if (search_.matchesKept(name))
@@ -158,7 +153,7 @@ bool EntryQuery::matchesInAnyPlane(const TavRegistryEntry &entry) const
     return looksAt(FindOption::Special) && special_ && special_(entry);
 }
 
-// Entries of one kind share their keys.
+// Cached: entries of one kind share their keys.
 bool EntryQuery::matchesKeys(QByteArrayView keys) const
 {
     if (keys.data() != lastKeys_.data() || keys.size() != lastKeys_.size()) {
@@ -174,7 +169,7 @@ bool EntryQuery::matchesInProperties(const TavRegistryEntry &entry) const
     const bool values = looksAt(FindOption::Values);
     if (!keys && !values)
         return false;
-    const PropertyText &text = entry.propertyText_;
+    const PropertyText &text = entry.propertyText();
     if ((keys && matchesKeys(text.keys())) || (values && search_.matchesAnyOf(text.strings())))
         return true;
     if (text.isWhole())

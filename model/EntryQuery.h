@@ -5,34 +5,42 @@
 #include "model/TavRegistryEntry.h"
 #include "model/TextSearch.h"
 
-// One search through the entries of a store. Each entry is looked at once for what is the same in
-// every plane, and once in each plane for its name there, however many ways lead to it.
+// One search through the entries of a store. Each entry is checked once for what is the same in
+// every plane, and once in each plane for its name there, however many paths lead to it.
 class EntryQuery
 {
 public:
-    EntryQuery(const QString &query, FindOptions options);
+    // All entries have numbers below the limit.
+    EntryQuery(const QString &query, FindOptions options, std::size_t numberLimit);
 
-    // Looks at the entries ahead of the walks, which then find the answers. Entries are quickest
-    // looked at in the order of their table, which is about that of their memory. Copies of one
-    // query may look at different entries at the same time.
+    // Checks the entries ahead of the walks. This is fastest in the order of their table, which is
+    // about that of their memory. Copies share the answers, and may check different entries at the
+    // same time.
     void prepare(std::span<const EntryRef> entries);
 
-    // The answer for the entry; with a place to tell of it and a plane, also for all below it
-    // there.
+    // Whether the entry matches. With descendantMatches and a plane, runs on all entries below it
+    // there, too.
     bool run(TavRegistryEntry &top, bool *descendantMatches, const QString &plane);
 
-    // Keeps the answer for every entry of the order and whether any below it matched; gives the
-    // latter for the top.
+    // Stores in every entry of the order whether it matches and whether any below it does; returns
+    // the latter for the top.
     bool run(const EntryOrder &order);
 
 private:
-    // Preparing waits for memory more than for anything else: these ask for what the next few
-    // entries need, first the entry itself and later its properties.
+    enum class Answer : quint8 {
+        Unknown,
+        No, // in every plane
+        Yes,
+        ByName, // the name in the plane decides
+    };
+
+    // Preparing mostly waits for memory: these fetch what the next few entries need, first the
+    // entry itself and later its properties.
     static void fetch(const TavRegistryEntry &next);
     void fetchProperties(const TavRegistryEntry &next) const;
-    void prepare(TavRegistryEntry &entry);
+    Answer prepare(const TavRegistryEntry &entry);
     bool looksAt(FindOption option) const { return !options_ || options_.testFlag(option); }
-    bool matches(TavRegistryEntry &entry, const QString &plane);
+    bool matches(const TavRegistryEntry &entry, const QString &plane);
     bool matchesInAnyPlane(const TavRegistryEntry &entry) const;
     bool matchesInProperties(const TavRegistryEntry &entry) const;
     bool matchesKeys(QByteArrayView keys) const;
@@ -44,9 +52,8 @@ private:
     FindOptions options_;
     TextSearch search_;
     bool asksForLocation_;
-    quint32 settled_;                 // marks entries whose answer is the same in every plane
-    quint32 open_;                    // marks those whose name in the plane decides
-    mutable QByteArrayView lastKeys_; // that were looked at
+    std::shared_ptr<std::vector<Answer>> answers_; // by number of the entry
+    mutable QByteArrayView lastKeys_;              // that were checked
     mutable bool lastKeysMatch_ = false;
-    QString seam_; // put together of name and location
+    QString seam_; // the end of a name and the start of its location
 };

@@ -2,7 +2,7 @@
 
 #include <QFlags>
 
-// What a search looks at. No option at all means every one.
+// What a search looks at. No option means all of them.
 enum class FindOption {
     Name = 1,
     Class = 2,
@@ -10,7 +10,7 @@ enum class FindOption {
     BundleID = 8,
     Keys = 16,
     Values = 32,
-    KeyValue = 64, // kept and shown, but looks at nothing
+    KeyValue = 64, // Deliberate: stored and shown, but without effect
     Special = 128,
 };
 Q_DECLARE_FLAGS(FindOptions, FindOption)

@@ -28,7 +28,7 @@ std::optional<Interest> interestNamed(QLatin1String type)
     return std::nullopt;
 }
 
-// What a callback does may end its own registration, so it is called by a copy.
+// Calls a copy: the callback may end its own registration.
 template<class Registrations, class Invoke>
 void callBack(const Registrations &registrations, quint32 number, NotificationPort port,
               Invoke invoke)
@@ -171,7 +171,7 @@ void NotificationPorts::announce(Matching kind, RegistryObject object, bool toAl
     }
 }
 
-void NotificationPorts::tell(Interest kind, RegistryObject object, quintptr argument)
+void NotificationPorts::report(Interest kind, RegistryObject object, quintptr argument)
 {
     for (const auto &[notification, interest] : interests_) {
         if (interest.kind == kind && service_.objectsEqual(interest.object, object))
@@ -179,8 +179,8 @@ void NotificationPorts::tell(Interest kind, RegistryObject object, quintptr argu
     }
 }
 
-void NotificationPorts::tellPower(RegistryNotification notification, PowerMessage type,
-                                  quintptr notificationID)
+void NotificationPorts::reportPower(RegistryNotification notification, PowerMessage type,
+                                    quintptr notificationID)
 {
     if (const auto found = powers_.find(notification); found != powers_.end())
         post(found->second.port, {notification, 0, type, notificationID});
@@ -213,14 +213,14 @@ void NotificationPorts::deliver()
 void NotificationPorts::deliverNow()
 {
     if (isDelivering_)
-        return; // who delivers goes on with what has come meanwhile
+        return; // the running delivery continues with the new messages
     isDelivering_ = true;
     const auto end = qScopeGuard([this] { isDelivering_ = false; });
     while (RunLoop::main().isInDefaultMode()) {
         if (!deliverOne())
             return;
     }
-    // A handler has opened a menu or a dialog.
+    // A handler opened a menu or dialog.
     RunLoop::main().performInDefaultMode(alive_, [this] { deliverNow(); });
 }
 

@@ -5,15 +5,14 @@
 #include <deque>
 #include <map>
 
-// Who wants to be told what by a registry service. What is announced becomes messages of the ports
-// on which it was asked for. Main thread only.
+// Routes registry notifications to subscribers, as messages on their ports. Main thread only.
 class NotificationPorts
 {
 public:
     enum class Matching : quint8 { Publish, Matched, Terminate };
     enum class Interest : quint8 { Busy, General };
 
-    // The service is asked for the classes of objects, and keeps those that wait to be told of.
+    // The service provides the classes of objects, and holds those that wait in queues.
     explicit NotificationPorts(RegistryService &service);
     ~NotificationPorts();
     NotificationPorts(const NotificationPorts &) = delete;
@@ -35,16 +34,17 @@ public:
     RegistryNotification addPower(NotificationPort port, RegistryService::PowerCallback callback);
     void releaseNotification(RegistryNotification notification);
 
-    // The iterators of matching notifications have numbers of their own.
+    // Iterators of matching notifications have a number range of their own.
     static bool isIterator(RegistryIterator iterator) { return iterator & iteratorBit; }
     RegistryObject next(RegistryIterator iterator);
     void releaseIterator(RegistryIterator iterator);
 
-    // To all who ask for the object's class, or to all whatever they ask for.
+    // To subscribers of the object's class, or to all subscribers.
     void announce(Matching kind, RegistryObject object, bool toAll = false);
-    void tell(Interest kind, RegistryObject object, quintptr argument = 0);
-    void tellPower(RegistryNotification notification, PowerMessage type, quintptr notificationID);
-    // Hands what waits to the handlers, as soon as the main run loop is in its default mode.
+    void report(Interest kind, RegistryObject object, quintptr argument = 0);
+    void reportPower(RegistryNotification notification, PowerMessage type, quintptr notificationID);
+    // Delivers waiting messages to the handlers, as soon as the main run loop is in its default
+    // mode.
     void deliver();
 
 private:

@@ -2,8 +2,8 @@
 
 #include "model/NotificationPorts.h"
 
-// A registry service that can tell of changes: the operations of notifications, over what the
-// service itself announces by its ports. It hands on the iterators that are theirs.
+// A registry service with notifications: subclasses announce changes through ports(). Iterators of
+// notifications must be passed on to it.
 class NotifyingRegistryService : public RegistryService
 {
 public:

@@ -5,8 +5,8 @@
 class TavRegistryProperty;
 class PropertyTree;
 
-// The class of the nodes of a property tree. A tree lays out all its nodes in one block, so it
-// must know their size and how to construct one in place.
+// The class of the nodes of a property tree. A tree allocates all its nodes in one block, so it
+// needs their size and a way to construct one in place.
 struct PropertyClass
 {
     const PropertyClass *base;

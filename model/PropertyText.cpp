@@ -10,13 +10,13 @@
 namespace {
 using Buffer = QVarLengthArray<char, 4096>;
 
-// In UTF-16 code units with separators, each of which takes three bytes at most.
+// In UTF-16 units with separators, each at most three bytes.
 constexpr qsizetype roomForTable = 1024;
-constexpr qsizetype roomForNode = 64;              // a key and a string are shorter nearly always
-constexpr qsizetype mostRoom = qsizetype(1) << 28; // for a tree of any size
+constexpr qsizetype roomForNode = 64;             // a key and a string are nearly always shorter
+constexpr qsizetype maxRoom = qsizetype(1) << 28; // for a tree of any size
 
-// Character by character, as the library's searches without regard to case do it; a whole text at
-// once would turn some letters into two.
+// Per character, like Qt's case-insensitive search; folding a whole text would turn some letters
+// into two.
 char *writeFolded(QStringView text, char *to)
 {
     const char16_t *const units = text.utf16();
@@ -36,7 +36,7 @@ char *writeFolded(QStringView text, char *to)
     return to + written;
 }
 
-// With a separator behind it.
+// Followed by a separator.
 void appendFolded(Buffer &buffer, QStringView text)
 {
     constexpr qsizetype bytesPerUnit = 3; // at most
@@ -57,13 +57,13 @@ bool isKey(const TavRegistryProperty &node)
 
 bool holdsString(const TavRegistryProperty &node)
 {
-    // A terminated copy no longer knows its type.
+    // A terminated copy has lost its type.
     return !node.stringView().isNull() && (node.valueType() == RegistryValue::Type::String ||
                                            node.valueType() == RegistryValue::Type::None);
 }
 } // namespace
 
-// Gathers the texts of a tree, node by node.
+// Collects the texts of a tree, node by node.
 class PropertyText::Builder
 {
 public:
@@ -73,7 +73,7 @@ public:
         strings_.append(separator);
     }
 
-    void addNode() { room_ = std::min(room_ + roomForNode, mostRoom); }
+    void addNode() { room_ = std::min(room_ + roomForNode, maxRoom); }
     void addKey(QStringView text) { add(keys_, text); }
     void addString(QStringView text) { add(strings_, text); }
 
@@ -85,7 +85,8 @@ public:
     }
 
 private:
-    // With those that came last: many trees have the same keys.
+    // Shared with recent ones: many trees have the same keys. The cache is global, so that entries
+    // of all stores share, and per thread, so that it needs no lock.
     static CompactBytes sharedBytes(const Buffer &bytes)
     {
         static thread_local std::array<CompactBytes, 256> known;

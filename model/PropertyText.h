@@ -7,31 +7,30 @@
 class RegistryValue;
 class TavRegistryProperty;
 
-// All keys and all strings of one property tree, folded so that case does not matter: a search
-// reads them many times faster than it could walk the tree. What is in sets is left out. So are
-// texts that would make it large for the number of nodes: many nodes may share one long text, which
-// is to be looked for in the tree then.
+// All keys and strings of one property tree in one buffer, case-folded: searching it is many times
+// faster than walking the tree. Leaves out the contents of sets, and texts that would make it large
+// for the number of nodes (many nodes may share one long text): those must be searched in the tree.
 class PropertyText
 {
 public:
-    // Stands before and after each text. UTF-8 has no such byte.
+    // Before and after each text. Not a byte of UTF-8.
     static constexpr char separator = '\xff';
 
     PropertyText() = default; // not made yet
     explicit PropertyText(const TavRegistryProperty &table);
-    explicit PropertyText(const RegistryValue &table); // of the tree that would be made of it
+    explicit PropertyText(const RegistryValue &table); // of the tree that would be built from it
 
     bool isMade() const { return keys_.size() > 0; }
     QByteArrayView keys() const { return {keys_.data(), keys_.size()}; }
     QByteArrayView strings() const { return {strings_.data(), strings_.size()}; }
-    bool isWhole() const { return isWhole_; } // false: there are texts only in the tree
+    bool isWhole() const { return isWhole_; } // false: some texts are only in the tree
 
-    // Whether any key or string of the tree satisfies the predicate, as a search would look at it.
+    // Whether any key or string that a search checks satisfies the predicate.
     using Predicate = std::function<bool(QStringView)>;
     static bool anyKey(const TavRegistryProperty &table, const Predicate &predicate);
     static bool anyString(const TavRegistryProperty &table, const Predicate &predicate);
 
-    // In UTF-8, with each character folded by itself; half a surrogate pair is kept.
+    // UTF-8, each character folded separately; an unpaired surrogate is kept.
     static QByteArray folded(QStringView text);
 
 private:

@@ -9,8 +9,8 @@
 class RegistryValue;
 class TavRegistryEntry;
 
-// Owns the nodes of one property tree and what they share: the entry and the time of reading.
-// Nodes live exactly as long as their tree; hold a PropertyRef to keep one.
+// Owns the nodes of one property tree, and holds the entry and the time of reading that they share.
+// Nodes live as long as their tree; hold a PropertyRef to keep one.
 class PropertyTree : public std::enable_shared_from_this<PropertyTree>
 {
 public:
@@ -25,14 +25,14 @@ public:
     const QDateTime &dateRead() const { return dateRead_; }
     void setDateRead(const QDateTime &date) { dateRead_ = date; }
 
-    // Makes nodes that lie one after another, nodeClass().size bytes apart.
+    // Makes consecutive nodes, nodeClass().size bytes apart.
     TavRegistryProperty *addNodes(std::size_t count);
     TavRegistryProperty *at(TavRegistryProperty *first, std::size_t index) const
     {
         return reinterpret_cast<TavRegistryProperty *>(reinterpret_cast<std::byte *>(first) +
                                                        index * nodeClass_.size);
     }
-    // Keeps another tree, some of whose nodes are referred to from this one.
+    // Keeps alive another tree that this one points into.
     void keep(std::shared_ptr<PropertyTree> other);
 
 private:

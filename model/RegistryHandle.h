@@ -10,7 +10,7 @@ class RegistryHandle
 public:
     RegistryHandle() = default;
 
-    // Takes over a handle that the service has handed out.
+    // Takes ownership of a handle that the service returned.
     static RegistryHandle adopt(RegistryService &service, RegistryObject object)
     {
         RegistryHandle handle;

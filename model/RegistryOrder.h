@@ -2,7 +2,7 @@
 
 #include <QString>
 
-// -1, 0, 1. "DxService" comes before every other plane; the rest without regard to case.
+// -1, 0, 1. "DxService" comes first; the others are compared case-insensitively.
 int compareRegistryPlaneForUI(const QString &a, const QString &b);
-// The same for path strings: those that begin with "DxService" come first.
+// The same for path strings.
 int compareRegistryPathForUI(const QString &a, const QString &b);

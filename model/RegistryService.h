@@ -6,7 +6,7 @@
 #include <array>
 #include <functional>
 
-using RegistryObject = quint32; // a handle, held by whoever got it until released; 0 is no object
+using RegistryObject = quint32; // a handle, owned by its receiver until released; 0: none
 using RegistryIterator = quint32;
 using RegistryNotification = quint32;
 using NotificationPort = quint32;
@@ -17,7 +17,7 @@ enum class RegistryStatus : quint32 {
     Success = 0,
     Failed = 0xe00002bc,
     Unsupported = 0xe00002c7,
-    NotFound = 0xe00002f0, // the entry has no location in the plane; no failure
+    NotFound = 0xe00002f0, // the entry has no location in the plane; not an error
 };
 
 // UTF-8, NUL-terminated.
@@ -35,52 +35,50 @@ enum PowerMessage : quint32 {
     SystemHasPoweredOn = 0xe0000300,
 };
 
-// A message that has arrived on a message port, to be handed to the dispatcher as it is.
+// A message received on a message port, to be passed to the dispatcher unchanged.
 struct RegistryMessage
 {
     MessagePort port = 0;
     std::shared_ptr<const void> content;
 };
 
-// What the host tells of its device registry. Every handle and iterator that an operation returns
-// is the caller's to release. A status other than success leaves the outputs as they were.
-// Main thread only.
+// Access to the host's device registry. The caller must release every handle and iterator that an
+// operation returns. Outputs stay unchanged unless the status is success. Main thread only.
 class RegistryService
 {
 public:
     virtual ~RegistryService();
 
-    // Reads the host anew, so that what follows answers from its present state. Returns when done.
-    // Terminations found by this are announced first. False when the user has cancelled it: what
-    // follows answers from the former state, and nothing before the first one.
+    // Rereads the host: later calls answer from its present state. Blocks. Announces terminations
+    // that it finds first. False when the user cancels: later calls then answer from the previous
+    // state, or not at all before the first reading.
     virtual bool prepare() { return true; }
-    // The same without waiting: ready is called when it is done, on the main run loop in its
-    // default mode, and from a reading that began after this call. What follows answers from the
-    // former state until then.
+    // The same without blocking: calls ready on the main run loop, in its default mode, after a
+    // reading that began after this call. Until then calls answer from the previous state.
     virtual void prepareAsync(std::function<void()> ready)
     {
         prepare();
         ready();
     }
-    // The same as prepare for one object, together with what is too costly to read for every one.
+    // Like prepare; also rereads what is too costly to read for every object, for this one.
     virtual bool prepareObject(RegistryObject) { return true; }
-    // Whether an attribute that is not read with all others may be read for the user, by its path
-    // below the object's directory.
+    // Whether an attribute, by its path below the object's directory, may be read when the user
+    // asks for it.
     virtual bool mayReadOnRequest(RegistryObject, const QString & /*attribute*/) { return false; }
-    // Reads it without waiting: ready is called once, later, on the main run loop in its default
-    // mode, when copyProperties has the value or the reason why there is none.
+    // Reads it without blocking: calls ready once, later, on the main run loop in its default mode,
+    // when copyProperties has the value or the reason why there is none.
     virtual void readOnRequest(RegistryObject, const QString & /*attribute*/,
                                std::function<void()> /*ready*/)
     {}
-    // The same as prepare, and tries again what did not answer before.
+    // Like prepare; also retries what did not answer before.
     virtual bool retryWhatDidNotAnswer() { return prepare(); }
 
-    // Counts the readings of the whole registry, from 1; 0 when the service does not count them.
+    // Counts the readings of the whole registry, from 1; 0: not supported.
     virtual quint64 readingNumber() const { return 0; }
-    // Whether the object and which children it has are as they were right after that reading.
+    // Whether the object and the list of its children are the same as right after that reading.
     virtual bool isUnchangedSince(RegistryObject, quint64 /*reading*/) { return false; }
 
-    // Of the machine whose registry it is.
+    // Of the machine that the registry describes.
     virtual HostInformation hostInformation() { return HostInformation::ofThisMachine(); }
 
     virtual RegistryObject rootEntry() = 0;
@@ -91,7 +89,7 @@ public:
     virtual RegistryObject iteratorNext(RegistryIterator iterator) = 0; // 0 at the end
     virtual void releaseIterator(RegistryIterator iterator) = 0;
 
-    // A null plane asks for the name or location that stands for no plane in particular.
+    // Null plane: the name or location in no particular plane.
     virtual RegistryStatus nameInPlane(RegistryObject object, const char *plane,
                                        RegistryName &name) = 0;
     virtual RegistryStatus locationInPlane(RegistryObject object, const char *plane,
@@ -121,10 +119,10 @@ public:
     virtual void retain(RegistryObject object) = 0;
     virtual void release(RegistryObject object) = 0;
 
-    // The file that holds the driver bundle, or null.
+    // The file of the driver bundle, or null.
     virtual QString bundleURLForIdentifier(const QString &bundleID) = 0;
 
-    // Notifications. A service without them answers Unsupported, or 0 for a port.
+    // Notifications. Without support: Unsupported, or port 0.
     using MessageHandler = std::function<void(const RegistryMessage &)>;
     using MatchingCallback = std::function<void(RegistryIterator)>;
     using InterestCallback =
@@ -132,17 +130,17 @@ public:
     using PowerCallback = std::function<void(quint32 messageType, quintptr notificationID)>;
 
     virtual NotificationPort createNotificationPort() { return 0; }
-    virtual void destroyNotificationPort(NotificationPort) {} // with all that is registered on it
+    virtual void destroyNotificationPort(NotificationPort) {} // and every registration on it
     virtual MessagePort messagePort(NotificationPort) { return 0; }
-    // Messages reach the handler from the main run loop, in its default mode.
+    // Calls the handler on the main run loop, in its default mode.
     virtual bool addToRunLoop(MessagePort, MessageHandler) { return false; }
     virtual void removeFromRunLoop(MessagePort) {}
-    // Calls the callback that a message is for.
+    // Calls the callback that the message is addressed to.
     virtual void dispatchMessage(NotificationPort, const RegistryMessage &) {}
 
-    // Types: "DxServicePublish", "DxServiceMatched", "DxServiceTerminate". The iterator holds the
-    // objects that the notification is about. It must be drained to arm the notification, at once
-    // and in every callback; what comes while it is not armed waits in the iterator.
+    // Types: "DxServicePublish", "DxServiceMatched", "DxServiceTerminate". The iterator returns the
+    // objects concerned. Draining it arms the notification: drain it immediately after registering
+    // and in every callback; until then new objects wait in the iterator.
     virtual RegistryStatus addMatchingNotification(NotificationPort, const char * /*type*/,
                                                    const QString & /*className*/, MatchingCallback,
                                                    RegistryIterator &)
@@ -158,8 +156,8 @@ public:
     }
     virtual void releaseNotification(RegistryNotification) {}
 
-    // Power messages come by the port, which is the caller's to destroy. A sleep that is coming
-    // waits for being allowed.
+    // Power messages arrive on the port, which the caller must destroy. The machine does not go to
+    // sleep before allowPowerChange.
     virtual PowerConnection registerForSystemPower(PowerCallback, NotificationPort &,
                                                    RegistryNotification &)
     {

@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-// What became of an entry or a property node since the last time marks were cleared.
+// The change of an entry or property node since marks were last cleared.
 enum RegistryState : quint32 {
     RegistryStateUnchanged = 0,
     RegistryStateNew = 1,

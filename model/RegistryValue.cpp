@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-// The members or elements lie behind it, in the same block.
+// The members or elements follow in the same block.
 struct alignas(RegistryValue::Member) RegistryValue::Payload : QSharedData
 {
     quint32 count = 0;
@@ -341,7 +341,7 @@ size_t qHash(const RegistryValue &value, size_t seed)
     case Type::Array:
     case Type::Set:
         return qHashMulti(seed, static_cast<int>(value.type_), value.count());
-    case Type::Number: // the width is no part of what it means
+    case Type::Number: // the width does not matter
         return qHashMulti(seed, static_cast<int>(value.type_),
                           value.isSigned_ ? static_cast<quint64>(value.signedNumber())
                                           : value.bits_);

@@ -6,8 +6,8 @@
 #include <span>
 #include <vector>
 
-// One typed value of the registry, implicitly shared, in 16 bytes. Values are made by reader
-// threads and read by the main thread; a value never changes once made.
+// A typed value of the registry, implicitly shared, in 16 bytes. Immutable: reader threads make
+// values, the main thread reads them.
 class RegistryValue
 {
 public:
@@ -38,8 +38,8 @@ public:
     static RegistryValue array(Elements elements);
     static RegistryValue set(Elements members);
     static RegistryValue string(QString text);
-    // Width is 1, 2, 4 or 8 bytes; bits above it are cut off. Whether the number may be negative
-    // matters to comparing only: how it is shown is the display's affair.
+    // Width is 1, 2, 4 or 8 bytes; higher bits are cut off. The sign matters for comparing only:
+    // how it is shown is up to the display.
     static RegistryValue number(quint64 bits, int width, bool isSigned = false);
     static RegistryValue boolean(bool truth);
     static RegistryValue data(QByteArray bytes);
@@ -50,11 +50,11 @@ public:
     bool isNone() const { return type_ == Type::None; }
     bool isCollection() const;
 
-    // Each answers for its own type; for another one, empty, zero or false.
+    // For a value of another type: empty, zero or false.
     std::span<const Member> members() const;
     std::span<const RegistryValue> elements() const;
     QString toString() const;
-    QStringView stringView() const // the same without sharing it
+    QStringView stringView() const // the same without a reference count
     {
         return type_ == Type::String && text_
                    ? QStringView(CompactString::startOf(text_), static_cast<qsizetype>(size_))
@@ -64,26 +64,26 @@ public:
     quint64 numberBits() const;  // zero-extended
     qint64 signedNumber() const; // sign-extended from its width
     bool isSignedNumber() const { return type_ == Type::Number && isSigned_; }
-    // Negative, 0 or positive: by what the numbers mean, whatever their widths and signs.
+    // Negative, 0 or positive, by numeric value, whatever the widths and signs.
     static int compareNumbers(const RegistryValue &a, const RegistryValue &b);
-    // The same as ==, but for numbers: those are equal when they mean the same.
+    // Like ==, but numbers are compared by numeric value.
     bool meansTheSameAs(const RegistryValue &other) const;
     bool toBoolean() const;
     QByteArray toData() const;
     QDateTime toDate() const;
 
     qsizetype count() const; // members or elements; 0 for no collection
-    // All values held by this one, at any depth; itself not counted.
+    // All values in this one, at any depth, without itself.
     quint32 descendantCount() const;
     // The member of a dictionary, or none. Linear in the number of members.
     const RegistryValue &member(QStringView key) const;
 
     friend bool operator==(const RegistryValue &a, const RegistryValue &b);
-    // Whether both are one collection in memory: equal without a look at it.
+    // Whether both share one collection in memory: equal without comparing.
     bool isSameCollectionAs(const RegistryValue &other) const;
-    // An equal value that keeps what it can of an earlier one's memory.
+    // An equal value that shares as much memory as possible with an earlier one.
     RegistryValue sharingWith(const RegistryValue &earlier) const;
-    // Alike for values that mean the same, too.
+    // Equal for values with isSameValue, too.
     friend size_t qHash(const RegistryValue &value, size_t seed);
 
 private:
@@ -97,7 +97,7 @@ private:
     void retain() const noexcept;
     void release() noexcept;
 
-    // The number, truth or time; of a text or data the shared buffer; of a collection the payload.
+    // Number, boolean or time; for text or data the shared buffer; for a collection the payload.
     union
     {
         quint64 bits_ = 0;

@@ -48,27 +48,33 @@ EntryRef TavRegistryEntry::createEmpty()
     return std::make_shared<TavRegistryEntry>(Private());
 }
 
+void TavRegistryEntry::_setDataStore(EntryStore *store)
+{
+    dataStore_ = store;
+    number_ = store ? store->takeEntryNumber() : 0;
+}
+
 void TavRegistryEntry::addChild(TavRegistryEntry &child, const QString &plane)
 {
-    childrenInPlanes_[plane].add(&child);
+    facts_.childrenInPlanes[plane].add(&child);
     child.addParent(*this, plane);
 }
 
 void TavRegistryEntry::addParent(TavRegistryEntry &parent, const QString &plane)
 {
-    parentsInPlanes_[plane].add(&parent);
+    facts_.parentsInPlanes[plane].add(&parent);
 }
 
 void TavRegistryEntry::clearParentChildRelationships()
 {
-    // The lists themselves stay, for most of what they hold comes back.
-    for (auto &item : parentsInPlanes_)
+    // Keeps the lists: most entries return.
+    for (auto &item : facts_.parentsInPlanes)
         item.value.clear();
 }
 
 void TavRegistryEntry::addAllChildrenTo(EntrySet &children) const
 {
-    for (const auto &item : childrenInPlanes_) {
+    for (const auto &item : facts_.childrenInPlanes) {
         for (TavRegistryEntry *const child : item.value.entries())
             children.insert(child);
     }
@@ -76,7 +82,7 @@ void TavRegistryEntry::addAllChildrenTo(EntrySet &children) const
 
 void TavRegistryEntry::addAllParentsTo(EntrySet &parents) const
 {
-    for (const auto &item : parentsInPlanes_) {
+    for (const auto &item : facts_.parentsInPlanes) {
         for (TavRegistryEntry *const parent : item.value.entries())
             parents.insert(parent);
     }
@@ -84,83 +90,84 @@ void TavRegistryEntry::addAllParentsTo(EntrySet &parents) const
 
 bool TavRegistryEntry::areChildrenInOrder() const
 {
-    return std::all_of(childrenInPlanes_.begin(), childrenInPlanes_.end(), [](const auto &item) {
-        const EntryList::Entries &children = item.value.entries();
-        return std::is_sorted(children.begin(), children.end(),
-                              [&](TavRegistryEntry *a, TavRegistryEntry *b) {
-                                  return compareForPlane(*a, *b, item.plane()) < 0;
-                              });
-    });
+    return std::all_of(
+        facts_.childrenInPlanes.begin(), facts_.childrenInPlanes.end(), [](const auto &item) {
+            const EntryList::Entries &children = item.value.entries();
+            return std::is_sorted(children.begin(), children.end(),
+                                  [&](TavRegistryEntry *a, TavRegistryEntry *b) {
+                                      return compareForPlane(*a, *b, item.plane()) < 0;
+                                  });
+        });
 }
 
 void TavRegistryEntry::forgetParents(const EntrySet &parents)
 {
-    for (auto &item : parentsInPlanes_)
+    for (auto &item : facts_.parentsInPlanes)
         item.value.removeIf([&](TavRegistryEntry *parent) { return parents.contains(parent); });
 }
 
 void TavRegistryEntry::clearTerminatedChildren()
 {
-    for (auto &item : childrenInPlanes_)
+    for (auto &item : facts_.childrenInPlanes)
         item.value.removeIf([](TavRegistryEntry *child) { return !child->DxRegistryEntry(); });
 }
 
 void TavRegistryEntry::leaveStore()
 {
-    dataStore_ = nullptr;
+    _setDataStore(nullptr);
     handle_.reset();
-    childrenInPlanes_.clear();
-    parentsInPlanes_.clear();
+    facts_.childrenInPlanes.clear();
+    facts_.parentsInPlanes.clear();
 }
 
 void TavRegistryEntry::forgetLinksTo(const EntrySet &leaving)
 {
     const auto isLeaving = [&](TavRegistryEntry *entry) { return leaving.contains(entry); };
-    for (auto &item : childrenInPlanes_)
+    for (auto &item : facts_.childrenInPlanes)
         item.value.removeIf(isLeaving);
-    for (auto &item : parentsInPlanes_)
+    for (auto &item : facts_.parentsInPlanes)
         item.value.removeIf(isLeaving);
 }
 
 void TavRegistryEntry::noteTerminatedAtDate(const QDateTime &date, bool immediate)
 {
-    dateTerminated_ = date;
+    facts_.dateTerminated = date;
     handle_.reset();
     if (immediate)
-        registryState_ = RegistryStateTerminated;
+        facts_.registryState = RegistryStateTerminated;
 }
 
 void TavRegistryEntry::clearIsNew()
 {
-    if (registryState_ == RegistryStateNew)
-        registryState_ = RegistryStateUnchanged;
+    if (facts_.registryState == RegistryStateNew)
+        facts_.registryState = RegistryStateUnchanged;
     if (properties_)
         properties_->clearIsNew();
 }
 
 QDateTime TavRegistryEntry::dateTerminated() const
 {
-    return registryState_ == RegistryStateTerminated ? dateTerminated_ : QDateTime();
+    return facts_.registryState == RegistryStateTerminated ? facts_.dateTerminated : QDateTime();
 }
 
 QString TavRegistryEntry::bundlePath() const
 {
     RegistryService *service = dataStore_ ? dataStore_->bundleService() : nullptr;
-    if (!service || bundleID_.isNull())
+    if (!service || facts_.bundleID.isNull())
         return {};
-    return service->bundleURLForIdentifier(bundleID_);
+    return service->bundleURLForIdentifier(facts_.bundleID);
 }
 
 QString TavRegistryEntry::nameInPlane(const QString &plane) const
 {
-    const CompactString *name = namesInPlanes_.find(plane);
-    return name ? name->toOwner() : name_;
+    const CompactString *name = facts_.namesInPlanes.find(plane);
+    return name ? name->toOwner() : facts_.name;
 }
 
 QString TavRegistryEntry::locationInPlane(const QString &plane) const
 {
-    const CompactString *location = locationsInPlanes_.find(plane);
-    return location ? location->toOwner() : location_;
+    const CompactString *location = facts_.locationsInPlanes.find(plane);
+    return location ? location->toOwner() : facts_.location;
 }
 
 QString TavRegistryEntry::nameAtLocationInPlane(const QString &plane) const
@@ -171,34 +178,30 @@ QString TavRegistryEntry::nameAtLocationInPlane(const QString &plane) const
 
 QString TavRegistryEntry::DxcoreClass() const
 {
-    return inheritance_.value(0);
+    return facts_.inheritance.value(0);
 }
 
 QStringList TavRegistryEntry::reversedInheritance() const
 {
-    return QStringList(inheritance_.rbegin(), inheritance_.rend());
+    return QStringList(facts_.inheritance.rbegin(), facts_.inheritance.rend());
 }
 
 QString TavRegistryEntry::inheritanceString() const
 {
-    return inheritance_.join(QLatin1String(" : "));
+    return facts_.inheritance.join(QLatin1String(" : "));
 }
 
 bool TavRegistryEntry::isKindOfDxcoreClass(const QString &className, bool substring) const
 {
-    return std::any_of(inheritance_.begin(), inheritance_.end(), [&](const QString &candidate) {
-        return substring ? candidate.contains(className, Qt::CaseInsensitive)
-                         : candidate == className;
-    });
-}
-
-void TavRegistryEntry::setFlag(Flag flag, bool on)
-{
-    flags_ = static_cast<quint8>(on ? flags_ | flag : flags_ & ~flag);
+    return std::any_of(facts_.inheritance.begin(), facts_.inheritance.end(),
+                       [&](const QString &candidate) {
+                           return substring ? candidate.contains(className, Qt::CaseInsensitive)
+                                            : candidate == className;
+                       });
 }
 
 namespace {
-const EntryList::Entries &entriesOf(const PlaneTable<EntryList> &table, const QString &plane)
+const EntryList::Entries &entriesOf(const PlaneMap<EntryList> &table, const QString &plane)
 {
     static const EntryList::Entries none;
     const EntryList *list = table.find(plane);
@@ -208,12 +211,12 @@ const EntryList::Entries &entriesOf(const PlaneTable<EntryList> &table, const QS
 
 const EntryList::Entries &TavRegistryEntry::childrenInPlane(const QString &plane) const
 {
-    return entriesOf(childrenInPlanes_, plane);
+    return entriesOf(facts_.childrenInPlanes, plane);
 }
 
 const EntryList::Entries &TavRegistryEntry::parentsInPlane(const QString &plane) const
 {
-    return entriesOf(parentsInPlanes_, plane);
+    return entriesOf(facts_.parentsInPlanes, plane);
 }
 
 EntryList::Entries TavRegistryEntry::childrenWithNameAtLocation(const QString &nameAtLocation,
@@ -230,7 +233,7 @@ EntryList::Entries TavRegistryEntry::childrenWithNameAtLocation(const QString &n
 std::size_t TavRegistryEntry::numParents() const
 {
     std::size_t count = 0;
-    for (const auto &item : parentsInPlanes_)
+    for (const auto &item : facts_.parentsInPlanes)
         count += item.value.entries().size();
     return count;
 }
@@ -261,7 +264,9 @@ int TavRegistryEntry::compareForPlane(const TavRegistryEntry &a, const TavRegist
         a.nameAtLocationInPlane(plane).compare(b.nameAtLocationInPlane(plane), Qt::CaseInsensitive);
     if (order != 0)
         return order < 0 ? -1 : 1;
-    return a.entryTag_ < b.entryTag_ ? -1 : a.entryTag_ > b.entryTag_ ? 1 : 0;
+    return a.facts_.entryTag < b.facts_.entryTag   ? -1
+           : a.facts_.entryTag > b.facts_.entryTag ? 1
+                                                   : 0;
 }
 
 void TavRegistryEntry::sortForPlane(EntryList::Entries &entries, const QString &plane)
@@ -279,7 +284,7 @@ void TavRegistryEntry::sortForPlane(EntryList::Entries &entries, const QString &
         keyed.push_back({entry->nameAtLocationInPlane(plane), entry});
     std::sort(keyed.begin(), keyed.end(), [](const Keyed &a, const Keyed &b) {
         const int order = a.key.compare(b.key, Qt::CaseInsensitive);
-        return order != 0 ? order < 0 : a.entry->entryTag_ < b.entry->entryTag_;
+        return order != 0 ? order < 0 : a.entry->facts_.entryTag < b.entry->facts_.entryTag;
     });
     std::transform(keyed.begin(), keyed.end(), entries.begin(),
                    [](const Keyed &item) { return item.entry; });

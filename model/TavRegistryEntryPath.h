@@ -2,7 +2,7 @@
 
 #include "model/TavRegistryEntry.h"
 
-// A plane and the entries from one without parents, normally the registry's root, down to an entry.
+// A plane and the entries on the way from one without parents, normally the root, down to an entry.
 class TavRegistryEntryPath
 {
 public:
@@ -24,8 +24,8 @@ public:
     bool containsRegistryEntry(const TavRegistryEntry &entry) const;
 
     int compareToEntryPath(const TavRegistryEntryPath &other) const; // -1, 0, 1
-    // "(Plane)" for the root alone, "Plane:/" for its child, below it "Plane:/Name/Name@Location":
-    // the root's child is not written. Null for an empty path.
+    // "(Plane)" for the root alone, "Plane:/" for its child, "Plane:/Name/Name@Location" below: the
+    // root's child is left out. Null for an empty path.
     QString registryPath() const;
     QString description() const;
 

@@ -7,20 +7,19 @@
 namespace {
 using ChainsUp::Chain;
 
-// As far as the most steps go.
 template<class IsTop, class Action>
 void forEachChainUp(const TavRegistryEntry &entry, const QString &plane, IsTop isTop, Action action)
 {
     const auto mayClimb = [](const auto &, const auto &) { return true; };
-    ChainsUp::forEach(entry, plane, ChainsUp::mostSteps, isTop, mayClimb, action);
+    ChainsUp::forEach(entry, plane, ChainsUp::maxSteps, isTop, mayClimb, action);
 }
 
-// The number of chains that forEachChainUp finds up to the registry's root, without walking each
-// of them.
+// The number of chains up to the registry's root, counted without walking each of them.
 quint64 countChainsUp(const TavRegistryEntry &entry, const QString &plane)
 {
-    constexpr quint64 most = std::numeric_limits<quint64>::max();
-    QHash<const TavRegistryEntry *, std::optional<quint64>> counts; // none: not all parents counted
+    constexpr quint64 max = std::numeric_limits<quint64>::max();
+    // None: parents still to be counted.
+    QHash<const TavRegistryEntry *, std::optional<quint64>> counts;
     std::vector<const TavRegistryEntry *> pending{&entry};
     while (!pending.empty()) {
         const TavRegistryEntry *const current = pending.back();
@@ -40,7 +39,7 @@ quint64 countChainsUp(const TavRegistryEntry &entry, const QString &plane)
         quint64 sum = isRoot ? 1 : 0;
         for (const TavRegistryEntry *parent : current->parentsInPlane(plane)) {
             if (!isRoot)
-                sum += std::min(most - sum, counts.value(parent).value_or(0));
+                sum += std::min(max - sum, counts.value(parent).value_or(0));
         }
         count = sum;
     }
@@ -65,7 +64,7 @@ QStringList TavRegistryEntry::registryPathsInPlane(const QString &plane) const
 QStringList TavRegistryEntry::planesWithParents() const
 {
     QStringList planes;
-    for (const auto &item : parentsInPlanes_) {
+    for (const auto &item : facts_.parentsInPlanes) {
         if (!item.value.entries().empty())
             planes.append(item.plane());
     }
@@ -127,10 +126,10 @@ EntrySet TavRegistryEntry::entriesMatchingRelativeRegistryPath(const QString &pa
 {
     EntrySet level{this};
     QStringView rest(path);
-    // An empty remainder, as after a trailing "/", matches nothing.
+    // Deliberate: an empty remainder, as after a trailing "/", matches nothing.
     while (!rest.isEmpty() && !level.isEmpty()) {
         const qsizetype slash = rest.indexOf(u'/');
-        // A leading "/" stands for an entry that is named so.
+        // A leading "/" is an entry with that name.
         const QStringView component = slash < 0 ? rest : rest.first(std::max<qsizetype>(slash, 1));
         if (slash == 0 && rest.sliced(1).startsWith(u'/'))
             return {};

@@ -1,5 +1,6 @@
 // The search operations of TavRegistryEntry.
 #include "model/EntryQuery.h"
+#include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
 
 #include <QCoreApplication>
@@ -11,7 +12,7 @@ QString truth(bool isTrue)
                   : QCoreApplication::translate("TavRegistryEntry", "False");
 }
 
-// Whether a text has the given one in it, or is it.
+// Whether a text contains or equals the given one.
 PropertyText::Predicate containing(const QString &text, bool substring)
 {
     return [text, substring](QStringView candidate) {
@@ -26,7 +27,8 @@ PropertyText::Predicate containing(const QString &text, bool substring)
 bool TavRegistryEntry::matchesQuery(const QString &query, FindOptions options,
                                     bool *descendantMatches, const QString &plane)
 {
-    return EntryQuery(query, options).run(*this, descendantMatches, plane);
+    const std::size_t numberLimit = dataStore_ ? dataStore_->entryNumberLimit() : number_ + 1;
+    return EntryQuery(query, options, numberLimit).run(*this, descendantMatches, plane);
 }
 
 TavRegistryEntry::SpecialTest TavRegistryEntry::specialTest(const QString &query)
@@ -104,7 +106,7 @@ RegistryValue TavRegistryEntry::valueForSpecialProperty(const QString &word) con
     if (is("active"))
         return RegistryValue::string(truth(isActive()));
     if (is("busy"))
-        return RegistryValue::number(busyCount_, 4);
+        return RegistryValue::number(facts_.busyCount, 4);
     return {};
 }
 

@@ -1,4 +1,4 @@
-// What TavRegistryEntry reads from the registry.
+// The reading operations of TavRegistryEntry.
 #include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
 
@@ -7,24 +7,24 @@ const QString kernelBundlePlaceholder = QStringLiteral("__kernel__");
 const QString kernelBundleID = QStringLiteral("org.linux.kernel");
 const QString serviceClass = QStringLiteral("DxService");
 
-// A plane's name as the service takes it: ASCII in a buffer of the given size with its NUL; null
-// when it cannot be one. The last ones are kept, since every entry is asked about every plane.
+// A plane's name for the service: ASCII, in a buffer of this size with its NUL; null when it does
+// not fit. Cached globally, since every entry is asked about every plane and results never change.
 QByteArray planeCString(const QString &plane, qsizetype bufferSize)
 {
-    constexpr std::size_t mostPlanes = 32;
-    static PlaneTable<QByteArray> known;
+    constexpr std::size_t maxPlanes = 32;
+    static PlaneMap<QByteArray> known;
     const auto isAscii = [](QChar c) { return c.unicode() > 0 && c.unicode() < 128; };
     if (plane.size() >= bufferSize)
         return {};
     if (const QByteArray *const text = known.find(plane))
         return *text;
-    if (known.size() >= mostPlanes)
+    if (known.size() >= maxPlanes)
         known.clear();
     const bool fits = std::all_of(plane.begin(), plane.end(), isAscii);
     return known[plane] = fits ? plane.toLatin1() : QByteArray();
 }
 
-// None for what is not UTF-8. A text equal to the likely one shares its storage.
+// None unless it is UTF-8. Shares the storage of the likely text if equal.
 std::optional<QString> fromServiceText(const RegistryName &text, const QString &likely)
 {
     const QUtf8StringView bytes(text.data(),
@@ -36,6 +36,7 @@ std::optional<QString> fromServiceText(const RegistryName &text, const QString &
     return bytes.toString();
 }
 
+// Global: the tags of all stores differ.
 quint64 nextCounterTag()
 {
     static quint64 next = 0;
@@ -51,46 +52,46 @@ bool TavRegistryEntry::initWithDxRegistryEntry(RegistryObject object, EntryStore
     handle_ = RegistryHandle::retain(*service, object);
     if (!readIdentity(*service))
         return false;
-    dataStore_ = &dataStore;
-    dateDiscovered_ = QDateTime::currentDateTimeUtc();
+    _setDataStore(&dataStore);
+    facts_.dateDiscovered = QDateTime::currentDateTimeUtc();
     if (!readInheritance(*service))
         return false;
-    bundleID_ = service->copyBundleIdentifierForClass(inheritance_.constFirst());
-    if (bundleID_ == kernelBundlePlaceholder)
-        bundleID_ = kernelBundleID;
-    setFlag(ConformsToDxService, service->conformsTo(object, serviceClass));
+    facts_.bundleID = service->copyBundleIdentifierForClass(facts_.inheritance.constFirst());
+    if (facts_.bundleID == kernelBundlePlaceholder)
+        facts_.bundleID = kernelBundleID;
+    facts_.setFlag(EntryFacts::ConformsToDxService, service->conformsTo(object, serviceClass));
     if (!readAttributesAndProperties())
         return false;
-    registryState_ = RegistryStateNew;
+    facts_.registryState = RegistryStateNew;
     return true;
 }
 
 bool TavRegistryEntry::readIdentity(RegistryService &service)
 {
     if (service.hasEntryIDs())
-        return service.entryID(handle_.get(), entryTag_) == RegistryStatus::Success;
-    entryTag_ = nextCounterTag();
+        return service.entryID(handle_.get(), facts_.entryTag) == RegistryStatus::Success;
+    facts_.entryTag = nextCounterTag();
     return true;
 }
 
 bool TavRegistryEntry::readInheritance(RegistryService &service)
 {
     QString className = service.copyClassName(handle_.get());
-    // A chain that comes back to itself ends there.
-    while (!className.isNull() && !inheritance_.contains(className)) {
-        inheritance_.append(className);
+    // Ends a chain that returns to itself.
+    while (!className.isNull() && !facts_.inheritance.contains(className)) {
+        facts_.inheritance.append(className);
         className =
             service.hasSuperclassLookup() ? service.copySuperclassName(className) : QString();
     }
-    if (inheritance_.isEmpty())
+    if (facts_.inheritance.isEmpty())
         return false;
-    // Entries of one class share the list.
+    // Entries of one class share the list, in all stores: the cache is global.
     static QHash<QString, QStringList> known;
-    QStringList &shared = known[inheritance_.constFirst()];
-    if (shared == inheritance_)
-        inheritance_ = shared;
+    QStringList &shared = known[facts_.inheritance.constFirst()];
+    if (shared == facts_.inheritance)
+        facts_.inheritance = shared;
     else
-        shared = inheritance_;
+        shared = facts_.inheritance;
     return true;
 }
 
@@ -101,7 +102,7 @@ bool TavRegistryEntry::readAttributesAndProperties()
     RegistryService &service = *dataStore_->service();
     if (conformsToDxService() && !readServiceState(service))
         return false;
-    kernelRetainCount_ = service.retainCount(handle_.get());
+    facts_.kernelRetainCount = service.retainCount(handle_.get());
     RegistryValue table;
     const bool isRead = readDxRegistryNameAndLocationInPlane({}) &&
                         service.copyProperties(handle_.get(), table) == RegistryStatus::Success;
@@ -109,7 +110,7 @@ bool TavRegistryEntry::readAttributesAndProperties()
     return isRead;
 }
 
-// The tree stays as it is while the service has the very same values.
+// Keeps the tree while the service returns the same values.
 void TavRegistryEntry::makePropertiesOf(const RegistryValue &table)
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
@@ -121,8 +122,8 @@ void TavRegistryEntry::makePropertiesOf(const RegistryValue &table)
         properties_->noteRead(now);
 }
 
-// The text is made while the table has just been and is at hand: a search that had to make it would
-// wait for the memory of every table.
+// Builds the text now, while the table is in the cache: a search that had to build it would wait
+// for the memory of every table.
 void TavRegistryEntry::setTable(const RegistryValue &table, const QDateTime &dateRead)
 {
     table_ = table;
@@ -161,13 +162,13 @@ bool TavRegistryEntry::readServiceState(RegistryService &service)
     quint64 state = 0;
     if (service.serviceState(handle_.get(), state) != RegistryStatus::Success)
         return false;
-    setFlag(Registered, state & ServiceRegistered);
-    setFlag(Matched, state & ServiceMatched);
-    setFlag(Active, !(state & ServiceInactive));
+    facts_.setFlag(EntryFacts::Registered, state & ServiceRegistered);
+    facts_.setFlag(EntryFacts::Matched, state & ServiceMatched);
+    facts_.setFlag(EntryFacts::Active, !(state & ServiceInactive));
     quint32 busy = 0;
     if (service.busyState(handle_.get(), busy) != RegistryStatus::Success)
         return false;
-    busyCount_ = busy;
+    facts_.busyCount = busy;
     return true;
 }
 
@@ -185,25 +186,25 @@ bool TavRegistryEntry::readDxRegistryNameAndLocationInPlane(const QString &plane
     RegistryName buffer;
     if (service.nameInPlane(handle_.get(), planeName, buffer) != RegistryStatus::Success)
         return false;
-    const auto name = fromServiceText(buffer, name_);
+    const auto name = fromServiceText(buffer, facts_.name);
     if (!name)
         return false;
     std::optional<QString> location;
     const RegistryStatus status = service.locationInPlane(handle_.get(), planeName, buffer);
     if (status == RegistryStatus::Success)
-        location = fromServiceText(buffer, location_);
+        location = fromServiceText(buffer, facts_.location);
     if (status != RegistryStatus::NotFound && !location)
         return false;
 
     isRenamed_ = isRenamed_ || nameInPlane(plane) != *name ||
                  locationInPlane(plane) != location.value_or(QString());
     if (plane.isNull()) {
-        name_ = *name;
-        location_ = location.value_or(QString());
+        facts_.name = *name;
+        facts_.location = location.value_or(QString());
     } else {
-        namesInPlanes_.set(plane, CompactString(*name));
+        facts_.namesInPlanes.set(plane, CompactString(*name));
         if (location)
-            locationsInPlanes_.set(plane, CompactString(*location));
+            facts_.locationsInPlanes.set(plane, CompactString(*location));
     }
     return true;
 }
@@ -222,13 +223,14 @@ void TavRegistryEntry::readChildrenInPlane(const QString &plane)
     const QByteArray planeText = planeCString(plane, planeBufferSize);
     if (planeText.isNull())
         return;
-    EntryList *children = childrenInPlanes_.find(plane);
+    EntryList *children = facts_.childrenInPlanes.find(plane);
     if (children)
         children->removeIf([](TavRegistryEntry *child) { return child->DxRegistryEntry() != 0; });
     for (TavRegistryEntry *terminated : childrenInPlane(plane))
         terminated->addParent(*this, plane);
-    for (TavRegistryEntry *child : newChildrenInPlane(plane, planeText)) {
-        children = children ? children : &childrenInPlanes_[plane];
+    const EntryList newChildren = newChildrenInPlane(plane, planeText);
+    for (TavRegistryEntry *child : newChildren.entries()) {
+        children = children ? children : &facts_.childrenInPlanes[plane];
         children->append(child);
         child->addParent(*this, plane);
     }
@@ -236,15 +238,11 @@ void TavRegistryEntry::readChildrenInPlane(const QString &plane)
         children->setOrder(sortedArrayForPlane(children->entries(), plane));
 }
 
-// Those of the service that are not in the list, none twice.
-EntryList::Entries TavRegistryEntry::newChildrenInPlane(const QString &plane,
-                                                        const QByteArray &cPlane)
+// The service's children that are not in the list.
+EntryList TavRegistryEntry::newChildrenInPlane(const QString &plane, const QByteArray &cPlane)
 {
-    static quint64 reading = 0;
-    ++reading;
-    for (TavRegistryEntry *listed : childrenInPlane(plane))
-        listed->listedByReading_ = reading;
-    EntryList::Entries children;
+    const EntryList *const listed = facts_.childrenInPlanes.find(plane);
+    EntryList children;
     RegistryIterator iterator = 0;
     RegistryService *const service = handle_ ? dataStore_->service() : nullptr;
     if (!service || service->childIterator(handle_.get(), cPlane.constData(), iterator) !=
@@ -252,8 +250,8 @@ EntryList::Entries TavRegistryEntry::newChildrenInPlane(const QString &plane,
         return children;
     while (const auto child = RegistryHandle::adopt(*service, service->iteratorNext(iterator))) {
         auto *const entry = dataStore_->registryEntryForDxRegistryEntry(child.get(), true);
-        if (entry && std::exchange(entry->listedByReading_, reading) != reading)
-            children.push_back(entry);
+        if (entry && !(listed && listed->contains(entry)))
+            children.add(entry);
     }
     service->releaseIterator(iterator);
     return children;
@@ -278,8 +276,8 @@ void TavRegistryEntry::updateIsSingle(bool single)
     if (!dataStore_ || !dataStore_->isLive())
         return;
     setDateLastUpdated(single ? QDateTime::currentDateTimeUtc() : QDateTime());
-    if (!handle_ && !dateTerminated_.isNull()) {
-        registryState_ = RegistryStateTerminated;
+    if (!handle_ && !facts_.dateTerminated.isNull()) {
+        facts_.registryState = RegistryStateTerminated;
         dataStore_->setHasPendingTerminations(true);
     } else {
         readAttributesAndProperties();

@@ -43,11 +43,41 @@ PropertyRef TavRegistryProperty::create(const PropertyClass &nodeClass,
     if (!name.isNull())
         root->setName(CompactString(name));
     root->value_ = value;
-    // Every node holds its value until its turn comes to be opened into children.
+    // Every node holds its value until it is opened into children.
     TavRegistryProperty *nextFree = tree->at(root, 1);
     for (std::size_t i = 0; i < count; ++i)
         tree->at(root, i)->openCollection(nextFree);
     return PropertyRef(tree, root);
+}
+
+PropertyRef TavRegistryProperty::restore(const PropertyClass &nodeClass,
+                                         const std::shared_ptr<TavRegistryEntry> &entry,
+                                         std::span<const PropertyFacts> nodes)
+{
+    const auto tree = std::make_shared<PropertyTree>(nodeClass, entry, QDateTime());
+    std::vector<TavRegistryProperty *> made(nodes.size());
+    made.front() = tree->addNodes(1);
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        const PropertyFacts &node = nodes[i];
+        TavRegistryProperty &property = *made[i];
+        property.setRegistryState(node.state);
+        property.valueType_ = node.type;
+        if (node.hasName)
+            property.setName(node.name);
+        if (!node.isCollection) {
+            property.value_ = node.value;
+            continue;
+        }
+        TavRegistryProperty *const first = tree->addNodes(node.childCount);
+        property.value_.~RegistryValue();
+        property.flags_ |= Collection;
+        property.children_ = {{first}, node.childCount, false};
+        for (quint32 child = 0; child < node.childCount; ++child) {
+            made[node.firstChild + child] = tree->at(first, child);
+            made[node.firstChild + child]->parent_ = &property;
+        }
+    }
+    return PropertyRef(tree, made.front());
 }
 
 void TavRegistryProperty::openCollection(TavRegistryProperty *&nextFree)

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "model/PropertyFacts.h"
 #include "model/PropertyTree.h"
-#include "model/RegistryState.h"
-#include "model/RegistryValue.h"
 
 #include <QVarLengthArray>
 #include <QVariantList>
+#include <span>
 
 class TavRegistryProperty;
 
@@ -13,8 +13,8 @@ class TavRegistryProperty;
 using PropertyRef = std::shared_ptr<TavRegistryProperty>;
 
 // A node of an entry's property tree: the table itself, a key of a dictionary, an element of an
-// array or a member of a set. A tree is built whole from one value and not changed by reading it.
-// Main thread only.
+// array or a member of a set. A tree is built as a whole from one value; reading does not change
+// it. Main thread only.
 class TavRegistryProperty
 {
 public:
@@ -29,52 +29,58 @@ public:
     virtual const PropertyClass &propertyClass() const { return staticPropertyClass(); }
     static constexpr int classVersion = 2;
 
-    // Builds the tree of a value, of nodes of the given class; none for no value. A null date means
-    // now. A null name makes a node without a key. The index is not kept: every node without a key
-    // has index 0. The parent's tree is kept.
+    // Builds the tree of a value from nodes of the given class; null for no value. Null date: now.
+    // Null name: a node without a key. Keeps the parent's tree. Deliberate: the index is not
+    // stored; every node without a key has index 0.
     static PropertyRef create(const PropertyClass &nodeClass,
                               const std::shared_ptr<TavRegistryEntry> &entry, const QDateTime &date,
                               TavRegistryProperty *parent, const QString &name, quint32 index,
                               const RegistryValue &value);
 
+    // Builds the tree from a list of nodes: parents before children, siblings consecutive.
+    static PropertyRef restore(const PropertyClass &nodeClass,
+                               const std::shared_ptr<TavRegistryEntry> &entry,
+                               std::span<const PropertyFacts> nodes);
+
     PropertyRef ref();
     std::shared_ptr<TavRegistryEntry> registryEntry() const;
     QDateTime dateRead() const;
-    void noteRead(const QDateTime &date); // the whole tree: nothing in it has changed since
+    void noteRead(const QDateTime &date); // for the whole tree: it is unchanged
     bool hasClass(const PropertyClass &nodeClass) const;
 
     RegistryState registryState() const { return static_cast<RegistryState>(state_); }
     void setRegistryState(RegistryState state) { state_ = static_cast<quint8>(state); }
     void setRegistryStateRecursive(RegistryState state);
-    void resetRegistryState(); // to unchanged, but for what is terminated
+    void resetRegistryState(); // to unchanged, except terminated nodes
     void clearIsNew();
     void removeDeletedChildren();
 
     QString name() const; // null for the root
     bool hasName() const { return flags_ & HasName; }
     quint32 index() const { return 0; }
-    Type valueType() const { return valueType_; } // of the value that it was built from
+    Type valueType() const { return valueType_; } // of the value it was built from
     RegistryValue value() const;                  // none for a collection
     TavRegistryProperty *parent() const { return parent_; }
     bool isCollection() const { return flags_ & Collection; }
 
-    // Terminated children count and are listed too. None for no collection.
+    // Includes terminated children.
     qsizetype numberOfChildren() const;
     std::vector<TavRegistryProperty *> children() const;
     TavRegistryProperty *childAtIndex(qsizetype index) const;
     TavRegistryProperty *childWithName(const QString &name) const;
 
-    // For searching, without sharing what is looked at: the key, and the value of a string.
+    // For searching, without reference counts: the key, and the value of a string.
     QStringView nameView() const { return {ident_.data(), ident_.size()}; }
     QStringView stringView() const { return isCollection() ? QStringView() : value_.stringView(); }
-    // Whether any node below satisfies the predicate. What is in sets is not looked at.
+    // Whether any node below satisfies the predicate. Skips the contents of sets.
     template<class Predicate>
     bool anyBelow(Predicate predicate) const;
 
     QString propertyPath() const;      // "/", "//Key", "//Key/Member", "//Key[0]"
     QVariantList keyIndexPath() const; // strings, and numbers for elements of arrays
 
-    // Marks what differs from the older tree's node at the same place; whether anything does.
+    // Marks differences from the older tree's node at the same place; returns whether there are
+    // any.
     bool noteChangesFromProperty(TavRegistryProperty &older);
 
     bool isEqual(const TavRegistryProperty &other) const;
@@ -82,19 +88,18 @@ public:
     int compareByType(const TavRegistryProperty &other) const;
     int compareByValue(const TavRegistryProperty &other) const;
 
-    // A node like this one in a tree of its own, holding the same children, of unset value type.
+    // A copy of this node in its own tree, with the same children and unset value type.
     PropertyRef copy();
 
 protected:
-    // The stored value, or none for a collection; without a copy.
+    // The stored value without a copy; none for a collection.
     const RegistryValue &contents() const;
 
 private:
-    friend class PropertyTreeDecoder;
     enum Flag : quint8 { Collection = 1, HasName = 2 };
     using ChildList = std::vector<TavRegistryProperty *>;
 
-    // Children lie in one block until one is added or removed; from then on they are listed.
+    // Children are one block until one is added or removed, then a list.
     struct Children
     {
         union
@@ -151,7 +156,7 @@ bool TavRegistryProperty::anyBelow(Predicate predicate) const
     while (!pending.isEmpty()) {
         const TavRegistryProperty *const node = pending.last();
         pending.removeLast();
-        // Texts lie anywhere in memory: asking for all of them first saves waiting for each.
+        // Prefetch: texts are scattered in memory.
         for (std::size_t i = 0; i < node->children_.count; ++i)
             node->child(i)->fetchText();
         for (std::size_t i = 0; i < node->children_.count; ++i) {

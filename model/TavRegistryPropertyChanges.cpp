@@ -1,4 +1,4 @@
-// What marks a property tree against the one before it.
+// Marking changes against the previous property tree.
 #include "model/TavRegistryProperty.h"
 
 #include <QHash>
@@ -82,7 +82,7 @@ bool TavRegistryProperty::noteArrayChanges(TavRegistryProperty &older)
 
 bool TavRegistryProperty::noteSetChanges(TavRegistryProperty &older)
 {
-    // Collections in a set equal nothing but themselves, so values alone make the index.
+    // Deliberate: collections in a set equal only themselves, so the index holds scalars only.
     using Index = QMultiHash<size_t, TavRegistryProperty *>;
     const auto indexed = [](const ChildList &nodes) {
         Index index;
@@ -142,7 +142,7 @@ PropertyRef TavRegistryProperty::copy()
 {
     const auto tree =
         std::make_shared<PropertyTree>(tree_->nodeClass(), tree_->entry(), tree_->dateRead());
-    tree->keep(tree_->shared_from_this()); // its parent and its children live there
+    tree->keep(tree_->shared_from_this()); // it holds the parent and the children
     TavRegistryProperty *node = tree->addNodes(1);
     node->parent_ = parent_;
     node->ident_ = ident_;

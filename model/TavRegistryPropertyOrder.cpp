@@ -13,7 +13,8 @@ int sign(int comparison)
     return sign(comparison, 0);
 }
 
-// Shorter first; of equal lengths the last differing byte decides, and there the greater is first.
+// Deliberate: shorter first; among equal lengths the last differing byte decides, the greater
+// first.
 int compareData(const QByteArray &a, const QByteArray &b)
 {
     if (a.size() != b.size())
@@ -70,7 +71,7 @@ int TavRegistryProperty::typeRank(Type type)
     }
 }
 
-// What a collection stores is its list of children, so it counts as an array.
+// Deliberate: a collection stores a list of children, so it counts as an array.
 TavRegistryProperty::Type TavRegistryProperty::storedType() const
 {
     return isCollection() ? Type::Array : value_.type();

@@ -7,7 +7,7 @@
 #include <QStringMatcher>
 #include <array>
 
-// One text looked for within many, without regard to case. An empty text is found nowhere.
+// Searches texts for one text, case-insensitive. An empty text is never found.
 class TextSearch
 {
 public:
@@ -22,13 +22,13 @@ public:
     {
         return length_ > 0 && candidate.size() >= length_ && matcher_.indexIn(candidate) >= 0;
     }
-    // Whether any of the texts of a PropertyText, or of part of it, matches.
+    // Whether any text of a PropertyText, or of a part of it, matches.
     bool matchesAnyOf(QByteArrayView texts) const
     {
         return length_ > 0 && foldedMatcher_.indexIn(texts) >= 0;
     }
-    // As matches, for a text that stays where it is while the search lasts. Many entries share one
-    // text, so most answers are known already; those for long texts are never forgotten.
+    // Like matches, for a text that keeps its address during the search. Caches answers, since many
+    // entries share texts; answers for long texts stay cached.
     bool matchesKept(QStringView candidate) const
     {
         const auto place = reinterpret_cast<quintptr>(candidate.utf16());

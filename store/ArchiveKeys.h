@@ -2,13 +2,13 @@
 
 #include <QLatin1String>
 
-// Names in the archive of a data store.
+// Keys and class names in the archive of a data store.
 struct ArchiveClassName
 {
     static constexpr QLatin1String dataStore[] = {QLatin1String("TavDataStore")};
     static constexpr QLatin1String entry[] = {QLatin1String("TavRegistryEntry")};
-    // Which of the two a node becomes is settled by the class in use, not by the archive. Children
-    // are display items only, so that is what all nodes are written as.
+    // The class in use, not the archive, decides what nodes become. Deliberate: children are always
+    // written as display items.
     static constexpr QLatin1String child[] = {QLatin1String("TavPropertyOutlineItem")};
     static constexpr QLatin1String property[] = {child[0], QLatin1String("TavRegistryProperty")};
 };

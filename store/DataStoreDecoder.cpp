@@ -10,7 +10,7 @@
 #include <future>
 
 namespace {
-constexpr double readingPart = 0.4; // of all
+constexpr double readingPart = 0.4;
 constexpr std::size_t betweenReports = 256;
 constexpr std::size_t worthTwoThreads = 4096; // entries
 } // namespace
@@ -84,7 +84,7 @@ bool DataStoreDecoder::succeeded(QLatin1String key) const
     return !unarchiver_.error();
 }
 
-// False when what stands for the version is no version at all.
+// False unless there is a valid version number.
 bool DataStoreDecoder::checkVersion() const
 {
     const auto version = object_.decodeInteger<quint64>(DataStoreKey::version);
@@ -107,7 +107,7 @@ bool DataStoreDecoder::decodeEntries()
         return decodeOnOneThread(*references);
     if (decodeOnTwoThreads(*references))
         return true;
-    // What is wrong with it is for one thread to find and to log.
+    // One thread finds and logs the fault.
     return makeEntries(*references) && decodeOnOneThread(*references);
 }
 
@@ -131,7 +131,7 @@ bool DataStoreDecoder::decodeOnOneThread(const References &entries)
            decoder.finish();
 }
 
-// The properties are about half of the work.
+// Properties are about half of the work.
 bool DataStoreDecoder::decodeOnTwoThreads(const References &entries)
 {
     std::atomic<bool> isOver = false;
@@ -143,7 +143,7 @@ bool DataStoreDecoder::decodeOnTwoThreads(const References &entries)
         });
     };
     auto properties = std::async(std::launch::async, decodeProperties);
-    const auto end = qScopeGuard([&] { isOver = true; }); // before the other thread is waited for
+    const auto end = qScopeGuard([&] { isOver = true; }); // before waiting for the other thread
     KeyedUnarchiver unarchiver(unarchiver_, KeyedUnarchiver::Silently::Yes);
     RegistryEntryDecoder decoder(unarchiver, entries_);
     const bool isSound =
@@ -167,7 +167,7 @@ bool DataStoreDecoder::decodePlanes()
     return true;
 }
 
-// All entries are made before any is decoded, since they refer to one another.
+// Creates all entries before decoding any, since they refer to each other.
 bool DataStoreDecoder::makeEntries(const std::vector<ArchiveReference> &references)
 {
     quint32 highest = 0;
@@ -175,10 +175,11 @@ bool DataStoreDecoder::makeEntries(const std::vector<ArchiveReference> &referenc
         highest = std::max(highest, reference.index);
     entries_.assign(highest + std::size_t(1), nullptr);
     store_->registryEntries_.clear();
+    store_->restartEntryNumbers();
     store_->registryEntries_.reserve(references.size());
     for (const ArchiveReference reference : references) {
         if (entries_[reference.index]) {
-            unarchiver_.fail(QStringLiteral("an entry stands twice in the table"), {});
+            unarchiver_.fail(QStringLiteral("an entry is listed twice"), {});
             return false;
         }
         EntryRef entry = TavRegistryEntry::createEmpty();

@@ -4,12 +4,12 @@
 #include "platform/runloop/WorkProgress.h"
 #include "store/TavDataStore.h"
 
-// Makes an archived data store from the bytes of a document. The bytes may be anything: time and
-// memory are proportional to their number, and what is returned is sound. On any thread.
+// Decodes an archived data store from the bytes of a document. Accepts hostile input: time and
+// memory are linear in its size, and the result is consistent. Any thread.
 class DataStoreDecoder
 {
 public:
-    // Null, and logged, when the bytes hold no store that can be read. Throws
+    // Null, and logged, when the bytes hold no readable store. Throws
     // TavOldUnsupportedFileVersionException and TavNewUnsupportedFileVersionException.
     static std::unique_ptr<TavDataStore> decode(const QByteArray &bytes, WorkProgress &progress);
     static std::unique_ptr<TavDataStore> decode(const QByteArray &bytes);
@@ -33,5 +33,5 @@ private:
     WorkProgress &progress_;
     ArchivedObject object_;
     std::unique_ptr<TavDataStore> store_;
-    std::vector<TavRegistryEntry *> entries_; // by the object they are decoded from
+    std::vector<TavRegistryEntry *> entries_; // by archive object
 };

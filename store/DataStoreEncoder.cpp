@@ -30,7 +30,7 @@ QString DataStoreEncoder::encode(const TavDataStore &store, QIODevice &device)
     encoder.makeMissingTrees();
     if (!encoder.settleLinks())
         return QStringLiteral("the entries have more paths than can be followed");
-    // The trees stay in memory until all are written: nodes are identified by their addresses.
+    // Keep all trees until they are written: nodes are identified by address.
     std::vector<TavRegistryEntry *> treeless;
     for (const EntryRef &entry : store.registryEntries()) {
         if (!entry->hasTree())
@@ -54,10 +54,10 @@ DataStoreEncoder::DataStoreEncoder(const TavDataStore &store, QIODevice &device)
     , propertyClass_(archiver_.addClass<TavRegistryProperty>(
           ArchiveClassName::property[0],
           [this](const TavRegistryProperty &object, KeyedArchiver &) { encodeProperty(object); }))
-    , children_{EntryKey::childrenInPlanes, &TavRegistryEntry::childrenInPlanes_,
-                PlaneLinks::Direction::ToChildren}
-    , parents_{EntryKey::parentsInPlanes, &TavRegistryEntry::parentsInPlanes_,
-               PlaneLinks::Direction::ToParents}
+    , children_{EntryKey::childrenInPlanes, &EntryFacts::childrenInPlanes,
+                LinkChecker::Direction::ToChildren}
+    , parents_{EntryKey::parentsInPlanes, &EntryFacts::parentsInPlanes,
+               LinkChecker::Direction::ToParents}
 {}
 
 bool DataStoreEncoder::isAllowed() const
@@ -67,9 +67,9 @@ bool DataStoreEncoder::isAllowed() const
         return std::all_of(table.begin(), table.end(),
                            [](const auto &item) { return Limits::allowName(item.plane()); });
     };
-    const auto haveNames = [&](const PlaneNames &names) {
+    const auto haveNames = [&](const NamesByPlane &names) {
         for (std::size_t i = 0; i < names.size(); ++i) {
-            if (!Limits::allowName(names.plane(i)) || names.name(i).size() > Limits::longestName)
+            if (!Limits::allowName(names.plane(i)) || names.name(i).size() > Limits::maxNameSize)
                 return false;
         }
         return true;
@@ -77,15 +77,18 @@ bool DataStoreEncoder::isAllowed() const
     const auto &entries = store_.registryEntries();
     return Limits::allowPlanes(store_.registryPlanes()) &&
            std::all_of(entries.begin(), entries.end(), [&](const EntryRef &entry) {
-               return Limits::allowName(entry->name_) && Limits::allowName(entry->location_) &&
-                      Limits::allowName(entry->bundleID_) &&
-                      Limits::allowClasses(entry->inheritance_) &&
-                      haveNames(entry->namesInPlanes_) && haveNames(entry->locationsInPlanes_) &&
-                      havePlanes(entry->childrenInPlanes_) && havePlanes(entry->parentsInPlanes_);
+               return Limits::allowName(entry->facts().name) &&
+                      Limits::allowName(entry->facts().location) &&
+                      Limits::allowName(entry->facts().bundleID) &&
+                      Limits::allowClasses(entry->facts().inheritance) &&
+                      haveNames(entry->facts().namesInPlanes) &&
+                      haveNames(entry->facts().locationsInPlanes) &&
+                      havePlanes(entry->facts().childrenInPlanes) &&
+                      havePlanes(entry->facts().parentsInPlanes);
            });
 }
 
-// An entry that could not be read lately has lost its tree, but no archive opens without it.
+// An entry that could not be read has no tree, but an archive needs one.
 void DataStoreEncoder::makeMissingTrees()
 {
     for (const EntryRef &entry : store_.registryEntries()) {
@@ -121,13 +124,13 @@ void DataStoreEncoder::encodeEntry(const TavRegistryEntry &entry)
     archiver_.encodeReference(EntryKey::dataStore, archiver_.reference(store_, storeClass_));
     archiver_.encodeDate(EntryKey::dateDiscovered, entry.dateDiscovered());
     archiver_.encodeDate(EntryKey::dateLastUpdated, entry.dateLastUpdated());
-    archiver_.encodeDate(EntryKey::dateTerminated, entry.dateTerminated_);
+    archiver_.encodeDate(EntryKey::dateTerminated, entry.facts().dateTerminated);
     archiver_.encodeString(EntryKey::bundleID, entry.bundleID());
     encodeStrings(EntryKey::inheritance, entry.inheritance());
-    archiver_.encodeString(EntryKey::name, entry.name_);
-    encodeNames(EntryKey::namesInPlanes, entry.namesInPlanes_);
-    archiver_.encodeString(EntryKey::location, entry.location_);
-    encodeNames(EntryKey::locationsInPlanes, entry.locationsInPlanes_);
+    archiver_.encodeString(EntryKey::name, entry.facts().name);
+    encodeNames(EntryKey::namesInPlanes, entry.facts().namesInPlanes);
+    archiver_.encodeString(EntryKey::location, entry.facts().location);
+    encodeNames(EntryKey::locationsInPlanes, entry.facts().locationsInPlanes);
     encodeRelatives(entry, children_);
     encodeRelatives(entry, parents_);
     archiver_.encodeInteger(EntryKey::entryTag, entry.entryTag());
@@ -178,8 +181,8 @@ void DataStoreEncoder::encodeParent(const TavRegistryProperty &node)
         archiver_.encodeReference(PropertyKey::parent, {});
 }
 
-// The children of a terminated copy name the node it was copied from as their parent. That one is
-// not part of the snapshot.
+// Children of a terminated copy name the original as their parent, which is not part of the
+// snapshot.
 void DataStoreEncoder::encodeChildren(const TavRegistryProperty &node)
 {
     std::vector<ArchiveReference> children;
@@ -198,7 +201,7 @@ void DataStoreEncoder::encodeStrings(QLatin1String key, const QStringList &strin
     archiver_.encodeValue(key, ArchiveList(strings.begin(), strings.end()));
 }
 
-void DataStoreEncoder::encodeNames(QLatin1String key, const PlaneNames &names)
+void DataStoreEncoder::encodeNames(QLatin1String key, const NamesByPlane &names)
 {
     ArchiveDictionary dictionary;
     for (std::size_t i = 0; i < names.size(); ++i)

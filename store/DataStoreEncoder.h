@@ -1,15 +1,14 @@
 #pragma once
 
 #include "platform/archive/KeyedArchiver.h"
-#include "store/PlaneLinks.h"
+#include "store/LinkChecker.h"
 #include "store/TavDataStore.h"
 
-// Writes a data store, with its entries and their property trees, as the archive that is the
-// content of a document.
+// Writes a data store, with its entries and their property trees, as the archive of a document.
 class DataStoreEncoder
 {
 public:
-    // The reason when not all could be written, else null. The device then holds part of it.
+    // Null on success, else the reason; the device then holds an incomplete archive.
     static QString encode(const TavDataStore &store, QIODevice &device);
 
 private:
@@ -17,27 +16,27 @@ private:
     struct Relatives
     {
         QLatin1String key;
-        PlaneTable<EntryList> TavRegistryEntry::*table;
-        PlaneLinks::Direction direction;
-        PlaneLinks::LinkSets leftOut = {}; // by the entries' numbers in the archive
+        PlaneMap<EntryList> EntryFacts::*table;
+        LinkChecker::Direction direction;
+        LinkChecker::LinkSets leftOut = {}; // by archive object
     };
 
     DataStoreEncoder(const TavDataStore &store, QIODevice &device);
-    bool isAllowed() const; // false when no archive of the store would open
+    bool isAllowed() const; // false when the archive could not be opened again
     void makeMissingTrees();
     bool settleLinks(); // likewise
-    PlaneLinks linksTo(const Relatives &relatives);
+    LinkChecker linksTo(const Relatives &relatives);
     void encodeStore(const TavDataStore &store);
     void encodeEntry(const TavRegistryEntry &entry);
     void encodeProperty(const TavRegistryProperty &node);
     void encodeParent(const TavRegistryProperty &node);
     void encodeChildren(const TavRegistryProperty &node);
     void encodeStrings(QLatin1String key, const QStringList &strings);
-    void encodeNames(QLatin1String key, const PlaneNames &names);
+    void encodeNames(QLatin1String key, const NamesByPlane &names);
     void encodeRelatives(const TavRegistryEntry &entry, const Relatives &relatives);
-    // Of the entry of that number in the archive.
+    // Of the entry with this archive object.
     std::vector<ArchiveReference> writtenRelatives(quint32 number, const Relatives &relatives,
-                                                   const PlaneTable<EntryList>::Item &item);
+                                                   const PlaneMap<EntryList>::Item &item);
     const TavRegistryProperty *treeOf(const TavRegistryEntry &entry) const;
 
     const TavDataStore &store_;
@@ -48,6 +47,6 @@ private:
     Relatives children_;
     Relatives parents_;
     QHash<const TavRegistryEntry *, PropertyRef> missingTrees_;
-    // The lister of each node that names another one as its parent.
+    // The actual parent of each node that names another one as its parent.
     QHash<const TavRegistryProperty *, const TavRegistryProperty *> listers_;
 };

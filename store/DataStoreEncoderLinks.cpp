@@ -1,34 +1,34 @@
-// How the links between entries are written.
+// Encoding the links between entries.
 #include "store/DataStoreEncoder.h"
 
-// Terminated entries keep their children, and entries can be read alone, so that two may each be
-// said to be above the other. A snapshot that says so would not open.
+// Terminated entries keep their children, and entries can be reread alone, so two entries may each
+// claim to be above the other. Such a snapshot could not be opened again.
 bool DataStoreEncoder::settleLinks()
 {
     archiver_.reference(store_, storeClass_); // the root of the archive
     for (const EntryRef &entry : store_.registryEntries())
         archiver_.reference(*entry, entryClass_);
-    const quint64 mostPaths = PlaneLinks::pathLimit(store_.registryEntries().size());
+    const quint64 maxPaths = LinkChecker::pathLimit(store_.registryEntries().size());
     for (Relatives *relatives : {&children_, &parents_}) {
-        const PlaneLinks links = linksTo(*relatives);
-        PlaneLinks::Finding finding = links.check(mostPaths);
-        if (finding == PlaneLinks::Finding::Cycle) {
+        const LinkChecker links = linksTo(*relatives);
+        LinkChecker::Finding finding = links.check(maxPaths);
+        if (finding == LinkChecker::Finding::Cycle) {
             relatives->leftOut = links.closingLinks();
-            finding = linksTo(*relatives).check(mostPaths);
+            finding = linksTo(*relatives).check(maxPaths);
         }
-        if (finding != PlaneLinks::Finding::Sound)
+        if (finding != LinkChecker::Finding::Sound)
             return false;
     }
     return true;
 }
 
-PlaneLinks DataStoreEncoder::linksTo(const Relatives &relatives)
+LinkChecker DataStoreEncoder::linksTo(const Relatives &relatives)
 {
-    PlaneLinks links(relatives.direction);
+    LinkChecker links(relatives.direction);
     std::vector<quint32> numbers;
     for (const EntryRef &entry : store_.registryEntries()) {
         const quint32 number = archiver_.reference(*entry, entryClass_).index;
-        for (const auto &item : (*entry).*relatives.table) {
+        for (const auto &item : entry->facts().*relatives.table) {
             numbers.clear();
             for (const ArchiveReference relative : writtenRelatives(number, relatives, item))
                 numbers.push_back(relative.index);
@@ -42,7 +42,7 @@ void DataStoreEncoder::encodeRelatives(const TavRegistryEntry &entry, const Rela
 {
     const quint32 number = archiver_.reference(entry, entryClass_).index;
     ArchiveDictionary dictionary;
-    for (const auto &item : entry.*relatives.table) {
+    for (const auto &item : entry.facts().*relatives.table) {
         const std::vector<ArchiveReference> list = writtenRelatives(number, relatives, item);
         if (!list.empty())
             dictionary.push_back({item.plane(), ArchiveList(list.begin(), list.end())});
@@ -52,7 +52,7 @@ void DataStoreEncoder::encodeRelatives(const TavRegistryEntry &entry, const Rela
 
 std::vector<ArchiveReference>
 DataStoreEncoder::writtenRelatives(quint32 number, const Relatives &relatives,
-                                   const PlaneTable<EntryList>::Item &item)
+                                   const PlaneMap<EntryList>::Item &item)
 {
     const auto leftOut = relatives.leftOut.constFind(item.plane());
     std::vector<ArchiveReference> references;

@@ -2,8 +2,7 @@
 
 #include <QString>
 
-// What a store posts on the default notification center, about itself, but for the entry that
-// was re-read by itself.
+// Posted on the default notification center by a store, or by the entry that was reread.
 namespace DataStoreNotifications {
 inline const QString outOfDate = QStringLiteral("Data store out of date");
 inline const QString changed = QStringLiteral("Data store changed");

@@ -2,5 +2,5 @@
 
 class KeyedUnarchiver;
 
-// Logs that something could not be decoded, with the unarchiver's error.
+// Logs what could not be decoded, with the unarchiver's error.
 void logUnableToDecode(const char *what, const KeyedUnarchiver &unarchiver);

@@ -3,7 +3,7 @@
 #include <QString>
 #include <exception>
 
-// A snapshot of a version that cannot be read. The reason is for the user, in their language.
+// A snapshot of an unsupported version. The reason is for the user, translated.
 class UnsupportedFileVersionException : public std::exception
 {
 public:

@@ -3,8 +3,8 @@
 #include "model/RegistryHandle.h"
 #include "platform/runloop/OneShotTimer.h"
 
-// By what a live store follows its registry, and how it is asked to. A number is 0 where the
-// registration has failed.
+// How a live store follows its registry: settings and registrations. A number is 0 when the
+// registration failed.
 struct LiveUpdate
 {
     bool autoupdate = false;

@@ -6,15 +6,15 @@
 #include <QStringDecoder>
 
 namespace {
-constexpr qsizetype largestList = 64 * 1024 * 1024; // bytes
-constexpr int deepestNesting = 64;
-constexpr qsizetype longestTag = 512;
+constexpr qsizetype maxListSize = 64 * 1024 * 1024; // bytes
+constexpr int maxNesting = 64;
+constexpr qsizetype maxTagSize = 512;
 
-// The position after a tag, or -1 when it is too long or declares something.
+// The position after a tag; -1: too long, or declares something.
 qsizetype endOfTag(QStringView xml, qsizetype start)
 {
     QChar quote;
-    for (const QChar c : xml.sliced(start, std::min(longestTag, xml.size() - start))) {
+    for (const QChar c : xml.sliced(start, std::min(maxTagSize, xml.size() - start))) {
         ++start;
         if (!quote.isNull())
             quote = c == quote ? QChar() : quote;
@@ -28,8 +28,8 @@ qsizetype endOfTag(QStringView xml, qsizetype start)
     return -1;
 }
 
-// The position of what ends the markup that starts at the position, or of a tag or document type
-// the position after it; -1 when there is none, or it is too long or declares something.
+// The end of the markup that starts at the position: its end mark or, for tags and document types,
+// the position after it. -1: none, too long, or declares something.
 qsizetype endOfMarkup(QStringView xml, qsizetype start)
 {
     static constexpr struct
@@ -40,15 +40,15 @@ qsizetype endOfMarkup(QStringView xml, qsizetype start)
                  {QLatin1String("<![CDATA["), QLatin1String("]]>")},
                  {QLatin1String("<?"), QLatin1String("?>")}};
     for (const auto &[opening, closing] : kinds) {
-        // The two may not share a character, as in "<!-->".
+        // Start and end must not overlap, as in "<!-->".
         if (xml.sliced(start).startsWith(opening))
             return xml.indexOf(closing, start + opening.size());
     }
     return endOfTag(xml, start);
 }
 
-// The stream reader takes time with the square of a tag's attributes and of what the document type
-// declares; property lists need neither.
+// The stream reader's time grows with the square of a tag's attributes and of the declarations of
+// the document type; property lists need neither.
 bool hasShortTags(QStringView xml)
 {
     qsizetype start = xml.indexOf(u'<');
@@ -64,7 +64,7 @@ bool hasShortTags(QStringView xml)
 
 RegistryValue PropertyListReader::read(const QByteArray &xml)
 {
-    if (xml.size() > largestList)
+    if (xml.size() > maxListSize)
         return {};
     QStringDecoder decoder(QStringDecoder::Utf8);
     const QString text = decoder(xml);
@@ -93,7 +93,7 @@ RegistryValue PropertyListReader::readDocument()
     return {};
 }
 
-// Leads to the start of the next element, or false at the end of the enclosing one.
+// Moves to the start of the next element; false at the end of the enclosing one.
 bool PropertyListReader::nextElement()
 {
     while (!xml_.atEnd()) {
@@ -121,7 +121,7 @@ RegistryValue PropertyListReader::readValue(int depth)
     const auto name = xml_.name();
     const bool isDictionary = name == QLatin1String("dict");
     if (isDictionary || name == QLatin1String("array")) {
-        if (depth == deepestNesting)
+        if (depth == maxNesting)
             return fail("nested too deeply");
         return isDictionary ? readDictionary(depth) : readArray(depth);
     }
@@ -185,7 +185,7 @@ RegistryValue PropertyListReader::readReal()
     const QString text = readText().trimmed();
     bool ok = false;
     text.toDouble(&ok);
-    // Deliberate: kept as it is written, for values have no fractions.
+    // Deliberate: stored as its text, since values have no fractions.
     return ok ? RegistryValue::string(text) : fail("not a real");
 }
 

@@ -4,14 +4,13 @@
 
 #include <QXmlStreamReader>
 
-// Reads a property list in XML, such as version 1 of the archive keeps an entry's properties in.
-// Integers become numbers of 8 bytes, which is how wide the format means them; a real has no
-// counterpart in the registry and becomes its text.
+// Reads an XML property list, as in archives of version 1. Integers become 8-byte numbers, the
+// width of the format; a real becomes its text, since the registry has no reals.
 class PropertyListReader
 {
 public:
-    // None when the bytes are no sound property list in UTF-8, or one that is too large, too deep
-    // or declares more than its document type.
+    // None unless the bytes are a valid property list in UTF-8 that is neither too large nor too
+    // deep and declares nothing but its document type.
     static RegistryValue read(const QByteArray &xml);
 
 private:

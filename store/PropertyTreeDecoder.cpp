@@ -18,7 +18,7 @@ PropertyTreeDecoder::decode(ArchiveReference root, ArchiveReference entry, TavRe
         return {};
     entry_ = entry;
     nodes_.clear();
-    nodes_.push_back({.reference = root, .parent = {}, .name = {}, .value = {}});
+    nodes_.emplace_back().reference = root;
     for (std::size_t i = 0; i < nodes_.size(); ++i) {
         if (decodeNode(i))
             continue;
@@ -45,7 +45,7 @@ bool PropertyTreeDecoder::decodeNode(std::size_t index)
     if (unarchiver_.error())
         return fail(PropertyKey::hasName.data(), nullptr);
     if (object.decodeReference(PropertyKey::registryEntry, ArchiveClassName::entry) != entry_)
-        return fail("registryEntry", "a property belongs to no or another entry");
+        return fail("registryEntry", "the property does not belong to the entry");
     const auto state = object.decodeInteger<quint32>(PropertyKey::registryState);
     if (unarchiver_.error() || state > RegistryStateTerminated)
         return fail(PropertyKey::registryState.data(), "unknown state of a property");
@@ -54,7 +54,7 @@ bool PropertyTreeDecoder::decodeNode(std::size_t index)
            (node.isCollection ? decodeChildren(object, index) : decodeValue(object, node));
 }
 
-// The parent must be the node that lists this one, or paths could lead astray or in circles.
+// The parent must be the node that lists this one, or paths could be wrong or endless.
 bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Node &node)
 {
     const auto parent = object.decodeReference(PropertyKey::parent, ArchiveClassName::property);
@@ -66,7 +66,7 @@ bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Node 
 bool PropertyTreeDecoder::decodeIdent(const ArchivedObject &object, Node &node)
 {
     if (!node.hasName) {
-        object.decodeInteger<qint32>(PropertyKey::index); // Deliberate: nodes have no place for it
+        object.decodeInteger<qint32>(PropertyKey::index); // Deliberate: not stored
         return !unarchiver_.error() || fail(PropertyKey::index.data(), nullptr);
     }
     node.name = CompactString(object.decodeString(PropertyKey::name));
@@ -92,9 +92,12 @@ bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, std::size
     node.firstChild = nodes_.size();
     node.childCount = static_cast<quint32>(children->size());
     const quint32 depth = node.depth + 1;
-    for (const ArchiveReference child : *children) // which may move the node
-        nodes_.push_back(
-            {.reference = child, .parent = index, .depth = depth, .name = {}, .value = {}});
+    for (const ArchiveReference child : *children) { // may move the node
+        Node &added = nodes_.emplace_back();
+        added.reference = child;
+        added.parent = index;
+        added.depth = depth;
+    }
     return true;
 }
 
@@ -111,8 +114,8 @@ bool PropertyTreeDecoder::decodeValue(const ArchivedObject &object, Node &node)
 bool PropertyTreeDecoder::isOfTable(const Node &node) const
 {
     using Type = RegistryValue::Type;
-    constexpr quint32 deepest = 64; // values are freed level by level on the stack
-    const bool isSound = node.isCollection ? node.type != Type::Null && node.depth < deepest
+    constexpr quint32 maxDepth = 64; // values are freed recursively
+    const bool isSound = node.isCollection ? node.type != Type::Null && node.depth < maxDepth
                                            : !node.value.isCollection();
     if (!isSound || node.state != RegistryStateUnchanged)
         return false;
@@ -153,37 +156,15 @@ RegistryValue PropertyTreeDecoder::makeTable()
 
 PropertyRef PropertyTreeDecoder::makeTree(TavRegistryEntry &owner) const
 {
-    const auto tree = std::make_shared<PropertyTree>(TavRegistryEntry::currentPropertyClass(),
-                                                     owner.weak_from_this(), QDateTime());
-    std::vector<TavRegistryProperty *> made(nodes_.size());
-    made.front() = tree->addNodes(1);
-    for (std::size_t i = 0; i < nodes_.size(); ++i) {
-        const Node &node = nodes_[i];
-        TavRegistryProperty &property = *made[i];
-        property.setRegistryState(node.state);
-        property.valueType_ = node.type;
-        if (node.hasName)
-            property.setName(node.name);
-        if (!node.isCollection) {
-            property.value_ = node.value;
-            continue;
-        }
-        TavRegistryProperty *const first = tree->addNodes(node.childCount);
-        property.value_.~RegistryValue();
-        property.flags_ |= TavRegistryProperty::Collection;
-        property.children_ = {{first}, node.childCount, false};
-        for (quint32 child = 0; child < node.childCount; ++child) {
-            made[node.firstChild + child] = tree->at(first, child);
-            made[node.firstChild + child]->parent_ = &property;
-        }
-    }
-    return PropertyRef(tree, made.front());
+    const std::vector<PropertyFacts> facts(nodes_.begin(), nodes_.end());
+    return TavRegistryProperty::restore(TavRegistryEntry::currentPropertyClass(),
+                                        owner.shared_from_this(), facts);
 }
 
 bool PropertyTreeDecoder::claim(ArchiveReference node)
 {
     if (isClaimed_[node.index]) {
-        unarchiver_.fail(QStringLiteral("a property stands in two places"),
+        unarchiver_.fail(QStringLiteral("a property is listed twice"),
                          QStringLiteral("object %1").arg(node.index));
         return false;
     }

@@ -3,13 +3,12 @@
 #include "model/TavRegistryEntry.h"
 #include "platform/archive/KeyedUnarchiver.h"
 
-// Decodes the property trees of entries. Every node belongs to one place of one tree; an archive
-// that says otherwise is refused.
+// Decodes the property trees of entries. Refuses archives in which a node has more than one place.
 class PropertyTreeDecoder
 {
 public:
-    // The table that stands for the tree, or the tree of nodes of the class in use where it is one
-    // that no table would make. Neither, and logged, when it cannot be decoded.
+    // The table that makes the tree, or else the tree itself, of the node class in use. Neither,
+    // and logged, on failure.
     struct Decoded
     {
         RegistryValue table;
@@ -21,19 +20,11 @@ public:
     Decoded decode(ArchiveReference root, ArchiveReference entry, TavRegistryEntry &owner);
 
 private:
-    struct Node
+    struct Node : PropertyFacts
     {
-        ArchiveReference reference;
-        std::optional<std::size_t> parent; // of the nodes; none: the root
+        ArchiveReference reference{};
+        std::optional<std::size_t> parent; // index; none: the root
         quint32 depth = 0;
-        quint32 childCount = 0;
-        std::size_t firstChild = 0; // of the nodes
-        RegistryState state = RegistryStateUnchanged;
-        RegistryValue::Type type = RegistryValue::Type::None;
-        bool hasName = false;
-        bool isCollection = false;
-        CompactString name;
-        RegistryValue value;
     };
 
     bool decodeNode(std::size_t index);
@@ -41,7 +32,7 @@ private:
     bool decodeIdent(const ArchivedObject &object, Node &node);
     bool decodeChildren(const ArchivedObject &object, std::size_t index);
     bool decodeValue(const ArchivedObject &object, Node &node);
-    bool isOfTable(const Node &node) const; // as a table would make it
+    bool isOfTable(const Node &node) const; // as built from a table
     RegistryValue makeTable();
     PropertyRef makeTree(TavRegistryEntry &owner) const;
     bool claim(ArchiveReference node);
@@ -49,6 +40,6 @@ private:
 
     KeyedUnarchiver &unarchiver_;
     ArchiveReference entry_{};
-    std::vector<Node> nodes_;     // each before its children, which lie one after another
-    std::vector<bool> isClaimed_; // by object: it is a node of some tree already
+    std::vector<Node> nodes_;     // parents before children, siblings consecutive
+    std::vector<bool> isClaimed_; // by archive object: already a node of a tree
 };

@@ -8,8 +8,7 @@
 namespace {
 using Members = std::vector<std::pair<const QString *, ArchivedValue>>;
 
-// Plane tables are sorted, and filling them in another order takes time with the square of the
-// planes.
+// Filling sorted plane maps in another order takes quadratic time.
 Members sortedByKey(const ArchivedValue &dictionary)
 {
     Members members;
@@ -41,16 +40,19 @@ qint32 RegistryEntryDecoder::versionOf(const ArchivedObject &object)
 bool RegistryEntryDecoder::decodeFacts(ArchiveReference reference)
 {
     const ArchivedObject object = unarchiver_.object(reference);
-    TavRegistryEntry &entry = *entries_[reference.index];
+    EntryFacts facts;
     ++entryCount_;
     const qint32 version = versionOf(object);
     if (version > TavRegistryEntry::classVersion || !succeeded(EntryKey::version.data()))
         return false;
-    if (!decodeDates(object, entry) || !decodeNames(object, entry) ||
-        !decodeRelations(object, entry) || !decodeCountsAndFlags(object, entry))
+    if (!decodeDates(object, facts) || !decodeNames(object, facts) ||
+        !decodeRelations(object, facts) || !decodeCountsAndFlags(object, facts))
         return false;
-    return version == TavRegistryEntry::classVersion ? decodeState(object, entry)
-                                                     : decodeOldState(object, entry);
+    if (!(version == TavRegistryEntry::classVersion ? decodeState(object, facts)
+                                                    : decodeOldState(object, facts)))
+        return false;
+    entries_[reference.index]->restore(std::move(facts));
+    return true;
 }
 
 bool RegistryEntryDecoder::decodeProperties(ArchiveReference reference)
@@ -76,54 +78,54 @@ bool RegistryEntryDecoder::finish()
     return !unarchiver_.error();
 }
 
-void RegistryEntryDecoder::check(const PlaneLinks &links)
+void RegistryEntryDecoder::check(const LinkChecker &links)
 {
-    switch (links.check(PlaneLinks::pathLimit(entryCount_))) {
-    case PlaneLinks::Finding::Sound:
+    switch (links.check(LinkChecker::pathLimit(entryCount_))) {
+    case LinkChecker::Finding::Sound:
         break;
-    case PlaneLinks::Finding::Cycle:
+    case LinkChecker::Finding::Cycle:
         unarchiver_.fail(QStringLiteral("an entry is its own ancestor"), {});
         break;
-    case PlaneLinks::Finding::TooManyPaths:
+    case LinkChecker::Finding::TooManyPaths:
         unarchiver_.fail(QStringLiteral("the entries have more paths than can be followed"), {});
         break;
     }
 }
 
-bool RegistryEntryDecoder::decodeDates(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeDates(const ArchivedObject &object, EntryFacts &facts)
 {
-    entry.dateDiscovered_ = object.decodeDate(EntryKey::dateDiscovered);
+    facts.dateDiscovered = object.decodeDate(EntryKey::dateDiscovered);
     if (!succeeded("dateDiscovered"))
         return false;
-    entry.dateLastUpdated_ = object.decodeDate(EntryKey::dateLastUpdated);
+    facts.dateLastUpdated = object.decodeDate(EntryKey::dateLastUpdated);
     if (!succeeded("dateLastUpdated"))
         return false;
-    entry.dateTerminated_ = object.decodeDate(EntryKey::dateTerminated);
+    facts.dateTerminated = object.decodeDate(EntryKey::dateTerminated);
     return succeeded("dateTerminated");
 }
 
-bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, EntryFacts &facts)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::String;
-    entry.bundleID_ = object.decodeString(EntryKey::bundleID);
-    if (!isDecoded(entry.bundleID_, "bundleID"))
+    facts.bundleID = object.decodeString(EntryKey::bundleID);
+    if (!isDecoded(facts.bundleID, "bundleID"))
         return false;
-    if (!decodeInheritance(object, entry))
+    if (!decodeInheritance(object, facts))
         return false;
-    entry.name_ = object.decodeString(EntryKey::name);
-    if (!isDecoded(entry.name_, "name"))
+    facts.name = object.decodeString(EntryKey::name);
+    if (!isDecoded(facts.name, "name"))
         return false;
-    if (!setNames(entry.namesInPlanes_, object.valueInPlace(EntryKey::namesInPlanes, table)))
+    if (!setNames(facts.namesInPlanes, object.valueInPlace(EntryKey::namesInPlanes, table)))
         return fail("namesInPlanes", "not a table of names");
-    entry.location_ = object.decodeString(EntryKey::location);
-    if (!isDecoded(entry.location_, "location"))
+    facts.location = object.decodeString(EntryKey::location);
+    if (!isDecoded(facts.location, "location"))
         return false;
-    return setNames(entry.locationsInPlanes_,
+    return setNames(facts.locationsInPlanes,
                     object.valueInPlace(EntryKey::locationsInPlanes, table)) ||
            fail("location", "not a table of locations");
 }
 
-bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, EntryFacts &facts)
 {
     const ArchivedValue list =
         object.valueInPlace(EntryKey::inheritance, ArchiveKind::List | ArchiveKind::String);
@@ -133,93 +135,89 @@ bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, TavRe
         return name.string() != nullptr;
     };
     if (!list.isList() || !list.forEachElement(note) || identities_.empty())
-        return decodeNewInheritance(object, entry);
+        return decodeNewInheritance(object, facts);
     Inheritance &known = inheritances_[identities_.front()];
     if (known.identities != identities_) {
-        if (!decodeNewInheritance(object, entry))
+        if (!decodeNewInheritance(object, facts))
             return false;
-        known = {identities_, entry.inheritance_};
+        known = {identities_, facts.inheritance};
     }
-    entry.inheritance_ = known.classes;
+    facts.inheritance = known.classes;
     return true;
 }
 
-bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object,
-                                                TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object, EntryFacts &facts)
 {
-    entry.inheritance_ = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
+    facts.inheritance = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
     if (!succeeded("inheritance"))
         return false;
-    return SnapshotLimits::allowClasses(entry.inheritance_) ||
+    return SnapshotLimits::allowClasses(facts.inheritance) ||
            fail("inheritance", "too many classes, or names that are too long");
 }
 
-// Relatives have no message of their own; they share the one of the location.
-bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, TavRegistryEntry &entry)
+// Deliberate: relatives share the log message of the location.
+bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, EntryFacts &facts)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::List | ArchiveKind::String;
-    const auto decode = [&](PlaneTable<EntryList> &relatives, PlaneLinks &links,
-                            QLatin1String key) {
+    const auto decode = [&](PlaneMap<EntryList> &relatives, LinkChecker &links, QLatin1String key) {
         return setRelatives(relatives, links, object.reference().index,
                             object.valueInPlace(key, table, ArchiveClassName::entry)) ||
                fail("location", "not a table of entries of the store");
     };
-    return decode(entry.childrenInPlanes_, childLinks_, EntryKey::childrenInPlanes) &&
-           decode(entry.parentsInPlanes_, parentLinks_, EntryKey::parentsInPlanes);
+    return decode(facts.childrenInPlanes, childLinks_, EntryKey::childrenInPlanes) &&
+           decode(facts.parentsInPlanes, parentLinks_, EntryKey::parentsInPlanes);
 }
 
-bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
-                                                TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object, EntryFacts &facts)
 {
-    entry.entryTag_ = object.decodeInteger<quint64>(EntryKey::entryTag);
+    facts.entryTag = object.decodeInteger<quint64>(EntryKey::entryTag);
     if (!succeeded(EntryKey::entryTag.data()))
         return false;
-    entry.busyCount_ = object.decodeInteger<quint32>(EntryKey::busyCount);
+    facts.busyCount = object.decodeInteger<quint32>(EntryKey::busyCount);
     if (!succeeded(EntryKey::busyCount.data()))
         return false;
-    entry.kernelRetainCount_ = object.decodeInteger<quint32>(EntryKey::kernelRetainCount);
+    facts.kernelRetainCount = object.decodeInteger<quint32>(EntryKey::kernelRetainCount);
     if (!succeeded(EntryKey::kernelRetainCount.data()))
         return false;
-    using Entry = TavRegistryEntry;
     for (const auto &[flag, key] :
-         {std::pair(Entry::RegistryRoot, EntryKey::isRegistryRoot),
-          std::pair(Entry::ConformsToDxService, EntryKey::conformsToDxService),
-          std::pair(Entry::Registered, EntryKey::isRegistered),
-          std::pair(Entry::Matched, EntryKey::isMatched),
-          std::pair(Entry::Active, EntryKey::isActive)}) {
-        entry.setFlag(flag, object.decodeBoolean(key));
+         {std::pair(EntryFacts::RegistryRoot, EntryKey::isRegistryRoot),
+          std::pair(EntryFacts::ConformsToDxService, EntryKey::conformsToDxService),
+          std::pair(EntryFacts::Registered, EntryKey::isRegistered),
+          std::pair(EntryFacts::Matched, EntryKey::isMatched),
+          std::pair(EntryFacts::Active, EntryKey::isActive)}) {
+        facts.setFlag(flag, object.decodeBoolean(key));
         if (!succeeded(key.data()))
             return false;
     }
     return true;
 }
 
-bool RegistryEntryDecoder::decodeState(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeState(const ArchivedObject &object, EntryFacts &facts)
 {
     const auto store = object.decodeReference(EntryKey::dataStore, ArchiveClassName::dataStore);
     if (store != KeyedUnarchiver::root)
-        return fail("dataStore", "the entry belongs to no or another store");
+        return fail("dataStore", "the entry does not belong to the store");
     const auto state = object.decodeInteger<quint32>(EntryKey::registryState);
     if (!succeeded(EntryKey::registryState.data()))
         return false;
     if (state > RegistryStateTerminated)
         return fail(EntryKey::registryState.data(), "unknown state of an entry");
-    entry.registryState_ = static_cast<RegistryState>(state);
+    facts.registryState = static_cast<RegistryState>(state);
     return true;
 }
 
-bool RegistryEntryDecoder::decodeOldState(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeOldState(const ArchivedObject &object, EntryFacts &facts)
 {
     if (object.decodeBoolean(EntryKey::isNew))
-        entry.registryState_ = RegistryStateNew;
+        facts.registryState = RegistryStateNew;
     if (!succeeded(EntryKey::isNew.data()))
         return false;
     if (object.decodeBoolean(EntryKey::terminationAcknowledged))
-        entry.registryState_ = RegistryStateTerminated;
+        facts.registryState = RegistryStateTerminated;
     return succeeded(EntryKey::terminationAcknowledged.data());
 }
 
-// An entry without readable bytes simply has no properties.
+// Deliberate: an entry without readable bytes has no properties.
 bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
                                                TavRegistryEntry &entry)
 {
@@ -229,12 +227,12 @@ bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
     return succeeded("properties");
 }
 
-bool RegistryEntryDecoder::setNames(PlaneNames &names, const ArchivedValue &value)
+bool RegistryEntryDecoder::setNames(NamesByPlane &names, const ArchivedValue &value)
 {
     if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
-    PlaneNames::Strings planes;
-    PlaneNames::Strings texts;
+    NamesByPlane::Strings planes;
+    NamesByPlane::Strings texts;
     for (const auto &[plane, member] : sortedByKey(value)) {
         const QString *const name = member.string();
         if (!name || !SnapshotLimits::allowName(*name) || !SnapshotLimits::allowName(*plane))
@@ -246,7 +244,7 @@ bool RegistryEntryDecoder::setNames(PlaneNames &names, const ArchivedValue &valu
     return true;
 }
 
-bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links,
+bool RegistryEntryDecoder::setRelatives(PlaneMap<EntryList> &table, LinkChecker &links,
                                         quint32 entry, const ArchivedValue &value)
 {
     if (!value.isDictionary())
@@ -266,7 +264,7 @@ bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks
     return true;
 }
 
-// Into relatives_: entries of the store, none of them twice.
+// Into relatives_. False unless all are different entries of the store.
 bool RegistryEntryDecoder::readRelatives(const ArchivedValue &list)
 {
     ++listCount_;
@@ -284,7 +282,8 @@ bool RegistryEntryDecoder::readRelatives(const ArchivedValue &list)
 
 bool RegistryEntryDecoder::isDecoded(const QString &name, const char *what)
 {
-    return succeeded(what) && (SnapshotLimits::allowName(name) || fail(what, "too long a name"));
+    return succeeded(what) &&
+           (SnapshotLimits::allowName(name) || fail(what, "the name is too long"));
 }
 
 bool RegistryEntryDecoder::succeeded(const char *what)

@@ -6,7 +6,7 @@ void RegistryPass::run(RegistryService &service, const std::vector<EntryRef> &en
     const bool canCompare = lastReading_ != 0 && planes == planes_;
     const Entries changed = canCompare ? changedEntries(service, entries) : entries;
     if (changed.size() > entries.size() / 2)
-        readAll(entries); // which takes less for each
+        readAll(entries); // cheaper per entry
     else
         readChanged(changed, entries);
     noteOutOfOrder(entries);
@@ -20,14 +20,14 @@ void RegistryPass::noteDropped(std::size_t countBefore, std::size_t countAfter)
     if (countBefore == lastCount_)
         lastCount_ = countAfter;
     else
-        forget(); // which of the entries have been read is not known any more
+        forget(); // it is unknown which entries have been read
 }
 
 void RegistryPass::readAll(const Entries &entries)
 {
     for (const EntryRef &entry : entries)
         entry->clearParentChildRelationships();
-    // Reading children appends the entries that are new, and they are read in the same pass.
+    // Reading children appends new entries, which are read in the same pass.
     for (std::size_t i = 0; i < entries.size(); ++i)
         entries[i]->updateIsSingle(false);
 }
@@ -36,7 +36,7 @@ void RegistryPass::readChanged(const Entries &changed, const Entries &entries)
 {
     const std::size_t countBefore = entries.size();
     EntrySet parents;
-    EntrySet affected; // whose parents may be others
+    EntrySet affected; // their parents may have changed
     const auto read = [&affected](TavRegistryEntry &entry) {
         entry.updateIsSingle(false);
         entry.addAllChildrenTo(affected);
@@ -54,7 +54,7 @@ void RegistryPass::readChanged(const Entries &changed, const Entries &entries)
     orderParents(affected, entries);
 }
 
-// What is gone from the host counts as changed: its children are to lose it.
+// Vanished objects count as changed: their children must lose them.
 RegistryPass::Entries RegistryPass::changedEntries(RegistryService &service,
                                                    const Entries &entries) const
 {
@@ -72,7 +72,7 @@ RegistryPass::Entries RegistryPass::changedEntries(RegistryService &service,
     return changed;
 }
 
-// Those are read again by the next pass, changed or not.
+// The next pass rereads these, changed or not.
 void RegistryPass::noteOutOfOrder(const Entries &entries)
 {
     EntrySet parents;

@@ -2,18 +2,18 @@
 
 #include "model/TavRegistryEntry.h"
 
-// Brings the entries of a live store up to what its service has read. An entry of which the service
-// knows that nothing has changed since the pass before is left as it is; all links are as if every
-// entry had been read again in the store's order.
+// Updates the entries of a live store from its service. Skips entries that the service reports as
+// unchanged since the previous pass; links become the same as after reading every entry in the
+// store's order.
 class RegistryPass
 {
 public:
-    // Reads the entries; those that are found on the way are appended, and read as well.
+    // Reads the entries; appends and reads those found on the way.
     void run(RegistryService &service, const std::vector<EntryRef> &entries,
              const QStringList &planes);
     // The next pass reads everything.
     void forget() { lastReading_ = 0; }
-    // Entries have left the store.
+    // Call when entries have left the store.
     void noteDropped(std::size_t countBefore, std::size_t countAfter);
 
 private:
@@ -25,8 +25,8 @@ private:
     void noteOutOfOrder(const Entries &entries);
     static void orderParents(const EntrySet &children, const Entries &entries);
 
-    quint64 lastReading_ = 0;   // of the service; 0: none that counts
-    std::size_t lastCount_ = 0; // of the entries after it
-    QStringList planes_;        // that were read for
-    EntrySet outOfOrder_;       // whose children got their names after they were put in order
+    quint64 lastReading_ = 0;   // of the service; 0: none
+    std::size_t lastCount_ = 0; // of entries after it
+    QStringList planes_;        // that were read
+    EntrySet outOfOrder_;       // entries whose children were renamed after sorting
 };

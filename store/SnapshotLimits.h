@@ -2,22 +2,22 @@
 
 #include <QStringList>
 
-// What a snapshot may tell. A file can refer to one long name over and over, while names are put
-// together to be shown and compared to be sorted, and each plane costs a look at every entry; no
-// registry comes near any limit.
+// Limits of a snapshot. A file can repeat one long name many times, while names are joined for
+// display and compared for sorting, and each plane takes a pass over all entries. No real registry
+// comes near any limit.
 struct SnapshotLimits
 {
-    static constexpr qsizetype mostPlanes = 256;
-    static constexpr qsizetype mostClasses = 256; // of one entry
-    static constexpr qsizetype longestName = 510; // a longer one of a plane cannot be asked about
+    static constexpr qsizetype maxPlanes = 256;
+    static constexpr qsizetype maxClasses = 256;  // of one entry
+    static constexpr qsizetype maxNameSize = 510; // the service takes no longer plane
 
-    static bool allowName(const QString &name) { return name.size() <= longestName; }
-    static bool allowPlanes(const QStringList &planes) { return allow(planes, mostPlanes); }
-    static bool allowClasses(const QStringList &classes) { return allow(classes, mostClasses); }
+    static bool allowName(const QString &name) { return name.size() <= maxNameSize; }
+    static bool allowPlanes(const QStringList &planes) { return allow(planes, maxPlanes); }
+    static bool allowClasses(const QStringList &classes) { return allow(classes, maxClasses); }
 
 private:
-    static bool allow(const QStringList &names, qsizetype most)
+    static bool allow(const QStringList &names, qsizetype maxCount)
     {
-        return names.size() <= most && std::all_of(names.begin(), names.end(), allowName);
+        return names.size() <= maxCount && std::all_of(names.begin(), names.end(), allowName);
     }
 };

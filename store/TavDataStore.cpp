@@ -27,7 +27,7 @@ TavDataStore::~TavDataStore()
     life_.reset();
     endNotifications();
     const bool isLarge = registryEntries_.size() >= Disposal::worthwhile;
-    // Nobody can ask those any more that are held here alone.
+    // Entries that only the store holds need no cleaning up.
     for (const EntryRef &entry : registryEntries_) {
         if (isLive_ || !isLarge || entry.use_count() > 1 || entry->isTreeHeld())
             entry->leaveStore();
@@ -43,7 +43,7 @@ TavDataStore::initFromDxRegistry(RegistryService &service,
     std::unique_ptr<TavDataStore> store(new TavDataStore);
     store->isLive_ = true;
     store->service_ = store->bundleService_ = &service;
-    // Deliberate: before the first snapshot, so that a failure of that one is reported, too.
+    // Deliberate: set before the first snapshot, so that its failure is reported, too.
     store->delegate_ = std::move(delegate);
     store->readMachineFacts();
     store->_registerForDxcoreNotifications();
@@ -105,7 +105,7 @@ bool TavDataStore::updateAfter(bool (RegistryService::*prepare)())
         return false;
     }
     const QDateTime began = QDateTime::currentDateTimeUtc();
-    const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
+    const std::weak_ptr<void> life = life_; // an observer may close the document
     if (!(service_->*prepare)() || life.expired())
         return false;
     ++directUpdates_;
@@ -113,9 +113,9 @@ bool TavDataStore::updateAfter(bool (RegistryService::*prepare)())
     return true;
 }
 
-// Deliberate: the planes are those that the root had at the last update, so a new plane shows at
-// the second one; and the parents of what hangs below a terminated entry are not read again, so
-// the inside of an unplugged subtree loses its paths.
+// Deliberate: uses the planes that the root had at the last update, so a new plane shows at the
+// second one; and the parents of entries below a terminated entry are not reread, so the inside of
+// an unplugged subtree loses its paths.
 void TavDataStore::readRegistry(const QDateTime &began)
 {
     lastUpdateDate_ = began;
@@ -162,7 +162,7 @@ void TavDataStore::updatePlanes()
 void TavDataStore::updateObject(TavRegistryEntry &entry)
 {
     const EntryRef held = entry.shared_from_this();
-    const std::weak_ptr<void> life = life_; // what is told of meanwhile may close the document
+    const std::weak_ptr<void> life = life_; // an observer may close the document
     const bool isPrepared =
         !service_ || !entry.DxRegistryEntry() || service_->prepareObject(entry.DxRegistryEntry());
     if (isPrepared && !life.expired())
@@ -210,7 +210,7 @@ TavRegistryEntry *TavDataStore::registryEntryForDxRegistryEntry(RegistryObject o
 {
     if (!service_)
         return nullptr;
-    RegistryHandle root; // held by this look-up alone
+    RegistryHandle root; // for this look-up only
     const bool isRoot = object == 0;
     if (isRoot) {
         root = RegistryHandle::adopt(*service_, service_->rootEntry());
@@ -228,7 +228,7 @@ TavRegistryEntry *TavDataStore::findEntry(RegistryObject object) const
     quint64 tag = 0;
     if (service_->hasEntryIDs() && service_->entryID(object, tag) == RegistryStatus::Success)
         return entriesByTag_.value(tag);
-    // Only the service can tell which handles are one object, so this cannot be indexed.
+    // Only the service can compare handles, so there is no index.
     const auto found =
         std::find_if(registryEntries_.begin(), registryEntries_.end(), [&](const EntryRef &entry) {
             return entry->DxRegistryEntry() &&
@@ -276,6 +276,9 @@ void TavDataStore::dropEntries(const EntrySet &leaving)
         }
     }
     std::erase_if(registryEntries_, isLeaving);
+    restartEntryNumbers();
+    for (const EntryRef &entry : registryEntries_)
+        entry->setNumber(takeEntryNumber());
     pass_.noteDropped(countBefore, registryEntries_.size());
 }
 

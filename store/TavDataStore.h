@@ -7,15 +7,15 @@
 #include "store/RegistryPass.h"
 #include "store/TavDataStoreDelegate.h"
 
-// The device registry at one moment: every entry seen so far, the names of the planes and a few
+// The device registry at one moment: all entries seen so far, the names of the planes and some
 // facts about the machine. A live store reads the registry service; an archived one never does.
 // Main thread only.
 class TavDataStore : public EntryStore
 {
 public:
-    // Captures the whole registry of a service, which must outlive the store. Nothing in the first
-    // picture counts as new. The delegate learns when there is no registry. Null when
-    // the user has cancelled the reading.
+    // Captures the whole registry of a service, which must outlive the store. Nothing counts as new
+    // in the first snapshot. Reports to the delegate when there is no registry. Null when the user
+    // cancels.
     static std::unique_ptr<TavDataStore>
     initFromDxRegistry(RegistryService &service,
                        std::shared_ptr<TavDataStoreDelegate> delegate = nullptr);
@@ -36,23 +36,23 @@ public:
     void setUpToDate(bool upToDate) { isUpToDate_ = upToDate; }
     RegistryService *service() const override { return service_; }
     RegistryService *bundleService() const override { return bundleService_; }
-    // For an archived store; the service must outlive it.
+    // For an archived store. The service must outlive it.
     void setBundleService(RegistryService &service) { bundleService_ = &service; }
 
     const std::vector<EntryRef> &registryEntries() const { return registryEntries_; } // root first
     TavRegistryEntry *registryRoot() const;
-    // The paths in sysfs of what did not answer when it was read: the snapshot lacks attributes.
+    // The sysfs paths of objects that did not answer: the snapshot lacks their attributes.
     QStringList incompleteObjects() const;
 
-    // Reads the whole registry again, waiting for the service. False when nothing was read: the
-    // store is not live, or the user has cancelled it. All is as before then.
+    // Rereads the registry. Blocks. False, with everything unchanged, when the store is not live or
+    // the user cancels.
     bool update();
-    bool updateTryingAgain(); // also what did not answer before
+    bool updateTryingAgain(); // retries what did not answer
     void updateObject(TavRegistryEntry &entry);
-    // Attributes that are read only for the user, by their names in "DxUnreadAttributes".
+    // Attributes that are only read on request, by their names in "DxUnreadAttributes".
     bool mayReadAttribute(const TavRegistryEntry &entry, const QString &attribute) const;
-    // Does not wait; then is called later, when the entry has been reread with it. Not when the
-    // store is gone by then.
+    // Does not block. Calls then when the entry has been reread with the attribute, unless the
+    // store is gone.
     void readAttribute(TavRegistryEntry &entry, const QString &attribute,
                        std::function<void()> then);
     void setHasPendingTerminations(bool pending) override { hasPendingTerminations_ = pending; }
@@ -63,27 +63,28 @@ public:
     TavRegistryEntry *registryEntryForDxRegistryEntry(RegistryObject object,
                                                       bool createIfNeeded) override;
 
-    // Following the registry. With automatic update, a change brings an update soon after; without,
-    // it is only told. Polled update is every some seconds, above 0 and at most 3600.
+    // Following the registry. With automatic update, a change triggers an update soon after;
+    // without, the change is only reported. Polled update repeats after a number of seconds, above
+    // 0 and at most 3600.
     void setAutoupdate(bool autoupdate);
     bool isAutoupdate() const { return live_.autoupdate; }
     void setPolledUpdate(bool polledUpdate);
     bool isPolledUpdate() const { return live_.polledUpdate; }
-    void setPollInterval(double seconds); // others are ignored
+    void setPollInterval(double seconds); // ignored if out of range
     double pollInterval() const { return live_.pollInterval; }
     void handleVornMessage(const RegistryMessage &message);
 
     struct PathMatches
     {
         EntrySet entries;
-        QString plane; // null when the path names none or nothing matches
+        QString plane; // null without a plane or a match
     };
-    // The entries at a path such as "DxService:/Name/Name@Location"; a plane's bare name is the
-    // root.
+    // The entries at a path such as "DxService:/Name/Name@Location"; the name of a plane alone is
+    // the root.
     PathMatches entriesMatchingRegistryPath(const QString &path) const;
 
-    // Every entry that matches, and by plane the entries that have a match below them. Either may
-    // be null; matches found are added to those that are in it.
+    // Adds all matching entries, and by plane the entries with a match below them. Both may be
+    // null.
     void runQuery(const QString &query, FindOptions options, EntrySet *matches,
                   QHash<QString, EntrySet> *parentsOfMatches);
 
@@ -135,10 +136,10 @@ private:
     std::vector<EntryRef> registryEntries_;
     QHash<quint64, TavRegistryEntry *> entriesByTag_; // of registryEntries_
     QStringList registryPlanes_;
-    std::vector<EntryOrder> planeOrders_; // from the root, as of that many changes of lists
+    std::vector<EntryOrder> planeOrders_; // from the root; valid at ordersAsOf_
     quint64 ordersAsOf_ = 0;
     RegistryPass pass_;
     LiveUpdate live_;
-    quint64 directUpdates_ = 0;                             // those that waited for the service
-    std::shared_ptr<void> life_ = std::make_shared<char>(); // tells whether the store still exists
+    quint64 directUpdates_ = 0;                             // those that blocked
+    std::shared_ptr<void> life_ = std::make_shared<char>(); // expires with the store
 };

@@ -4,6 +4,6 @@ class TavDataStoreDelegate
 {
 public:
     virtual ~TavDataStoreDelegate() = default;
-    // The registry cannot be reached, in whole or in part; the store goes on with what it has.
+    // The registry, or a part of it, cannot be reached; the store continues with what it has.
     virtual void fatalDxRegistryError() = 0;
 };

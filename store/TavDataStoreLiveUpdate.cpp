@@ -6,7 +6,7 @@
 namespace {
 constexpr double quietDelay = 0.25; // seconds
 constexpr double busyDelay = 1.5;
-constexpr double longestPollInterval = 3600.0;
+constexpr double maxPollInterval = 3600.0;
 
 const QString serviceClass = QStringLiteral("DxService");
 
@@ -19,7 +19,7 @@ void forget(OneShotTimer::Ref &timer)
 
 bool isPollInterval(double seconds)
 {
-    return seconds > 0.0 && seconds <= longestPollInterval;
+    return seconds > 0.0 && seconds <= maxPollInterval;
 }
 } // namespace
 
@@ -77,7 +77,7 @@ bool TavDataStore::addMatchingNotification(const char *type, RegistryIterator &i
     if (service_->addMatchingNotification(live_.dxcoreNotificationPort, type, serviceClass,
                                           std::move(callback), iterator) != RegistryStatus::Success)
         return false;
-    drain(iterator); // which arms it
+    drain(iterator); // arms it
     return true;
 }
 
@@ -218,7 +218,7 @@ void TavDataStore::_scheduleAutoupdateIsBusy(bool busy)
 void TavDataStore::_autoupdate(const OneShotTimer::Ref &timer)
 {
     updateWhenPrepared([this, timer] {
-        // A change during the reading has put another one in its place.
+        // A change during the reading has replaced the timer.
         if (live_.autoupdateTimer == timer)
             live_.autoupdateTimer.reset();
         if (live_.autoupdateBusyTimer == timer)
@@ -253,8 +253,8 @@ void TavDataStore::_polledUpdate(const OneShotTimer::Ref &)
     updateWhenPrepared([this] { _resetPollTimer(); });
 }
 
-// An update that does not keep the window waiting. None runs on the sleep path, which may begin
-// while the service reads; in any case what is to be done then is done.
+// An update that does not block the window. Does not run on the sleep path, which may begin while
+// the service reads; then runs anyway.
 void TavDataStore::updateWhenPrepared(std::function<void()> then)
 {
     if (live_.onSleepWakePath) {
@@ -266,15 +266,15 @@ void TavDataStore::updateWhenPrepared(std::function<void()> then)
                         changesBefore = live_.changesSeen] {
         if (life.expired())
             return;
-        // One by hand may have run meanwhile, from what was read later. One that had to be prepared
-        // was asked for earlier, so it may have passed what this one is for.
+        // A direct update may have run since, with newer data. An update that waited for
+        // preparation was requested earlier, so it may have missed the change.
         const bool isLate = directUpdates_ != updatesBefore;
         const bool isPassed = live_.changesSeen != changesBefore;
         if (!isLate && !live_.onSleepWakePath) {
             readRegistry(began);
             if (life.expired())
                 return;
-            // The reading may have passed what has changed since it began.
+            // The reading may have missed changes since it began.
             if (isPassed && isUpToDate_)
                 _scheduleAutoupdateIsBusy(false);
         }

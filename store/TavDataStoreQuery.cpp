@@ -8,7 +8,7 @@
 namespace {
 using Entries = std::span<const EntryRef>;
 
-// Not too many, for each part looks at the texts that it shares with others by itself.
+// Not too many parts, since each has its own cache of shared texts.
 std::vector<Entries> partsOf(Entries entries)
 {
     const std::size_t partSize = std::max<std::size_t>(2048, entries.size() / 64);
@@ -19,7 +19,7 @@ std::vector<Entries> partsOf(Entries entries)
 }
 } // namespace
 
-// Kept from one query to the next, since a text that is typed is searched for letter by letter.
+// Cached: while the user types, a query follows for each letter.
 const std::vector<EntryOrder> &TavDataStore::planeOrders()
 {
     TavRegistryEntry *const root = registryRoot();
@@ -42,12 +42,12 @@ const std::vector<EntryOrder> &TavDataStore::planeOrders()
 void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet *matches,
                             QHash<QString, EntrySet> *parentsOfMatches)
 {
-    // The inheritance has the entry's own class too.
+    // The inheritance includes the entry's own class.
     if (options.testFlag(FindOption::Inheritance))
         options.setFlag(FindOption::Class, false);
-    EntryQuery search(query, options);
+    EntryQuery search(query, options, entryNumberLimit());
     std::vector<Entries> parts = partsOf(registryEntries_);
-    // Each with a copy of the search, which keeps what it has seen.
+    // Each part has a copy of the search, whose caches serve one thread.
     const auto prepare = [&search](Entries part) { EntryQuery(search).prepare(part); };
     QFutureSynchronizer<void> preparing(QtConcurrent::map(parts, prepare));
     const std::vector<EntryOrder> &orders = planeOrders();
@@ -62,7 +62,7 @@ void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet 
     }
     if (!parentsOfMatches)
         return;
-    // All planes of an entry together, since its memory is at hand then.
+    // Plane by plane within an entry, while the entry is in the cache.
     std::vector<EntrySet> parents(static_cast<std::size_t>(registryPlanes_.size()));
     for (const EntryRef &entry : registryEntries_) {
         for (std::size_t i = 0; i < parents.size(); ++i) {

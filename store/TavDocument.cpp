@@ -14,7 +14,7 @@
 namespace {
 constexpr qsizetype maxNameLength = 50; // of a host in the name of a file
 
-// The text of the table, or the fallback where it has none.
+// The table's text, or the fallback.
 QString errorText(const char *key, int code, const char *fallback)
 {
     const QByteArray fullKey = key + QByteArray::number(code);
@@ -89,7 +89,7 @@ QString TavDocument::displayName() const
     return tr("%1 (%2)").arg(dataStore_->hostName(), QString::number(index_));
 }
 
-// Of its own for every file, so that none takes the place of another.
+// Unique for every file.
 QString TavDocument::suggestedName() const
 {
     if (hasFile() || !dataStore_ || !dataStore_->isLive())
@@ -150,7 +150,7 @@ void TavDocument::_registerForDataStoreNotifications()
 {
     using namespace DataStoreNotifications;
     observations_.clear();
-    // An entry that was re-read speaks for itself and is not heard here.
+    // Deliberate: a single reread entry posts its own notification, which is not handled here.
     const auto observe = [this](const QString &name, void (TavDocument::*handler)()) {
         observations_.push_back(NotificationCenter::defaultCenter().observe(
             name, dataStore_.get(), [this, handler](const auto &) { (this->*handler)(); }));

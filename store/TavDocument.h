@@ -9,7 +9,7 @@ class TavDocumentController;
 class TavDocumentWindowController;
 class TavRegistryProperty;
 
-// A document: one snapshot of the registry, live or read from a file, and the windows on it.
+// A document: one snapshot of the registry, live or from a file, and its windows.
 class TavDocument : public Document, private TavDataStoreDelegate
 {
     Q_OBJECT
@@ -17,15 +17,15 @@ public:
     static QString errorDomain() { return QStringLiteral("VandrelErrorDomain"); }
     enum ErrorCode { UnknownError = 1, OldVersionError, NewVersionError };
 
-    // Takes a first picture of the running registry and follows it as the preferences say. Null
-    // when the user has cancelled the reading.
+    // Captures the running registry and follows it according to the preferences. Null when the user
+    // cancels.
     static std::unique_ptr<TavDocument> createUntitled(TavDocumentController &controller);
-    // To be read from a file; it has no data store until then.
+    // To be read from a file; no data store before that.
     explicit TavDocument(TavDocumentController &controller);
     ~TavDocument() override;
 
     const std::shared_ptr<TavDataStore> &dataStore() const { return dataStore_; }
-    unsigned index() const { return index_; } // among the live documents; 0 for others
+    unsigned index() const { return index_; } // of live documents; 0 for others
     void setIndex(unsigned index) { index_ = index; }
     QString displayName() const override;
     QString suggestedName() const override; // the host, and the time of day
@@ -43,7 +43,7 @@ public:
 
 protected:
     bool checkBeginning(const QByteArray &bytes, DocumentError &error) const override;
-    // There is one type only, whatever it is called.
+    // Deliberate: the type is ignored; there is only one.
     Content decode(const QByteArray &data, const QString &ofType, WorkProgress &progress) override;
     bool writeData(QIODevice &device, const QString &type, DocumentError &error) override;
 

@@ -6,7 +6,7 @@
 class RegistryService;
 class TavDocument;
 
-// The open documents, what all of them share, and what they need from the layers above.
+// The open documents, what they share, and what they need from the layers above.
 class TavDocumentController : public DocumentController
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     RegistryService &registryService() const { return service_; }
     // Documents have no windows before this is set.
     void setWindowControllerFactory(WindowControllerFactory factory);
-    // Called soon after a document was made or has gone.
+    // Called soon after a document was opened or closed.
     void setBookmarksCheck(std::function<void()> check);
 
     void dataViewOptionsChanged(TavRegistryProperty *item);
@@ -39,6 +39,6 @@ private:
     RegistryService &service_;
     WindowControllerFactory windowControllerFactory_;
     std::function<void()> bookmarksCheck_;
-    unsigned documentCounter_ = 0; // of the live documents made in this run
+    unsigned documentCounter_ = 0; // live documents made in this run
     bool hasReportedRegistryFailure_ = false;
 };

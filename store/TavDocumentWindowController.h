@@ -4,7 +4,7 @@
 
 class TavRegistryProperty;
 
-// A window on a data store, as its document tells it of changes.
+// A window on a data store, as notified by its document.
 class TavDocumentWindowController : public DocumentWindowController
 {
 public:

@@ -31,7 +31,7 @@ void MainThreadWatch::restart()
 {
     settle();
     clock_.start();
-    last_ = longest_ = longestAnnounced_ = firstPaint_ = 0;
+    last_ = longest_ = maxAnnounced_ = firstPaint_ = 0;
     wasAnnounced_ = showsProgress();
 }
 
@@ -51,7 +51,7 @@ void MainThreadWatch::settle()
 void MainThreadWatch::note()
 {
     const double now = milliseconds();
-    double &longest = wasAnnounced_ ? longestAnnounced_ : longest_;
+    double &longest = wasAnnounced_ ? maxAnnounced_ : longest_;
     longest = std::max(longest, now - last_);
     last_ = now;
     wasAnnounced_ = showsProgress();

@@ -4,8 +4,8 @@
 #include <QObject>
 #include <QTimer>
 
-// Notes for how long the main thread does not get to its events, in milliseconds. Times with a
-// progress dialog in sight are counted apart.
+// Measures how long the main thread does not process events, in milliseconds; separately while a
+// progress dialog is visible.
 class MainThreadWatch : public QObject
 {
 public:
@@ -13,9 +13,9 @@ public:
     ~MainThreadWatch() override;
 
     void restart();
-    void settle(); // runs the event loop until nothing is left to do
+    void settle(); // runs the event loop until it is idle
     double longest() const { return longest_; }
-    double longestAnnounced() const { return longestAnnounced_; }
+    double maxAnnounced() const { return maxAnnounced_; }
     double firstPaint() const { return firstPaint_; } // of a main window; 0: none
     double elapsed() const;                           // in seconds
 
@@ -30,7 +30,7 @@ private:
     QElapsedTimer clock_;
     double last_ = 0;
     double longest_ = 0;
-    double longestAnnounced_ = 0;
+    double maxAnnounced_ = 0;
     double firstPaint_ = 0;
     bool wasAnnounced_ = false;
 };

@@ -4,7 +4,7 @@ namespace {
 constexpr quint32 collectionKinds = 6;
 constexpr quint32 scalarKinds = 8;
 
-// How much of a table is collections: what is left to scalars of the table itself.
+// How much of a table is collections; the rest are scalars of the table itself.
 constexpr quint32 scalarShare = 3;
 } // namespace
 

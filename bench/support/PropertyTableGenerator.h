@@ -6,13 +6,13 @@
 #include <QStringList>
 
 // Makes property tables like those of devices: nested dictionaries, arrays, sets and scalars of
-// every type. Keys and recurrent texts share their storage; others differ from table to table.
+// every type. Keys and repeated texts share storage; others differ between tables.
 class PropertyTableGenerator
 {
 public:
     explicit PropertyTableGenerator(quint32 seed);
 
-    // A table whose tree has just so many nodes, itself counted.
+    // A table whose tree has exactly this many nodes, including itself.
     RegistryValue table(quint32 nodes);
 
 private:

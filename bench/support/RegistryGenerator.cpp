@@ -6,7 +6,7 @@ namespace {
 using Node = FakeRegistry::Node;
 
 constexpr quint32 subtreeSize = 500;    // devices below one top device
-constexpr quint32 containerSize = 4000; // most children of one container
+constexpr quint32 containerSize = 4000; // maximum children of a container
 constexpr quint32 groupSize = 2000;     // entries for each bus or class
 constexpr quint32 classCount = 60;
 
@@ -91,7 +91,7 @@ private:
         return nodes[random_.bounded(static_cast<quint32>(nodes.size()))];
     }
 
-    // A top device and others below it, each under any of those before it.
+    // A top device and others below it, each below any earlier one.
     void addSubtree(quint32 size)
     {
         std::vector<Node> devices;
@@ -127,8 +127,8 @@ private:
         registry_.link(oneOf(drivers_), node, "DxDriver");
     }
 
-    // One device in sixteen gets a second parent in one plane and two in another. Parents come
-    // before their children, so that no cycle arises.
+    // One device in sixteen gets a second parent in one plane and two in another. Parents precede
+    // children, so there are no cycles.
     void addSecondParents(const std::vector<Node> &devices)
     {
         std::vector<Node> interfaces{devices.front()};

@@ -2,16 +2,16 @@
 
 #include "tests/support/FakeRegistryService.h"
 
-// Makes registries of any size in the shape of a real machine's: six planes, device subtrees some
-// ten levels deep, containers with thousands of children, one entry in ten a driver's binding, a
-// few devices with several parents. The same shape gives the same registry.
+// Makes registries of any size shaped like a real machine's: six planes, device subtrees about ten
+// levels deep, containers with thousands of children, one entry in ten a driver binding, a few
+// devices with several parents. The same parameters give the same registry.
 class RegistryGenerator
 {
 public:
     struct Shape
     {
         quint32 entries = 1000;     // at least 100
-        quint32 nodesPerEntry = 40; // of the property tree, its root counted
+        quint32 nodesPerEntry = 40; // of the property tree, including its root
         quint32 seed = 1;
     };
 

@@ -2,6 +2,5 @@
 
 class TavDataStore;
 
-// The characters of all texts and data that a store's entries hold, in bytes; what several of them
-// share counts once.
+// The bytes of all texts and data in a store's entries; shared ones count once.
 double bytesOfTexts(const TavDataStore &store);

@@ -18,7 +18,7 @@ private:
     std::vector<std::vector<int>> of_;
 };
 
-// Marks the vertices left when those without a neighbour left are taken away again and again.
+// Marks the vertices that remain when those without a remaining neighbour are removed repeatedly.
 std::vector<bool> core(const std::vector<Edge> &edges, int vertexCount, bool byParent)
 {
     Neighbours next(vertexCount);
@@ -45,33 +45,33 @@ std::vector<bool> core(const std::vector<Edge> &edges, int vertexCount, bool byP
     return isLeft;
 }
 
-// Looks for a way from both its ends by turns, for one of them often goes no further at once.
+// Searches a path from both ends alternately: one of the searches often ends early.
 class GrowingGraph
 {
 public:
-    GrowingGraph(int vertexCount, std::size_t mostSteps)
+    GrowingGraph(int vertexCount, std::size_t maxSteps)
         : vertexCount_(vertexCount)
-        , mostSteps_(mostSteps)
+        , maxSteps_(maxSteps)
         , down_(vertexCount)
         , up_(vertexCount)
     {}
 
     std::size_t steps() const { return steps_; }
 
-    // Whether it was added, which it is unless it closes a cycle; none when the steps are used up.
+    // Whether the edge was added: it is unless it closes a cycle; none when out of steps.
     std::optional<bool> addUnlessCyclic(const Edge &edge)
     {
         const auto &[parent, child] = edge;
         if (reaches(child, parent))
             return false;
-        if (steps_ >= mostSteps_)
+        if (steps_ >= maxSteps_)
             return std::nullopt;
         down_.next.of(parent).push_back(child);
         up_.next.of(child).push_back(parent);
         return true;
     }
 
-    // The places of the vertices in an order in which every edge leads onwards.
+    // The positions of the vertices in a topological order.
     std::vector<int> places()
     {
         std::vector<int> places(static_cast<std::size_t>(vertexCount_));
@@ -104,11 +104,11 @@ private:
         int &visitOf(int vertex) { return visit[static_cast<std::size_t>(vertex)]; }
 
         Neighbours next;
-        std::vector<int> visit; // by vertex, the last that came by
+        std::vector<int> visit; // by vertex, the last search that visited it
         std::vector<int> pending = {};
     };
 
-    // False also when the steps are used up.
+    // Also false when out of steps.
     bool reaches(int from, int to)
     {
         ++visits_;
@@ -116,7 +116,7 @@ private:
         begin(up_, to);
         if (from == to)
             return true;
-        while (!down_.pending.empty() && !up_.pending.empty() && steps_ < mostSteps_) {
+        while (!down_.pending.empty() && !up_.pending.empty() && steps_ < maxSteps_) {
             if (meets(down_, up_) || meets(up_, down_))
                 return true;
         }
@@ -129,7 +129,7 @@ private:
         side.visitOf(vertex) = visits_;
     }
 
-    // Goes on from one vertex.
+    // Expands one vertex.
     bool meets(Side &side, Side &other)
     {
         const int vertex = side.pending.back();
@@ -145,19 +145,19 @@ private:
     }
 
     int vertexCount_;
-    std::size_t mostSteps_;
+    std::size_t maxSteps_;
     std::size_t steps_ = 0;
     Side down_;
     Side up_;
     int visits_ = 0;
 };
 
-// Judges edges one by one.
+// Decides edge by edge.
 class EdgeJudge
 {
 public:
-    EdgeJudge(int vertexCount, std::size_t mostSteps)
-        : graph_(vertexCount, mostSteps)
+    EdgeJudge(int vertexCount, std::size_t maxSteps)
+        : graph_(vertexCount, maxSteps)
     {}
 
     bool refuses(const Edge &edge)
@@ -176,7 +176,7 @@ public:
     }
 
 private:
-    // In an order of those added before, edges that lead onwards close no cycle together.
+    // Edges that follow one topological order close no cycle together.
     bool refusesUnchecked(const Edge &edge)
     {
         if (places_.empty())
@@ -189,14 +189,14 @@ private:
     }
 
     GrowingGraph graph_;
-    std::vector<int> places_; // once the steps are used up
+    std::vector<int> places_; // when out of steps
     RefusedEdges refused_;
 };
 } // namespace
 
-std::size_t mostCycleSteps(std::size_t edgeCount)
+std::size_t maxCycleSteps(std::size_t edgeCount)
 {
-    // All cycles of up to a thousand edges are found.
+    // Enough to find all cycles among a thousand edges.
     constexpr std::size_t always = 2'000'000;
     constexpr std::size_t forEachEdge = 64;
     return always + forEachEdge * edgeCount;
@@ -204,7 +204,7 @@ std::size_t mostCycleSteps(std::size_t edgeCount)
 
 RefusedEdges takeOutCycles(std::vector<Edge> &edges, int vertexCount)
 {
-    // Only what lies between two vertices of a cycle can be on one: what is left from both sides.
+    // Only vertices that remain from both directions can be on a cycle.
     const std::vector<bool> fromTop = core(edges, vertexCount, true);
     if (std::find(fromTop.begin(), fromTop.end(), true) == fromTop.end())
         return {};
@@ -213,7 +213,7 @@ RefusedEdges takeOutCycles(std::vector<Edge> &edges, int vertexCount)
         const auto index = static_cast<std::size_t>(vertex);
         return fromTop[index] && fromBottom[index];
     };
-    EdgeJudge judge(vertexCount, mostCycleSteps(edges.size()));
+    EdgeJudge judge(vertexCount, maxCycleSteps(edges.size()));
     std::erase_if(edges, [&](const Edge &edge) {
         return isInCore(edge.first) && isInCore(edge.second) && judge.refuses(edge);
     });

@@ -10,14 +10,14 @@ using Edge = std::pair<int, int>;
 struct RefusedEdges
 {
     std::vector<Edge> closing;   // would close a cycle
-    std::vector<Edge> unchecked; // might: the search has ended before them
-    std::size_t steps = 0;       // that the search took
+    std::vector<Edge> unchecked; // might; the search ended before them
+    std::size_t steps = 0;       // taken by the search
 };
 
-// A search of cycles takes at most about this many steps.
-std::size_t mostCycleSteps(std::size_t edgeCount);
+// The approximate limit of a search for cycles.
+std::size_t maxCycleSteps(std::size_t edgeCount);
 
-// Takes out of the edges those that would close a cycle if all were added one by one in their
-// order. Where that takes too many steps, the rest keeps only those that agree with one order of
-// the vertices. Linear where there is no cycle.
+// Removes edges that would close a cycle if all were added one by one in order. When the limit of
+// steps is reached, keeps only those of the rest that agree with one order of the vertices. Linear
+// without cycles.
 RefusedEdges takeOutCycles(std::vector<Edge> &edges, int vertexCount);

@@ -16,9 +16,9 @@ int widthOfHexDigits(qsizetype digits)
 
 Value hexNumber(View text)
 {
-    constexpr qsizetype mostDigits = 16;
+    constexpr qsizetype maxDigits = 16;
     const View digits = text.sliced(2);
-    if (digits.isEmpty() || digits.size() > mostDigits ||
+    if (digits.isEmpty() || digits.size() > maxDigits ||
         !std::all_of(digits.begin(), digits.end(), isHexDigit))
         return {};
     return Value::number(parseUnsigned(digits, 16).value_or(0), widthOfHexDigits(digits.size()));

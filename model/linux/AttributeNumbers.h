@@ -5,12 +5,12 @@
 #include <QByteArrayView>
 #include <optional>
 
-// Numbers as attributes write them; none for what is no number or too large.
+// Numbers in the formats of attributes; none for other texts and numbers that are too large.
 namespace AttributeNumbers {
 std::optional<quint64> parseUnsigned(QByteArrayView digits, int base);
-// As a program would print it: no leading zeros, no plus sign.
+// In canonical form: no leading zeros, no plus sign.
 RegistryValue decimalNumber(QByteArrayView text);
 RegistryValue number(QByteArrayView text); // decimal, or hexadecimal with "0x"
-// Of a line of several; empty when any word is none.
+// Of a line; empty if any word is not a number.
 RegistryValue::Elements numbers(QByteArrayView line);
 } // namespace AttributeNumbers

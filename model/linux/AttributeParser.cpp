@@ -84,7 +84,7 @@ Value dictionary(const Views &lines, PairOf pairOf, TextPool &pool)
 Value dictionary(const Views &lines, TextPool &pool)
 {
     Value value = dictionary(lines, assignment, pool);
-    // A single line of words is more often a text than a pair.
+    // A single line of words is usually text, not a pair.
     if (value.isNone() && lines.size() > 1)
         value = dictionary(lines, label, pool);
     if (value.isNone() && lines.size() > 1)

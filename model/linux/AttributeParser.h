@@ -3,8 +3,8 @@
 #include "model/RegistryValue.h"
 #include "model/linux/TextPool.h"
 
-// The typed value of an attribute's bytes. The name matters to a few whose text alone is ambiguous.
+// The typed value of an attribute's bytes. The name decides for a few ambiguous texts.
 RegistryValue parseAttribute(QByteArrayView name, QByteArrayView bytes, TextPool &pool);
 
-// The value of a text known to be a single one: a number, a truth, a list of numbers or a string.
+// The value of a text without structure: a number, boolean, list of numbers or string.
 RegistryValue parseScalar(QByteArrayView name, QByteArrayView text, TextPool &pool);

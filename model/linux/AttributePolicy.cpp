@@ -28,7 +28,7 @@ bool matchesWild(QByteArrayView pattern, QByteArrayView text)
         const QByteArrayView rest = pattern.sliced(1);
         if (isAnyText && rest.isEmpty())
             return true;
-        // Spares most tries.
+        // Cheap: rules out most lengths.
         const auto mayGoOn = [&](qsizetype at) {
             return rest.isEmpty() || isWild(rest.front()) ||
                    (at < text.size() && text[at] == rest.front());
@@ -105,6 +105,19 @@ AttributePolicy::Folder folderNamed(const QByteArray &name)
            : name == "firmware" ? Folder::Firmware
                                 : Folder::Device;
 }
+
+std::vector<AttributePolicy::Folder> foldersOf(const QJsonObject &row)
+{
+    std::vector<AttributePolicy::Folder> folders;
+    for (const QByteArray &kind : textsOf(row, "in"))
+        folders.push_back(folderNamed(kind));
+    return folders;
+}
+
+bool contains(const std::vector<AttributePolicy::Folder> &folders, AttributePolicy::Folder folder)
+{
+    return std::find(folders.begin(), folders.end(), folder) != folders.end();
+}
 } // namespace
 
 struct AttributePolicy::Row
@@ -127,10 +140,16 @@ struct AttributePolicy::Row
     QByteArray reason;
 };
 
+struct AttributePolicy::Directories
+{
+    std::vector<Folder> folders;
+    Patterns names;
+};
+
 struct AttributePolicy::Table
 {
     std::vector<Row> rows;
-    Patterns skippedDirectories;
+    std::vector<Directories> skipped;
 };
 
 AttributePolicy::Row::Row(const QJsonObject &row)
@@ -140,16 +159,14 @@ AttributePolicy::Row::Row(const QJsonObject &row)
     , words(textsOf(row, "words"))
     , except(patterns(row, "except").value_or(Patterns()))
     , directories(patterns(row, "directory"))
+    , folders(foldersOf(row))
     , subsystems(patterns(row, "subsystem"))
     , drivers(patterns(row, "driver"))
     , paths(patterns(row, "path"))
     , onlyInterfaceDown(row.value(QLatin1String("when")) == QLatin1String("interface down"))
     , onlySuspended(row.value(QLatin1String("when")) == QLatin1String("suspended"))
     , reason(row.value(QLatin1String("reason")).toString().toUtf8())
-{
-    for (const QByteArray &kind : textsOf(row, "in"))
-        folders.push_back(folderNamed(kind));
-}
+{}
 
 bool AttributePolicy::Row::fits(const QByteArray &folder, const QByteArray &name) const
 {
@@ -165,11 +182,10 @@ bool AttributePolicy::Row::appliesTo(const Context &context) const
     };
     const bool isOfDevice = subsystems || drivers || paths;
     return (!isOfDevice || context.folder == Folder::Device) &&
-           (folders.empty() ||
-            std::find(folders.begin(), folders.end(), context.folder) != folders.end()) &&
+           (folders.empty() || contains(folders, context.folder)) &&
            (!onlyInterfaceDown || context.isInterfaceDown) &&
            (!onlySuspended || context.isSuspended) && allows(subsystems, context.subsystem) &&
-           allows(drivers, context.driver) && allows(paths, context.path);
+           allows(drivers, context.driver) && allows(paths, context.path.toByteArray());
 }
 
 const AttributePolicy::Table &AttributePolicy::table()
@@ -179,14 +195,13 @@ const AttributePolicy::Table &AttributePolicy::table()
         const bool isOpen = file.open(QIODevice::ReadOnly);
         const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
         if (!isOpen || root.isEmpty())
-            qFatal("the table of attributes is not part of the program");
+            qFatal("attributes/policy.json is missing from the program's resources");
         Table read;
         for (const auto &row : root.value(QLatin1String("rules")).toArray())
             read.rows.emplace_back(row.toObject());
         for (const auto &row : root.value(QLatin1String("directories")).toArray()) {
-            const Patterns names = patterns(row.toObject(), "names").value_or(Patterns());
-            read.skippedDirectories.insert(read.skippedDirectories.end(), names.begin(),
-                                           names.end());
+            const QJsonObject its = row.toObject();
+            read.skipped.push_back({foldersOf(its), patterns(its, "names").value_or(Patterns())});
         }
         return read;
     }();
@@ -197,11 +212,11 @@ AttributePolicy::AttributePolicy(Context context)
     : context_(std::move(context))
 {}
 
-// Kept, because a machine has many times more attributes than names for them, and nearly all
-// names have no rule.
+// Cached: a machine has many more attributes than attribute names, and most names match no rule.
+// Global, like the rules themselves: all reader threads share it.
 AttributePolicy::Rows AttributePolicy::rowsThatFit(const QByteArray &folder, const QByteArray &name)
 {
-    constexpr qsizetype mostNames = 20000;
+    constexpr qsizetype maxNames = 20000;
     static std::shared_mutex mutex;
     static QHash<std::pair<QByteArray, QByteArray>, Rows> known;
     {
@@ -216,7 +231,7 @@ AttributePolicy::Rows AttributePolicy::rowsThatFit(const QByteArray &folder, con
             rows.push_back(&row);
     }
     const std::unique_lock lock(mutex);
-    if (known.size() >= mostNames)
+    if (known.size() >= maxNames)
         known.clear();
     return *known.insert({folder, name}, rows);
 }
@@ -243,7 +258,10 @@ QByteArray AttributePolicy::reason(const QByteArray &folder, const QByteArray &n
     return found ? found->reason : QByteArray();
 }
 
-bool AttributePolicy::skipsDirectory(const QByteArray &name)
+bool AttributePolicy::skipsDirectory(Folder folder, const QByteArray &name)
 {
-    return matchesAny(table().skippedDirectories, name);
+    const std::vector<Directories> &skipped = table().skipped;
+    return std::any_of(skipped.begin(), skipped.end(), [&](const Directories &its) {
+        return contains(its.folders, folder) && matchesAny(its.names, name);
+    });
 }

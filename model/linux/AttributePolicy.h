@@ -1,10 +1,12 @@
 #pragma once
 
-#include <QByteArray>
+#include "model/linux/SysfsPath.h"
+
 #include <QList>
 
-// Which attributes of an object may be read, by the table in resources/attributes. A read runs
-// driver code: some attributes are slow, some wake or lock up hardware, and one creates a device.
+// Which attributes of an object may be read, by the rules in resources/attributes/policy.json. A
+// read runs driver code: some attributes are slow, some wake or lock up hardware, and one creates a
+// device.
 class AttributePolicy
 {
 public:
@@ -17,7 +19,7 @@ public:
         // Of a device:
         QByteArray subsystem = {};
         QByteArray driver = {};
-        QByteArray path = {};         // relative to the tree's root
+        SysfsPath path = {};
         bool isInterfaceDown = false; // of a network interface
         bool isSuspended = false;     // of a PCI device
     };
@@ -26,16 +28,16 @@ public:
 
     // The folder is relative to the object's directory, such as "power"; empty for itself.
     Rule rule(const QByteArray &folder, const QByteArray &name) const;
-    // Why it is not read with all others, for the user; null if it is, and for what is there to be
-    // written.
+    // Why it is not read with all others, for the user; null if it is read or has no stated reason.
     QByteArray reason(const QByteArray &folder, const QByteArray &name) const;
-    // Whether a subdirectory is passed over with all it holds.
-    static bool skipsDirectory(const QByteArray &name);
+    // Whether a subdirectory of an object in that folder is not entered.
+    static bool skipsDirectory(Folder folder, const QByteArray &name);
 
     static constexpr int configBytes = 64; // the part of PCI "config" that is safe to read
 
 private:
     struct Row;
+    struct Directories;
     struct Table;
     static const Table &table();
     using Rows = QList<const Row *>; // shared, not copied

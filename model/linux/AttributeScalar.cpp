@@ -1,4 +1,4 @@
-// The values of texts that are single ones.
+// The values of texts without structure.
 #include "model/linux/AttributeNumbers.h"
 #include "model/linux/AttributeParser.h"
 #include "model/linux/AttributeText.h"
@@ -22,7 +22,7 @@ bool isUsbIdentifier(View name)
     return name == "idVendor" || name == "idProduct" || name == "bcdDevice";
 }
 
-// Printed in hexadecimal without a prefix, so that their digits may look like a decimal number.
+// Hexadecimal without prefix: digits alone would look decimal.
 bool isBareHexadecimal(View name, View text)
 {
     static const QSet<QByteArray> names{"PCI_CLASS",

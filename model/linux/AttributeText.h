@@ -3,7 +3,7 @@
 #include <QByteArrayView>
 #include <QVarLengthArray>
 
-// Cuts the texts of attributes into pieces, which are views of them.
+// Splits the texts of attributes into views.
 namespace AttributeText {
 using View = QByteArrayView;
 using Views = QVarLengthArray<View, 32>;
@@ -16,7 +16,7 @@ inline bool isHexDigit(char c)
 {
     return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
-View trimmed(View text); // without blanks at its ends
+View trimmed(View text);
 Views split(View text, char separator);
 Views words(View text);
 } // namespace AttributeText

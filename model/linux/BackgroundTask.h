@@ -8,13 +8,13 @@
 #include <system_error>
 #include <thread>
 
-// Works something out in a thread of its own, or in the caller's where there can be no other. At
-// its end it asks the work to stop and waits for it.
+// Runs work in a thread of its own, or in the caller's where none can be started. The destructor
+// asks the work to stop and waits for it.
 template<class Result>
 class BackgroundTask
 {
 public:
-    // Begins. The work takes a stop token; finished is called in the thread.
+    // Starts. The work takes a stop token; finished is called in the thread.
     template<class Work>
     BackgroundTask(Work work, std::function<void()> finished)
     {
@@ -32,12 +32,12 @@ public:
         }
     }
 
-    bool waitFor(std::chrono::milliseconds most) const // whether it is finished
+    bool waitFor(std::chrono::milliseconds timeout) const // whether it has finished
     {
-        return result_.wait_for(most) == std::future_status::ready;
+        return result_.wait_for(timeout) == std::future_status::ready;
     }
     void requestStop() { thread_.request_stop(); }
-    Result take() { return result_.get(); } // once; waits for it
+    Result take() { return result_.get(); } // once; blocks
 
 private:
     std::future<Result> result_;

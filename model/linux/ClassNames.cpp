@@ -3,12 +3,12 @@
 #include "model/linux/PciClass.h"
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 
 const QString entryClass = QStringLiteral("DxRegistryEntry");
 const QString serviceClass = QStringLiteral("DxService");
 
-// What tells a device from others of its subsystem; empty when nothing does.
+// What distinguishes a device within its subsystem; empty: nothing.
 QString deviceWord(const HostObject &device)
 {
     if (device.subsystem == "pci")
@@ -81,7 +81,7 @@ QString ClassNames::nameFor(const HostObject &object)
 
 QString ClassNames::derive(const QStringList &chain, const QByteArray &module)
 {
-    // A subsystem or driver named like one of our own classes would close a circle.
+    // A subsystem or driver with the name of a built-in class would close a cycle.
     QStringList fromTop(chain.rbegin(), chain.rend());
     fromTop.removeDuplicates();
     const QString last = fromTop.takeLast();
@@ -91,9 +91,8 @@ QString ClassNames::derive(const QStringList &chain, const QByteArray &module)
     return define(last, name, module);
 }
 
-// Gives the name itself, or one told apart from it when it stands for something else already: for
-// another module, or below another class, as where a bus and a class have the same name. A null
-// module takes what is there.
+// Returns the name, or a variant if the name already means another module or superclass, as when a
+// bus and a class have the same name. A null module accepts the existing meaning.
 QString ClassNames::define(QString name, QString superclass, const QByteArray &module)
 {
     for (;;) {
@@ -105,7 +104,7 @@ QString ClassNames::define(QString name, QString superclass, const QByteArray &m
         if (known->superclass != superclass) {
             name += superclass.mid(2);
         } else if (!module.isNull() && known->module != module) {
-            superclass = name; // the plain name stays in the chain
+            superclass = name; // keeps the plain name in the chain
             name += camelCased(module);
         } else {
             return name;

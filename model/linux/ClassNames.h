@@ -5,12 +5,12 @@
 #include <QHash>
 #include <QStringList>
 
-// The classes of the host's objects, and the module each stands for. A name once given keeps its
-// meaning for as long as the service lives, because bundles are asked for by class name.
+// The classes of the host's objects, and the module of each. A name keeps its meaning as long as
+// the service lives, because bundles are looked up by class name.
 class ClassNames
 {
 public:
-    static const QByteArray kernelBundle; // stands for what no module supplies
+    static const QByteArray kernelBundle; // for what no module supplies
 
     // Names the object's class from its kind, subsystem, driver and module.
     QString nameFor(const HostObject &object);

@@ -20,7 +20,7 @@ DeviceEvent::Action actionNamed(QByteArrayView name)
     return Action::Change;
 }
 
-// Components that are names, with single slashes before them.
+// Whether it consists of names with single slashes before them.
 bool isPlainPath(QByteArrayView path)
 {
     if (!path.startsWith('/') || path.size() >= PATH_MAX || path.contains('\0'))
@@ -43,7 +43,7 @@ std::optional<DeviceEvent> DeviceEvent::parse(QByteArrayView action, QByteArrayV
 {
     if (action.isEmpty() || !isPlainPath(devicePath))
         return std::nullopt;
-    return DeviceEvent{actionNamed(action), devicePath.sliced(1).toByteArray()};
+    return DeviceEvent{actionNamed(action), SysfsPath(devicePath.sliced(1).toByteArray())};
 }
 
 std::optional<DeviceEvent> DeviceEvent::fromDevice(udev_device *device)

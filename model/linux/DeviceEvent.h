@@ -1,19 +1,20 @@
 #pragma once
 
-#include <QByteArray>
+#include "model/linux/SysfsPath.h"
+
 #include <optional>
 
 struct udev_device;
 
-// What the host tells of one of its objects.
+// An event of an object of the host.
 struct DeviceEvent
 {
     enum class Action : quint8 { Add, Remove, Bind, Unbind, Change }; // Change: any other
 
     Action action = Action::Change;
-    QByteArray path; // relative to the tree's root, such as "devices/virtual/net/lo"
+    SysfsPath path;
 
-    // None for what names no object of a sysfs tree. The device path begins with a slash.
+    // None unless it names an object of a sysfs tree. The device path begins with a slash.
     static std::optional<DeviceEvent> parse(QByteArrayView action, QByteArrayView devicePath);
     static std::optional<DeviceEvent> fromDevice(udev_device *device);
 };

@@ -2,17 +2,17 @@
 
 #include "model/linux/DeviceEvent.h"
 
-// Where the events of a host come from.
+// Receives the events of a host.
 class DeviceEventSource
 {
 public:
     enum class Reception : quint8 {
         Event,
         Nothing, // for now
-        Loss,    // of any number of events
+        Loss,    // any number of events were lost
     };
 
     virtual ~DeviceEventSource() = default;
-    virtual int descriptor() const = 0;                // readable when something waits
+    virtual int descriptor() const = 0;                // readable when an event waits
     virtual Reception receive(DeviceEvent &event) = 0; // does not wait
 };

@@ -29,7 +29,7 @@ std::unique_ptr<DeviceMonitor> DeviceMonitor::open(bool isDaemonRunning, int buf
     if (!library)
         return nullptr;
     Monitor monitor(udev_monitor_new_from_netlink(library, isDaemonRunning ? "udev" : "kernel"));
-    udev_unref(library); // the monitor keeps it
+    udev_unref(library); // the monitor holds a reference
     if (!monitor)
         return nullptr;
     udev_monitor_set_receive_buffer_size(monitor.get(), bufferSize);
@@ -55,7 +55,7 @@ DeviceEventSource::Reception DeviceMonitor::receive(DeviceEvent &event)
     }
     if (errno == 0 || errno == EAGAIN || errno == EINTR)
         return Reception::Nothing;
-    // The socket's buffer was full, or a message cannot be read: something has changed unheard.
+    // The socket's buffer was full, or a message is unreadable: events are lost.
     qCDebug(modelLog, "Device events were lost: %s", std::strerror(errno));
     return Reception::Loss;
 }

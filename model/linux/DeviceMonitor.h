@@ -6,14 +6,15 @@
 
 struct udev_monitor;
 
-// The events of the running kernel: by the udev daemon, once it is done with each, or where none
-// runs by the kernel itself.
+// The events of the running kernel: from the udev daemon once it has processed them, or from the
+// kernel where no daemon runs.
 class DeviceMonitor : public DeviceEventSource
 {
 public:
     static constexpr int largeBuffer = 128 << 20;
 
-    // Null when it cannot be opened. The buffer is as large as the host allows up to the size.
+    // Null when it cannot be opened. The buffer gets the given size or the largest that the host
+    // allows.
     static std::unique_ptr<DeviceMonitor> open(bool isDaemonRunning, int bufferSize = largeBuffer);
 
     int descriptor() const override;

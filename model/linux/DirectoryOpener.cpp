@@ -3,16 +3,17 @@
 #include <cerrno>
 
 namespace {
-constexpr qsizetype longestPiece = 2048; // half of what the kernel takes, and quicker to walk
+constexpr qsizetype maxPieceSize = 2048; // half of the kernel's limit, and faster to walk
 } // namespace
 
-FileDescriptor DirectoryOpener::open(const QByteArray &path)
+FileDescriptor DirectoryOpener::open(const SysfsPath &sysfsPath)
 {
+    const QByteArray &path = sysfsPath.toByteArray();
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
     qsizetype start = 0;
     std::size_t position = 0;
-    while (path.size() - start > longestPiece) {
-        const qsizetype end = path.lastIndexOf('/', start + longestPiece);
+    while (path.size() - start > maxPieceSize) {
+        const qsizetype end = path.lastIndexOf('/', start + maxPieceSize);
         if (end <= start) {
             errno = ENAMETOOLONG;
             return {};
@@ -32,7 +33,7 @@ bool DirectoryOpener::keep(std::size_t position, QByteArrayView path)
         return true;
     pieces_.resize(position);
     Piece piece{path.toByteArray(), {}};
-    // It need not be readable to lead further down.
+    // O_PATH: a folder that cannot be read may still lead further down.
     piece.descriptor = FileDescriptor(openat(folder(position), piece.path.constData(),
                                              O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!piece.descriptor)

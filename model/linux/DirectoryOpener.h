@@ -1,12 +1,13 @@
 #pragma once
 
 #include "model/linux/FileDescriptor.h"
+#include "model/linux/SysfsPath.h"
 
 #include <vector>
 
-// Opens the directories below one by paths of any length. The kernel takes none as long as
-// PATH_MAX, so a long one is opened piece by piece; the pieces stay open for the next path, which
-// most often begins alike. Used from one thread.
+// Opens directories by paths of any length. The kernel refuses paths as long as PATH_MAX, so a long
+// one is opened piece by piece; the pieces stay open for the next path, which mostly begins the
+// same. Used from one thread.
 class DirectoryOpener
 {
 public:
@@ -15,16 +16,16 @@ public:
     {}
 
     // None with errno set. A link at the end is not followed.
-    FileDescriptor open(const QByteArray &path);
+    FileDescriptor open(const SysfsPath &path);
 
 private:
     struct Piece
     {
-        QByteArray path; // below the piece before
+        QByteArray path; // below the previous piece
         FileDescriptor descriptor;
     };
 
-    // Opens the piece at the position unless it is open already.
+    // Opens the piece at the position unless it is open.
     bool keep(std::size_t position, QByteArrayView path);
     int folder(std::size_t position) const
     {

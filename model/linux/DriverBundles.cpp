@@ -22,14 +22,14 @@ QString kernelImage()
     }
     return {};
 }
-// A document can name anything.
+// Checked, because the name may come from a document.
 bool isModuleName(const QString &name)
 {
-    constexpr qsizetype longest = 255;
+    constexpr qsizetype maxSize = 255;
     const auto isPart = [](QChar c) {
         return c.unicode() < 0x80 && (c.isLetterOrNumber() || c == u'_' || c == u'-');
     };
-    return !name.isEmpty() && name.size() <= longest &&
+    return !name.isEmpty() && name.size() <= maxSize &&
            std::all_of(name.begin(), name.end(), isPart);
 }
 } // namespace
@@ -38,7 +38,7 @@ DriverBundles::DriverBundles()
     : context_(kmod_new(nullptr, nullptr))
 {
     if (context_)
-        kmod_set_log_priority(context_, 0); // a module without a file is no error here
+        kmod_set_log_priority(context_, 0); // a module without a file is normal
 }
 
 DriverBundles::~DriverBundles()

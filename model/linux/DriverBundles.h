@@ -15,8 +15,8 @@ public:
     DriverBundles(const DriverBundles &) = delete;
     DriverBundles &operator=(const DriverBundles &) = delete;
 
-    // The file of a module by its name, or of the kernel by its bundle identifier; null when there
-    // is none or it cannot be read.
+    // The file of a module by name, or of the kernel by its bundle identifier; null if there is
+    // none or it cannot be read.
     QString fileOf(const QString &bundleID) const;
 
 private:

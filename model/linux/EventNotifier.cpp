@@ -7,16 +7,16 @@ namespace {
 using Matching = NotificationPorts::Matching;
 using Interest = NotificationPorts::Interest;
 
-constexpr int mostChecks = 3;
+constexpr int maxChecks = 3;
 
-// What is known of a device before a sweep has seen it.
-HostObject announcedDevice(const QByteArray &path, quint64 inode, quint64 id)
+// A device known only from its event.
+HostObject announcedDevice(const SysfsPath &path, quint64 inode, quint64 id)
 {
     HostObject device;
     device.path = path;
     device.id = id;
     device.nodeID = device.inode = inode;
-    device.kernelName = path.mid(path.lastIndexOf('/') + 1);
+    device.kernelName = path.name();
     device.name = ObjectNames::ofKernelName(device.kernelName);
     device.className = QStringLiteral("DxDevice");
     device.properties = RegistryValue::dictionary({});
@@ -24,7 +24,8 @@ HostObject announcedDevice(const QByteArray &path, quint64 inode, quint64 id)
 }
 } // namespace
 
-EventNotifier::EventNotifier(const SysfsRoot &root, HeldObjects &objects, NotificationPorts &ports)
+EventNotifier::EventNotifier(const SysfsRoot &root, ObjectHandles &objects,
+                             NotificationPorts &ports)
     : root_(root)
     , objects_(objects)
     , ports_(ports)
@@ -33,8 +34,8 @@ EventNotifier::EventNotifier(const SysfsRoot &root, HeldObjects &objects, Notifi
 void EventNotifier::handle(const DeviceEvent &event)
 {
     if (!objects_.graph())
-        return; // the first sweep will see it
-    const QByteArray binding = event.path + "/driver";
+        return; // the first reading will see it
+    const SysfsPath binding = event.path.child("driver");
     switch (event.action) {
     case DeviceEvent::Action::Add:
         appeared(Matching::Publish, event.path);
@@ -49,21 +50,21 @@ void EventNotifier::handle(const DeviceEvent &event)
         break;
     case DeviceEvent::Action::Unbind:
         noteRemoval(binding);
-        tellOfChange();
+        reportChange();
         break;
     case DeviceEvent::Action::Change:
-        tellOfChange();
+        reportChange();
         break;
     }
 }
 
-void EventNotifier::appeared(Matching kind, const QByteArray &path)
+void EventNotifier::appeared(Matching kind, const SysfsPath &path)
 {
     const quint64 inode = root_.inodeOf(path);
     if (inode == 0)
-        return; // it has gone again, or moved, which is an event of its own
-    if (!path.startsWith("devices/")) {
-        tellOfChange(); // no service, which nobody can ask to be told of
+        return; // gone again, or moved, which has its own event
+    if (!path.isBelow("devices")) {
+        reportChange(); // not a service: there are no subscribers for it
         return;
     }
     returned_.notePresent(inode);
@@ -73,18 +74,18 @@ void EventNotifier::appeared(Matching kind, const QByteArray &path)
     objects_.release(device);
 }
 
-void EventNotifier::noteRemoval(const QByteArray &path)
+void EventNotifier::noteRemoval(const SysfsPath &path)
 {
-    if (isSweeping_)
-        removalsInSweep_.push_back(path);
-    check({path, mostChecks});
+    if (isReading_)
+        removalsInReading_.push_back(path);
+    check({path, maxChecks});
 }
 
 void EventNotifier::check(const Removal &removal)
 {
     const int index = objects_.graph()->withPath(removal.path);
     if (index == HostObject::none || isGone(index))
-        return; // nobody knows it, or all do
+        return; // unknown, or already announced
     const HostObject &object = objects_.graph()->at(index);
     if (root_.inodeOf(object.path) != object.inode) {
         const RegistryObject handle = objects_.hold(index);
@@ -92,7 +93,7 @@ void EventNotifier::check(const Removal &removal)
         announceGone(handle);
         objects_.release(handle);
     } else if (removal.checksLeft > 0) {
-        // The event is of a former object at this path, or is told just before the object goes.
+        // The event is for a former object at this path, or arrives before the object is removed.
         doubtful_.push_back({removal.path, removal.checksLeft - 1});
         constexpr double soon = 0.1;
         if (!nextCheck_)
@@ -109,22 +110,22 @@ void EventNotifier::checkAgain()
     ports_.deliver();
 }
 
-// Whatever class is asked for: of what is no service nobody else would tell that it is gone.
+// To subscribers of any class: nothing else reports the end of an object that is not a service.
 void EventNotifier::announceGone(RegistryObject object)
 {
     ports_.announce(Matching::Terminate, object, true);
 }
 
-void EventNotifier::sweepBegins()
+void EventNotifier::readingBegins()
 {
-    isSweeping_ = true;
-    removalsInSweep_.clear();
+    isReading_ = true;
+    removalsInReading_.clear();
 }
 
 void EventNotifier::graphChanged(const std::vector<RegistryObject> &vanished,
                                  quint32 busyCountBefore)
 {
-    isSweeping_ = false;
+    isReading_ = false;
     for (const RegistryObject object : vanished) {
         const HostObject &last = *objects_.find(object);
         if (returned_.isGone(last))
@@ -132,23 +133,23 @@ void EventNotifier::graphChanged(const std::vector<RegistryObject> &vanished,
         returned_.noteGone(last);
         announceGone(object);
     }
-    for (const QByteArray &path : std::exchange(removalsInSweep_, {}))
-        check({path, mostChecks});
+    for (const SysfsPath &path : std::exchange(removalsInReading_, {}))
+        check({path, maxChecks});
     busyCountChanged(busyCountBefore);
 }
 
 void EventNotifier::busyCountChanged(quint32 before)
 {
-    const RegistryObject host = objects_.hold(HostObjects::host);
-    const quint32 busyCount = objects_.graph()->at(HostObjects::host).busyCount();
+    const RegistryObject host = objects_.hold(ObjectTable::host);
+    const quint32 busyCount = objects_.graph()->at(ObjectTable::host).busyCount();
     if ((busyCount > 0) != (before > 0))
-        ports_.tell(Interest::Busy, host, busyCount);
+        ports_.report(Interest::Busy, host, busyCount);
     objects_.release(host);
 }
 
-void EventNotifier::tellOfChange()
+void EventNotifier::reportChange()
 {
-    const RegistryObject host = objects_.hold(HostObjects::host);
-    ports_.tell(Interest::General, host);
+    const RegistryObject host = objects_.hold(ObjectTable::host);
+    ports_.report(Interest::General, host);
     objects_.release(host);
 }

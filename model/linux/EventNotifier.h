@@ -2,51 +2,51 @@
 
 #include "model/NotificationPorts.h"
 #include "model/linux/DeviceEvent.h"
-#include "model/linux/HeldObjects.h"
-#include "model/linux/ReturnedObjects.h"
+#include "model/linux/ObjectHandles.h"
+#include "model/linux/VanishedObjects.h"
 #include "platform/runloop/OneShotTimer.h"
 
 class SysfsRoot;
 
-// Makes notifications of the host's events and of what a new graph shows. Every object that goes
-// is announced once, be it by its event or because a sweep has not found it.
+// Turns the host's events and the changes of a new graph into notifications. Announces each
+// vanished object once, by its event or because a reading did not find it.
 class EventNotifier
 {
 public:
-    EventNotifier(const SysfsRoot &root, HeldObjects &objects, NotificationPorts &ports);
+    EventNotifier(const SysfsRoot &root, ObjectHandles &objects, NotificationPorts &ports);
 
     void handle(const DeviceEvent &event);
-    void sweepBegins();
-    // A sweep's graph, before it is put in place. Whether there are other IDs than before.
+    void readingBegins();
+    // Called with a new graph before it is installed. Returns whether IDs changed.
     bool graphRead(RegistryGraph &graph) { return returned_.applyTo(graph, root_); }
-    // After a sweep: what was held and is not in its graph, and the host's busy count before it.
+    // After a reading: the held objects that its graph lacks, and the host's busy count before it.
     void graphChanged(const std::vector<RegistryObject> &vanished, quint32 busyCountBefore);
     void busyCountChanged(quint32 before); // the host's
-    void tellOfChange();                   // of something or other on the host
+    void reportChange();                   // an unspecified change of the host
 
-    // Announced as gone while the graph still has it.
+    // Whether it was announced as gone while the graph still has it.
     bool isGone(int index) const { return returned_.isGone(objects_.graph()->at(index)); }
     bool isGoneNode(quint64 nodeID) const { return returned_.isGoneNode(nodeID); }
 
 private:
     struct Removal
     {
-        QByteArray path;
+        SysfsPath path;
         int checksLeft;
     };
 
-    void appeared(NotificationPorts::Matching kind, const QByteArray &path);
-    void noteRemoval(const QByteArray &path);
+    void appeared(NotificationPorts::Matching kind, const SysfsPath &path);
+    void noteRemoval(const SysfsPath &path);
     void check(const Removal &removal);
     void checkAgain();
     void announceGone(RegistryObject object);
 
     const SysfsRoot &root_;
-    HeldObjects &objects_;
+    ObjectHandles &objects_;
     NotificationPorts &ports_;
-    ReturnedObjects returned_;
-    bool isSweeping_ = false;
-    std::vector<QByteArray> removalsInSweep_; // which may have seen them just before
+    VanishedObjects returned_;
+    bool isReading_ = false;
+    std::vector<SysfsPath> removalsInReading_; // the reading may have seen the objects before
     std::vector<Removal> doubtful_;
     OneShotTimer::Ref nextCheck_;
 };

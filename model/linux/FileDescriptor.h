@@ -35,15 +35,15 @@ private:
     int descriptor_ = -1;
 };
 
-// The first bytes of a file below a directory; null when it cannot be read without waiting.
-inline QByteArray readSmallFile(int directory, const char *path, qsizetype most)
+// The first bytes of a file below a directory; null when it cannot be read without blocking.
+inline QByteArray readSmallFile(int directory, const char *path, qsizetype maxSize)
 {
     const FileDescriptor file(
         openat(directory, path, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
     if (!file)
         return {};
-    QByteArray bytes(most, Qt::Uninitialized);
+    QByteArray bytes(maxSize, Qt::Uninitialized);
     bytes.truncate(
-        std::max<ssize_t>(::read(file.get(), bytes.data(), static_cast<std::size_t>(most)), 0));
+        std::max<ssize_t>(::read(file.get(), bytes.data(), static_cast<std::size_t>(maxSize)), 0));
     return bytes;
 }

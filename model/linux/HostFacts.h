@@ -4,12 +4,12 @@
 
 class SysfsRoot;
 
-// What the program's root and the host tell of themselves, beside what the tree holds.
+// Properties of the root and the host that the tree does not hold.
 namespace HostFacts {
-// Kernel release and version, and the boot's ID: of the running kernel.
+// Kernel release, version and boot ID.
 RegistryValue::Members ofRunningKernel();
-// The operating system's name: of the running system.
+// The operating system's name.
 RegistryValue::Members ofRunningSystem();
-// The machine's model and what it is compatible with, where the tree has a device tree.
+// The machine's model and compatible list, if the tree has a device tree.
 RegistryValue::Members ofDeviceTree(const SysfsRoot &root);
 } // namespace HostFacts

@@ -5,29 +5,23 @@
 #include <QFile>
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 } // namespace
 
-std::unique_ptr<LinuxRegistryService> LinuxRegistryService::create(const QString &sysfsRoot,
-                                                                   QString *error)
+LinuxRegistryService::Created LinuxRegistryService::create(const QString &sysfsRoot,
+                                                           TreeReader::Options options)
 {
-    return create(sysfsRoot, {}, error);
-}
-
-std::unique_ptr<LinuxRegistryService>
-LinuxRegistryService::create(const QString &sysfsRoot, Sweeper::Options options, QString *error)
-{
-    auto root = SysfsRoot::open(QFile::encodeName(sysfsRoot), error);
+    auto root = SysfsRoot::open(QFile::encodeName(sysfsRoot));
     if (!root)
-        return nullptr;
+        return root.error();
     return std::unique_ptr<LinuxRegistryService>(
         new LinuxRegistryService(std::make_shared<const SysfsRoot>(std::move(*root)), options));
 }
 
 LinuxRegistryService::LinuxRegistryService(std::shared_ptr<const SysfsRoot> root,
-                                           Sweeper::Options options)
+                                           TreeReader::Options options)
     : root_(std::move(root))
-    , sweeper_(root_, options)
+    , treeReader_(root_, options)
     , udev_(root_->folder())
     , notifier_(*root_, objects_, ports())
     , alive_(std::make_shared<int>())
@@ -52,7 +46,7 @@ RegistryObject LinuxRegistryService::rootEntry()
 {
     if (!graph() && !prepare())
         return 0;
-    return objects_.hold(HostObjects::root);
+    return objects_.hold(ObjectTable::root);
 }
 
 RegistryObject LinuxRegistryService::entryFromPath(const QString &path)
@@ -65,7 +59,7 @@ RegistryObject LinuxRegistryService::entryFromPath(const QString &path)
         return holdHost(); // "Plane:/"
     if (!graph() && !prepare())
         return 0;
-    int index = HostObjects::host;
+    int index = ObjectTable::host;
     const QByteArrayList names = path.mid(colon + 2).toUtf8().split('/');
     for (const QByteArray &name : names) {
         const auto children = graph()->childrenInPlane(index, *plane);
@@ -80,12 +74,12 @@ RegistryObject LinuxRegistryService::entryFromPath(const QString &path)
     return objects_.hold(index);
 }
 
-// Needs no sweep, so that notifications can be asked for before the first one.
+// Works before the first reading, so that notifications can be registered.
 RegistryObject LinuxRegistryService::holdHost()
 {
     HostObject host;
     host.kind = Kind::Host;
-    host.id = host.nodeID = HostObjects::hostID;
+    host.id = host.nodeID = ObjectTable::hostID;
     host.name.name = "Host";
     return objects_.hold(std::move(host));
 }
@@ -107,7 +101,7 @@ RegistryStatus LinuxRegistryService::childIterator(RegistryObject object, const 
     const int index = objects_.indexOf(object);
     fresh.rest = index == HostObject::none ? std::span<const int>()
                                            : graph()->childrenInPlane(index, *known);
-    fresh.sweep = sweepCount_;
+    fresh.reading = treeReadings_;
     return RegistryStatus::Success;
 }
 
@@ -118,7 +112,7 @@ RegistryObject LinuxRegistryService::iteratorNext(RegistryIterator iterator)
     if (iterator == 0 || iterator > iterators_.size())
         return 0;
     Iterator &its = iterators_[iterator - 1];
-    if (its.sweep != sweepCount_)
+    if (its.reading != treeReadings_)
         return 0;
     while (!its.rest.empty()) {
         const int index = its.rest.front();

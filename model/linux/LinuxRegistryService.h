@@ -4,8 +4,8 @@
 #include "model/linux/DeviceEventSource.h"
 #include "model/linux/DriverBundles.h"
 #include "model/linux/EventNotifier.h"
-#include "model/linux/HeldObjects.h"
-#include "model/linux/Preparation.h"
+#include "model/linux/GraphTask.h"
+#include "model/linux/ObjectHandles.h"
 #include "model/linux/UdevDatabase.h"
 #include "platform/host/PowerMessages.h"
 #include "platform/runloop/RunLoopSource.h"
@@ -13,21 +13,19 @@
 #include <QObject>
 #include <map>
 
-// The device registry of a sysfs tree. Answers from the last finished sweep; of the kernel's own
-// tree it also tells the changes.
+// The device registry of a sysfs tree. Answers from the last finished reading; reports changes of
+// the kernel's own tree.
 class LinuxRegistryService : public NotifyingRegistryService
 {
 public:
-    // Null when the events cannot be had.
+    // Returns null when events are not available.
     using EventSourceFactory = std::function<std::unique_ptr<DeviceEventSource>()>;
 
-    // Null, with a message for the user, when the folder is no sysfs tree.
-    static std::unique_ptr<LinuxRegistryService> create(const QString &sysfsRoot, QString *error);
-    static std::unique_ptr<LinuxRegistryService> create(const QString &sysfsRoot,
-                                                        Sweeper::Options options, QString *error);
+    using Created = Result<std::unique_ptr<LinuxRegistryService>, SysfsRootError>;
+    static Created create(const QString &sysfsRoot, TreeReader::Options options = {});
     ~LinuxRegistryService() override;
 
-    // Before the first notification port. Trees other than the kernel's have no events by default.
+    // Call before creating notification ports. By default only the kernel's own tree has events.
     void setEventSourceFactory(EventSourceFactory factory) { openEvents_ = std::move(factory); }
 
     bool prepare() override;
@@ -64,7 +62,7 @@ public:
     void retain(RegistryObject object) override;
     void release(RegistryObject object) override;
     QString bundleURLForIdentifier(const QString &bundleID) override;
-    quint64 readingNumber() const override { return sweepCount_; }
+    quint64 readingNumber() const override { return treeReadings_; }
     bool isUnchangedSince(RegistryObject object, quint64 reading) override;
 
     NotificationPort createNotificationPort() override;
@@ -75,72 +73,72 @@ public:
     void allowPowerChange(PowerConnection connection, quintptr notificationID) override;
     void releasePowerConnection(PowerConnection connection) override;
 
-    // Every file that the last sweep has read, where the options ask for it.
-    const std::vector<QByteArray> &filesRead() const { return filesRead_; }
+    // Every file of the last reading, if the options ask for it.
+    const std::vector<SysfsPath> &filesRead() const { return filesRead_; }
 
 private:
     struct Iterator
     {
         std::span<const int> rest;
-        quint64 sweep = 0; // one that began before the last sweep has ended
+        quint64 reading = 0; // an iterator of an earlier reading has ended
     };
-    LinuxRegistryService(std::shared_ptr<const SysfsRoot> root, Sweeper::Options options);
+    LinuxRegistryService(std::shared_ptr<const SysfsRoot> root, TreeReader::Options options);
     RegistryGraph *graph() { return objects_.graph(); }
     const RegistryGraph *graph() const { return objects_.graph(); }
     const HostObject *find(RegistryObject object) const { return objects_.find(object); }
     RegistryObject holdHost();
     static RegistryStatus copyText(const QByteArray &text, RegistryName &buffer);
 
-    struct Reading // of one attribute, which goes on
+    struct AttributeReading // in progress
     {
         RegistryObject object = 0; // held
         quint64 node = 0;
         std::function<void()> ready;
-        std::unique_ptr<BackgroundTask<std::pair<Sweeper, SweepObject>>> task;
+        std::unique_ptr<BackgroundTask<std::pair<TreeReader, RawObject>>> task;
     };
-    ObjectReader::Request requestFor(int index) const; // of what is read on request
-    // None when the user has cancelled it.
-    std::optional<SweepObject> readAllOnRequest(const ObjectReader::Request &request);
+    ObjectReader::Request requestFor(int index) const; // for reading on request
+    // None when the user cancels.
+    std::optional<RawObject> readAllOnRequest(const ObjectReader::Request &request);
     void attributeRead(quint64 number);
-    void beginPreparation(std::shared_ptr<SweepControl> control = {});
+    void beginPreparation(std::shared_ptr<SlowStep> slowStep = {});
     void cancelPreparation();
     void preparationFinished(quint64 number);
     std::vector<std::function<void()>> installPreparation();
-    void installGraph(Preparation::Result result);
+    void installGraph(GraphTask::Result result);
 
     bool openEvents();
     void receiveEvents();
     void checkEverything();
 
     std::shared_ptr<const SysfsRoot> root_;
-    Sweeper sweeper_;
+    TreeReader treeReader_;
     UdevDatabase udev_;
     ClassNames classNames_;
     DriverBundles bundles_;
-    HeldObjects objects_;
+    ObjectHandles objects_;
     RequestedAttributes requested_;
-    std::vector<quint64> readMeanwhile_; // nodes, since the preparation that runs has begun
-    std::vector<Iterator> iterators_;    // by iterator, less one
+    std::vector<quint64> readDuringPreparation_; // nodes read since the running preparation began
+    std::vector<Iterator> iterators_;            // by iterator - 1
     std::vector<RegistryIterator> freeIterators_;
-    quint64 sweepCount_ = 0;
-    RegistryGraph::Memory memory_; // of the last sweep
-    std::vector<QByteArray> filesRead_;
+    quint64 treeReadings_ = 0;
+    RegistryGraph::Memory memory_; // of the last reading
+    std::vector<SysfsPath> filesRead_;
 
     EventSourceFactory openEvents_;
     QSet<NotificationPort> eventPorts_;
-    std::unique_ptr<DeviceEventSource> events_; // open while there is such a port
+    std::unique_ptr<DeviceEventSource> events_; // open while any port needs them
     std::unique_ptr<RunLoopSource> eventsReady_;
     EventNotifier notifier_;
     OneShotTimer::Ref afterLoss_;
     std::unordered_map<PowerConnection, std::unique_ptr<PowerMessages>> power_;
 
-    // Called when the preparation that runs, or the one after it, is installed.
+    // To call when the running preparation, or the next one, is installed.
     std::vector<std::function<void()>> ready_;
     std::vector<std::function<void()>> readyLater_;
     quint64 preparationNumber_ = 0;
     std::shared_ptr<const void> alive_;
-    QObject mainThread_;                       // where a preparation reports
-    std::unique_ptr<Preparation> preparation_; // ends before all else
-    std::map<quint64, Reading> readings_;      // by number; the same
-    quint64 readingNumber_ = 0;
+    QObject mainThread_;                                    // where a preparation reports
+    std::unique_ptr<GraphTask> preparation_;                // destroyed first
+    std::map<quint64, AttributeReading> attributeReadings_; // by number; destroyed first
+    quint64 attributeReadingNumber_ = 0;
 };

@@ -1,31 +1,31 @@
-// Reading anew, and telling of changes.
+// Rereading and reporting changes.
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"
-#include "model/linux/SweepWait.h"
+#include "model/linux/ReadingWait.h"
 #include "platform/runloop/Disposal.h"
 #include "platform/runloop/RunLoop.h"
 
 bool LinuxRegistryService::prepare()
 {
-    // One that runs may have passed what has changed since.
+    // A running preparation may have read objects before they changed.
     cancelPreparation();
     std::move(readyLater_.begin(), readyLater_.end(), std::back_inserter(ready_));
     readyLater_.clear();
-    SweepWait wait;
-    beginPreparation(wait.control());
-    RunLoop::main().wait(wait, [&](auto most) {
-        return !preparation_ || wait.isCancelled() || preparation_->waitFor(most);
+    ReadingWait wait;
+    beginPreparation(wait.slowStep());
+    RunLoop::main().wait(wait, [&](auto timeout) {
+        return !preparation_ || wait.isCancelled() || preparation_->waitFor(timeout);
     });
     if (!preparation_)
-        return true; // what is shown meanwhile has brought another one, which is installed
+        return true; // code that ran during the wait has already installed another preparation
     if (wait.isCancelled()) {
         cancelPreparation();
         if (!ready_.empty())
-            beginPreparation(); // for those who wait in the background
+            beginPreparation(); // for the waiting prepareAsync calls
         return false;
     }
     const auto ready = installPreparation();
-    // Not at once: who called this is about to read.
+    // Deferred: the caller is about to read.
     for (const auto &call : ready)
         RunLoop::performLater(mainThread_, call);
     return true;
@@ -41,43 +41,43 @@ void LinuxRegistryService::prepareAsync(std::function<void()> ready)
     beginPreparation();
 }
 
-void LinuxRegistryService::beginPreparation(std::shared_ptr<SweepControl> control)
+void LinuxRegistryService::beginPreparation(std::shared_ptr<SlowStep> slowStep)
 {
-    notifier_.sweepBegins();
-    // What has come back is not what was asked for.
+    notifier_.readingBegins();
+    // An object that returned is another one than the one read on request.
     requested_.keepOnly([this](quint64 node) { return !notifier_.isGoneNode(node); });
-    readMeanwhile_.clear();
+    readDuringPreparation_.clear();
     const quint64 number = ++preparationNumber_;
     const auto finished = [this, number] {
         QMetaObject::invokeMethod(
             &mainThread_, [this, number] { preparationFinished(number); }, Qt::QueuedConnection);
     };
-    Sweeper sweeper = sweeper_;
-    sweeper.setControl(std::move(control));
+    TreeReader treeReader = treeReader_;
+    treeReader.setSlowStep(std::move(slowStep));
     preparation_ =
-        std::make_unique<Preparation>(Preparation::Input{root_, std::move(sweeper), classNames_,
-                                                         requested_, memory_, sweepCount_ + 1},
-                                      finished);
+        std::make_unique<GraphTask>(GraphTask::Input{root_, std::move(treeReader), classNames_,
+                                                     requested_, memory_, treeReadings_ + 1},
+                                    finished);
 }
 
-// What has not answered meanwhile need not be tried again.
+// Learns what did not answer: it is not tried again.
 void LinuxRegistryService::cancelPreparation()
 {
     if (!preparation_)
         return;
-    sweeper_.learnFrom(preparation_->cancel());
+    treeReader_.learnFrom(preparation_->cancel());
     preparation_.reset();
 }
 
 bool LinuxRegistryService::retryWhatDidNotAnswer()
 {
     cancelPreparation();
-    const Sweeper before = sweeper_;
-    sweeper_.forgetWhatDidNotAnswer();
+    const TreeReader before = treeReader_;
+    treeReader_.forgetWhatDidNotAnswer();
     requested_.forgetUnanswered();
     if (prepare())
         return true;
-    sweeper_.learnFrom(before); // updates in the background need not try it again
+    treeReader_.learnFrom(before); // updates in the background do not retry
     return false;
 }
 
@@ -92,12 +92,12 @@ void LinuxRegistryService::preparationFinished(quint64 number)
     });
 }
 
-// Whoever waited for what is now installed is to be called.
+// Returns the callbacks waiting for what is now installed.
 std::vector<std::function<void()>> LinuxRegistryService::installPreparation()
 {
-    Preparation::Result result = preparation_->take();
+    GraphTask::Result result = preparation_->take();
     preparation_.reset();
-    sweeper_.learnFrom(result.sweeper);
+    treeReader_.learnFrom(result.treeReader);
     installGraph(std::move(result));
     auto ready = std::exchange(ready_, std::exchange(readyLater_, {}));
     if (!ready_.empty())
@@ -106,16 +106,16 @@ std::vector<std::function<void()>> LinuxRegistryService::installPreparation()
     return ready;
 }
 
-void LinuxRegistryService::installGraph(Preparation::Result result)
+void LinuxRegistryService::installGraph(GraphTask::Result result)
 {
     classNames_ = std::move(result.classNames);
     filesRead_ = std::move(result.filesRead);
-    const quint32 busyCountBefore = graph() ? graph()->at(HostObjects::host).busyCount()
-                                            : result.graph->at(HostObjects::host).busyCount();
-    // While the objects still have their nodes' IDs.
+    const quint32 busyCountBefore = graph() ? graph()->at(ObjectTable::host).busyCount()
+                                            : result.graph->at(ObjectTable::host).busyCount();
+    // Before objects get other IDs than their nodes.
     requested_.keepOnly(
         [&](quint64 node) { return result.graph->withID(node) != HostObject::none; });
-    for (const quint64 node : std::exchange(readMeanwhile_, {})) {
+    for (const quint64 node : std::exchange(readDuringPreparation_, {})) {
         if (const int index = result.graph->withID(node); index != HostObject::none)
             result.graph->addRequested(index, requested_);
     }
@@ -124,11 +124,11 @@ void LinuxRegistryService::installGraph(Preparation::Result result)
     std::swap(memory_, result.memory);
     std::vector<RegistryObject> vanished;
     result.graph = objects_.setGraph(std::move(result.graph), vanished);
-    ++sweepCount_;
+    ++treeReadings_;
     notifier_.graphChanged(vanished, busyCountBefore);
-    // What was there before is about as large.
+    // The previous graph is about as large.
     if (memory_.size() >= qsizetype(Disposal::worthwhile))
-        Disposal::later(std::make_shared<Preparation::Result>(std::move(result)));
+        Disposal::later(std::make_shared<GraphTask::Result>(std::move(result)));
 }
 
 bool LinuxRegistryService::openEvents()
@@ -164,10 +164,10 @@ void LinuxRegistryService::destroyNotificationPort(NotificationPort port)
 
 void LinuxRegistryService::receiveEvents()
 {
-    constexpr int mostAtOnce = 256; // the window wants its turn in a storm
+    constexpr int maxEvents = 256; // keeps the window responsive in a storm
     DeviceEvent event;
     bool isLoss = false;
-    for (int i = 0; i < mostAtOnce; ++i) {
+    for (int i = 0; i < maxEvents; ++i) {
         const auto reception = events_->receive(event);
         if (reception == DeviceEventSource::Reception::Nothing)
             break;
@@ -176,18 +176,18 @@ void LinuxRegistryService::receiveEvents()
         else
             isLoss = true;
     }
-    // Losses come in rows; one check a while is enough.
+    // Losses come in bursts; check once after a while.
     constexpr double soon = 0.1;
     if (isLoss && !afterLoss_)
         afterLoss_ = OneShotTimer::schedule(soon, [this](const auto &) { checkEverything(); });
-    ports().deliver(); // may close the events
+    ports().deliver(); // may close the event source
 }
 
 void LinuxRegistryService::checkEverything()
 {
     afterLoss_.reset();
     prepareAsync([this] {
-        notifier_.tellOfChange();
+        notifier_.reportChange();
         ports().deliver();
     });
 }
@@ -201,7 +201,7 @@ PowerConnection LinuxRegistryService::registerForSystemPower(PowerCallback callb
     notification = number;
     auto messages = std::make_unique<PowerMessages>();
     const auto pass = [this, number](PowerMessage type, quint64 request) {
-        ports().tellPower(number, type, request);
+        ports().reportPower(number, type, request);
         ports().deliver();
     };
     QObject::connect(messages.get(), &PowerMessages::willSleep, &mainThread_,

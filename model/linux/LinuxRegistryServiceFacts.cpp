@@ -1,11 +1,11 @@
-// What LinuxRegistryService tells of a single object.
+// The operations of LinuxRegistryService on a single object.
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/RecordedHost.h"
 
 #include <cstring>
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 } // namespace
 
 HostInformation LinuxRegistryService::hostInformation()

@@ -1,10 +1,10 @@
-// Reading what is left out of every sweep, because a read is slow or wakes the device.
+// Reading on request: attributes that are slow or wake the device.
 #include "model/linux/LinuxRegistryService.h"
-#include "model/linux/SweepWait.h"
+#include "model/linux/ReadingWait.h"
 #include "platform/runloop/RunLoop.h"
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 using Folder = AttributePolicy::Folder;
 
 Folder folderOf(Kind kind)
@@ -41,7 +41,7 @@ bool LinuxRegistryService::prepareObject(RegistryObject object)
             return false;
         requested_.add(node, *read);
     }
-    // Its children, its driver and its names can be had of all objects together alone.
+    // Children, driver and names need a reading of all objects.
     return prepare();
 }
 
@@ -55,26 +55,26 @@ ObjectReader::Request LinuxRegistryService::requestFor(int index) const
             .readsOnRequest = true};
 }
 
-std::optional<SweepObject>
+std::optional<RawObject>
 LinuxRegistryService::readAllOnRequest(const ObjectReader::Request &request)
 {
-    SweepWait wait;
+    ReadingWait wait;
     std::stop_source stop;
-    Sweeper own = sweeper_;
-    own.setControl(wait.control());
-    // In a thread, or in this one when there can be no other.
+    TreeReader own = treeReader_;
+    own.setSlowStep(wait.slowStep());
+    // In a thread, or in this one when none can be started.
     auto reader =
-        std::async([sweeper = std::move(own), request, token = stop.get_token()]() mutable {
-            SweepObject object = sweeper.readObject(request, token);
-            return std::pair(std::move(sweeper), std::move(object));
+        std::async([treeReader = std::move(own), request, token = stop.get_token()]() mutable {
+            RawObject object = treeReader.readObject(request, token);
+            return std::pair(std::move(treeReader), std::move(object));
         });
-    RunLoop::main().wait(wait, [&](auto most) {
-        return wait.isCancelled() || reader.wait_for(most) != std::future_status::timeout;
+    RunLoop::main().wait(wait, [&](auto timeout) {
+        return wait.isCancelled() || reader.wait_for(timeout) != std::future_status::timeout;
     });
     if (wait.isCancelled())
         stop.request_stop();
-    auto [sweeper, read] = reader.get();
-    sweeper_.learnFrom(sweeper);
+    auto [treeReader, read] = reader.get();
+    treeReader_.learnFrom(treeReader);
     return wait.isCancelled() ? std::nullopt : std::optional(std::move(read));
 }
 
@@ -85,7 +85,7 @@ bool LinuxRegistryService::mayReadOnRequest(RegistryObject object, const QString
         return false;
     const auto &unread = graph()->at(index).unread;
     const QByteArray path = attribute.toUtf8();
-    return std::any_of(unread.begin(), unread.end(), [&](const SweepObject::Unread &its) {
+    return std::any_of(unread.begin(), unread.end(), [&](const RawObject::Unread &its) {
         return its.isOnRequest && its.path == path;
     });
 }
@@ -101,12 +101,12 @@ void LinuxRegistryService::readOnRequest(RegistryObject object, const QString &a
     ObjectReader::Request request = requestFor(index);
     request.attribute = attribute.toUtf8();
     objects_.retain(object);
-    const quint64 number = ++readingNumber_;
-    Reading &reading = readings_[number];
+    const quint64 number = ++attributeReadingNumber_;
+    AttributeReading &reading = attributeReadings_[number];
     reading = {object, graph()->at(index).nodeID, std::move(ready), nullptr};
-    const auto read = [sweeper = sweeper_, request](const std::stop_token &stop) mutable {
-        SweepObject found = sweeper.readObject(request, stop);
-        return std::pair(std::move(sweeper), std::move(found));
+    const auto read = [treeReader = treeReader_, request](const std::stop_token &stop) mutable {
+        RawObject found = treeReader.readObject(request, stop);
+        return std::pair(std::move(treeReader), std::move(found));
     };
     const auto finished = [this, number] {
         QMetaObject::invokeMethod(
@@ -118,22 +118,22 @@ void LinuxRegistryService::readOnRequest(RegistryObject object, const QString &a
             Qt::QueuedConnection);
     };
     reading.task =
-        std::make_unique<BackgroundTask<std::pair<Sweeper, SweepObject>>>(read, finished);
+        std::make_unique<BackgroundTask<std::pair<TreeReader, RawObject>>>(read, finished);
 }
 
 void LinuxRegistryService::attributeRead(quint64 number)
 {
-    const Reading reading = std::move(readings_.extract(number).mapped());
-    const auto [sweeper, read] = reading.task->take();
-    sweeper_.learnFrom(sweeper);
+    const AttributeReading reading = std::move(attributeReadings_.extract(number).mapped());
+    const auto [treeReader, read] = reading.task->take();
+    treeReader_.learnFrom(treeReader);
     const int index = objects_.indexOf(reading.object);
     objects_.release(reading.object);
-    // It may have gone, and come back as another one.
+    // It may have vanished, or returned as another object.
     if (index != HostObject::none && graph()->at(index).nodeID == reading.node) {
         requested_.add(reading.node, read);
         graph()->addRequested(index, requested_);
         if (preparation_)
-            readMeanwhile_.push_back(reading.node);
+            readDuringPreparation_.push_back(reading.node);
     }
     reading.ready();
 }

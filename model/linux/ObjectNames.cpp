@@ -5,13 +5,13 @@
 #include <QRegularExpression>
 
 namespace {
-constexpr qsizetype longestName = 127;
+constexpr qsizetype maxNameSize = 127;
 
-QByteArray cut(QByteArray utf8, qsizetype longest = longestName)
+QByteArray cut(QByteArray utf8, qsizetype maxSize = maxNameSize)
 {
-    if (utf8.size() <= longest)
+    if (utf8.size() <= maxSize)
         return utf8;
-    qsizetype end = longest;
+    qsizetype end = maxSize;
     while (end > 0 && (static_cast<unsigned char>(utf8[end]) & 0xc0) == 0x80)
         --end;
     utf8.truncate(end);
@@ -20,7 +20,7 @@ QByteArray cut(QByteArray utf8, qsizetype longest = longestName)
 
 QByteArray validName(const QByteArray &kernelName)
 {
-    return ObjectNames::validUtf8(kernelName, longestName);
+    return ObjectNames::validUtf8(kernelName, maxNameSize);
 }
 
 QByteArray textOr(const HostObject &device, QStringView attribute, const QByteArray &otherwise)
@@ -83,9 +83,9 @@ QByteArray firstElement(const RegistryValue &value)
 }
 } // namespace
 
-QByteArray ObjectNames::validUtf8(const QByteArray &kernelName, qsizetype longest)
+QByteArray ObjectNames::validUtf8(const QByteArray &kernelName, qsizetype maxSize)
 {
-    return cut(QString::fromUtf8(kernelName).toUtf8(), longest);
+    return cut(QString::fromUtf8(kernelName).toUtf8(), maxSize);
 }
 
 QByteArray ObjectNames::sanitized(const QString &text)

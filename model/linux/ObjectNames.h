@@ -3,15 +3,16 @@
 #include "model/linux/HostObject.h"
 
 namespace ObjectNames {
-// A text of the host's as a name: trimmed, "/" as "!", no control characters, at most 127 bytes.
+// A text of the host as a name: trimmed, "/" replaced by "!", no control characters, at most 127
+// bytes.
 QByteArray sanitized(const QString &text);
 
-// A kernel name, with replacement characters where it is not UTF-8, cut at a character.
-QByteArray validUtf8(const QByteArray &kernelName, qsizetype longest);
+// A kernel name with invalid UTF-8 replaced, cut at a character boundary.
+QByteArray validUtf8(const QByteArray &kernelName, qsizetype maxSize);
 
 NameAndLocation ofDevice(const HostObject &device);
-// A firmware device in the firmware plane: the last part of its firmware path.
+// In the firmware plane: the last part of the firmware path.
 NameAndLocation ofFirmwareDevice(const HostObject &device);
-// For what has no more than its kernel name.
+// For an object with only a kernel name.
 NameAndLocation ofKernelName(const QByteArray &kernelName);
 } // namespace ObjectNames

@@ -11,9 +11,9 @@
 namespace {
 constexpr std::size_t textLimit = 4096;
 constexpr std::size_t dataLimit = 65536;
-constexpr int deepestNesting = 16;
+constexpr int maxNesting = 16;
 constexpr char liesTooDeep[] = "lies too deep";
-constexpr int mostUnanswered = 2; // attributes of an object, before the rest is let be
+constexpr int maxUnanswered = 2; // attributes of an object; then the rest is skipped
 
 QByteArray join(const QByteArray &directory, const QByteArray &name)
 {
@@ -29,18 +29,18 @@ QByteArrayView nameOf(QByteArrayView name)
     return name;
 }
 
-// The entries are in the order of their names.
+// The entries must be sorted by name.
 bool contains(const std::vector<SysfsRoot::Entry> &entries, QByteArrayView name)
 {
     return std::binary_search(entries.begin(), entries.end(), name,
                               [](const auto &a, const auto &b) { return nameOf(a) < nameOf(b); });
 }
 
-// Without the first bytes of a character that was cut off.
+// The size without a character that was cut off at the end.
 std::size_t wholeCharacters(const char *bytes, std::size_t size)
 {
-    constexpr std::size_t longest = 4;
-    for (std::size_t back = 1; back < longest && back <= size; ++back) {
+    constexpr std::size_t maxSize = 4;
+    for (std::size_t back = 1; back < maxSize && back <= size; ++back) {
         const auto byte = static_cast<unsigned char>(bytes[size - back]);
         if (byte < 0x80)
             break;
@@ -50,11 +50,11 @@ std::size_t wholeCharacters(const char *bytes, std::size_t size)
     return size;
 }
 
-// None when the watch does not let it take the step. The step may touch only what is the reader's
-// own: when it returns, the program may have ended but for this thread.
+// None when the watch refuses the step. The step may touch only the reader's own data: when it
+// returns, the program may have ended except for this thread.
 template<class Step>
-auto take(ObjectReader::Watch &watch, const QByteArray &directory, const QByteArray &name,
-          Step step) -> std::optional<decltype(step())>
+auto take(ObjectReader::Watch &watch, const SysfsPath &directory, const QByteArray &name, Step step)
+    -> std::optional<decltype(step())>
 {
     if (!watch.mayTake(directory, name))
         return std::nullopt;
@@ -74,13 +74,13 @@ bool isBinary(const char *bytes, std::size_t size)
 
 struct ObjectReader::Directory
 {
-    QByteArray path;       // relative to the tree's root
-    QByteArray below = {}; // relative to the object's directory; empty for itself
+    SysfsPath path;
+    QByteArray below = {}; // relative to the object's directory; empty: itself
     int depth = 0;
     FileDescriptor descriptor = {};
     std::vector<SysfsRoot::Entry> entries = {};
 
-    // 0, or the error number of why not all its entries are known.
+    // 0, or the error number why the list is incomplete.
     int list(FileDescriptor opened)
     {
         descriptor = std::move(opened);
@@ -88,7 +88,7 @@ struct ObjectReader::Directory
     }
 };
 
-// Of a PCI device: only the first part of it is safe to read, and not while it is suspended.
+// PCI configuration space: only the first part is safe to read, and only while the device is awake.
 bool ObjectReader::isConfig(const Directory &directory, const QByteArray &name)
 {
     return name == "config" && directory.below.isEmpty();
@@ -99,10 +99,10 @@ struct ObjectReader::Job
     const Request &request;
     Result result;
     AttributePolicy policy;
-    bool isSuspended = false;  // known of PCI devices, and when reading on request
+    bool isSuspended = false;  // only known for PCI devices and when reading on request
     int unanswered = 0;        // attributes so far
-    RegistryValue uevent = {}; // read before all else: names and classes rest on it
-    // The same of links, by name.
+    RegistryValue uevent = {}; // read first: names and classes depend on it
+    // Links read first, by name.
     std::vector<std::pair<QByteArray, QByteArray>> linkTexts = {};
 
     void noteUnread(const Directory &directory, const QByteArray &name, const QByteArray &reason,
@@ -110,17 +110,17 @@ struct ObjectReader::Job
     {
         result.object.unread.push_back({join(directory.below, name), reason, isOnRequest});
     }
-    // None: it did not answer. What has gone meanwhile is not worth telling.
+    // None: did not answer. Does not report files that have vanished.
     void noteUnread(const Directory &directory, const QByteArray &name, std::optional<int> error)
     {
         if (!error)
-            noteUnread(directory, name, SweepObject::noAnswer);
+            noteUnread(directory, name, RawObject::noAnswer);
         else if (*error != 0 && *error != ENOENT)
             noteUnread(directory, name, std::strerror(*error));
     }
 };
 
-ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices,
+ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<SysfsPath> &forcedDevices,
                            Watch &watch, bool recordsFiles)
     : root_(root)
     , opener_(root.opener())
@@ -135,15 +135,15 @@ ObjectReader::~ObjectReader() = default;
 ObjectReader::Result ObjectReader::read(const Request &request)
 {
     Job job{request, {}, AttributePolicy({.folder = request.folder})};
-    SweepObject &object = job.result.object;
+    RawObject &object = job.result.object;
     object.kind = request.kind;
     object.inode = request.inode;
     object.path = request.path;
-    object.kernelName = SysfsPlaces::baseName(request.path);
+    object.kernelName = request.path.name();
     Directory directory{request.path};
     const auto error =
         take(watch_, request.path, {}, [&] { return directory.list(opener_.open(request.path)); });
-    job.noteUnread(directory, SweepObject::itself, error);
+    job.noteUnread(directory, RawObject::itself, error);
     if (error && (directory.descriptor || *error == ENOENT)) {
         readHeader(job, directory);
         readDirectory(job, directory, object.members);
@@ -151,20 +151,20 @@ ObjectReader::Result ObjectReader::read(const Request &request)
     return std::move(job.result);
 }
 
-// What decides how the rest is read.
+// Reads what decides how the rest is read.
 void ObjectReader::readHeader(Job &job, const Directory &directory)
 {
     using Folder = AttributePolicy::Folder;
     if (job.request.folder != Folder::Device)
         return;
-    SweepObject &object = job.result.object;
-    object.kind = isDevice(directory) ? SweepObject::Kind::Device : SweepObject::Kind::Container;
+    RawObject &object = job.result.object;
+    object.kind = isDevice(directory) ? RawObject::Kind::Device : RawObject::Kind::Container;
     const auto targetName = [&](const QByteArray &link) {
         if (!contains(directory.entries, link))
             return QByteArray();
         const QByteArray text = linkText(job, directory, link);
         job.linkTexts.emplace_back(link, text);
-        return SysfsPlaces::baseName(text);
+        return SysfsPath(text).name();
     };
     AttributePolicy::Context context{.folder = job.request.folder,
                                      .subsystem = targetName("subsystem"),
@@ -194,7 +194,7 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     }
 }
 
-// Whether it held anything of the object's own, or nothing at all.
+// Whether it held anything of the object itself, or nothing at all.
 bool ObjectReader::readDirectory(Job &job, const Directory &directory,
                                  RegistryValue::Members &members)
 {
@@ -226,11 +226,11 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     using Folder = AttributePolicy::Folder;
     const Folder folder = job.request.folder;
     const bool isBusTop = folder == Folder::Bus && parent.below.isEmpty();
-    if (folder != Folder::Firmware && AttributePolicy::skipsDirectory(entry.name))
+    if (AttributePolicy::skipsDirectory(folder, entry.name))
         return;
-    if (parent.depth >= deepestNesting)
+    if (parent.depth >= maxNesting)
         return job.noteUnread(parent, entry.name, liesTooDeep);
-    Directory directory{join(parent.path, entry.name), join(parent.below, entry.name),
+    Directory directory{parent.path.child(entry.name), join(parent.below, entry.name),
                         parent.depth + 1};
     const QByteArray &asked = job.request.attribute;
     if (!asked.isNull() && !asked.startsWith(directory.below + '/'))
@@ -239,9 +239,9 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
         return addObject(job, parent, entry, *kind);
     if (!open(job, parent, entry.name, directory))
         return;
-    // One that may be listed but not entered could not be asked for its files before.
+    // A folder that can be listed but not entered could not be checked before.
     if (folder == Folder::Device && contains(directory.entries, "uevent"))
-        return addObject(job, parent, entry, SweepObject::Kind::Device);
+        return addObject(job, parent, entry, RawObject::Kind::Device);
     if (isBusTop && entry.name == "devices")
         return readMembersOfBus(job, directory);
     if (isBusTop && entry.name == "drivers")
@@ -253,30 +253,30 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
 }
 
 void ObjectReader::addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
-                             SweepObject::Kind kind)
+                             RawObject::Kind kind)
 {
-    const QByteArray path = join(parent.path, entry.name);
-    if (path.size() > longestPath || path.count('/') > mostLevels)
+    const SysfsPath path = parent.path.child(entry.name);
+    if (path.size() > maxPathSize || path.depth() > maxDepth + 1)
         return job.noteUnread(parent, entry.name, liesTooDeep);
     job.result.below.push_back({job.request.folder, kind, path, entry.inode});
 }
 
-// None for a subdirectory that belongs to the object itself.
-std::optional<SweepObject::Kind> ObjectReader::objectKind(const Job &job, const Directory &parent,
-                                                          const QByteArray &name,
-                                                          const QByteArray &path)
+// None for a subdirectory that is part of the object.
+std::optional<RawObject::Kind> ObjectReader::objectKind(const Job &job, const Directory &parent,
+                                                        const QByteArray &name,
+                                                        const SysfsPath &path)
 {
     using Folder = AttributePolicy::Folder;
     if (job.request.folder == Folder::Firmware)
-        return SweepObject::Kind::FirmwareNode;
+        return RawObject::Kind::FirmwareNode;
     if (job.request.folder != Folder::Device)
         return std::nullopt;
     if (parent.path == "devices/virtual")
-        return SweepObject::Kind::Container;
-    return isDevice(parent, name, path) ? std::optional(SweepObject::Kind::Device) : std::nullopt;
+        return RawObject::Kind::Container;
+    return isDevice(parent, name, path) ? std::optional(RawObject::Kind::Device) : std::nullopt;
 }
 
-// Whether there is something of it to be read.
+// Whether any of it can be read.
 bool ObjectReader::open(Job &job, const Directory &parent, const QByteArray &name,
                         Directory &directory)
 {
@@ -290,7 +290,7 @@ bool ObjectReader::open(Job &job, const Directory &parent, const QByteArray &nam
     return error && directory.descriptor;
 }
 
-// They are objects of their own; the bus keeps only where its links lead.
+// The members are objects; the bus keeps only its links to them.
 void ObjectReader::readMembersOfBus(Job &job, const Directory &devices)
 {
     for (const SysfsRoot::Entry &entry : devices.entries) {
@@ -299,7 +299,7 @@ void ObjectReader::readMembersOfBus(Job &job, const Directory &devices)
             continue;
         }
         const QByteArray text = linkText(job, devices, entry.name);
-        const QByteArray target = SysfsRoot::resolveLink(devices.path, text);
+        const SysfsPath target = SysfsRoot::resolveLink(devices.path, text);
         if (!target.isNull())
             job.result.object.links.push_back({join(devices.below, entry.name), target});
         else if (!text.isNull())
@@ -311,8 +311,8 @@ void ObjectReader::readDriversOfBus(Job &job, const Directory &drivers)
 {
     for (const SysfsRoot::Entry &entry : drivers.entries) {
         if (entry.type == SysfsRoot::EntryType::Directory)
-            job.result.below.push_back({AttributePolicy::Folder::Driver, SweepObject::Kind::Driver,
-                                        join(drivers.path, entry.name), entry.inode});
+            job.result.below.push_back({AttributePolicy::Folder::Driver, RawObject::Kind::Driver,
+                                        drivers.path.child(entry.name), entry.inode});
         else
             job.noteUnread(drivers, entry.name, "is no folder");
     }
@@ -322,16 +322,16 @@ bool ObjectReader::isDevice(const Directory &itself) const
 {
     return contains(itself.entries, "uevent") || forcedDevices_.contains(itself.path) ||
            SysfsPlaces::isSystemDevice(itself.path) ||
-           (SysfsPlaces::isSystemFolder(SysfsPlaces::folderOf(itself.path)) &&
+           (SysfsPlaces::isSystemFolder(itself.path.parent()) &&
             contains(itself.entries, "subsystem"));
 }
 
-// Asked for by its own files, since a device will be listed when its turn comes.
-bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path)
+// Checks for files without listing: a device is listed later as an object.
+bool ObjectReader::isDevice(const Directory &parent, const QByteArray &name, const SysfsPath &path)
 {
     if (forcedDevices_.contains(path) || SysfsPlaces::isSystemDevice(path))
         return true;
-    if (name == "power") // everywhere, and never one
+    if (name == "power") // in every device, and never a device
         return false;
     const auto has = [&](const char *file) {
         const QByteArray below = name + file;
@@ -367,12 +367,12 @@ void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoo
                                 : linkText(job, directory, entry.name);
     if (text.isNull())
         return;
-    const QByteArray target = SysfsRoot::resolveLink(directory.path, text);
-    const QByteArray &shown = target.isNull() ? text : target;
+    const SysfsPath target = SysfsRoot::resolveLink(directory.path, text);
+    const QByteArray &shown = target.isNull() ? text : target.toByteArray();
     members.push_back({pool_.text(entry.name), RegistryValue::string(QString::fromUtf8(shown))});
     if (target.isNull())
         return;
-    SweepObject &object = job.result.object;
+    RawObject &object = job.result.object;
     object.links.push_back({join(directory.below, entry.name), target});
     if (directory.below.isEmpty() && entry.name == "driver")
         object.driverLinkInode = entry.inode;
@@ -388,7 +388,7 @@ bool ObjectReader::mayRead(Job &job, const Directory &directory, const QByteArra
     const Rule rule = job.policy.rule(directory.below, name);
     const auto leaveOut = [&](const QByteArray &why) {
         if (!why.isEmpty())
-            job.noteUnread(directory, name, SweepObject::leftOut + why, rule == Rule::OnRequest);
+            job.noteUnread(directory, name, RawObject::leftOut + why, rule == Rule::OnRequest);
         return false;
     };
     if (!request.readsOnRequest)
@@ -405,16 +405,16 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
         return;
     if (name == "uevent" && directory.below.isEmpty() && !job.uevent.isNone()) {
         if (recordsFiles_)
-            job.result.filesRead.push_back(join(directory.path, name));
+            job.result.filesRead.push_back(directory.path.child(name));
         members.push_back({pool_.text(name), std::exchange(job.uevent, {})});
         return;
     }
     QByteArray reason;
     const std::size_t limit = isConfig(directory, name) ? AttributePolicy::configBytes : dataLimit;
     const auto bytes = readBytes(job, directory, name, limit, reason);
-    if (recordsFiles_ && !SweepObject::isUnanswered(reason))
-        job.result.filesRead.push_back(join(directory.path, name));
-    SweepObject &object = job.result.object;
+    if (recordsFiles_ && !RawObject::isUnanswered(reason))
+        job.result.filesRead.push_back(directory.path.child(name));
+    RawObject &object = job.result.object;
     const bool isOnRequest = job.request.readsOnRequest;
     if (bytes && isOnRequest)
         object.requested.push_back(
@@ -422,16 +422,16 @@ void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArr
     else if (bytes)
         members.push_back({pool_.text(name), parseAttribute(name, *bytes, pool_)});
     else if (!reason.isEmpty())
-        job.noteUnread(directory, name, reason, isOnRequest && !SweepObject::isUnanswered(reason));
-    job.unanswered += reason == SweepObject::noAnswer;
+        job.noteUnread(directory, name, reason, isOnRequest && !RawObject::isUnanswered(reason));
+    job.unanswered += reason == RawObject::noAnswer;
 }
 
 std::optional<QByteArrayView> ObjectReader::readBytes(const Job &job, const Directory &directory,
                                                       const QByteArray &name, std::size_t limit,
                                                       QByteArray &reason)
 {
-    if (!job.request.readsAttributes || job.unanswered >= mostUnanswered) {
-        reason = SweepObject::notAsked;
+    if (!job.request.readsAttributes || job.unanswered >= maxUnanswered) {
+        reason = RawObject::notAsked;
         return std::nullopt;
     }
     const auto answer = take(watch_, directory.path, name, [&] {
@@ -440,7 +440,7 @@ std::optional<QByteArrayView> ObjectReader::readBytes(const Job &job, const Dire
     });
     if (answer)
         return *answer;
-    reason = SweepObject::noAnswer;
+    reason = RawObject::noAnswer;
     return std::nullopt;
 }
 
@@ -473,7 +473,7 @@ std::optional<QByteArrayView> ObjectReader::askForBytes(const Directory &directo
             reason = std::strerror(error);
         return std::nullopt;
     }
-    // The kernel refuses to open what cannot be read; a recorded tree's owner is not refused.
+    // The kernel refuses to open a write-only attribute; a recorded tree does not refuse its owner.
     if (!root_.isKernels() && fstat(file.get(), &status) == 0 && isWriteOnly())
         return std::nullopt;
     std::size_t size = 0;
@@ -490,7 +490,7 @@ std::optional<QByteArrayView> ObjectReader::askForBytes(const Directory &directo
             break;
         size += static_cast<std::size_t>(count);
         if (size < textLimit)
-            break; // an attribute answers at once with all it has
+            break; // a short read is the whole attribute
         if (size == textLimit && isBinary(buffer_.get(), size))
             wanted = limit;
         else if (size == textLimit)

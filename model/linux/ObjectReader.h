@@ -2,54 +2,54 @@
 
 #include "model/linux/AttributeParser.h"
 #include "model/linux/AttributePolicy.h"
-#include "model/linux/SweepObject.h"
+#include "model/linux/RawObject.h"
 #include "model/linux/SysfsRoot.h"
 
 #include <memory>
 
-// Reads one object's directory: its attributes, its links, and its subdirectories that are no
-// objects, as nested dictionaries. One reader belongs to one thread.
+// Reads one object's directory: attributes, links, and subdirectories that are not objects, as
+// nested dictionaries. One reader belongs to one thread.
 class ObjectReader
 {
 public:
-    // Asked before each step that might not return whether to take it, and after it whether it
-    // counts. What it throws ends the reading.
+    // Called around each step that might not return: mayTake decides whether to take it, returned
+    // whether its result counts. Exceptions end the reading.
     class Watch
     {
     public:
-        virtual bool mayTake(const QByteArray &directory, const QByteArray &name) = 0;
+        virtual bool mayTake(const SysfsPath &directory, const QByteArray &name) = 0;
         virtual bool returned() = 0;
-        // Within a step that was interrupted: whether to give it up.
+        // Called in an interrupted step: whether to give it up.
         virtual bool isGivenUp() const = 0;
 
     protected:
         ~Watch() = default;
     };
 
-    // What lies deeper than that is named in the properties of what is above it. Every object keeps
-    // its path, so that the bounds are also those of the memory that a hostile tree takes.
-    static constexpr qsizetype mostLevels = 10'000; // below a folder of the tree, such as "devices"
-    static constexpr qsizetype longestPath = 32'768;
+    // Deeper objects are named in the properties of the object above. Every object stores its path,
+    // so these limits also bound the memory that a hostile tree takes.
+    static constexpr qsizetype maxDepth = 10'000; // below a folder of the tree, such as "devices"
+    static constexpr qsizetype maxPathSize = 32'768;
 
     struct Request
     {
         AttributePolicy::Folder folder = AttributePolicy::Folder::Device;
-        SweepObject::Kind kind = SweepObject::Kind::Device; // of a device's folder, a guess
-        QByteArray path;
+        RawObject::Kind kind = RawObject::Kind::Device; // a guess for a device's folder
+        SysfsPath path;
         quint64 inode = 0;
-        bool readsOnRequest = false; // what is too costly for every sweep, and nothing else
-        bool readsAttributes = true; // else only what is there, and where its links lead
-        QByteArray attribute = {};   // below the directory: the only one to read on request
+        bool readsOnRequest = false; // only what is too costly for every reading
+        bool readsAttributes = true; // false: only names and links
+        QByteArray attribute = {};   // below the directory; if set, reads only this one
     };
     struct Result
     {
-        SweepObject object;
-        std::vector<Request> below; // the objects nearest to it on each way down
-        std::vector<QByteArray> filesRead;
+        RawObject object;
+        std::vector<Request> below; // the nearest objects below
+        std::vector<SysfsPath> filesRead;
     };
 
-    // Directories at forcedDevices are devices even without a uevent file.
-    ObjectReader(const SysfsRoot &root, const QSet<QByteArray> &forcedDevices, Watch &watch,
+    // Directories in forcedDevices are devices even without a uevent file.
+    ObjectReader(const SysfsRoot &root, const QSet<SysfsPath> &forcedDevices, Watch &watch,
                  bool recordsFiles);
     ~ObjectReader();
 
@@ -64,23 +64,23 @@ private:
     void readSubdirectory(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RegistryValue::Members &members);
     static void addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
-                          SweepObject::Kind kind);
-    std::optional<SweepObject::Kind> objectKind(const Job &job, const Directory &parent,
-                                                const QByteArray &name, const QByteArray &path);
+                          RawObject::Kind kind);
+    std::optional<RawObject::Kind> objectKind(const Job &job, const Directory &parent,
+                                              const QByteArray &name, const SysfsPath &path);
     bool open(Job &job, const Directory &parent, const QByteArray &name, Directory &directory);
     void readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
                   RegistryValue::Members &members);
     void readFile(Job &job, const Directory &directory, const QByteArray &name,
                   RegistryValue::Members &members);
     static bool isConfig(const Directory &directory, const QByteArray &name);
-    // Whether the policy and the request let it be read; what is left out is noted.
+    // Whether policy and request allow reading it; notes what is left out.
     static bool mayRead(Job &job, const Directory &directory, const QByteArray &name);
     void readMembersOfBus(Job &job, const Directory &devices);
     void readDriversOfBus(Job &job, const Directory &drivers);
     bool isDevice(const Directory &itself) const;
-    bool isDevice(const Directory &parent, const QByteArray &name, const QByteArray &path);
+    bool isDevice(const Directory &parent, const QByteArray &name, const SysfsPath &path);
     QByteArray linkText(Job &job, const Directory &directory, const QByteArray &name);
-    // None with a reason (empty: not worth telling) when it cannot be read.
+    // None with a reason when it cannot be read; empty reason: not reported.
     std::optional<QByteArrayView> readBytes(const Job &job, const Directory &directory,
                                             const QByteArray &name, std::size_t limit,
                                             QByteArray &reason);
@@ -90,7 +90,7 @@ private:
 
     const SysfsRoot &root_;
     DirectoryOpener opener_;
-    const QSet<QByteArray> &forcedDevices_;
+    const QSet<SysfsPath> &forcedDevices_;
     Watch &watch_;
     bool recordsFiles_;
     TextPool pool_;

@@ -3,11 +3,11 @@
 namespace {
 struct Word
 {
-    quint32 code; // base class and subclass, or base class and 0xff for any other subclass
+    quint32 code; // base class and subclass; subclass 0xff: any other
     const char *word;
 };
 
-// Subclasses before the base class that they belong to.
+// Subclasses come before their base class.
 constexpr Word classWords[] = {
     {0x0200, "ethernet"},      {0x0280, "wireless"},    {0x02ff, "network"},
     {0x0108, "nvme"},          {0x0106, "sata"},        {0x0100, "scsi"},
@@ -30,7 +30,7 @@ constexpr const char *baseClasses[] = {
 };
 } // namespace
 
-PciClass::PciClass(const SweepObject &device)
+PciClass::PciClass(const RawObject &device)
 {
     const RegistryValue &attribute = device.member(u"class");
     if (attribute.type() == RegistryValue::Type::Number)

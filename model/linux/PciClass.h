@@ -1,16 +1,16 @@
 #pragma once
 
-#include "model/linux/SweepObject.h"
+#include "model/linux/RawObject.h"
 
-// What a PCI device's class code says it is.
+// The meaning of a PCI device's class code.
 class PciClass
 {
 public:
-    // From the attribute "class", else from the uevent; 0 when neither is there.
-    explicit PciClass(const SweepObject &device);
+    // From the attribute "class" or the uevent; 0 if there is neither.
+    explicit PciClass(const RawObject &device);
 
-    QByteArray word() const;   // "ethernet", or "pci" when the code says nothing
-    QString baseClass() const; // "Network"; empty when the code says nothing
+    QByteArray word() const;   // "ethernet"; "pci" for an unknown code
+    QString baseClass() const; // "Network"; empty for an unknown code
 
 private:
     quint32 code_ = 0; // base class, subclass and interface, a byte each

@@ -3,22 +3,22 @@
 #include <span>
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 constexpr int none = HostObject::none;
 
 // The edges of one plane while they are collected.
 class PlaneCollector
 {
 public:
-    explicit PlaneCollector(const HostObjects &objects)
+    explicit PlaneCollector(const ObjectTable &objects)
         : objects_(objects)
     {}
 
-    const HostObjects &objects() const { return objects_; }
-    // A member without a parent among the objects stands under the host.
+    const ObjectTable &objects() const { return objects_; }
+    // A member without a parent is placed below the host.
     void add(int child, int parent)
     {
-        edges_.push_back({parent == none ? HostObjects::host : parent, child});
+        edges_.push_back({parent == none ? ObjectTable::host : parent, child});
     }
     void addEach(int child, std::span<const int> parents)
     {
@@ -28,12 +28,12 @@ public:
     std::vector<Edge> take() { return std::move(edges_); }
 
 private:
-    const HostObjects &objects_;
+    const ObjectTable &objects_;
     std::vector<Edge> edges_;
 };
 
 template<class Action>
-void forEach(const HostObjects &objects, Kind kind, Action action)
+void forEach(const ObjectTable &objects, Kind kind, Action action)
 {
     for (int i = 2; i < objects.count(); ++i) {
         if (objects.at(i).kind == kind)
@@ -41,13 +41,13 @@ void forEach(const HostObjects &objects, Kind kind, Action action)
     }
 }
 
-// The devices that links of an object below a folder lead to, such as "slaves/".
+// The devices that an object's links in a folder lead to, such as "slaves/".
 template<class Predicate>
-std::vector<int> linkedDevices(const HostObjects &objects, const HostObject &object,
+std::vector<int> linkedDevices(const ObjectTable &objects, const HostObject &object,
                                QByteArrayView prefix, Predicate predicate)
 {
     std::vector<int> devices;
-    for (const SweepObject::Link &link : object.links) {
+    for (const RawObject::Link &link : object.links) {
         if (!link.name.startsWith(prefix))
             continue;
         const int target = objects.withPath(link.target);
@@ -59,7 +59,7 @@ std::vector<int> linkedDevices(const HostObjects &objects, const HostObject &obj
 
 void addServices(PlaneCollector &plane)
 {
-    const HostObjects &objects = plane.objects();
+    const ObjectTable &objects = plane.objects();
     for (int i = 2; i < objects.count(); ++i) {
         if (objects.at(i).isService())
             plane.add(i, objects.at(i).parent);
@@ -68,7 +68,7 @@ void addServices(PlaneCollector &plane)
 
 void addSubsystems(PlaneCollector &plane, Kind kind)
 {
-    const HostObjects &objects = plane.objects();
+    const ObjectTable &objects = plane.objects();
     const bool isBus = kind == Kind::Bus;
     forEach(objects, kind, [&](int i, const HostObject &) { plane.add(i, none); });
     forEach(objects, Kind::Device, [&](int i, const HostObject &device) {
@@ -84,7 +84,7 @@ void addSubsystems(PlaneCollector &plane, Kind kind)
 
 void addDrivers(PlaneCollector &plane)
 {
-    const HostObjects &objects = plane.objects();
+    const ObjectTable &objects = plane.objects();
     forEach(objects, Kind::Bus, [&](int i, const HostObject &) { plane.add(i, none); });
     forEach(objects, Kind::Driver,
             [&](int i, const HostObject &driver) { plane.add(i, driver.parent); });
@@ -95,7 +95,7 @@ void addDrivers(PlaneCollector &plane)
 
 void addModules(PlaneCollector &plane)
 {
-    const HostObjects &objects = plane.objects();
+    const ObjectTable &objects = plane.objects();
     std::vector<bool> hasParent(static_cast<std::size_t>(objects.count()));
     forEach(objects, Kind::Module, [&](int i, const HostObject &module) {
         for (const int holder : linkedDevices(objects, module, "holders/", [](const auto &object) {
@@ -118,9 +118,10 @@ void addModules(PlaneCollector &plane)
 
 void addFirmware(PlaneCollector &plane)
 {
-    const HostObjects &objects = plane.objects();
+    const ObjectTable &objects = plane.objects();
     const auto isAcpi = [](const HostObject &object) {
-        return object.kind == Kind::Device && object.path.startsWith("devices/LNXSYSTM");
+        return object.kind == Kind::Device &&
+               object.path.toByteArray().startsWith("devices/LNXSYSTM");
     };
     forEach(objects, Kind::FirmwareNode,
             [&](int i, const HostObject &node) { plane.add(i, node.parent); });
@@ -140,7 +141,7 @@ void addFirmware(PlaneCollector &plane)
 
 void addPower(PlaneCollector &plane)
 {
-    const HostObjects &objects = plane.objects();
+    const ObjectTable &objects = plane.objects();
     const auto size = static_cast<std::size_t>(objects.count());
     std::vector<std::vector<int>> parents(size);
     std::vector<bool> isMember(size);
@@ -162,7 +163,7 @@ void addPower(PlaneCollector &plane)
         }
         const int supplier = objects.linked(device, "supplier");
         const int consumer = objects.linked(device, "consumer");
-        // Links made only to order the state's synchronising may form cycles.
+        // Links that only order sync_state() may form cycles.
         if (device.subsystem == "devlink" && supplier != none && consumer != none &&
             isDevice(objects.at(supplier)) && isDevice(objects.at(consumer)) &&
             device.member(u"sync_state_only").numberBits() != 1)
@@ -184,7 +185,7 @@ void addPower(PlaneCollector &plane)
 
 void addUsb(PlaneCollector &plane)
 {
-    const HostObjects &objects = plane.objects();
+    const ObjectTable &objects = plane.objects();
     const auto isUsb = [](const HostObject &object) { return object.subsystem == "usb"; };
     forEach(objects, Kind::Device, [&](int i, const HostObject &device) {
         if (isUsb(device))
@@ -192,10 +193,10 @@ void addUsb(PlaneCollector &plane)
     });
 }
 
-// Devices that stand on others: the links say on which, else the nearest above or the host.
+// Stacked devices: their parents are given by links, else the nearest object above or the host.
 void addStacked(PlaneCollector &plane, QByteArrayView subsystem, QByteArrayView linkPrefix)
 {
-    const HostObjects &objects = plane.objects();
+    const ObjectTable &objects = plane.objects();
     const auto isMember = [&](const HostObject &object) {
         return object.kind == Kind::Device && object.subsystem == subsystem;
     };
@@ -209,7 +210,7 @@ void addStacked(PlaneCollector &plane, QByteArrayView subsystem, QByteArrayView 
     });
 }
 
-std::vector<Edge> collect(const HostObjects &objects, Plane plane)
+std::vector<Edge> collect(const ObjectTable &objects, Plane plane)
 {
     PlaneCollector collector(objects);
     switch (plane) {
@@ -247,16 +248,16 @@ std::vector<Edge> collect(const HostObjects &objects, Plane plane)
     return collector.take();
 }
 
-void refuse(HostObjects &objects, Plane plane, const std::vector<Edge> &refused,
+void refuse(ObjectTable &objects, Plane plane, const std::vector<Edge> &refused,
             const QString &reason = {})
 {
     const QString planeName = QString::fromLatin1(planeNames[static_cast<std::size_t>(plane)]);
     for (const auto &[parent, child] : refused)
-        objects.at(child).refusedParents.append(
-            planeName + QStringLiteral(": ") + QString::fromUtf8(objects.at(parent).path) + reason);
+        objects.at(child).refusedParents.append(planeName + QStringLiteral(": ") +
+                                                objects.at(parent).path.toString() + reason);
 }
 
-// A member whose every parent was refused stands under the host.
+// A member with all parents refused is placed below the host.
 void adoptOrphans(std::vector<Edge> &edges, const std::vector<Edge> &refused, int count)
 {
     if (refused.empty())
@@ -266,14 +267,14 @@ void adoptOrphans(std::vector<Edge> &edges, const std::vector<Edge> &refused, in
         hasParent[static_cast<std::size_t>(child)] = true;
     for (const auto &[parent, child] : refused) {
         if (!hasParent[static_cast<std::size_t>(child)])
-            edges.push_back({HostObjects::host, child});
+            edges.push_back({ObjectTable::host, child});
         hasParent[static_cast<std::size_t>(child)] = true;
     }
     std::sort(edges.begin(), edges.end());
 }
 } // namespace
 
-std::array<std::vector<Edge>, planeCount> planeEdges(HostObjects &objects)
+std::array<std::vector<Edge>, planeCount> planeEdges(ObjectTable &objects)
 {
     std::array<std::vector<Edge>, planeCount> planes;
     for (std::size_t i = 0; i < planeCount; ++i) {
@@ -282,8 +283,8 @@ std::array<std::vector<Edge>, planeCount> planeEdges(HostObjects &objects)
         const bool alwaysExists = plane <= Plane::Driver;
         if (edges.empty() && !alwaysExists)
             continue;
-        edges.push_back({HostObjects::root, HostObjects::host});
-        // Indices are in the order of IDs, so this is the order in which cycles are judged.
+        edges.push_back({ObjectTable::root, ObjectTable::host});
+        // Cycles are decided in the order of IDs.
         std::sort(edges.begin(), edges.end());
         edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
         RefusedEdges refused = takeOutCycles(edges, objects.count());

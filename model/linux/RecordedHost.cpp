@@ -7,12 +7,12 @@
 #include <QFile>
 
 namespace {
-// The one line of a small file, as a name; null without one.
+// The line of a small file, as a name; null without one.
 QString lineOf(const FileDescriptor &folder, const char *path)
 {
-    constexpr qsizetype mostBytes = 1024;
+    constexpr qsizetype maxBytes = 1024;
     const QByteArray text =
-        folder ? readSmallFile(folder.get(), path, mostBytes).split('\n').first() : QByteArray();
+        folder ? readSmallFile(folder.get(), path, maxBytes).split('\n').first() : QByteArray();
     const QByteArray name = ObjectNames::sanitized(QString::fromUtf8(text));
     return name.isEmpty() ? QString() : QString::fromUtf8(name);
 }
@@ -24,7 +24,7 @@ HostInformation RecordedHost::of(const QByteArray &sysfsFolder)
     const bool isNamed = folder.dirName() != QLatin1String("sys");
     if (!isNamed)
         folder.cdUp();
-    // Beside a tree at the top of the file system lies what is this machine's.
+    // A tree at the top of the file system is this machine's.
     const FileDescriptor beside(isNamed || folder.isRoot()
                                     ? -1
                                     : open(QFile::encodeName(folder.path()).constData(),

@@ -4,8 +4,8 @@
 
 class QByteArray;
 
-// The machine that a tree was recorded on, by the files beside the tree: etc/hostname, or
-// proc/sys/kernel/hostname, and proc/sys/kernel/arch. Without a name it is called after the folder.
+// The machine that a tree was recorded on, from the files beside the tree: etc/hostname or
+// proc/sys/kernel/hostname, and proc/sys/kernel/arch. Without a host name, named after the folder.
 namespace RecordedHost {
 HostInformation of(const QByteArray &sysfsFolder);
 }

@@ -2,20 +2,20 @@
 
 #include "model/linux/ObjectNames.h"
 #include "model/linux/PlaneEdges.h"
-#include "model/linux/PlaneReach.h"
 #include "model/linux/RequestedAttributes.h"
 #include "model/linux/UdevDatabase.h"
+#include "model/linux/UnreachableEntries.h"
 
 #include <QMap>
 #include <QRandomGenerator>
 #include <cassert>
 
 namespace {
-using Kind = SweepObject::Kind;
+using Kind = RawObject::Kind;
 
 constexpr QLatin1String unreadAttributes("DxUnreadAttributes");
 
-// Keeps the members in the order of their keys.
+// Keeps the members sorted by key.
 void insertMember(RegistryValue::Members &members, QLatin1String key, RegistryValue value)
 {
     const QString text(key);
@@ -33,11 +33,11 @@ RegistryValue arrayOf(const QStringList &texts)
     return RegistryValue::array(std::move(elements));
 }
 
-// Reasons by attribute, each attribute once. One without a reason has been read on request.
-RegistryValue::Members reasonsOf(const std::vector<SweepObject::Unread> &unread)
+// Reasons by attribute, each attribute once. Attributes without a reason have been read on request.
+RegistryValue::Members reasonsOf(const std::vector<RawObject::Unread> &unread)
 {
     QMap<QString, QString> reasons;
-    for (const SweepObject::Unread &its : unread) {
+    for (const RawObject::Unread &its : unread) {
         if (!its.reason.isEmpty())
             reasons.insert(QString::fromUtf8(its.path), QString::fromUtf8(its.reason));
     }
@@ -57,15 +57,15 @@ quint32 ownBusyCount(const HostObject &object, const UdevDatabase &udev)
 }
 } // namespace
 
-RegistryGraph::RegistryGraph(HostObjects objects, UdevDatabase &udev)
+RegistryGraph::RegistryGraph(ObjectTable objects, UdevDatabase &udev)
     : objects_(std::move(objects))
 {
     const PlaneEdges edges = planeEdges(objects_);
     arrange(edges);
     addPlaneCounts(edges);
     for (std::size_t i = 0; i < planeCount; ++i)
-        tellSiblingsApart(static_cast<Plane>(i));
-    nameIncompleteObjects();
+        distinguishSiblings(static_cast<Plane>(i));
+    listIncompleteObjects();
     byID_.reserve(objects_.count());
     for (int i = 0; i < objects_.count(); ++i) {
         byID_.insert(at(i).id, i);
@@ -105,15 +105,15 @@ std::span<const int> RegistryGraph::childrenInPlane(int index, Plane plane) cons
     return std::span(its.all).subspan(begin, static_cast<std::size_t>(its.first[at + 1]) - begin);
 }
 
-RegistryGraph::Memory RegistryGraph::compareWith(const Memory &earlier, quint64 sweep)
+RegistryGraph::Memory RegistryGraph::compareWith(const Memory &earlier, quint64 reading)
 {
-    sweep_ = sweep;
+    reading_ = reading;
     Memory memory;
     memory.reserve(count());
     for (int i = 0; i < count(); ++i) {
         HostObject &object = objects_.at(i);
         const auto digest = this->digest(i);
-        object.changedIn = sweep;
+        object.changedIn = reading;
         if (const auto known = earlier.constFind(object.nodeID); known != earlier.constEnd()) {
             object.properties = object.properties.sharingWith(known->properties);
             if (object.properties.isSameCollectionAs(known->properties) && digest == known->digest)
@@ -126,7 +126,7 @@ RegistryGraph::Memory RegistryGraph::compareWith(const Memory &earlier, quint64 
 
 std::array<size_t, 2> RegistryGraph::digest(int index) const
 {
-    // Two hashes of one text with seeds that nobody knows: no two texts meet in both.
+    // Two hashes with secret seeds: no two texts collide in both.
     static const std::array<size_t, 2> seeds{QRandomGenerator::system()->generate64(),
                                              QRandomGenerator::system()->generate64()};
     const HostObject &object = at(index);
@@ -161,9 +161,9 @@ std::array<size_t, 2> RegistryGraph::digest(int index) const
 void RegistryGraph::noteAllChanged(Memory &memory)
 {
     for (int i = 0; i < count(); ++i)
-        objects_.at(i).changedIn = sweep_;
+        objects_.at(i).changedIn = reading_;
     for (Remembered &object : memory)
-        object.changedIn = sweep_;
+        object.changedIn = reading_;
 }
 
 void RegistryGraph::arrange(const PlaneEdges &edges)
@@ -189,15 +189,15 @@ void RegistryGraph::addPlaneCounts(const PlaneEdges &edges)
         QSet<int> entries;
         for (const auto &[parent, child] : edges[i])
             entries.insert(child);
-        const auto count = static_cast<quint64>(entries.size()) + 1; // the root is nobody's child
+        const auto count = static_cast<quint64>(entries.size()) + 1; // the root is not a child
         if (!entries.isEmpty())
             insertMember(counts, QLatin1String(planeNames[i]), RegistryValue::number(count, 4));
     }
-    insertMember(objects_.at(HostObjects::root).members, QLatin1String("DxRegistryPlanes"),
+    insertMember(objects_.at(ObjectTable::root).members, QLatin1String("DxRegistryPlanes"),
                  RegistryValue::dictionary(std::move(counts)));
 }
 
-std::vector<int> RegistryGraph::siblingsNamedAlike(Plane plane) const
+std::vector<int> RegistryGraph::siblingsWithEqualNames(Plane plane) const
 {
     std::vector<int> alike;
     for (int parent = 0; parent < objects_.count(); ++parent) {
@@ -222,7 +222,7 @@ std::vector<int> RegistryGraph::siblingsNamedAlike(Plane plane) const
     return alike;
 }
 
-void RegistryGraph::tellSiblingsApart(Plane plane)
+void RegistryGraph::distinguishSiblings(Plane plane)
 {
     const auto relocate = [this, plane](int index, const QByteArray &location) {
         HostObject &object = objects_.at(index);
@@ -230,12 +230,12 @@ void RegistryGraph::tellSiblingsApart(Plane plane)
         std::erase_if(object.namesInPlanes, [&](const auto &its) { return its.first == plane; });
         object.namesInPlanes.push_back({plane, {name, location}});
     };
-    constexpr qsizetype longestLocation = 100; // leaves room for the ID
-    for (const int index : siblingsNamedAlike(plane))
-        relocate(index, ObjectNames::validUtf8(at(index).kernelName, longestLocation));
-    // Kernel names can be alike too: of objects from different folders.
-    for (const int index : siblingsNamedAlike(plane))
-        relocate(index, ObjectNames::validUtf8(at(index).kernelName, longestLocation) + '#' +
+    constexpr qsizetype maxLocationSize = 100; // leaves room for the ID
+    for (const int index : siblingsWithEqualNames(plane))
+        relocate(index, ObjectNames::validUtf8(at(index).kernelName, maxLocationSize));
+    // Kernel names can be equal, too, in different folders.
+    for (const int index : siblingsWithEqualNames(plane))
+        relocate(index, ObjectNames::validUtf8(at(index).kernelName, maxLocationSize) + '#' +
                             QByteArray::number(at(index).id));
 }
 
@@ -265,7 +265,7 @@ void RegistryGraph::addRequested(int index, const RequestedAttributes &requested
     });
     requested.addTo(object);
     insertReasons(object);
-    object.changedIn = sweep_ + 1;
+    object.changedIn = reading_ + 1;
     object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
 }
 
@@ -277,30 +277,30 @@ void RegistryGraph::insertReasons(HostObject &object)
                      RegistryValue::dictionary(std::move(reasons)));
 }
 
-// At the root, the attributes that did not answer by the paths of their objects.
-void RegistryGraph::nameIncompleteObjects()
+// Lists in the root the attributes that did not answer, by object path.
+void RegistryGraph::listIncompleteObjects()
 {
     QMap<QString, RegistryValue> incomplete;
     for (int i = 0; i < count(); ++i) {
         QStringList attributes;
-        for (const SweepObject::Unread &unread : at(i).unread) {
-            if (SweepObject::isUnanswered(unread.reason))
+        for (const RawObject::Unread &unread : at(i).unread) {
+            if (RawObject::isUnanswered(unread.reason))
                 attributes.append(QString::fromUtf8(unread.path));
         }
         if (!attributes.isEmpty())
-            incomplete.insert(QString::fromUtf8(at(i).path), arrayOf(attributes));
+            incomplete.insert(at(i).path.toString(), arrayOf(attributes));
     }
     RegistryValue::Members members;
     for (auto it = incomplete.cbegin(); it != incomplete.cend(); ++it)
         members.push_back({CompactString(it.key()), *it});
     if (!members.empty())
-        insertMember(objects_.at(HostObjects::root).members, QLatin1String("DxIncompleteObjects"),
+        insertMember(objects_.at(ObjectTable::root).members, QLatin1String("DxIncompleteObjects"),
                      RegistryValue::dictionary(std::move(members)));
 }
 
 void RegistryGraph::countBusyChildren()
 {
-    std::vector<int> order{HostObjects::host};
+    std::vector<int> order{ObjectTable::host};
     std::vector<int> parents{HostObject::none};
     for (std::size_t i = 0; i < order.size(); ++i) {
         for (const int child : childrenInPlane(order[i], Plane::Service)) {

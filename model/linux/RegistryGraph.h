@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/linux/AcyclicEdges.h"
-#include "model/linux/HostObjects.h"
+#include "model/linux/ObjectTable.h"
 
 #include <array>
 #include <span>
@@ -9,20 +9,20 @@
 class RequestedAttributes;
 class UdevDatabase;
 
-// The host's registry as one sweep found it: the objects, and who is whose child in each plane.
+// The host's registry after one reading: the objects, and parents and children in each plane.
 class RegistryGraph
 {
 public:
-    RegistryGraph(HostObjects objects, UdevDatabase &udev);
+    RegistryGraph(ObjectTable objects, UdevDatabase &udev);
 
     int count() const { return objects_.count(); }
     const HostObject &at(int index) const { return objects_.at(index); }
     int withID(quint64 id) const; // or HostObject::none
     void setID(int index, quint64 id);
-    int withPath(const QByteArray &path) const { return objects_.withPath(path); }
+    int withPath(const SysfsPath &path) const { return objects_.withPath(path); }
     bool hasPlane(Plane plane) const;
     std::span<const int> childrenInPlane(int index, Plane plane) const;
-    // What an object was in a sweep, kept for the next one.
+    // The state of an object in a reading, for comparing with the next one.
     struct Remembered
     {
         RegistryValue properties;
@@ -30,18 +30,21 @@ public:
         quint64 changedIn = 0;
     };
     using Memory = QHash<quint64, Remembered>; // by node
-    // Shares the memory of properties that are equal to an earlier sweep's, and notes which objects
-    // are as they were. Sweeps count from 1.
-    Memory compareWith(const Memory &earlier, quint64 sweep);
-    bool isUnchangedSince(int index, quint64 sweep) const { return at(index).changedIn <= sweep; }
+    // Shares memory with equal properties of an earlier reading, and notes which objects are
+    // unchanged. Readings count from 1.
+    Memory compareWith(const Memory &earlier, quint64 reading);
+    bool isUnchangedSince(int index, quint64 reading) const
+    {
+        return at(index).changedIn <= reading;
+    }
     void noteAllChanged(Memory &memory);
-    // What was read since; the properties that others have keep as they were.
+    // Adds what was read since. Properties already handed out do not change.
     void addRequested(int index, const RequestedAttributes &requested);
 
 private:
     struct Children
     {
-        std::vector<int> first; // by object: where its children begin; one more at the end
+        std::vector<int> first; // by object: the start of its children; one extra at the end
         std::vector<int> all;
     };
     using PlaneEdges = std::array<std::vector<Edge>, planeCount>;
@@ -49,16 +52,16 @@ private:
     const Children &children(Plane plane) const { return planes_[static_cast<std::size_t>(plane)]; }
     void arrange(const PlaneEdges &edges);
     void addPlaneCounts(const PlaneEdges &edges);
-    void tellSiblingsApart(Plane plane);
-    std::vector<int> siblingsNamedAlike(Plane plane) const;
+    void distinguishSiblings(Plane plane);
+    std::vector<int> siblingsWithEqualNames(Plane plane) const;
     void finish(HostObject &object, UdevDatabase &udev);
     static void insertReasons(HostObject &object);
-    void nameIncompleteObjects();
+    void listIncompleteObjects();
     void countBusyChildren();
     std::array<size_t, 2> digest(int index) const;
 
-    quint64 sweep_ = 0;
-    HostObjects objects_;
+    quint64 reading_ = 0;
+    ObjectTable objects_;
     QHash<quint64, int> byID_;
     std::array<Children, planeCount> planes_;
 };

@@ -15,7 +15,7 @@ RegistryValue::Members::iterator placeOf(RegistryValue::Members &members,
                             });
 }
 
-// Puts a value where its path leads, in place of one that is there.
+// Sets the value at a path, replacing an existing one.
 void setMember(RegistryValue::Members &members, QByteArrayView path, RegistryValue value)
 {
     const qsizetype slash = path.indexOf('/');
@@ -63,7 +63,7 @@ RegistryValue::Members mergedMembers(RegistryValue::Members base,
     return base;
 }
 
-void RequestedAttributes::add(quint64 node, const SweepObject &read)
+void RequestedAttributes::add(quint64 node, const RawObject &read)
 {
     if (read.requested.empty() && read.unread.empty())
         return;
@@ -73,7 +73,7 @@ void RequestedAttributes::add(quint64 node, const SweepObject &read)
         its.values[path] = {value, now};
         its.unread.remove(path);
     }
-    for (const SweepObject::Unread &unread : read.unread)
+    for (const RawObject::Unread &unread : read.unread)
         its.unread[unread.path] = unread;
 }
 
@@ -83,7 +83,7 @@ void RequestedAttributes::addTo(HostObject &object) const
     if (its == byNode_.constEnd())
         return;
     QMap<QByteArray, QDateTime> dates;
-    for (SweepObject::Unread &left : object.unread) {
+    for (RawObject::Unread &left : object.unread) {
         const auto value = its->values.constFind(left.path);
         if (value != its->values.cend()) {
             setMember(object.members, left.path, value->value);
@@ -102,6 +102,6 @@ void RequestedAttributes::forgetUnanswered()
 {
     for (Requested &its : byNode_) {
         its.unread.removeIf(
-            [](const auto &unread) { return SweepObject::isUnanswered(unread.value().reason); });
+            [](const auto &unread) { return RawObject::isUnanswered(unread.value().reason); });
     }
 }

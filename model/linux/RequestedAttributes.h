@@ -6,15 +6,15 @@
 #include <QHash>
 #include <QMap>
 
-// What was read of single objects on request. Each attribute keeps its last value in later sweeps,
-// marked by its date in "DxReadOnRequest".
+// Attributes of single objects read on request. Each keeps its last value in later readings, with
+// its date in "DxReadOnRequest".
 class RequestedAttributes
 {
 public:
-    void add(quint64 node, const SweepObject &read);
-    // To what the sweep has left out of the object.
+    void add(quint64 node, const RawObject &read);
+    // Adds what the reading left out of the object.
     void addTo(HostObject &object) const;
-    // Those that did not answer are as if they had never been asked for.
+    // Forgets attributes that did not answer.
     void forgetUnanswered();
     template<class Predicate>
     void keepOnly(Predicate isThere) // by node
@@ -28,15 +28,15 @@ private:
         RegistryValue value;
         QDateTime date;
     };
-    struct Requested // by their paths below the object's directory
+    struct Requested // by path below the object's directory
     {
         QMap<QByteArray, Value> values;
-        QMap<QByteArray, SweepObject::Unread> unread;
+        QMap<QByteArray, RawObject::Unread> unread;
     };
 
     QHash<quint64, Requested> byNode_;
 };
 
-// Adds members to those that are there; dictionaries of the same key become one.
+// Merges members; dictionaries with the same key are merged, too.
 RegistryValue::Members mergedMembers(RegistryValue::Members base,
                                      const RegistryValue::Members &added);

@@ -5,9 +5,9 @@
 #include <algorithm>
 
 namespace {
-constexpr QByteArrayView systemFolders = "devices/system/";
+constexpr QByteArrayView systemFolders = "devices/system";
 
-// A word and a number. The names of groups of attributes, such as "cpuidle", have none.
+// A word and a number. Groups of attributes, such as "cpuidle", have no number.
 bool isNumbered(QByteArrayView name)
 {
     const auto isLower = [](char c) { return c >= 'a' && c <= 'z'; };
@@ -15,50 +15,38 @@ bool isNumbered(QByteArrayView name)
            std::all_of(name.begin(), name.end(),
                        [&](char c) { return isLower(c) || AttributeText::isDigit(c) || c == '_'; });
 }
-// The folder ends with a slash.
-bool isStraightBelow(QByteArrayView folder, QByteArrayView path)
+
+bool isDirectlyBelow(QByteArrayView folder, const SysfsPath &path)
 {
-    return path.startsWith(folder) && path.size() > folder.size() &&
-           path.indexOf('/', folder.size()) < 0;
+    return path.isBelow(folder) && path.toByteArray().indexOf('/', folder.size() + 1) < 0;
 }
 } // namespace
 
-QByteArray SysfsPlaces::baseName(const QByteArray &path)
+bool SysfsPlaces::isSystemFolder(const SysfsPath &path)
 {
-    return path.mid(path.lastIndexOf('/') + 1);
+    return isDirectlyBelow(systemFolders, path) || path == "devices/system/edac/mc";
 }
 
-QByteArray SysfsPlaces::folderOf(const QByteArray &path)
+bool SysfsPlaces::isSystemDevice(const SysfsPath &path)
 {
-    return path.left(std::max<qsizetype>(path.lastIndexOf('/'), 0));
+    // Cheap check first: called for every directory.
+    return path.isBelow(systemFolders) && isSystemFolder(path.parent()) && isNumbered(path.name());
 }
 
-bool SysfsPlaces::isSystemFolder(QByteArrayView path)
+QByteArray SysfsPlaces::subsystemOfSystemDevice(const SysfsPath &path)
 {
-    return isStraightBelow(systemFolders, path) || path == "devices/system/edac/mc";
+    return path.toByteArray().mid(systemFolders.size() + 1).split('/').constFirst();
 }
 
-bool SysfsPlaces::isSystemDevice(QByteArrayView path)
+bool SysfsPlaces::isDriver(const SysfsPath &path)
 {
-    const qsizetype slash = path.lastIndexOf('/');
-    return slash > 0 && isSystemFolder(path.first(slash)) && isNumbered(path.sliced(slash + 1));
-}
-
-QByteArray SysfsPlaces::subsystemOfSystemDevice(const QByteArray &path)
-{
-    return path.mid(systemFolders.size()).split('/').constFirst();
-}
-
-bool SysfsPlaces::isDriver(QByteArrayView path)
-{
-    constexpr QByteArrayView drivers = "/drivers";
-    const qsizetype slash = path.lastIndexOf('/');
-    if (slash < 0 || !path.first(slash).endsWith(drivers))
+    if (!path.isBelow("bus"))
         return false;
-    return isStraightBelow("bus/", path.first(slash - drivers.size()));
+    const SysfsPath drivers = path.parent();
+    return drivers.name() == "drivers" && isDirectlyBelow("bus", drivers.parent());
 }
 
-bool SysfsPlaces::isSubsystem(QByteArrayView path)
+bool SysfsPlaces::isSubsystem(const SysfsPath &path)
 {
-    return isStraightBelow("bus/", path) || isStraightBelow("class/", path) || path == "block";
+    return isDirectlyBelow("bus", path) || isDirectlyBelow("class", path) || path == "block";
 }

@@ -1,7 +1,5 @@
 #include "model/linux/SysfsRoot.h"
 
-#include "model/linux/SysfsPlaces.h"
-
 #include <QCoreApplication>
 #include <QFile>
 #include <algorithm>
@@ -19,7 +17,7 @@ QString translate(const char *text)
     return QCoreApplication::translate("SysfsRoot", text);
 }
 
-// None for what has gone.
+// None if it has vanished.
 std::optional<SysfsRoot::EntryType> entryType(int directory, const dirent64 &entry)
 {
     mode_t mode = DTTOIF(entry.d_type);
@@ -35,43 +33,47 @@ std::optional<SysfsRoot::EntryType> entryType(int directory, const dirent64 &ent
     case S_IFLNK:
         return SysfsRoot::EntryType::Link;
     case S_IFREG:
-    case S_IFIFO: // recorded trees may have one where a read would wait
+    case S_IFIFO: // recorded trees may have one where a read would block
         return SysfsRoot::EntryType::File;
-    default: // a device node or a socket, which no sysfs has
+    default: // a device node or socket, which sysfs never has
         return SysfsRoot::EntryType::Other;
     }
 }
 } // namespace
 
-std::optional<SysfsRoot> SysfsRoot::open(const QByteArray &folder, QString *error)
+QString SysfsRootError::message() const
 {
+    const QString name = QFile::decodeName(folder);
+    if (reason == Reason::CannotOpen)
+        return translate("Cannot open the sysfs folder \"%1\": %2.")
+            .arg(name, qt_error_string(errorNumber));
+    return translate("\"%1\" is no sysfs tree: it has no folder \"devices\".").arg(name);
+}
+
+Result<SysfsRoot, SysfsRootError> SysfsRoot::open(const QByteArray &folder)
+{
+    using Reason = SysfsRootError::Reason;
     SysfsRoot root;
     root.folder_ = folder;
     root.descriptor_ =
         FileDescriptor(::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!root.descriptor_) {
-        *error = translate("Cannot open the sysfs folder \"%1\": %2.")
-                     .arg(QFile::decodeName(folder), qt_error_string(errno));
-        return std::nullopt;
-    }
+    if (!root.descriptor_)
+        return SysfsRootError{Reason::CannotOpen, folder, errno};
     struct stat status;
-    if (fstatat(root.descriptor_.get(), "devices", &status, 0) != 0 || !S_ISDIR(status.st_mode)) {
-        *error = translate("\"%1\" is no sysfs tree: it has no folder \"devices\".")
-                     .arg(QFile::decodeName(folder));
-        return std::nullopt;
-    }
+    if (fstatat(root.descriptor_.get(), "devices", &status, 0) != 0 || !S_ISDIR(status.st_mode))
+        return SysfsRootError{Reason::NotASysfsTree, folder};
     struct statfs filesystem;
     root.isKernels_ =
         fstatfs(root.descriptor_.get(), &filesystem) == 0 && filesystem.f_type == SYSFS_MAGIC;
-    return root;
+    return Result<SysfsRoot, SysfsRootError>(std::move(root));
 }
 
-FileDescriptor SysfsRoot::openDirectory(const QByteArray &path) const
+FileDescriptor SysfsRoot::openDirectory(const SysfsPath &path) const
 {
     return opener().open(path);
 }
 
-quint64 SysfsRoot::inodeOf(const QByteArray &path) const
+quint64 SysfsRoot::inodeOf(const SysfsPath &path) const
 {
     struct stat status;
     const auto inodeBelow = [&status](int folder, const QByteArray &its) {
@@ -79,14 +81,13 @@ quint64 SysfsRoot::inodeOf(const QByteArray &path) const
         return exists ? status.st_ino : 0;
     };
     if (path.size() < PATH_MAX)
-        return inodeBelow(descriptor_.get(), path);
-    return inodeBelow(openDirectory(SysfsPlaces::folderOf(path)).get(),
-                      SysfsPlaces::baseName(path));
+        return inodeBelow(descriptor_.get(), path.toByteArray());
+    return inodeBelow(openDirectory(path.parent()).get(), path.name());
 }
 
 int SysfsRoot::list(int directory, std::vector<Entry> &entries)
 {
-    // Without a directory stream: making one costs more than reading a small directory.
+    // Without a directory stream: creating one costs more than reading a small directory.
     constexpr std::size_t bufferSize = 16384;
     alignas(dirent64) char buffer[bufferSize];
     entries.clear();
@@ -114,11 +115,11 @@ QByteArray SysfsRoot::readLink(int directory, const QByteArray &name)
     return length >= 0 ? QByteArray(buffer, length) : QByteArray();
 }
 
-QByteArray SysfsRoot::resolveLink(const QByteArray &directoryPath, const QByteArray &target)
+SysfsPath SysfsRoot::resolveLink(const SysfsPath &directory, const QByteArray &target)
 {
     if (target.isEmpty() || target.startsWith('/'))
         return {};
-    QByteArray path = directoryPath;
+    QByteArray path = directory.toByteArray();
     for (qsizetype start = 0; start <= target.size();) {
         qsizetype end = target.indexOf('/', start);
         if (end < 0)
@@ -137,5 +138,5 @@ QByteArray SysfsRoot::resolveLink(const QByteArray &directoryPath, const QByteAr
             path += component;
         }
     }
-    return path;
+    return SysfsPath(path);
 }

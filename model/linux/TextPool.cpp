@@ -6,8 +6,8 @@ CompactString TextPool::text(QByteArrayView utf8)
     const auto known = texts_.constFind(key);
     if (known != texts_.constEnd())
         return *known;
-    constexpr qsizetype mostTexts = 100000;
-    if (texts_.size() >= mostTexts)
+    constexpr qsizetype maxTexts = 100000;
+    if (texts_.size() >= maxTexts)
         texts_.clear();
     return *texts_.insert(utf8.toByteArray(), CompactString(QString::fromUtf8(utf8)));
 }

@@ -4,7 +4,7 @@
 
 #include <QHash>
 
-// Makes the keys and short texts of one reader thread share their storage.
+// Lets the keys and short texts of one reader thread share storage.
 class TextPool
 {
 public:

@@ -23,7 +23,7 @@ UdevDatabase::UdevDatabase(const QByteArray &sysfsFolder)
     std::filesystem::path folder =
         std::filesystem::absolute(sysfsFolder.toStdString(), error).lexically_normal();
     if (!folder.has_filename())
-        folder = folder.parent_path(); // it ended with a slash
+        folder = folder.parent_path(); // the path ended with a slash
     const std::filesystem::path run = folder.parent_path() / "run/udev";
     directory_ = FileDescriptor(open((run / "data").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     isDaemonRunning_ = access((run / "control").c_str(), F_OK) == 0;

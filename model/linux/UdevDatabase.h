@@ -7,7 +7,7 @@
 
 struct HostObject;
 
-// The udev daemon's records, one file a device, beside the tree's root.
+// The udev daemon's records, one file per device, stored beside the tree's root.
 class UdevDatabase
 {
 public:
@@ -16,9 +16,9 @@ public:
 
     bool exists() const { return static_cast<bool>(directory_); }
     bool isDaemonRunning() const { return isDaemonRunning_; }
-    // A dictionary of links, tags and properties; none without a record.
+    // A dictionary of links, tags and properties; none if there is no record.
     RegistryValue record(const HostObject &device);
-    // Whether the daemon keeps a record of every such device.
+    // Whether the daemon keeps records of devices like this.
     static bool expectsRecord(const HostObject &device);
 
 private:

@@ -3,8 +3,8 @@
 #include <QByteArrayList>
 #include <vector>
 
-// The lines of an outline, each with its depth: one more space in front for each level. None is
-// more than one level below the line before.
+// The lines of an outline with their depths: one leading space per level. No line is more than one
+// level deeper than the previous one.
 struct FuzzedLine
 {
     std::size_t depth;

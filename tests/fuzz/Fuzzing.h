@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-// What the engine calls with bytes it made up.
+// Called by the fuzzing engine.
 extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size);
 
 inline QByteArray fuzzedBytes(const quint8 *data, std::size_t size)
@@ -10,7 +10,7 @@ inline QByteArray fuzzedBytes(const quint8 *data, std::size_t size)
     return QByteArray(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
 }
 
-// What holds of every input; the engine keeps one that breaks it.
+// Checks a condition that holds for every input; the engine keeps inputs that break it.
 inline void require(bool holds)
 {
     if (!holds)

@@ -1,5 +1,5 @@
-// The container: bytes that need not be an archive. The digest that no random change survives is
-// put right first.
+// The archive container, from arbitrary bytes. The digest, which no random change survives, is
+// corrected first.
 
 #include "Fuzzing.h"
 #include "platform/archive/KeyedUnarchiver.h"

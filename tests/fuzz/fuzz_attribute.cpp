@@ -1,5 +1,5 @@
-// What the kernel and the udev daemon write about a device: the bytes after the first line are an
-// attribute named so, and a record of the udev database.
+// Texts of the kernel and the udev daemon: the bytes after the first line are an attribute with
+// that name, and a record of the udev database.
 
 #include "Fuzzing.h"
 #include "model/TavRegistryProperty.h"

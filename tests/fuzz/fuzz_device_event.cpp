@@ -1,7 +1,7 @@
-// Device events, true and false ones in any order, while the tree changes: a store that follows
-// them must end up like one that is captured then. The input is a row of messages with a NUL after
-// each: "+PATH" adds a device, "-PATH" takes one away, "ACTION@PATH" is an event, a message that is
-// empty lets time pass, and any other is a loss of events.
+// Device events, true and false, in any order, while the tree changes: a store that follows them
+// must end up like a fresh capture. The input is a list of messages, each ended by NUL: "+PATH"
+// adds a device, "-PATH" removes one, "ACTION@PATH" is an event, an empty message lets time pass,
+// and any other is a loss of events.
 
 #include "Fuzzing.h"
 #include "model/linux/LinuxRegistryService.h"
@@ -16,7 +16,7 @@
 #include <QTemporaryDir>
 
 namespace {
-const Sweeper::Options oneThread{.threads = 1}; // the sanitizers make them costly
+const TreeReader::Options oneThread{.threads = 1}; // the sanitizers make them costly
 
 class Tree
 {
@@ -35,7 +35,7 @@ public:
         if (!place.isNull() && QDir().mkpath(place) && uevent.open(QIODevice::WriteOnly))
             uevent.write("NUMBER=1\n");
     }
-    // Kept elsewhere, so that its inode number is not given out again.
+    // Kept elsewhere, so that its inode number is not reused.
     void remove(QByteArrayView path)
     {
         const QString place = placeOf(path);
@@ -44,14 +44,14 @@ public:
     }
 
 private:
-    // Null for what is no device's, or is deeper than devices are.
+    // Null for paths that are not a device's or too deep.
     QString placeOf(QByteArrayView path) const
     {
-        constexpr int deepest = 6;
+        constexpr int maxDepth = 6;
         const auto event = DeviceEvent::parse("add", path);
-        const bool isDevice = event && event->path.startsWith("devices/") &&
-                              event->path.count('/') < deepest && event->path.size() < NAME_MAX;
-        return isDevice ? sys() + u'/' + QFile::decodeName(event->path) : QString();
+        const bool isDevice = event && event->path.isBelow("devices") &&
+                              event->path.depth() <= maxDepth && event->path.size() < NAME_MAX;
+        return isDevice ? sys() + u'/' + QFile::decodeName(event->path.toByteArray()) : QString();
     }
 
     QTemporaryDir folder_;
@@ -63,15 +63,14 @@ void send(QByteArrayView message, ScriptedEvents &events)
     const qsizetype at = message.indexOf('@');
     const QByteArrayView path = message.sliced(at + 1);
     if (at > 0 && path.startsWith('/'))
-        events.tell(message.first(at), path.sliced(1).toByteArray());
+        events.send(message.first(at), path.sliced(1).toByteArray());
     else
         events.lose();
 }
 
 std::string captured(const QString &sys)
 {
-    QString error;
-    const auto service = LinuxRegistryService::create(sys, oneThread, &error);
+    const auto service = *LinuxRegistryService::create(sys, oneThread);
     const auto fresh = TavDataStore::initFromDxRegistry(*service);
     fresh->update(); // sorts children by the names of every plane
     return StorePrinter::planes(*fresh);
@@ -94,8 +93,7 @@ int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     Tree tree;
     ScriptedEvents events;
     SimulatedRunLoop loop;
-    QString error;
-    const auto service = LinuxRegistryService::create(tree.sys(), oneThread, &error);
+    const auto service = *LinuxRegistryService::create(tree.sys(), oneThread);
     service->setEventSourceFactory([&events] { return events.open(); });
     const auto store = TavDataStore::initFromDxRegistry(*service);
     store->setAutoupdate(size % 2 == 0);

@@ -1,5 +1,5 @@
-// The settings file: any bytes when it is opened, and after a NUL what another copy of the program
-// puts in its place meanwhile. What can be read is never lost, and what cannot is kept.
+// The settings file: any bytes when it is opened and, after a NUL, what another copy of the program
+// writes later. Readable settings are never lost, and unreadable files are kept.
 
 #include "Fuzzing.h"
 #include "platform/preferences/PreferencesStore.h"
@@ -23,7 +23,7 @@ public:
         QFile file(folder_.filePath(name));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    // As another copy writes it: as a new file.
+    // Like another copy: as a new file.
     void put(const QByteArray &bytes) const
     {
         QFile file(folder_.filePath(QStringLiteral("new")));
@@ -44,7 +44,7 @@ private:
     QTemporaryDir folder_;
 };
 
-// As it is when it has been written once, for not every number and text can be.
+// After writing it once, since not every number and text can be stored.
 Object readable(const QByteArray &bytes)
 {
     const QJsonDocument document = QJsonDocument::fromJson(bytes);

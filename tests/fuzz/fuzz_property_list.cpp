@@ -1,4 +1,4 @@
-// Property lists in XML, as snapshots of version 1 hold them.
+// XML property lists, as in snapshots of version 1.
 
 #include "Fuzzing.h"
 #include "model/TavRegistryProperty.h"

@@ -1,6 +1,6 @@
-// A search: must find what a plain look at every text finds. The first byte is the options, the
-// rest of its line what is looked for. Each further line is an entry, below the one before by its
-// spaces: name, location, class and keys with their values, with a tab after each.
+// A search must find what a plain scan of every text finds. The first byte holds the options, the
+// rest of its line is the text to find. Each further line is an entry, nested by leading spaces:
+// name, location, class and keys with their values, each followed by a tab.
 
 #include "FuzzedLines.h"
 #include "Fuzzing.h"
@@ -18,7 +18,7 @@ const QString keyOfSet = QStringLiteral("~");
 
 using Entries = QHash<FakeRegistry::Node, Entry>;
 
-// Values in an array, which have no keys, and in a set, which a search does not look into.
+// Values in an array, without keys, and in a set, which searches skip.
 RegistryValue properties(const Entry &entry)
 {
     RegistryValue::Members members;
@@ -140,13 +140,13 @@ int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     FakeLiveService service;
     const Entries entries = build(service, input.mid(end + 1));
     const auto store = TavDataStore::initFromDxRegistry(service);
-    // As it is typed, letter by letter.
+    // As typed, letter by letter.
     constexpr qsizetype mostLetters = 8;
     for (qsizetype letters = std::max<qsizetype>(0, query.size() - mostLetters);
          letters <= query.size(); ++letters) {
         const QString typed = query.left(letters);
         if (!typed.isEmpty() && typed.back().isHighSurrogate())
-            continue; // nobody types half a character
+            continue; // users do not type half a character
         check(*store, PlainSearch(entries, typed, options), typed, options);
     }
     return 0;

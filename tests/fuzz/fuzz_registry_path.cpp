@@ -1,6 +1,6 @@
-// Registry paths as they are typed: the first line. Each further line is an entry, below the one
-// before by its spaces, as name@location. What completes, marks and follows a path must agree, and
-// every entry must be found by its own paths.
+// Typed registry paths: the first line. Each further line is an entry, name@location, nested by
+// leading spaces. Completion, marking and resolution of a path must agree, and every entry must be
+// found by its own paths.
 
 #include "FuzzedLines.h"
 #include "Fuzzing.h"
@@ -12,7 +12,7 @@
 namespace {
 const QString plane = QStringLiteral("DxService");
 
-// Whether no two entries have the same path, as on a machine.
+// Whether all paths are unique, as on a machine.
 bool build(FakeRegistryService &service, const QByteArray &outline)
 {
     const QString device = QStringLiteral("DxDevice");

@@ -1,5 +1,5 @@
-// Snapshots: what decodes must be sound enough to be shown, searched, and written and read again
-// as the same.
+// Snapshots: whatever decodes must be consistent enough to be shown, searched, and written and
+// reread unchanged.
 
 #include "Fuzzing.h"
 #include "store/DataStoreDecoder.h"
@@ -46,7 +46,7 @@ int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
         return 0;
     const auto again = DataStoreDecoder::decode(encoded(*store));
     require(again != nullptr);
-    // An entry without properties, as version 1 may have, is written with empty ones.
+    // An entry without properties, possible in version 1, is written with empty ones.
     const auto &entries = store->registryEntries();
     if (std::all_of(entries.begin(), entries.end(), [](auto &e) { return e->properties(); }))
         require(StorePrinter::print(*again) == StorePrinter::print(*store));

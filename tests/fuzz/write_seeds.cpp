@@ -1,4 +1,4 @@
-// Writes the seeds that are archives into the folder given: what the fuzzers begin with.
+// Writes the binary seeds of the fuzzers into the given folder.
 
 #include "platform/archive/KeyedArchiver.h"
 #include "tests/support/ArchiveSeal.h"
@@ -17,7 +17,7 @@ bool write(const QString &file, const ArchiveSketch &sketch)
     return device.open(QIODevice::WriteOnly) && device.write(content) == content.size();
 }
 
-// Values of every kind, shared ones and references in a circle.
+// Values of every kind, shared ones, and circular references.
 ArchiveSketch values()
 {
     const QDateTime date = QDateTime::fromMSecsSinceEpoch(1234567890123, Qt::UTC);

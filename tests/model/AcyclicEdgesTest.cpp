@@ -15,7 +15,7 @@ bool reaches(const Edges &edges, int from, int to)
            });
 }
 
-// Word for word: one by one, each looked at from all that is there.
+// The definition: adds edges one by one, and searches a cycle for each.
 Edges refusedOneByOne(const Edges &edges)
 {
     Edges kept;
@@ -47,7 +47,7 @@ TEST(AcyclicEdges, AreThoseThatCloseNoCycleInTheirOrder)
     }
 }
 
-// One that took the square of their number would take minutes.
+// A quadratic algorithm would take minutes.
 TEST(AcyclicEdges, OfLongRingsAreFoundSoon)
 {
     constexpr int count = 300'000;
@@ -63,8 +63,8 @@ TEST(AcyclicEdges, OfLongRingsAreFoundSoon)
     }
 }
 
-// Two long chains, which a link joins to one cycle, and links from what hangs below the one to what
-// stands above the other: each asks for a search through both chains.
+// Two long chains joined to one cycle, and links from below the one to above the other: each needs
+// a search through both chains.
 TEST(AcyclicEdges, ThatDefeatTheSearchAreRefusedUncheckedInTheEnd)
 {
     constexpr int length = 20'000;
@@ -85,7 +85,7 @@ TEST(AcyclicEdges, ThatDefeatTheSearchAreRefusedUncheckedInTheEnd)
     const RefusedEdges refused = takeOutCycles(kept, count);
     EXPECT_FALSE(refused.closing.empty());
     EXPECT_FALSE(refused.unchecked.empty());
-    EXPECT_LE(refused.steps, mostCycleSteps(edges.size()) + edges.size());
+    EXPECT_LE(refused.steps, maxCycleSteps(edges.size()) + edges.size());
     EXPECT_EQ(refused.closing.size() + refused.unchecked.size(), std::size_t(length));
     EXPECT_EQ(kept.size() + std::size_t(length), edges.size());
     EXPECT_EQ(takeOutCycles(kept, count).steps, 0U) << "for no cycle is left";

@@ -3,7 +3,7 @@
 #include <QByteArrayList>
 #include <gtest/gtest.h>
 
-TEST(DeviceEvent, RefusesWhatNamesNoObject)
+TEST(DeviceEvent, RefusesOtherPaths)
 {
     const auto event = DeviceEvent::parse("something new", "/devices/..hidden/a b!c");
     ASSERT_TRUE(event);

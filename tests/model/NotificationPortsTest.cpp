@@ -85,7 +85,7 @@ TEST_F(NotificationPortsTest, InterestIsInOneObjectAndOneKind)
             service_.releaseNotification(notification); // by its own callback
         },
         notification);
-    service_.tellOfChange(); // of another kind, which must not use up the notification
+    service_.reportChange(); // of another kind, which must not use up the notification
     service_.tellBusy(7);
     EXPECT_EQ(busy, 7U);
     service_.tellBusy(8);

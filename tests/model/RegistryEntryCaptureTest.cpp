@@ -118,7 +118,7 @@ TEST_F(RegistryEntryCaptureTest, LaterFailuresKeepTheLastGoodValues)
     EXPECT_EQ(disk.properties(), held.get());
     EXPECT_TRUE(disk.childrenInPlane(servicePlane).empty());
 
-    // The state is read, the name fails: the old tree is given up.
+    // The state is read, the name fails: the old tree is dropped.
     service_.setFailures(tree_["disk@0"], Service::NameFails);
     store_->update();
     EXPECT_TRUE(disk.isMatched());

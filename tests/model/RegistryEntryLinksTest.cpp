@@ -73,7 +73,7 @@ TEST_F(RegistryEntryLinksTest, AnEntryMayHaveSeveralParentsInSeveralPlanesAndMov
         entry("Host").childrenWithNameAtLocation(QStringLiteral("FAN"), powerPlane).empty());
 }
 
-// Entries that are re-read one by one may disagree about who is above whom.
+// Entries reread one by one may disagree about who is above whom.
 TEST_F(RegistryEntryLinksTest, WalksEndWhereSingleUpdatesClosedACycle)
 {
     tree_.plane("DxService", R"(

@@ -104,7 +104,7 @@ TEST_F(RegistryEntryPathTest, PathsAreMadeComparedAndTakenApart)
     EXPECT_EQ(prefix.compareToEntryPath(path), -1);
     EXPECT_EQ(path.compareToEntryPath(prefix), 1);
     EXPECT_EQ(path.compareToEntryPath(path), 0);
-    // The plane decides before the entries do.
+    // The plane is compared before the entries.
     EXPECT_EQ(path.compareToEntryPath(TavRegistryEntryPath(QStringLiteral("apart"))), -1);
     const TavRegistryEntryPath other(servicePlane, {ref("Root"), ref("Host"), ref("pci@2")});
     EXPECT_EQ(path.compareToEntryPath(other), -1);
@@ -127,7 +127,7 @@ TEST_F(RegistryEntryPathTest, RelativePathsMatchExactlyFromTheirStart)
     for (const char *path : {"/", "//fan", "Host/fan", "fan"})
         EXPECT_EQ(matches("Host", path), QStringList()) << path;
 
-    // Siblings of one name all match.
+    // All siblings with the name match.
     service_.link(tree_["Host"], service_.add(QStringLiteral("DxDevice"), "pci", "2"), "DxService");
     store_->update();
     EXPECT_EQ(matches("Host", "/pci@2"), list({"pci", "pci"}));

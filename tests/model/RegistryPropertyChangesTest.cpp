@@ -7,7 +7,7 @@
 
 using namespace values;
 
-// Every test lets the older tree go before it looks, as a re-read entry does.
+// Every test drops the older tree before it checks, like an entry that is reread.
 class RegistryPropertyChangesTest : public testing::Test
 {
 protected:
@@ -73,7 +73,8 @@ TEST_F(RegistryPropertyChangesTest, ArraysCompareByPosition)
           0: 3 (4 bytes) (changed)
           0: "gone" (terminated)
     )"));
-    // What went in the last reading is no part of the older tree, and its other marks are kept.
+    // Nodes terminated in the last reading are not part of the older tree; its other marks are
+    // kept.
     EXPECT_TRUE(noteNext(array({number(1), number(3), text("came")})));
     EXPECT_EQ(tree(), dedented(R"(
         array (changed)
@@ -92,10 +93,10 @@ TEST_F(RegistryPropertyChangesTest, SetsCompareByMembership)
           : "stays"
           : "goes" (terminated)
     )"));
-    // What a number is, not how it is kept.
+    // By numeric value, not by representation.
     EXPECT_FALSE(note(set({number(7, 1), negative(-1, 4)}), set({number(7, 8), negative(-1, 8)})));
     EXPECT_TRUE(note(set({number(0xff, 1)}), set({negative(-1, 1)})));
-    // A collection in a set equals nothing but itself.
+    // A collection in a set equals only itself.
     EXPECT_TRUE(note(set({array({})}), set({array({})})));
     EXPECT_EQ(tree(), dedented(R"(
         set (changed)

@@ -105,7 +105,7 @@ TEST(RegistryProperty, AnswersNoneWhereThereIsNothing)
     EXPECT_FALSE(root->childAtIndex(2));
     EXPECT_FALSE(root->childAtIndex(-1));
     EXPECT_FALSE(root->childWithName(QStringLiteral("k"))->childAtIndex(0));
-    // Only a dictionary finds by name.
+    // Only dictionaries are searched by name.
     EXPECT_FALSE(root->childWithName(QStringLiteral("list"))->childWithName(QStringLiteral("0")));
 }
 

@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-// Virtual devices of this machine that come and go at random. All go with it.
+// Adds and removes virtual devices of this machine at random. Removes all when destroyed.
 class Churn
 {
 public:
@@ -25,7 +25,7 @@ public:
         else
             change(interfaces_, 6);
     }
-    // A flood of events of one device that it made itself and nothing else uses.
+    // A flood of events of one device that nothing else uses.
     void flood()
     {
         if (disks_.empty() && interfaces_.empty())

@@ -10,9 +10,8 @@
 #include <QTimer>
 #include <random>
 
-// Captures of this machine into one file again and again, each by a process of its own that is
-// killed at a random moment. Whatever the moment, the file is whole, and kills leave no more than
-// one other file behind.
+// Repeated captures of this machine into one file, each in a process that is killed at a random
+// moment. The file must stay whole, and at most one other file may be left behind.
 class KilledCaptures
 {
 public:
@@ -31,7 +30,7 @@ public:
     KilledCaptures(const KilledCaptures &) = delete;
     KilledCaptures &operator=(const KilledCaptures &) = delete;
 
-    // Looks at what the last one left and begins the next. The problem, or null.
+    // Checks the result of the last one and starts the next. Returns the problem, or null.
     QString step()
     {
         if (process_.state() != QProcess::NotRunning)
@@ -49,7 +48,7 @@ public:
 private:
     QString file() const { return folder_.filePath(QStringLiteral("snapshot")); }
 
-    // The first is let be, for its duration.
+    // The first runs to its end, to measure its duration.
     void start()
     {
         started_.start();

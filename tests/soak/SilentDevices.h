@@ -10,8 +10,8 @@
 #include <random>
 #include <sys/stat.h>
 
-// Captures of trees in which some devices do not answer: an attribute of theirs is a pipe that
-// nobody writes. All others must be read, those must be named, and once they answer they are read.
+// Captures of trees in which some devices do not answer: one of their attributes is a pipe without
+// a writer. All others must be read, these must be listed, and read once they answer.
 class SilentDevices
 {
 public:
@@ -19,15 +19,14 @@ public:
         : random_(random)
     {}
 
-    // One tree. The problem, or null.
+    // Checks one tree. Returns the problem, or null.
     QString step()
     {
         using namespace std::chrono_literals;
         const Tree tree(random_); // outlives who reads it
-        QString error;
         const bool interrupts = random_() % 2 == 0;
-        const auto service = LinuxRegistryService::create(
-            tree.sys(), {.patience = 500ms, .interrupts = interrupts}, &error);
+        const auto service = *LinuxRegistryService::create(
+            tree.sys(), {.patience = 500ms, .interrupts = interrupts});
         const auto store = TavDataStore::initFromDxRegistry(*service);
         ++captures_;
         if (sorted(store->incompleteObjects()) != tree.silent())
@@ -65,7 +64,7 @@ private:
 
         QString sys() const { return folder_.filePath(QStringLiteral("sys")); }
         const QStringList &silent() const { return silent_; }
-        // Reads that were given up end, too: their threads must not pile up.
+        // Reads that were given up must end, too: their threads must not accumulate.
         void answer() const
         {
             for (const QString &path : silent_) {

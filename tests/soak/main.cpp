@@ -1,6 +1,6 @@
 // Follows this machine's registry in a window while virtual devices come and go, in floods of
-// events, and a hasty user does everything at once. Every half a minute it must show what a fresh
-// capture shows. Meanwhile captures are killed, and others meet devices that do not answer.
+// events, and a hasty user clicks everything. Every half minute the window must show the same as a
+// fresh capture. In parallel, captures are killed, and others meet devices that do not answer.
 #include "Churn.h"
 #include "KilledCaptures.h"
 #include "SilentDevices.h"
@@ -46,14 +46,14 @@ int threads()
     return static_cast<int>(QDir(QStringLiteral("/proc/self/task")).count()) - 2; // "." and ".."
 }
 
-// Of the one run, for when a sanitizer ends it.
+// Global: a sanitizer's exit handler takes no argument.
 Churn *runningChurn = nullptr;
 
 class Soak
 {
 public:
     Soak()
-        : service_(LinuxRegistryService::create(QStringLiteral("/sys"), &error_))
+        : service_(*LinuxRegistryService::create(QStringLiteral("/sys")))
         , document_(TavDocument::createUntitled(documents_))
         , store_(document_->dataStore())
     {
@@ -155,7 +155,7 @@ private:
     bool agrees()
     {
         store_->clearTerminatedObjects();
-        const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error_);
+        const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
         const auto fresh = TavDataStore::initFromDxRegistry(*service);
         fresh->update(); // sorts children by the names of every plane
         for (const EntryRef &entry : store_->registryEntries())
@@ -190,7 +190,6 @@ private:
         return problem.isNull();
     }
 
-    QString error_;
     std::mt19937 random_{std::random_device()()};
     std::unique_ptr<LinuxRegistryService> service_;
     TavDocumentController documents_{*service_};

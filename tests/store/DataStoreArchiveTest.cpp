@@ -10,7 +10,7 @@
 using namespace values;
 
 namespace {
-// Why the store is not written; null when it is.
+// Why the store cannot be written; null on success.
 QString problemOf(const TavDataStore &store)
 {
     QBuffer device;
@@ -25,7 +25,7 @@ class DataStoreArchive : public RegistryTest
 protected:
     DataStoreArchive() { tree_.plane("DxService", "Root\n  Host\n"); }
 
-    // The store as it is when read back.
+    // The store after reading it back.
     std::unique_ptr<TavDataStore> reopened() const
     {
         return DataStoreDecoder::decode(encoded(*store_));
@@ -83,7 +83,7 @@ TEST_F(DataStoreArchive, LeavesOnlyTheTreesThatAreLookedAt)
     EXPECT_EQ(StorePrinter::print(*DataStoreDecoder::decode(bytes)), StorePrinter::print(*store_));
 }
 
-TEST_F(DataStoreArchive, IsNeverReadAnewOnceOpened)
+TEST_F(DataStoreArchive, IsNeverRereadOnceOpened)
 {
     capture();
     const auto read = reopened();
@@ -142,7 +142,7 @@ TEST_F(DataStoreArchive, OpensAStoreWithAnEntryThatLostItsProperties)
     EXPECT_EQ(read->registryEntries().at(1)->properties()->numberOfChildren(), 0);
 }
 
-// Below the bus stands "above" with "below" under it; then their places are exchanged.
+// "below" is below "above", which is below the bus; then they swap places.
 class DataStoreArchiveOfTurnedEntries : public DataStoreArchive
 {
 protected:
@@ -178,7 +178,7 @@ TEST_F(DataStoreArchiveOfTurnedEntries, OpensWhenTheUpperOneIsTerminated)
     store_->setAutoupdate(true);
     service_.terminate(tree_["above"]);
     turn();
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.advance(1);
     ASSERT_EQ(entry("above").registryState(), RegistryStateTerminated);
     ASSERT_TRUE(isBelowItself("below")) << "no cycle was made";
@@ -204,7 +204,7 @@ TEST_F(DataStoreArchiveOfTurnedEntries, OpensWhenOneIsReadAlone)
     )");
 }
 
-// Each layer has two entries, and both have the layer above for their parents.
+// Each layer has two entries with both entries of the layer above as parents.
 TEST_F(DataStoreArchive, IsNotWrittenWithMorePathsThanCanBeRead)
 {
     std::vector<Node> above{tree_["Host"]};

@@ -1,4 +1,4 @@
-// Archives that no program would write.
+// Invalid archives.
 #include "store/DataStoreDecoder.h"
 #include "store/FileVersionExceptions.h"
 #include "tests/support/ArchiveSeal.h"
@@ -19,7 +19,7 @@ namespace {
 const auto at = &SmallStore::at;
 const auto inPlane = &SmallStore::inPlane;
 
-// One key of the small store that is put wrong, and what cannot be decoded at first.
+// One wrong key of the small store, and the first thing that then cannot be decoded.
 struct Fault
 {
     SmallStore::Position object;
@@ -100,7 +100,7 @@ Sketch levelsOfNodes()
     return sketch;
 }
 
-// So many more children, each with a table, that they are decoded on two threads.
+// Enough children, each with a table, for decoding on two threads.
 Sketch manyChildren()
 {
     Sketch sketch = SmallStore::current();
@@ -247,7 +247,7 @@ TEST(DataStoreDecoderFaults, RefusesCyclesInAPlane)
     }
 }
 
-// Each layer has two entries, and both have the layer above for their parents.
+// Each layer has two entries with both entries of the layer above as parents.
 TEST(DataStoreDecoderFaults, RefusesMorePathsThanCanBeFollowed)
 {
     const auto layered = [](quint32 layers, L1 key, std::size_t otherObjects = 0) {
@@ -299,7 +299,7 @@ TEST(DataStoreDecoderFaults, SurvivesEveryFlippedBit)
                 if (const auto store = DataStoreDecoder::decode(sealArchive(flipped)))
                     TreePrinter::plane(*store, QStringLiteral("DxService"));
             } catch (const UnsupportedFileVersionException &) {
-                // as good an answer as any
+                // acceptable, too
             }
         }
     }

@@ -89,7 +89,7 @@ TEST(DataStoreDecoder, ThrowsForOtherVersions)
     store.remove(L1("dataStoreVersion"));
     EXPECT_EQ(reasonOf(sketch.bytes()), old);
 
-    // A container of a later version may look any way at all after its version.
+    // A later version may have any content after its version.
     const QByteArray head = QByteArray("\xd9\xd9\xf7\x9f\x6f") + "vandrel-archive";
     EXPECT_EQ(reasonOf(head + '\x02'), newer);
     EXPECT_EQ(reasonOf(head + "\x18\xff\xf6"), newer);

@@ -9,8 +9,8 @@
 
 using namespace values;
 
-// Windows and paths hold entries and properties longer than the store does. Run it under the
-// address sanitizer.
+// Windows and paths may hold entries and properties longer than the store. Run with the address
+// sanitizer.
 class DataStoreLifetimeTest : public RegistryTest
 {
 protected:
@@ -47,7 +47,7 @@ protected:
         entry(label).noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), true);
         service_.remove(tree_[label]);
     }
-    // Everything that a view might ask of an entry.
+    // Everything that a view reads of an entry.
     static void ask(TavRegistryEntry &entry)
     {
         const QString plane = QStringLiteral("DxService");
@@ -98,7 +98,8 @@ TEST_F(DataStoreLifetimeTest, EntriesAndPropertiesOutliveTheStore)
 
 TEST_F(DataStoreLifetimeTest, ClearedEntriesLeaveNoLinksBehind)
 {
-    // The disk moves away from the hub, which is re-read alone: the disk still names it a parent.
+    // The disk moves away from the hub, and only the hub is reread: the disk still lists it as a
+    // parent.
     service_.unlink(tree_["hub"], tree_["disk"], "DxService");
     store_->updateObject(entry("hub"));
     ASSERT_FALSE(entry("disk").parentsInPlane(servicePlane).empty());
@@ -127,7 +128,7 @@ TEST_F(DataStoreLifetimeTest, AnObserverMayCloseTheStore)
         EXPECT_FALSE(store_);
     }
     capture();
-    QString name; // what one who is told after the closing still learns
+    QString name; // read by an observer called after closing
     const auto first = on(DataStoreNotifications::objectChanged, close);
     const auto second = NotificationCenter::defaultCenter().observe(
         DataStoreNotifications::objectChanged, nullptr, [&](const Notification &its) {
@@ -138,7 +139,7 @@ TEST_F(DataStoreLifetimeTest, AnObserverMayCloseTheStore)
     EXPECT_EQ(name, QStringLiteral("disk"));
 }
 
-TEST_F(DataStoreLifetimeTest, AnObserverMayClearAndUpdateWhileTold)
+TEST_F(DataStoreLifetimeTest, AnObserverMayClearAndUpdateWhileNotified)
 {
     int rounds = 0;
     const auto update = on(DataStoreNotifications::changed, [&] {
@@ -159,8 +160,8 @@ TEST_F(DataStoreLifetimeTest, AnObserverMayClearAndUpdateWhileTold)
     )"));
 }
 
-// Any order of changes, updates, terminations and clearings, with entries, paths and properties
-// held across them: after an update, the links of what is live agree in both directions.
+// Random changes, updates, terminations and clearings, with entries, paths and properties held
+// across them: after an update, the links of live entries agree in both directions.
 TEST_F(DataStoreLifetimeTest, LinksAgreeAfterAnyOrderOfEvents)
 {
     QRandomGenerator random(20);

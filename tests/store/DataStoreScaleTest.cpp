@@ -11,12 +11,11 @@ const QString plane = QStringLiteral("DxService");
 constexpr quint32 few = 5'000;
 constexpr quint32 many = 8 * few;
 // Eight times the entries may cost three times eight times the work, not sixty-four times.
-constexpr double mostTimes = 24;
+constexpr double maxTimes = 24;
 
 enum Shape { Wide, Deep };
 
-// A host whose child devices all have one child in common, or stand one below the other. Gives the
-// tag of the last one.
+// A host whose devices all share one child, or form a chain. Returns the tag of the last one.
 quint64 makeRegistry(FakeRegistryService &service, Shape shape, quint32 count)
 {
     const QString device = QStringLiteral("DxDevice");
@@ -54,7 +53,7 @@ public:
     {
         constexpr double granularity = CLOCKS_PER_SEC / 200.0;
         for (std::size_t i = 0; i < steps_.size(); ++i)
-            EXPECT_LT(steps_[i].second, mostTimes * (fewer.steps_[i].second + granularity))
+            EXPECT_LT(steps_[i].second, maxTimes * (fewer.steps_[i].second + granularity))
                 << steps_[i].first;
     }
 
@@ -62,7 +61,7 @@ private:
     std::vector<std::pair<const char *, double>> steps_;
 };
 
-// What any view might ask of a large registry, timed.
+// Everything that views read of a large registry, timed.
 Times measure(Shape shape, quint32 count)
 {
     FakeRegistryService service;
@@ -118,7 +117,7 @@ TEST(DataStoreScale, DeepChainsTakeLinearTimeAndNoStack)
     });
 }
 
-// The number of ways up doubles at every rung: they are counted, not walked.
+// The number of paths doubles at every step: they are counted, not walked.
 TEST(DataStoreScale, CountsWaysUpWithoutWalkingAll)
 {
     std::vector<EntryRef> entries{TavRegistryEntry::createEmpty()};

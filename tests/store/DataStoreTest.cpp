@@ -5,7 +5,7 @@
 
 using namespace values;
 
-// What a store holds to follow its registry: the top service, and its interest in it twice.
+// Handles of a live store: the top service, and its interest in it twice.
 constexpr std::size_t followingHandles = 3;
 
 class DataStoreTest : public RegistryTest
@@ -26,13 +26,13 @@ protected:
             observations_.push_back(NotificationCenter::defaultCenter().observe(
                 name, nullptr, [this](const NotificationCenter::Notification &notification) {
                     const bool isStores = notification.object == store_.get();
-                    told_ += notification.name.mid(11).toStdString() +
-                             (isStores ? "\n" : " by another\n");
+                    reported_ += notification.name.mid(11).toStdString() +
+                                 (isStores ? "\n" : " by another\n");
                     sender_ = notification.object;
                 }));
     }
-    // What was posted since the last look.
-    std::string told() { return std::exchange(told_, {}); }
+    // What was posted since the last call.
+    std::string reported() { return std::exchange(reported_, {}); }
     void unplug(const char *label)
     {
         entry(label).noteTerminatedAtDate(QDateTime::currentDateTimeUtc(), false);
@@ -40,7 +40,7 @@ protected:
     }
 
     std::vector<NotificationCenter::Observation> observations_;
-    std::string told_;
+    std::string reported_;
     const void *sender_ = nullptr;
 };
 
@@ -83,11 +83,11 @@ TEST_F(DataStoreTest, CapturesTheWholeRegistry)
 TEST_F(DataStoreTest, ATerminatedEntryStaysInItsPlaceUntilItIsCleared)
 {
     capture();
-    told();
+    reported();
     unplug("hub@1");
     EXPECT_TRUE(entry("hub@1").dateTerminated().isNull());
     store_->update();
-    EXPECT_EQ(told(), "changed\nobjects terminated\n");
+    EXPECT_EQ(reported(), "changed\nobjects terminated\n");
     EXPECT_FALSE(entry("hub@1").dateTerminated().isNull());
     const std::string withHub = dedented(R"(
         Root
@@ -99,28 +99,28 @@ TEST_F(DataStoreTest, ATerminatedEntryStaysInItsPlaceUntilItIsCleared)
     EXPECT_TRUE(entry("mouse").parentsInPlane(servicePlane).empty());
     store_->updateObject(entry("Host"));
     EXPECT_EQ(printed(), withHub);
-    told();
+    reported();
 
     store_->clearTerminatedObjects();
-    EXPECT_EQ(told(), "cleared terminated objects\n");
+    EXPECT_EQ(reported(), "cleared terminated objects\n");
     EXPECT_EQ(printed(), dedented(R"(
         Root
           Host
     )"));
     store_->clearTerminatedObjects();
-    EXPECT_EQ(told(), "");
+    EXPECT_EQ(reported(), "");
     store_->update();
-    EXPECT_EQ(told(), "changed\n");
+    EXPECT_EQ(reported(), "changed\n");
 
-    // So does what is noted but not yet updated.
+    // So do terminations that no update has shown yet.
     unplug("Host");
     store_->clearTerminatedObjects();
-    EXPECT_EQ(told(), "cleared terminated objects\n");
+    EXPECT_EQ(reported(), "cleared terminated objects\n");
     EXPECT_EQ(printed(), "Root\n");
     for (const EntryRef &known : store_->registryEntries())
         EXPECT_FALSE(known->hasTerminationDate()) << qPrintable(known->nameInPlane({}));
 
-    // What is there again after that is another entry.
+    // What returns after that is another entry.
     service_.link(tree_["Root"], tree_["Host"], "DxService");
     store_->update();
     EXPECT_EQ(printed(), "Root\n  Host (new)\n");
@@ -129,13 +129,13 @@ TEST_F(DataStoreTest, ATerminatedEntryStaysInItsPlaceUntilItIsCleared)
 TEST_F(DataStoreTest, UpdatingOneEntryReadsItAloneAndNamesIt)
 {
     capture();
-    told();
+    reported();
     service_.setProperties(tree_["hub@1"], dictionary({{"ports", number(4)}}));
     service_.setProperties(tree_["mouse"], dictionary({{"dpi", number(800)}}));
     service_.link(tree_["hub@1"], service_.add(QStringLiteral("DxDevice"), "disk"), "DxService");
     TavRegistryEntry &hub = entry("hub@1");
     store_->updateObject(hub);
-    EXPECT_EQ(told(), "object changed by another\n");
+    EXPECT_EQ(reported(), "object changed by another\n");
     EXPECT_EQ(sender_, &hub);
     EXPECT_EQ(service_.preparedObjects(), std::vector<Node>{tree_["hub@1"]});
     EXPECT_EQ(service_.preparations(), 1);
@@ -170,7 +170,7 @@ TEST_F(DataStoreTest, FindsAnEntryByAnyHandleOfItsObject)
     }
 }
 
-TEST_F(DataStoreTest, ARegistryThatCannotBeReachedIsToldAndMayComeBack)
+TEST_F(DataStoreTest, ReportsAnUnreachableRegistryWhichMayReturn)
 {
     const auto delegate = std::make_shared<CountingDelegate>();
     const Node root = service_.root();
@@ -191,8 +191,8 @@ TEST_F(DataStoreTest, ARegistryThatCannotBeReachedIsToldAndMayComeBack)
               mouse (new)
     )"));
 
-    // Without its table of planes the registry keeps the planes it had. The table that counts
-    // is the one of the reading before.
+    // Without its table of planes the registry keeps its planes. The table of the previous reading
+    // counts.
     service_.setProperties(root, dictionary({{"DxRegistryPlanes", text("none")}}));
     store_->update();
     EXPECT_EQ(delegate->errors, 4);

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-// A tree whose devices come and go by the test, and a store that follows it by events.
+// A tree whose devices the test adds and removes, and a store that follows it by events.
 class DeviceEventsFixture : public testing::Test
 {
 protected:
@@ -30,8 +30,7 @@ protected:
 
     void follow(bool automatically)
     {
-        QString error;
-        service_ = LinuxRegistryService::create(made_.sys(), &error);
+        service_ = *LinuxRegistryService::create(made_.sys());
         service_->setEventSourceFactory([this] { return events_.open(); });
         store_ = TavDataStore::initFromDxRegistry(*service_);
         store_->setAutoupdate(automatically);
@@ -46,13 +45,13 @@ protected:
     {
         made_.file((path + "/uevent").constData(), "NUMBER=" + QByteArray::number(++number_));
     }
-    // Kept elsewhere, so that its inode number is not given out again.
+    // Kept elsewhere, so that its inode number is not reused.
     void remove(const QByteArray &path)
     {
         const QByteArray grave = trash_.path("devices/") + QByteArray::number(++number_);
         ASSERT_EQ(rename(made_.path(path.constData()).constData(), grave.constData()), 0);
     }
-    // Away and back under the same inode number, as an interface between network namespaces.
+    // Away and back with the same inode number, like an interface between network namespaces.
     void leave() { move(made_, trash_); }
     void comeBack() { move(trash_, made_); }
     TavRegistryEntry *at(const char *path) const
@@ -72,13 +71,12 @@ protected:
     }
     bool updatesOn(QByteArrayView action, const QByteArray &path)
     {
-        events_.tell(action, path);
+        events_.send(action, path);
         return waitForUpdate();
     }
     std::string fresh() const
     {
-        QString error;
-        const auto service = LinuxRegistryService::create(made_.sys(), &error);
+        const auto service = *LinuxRegistryService::create(made_.sys());
         return StorePrinter::registry(*TavDataStore::initFromDxRegistry(*service));
     }
 

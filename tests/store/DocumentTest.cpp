@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 
 namespace {
-// Writes down what its document tells it.
+// Records the calls of its document.
 class RecordingWindow : public TavDocumentWindowController
 {
 public:
@@ -54,7 +54,7 @@ protected:
         RegistryTest::TearDown();
     }
     TavDocument &open() { return static_cast<TavDocument &>(*documents_.newDocument()); }
-    QStringList told() { return std::exchange(log_, {}); }
+    QStringList reported() { return std::exchange(log_, {}); }
 
     QStringList log_;
     std::function<void()> onChange_;
@@ -63,36 +63,36 @@ protected:
 };
 } // namespace
 
-TEST_F(DocumentTest, RelaysWhatItsStoreTells)
+TEST_F(DocumentTest, RelaysNotificationsOfItsStore)
 {
     service_.addClass(QStringLiteral("DxRoot"), QStringLiteral("DxRegistryEntry"),
                       QStringLiteral("root_mod"));
     service_.setBundlePath(QStringLiteral("root_mod"), QStringLiteral("/lib/root_mod.ko"));
     TavDocument &document = open();
     TavDataStore &store = *document.dataStore();
-    told();
+    reported();
     store.update();
-    EXPECT_EQ(told(), list({"title", "changed"}));
+    EXPECT_EQ(reported(), list({"title", "changed"}));
     EXPECT_FALSE(document.isDocumentEdited()); // there is no file to differ from
-    // An entry that is read anew speaks for itself, which is not heard.
+    // A single reread entry posts its own notification, which the document ignores.
     store.updateObject(*store.registryRoot());
-    EXPECT_EQ(told(), QStringList());
-    service_.tellOfChange();
-    EXPECT_EQ(told(), list({"title", "out of date"}));
+    EXPECT_EQ(reported(), QStringList());
+    service_.reportChange();
+    EXPECT_EQ(reported(), list({"title", "out of date"}));
     EXPECT_FALSE(document.isDocumentEdited());
 
-    // With a file, the title tells first that the document is edited.
+    // With a file, the title first shows that the document is edited.
     DocumentError error;
     const QString file = folder_.filePath(QStringLiteral("a.vandrel"));
     const auto toldSinceSaved = [&](const auto &change) {
         EXPECT_TRUE(document.save(file, error));
         EXPECT_FALSE(document.isDocumentEdited());
-        told();
+        reported();
         change();
         EXPECT_TRUE(document.isDocumentEdited());
-        return told();
+        return reported();
     };
-    EXPECT_EQ(toldSinceSaved([&] { service_.tellOfChange(); }),
+    EXPECT_EQ(toldSinceSaved([&] { service_.reportChange(); }),
               list({"title", "title", "out of date"}));
     EXPECT_EQ(toldSinceSaved([&] { store.update(); }), list({"title", "title", "changed"}));
     store.setAutoupdate(true);
@@ -103,7 +103,7 @@ TEST_F(DocumentTest, RelaysWhatItsStoreTells)
     ASSERT_TRUE(document.save(file, error));
     document.dataViewOptionsChanged(nullptr);
     EXPECT_EQ(log_.last(), QStringLiteral("options"));
-    // One that was read from a file knows where this machine has the driver bundles.
+    // A document from a file finds the driver bundles of this machine.
     documents_.closeDocument(document);
     const auto *const opened = static_cast<TavDocument *>(documents_.openDocument(file, error));
     ASSERT_TRUE(opened);
@@ -111,7 +111,7 @@ TEST_F(DocumentTest, RelaysWhatItsStoreTells)
               QStringLiteral("/lib/root_mod.ko"));
 }
 
-TEST_F(DocumentTest, MayLoseItsWindowsAndItselfWhileItTells)
+TEST_F(DocumentTest, MayLoseItsWindowsAndItselfWhileNotifying)
 {
     TavDocument *document = nullptr;
     onChange_ = [&] {

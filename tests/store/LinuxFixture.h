@@ -21,14 +21,15 @@ struct CapturedTree
         return *this;
     }
 
-    static CapturedTree capture(const QString &sysfs, Sweeper::Options options = {})
+    static CapturedTree capture(const QString &sysfs, TreeReader::Options options = {})
     {
         CapturedTree tree;
-        QString error;
-        tree.service = LinuxRegistryService::create(sysfs, options, &error);
-        EXPECT_TRUE(tree.service) << error.toStdString();
-        if (tree.service)
-            tree.store = TavDataStore::initFromDxRegistry(*tree.service);
+        auto service = LinuxRegistryService::create(sysfs, options);
+        EXPECT_TRUE(service) << service.error().message().toStdString();
+        if (!service)
+            return tree;
+        tree.service = std::move(*service);
+        tree.store = TavDataStore::initFromDxRegistry(*tree.service);
         return tree;
     }
     static CapturedTree fixture(const char *name)

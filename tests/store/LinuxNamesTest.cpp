@@ -1,4 +1,4 @@
-// Links and names, as the kernel has them and as they are shown.
+// Links and names, as in the kernel and as shown.
 #include "LinuxFixture.h"
 #include "tests/support/MadeTree.h"
 
@@ -13,14 +13,18 @@ std::string inheritance(const CapturedTree &tree, const char *path)
     return entry ? entry->inheritanceString().toStdString() : "no such entry";
 }
 
-TEST(SysfsRoot, RefusesWhatIsNoTree)
+TEST(SysfsRoot, RefusesOtherFolders)
 {
-    QString error;
-    EXPECT_FALSE(LinuxRegistryService::create(QStringLiteral("/nowhere/at/all"), &error));
-    EXPECT_TRUE(error.contains(QStringLiteral("/nowhere/at/all"))) << error.toStdString();
+    using Reason = SysfsRootError::Reason;
+    const auto nowhere = LinuxRegistryService::create(QStringLiteral("/nowhere/at/all"));
+    ASSERT_FALSE(nowhere);
+    EXPECT_EQ(nowhere.error().reason, Reason::CannotOpen);
+    EXPECT_TRUE(nowhere.error().message().contains(QStringLiteral("/nowhere/at/all")));
     const QTemporaryDir empty;
-    EXPECT_FALSE(LinuxRegistryService::create(empty.path(), &error));
-    EXPECT_TRUE(error.contains(QStringLiteral("no sysfs tree"))) << error.toStdString();
+    const auto other = LinuxRegistryService::create(empty.path());
+    ASSERT_FALSE(other);
+    EXPECT_EQ(other.error().reason, Reason::NotASysfsTree);
+    EXPECT_TRUE(other.error().message().contains(QStringLiteral("no sysfs tree")));
 }
 
 TEST(SysfsRoot, ResolvesLinksByTheirTextOnly)
@@ -52,7 +56,7 @@ TEST(LinuxNames, RecordedTreeHasTheIdentityOfItsOwnMachine)
     EXPECT_EQ(identity(), QStringLiteral("lab!7 (<Unknown>) 0"));
 }
 
-TEST(LinuxNames, TellClassesBelowDifferentOnesApart)
+TEST(LinuxNames, DistinguishClassesBelowDifferentOnes)
 {
     MadeTree made;
     for (const char *device : {"chip0", "chip1", "port0", "port1"})

@@ -1,4 +1,4 @@
-// The running kernel's own devices: virtual ones come and go, and a driver leaves one and returns.
+// Devices of the running kernel: virtual ones come and go, and a driver unbinds and rebinds.
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "platform/runloop/NotificationCenter.h"
@@ -20,7 +20,7 @@ struct Comer
 {
     QString className;
     const char *missing;
-    std::function<QByteArray()> come; // gives its name, or none when it cannot come
+    std::function<QByteArray()> come; // returns its name, or null if it cannot be added
     std::function<void()> go;
 };
 
@@ -33,7 +33,7 @@ Comer virtualComer(const QString &className)
             [its] { its->reset(); }};
 }
 
-// A source of random numbers has no users that would miss it for a moment.
+// A random number source can be unbound for a moment without harm.
 Comer driver()
 {
     const QDir folder(QStringLiteral("/sys/bus/virtio/drivers/virtio_rng"));
@@ -43,7 +43,7 @@ Comer driver()
         return !device.isEmpty() && control.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
                control.write(device.toLatin1()) > 0;
     };
-    // It is bound again when the test is over.
+    // Rebinds it after the test.
     const std::shared_ptr<void> end(nullptr, [tell](void *) { tell("bind"); });
     tell("unbind");
     return {QStringLiteral("DxBinding"), "no driver that may be unbound is here",
@@ -65,14 +65,13 @@ protected:
         comer_.go();
         if (!canCome)
             GTEST_SKIP() << comer_.missing;
-        QString error;
-        service_ = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+        service_ = *LinuxRegistryService::create(QStringLiteral("/sys"));
         store_ = TavDataStore::initFromDxRegistry(*service_);
         for (const QString &name : {outOfDate, changed, objectsTerminated})
             observations_.push_back(NotificationCenter::defaultCenter().observe(
                 name, store_.get(), [this](const auto &its) {
                     ++posted_[its.name];
-                    // Another device may bring a second update before anybody looks.
+                    // Another device may cause a second update first.
                     wasNew_ = wasNew_ || isThere(RegistryStateNew);
                 }));
     }
@@ -97,7 +96,7 @@ protected:
     std::vector<NotificationCenter::Observation> observations_;
 };
 
-TEST_P(LiveDeviceTest, IsToldOfAndShownByTheNextUpdateOrFollowedAutomatically)
+TEST_P(LiveDeviceTest, IsReportedAndShownByTheNextUpdateOrAutomatically)
 {
     come();
     ASSERT_TRUE(waitFor([&] { return posted_.value(outOfDate) > 0; }));
@@ -131,15 +130,14 @@ TEST_P(LiveDeviceTest, IsToldOfAndShownByTheNextUpdateOrFollowedAutomatically)
     EXPECT_EQ(posted_.value(outOfDate), 0);
 }
 
-// An interface keeps its node in another network namespace, and has it again when it returns.
+// An interface keeps its node in another network namespace and still has it when it returns.
 TEST(LiveDeviceReturn, FromAnotherNamespaceIsANewObject)
 {
     const VirtualInterface interface;
     const VirtualNamespace other;
     if (!interface.exists() || !other.exists())
         GTEST_SKIP() << VirtualNamespace::missing;
-    QString error;
-    const auto service = LinuxRegistryService::create(QStringLiteral("/sys"), &error);
+    const auto service = *LinuxRegistryService::create(QStringLiteral("/sys"));
     const auto store = TavDataStore::initFromDxRegistry(*service);
     const auto liveTag = [&] {
         for (const EntryRef &entry : store->registryEntries()) {
@@ -170,7 +168,7 @@ TEST(LiveDeviceReturn, FromAnotherNamespaceIsANewObject)
 INSTANTIATE_TEST_SUITE_P(Kinds, LiveDeviceTest, testing::Values("Disk", "Interface", "Driver"),
                          [](const auto &its) { return std::string(its.param); });
 
-TEST(DeviceMonitor, TellsAnOverflowFromSilence)
+TEST(DeviceMonitor, DistinguishesOverflowFromSilence)
 {
     const auto monitor = DeviceMonitor::open(false, 1);
     ASSERT_TRUE(monitor);

@@ -5,7 +5,7 @@
 using namespace DataStoreNotifications;
 
 namespace {
-// When a store reads its registry anew.
+// When a store rereads its registry.
 class LiveReadingTest : public LiveStoreFixture
 {};
 
@@ -14,27 +14,27 @@ TEST_F(LiveReadingTest, NothingIsReadBetweenSleepAndWake)
     store_->setAutoupdate(true);
     store_->setPolledUpdate(true);
     store_->setPollInterval(10);
-    service_.tellPower(CanSystemSleep, 1);
-    service_.tellPower(0xe0000340, 2); // of no concern
+    service_.reportPower(CanSystemSleep, 1);
+    service_.reportPower(0xe0000340, 2); // of no concern
     EXPECT_EQ(service_.allowedPowerChanges(), std::vector<quintptr>{1});
-    service_.tellOfChange(); // its timer is pending when sleep begins
-    service_.tellPower(SystemWillSleep, 3);
+    service_.reportChange(); // its timer is pending when sleep begins
+    service_.reportPower(SystemWillSleep, 3);
     EXPECT_EQ(service_.allowedPowerChanges(), (std::vector<quintptr>{1, 3}));
     service_.publish(addDevice("a"));
     EXPECT_EQ(postedAfter(35), nothing);
     EXPECT_EQ(service_.preparations(), 1);
 
-    service_.tellPower(SystemHasPoweredOn, 0);
+    service_.reportPower(SystemHasPoweredOn, 0);
     EXPECT_EQ(postedAfter(0.249), nothing);
     EXPECT_EQ(postedAfter(0.001), Names{changed});
     EXPECT_TRUE(find(tree_["a"]));
     EXPECT_EQ(postedAfter(5), Names{changed}); // polls went on being timed: the fourth is due at 40
 
     store_->setAutoupdate(false);
-    service_.tellPower(SystemWillSleep, 4);
-    service_.tellOfChange();
+    service_.reportPower(SystemWillSleep, 4);
+    service_.reportChange();
     EXPECT_EQ(posted(), Names{outOfDate});
-    service_.tellPower(SystemHasPoweredOn, 0);
+    service_.reportPower(SystemHasPoweredOn, 0);
     EXPECT_EQ(posted(), Names{outOfDate});
     EXPECT_EQ(service_.allowedPowerChanges(), (std::vector<quintptr>{1, 3, 4}));
 }
@@ -51,7 +51,7 @@ TEST_F(LiveReadingTest, PollsAtItsInterval)
     EXPECT_EQ(postedAfter(29.9), nothing);
     EXPECT_EQ(postedAfter(30.1), (Names{changed, changed}));
     loop_.advance(20);
-    store_->setPollInterval(3600.0); // begins anew
+    store_->setPollInterval(3600.0); // restarts
     EXPECT_EQ(postedAfter(3599), nothing);
     EXPECT_EQ(postedAfter(1), Names{changed});
 
@@ -74,10 +74,10 @@ TEST_F(LiveReadingTest, PollsAtItsInterval)
 TEST_F(LiveReadingTest, HoldsBackOutsideTheDefaultMode)
 {
     store_->setAutoupdate(true);
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.setIsInDefaultMode(false);
     service_.terminate(tree_["bus"]);
-    service_.tellPower(CanSystemSleep, 1);
+    service_.reportPower(CanSystemSleep, 1);
     EXPECT_EQ(postedAfter(100), nothing);
     EXPECT_TRUE(service_.allowedPowerChanges().empty());
     loop_.setIsInDefaultMode(true);
@@ -89,10 +89,10 @@ TEST_F(LiveReadingTest, ChangeDuringAReadingLeadsToAnotherUpdate)
 {
     service_.setHoldsPreparations(true);
     store_->setAutoupdate(true);
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.advance(0.25);
     ASSERT_EQ(service_.heldPreparations(), 1U);
-    service_.tellOfChange();
+    service_.reportChange();
     EXPECT_EQ(posted(), nothing);
     service_.finishPreparations();
     EXPECT_EQ(posted(), Names{changed});
@@ -102,26 +102,26 @@ TEST_F(LiveReadingTest, ChangeDuringAReadingLeadsToAnotherUpdate)
     loop_.advance(10);
     EXPECT_EQ(service_.heldPreparations(), 0U);
 
-    // A reading so long that the next is asked for before it ends.
-    service_.tellOfChange();
+    // A reading so long that the next is requested before it ends.
+    service_.reportChange();
     loop_.advance(0.25);
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.advance(0.25);
     ASSERT_EQ(service_.heldPreparations(), 2U);
     service_.finishPreparations();
     EXPECT_EQ(posted(), (Names{changed, changed}));
 
-    // Without automatic update, what a poll may have passed stays told.
+    // Without automatic update, a change that a poll may have missed stays reported.
     store_->setAutoupdate(false);
     store_->setPolledUpdate(true);
     loop_.advance(30);
-    service_.tellOfChange();
+    service_.reportChange();
     EXPECT_EQ(posted(), Names{outOfDate});
     service_.finishPreparations();
     EXPECT_EQ(posted(), (Names{changed, outOfDate}));
     EXPECT_FALSE(store_->isUpToDate());
 
-    // An update by hand has read later than the poll began to.
+    // A direct update has newer data than the poll.
     loop_.advance(30);
     store_->update();
     EXPECT_EQ(posted(), Names{changed});
@@ -132,7 +132,7 @@ TEST_F(LiveReadingTest, ChangeDuringAReadingLeadsToAnotherUpdate)
 
     // Sleep begins while the service reads.
     loop_.advance(30);
-    service_.tellPower(SystemWillSleep, 1);
+    service_.reportPower(SystemWillSleep, 1);
     service_.finishPreparations();
     EXPECT_EQ(posted(), nothing);
 }

@@ -8,7 +8,7 @@
 using Names = QStringList;
 inline const Names nothing;
 
-// A store that follows a scripted registry, in time that passes when the test says so.
+// A store that follows a scripted registry, in simulated time.
 class LiveStoreFixture : public RegistryTest
 {
 protected:

@@ -29,7 +29,7 @@ TEST_F(LiveUpdateTest, BurstBringsOneUpdateAQuarterSecondAfterItsLastEvent)
     EXPECT_EQ(postedAfter(10), nothing);
     service_.match(tree_["a"]);
     loop_.advance(0.25);
-    service_.tellOfChange();
+    service_.reportChange();
     EXPECT_EQ(postedAfter(0.25), (Names{changed, changed}));
     EXPECT_EQ(find(tree_["a"])->registryState(), RegistryStateUnchanged);
 }
@@ -49,37 +49,37 @@ TEST_F(LiveUpdateTest, BusyRegistryIsReadLaterAndAQuietOneStillSoon)
     EXPECT_EQ(postedAfter(0.249), nothing);
     EXPECT_EQ(postedAfter(10), Names{changed});
 
-    service_.tellOfChange();
+    service_.reportChange();
     service_.tellBusy(1); // leaves the quiet timer running
     EXPECT_EQ(postedAfter(0.25), Names{changed});
     EXPECT_EQ(postedAfter(1.25), Names{changed});
     EXPECT_EQ(postedAfter(10), nothing);
 }
 
-TEST_F(LiveUpdateTest, WithoutAutomaticUpdateChangesAreOnlyTold)
+TEST_F(LiveUpdateTest, WithoutAutomaticUpdateChangesAreOnlyReported)
 {
     service_.publish(addDevice("a"));
     EXPECT_FALSE(store_->isUpToDate());
     service_.tellBusy(1);
-    service_.tellOfChange();
+    service_.reportChange();
     EXPECT_EQ(posted(), (Names{outOfDate, outOfDate, outOfDate}));
     EXPECT_EQ(loop_.pendingTimers(), 0U);
     EXPECT_FALSE(find(tree_["a"]));
 
-    store_->setAutoupdate(false); // out of date: told again
+    store_->setAutoupdate(false); // out of date: reported again
     EXPECT_EQ(posted(), Names{outOfDate});
     store_->setAutoupdate(true);
     EXPECT_EQ(postedAfter(0.25), Names{changed});
     EXPECT_TRUE(store_->isUpToDate());
 
-    service_.tellOfChange();
+    service_.reportChange();
     service_.tellBusy(1);
     store_->setAutoupdate(false);
     EXPECT_EQ(loop_.pendingTimers(), 0U);
     EXPECT_EQ(posted(), nothing);
 }
 
-TEST_F(LiveUpdateTest, TerminationShowsAtOnceOrAtTheNextUpdate)
+TEST_F(LiveUpdateTest, TerminationShowsImmediatelyOrAtTheNextUpdate)
 {
     const auto a = addDevice("a");
     const auto b = addDevice("b");
@@ -125,7 +125,7 @@ TEST_F(LiveUpdateTest, TerminationShowsAtOnceOrAtTheNextUpdate)
     EXPECT_EQ(posted(), nothing);
 }
 
-TEST_F(LiveUpdateTest, FailedRegistrationsAreToldAndTheStoreGoesOn)
+TEST_F(LiveUpdateTest, FailedRegistrationsAreReportedAndTheStoreContinues)
 {
     using Refused = FakeLiveService::Refused;
     EXPECT_EQ(delegate_->errors, 0);
@@ -145,7 +145,7 @@ TEST_F(LiveUpdateTest, FailedRegistrationsAreToldAndTheStoreGoesOn)
     EXPECT_EQ(postedAfter(0.25), Names{changed});
 }
 
-// Whatever is told, an observer may close the document there and then.
+// An observer may close the document on any notification.
 TEST_F(LiveUpdateTest, StoreMayGoAtAnyNotification)
 {
     NotificationCenter::Observation closing;
@@ -170,14 +170,14 @@ TEST_F(LiveUpdateTest, StoreMayGoAtAnyNotification)
         closeAt(changed);
         store_->setAutoupdate(!polled);
         store_->setPolledUpdate(polled);
-        service_.tellOfChange();
+        service_.reportChange();
         loop_.advance(40);
         EXPECT_FALSE(store_);
     }
     capture();
     service_.setHoldsPreparations(true);
     store_->setAutoupdate(true);
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.advance(1);
     store_.reset();
     service_.finishPreparations();
@@ -186,7 +186,7 @@ TEST_F(LiveUpdateTest, StoreMayGoAtAnyNotification)
     capture();
 }
 
-TEST_F(LiveUpdateTest, EveryStoreOfAServiceIsTold)
+TEST_F(LiveUpdateTest, EveryStoreOfAServiceIsNotified)
 {
     const auto a = addDevice("a");
     store_->update();

@@ -1,8 +1,8 @@
-// Trees of older kernels, and trees that no kernel makes: all that is in them is shown or named.
+// Trees of older kernels, and impossible trees: everything in them is shown or listed.
 #include "LinuxFixture.h"
-#include "model/linux/PlaneReach.h"
 #include "model/linux/RegistryGraph.h"
 #include "model/linux/UdevDatabase.h"
+#include "model/linux/UnreachableEntries.h"
 #include "tests/support/LesserRights.h"
 #include "tests/support/MadeTree.h"
 #include "tests/support/TreePrinter.h"
@@ -14,8 +14,7 @@
 namespace {
 std::shared_ptr<SysfsRoot> rootOf(const MadeTree &made)
 {
-    QString error;
-    return std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error));
+    return std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys())));
 }
 
 RegistryGraph graphOf(const MadeTree &made)
@@ -23,7 +22,7 @@ RegistryGraph graphOf(const MadeTree &made)
     const auto root = rootOf(made);
     ClassNames classNames;
     UdevDatabase udev(root->folder());
-    return {HostObjects(Sweeper(root).run(), {}, {}, classNames), udev};
+    return {ObjectTable(TreeReader(root).run(), {}, {}, classNames), udev};
 }
 
 TEST(OddTrees, HaveTheSystemDevicesOfKernelsThatGaveThemNoUevent)
@@ -63,7 +62,7 @@ QByteArrayList words(const char *text)
     return QByteArray(text).simplified().split(' ');
 }
 
-// Links of all kinds that lead anywhere.
+// Links of all kinds with random targets.
 void makeOddLinks(MadeTree &made, unsigned seed)
 {
     const QByteArrayList targets = words(
@@ -133,14 +132,14 @@ TEST(OddTrees, HaveBindingsToDriversAlone)
     )"));
 }
 
-// "PATH/ATTRIBUTE: REASON" of all that could not be read.
+// "PATH/ATTRIBUTE: REASON" of everything that could not be read.
 QByteArrayList unreadIn(const RegistryGraph &graph)
 {
     QByteArrayList unread;
     for (int i = 0; i < graph.count(); ++i) {
         const HostObject &object = graph.at(i);
         for (const auto &[key, reason] : object.properties.member(u"DxUnreadAttributes").members())
-            unread.append(object.path + '/' + key.toOwner().toUtf8() + ": " +
+            unread.append(object.path.toByteArray() + '/' + key.toOwner().toUtf8() + ": " +
                           reason.toString().toUtf8());
     }
     std::sort(unread.begin(), unread.end());
@@ -193,11 +192,11 @@ devices/open/pointed/.: Permission denied
 devices/open/socket: neither file nor folder nor link
 devices/virtual/closed/.: Permission denied
 )");
-    EXPECT_EQ(graph.at(graph.withPath("devices/open/listed")).kind, SweepObject::Kind::Device);
+    EXPECT_EQ(graph.at(graph.withPath("devices/open/listed")).kind, RawObject::Kind::Device);
 }
 
-// A chain of devices of the same name, each in the one before. Its paths are longer than what the
-// kernel takes, and than what Qt can remove.
+// A chain of nested devices of the same name. Its paths are longer than the kernel accepts and than
+// Qt can remove.
 class DeepChain
 {
 public:
@@ -225,14 +224,14 @@ TEST(OddTrees, AreShownToTheirBottomOrWhereTheyAreTooDeepSaySo)
         const RegistryGraph graph = graphOf(chain.tree());
         EXPECT_EQ(graph.count() - 2, shown);
         const QByteArray last = "devices" + ('/' + name).repeated(shown);
-        const int index = graph.withPath(last);
+        const int index = graph.withPath(SysfsPath(last));
         ASSERT_NE(index, HostObject::none);
         EXPECT_FALSE(graph.at(index).properties.member(u"uevent").isNone());
         EXPECT_EQ(unreadIn(graph).join(' '),
                   levels > shown ? last + '/' + name + ": lies too deep" : QByteArray());
     };
     expectChain("d", 2'500, 2'500);
-    expectChain(QByteArray(200, 'x'), 200, (ObjectReader::longestPath - 7) / 201);
+    expectChain(QByteArray(200, 'x'), 200, (ObjectReader::maxPathSize - 7) / 201);
 }
 
 TEST(OddTrees, HaveNoMoreLevelsThanStated)
@@ -241,10 +240,10 @@ TEST(OddTrees, HaveNoMoreLevelsThanStated)
     made.file("devices/a/b/uevent", "");
     const auto unreadAtLevel = [&](qsizetype level) {
         const QByteArray path = "devices" + QByteArray("/.").repeated(level - 1) + "/a";
-        return Sweeper(rootOf(made)).readObject({.path = path}).unread;
+        return TreeReader(rootOf(made)).readObject({.path = SysfsPath(path)}).unread;
     };
-    EXPECT_TRUE(unreadAtLevel(ObjectReader::mostLevels - 1).empty());
-    const auto unread = unreadAtLevel(ObjectReader::mostLevels);
+    EXPECT_TRUE(unreadAtLevel(ObjectReader::maxDepth - 1).empty());
+    const auto unread = unreadAtLevel(ObjectReader::maxDepth);
     ASSERT_EQ(unread.size(), 1U);
     EXPECT_EQ(unread[0].path, "b");
 }

@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 namespace {
-// Attributes of a device that are read only for the user.
+// Attributes of a device that are only read on request.
 class OnRequest : public testing::Test
 {
 protected:
@@ -116,7 +116,7 @@ TEST_F(OnRequest, WhatDoesNotAnswerKeepsNobodyWaiting)
     bool isRead = false;
     tree_.store->readAttribute(*card(), QStringLiteral("eeprom"), [&] { isRead = true; });
     EXPECT_LT(time.elapsed(), 200);
-    ASSERT_TRUE(read("config")); // meanwhile
+    ASSERT_TRUE(read("config")); // during the read
     EXPECT_FALSE(isRead);
     ASSERT_TRUE(waitFor([&] { return isRead; }));
     EXPECT_LT(time.elapsed(), 5000);
@@ -149,10 +149,10 @@ TEST_F(OnRequest, EndsWithTheServiceWhileTheDeviceIsWaitedFor)
     turnEventLoopFor(50);
 }
 
-TEST_F(OnRequest, IsNotLostToASweepThatBeganBefore)
+TEST_F(OnRequest, IsNotLostToAReadingThatBeganBefore)
 {
     capture();
-    made_.pipe("devices/card/slow"); // keeps the sweep back
+    made_.pipe("devices/card/slow"); // delays the reading
     bool isSwept = false;
     tree_.service->prepareAsync([&] { isSwept = true; });
     ASSERT_TRUE(read("ppi/version"));

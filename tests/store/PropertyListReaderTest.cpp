@@ -43,7 +43,7 @@ TEST(PropertyListReader, ReadsEveryElement)
         EXPECT_TRUE(read(xml) == value) << xml.constData();
 }
 
-TEST(PropertyListReader, RefusesWhatIsNoPropertyList)
+TEST(PropertyListReader, RefusesOtherTexts)
 {
     const QByteArray unreadable[] = {"",
                                      "<true/><true/>",
@@ -80,7 +80,7 @@ TEST(PropertyListReader, ExpandsNoEntitiesAndFetchesNothing)
                             "<plist><string>&a;</string></plist>";
     EXPECT_TRUE(PropertyListReader::read(bomb).isNone());
     EXPECT_TRUE(PropertyListReader::read(file).isNone());
-    // Nor where it looks as if a comment had ended.
+    // Nor where a comment seems to have ended.
     const QByteArray hidden = "<![CDATA[--><!DOCTYPE plist [<!ENTITY a \"b\"><!ENTITY z \"]]>\">]>"
                               "<plist><string>&a;</string></plist>";
     EXPECT_TRUE(PropertyListReader::read("<!-->" + hidden).isNone());
@@ -90,7 +90,7 @@ TEST(PropertyListReader, ExpandsNoEntitiesAndFetchesNothing)
 
 TEST(PropertyListReader, RefusesWhatWouldTakeLong)
 {
-    // Each of these takes the stream reader minutes when it is let have them.
+    // Each of these would take the stream reader minutes.
     QByteArray attributes = "<plist";
     QByteArray declarations = "<!DOCTYPE plist [";
     for (int i = 0; i < 50'000; ++i) {

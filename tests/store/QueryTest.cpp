@@ -66,13 +66,13 @@ TEST_F(Query, LooksAtWhatTheOptionsName)
         {"0", FindOption::Name, "Disk"},
         {"uMe@0", FindOption::Name, "Disk"},
         {"volume@00", FindOption::Name, ""},
-        // The name that matches in the first plane is another one in the second.
+        // The name that matches in the first plane is different in the second.
         {"Disk@0", FindOption::Name, ""},
         {"us@", FindOption::Name, ""},
         {"dxdisk", FindOption::Class, "Disk"},
         {"dxblock", FindOption::Class, ""},
         {"dxblock", FindOption::Inheritance, "Disk"},
-        // The own class is among those inherited.
+        // The inheritance includes the own class.
         {"dxblock", FindOption::Class | FindOption::Inheritance, "Disk"},
         {"inner", FindOption::Keys, "Disk"},
         {"deep", FindOption::Keys, ""},
@@ -81,7 +81,7 @@ TEST_F(Query, LooksAtWhatTheOptionsName)
         {"DISK.drv", FindOption::BundleID, "Disk"},
         {"disk", FindOption::KeyValue, ""},
         {"", {}, ""},
-        // Sets are not looked into.
+        // Sets are skipped.
         {"hidden", FindOption::Values, ""},
         {"lost", FindOption::Keys, ""},
         {"set", FindOption::Keys, "Disk"},
@@ -131,7 +131,7 @@ TEST_F(Query, FindsTextsOfThePropertiesInAnyCase)
     EXPECT_EQ(found("σίσυφος", FindOption::Values), "Disk");
     EXPECT_EQ(found("kelv", FindOption::Values), "Disk");
     EXPECT_EQ(found("\U00010428X", FindOption::Keys), "Disk");
-    // Each text by itself, and each kind apart.
+    // Each text separately, and each kind separately.
     EXPECT_EQ(found("stfirst", FindOption::Values), "");
     EXPECT_EQ(found("ends", FindOption::Values), "");
     EXPECT_EQ(found("first", FindOption::Keys), "");
@@ -170,7 +170,7 @@ TEST_F(Query, FindsLongTextsThatManyNodesShare)
     EXPECT_EQ(found("end", FindOption::Keys), "Disk");
 }
 
-TEST_F(Query, TellsWhoIsAbove)
+TEST_F(Query, ReportsEntriesAboveMatches)
 {
     EntrySet matches;
     QHash<QString, EntrySet> above;
@@ -216,7 +216,7 @@ TEST_F(Query, AnswersForOneEntryAlone)
     bool below = false;
     EXPECT_FALSE(host.matchesQuery(QStringLiteral("disk"), FindOption::Name, &below, servicePlane));
     EXPECT_TRUE(below);
-    // An earlier search leaves its marks, which are no answer to this one.
+    // Marks of an earlier search do not affect this one.
     store_->runQuery(QStringLiteral("dxdisk"), FindOption::Class, nullptr, nullptr);
     below = false;
     EXPECT_FALSE(

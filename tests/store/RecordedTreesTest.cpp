@@ -10,7 +10,7 @@
 #include <QTemporaryDir>
 
 namespace {
-// What holds of every registry.
+// What is true for every registry.
 void checkStore(const TavDataStore &store)
 {
     expectLinksAgree(store);
@@ -37,7 +37,7 @@ void checkStore(const TavDataStore &store)
     }
 }
 
-// That what was captured is a registry, and the same one when it is written and read back.
+// The captured store is a registry, and the same after writing and reading it.
 void check(const CapturedTree &tree)
 {
     ASSERT_TRUE(tree.store);
@@ -50,21 +50,21 @@ void check(const CapturedTree &tree)
     const std::string text = StorePrinter::print(*read);
     const std::string expected = StorePrinter::print(*tree.store);
     EXPECT_TRUE(text == expected) << firstDifference(text, expected);
-    // The time of reading is not read back; all else is written the same.
+    // The time of reading is not restored; everything else is written the same.
     const QByteArray again = encoded(*read);
     EXPECT_TRUE(encoded(*DataStoreDecoder::decode(again)) == again);
 }
 
-// Trees that were recorded on other machines are no part of the project: the archives NAME.tar.xz
-// are looked for here.
+// Trees recorded on other machines are not part of the project: their archives NAME.tar.xz are
+// looked for here.
 QString archiveFolder()
 {
     const QString given = qEnvironmentVariable("VANDREL_SYSFS_TREES");
     return given.isEmpty() ? QStringLiteral(VANDREL_SOURCE_DIR "/../shared/sysfs") : given;
 }
 
-// The folder that holds the tree's "sys", unpacked on first use and kept in the build folder for
-// the next test; null when there is no such archive or it cannot be unpacked.
+// The folder with the tree's "sys", unpacked on first use and kept in the build folder; null if the
+// archive is missing or cannot be unpacked.
 QString unpacked(const QString &name)
 {
     const QFileInfo archive(archiveFolder() + u'/' + name + QLatin1String(".tar.xz"));
@@ -75,7 +75,7 @@ QString unpacked(const QString &name)
         cache.filePath(name + u'-' + QString::number(archive.lastModified().toSecsSinceEpoch()));
     if (QFileInfo::exists(tree))
         return tree;
-    // Tests run side by side: each unpacks apart, and the first to finish sets the folder.
+    // Tests run in parallel: each unpacks separately, and the first to finish installs the folder.
     cache.mkpath(QStringLiteral("."));
     const QTemporaryDir work(cache.filePath(QStringLiteral("XXXXXX")));
     const QString own = work.filePath(name);
@@ -86,7 +86,7 @@ QString unpacked(const QString &name)
     return QFileInfo::exists(tree) ? tree : QString();
 }
 
-// One of them, and a device that it has.
+// A tree and one of its devices.
 struct Recorded
 {
     const char *name;

@@ -37,7 +37,8 @@ TEST_F(SyntheticTree, HasItsRecordsWhateverItsFolderIsCalled)
 
 TEST_F(SyntheticTree, ArrangesItsPlanes)
 {
-    // At their first sight siblings are ordered by their plain names: those in planes come after.
+    // On the first reading siblings are sorted by their plain names: names in planes are read
+    // later.
     tree_.store->update();
     const std::pair<const char *, const char *> planes[] = {
         {"DxBlock", R"(

@@ -32,14 +32,14 @@ void FakeLiveService::terminate(Node node)
 void FakeLiveService::tell(NotificationPorts::Interest kind, quintptr argument)
 {
     const RegistryObject host = entryFromPath(QStringLiteral("DxService:/"));
-    ports().tell(kind, host, argument);
+    ports().report(kind, host, argument);
     release(host);
     ports().deliver();
 }
 
-void FakeLiveService::tellPower(quint32 type, quintptr notificationID)
+void FakeLiveService::reportPower(quint32 type, quintptr notificationID)
 {
-    ports().tellPower(power_, static_cast<PowerMessage>(type), notificationID);
+    ports().reportPower(power_, static_cast<PowerMessage>(type), notificationID);
     ports().deliver();
 }
 

@@ -17,9 +17,9 @@ public:
     void publish(Node node) { announce(NotificationPorts::Matching::Publish, node); }
     void match(Node node) { announce(NotificationPorts::Matching::Matched, node); }
     void terminate(Node node); // which removes it, too
-    void tellOfChange() { tell(NotificationPorts::Interest::General, 0); }
+    void reportChange() { tell(NotificationPorts::Interest::General, 0); }
     void tellBusy(quintptr count) { tell(NotificationPorts::Interest::Busy, count); }
-    void tellPower(quint32 type, quintptr notificationID);
+    void reportPower(quint32 type, quintptr notificationID);
     const std::vector<quintptr> &allowedPowerChanges() const { return allowed_; }
     quint64 powerRegistrations() const { return powerRegistrations_; }
 

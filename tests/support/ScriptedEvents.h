@@ -16,7 +16,7 @@ public:
     {}
 
     // With a device path such as "devices/a".
-    void tell(QByteArrayView action, const QByteArray &path)
+    void send(QByteArrayView action, const QByteArray &path)
     {
         state_->queue.push_back(DeviceEvent::parse(action, '/' + path));
         state_->wake();

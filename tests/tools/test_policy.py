@@ -1,17 +1,21 @@
-"""Tests that tools/check-policy finds what a capture must not open."""
+"""Tests that the recorder and tools/check-policy follow the rules of the program."""
+import json
 import os
 import sys
 import tempfile
 import unittest
 from pathlib import Path
 
-TOOLS = Path(__file__).resolve().parents[2] / "tools"
+TESTS = Path(__file__).resolve().parents[1]
+TOOLS = TESTS.parent / "tools"
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(TOOLS / "lib"))
 from policy import trace  # noqa: E402
 from policy.judge import Judge  # noqa: E402
 from policy.made import MadeTree  # noqa: E402
+from recording import rules  # noqa: E402
+from recording.recorder import Recorder  # noqa: E402
 
 
 class PolicyTest(unittest.TestCase):
@@ -39,14 +43,14 @@ class PolicyTest(unittest.TestCase):
         (self.card / "link").symlink_to("rom")
 
     def complaints(self, *lines):
-        """By the name of the file: what comes before the reason."""
+        """The complaints without their reasons, by file name."""
         judge = Judge(self.root)
         found = filter(None, map(judge.complaint, trace.parse(lines)))
         texts = (complaint.removeprefix(f"{self.root}/devices/card/") for complaint in found)
         return [":".join(text.split(":")[:2]) for text in texts]
 
     def test_finds_what_must_not_be_read_however_it_is_named(self):
-        never = "rom: opened, but is never to be read"
+        never = "rom: opened, but must never be read"
         card = f"5<{self.card}>"
         for line in (
             f'openat({card}, "rom", O_RDONLY|O_NOFOLLOW|O_CLOEXEC) = 7<{self.card}/rom>',
@@ -64,8 +68,8 @@ class PolicyTest(unittest.TestCase):
                 f'openat({card}, "trace/buffer", O_RDONLY) = 7<{self.card}/trace/buffer>',
             ),
             [
-                "config: opened, but is to be read on request only",
-                "trace/buffer: opened, but its folder is to be passed over",
+                "config: opened, but may only be read on request",
+                "trace/buffer: opened, but its folder must not be entered",
             ],
         )
 
@@ -94,6 +98,41 @@ class PolicyTest(unittest.TestCase):
         self.assertEqual(self.complaints(*passed), [])
         (self.port / "flags").write_text("0x1002\n")
         self.assertEqual(len(self.complaints(*passed)), 1)  # the speed, of a port that is down
+
+    def test_decides_as_the_list_of_cases_says(self):
+        """tests/model/AttributePolicyTest.cpp checks the program against the same list."""
+        deciding = set()
+        for case in json.loads((TESTS / "policy-cases.json").read_text(encoding="utf-8")):
+            place = rules.Place(
+                case.get("in", "device"),
+                case.get("path", ""),
+                case.get("directory", ""),
+                case.get("subsystem", ""),
+                case.get("driver", ""),
+                case.get("down", False),
+                case.get("suspended", False),
+            )
+            rule = rules.rule_for(place, case["name"])
+            self.assertEqual(rule.kind if rule else "always", case["rule"], case)
+            deciding.add(rule)
+        undecided = [row for rule, row in rules.with_rows() if rule not in deciding]
+        self.assertEqual(undecided, [], "rules without a case in policy-cases.json")
+
+    def test_recorder_reads_nothing_that_the_program_does_not(self):
+        made = MadeTree(self.folder / "made")
+        read = []
+
+        class Reader:
+            def read(self, path, _size):
+                read.append(os.path.relpath(path, made.root))
+                return b""
+
+        Recorder(made.root, Reader()).record_all()
+        self.assertEqual(made.forbidden.intersection(read), set())
+        self.assertEqual(made.harmless.difference(read), set())
+        for subsystem, name in rules.BLANK:  # files that are recorded empty
+            place = rules.Place("device", "devices/x", subsystem=subsystem)
+            self.assertIsNotNone(rules.rule_for(place, name))
 
     def test_every_rule_has_files_in_the_made_tree(self):
         made = MadeTree(self.folder / "made")

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Shared by the tools: where the project is, what it needs, how it is built.
+# Shared by the tools: the project's folder, its packages and its builds.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
@@ -10,7 +10,7 @@ die() {
     exit 1
 }
 
-# step TEXT: says what begins, and how long after the start of the first tool.
+# step TEXT: reports a new step and the time since the first tool started.
 step() {
     export VANDREL_STARTED=${VANDREL_STARTED:-$EPOCHSECONDS}
     local seconds=$((EPOCHSECONDS - VANDREL_STARTED))
@@ -27,7 +27,7 @@ missing_packages() {
     done < <(grep -v '^#' "$root/tools/lib/packages") | sort -u
 }
 
-# need_packages GROUP...: installs what is missing of these groups.
+# need_packages GROUP...: installs the missing packages of these groups.
 need_packages() {
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
         say "Not a Debian system: taking for granted what tools/lib/packages lists for: $*."
@@ -43,9 +43,9 @@ need_packages() {
     fi
     step "Installing ${missing[*]}"
     local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300)
-    "${apt[@]}" update >&2 || die "the package lists could not be fetched"
+    "${apt[@]}" update >&2 || die "cannot fetch the package lists"
     "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >&2 ||
-        die "could not install: ${missing[*]}"
+        die "cannot install: ${missing[*]}"
 }
 
 # build PRESET [TARGET...]: configures and builds, on all cores.

@@ -1,14 +1,14 @@
 # shellcheck shell=bash
-# A virtual display and pictures of the windows on it.
+# A virtual display and pictures of its windows.
 
 has_display() { [[ -n ${DISPLAY:-} || -n ${WAYLAND_DISPLAY:-} ]]; }
 
-# start_display: starts a virtual display, exports DISPLAY and leaves the server's process
-# in display_pid; the caller ends it.
+# start_display: starts a virtual display, exports DISPLAY and sets display_pid to the server's
+# process, which the caller must end.
 start_display() {
     local number log
     log=$(mktemp)
-    # The server tells the number it chose on a pipe of its own.
+    # The server writes its display number to a pipe.
     coproc XVFB { exec Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp 3>&1 2>"$log"; }
     # shellcheck disable=SC2034
     display_pid=$XVFB_PID
@@ -19,7 +19,7 @@ start_display() {
 }
 
 # take_picture PID FILE SECONDS: waits until process PID shows a painted window and writes a
-# picture of it. Fails when the process ends or the time is over before.
+# picture of it. Fails when the process or the time ends first.
 take_picture() {
     local pid=$1 file=$2 deadline=$((SECONDS + $3)) window now before=
     while kill -0 "$pid" 2>/dev/null && ((SECONDS < deadline)); do
@@ -27,7 +27,7 @@ take_picture() {
         window=$(xdotool search --onlyvisible --pid "$pid" 2>/dev/null | tail -n 1) || continue
         [[ -n $window ]] || continue
         import -silent -window "$window" "$file" 2>/dev/null || continue
-        # Painted: more than a background, and the same in two pictures in a row.
+        # Painted: more than a background, and equal in two consecutive pictures.
         now=$(identify -format '%k %#' "$file")
         [[ ${now%% *} -gt 8 && $now == "$before" ]] && return 0
         before=$now

@@ -1,13 +1,13 @@
-"""Runs clang-tidy on sources, except where the same content was found clean before.
+"""Runs clang-tidy on sources, and skips those that were clean before and have not changed.
 
     python3 tools/lib/tidy.py BUILD_FOLDER SOURCE...
 
-A verdict holds for a source, all project headers that it includes, how it is compiled, the checks
-and the installed packages. Clean verdicts are kept in the user's cache folder for a month.
+A clean result is valid for a source, all project headers that it includes, its compile command, the
+checks and the installed packages. Results are kept in the user's cache folder for a month.
 
-Nearly all time goes into the headers of the libraries, so sources that are compiled alike are
-checked several at once, as one. Only where that finds something is each checked alone, since two
-of them may merely use one name for two things.
+Library headers take nearly all of the time, so sources with the same compile command are checked
+together, as one. If that reports problems, each is checked alone, since two sources may only use
+one name for two things.
 """
 import concurrent.futures
 import hashlib
@@ -34,7 +34,7 @@ def output(*command):
 
 
 class Fingerprints:
-    """Of sources, by what a verdict depends on."""
+    """The keys of sources: everything that their result depends on."""
 
     def __init__(self, build):
         self._common = [output("clang-tidy", "--version"), CHECKS.read_bytes()]
@@ -54,7 +54,7 @@ class Fingerprints:
         return digest.hexdigest()
 
     def flags(self, source):
-        """How it is compiled, without its name."""
+        """The compile command without the source's name."""
         words = shlex.split(self._commands[source])
         first = next(i for i, word in enumerate(words) if re.match("-[DIfmOWgis]", word))
         return words[first:words.index("-o")]
@@ -69,7 +69,7 @@ class Fingerprints:
         return found
 
     def _file(self, path):
-        """Its content and the project's files that it includes."""
+        """The content of the source and of the project headers that it includes."""
         if path not in self._files:
             content = path.read_bytes()
             candidates = [
@@ -82,7 +82,7 @@ class Fingerprints:
 
 
 def complaints(source, flags):
-    """None when there are none."""
+    """None if there is none."""
     command = ["clang-tidy", "-quiet", f"-config-file={CHECKS}"]
     command += ["-extra-arg=-Wno-unknown-warning-option", str(source), "--"]
     result = subprocess.run(
@@ -92,7 +92,7 @@ def complaints(source, flags):
 
 
 def batches(sources, flags):
-    """Of sources that are compiled alike."""
+    """Sources with the same compile command."""
     alike = {}
     for source in sources:
         shared = (flag for flag in flags[source] if not flag.endswith("_autogen/include"))

@@ -1,4 +1,4 @@
-"""Checks by a trace which files a capture opens: see tools/check-policy."""
+"""Traces which files a capture opens: see tools/check-policy."""
 import argparse
 import functools
 import os
@@ -17,7 +17,7 @@ from policy.made import MadeTree  # noqa: E402
 PROJECT = Path(__file__).resolve().parents[3]
 LIVE = Path("/sys")
 SKIPPED = 77
-# Whole, and without some device that did not answer.
+# Complete, and incomplete because a device did not answer.
 CAPTURED = (0, 3)
 
 
@@ -31,22 +31,22 @@ def arguments():
 
 
 def root_of(folder):
-    """The sysfs tree that the folder is or holds; none if there is none."""
+    """The sysfs tree that the folder is or contains, or none."""
     return next((root for root in (folder, folder / "sys") if (root / "devices").is_dir()), None)
 
 
 def trees(options):
-    """The roots that were asked for, or those of the fixtures."""
+    """The requested roots, or those of the fixtures."""
     for folder in options.trees:
-        yield root_of(folder) or sys.exit(f"{folder}: no sysfs tree")
+        yield root_of(folder) or sys.exit(f"{folder}: not a sysfs tree")
     folders = options.folders or ([] if options.trees else [PROJECT / "tests/fixtures"])
     for folder in folders:
         found = [root for path in sorted(folder.iterdir()) if (root := root_of(path))]
-        yield from found or sys.exit(f"{folder}: no sysfs tree in it")
+        yield from found or sys.exit(f"{folder}: contains no sysfs tree")
 
 
 def capture(program, root):
-    """What a capture of the tree opened."""
+    """The accesses of a capture of the tree."""
     with tempfile.TemporaryDirectory() as home:
         status, openings = trace.run(
             [program, "--sysfs", root, "--capture", f"{home}/snapshot"],
@@ -63,7 +63,7 @@ def live_judge():
 
 
 def check(program, root, harmless=()):
-    """What is wrong with a capture of the tree. The harmless attributes must have been read."""
+    """The faults of a capture of the tree. It must have read the harmless attributes."""
     openings = capture(program, root)
     judge = Judge(root)
     judges = (judge,) if judge.root == LIVE else (judge, live_judge())
@@ -77,7 +77,7 @@ def check(program, root, harmless=()):
 
 
 def self_test():
-    """Whether a wrong opening would be found."""
+    """Whether the check finds forbidden accesses."""
     tests = unittest.defaultTestLoader.discover(PROJECT / "tests/tools", "test_policy.py")
     return unittest.TextTestRunner(stream=sys.stdout).run(tests).wasSuccessful()
 
@@ -85,10 +85,10 @@ def self_test():
 def main():
     options = arguments()
     if not trace.is_possible():
-        print("skipped: no program can be traced here (strace is not allowed to)")
+        print("skipped: tracing is not allowed")
         sys.exit(SKIPPED)
     if not self_test():
-        sys.exit("the check does not find what it must find")
+        sys.exit("the check does not find forbidden accesses")
     if options.self_test:
         return
     if not os.access(options.program, os.X_OK):

@@ -1,4 +1,4 @@
-"""Judges by the program's table of attributes which files of a sysfs tree may be opened, and how."""
+"""Checks by the program's rules which files of a sysfs tree may be opened, and how."""
 import os
 from dataclasses import replace
 from pathlib import Path
@@ -12,14 +12,14 @@ _INTERFACE_UP = 1
 
 
 class _NoReader:
-    """For a walk through a tree that reads none of its attributes."""
+    """For walking a tree without reading attributes."""
 
     def read(self, _path, _size):
         return b""
 
 
 class Judge:
-    """Of one tree: counts the attributes that were opened in it."""
+    """Checks accesses to one tree, and collects the attributes that were opened."""
 
     def __init__(self, root):
         self._walk = Recorder(root, _NoReader())
@@ -28,12 +28,12 @@ class Judge:
         self.attributes = set()
 
     def path_in_tree(self, path):
-        """Relative to the root; none for what is elsewhere."""
+        """Relative to the root; none outside."""
         inside = os.path.commonpath([self.root, path]) == str(self.root)
         return os.path.relpath(path, self.root) if inside else None
 
     def complaint(self, opening):
-        """What is wrong with it, or none."""
+        """The fault of an access, or none."""
         path = self.path_in_tree(opening.path)
         if path is None:
             return None
@@ -46,13 +46,13 @@ class Judge:
 
     def _complaint_of_reading(self, path, folder, name):
         place = self._place(folder)
-        if any(rules.is_passed_over(part) for part in place.directory.split("/")):
-            return f"{path}: opened, but its folder is to be passed over"
+        if any(rules.is_passed_over(place.kind, part) for part in place.directory.split("/")):
+            return f"{path}: opened, but its folder must not be entered"
         rule = rules.rule_for(place, name)
         if rule is None:
             return None
-        when = "never to be read" if rule.kind == "never" else "to be read on request only"
-        return f"{path}: opened, but is {when}: {rule.reason}"
+        when = "must never be read" if rule.kind == "never" else "may only be read on request"
+        return f"{path}: opened, but {when}: {rule.reason}"
 
     def _place(self, folder):
         place = self._walk.place(folder)

@@ -1,4 +1,4 @@
-"""Makes a sysfs tree with a file for every rule of the table of attributes."""
+"""Makes a sysfs tree with a file for every rule of the policy."""
 import itertools
 import os
 from pathlib import Path
@@ -20,7 +20,7 @@ def _instance(pattern):
 
 
 class MadeTree:
-    """Beside the file that a rule names there is a harmless one, unless the rule names them all."""
+    """Each folder with a forbidden file has a harmless one, unless the rule forbids them all."""
 
     def __init__(self, folder):
         self.root = Path(folder, "sys")
@@ -36,17 +36,17 @@ class MadeTree:
                 self._forbid(f"{device}/{_instance(name)}/file")
 
     def _add_rule(self, row, kind):
-        """An object for each way to be what the rule is about, with a file for each name."""
+        """Adds an object per combination of the rule's conditions, with a file per name."""
         keys = ("subsystem", "driver", "path", "directory")
         words = [name for word in row.get("words", ()) for name in (word, f"x_{word}")]
         names = [*map(_instance, row.get("names", ())), *words]
         if not names:
-            raise ValueError(f"a rule that names no attribute fits none: {row}")
+            raise ValueError(f"a rule without names or words never applies: {row}")
         for ways in itertools.product(*(row.get(key, (None,)) for key in keys)):
             subsystem, driver, path, directory = (way and _instance(way) for way in ways)
             folder = _FOLDERS[kind].format(next(self._count))
             if kind == "device":
-                # Any text may come before: patterns of a path begin so.
+                # Patterns of paths begin with any text.
                 folder = self._device(folder + (path or ""), subsystem, driver)
             inner = f"{folder}/{directory}" if directory else folder
             for name in names:

@@ -1,4 +1,4 @@
-"""Runs a program under strace and gives the files that it opens."""
+"""Runs a program under strace and reports the files that it opens."""
 import os
 import re
 import shutil
@@ -7,7 +7,7 @@ import tempfile
 from dataclasses import dataclass
 from pathlib import Path
 
-# A question mark: not every machine has that call.
+# A question mark: not every machine has the call.
 CALLS = "trace=?open,openat,openat2,?creat"
 _PATH = r"(?:[^<>\\]|\\.)*"
 _CALL = re.compile(
@@ -17,13 +17,13 @@ _CALL = re.compile(
     rf"(?P<result>\?|-?\d+)(?:<(?P<opened>{_PATH})>)?(?:\(deleted\))?(?: (?P<error>E[A-Z0-9]+))?"
 )
 _CREATION = frozenset({"O_WRONLY", "O_CREAT", "O_TRUNC"})
-# What was asked for is not there, or is a link that was not to be followed.
+# Nothing there, or a link that was not followed.
 _NOTHING_THERE = ("ENOENT", "ENOTDIR", "ELOOP")
 
 
 @dataclass(frozen=True)
 class Opening:
-    """A file that was opened, or was about to be, by its path without links."""
+    """An attempt to open a file, by its path without links."""
 
     path: str
     flags: frozenset
@@ -55,7 +55,7 @@ def parse(lines):
 
 
 def is_possible():
-    """Whether a program may be traced here."""
+    """Whether tracing is allowed."""
     if not shutil.which("strace"):
         return False
     with tempfile.NamedTemporaryFile() as output:

@@ -1,4 +1,4 @@
-"""Replaces serial numbers, unique identifiers and hardware addresses, alike wherever they occur."""
+"""Replaces serial numbers, unique identifiers and hardware addresses consistently."""
 import hashlib
 import hmac
 import re
@@ -10,7 +10,7 @@ ATTRIBUTES = re.compile(
     re.IGNORECASE,
 )
 KEYS = re.compile(rb"^(?:E:)?\w*(?:SERIAL|UUID|WWN|WWID|GUID|UNIQ)\w*=(.+)$", re.MULTILINE)
-# A serial number is not the only thing these hold.
+# These hold more than serial numbers.
 BLOBS = re.compile(
     r"(.*/)?(edid|vpd_pg.*|firmware/acpi/tables/.*|firmware/dmi/.*|firmware/efi/(vars|esrt)/.*)"
 )
@@ -20,10 +20,10 @@ SHORTEST = 4
 
 
 class Anonymiser:
-    """First learns from everything, then applies what it learned."""
+    """First learns from all files, then replaces what it learned."""
 
     def __init__(self, names, key=None):
-        """names: folder names, which stand for themselves even where a serial number is one."""
+        """names: folder names, which are kept even if a serial number is equal."""
         self._key = key or secrets.token_bytes(16)
         self._names = {name.encode() for name in names}
         self._replacements = {}
@@ -72,7 +72,7 @@ class Anonymiser:
         self._replacements[plain] = disguised
 
     def _disguise(self, value):
-        """As long as the value, a digit for a digit, a letter for a letter."""
+        """Same length, digits for digits, letters for letters."""
         is_hex = re.fullmatch(rb"[0-9a-f-]+|[0-9A-F-]+", value) is not None
         letters = 6 if is_hex else 26
         stream = b""

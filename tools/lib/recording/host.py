@@ -1,4 +1,4 @@
-"""What says which machine a root is of: files beside it, at their places in a file system."""
+"""The files beside a root that identify its machine."""
 import os
 import platform
 
@@ -7,7 +7,7 @@ MACHINE = "proc/sys/kernel/arch"
 
 
 def files(root, with_name):
-    """Contents by path, of this machine or of what lies beside a recorded root."""
+    """Contents by path, of this machine or from beside a recorded root."""
     beside = os.path.dirname(os.path.realpath(root))
     found = {}
     for path in (NAME, MACHINE) if with_name else (MACHINE,):
@@ -16,6 +16,6 @@ def files(root, with_name):
                 found[path] = file.read(1024)
         except OSError:
             pass
-    if beside == "/" and MACHINE not in found:  # older kernels do not say
+    if beside == "/" and MACHINE not in found:  # older kernels lack the file
         found[MACHINE] = platform.machine().encode() + b"\n"
     return found

@@ -1,4 +1,4 @@
-"""Reads attributes, each for a limited time and a limited number of bytes."""
+"""Reads attributes, limited in time and size."""
 import os
 import queue
 import threading
@@ -13,7 +13,7 @@ class ReadError(Exception):
 
 
 def read_limited(path, size):
-    """The first bytes of a file that says to be of this size; a page is what text says."""
+    """The first bytes of a file with this stated size; text states a page."""
     limit = TEXT_LIMIT if size == TEXT_LIMIT else BINARY_LIMIT
     flags = os.O_RDONLY | os.O_NONBLOCK | os.O_NOFOLLOW | os.O_CLOEXEC
     descriptor = os.open(path, flags)
@@ -32,7 +32,7 @@ def read_limited(path, size):
 
 
 class TimedReader:
-    """Reads in a thread that is left behind when a read does not return."""
+    """Reads in a thread, which is abandoned when a read does not return."""
 
     def __init__(self, read=read_limited, seconds=SECONDS):
         self._read = read

@@ -1,4 +1,4 @@
-"""Walks a sysfs root and gathers folders, files and links, following no link."""
+"""Walks a sysfs root and collects folders, files and links. Follows no link."""
 import glob
 import os
 import stat
@@ -7,14 +7,14 @@ from . import rules
 from .reading import ReadError
 
 WHOLE = ("block", "bus", "class", "devices", "firmware", "module")
-# What a device refers to and makes little sense without.
+# Links from a device to what must be recorded with it.
 REFERENCES = ("subsystem", "driver", "module", "firmware_node", "of_node")
-# Folders that belong to the bus, class or module above them.
+# Folders that are part of the bus, class or module above them.
 INNER = ("devices", "drivers", "holders", "parameters")
 
 
 class Recorder:
-    """All paths are relative to the root. What was not read is in skipped, with the reason."""
+    """Paths are relative to the root. skipped: what was not read, with reasons."""
 
     def __init__(self, root, reader):
         self.root = os.path.realpath(root)
@@ -31,7 +31,7 @@ class Recorder:
                 self._walk(top)
 
     def record(self, selections):
-        """Records the selected folders, what they refer to, and what contains them."""
+        """Records the selected folders, what they refer to, and the folders that contain them."""
         for selection in selections:
             for folder in self._resolve(selection):
                 self._walk(folder)
@@ -42,11 +42,11 @@ class Recorder:
         self._drop_links_to_unrecorded()
 
     def subsystem(self, folder):
-        """The subsystem of the device that the folder is, or is in."""
+        """The subsystem of the device at or above the folder."""
         return self.place(folder).subsystem or None
 
     def place(self, folder):
-        """Where the attributes in the folder belong."""
+        """The place of the attributes in the folder."""
         parts = folder.split("/")
         if parts[0] == "bus" and parts[2:3] == ["drivers"] and len(parts) > 3:
             return self._place("driver", parts, 4)
@@ -87,7 +87,7 @@ class Recorder:
             waiting += self._read_folder(waiting.pop())
 
     def _read_folder(self, folder):
-        """Takes in one folder; gives the folders in it."""
+        """Records one folder; returns its subfolders."""
         if folder in self.folders and folder not in self._shallow:
             return []
         self._shallow.discard(folder)
@@ -110,13 +110,13 @@ class Recorder:
                 continue
             if entry.is_file(follow_symlinks=False):
                 self._add_file(path, entry)
-            elif entry.is_dir(follow_symlinks=False) and self._is_entered(entry):
+            elif entry.is_dir(follow_symlinks=False) and self._is_entered(folder, entry):
                 inner.append(path)
         return inner
 
-    def _is_entered(self, entry):
+    def _is_entered(self, folder, entry):
         inside = entry.stat(follow_symlinks=False).st_dev == self._device
-        return inside and not rules.is_skipped_folder(entry.name)
+        return inside and not rules.is_skipped_folder(self.place(folder).kind, entry.name)
 
     def _add_link(self, path, target):
         if os.path.isabs(target) or self._target(path, target).startswith(".."):
@@ -147,7 +147,7 @@ class Recorder:
                 self.skipped[path] = str(error)
 
     def _add_referenced(self):
-        """Adds what is referred to and what contains it; whether there was anything new."""
+        """Adds referenced and containing folders; returns whether any are new."""
         before = len(self.folders)
         for path, target in list(self.links.items()):
             folder = os.path.dirname(path)

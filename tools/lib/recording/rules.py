@@ -1,27 +1,26 @@
-"""Which attributes are not read, and why: a read runs driver code. The program's own table decides."""
+"""Which attributes are not read, and why. The rules are those of the program."""
 import json
 import re
 from dataclasses import dataclass
 from pathlib import Path
 
 TABLE = Path(__file__).resolve().parents[3] / "resources/attributes/policy.json"
-# Beside what the program passes over: large, and of no use in a recording.
+# Not recorded although the program reads them: large, and of no use in a recording.
 FOLDERS = ("hw_counters", "counters", "sections", "notes")
-# Asks the battery for every value it has; the file must be there all the same.
+# Not read by the program either, but devices are recognised by this file: recorded empty.
 BLANK = {("power_supply", "uevent")}
 
 
 @dataclass(frozen=True)
 class Place:
-    """Where an attribute is: of which object, and in which folder below the object's."""
+    """The object of an attribute, and the folder below the object's."""
 
     kind: str  # device, bus, class, driver, module or firmware
     path: str  # of the object, from the root
     directory: str = ""
     subsystem: str = ""
     driver: str = ""
-    # Of a network interface and of a PCI device. Not known while it is recorded: rules for those
-    # that are down or suspended apply.
+    # Of network interfaces and PCI devices. Unknown while recording: assumes down and suspended.
     is_down: bool = True
     is_suspended: bool = True
 
@@ -36,7 +35,7 @@ def _pattern(texts):
 class _Rule:
     def __init__(self, row):
         self.kind = row["rule"]  # never, or on request
-        self.reason = row.get("reason", "is there to be written")
+        self.reason = row.get("reason", "is for writing only")
         self._only_down = row.get("when") == "interface down"
         self._only_suspended = row.get("when") == "suspended"
         self._names = _pattern(row["names"]) if "names" in row else None
@@ -68,21 +67,26 @@ class _Rule:
 
 ROWS = json.loads(TABLE.read_text())
 _RULES = [_Rule(row) for row in ROWS["rules"]]
-_PASSED_OVER = _pattern([name for row in ROWS["directories"] for name in row["names"]])
+_NOT_ENTERED = [(row["in"], _pattern(row["names"])) for row in ROWS["directories"]]
 _LEFT_OUT = _pattern(FOLDERS)
 
 
-def is_passed_over(name):
-    """Whether the program does not look into a folder of this name."""
-    return _PASSED_OVER.fullmatch(name) is not None
+def with_rows():
+    """Each rule with its row of the table."""
+    return zip(_RULES, ROWS["rules"])
 
 
-def is_skipped_folder(name):
-    return is_passed_over(name) or _LEFT_OUT.fullmatch(name) is not None
+def is_passed_over(kind, name):
+    """Whether the program does not enter a folder of this name, in an object of this kind."""
+    return any(kind in kinds and names.fullmatch(name) for kinds, names in _NOT_ENTERED)
+
+
+def is_skipped_folder(kind, name):
+    return is_passed_over(kind, name) or _LEFT_OUT.fullmatch(name) is not None
 
 
 def rule_for(place, name):
-    """The first rule that fits, or none for an attribute that is read with all others."""
+    """The first rule that applies, or none for an attribute that is always read."""
     return next((rule for rule in _RULES if rule.fits(place, name)), None)
 
 

@@ -5,7 +5,7 @@ from .reading import ReadError
 
 
 def record_names(recorder):
-    """The file names under which the database would hold the recorded folders."""
+    """The file names of the recorded folders in the database."""
     for folder in recorder.folders:
         subsystem = recorder.subsystem(folder)
         if f"{folder}/uevent" not in recorder.files or subsystem is None:
@@ -20,7 +20,7 @@ def record_names(recorder):
 
 
 def records(recorder, reader):
-    """Contents by name, of /run/udev/data or of the one beside a recorded root."""
+    """Contents by name, from /run/udev/data or from beside a recorded root."""
     data = os.path.join(os.path.dirname(recorder.root), "run/udev/data")
     found = {}
     for name in record_names(recorder):

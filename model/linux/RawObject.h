@@ -1,13 +1,13 @@
 #pragma once
 
 #include "model/RegistryValue.h"
+#include "model/linux/SysfsPath.h"
 
-#include <QByteArray>
 #include <QHash>
 #include <vector>
 
-// What a sweep found in one directory: an object of the host, not yet placed in any plane.
-struct SweepObject
+// What was read of one directory: an object of the host, not yet placed in any plane.
+struct RawObject
 {
     enum class Kind : quint8 {
         Root,
@@ -23,12 +23,12 @@ struct SweepObject
     };
     struct Link
     {
-        QByteArray name;   // with its path below the object's directory, such as "slaves/sda1"
-        QByteArray target; // relative to the tree's root
+        QByteArray name; // path below the object's directory, such as "slaves/sda1"
+        SysfsPath target;
     };
     struct Unread
     {
-        QByteArray path; // below the object's directory, or that itself
+        QByteArray path; // below the object's directory, or itself
         QByteArray reason;
         bool isOnRequest = false; // may be read when the user asks for it
     };
@@ -38,10 +38,10 @@ struct SweepObject
         RegistryValue value;
     };
     static constexpr char itself[] = "."; // the path of the object's own directory
-    // Reasons of what cost a wait, and of what was let be after it.
+    // The reasons of an attribute that was waited for, and of those skipped after it.
     static constexpr char noAnswer[] = "did not answer";
     static constexpr char notAsked[] = "not asked, because the device does not answer";
-    // What a reason begins with that is none of the device's own: the attribute may not be read.
+    // Prefix of the reason when the policy forbids reading.
     static constexpr char leftOut[] = "not read: ";
     static bool isUnanswered(const QByteArray &reason)
     {
@@ -50,15 +50,15 @@ struct SweepObject
 
     Kind kind = Kind::Device;
     quint64 inode = 0;
-    QByteArray path; // relative to the tree's root
+    SysfsPath path;
     QByteArray kernelName;
-    quint64 driverLinkInode = 0; // of a device that is bound
+    quint64 driverLinkInode = 0; // of a bound device
     RegistryValue::Members members;
-    std::vector<Link> links; // those that lead to somewhere in the tree
+    std::vector<Link> links; // those with a target in the tree
     std::vector<Unread> unread;
-    std::vector<Requested> requested; // instead of the members, when reading on request
+    std::vector<Requested> requested; // instead of members, when reading on request
 
-    QByteArray link(QByteArrayView name) const
+    SysfsPath link(QByteArrayView name) const // its target; null: no such link
     {
         for (const Link &candidate : links) {
             if (candidate.name == name)
@@ -75,7 +75,7 @@ struct SweepObject
         }
         return none;
     }
-    // An attribute whose text happens to read as a number or truth is a text still.
+    // The text also of an attribute that parsed as a number or boolean.
     QString text(QStringView name) const
     {
         const RegistryValue &value = member(name);

@@ -1,4 +1,4 @@
-#include "model/linux/PlaneReach.h"
+#include "model/linux/UnreachableEntries.h"
 
 #include "model/linux/RegistryGraph.h"
 
@@ -8,8 +8,8 @@ using Marks = std::vector<bool>; // by object
 Marks reachedInPlane(const RegistryGraph &graph, Plane plane)
 {
     Marks isReached(static_cast<std::size_t>(graph.count()));
-    isReached[HostObjects::root] = true;
-    std::vector<int> pending{HostObjects::root};
+    isReached[ObjectTable::root] = true;
+    std::vector<int> pending{ObjectTable::root};
     while (!pending.empty()) {
         const int parent = pending.back();
         pending.pop_back();
@@ -47,12 +47,13 @@ QByteArrayList unreachableEntries(const RegistryGraph &graph)
             isAnywhere[object] = isAnywhere[object] || isMember[object];
             if (isMember[object] && !isReached[object])
                 unreachable.append(QByteArray(planeNames[i]) + ": " +
-                                   graph.at(static_cast<int>(object)).path);
+                                   graph.at(static_cast<int>(object)).path.toByteArray());
         }
     }
     for (std::size_t object = 0; object < isAnywhere.size(); ++object) {
         if (!isAnywhere[object])
-            unreachable.append("no plane: " + graph.at(static_cast<int>(object)).path);
+            unreachable.append("no plane: " +
+                               graph.at(static_cast<int>(object)).path.toByteArray());
     }
     return unreachable;
 }

@@ -1,4 +1,4 @@
-#include "model/linux/HostObjects.h"
+#include "model/linux/ObjectTable.h"
 
 #include "model/linux/ClassNames.h"
 #include "model/linux/ObjectNames.h"
@@ -9,51 +9,51 @@
 #include <tuple>
 
 namespace {
-using Kind = SweepObject::Kind;
-using SysfsPlaces::baseName;
-using SysfsPlaces::folderOf;
+using Kind = RawObject::Kind;
 
-// Others are folders without a meaning of their own, unless something in them could not be read.
-bool needsPlace(const SweepObject &object)
+// Whether a container is shown: others are plain folders, unless something in them could not be
+// read.
+bool needsPlace(const RawObject &object)
 {
-    const auto couldNotBe = [](const SweepObject::Unread &its) {
-        return !its.reason.startsWith(SweepObject::leftOut);
+    const auto couldNotBe = [](const RawObject::Unread &its) {
+        return !its.reason.startsWith(RawObject::leftOut);
     };
     return object.kind == Kind::Device ||
            std::any_of(object.unread.begin(), object.unread.end(), couldNotBe);
 }
 
-bool isDeviceOrContainer(const SweepObject &object)
+bool isDeviceOrContainer(const RawObject &object)
 {
     return object.kind == Kind::Device || object.kind == Kind::Container;
 }
 
 // The folders above every device, and above containers that could not be read.
-QSet<QByteArray> foldersAboveDevices(const Sweep &sweep)
+QSet<SysfsPath> foldersAboveDevices(const TreeContents &contents)
 {
-    QSet<QByteArray> folders;
-    for (const SweepObject &object : sweep.objects) {
+    QSet<SysfsPath> folders;
+    for (const RawObject &object : contents.objects) {
         if (!isDeviceOrContainer(object) || !needsPlace(object))
             continue;
-        QByteArray folder = folderOf(object.path);
+        SysfsPath folder = object.path.parent();
         while (!folder.isEmpty() && !folders.contains(folder)) {
             folders.insert(folder);
-            folder = folderOf(folder);
+            folder = folder.parent();
         }
     }
     return folders;
 }
 
-// For an inode that is not unique, as copies of a tree may have: made from the path.
-quint64 substituteID(const QByteArray &path)
+// An ID made from the path, for inodes that are not unique, as in copies of a tree.
+quint64 substituteID(const SysfsPath &path)
 {
     constexpr quint64 mark = quint64(1) << 63;
-    const QByteArray digest = QCryptographicHash::hash(path, QCryptographicHash::Sha1);
+    const QByteArray digest =
+        QCryptographicHash::hash(path.toByteArray(), QCryptographicHash::Sha1);
     return mark | qFromBigEndian<quint64>(digest.constData());
 }
 } // namespace
 
-HostObjects::HostObjects(Sweep sweep, RegistryValue::Members rootFacts,
+ObjectTable::ObjectTable(TreeContents contents, RegistryValue::Members rootFacts,
                          RegistryValue::Members hostFacts, ClassNames &classNames)
 {
     objects_.resize(2);
@@ -63,7 +63,7 @@ HostObjects::HostObjects(Sweep sweep, RegistryValue::Members rootFacts,
     at(host).kind = Kind::Host;
     at(host).id = at(host).nodeID = hostID;
     at(host).members = std::move(hostFacts);
-    collect(std::move(sweep));
+    collect(std::move(contents));
     addBindings();
     assignIDs();
     relate();
@@ -74,50 +74,50 @@ HostObjects::HostObjects(Sweep sweep, RegistryValue::Members rootFacts,
     countReferences();
 }
 
-int HostObjects::withPath(const QByteArray &path) const
+int ObjectTable::withPath(const SysfsPath &path) const
 {
     return byPath_.value(path, HostObject::none);
 }
 
-int HostObjects::linked(const HostObject &object, QByteArrayView link) const
+int ObjectTable::linked(const HostObject &object, QByteArrayView link) const
 {
-    const QByteArray target = object.link(link);
+    const SysfsPath target = object.link(link);
     return target.isEmpty() ? HostObject::none : withPath(target);
 }
 
-int HostObjects::linked(const HostObject &object, QByteArrayView link, Kind kind) const
+int ObjectTable::linked(const HostObject &object, QByteArrayView link, Kind kind) const
 {
     const int target = linked(object, link);
     return target != HostObject::none && at(target).kind == kind ? target : HostObject::none;
 }
 
-void HostObjects::collect(Sweep sweep)
+void ObjectTable::collect(TreeContents contents)
 {
-    at(root).unread = std::move(sweep.unread);
-    const QSet<QByteArray> folders = foldersAboveDevices(sweep);
-    objects_.reserve(2 * sweep.objects.size());
-    for (SweepObject &object : sweep.objects) {
+    at(root).unread = std::move(contents.unread);
+    const QSet<SysfsPath> folders = foldersAboveDevices(contents);
+    objects_.reserve(2 * contents.objects.size());
+    for (RawObject &object : contents.objects) {
         if (object.kind == Kind::Container && !needsPlace(object) && !folders.contains(object.path))
             continue;
         objects_.emplace_back();
-        static_cast<SweepObject &>(objects_.back()) = std::move(object);
+        static_cast<RawObject &>(objects_.back()) = std::move(object);
     }
 }
 
-void HostObjects::addBindings()
+void ObjectTable::addBindings()
 {
     const std::size_t count = objects_.size();
     for (std::size_t i = 0; i < count; ++i) {
-        const QByteArray driver = objects_[i].link("driver");
+        const SysfsPath driver = objects_[i].link("driver");
         if (objects_[i].kind != Kind::Device || !SysfsPlaces::isDriver(driver))
             continue;
         HostObject binding;
         binding.kind = Kind::Binding;
         binding.inode = objects_[i].driverLinkInode;
-        binding.path = objects_[i].path + "/driver";
-        binding.kernelName = baseName(driver);
-        const auto text = [](const QByteArray &path) {
-            return RegistryValue::string(QString::fromUtf8(path));
+        binding.path = objects_[i].path.child("driver");
+        binding.kernelName = driver.name();
+        const auto text = [](const SysfsPath &path) {
+            return RegistryValue::string(path.toString());
         };
         binding.members = {{CompactString(QStringLiteral("device")), text(objects_[i].path)},
                            {CompactString(QStringLiteral("driver")), text(driver)}};
@@ -126,7 +126,7 @@ void HostObjects::addBindings()
     }
 }
 
-void HostObjects::assignIDs()
+void ObjectTable::assignIDs()
 {
     std::sort(objects_.begin() + 2, objects_.end(), [](const auto &a, const auto &b) {
         return a.inode != b.inode ? a.inode < b.inode : a.path < b.path;
@@ -144,22 +144,22 @@ void HostObjects::assignIDs()
         byPath_.insert(at(i).path, i);
 }
 
-void HostObjects::relate()
+void ObjectTable::relate()
 {
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
         if (object.kind == Kind::Binding) {
-            object.device = object.parent = withPath(folderOf(object.path));
+            object.device = object.parent = withPath(object.path.parent());
             object.driver = linked(object, "driver", Kind::Driver);
             at(object.device).binding = i;
             continue;
         }
         if (object.kind == Kind::Driver) { // bus/X/drivers/Y
-            object.parent = withPath(folderOf(folderOf(object.path)));
+            object.parent = withPath(object.path.parent().parent());
             continue;
         }
-        for (QByteArray folder = folderOf(object.path);
-             !folder.isEmpty() && object.parent == HostObject::none; folder = folderOf(folder)) {
+        for (SysfsPath folder = object.path.parent();
+             !folder.isEmpty() && object.parent == HostObject::none; folder = folder.parent()) {
             const int candidate = withPath(folder);
             if (candidate == HostObject::none)
                 continue;
@@ -171,13 +171,13 @@ void HostObjects::relate()
     }
 }
 
-void HostObjects::findSubsystems()
+void ObjectTable::findSubsystems()
 {
-    // Which class or bus points at a device, for trees without "subsystem" links.
-    QHash<QByteArray, int> pointedAtBy;
+    // Which class or bus links to a device, for trees without "subsystem" links.
+    QHash<SysfsPath, int> pointedAtBy;
     for (int i = 2; i < count(); ++i) {
         const HostObject &object = at(i);
-        for (const SweepObject::Link &link : object.links) {
+        for (const RawObject::Link &link : object.links) {
             const bool isMember = object.kind == Kind::Class ? !link.name.contains('/')
                                                              : object.kind == Kind::Bus &&
                                                                    link.name.startsWith("devices/");
@@ -185,48 +185,48 @@ void HostObjects::findSubsystems()
                 pointedAtBy.insert(link.target, i);
         }
     }
-    const auto setSubsystem = [this](HostObject &object, const QByteArray &path) {
-        object.subsystem = baseName(path);
-        object.isOnBus = path.startsWith("bus/");
+    const auto setSubsystem = [this](HostObject &object, const SysfsPath &path) {
+        object.subsystem = path.name();
+        object.isOnBus = path.isBelow("bus");
         object.subsystemObject = withPath(path);
-        // Old trees have the block devices' folder at the top, newer ones among the classes.
+        // Old trees have the folder of block devices at the top, newer ones below "class".
         if (object.subsystemObject == HostObject::none && object.subsystem == "block")
-            object.subsystemObject = withPath(path == "block" ? "class/block" : "block");
+            object.subsystemObject = withPath(SysfsPath(path == "block" ? "class/block" : "block"));
     };
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
         if (object.kind != Kind::Device)
             continue;
-        const QByteArray target = object.link("subsystem");
+        const SysfsPath target = object.link("subsystem");
         const int pointing = pointedAtBy.value(object.path, HostObject::none);
         if (SysfsPlaces::isSubsystem(target))
             setSubsystem(object, target);
         else if (pointing != HostObject::none)
             setSubsystem(object, at(pointing).path);
         else if (SysfsPlaces::isSystemDevice(object.path))
-            setSubsystem(object, "bus/" + SysfsPlaces::subsystemOfSystemDevice(object.path));
+            setSubsystem(object,
+                         SysfsPath("bus").child(SysfsPlaces::subsystemOfSystemDevice(object.path)));
     }
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
         if (object.kind != Kind::Binding)
             continue;
-        // The driver's folder tells the bus even where the device does not.
-        const QByteArray driver = object.link("driver");
-        setSubsystem(object, folderOf(folderOf(driver)));
+        // The driver's path contains the bus even if the device has no subsystem link.
+        setSubsystem(object, object.link("driver").parent().parent());
     }
 }
 
-QByteArray HostObjects::moduleOfDriver(int driver) const
+QByteArray ObjectTable::moduleOfDriver(int driver) const
 {
     const int module =
         driver == HostObject::none ? driver : linked(at(driver), "module", Kind::Module);
-    // What is built in has a folder too, but no state of loading.
+    // Built-in modules have a folder, too, but no initstate.
     if (module == HostObject::none || at(module).member(u"initstate").isNone())
         return {};
     return at(module).kernelName;
 }
 
-void HostObjects::findModules()
+void ObjectTable::findModules()
 {
     for (HostObject &object : objects_) {
         if (object.kind == Kind::Binding)
@@ -244,7 +244,7 @@ void HostObjects::findModules()
     }
 }
 
-void HostObjects::nameHost()
+void ObjectTable::nameHost()
 {
     const int dmi = withPath("devices/virtual/dmi/id");
     QByteArray product;
@@ -268,10 +268,10 @@ void HostObjects::nameHost()
     at(host).name = {product.isEmpty() ? QByteArray("Host") : product, {}};
 }
 
-void HostObjects::nameAll(ClassNames &classNames)
+void ObjectTable::nameAll(ClassNames &classNames)
 {
-    // The kernel's own first, then by module, buses before classes, so that who keeps a plain name
-    // is no chance.
+    // A fixed order (kernel first, then by module, buses before classes) decides which class gets a
+    // plain name.
     std::vector<HostObject *> order;
     for (HostObject &object : objects_)
         order.push_back(&object);
@@ -296,8 +296,8 @@ void HostObjects::nameAll(ClassNames &classNames)
     }
 }
 
-// Each child directory and each link that leads to an object pins it.
-void HostObjects::countReferences()
+// Each child directory and each link to an object holds a reference.
+void ObjectTable::countReferences()
 {
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
@@ -306,8 +306,8 @@ void HostObjects::countReferences()
         if (object.kind == Kind::Module)
             object.retainCount += static_cast<quint32>(object.member(u"refcnt").numberBits());
         if (object.kind == Kind::Binding)
-            continue; // its link was counted with its device's
-        for (const SweepObject::Link &link : object.links) {
+            continue; // counted with its device
+        for (const RawObject::Link &link : object.links) {
             const int target = withPath(link.target);
             if (target != HostObject::none)
                 ++at(target).retainCount;

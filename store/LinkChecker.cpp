@@ -1,17 +1,17 @@
-#include "store/PlaneLinks.h"
+#include "store/LinkChecker.h"
 
 #include <span>
 
-// Takes away entries that no other leads to any more, with their links. Links that are left then
-// are part of a cycle or lead to one; otherwise that order serves to count paths.
-class PlaneLinks::Untangler
+// Repeatedly removes entries without incoming links. Links that remain are part of a cycle or lead
+// to one; without cycles, the order of removal serves to count paths.
+class LinkChecker::Untangler
 {
 public:
-    Untangler(std::size_t size, quint64 mostPaths)
+    Untangler(std::size_t size, quint64 maxPaths)
         : start_(size)
         , leadingTo_(size)
         , paths_(size)
-        , mostPaths_(mostPaths)
+        , maxPaths_(maxPaths)
     {}
 
     Finding check(const Lists &lists, Direction direction)
@@ -33,7 +33,7 @@ public:
     }
 
 private:
-    // Returns the number of links; order_ then begins with the entries that no other leads to.
+    // Returns the number of links; order_ then starts with the entries without incoming links.
     std::size_t takeIn(const Lists &lists)
     {
         std::size_t links = 0;
@@ -51,12 +51,12 @@ private:
         return links;
     }
 
-    // An entry has the paths of all its parents, which come before it.
+    // An entry has the paths of all its parents, which precede it.
     bool areFewDownwards(const Lists &lists)
     {
         for (const quint32 entry : order_)
             paths_[entry] = 0;
-        quint64 left = mostPaths_;
+        quint64 left = maxPaths_;
         for (const quint32 entry : order_) {
             const quint64 paths = std::max<quint64>(1, paths_[entry]);
             if (paths > left)
@@ -68,10 +68,10 @@ private:
         return true;
     }
 
-    // The parents come after it.
+    // The parents follow.
     bool areFewUpwards(const Lists &lists)
     {
-        quint64 left = mostPaths_;
+        quint64 left = maxPaths_;
         for (auto entry = order_.rbegin(); entry != order_.rend(); ++entry) {
             quint64 paths = 0;
             for (const quint32 parent : relatives(lists, *entry))
@@ -92,14 +92,14 @@ private:
         return {lists.data() + start + 1, lists[start]};
     }
 
-    std::vector<std::size_t> start_; // by entry: 1 + where its list is; 0: none in this plane
-    std::vector<quint32> leadingTo_; // by entry: links that lead to it; all 0 between planes
+    std::vector<std::size_t> start_; // by entry: 1 + position of its list; 0: none in this plane
+    std::vector<quint32> leadingTo_; // by entry: number of incoming links; all 0 between planes
     std::vector<quint64> paths_;     // by entry
-    std::vector<quint32> order_;     // of a plane: each before those that it leads to
-    quint64 mostPaths_;
+    std::vector<quint32> order_;     // topological order of a plane
+    quint64 maxPaths_;
 };
 
-void PlaneLinks::add(const QString &plane, quint32 entry, const std::vector<quint32> &relatives)
+void LinkChecker::add(const QString &plane, quint32 entry, const std::vector<quint32> &relatives)
 {
     Lists &lists = planes_[plane];
     lists.push_back(entry);
@@ -110,9 +110,9 @@ void PlaneLinks::add(const QString &plane, quint32 entry, const std::vector<quin
         highest_ = std::max(highest_, relative);
 }
 
-PlaneLinks::Finding PlaneLinks::check(quint64 mostPaths) const
+LinkChecker::Finding LinkChecker::check(quint64 maxPaths) const
 {
-    Untangler untangler(highest_ + std::size_t(1), mostPaths);
+    Untangler untangler(highest_ + std::size_t(1), maxPaths);
     for (const Lists &lists : planes_) {
         const Finding finding = untangler.check(lists, direction_);
         if (finding != Finding::Sound)

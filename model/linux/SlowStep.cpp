@@ -1,26 +1,26 @@
-#include "model/linux/SweepControl.h"
+#include "model/linux/SlowStep.h"
 
 #include <utility>
 
-SweepControl::Step SweepControl::waitedFor() const
+SlowStep::Step SlowStep::waitedFor() const
 {
     const std::lock_guard lock(mutex_);
     return waitedFor_;
 }
 
-void SweepControl::skip(const Step &step)
+void SlowStep::skip(const Step &step)
 {
     const std::lock_guard lock(mutex_);
     skipped_ = step;
 }
 
-void SweepControl::setWaitedFor(Step step)
+void SlowStep::setWaitedFor(Step step)
 {
     const std::lock_guard lock(mutex_);
     waitedFor_ = std::move(step);
 }
 
-bool SweepControl::takeSkip(const Step &step)
+bool SlowStep::takeSkip(const Step &step)
 {
     const std::lock_guard lock(mutex_);
     if (skipped_.object.isNull() || skipped_ != step)

@@ -5,11 +5,11 @@
 #include <random>
 
 namespace {
-// Events and readings of the tree side by side.
-class DeviceSweepTest : public DeviceEventsFixture
+// Events during readings of the tree.
+class DeviceReadingTest : public DeviceEventsFixture
 {};
 
-TEST_F(DeviceSweepTest, ReadingsAreInOrderAndNoneIsOlderThanItsRequest)
+TEST_F(DeviceReadingTest, ReadingsAreInOrderAndNoneIsOlderThanItsRequest)
 {
     follow(false);
     std::string order;
@@ -40,7 +40,7 @@ TEST_F(DeviceSweepTest, ReadingsAreInOrderAndNoneIsOlderThanItsRequest)
     EXPECT_EQ(order.size(), 6U);
 }
 
-TEST_F(DeviceSweepTest, StoreAndServiceMayGoWhileTheServiceReads)
+TEST_F(DeviceReadingTest, StoreAndServiceMayGoWhileTheServiceReads)
 {
     for (int i = 0; i < 300; ++i)
         device("devices/bus/" + QByteArray::number(i));
@@ -59,8 +59,8 @@ TEST_F(DeviceSweepTest, StoreAndServiceMayGoWhileTheServiceReads)
     }
 }
 
-// A device that a sweep has seen, and that goes before the sweep is over.
-TEST_F(DeviceSweepTest, RemovalDuringASweepIsNotMissed)
+// A device that vanishes after a reading has seen it, before the reading ends.
+TEST_F(DeviceReadingTest, RemovalDuringAReadingIsNotMissed)
 {
     const auto childrenOfBus = [this] {
         const auto bus = RegistryHandle::adopt(
@@ -82,15 +82,15 @@ TEST_F(DeviceSweepTest, RemovalDuringASweepIsNotMissed)
         service_->prepareAsync([&] { isReady = true; });
         usleep(static_cast<useconds_t>(round) * 1000);
         remove("devices/bus/brief");
-        events_.tell("remove", "devices/bus/brief");
+        events_.send("remove", "devices/bus/brief");
         ASSERT_TRUE(waitFor([&] { return isReady; }));
         turnEventLoopFor(5);
         EXPECT_EQ(childrenOfBus(), 301) << round; // and not the one that went
     }
 }
 
-// Random comings and goings, told, told twice, told late or lost.
-TEST_F(DeviceSweepTest, StormEndsAsAFreshCapture)
+// Random additions and removals whose events come once, twice, late or not at all.
+TEST_F(DeviceReadingTest, StormEndsAsAFreshCapture)
 {
     follow(true);
     std::mt19937 random(1);
@@ -117,10 +117,10 @@ TEST_F(DeviceSweepTest, StormEndsAsAFreshCapture)
                 events_.lose();
                 break;
             case 1:
-                events_.tell("change", path);
+                events_.send("change", path);
                 [[fallthrough]];
             default:
-                events_.tell(adds ? "add" : "remove", path);
+                events_.send(adds ? "add" : "remove", path);
             }
             if (random() % 100 == 0)
                 turnEventLoopFor(static_cast<int>(random() % 150));

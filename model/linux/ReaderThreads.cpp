@@ -1,4 +1,4 @@
-#include "model/linux/SweepRun.h"
+#include "model/linux/ReaderThreads.h"
 
 #include "model/ModelLogging.h"
 
@@ -9,14 +9,14 @@
 namespace {
 using Request = ObjectReader::Request;
 
-constexpr int longSteps = 20;   // take longer than this part of the patience
-constexpr int mostThreads = 32; // with those that other runs have left behind
+constexpr int longSteps = 20;  // a step is long from this part of the patience
+constexpr int maxThreads = 32; // including those left behind by other readings
 
-// Nobody waits for the thread any longer.
+// Thrown in a thread that is not waited for any longer.
 struct Abandoned
 {};
 
-// Ends a system call early. The program takes no other notice of it.
+// Interrupts a system call; otherwise ignored. Global, since signal handlers are.
 int interruptSignal()
 {
     static const int number = [] {
@@ -32,39 +32,41 @@ int interruptSignal()
 class NoWatch final : public ObjectReader::Watch
 {
 public:
-    bool mayTake(const QByteArray &, const QByteArray &) override { return true; }
+    bool mayTake(const SysfsPath &, const QByteArray &) override { return true; }
     bool returned() override { return true; }
     bool isGivenUp() const override { return false; }
 };
 } // namespace
 
-// Where a reader thread is. Written by the thread, read by the watch.
-struct SweepRun::Progress
+// The state of a reader thread. Written by the thread, read by the watching caller.
+struct ReaderThreads::Progress
 {
     std::mutex mutex;
     Request request;
-    QByteArray directory;
+    SysfsPath directory;
     QByteArray name;
     quint64 step = 0;
-    bool isInStep = false; // asks the host, and touches nothing but its own
-    bool isLong = false;   // the step has another thread beside it
+    bool isInStep = false; // in a call to the host, touching only its own data
+    bool isLong = false;   // another thread has been started beside it
     std::atomic<bool> isGivenUp = false;
     bool isAbandoned = false;
     bool isLeftBehind = false; // and counted as such
 
-    SweepControl::Step longStep() const { return {request.path, directory + '/' + name}; }
+    // Ends with a slash for the directory itself: listing it may hang where its name does not.
+    SysfsPath stepPath() const { return directory.child(name); }
+    SlowStep::Step longStep() const { return {request.path, stepPath()}; }
 };
 
-class SweepRun::StepWatch final : public ObjectReader::Watch
+class ReaderThreads::StepWatch final : public ObjectReader::Watch
 {
 public:
-    StepWatch(SweepRun &run, Progress &progress)
-        : run_(run)
+    StepWatch(ReaderThreads &owner, Progress &progress)
+        : owner_(owner)
         , progress_(progress)
     {}
-    bool mayTake(const QByteArray &directory, const QByteArray &name) override
+    bool mayTake(const SysfsPath &directory, const QByteArray &name) override
     {
-        if (run_.isBlocked(directory, name))
+        if (owner_.isBlocked(directory, name))
             return false;
         const std::lock_guard lock(progress_.mutex);
         throwIfAbandoned();
@@ -80,7 +82,7 @@ public:
         throwIfAbandoned();
         progress_.isInStep = false;
         if (std::exchange(progress_.isLong, false))
-            ++run_.active_;
+            ++owner_.active_;
         return !progress_.isGivenUp.exchange(false);
     }
     bool isGivenUp() const override { return progress_.isGivenUp; }
@@ -92,11 +94,11 @@ private:
             throw Abandoned();
     }
 
-    SweepRun &run_;
+    ReaderThreads &owner_;
     Progress &progress_;
 };
 
-SweepRun::SweepRun(Plan plan, std::vector<Request> requests)
+ReaderThreads::ReaderThreads(Plan plan, std::vector<Request> requests)
     : plan_(std::move(plan))
     , hasBlockedPaths_(!plan_.blockedPaths.isEmpty())
 {
@@ -104,15 +106,15 @@ SweepRun::SweepRun(Plan plan, std::vector<Request> requests)
         add(std::move(request));
 }
 
-SweepRun::~SweepRun() = default;
+ReaderThreads::~ReaderThreads() = default;
 
-Sweep SweepRun::perform(const std::stop_token &stop)
+TreeContents ReaderThreads::perform(const std::stop_token &stop)
 {
     if (unfinished_ == 0)
         return {};
     const std::stop_callback onStop(stop, [this] { end(); });
     std::unique_lock lock(mutex_);
-    // One even where many hang already: what is known to hang is not tried.
+    // At least one thread: what is known to hang is not tried.
     for (unsigned i = 0; i < plan_.threads && (i == 0 || threadsToSpare() > 0); ++i)
         startThread();
     const auto pause = plan_.patience / longSteps / 2;
@@ -121,24 +123,24 @@ Sweep SweepRun::perform(const std::stop_token &stop)
     while (!finished_.wait_for(lock, pause, [this] { return isOver_; }));
     lock.unlock();
     leave();
-    return std::move(sweep_);
+    return std::move(contents_);
 }
 
-void SweepRun::add(Request request)
+void ReaderThreads::add(Request request)
 {
     queue_.push_back(std::move(request));
     ++unfinished_;
 }
 
-bool SweepRun::isBlocked(const QByteArray &directory, const QByteArray &name)
+bool ReaderThreads::isBlocked(const SysfsPath &directory, const QByteArray &name)
 {
     if (!hasBlockedPaths_)
         return false;
     const std::lock_guard lock(mutex_);
-    return plan_.blockedPaths.contains(directory + '/' + name);
+    return plan_.blockedPaths.contains(directory.child(name));
 }
 
-void SweepRun::end()
+void ReaderThreads::end()
 {
     const std::lock_guard lock(mutex_);
     isOver_ = true;
@@ -146,7 +148,7 @@ void SweepRun::end()
     workOrEnd_.notify_all();
 }
 
-void SweepRun::startThread()
+void ReaderThreads::startThread()
 {
     threads_.push_back({std::make_shared<Progress>(), 0, Clock::now(), {}, {}});
     Watched &watched = threads_.back();
@@ -156,11 +158,11 @@ void SweepRun::startThread()
             [self = shared_from_this(), progress = watched.progress] { self->work(*progress); });
     } catch (const std::system_error &) {
         --active_;
-        threads_.pop_back(); // the others have to do
+        threads_.pop_back(); // continue with fewer threads
     }
 }
 
-void SweepRun::work(Progress &progress)
+void ReaderThreads::work(Progress &progress)
 {
     StepWatch watch(*this, progress);
     try {
@@ -170,17 +172,17 @@ void SweepRun::work(Progress &progress)
             deliver(reader.read(request));
         --active_;
     } catch (const Abandoned &) {
-        // Its object is another thread's by now.
+        // Another thread reads its object.
     }
     const std::lock_guard lock(progress.mutex);
     if (progress.isLeftBehind)
         --*plan_.threadsLeftBehind;
 }
 
-bool SweepRun::takeRequest(Progress &progress, Request &request)
+bool ReaderThreads::takeRequest(Progress &progress, Request &request)
 {
     std::unique_lock lock(mutex_);
-    // More than were meant to be there have come out of long steps.
+    // Threads returning from long steps can exceed the limit.
     const auto isTooMany = [this] { return active_ > static_cast<int>(plan_.threads); };
     workOrEnd_.wait(lock, [&] { return isOver_ || isTooMany() || !queue_.empty(); });
     if (isOver_ || isTooMany())
@@ -193,16 +195,16 @@ bool SweepRun::takeRequest(Progress &progress, Request &request)
     return true;
 }
 
-void SweepRun::deliver(ObjectReader::Result result)
+void ReaderThreads::deliver(ObjectReader::Result result)
 {
     const std::lock_guard lock(mutex_);
-    if (!plan_.goesOn)
+    if (!plan_.isRecursive)
         result.below.clear();
     for (Request &request : result.below)
         add(std::move(request));
-    sweep_.objects.push_back(std::move(result.object));
+    contents_.objects.push_back(std::move(result.object));
     std::move(result.filesRead.begin(), result.filesRead.end(),
-              std::back_inserter(sweep_.filesRead));
+              std::back_inserter(contents_.filesRead));
     if (--unfinished_ == 0) {
         isOver_ = true;
         finished_.notify_one();
@@ -212,7 +214,7 @@ void SweepRun::deliver(ObjectReader::Result result)
     }
 }
 
-void SweepRun::watch(std::unique_lock<std::mutex> &lock)
+void ReaderThreads::watch(std::unique_lock<std::mutex> &lock)
 {
     waiting_ = 0;
     for (Watched &watched : threads_) {
@@ -226,7 +228,7 @@ void SweepRun::watch(std::unique_lock<std::mutex> &lock)
         readRestWithoutAttributes(lock);
 }
 
-void SweepRun::watch(Watched &watched)
+void ReaderThreads::watch(Watched &watched)
 {
     Progress &progress = *watched.progress;
     if (progress.isAbandoned)
@@ -247,7 +249,7 @@ void SweepRun::watch(Watched &watched)
         giveUp(progress);
     }
     const auto grace = plan_.patience / 4;
-    // Each time, because a signal that comes between two system calls has no effect.
+    // Repeated: a signal between two system calls has no effect.
     if (progress.isGivenUp && plan_.interrupts)
         pthread_kill(watched.thread.native_handle(), interruptSignal());
     if (progress.isGivenUp && (!plan_.interrupts || now - watched.givenUp >= grace)) {
@@ -258,11 +260,11 @@ void SweepRun::watch(Watched &watched)
     waiting_ += progress.isLong && !progress.isAbandoned;
 }
 
-void SweepRun::nameLongestStep()
+void ReaderThreads::nameLongestStep()
 {
-    if (!plan_.control)
+    if (!plan_.slowStep)
         return;
-    SweepControl::Step longest;
+    SlowStep::Step longest;
     Clock::time_point since = Clock::time_point::max();
     for (const Watched &watched : threads_) {
         const Progress &progress = *watched.progress;
@@ -273,52 +275,52 @@ void SweepRun::nameLongestStep()
         since = watched.since;
         longest = progress.longStep();
     }
-    plan_.control->setWaitedFor(std::move(longest));
+    plan_.slowStep->setWaitedFor(std::move(longest));
 }
 
-bool SweepRun::isSkipped(const Progress &progress) const
+bool ReaderThreads::isSkipped(const Progress &progress) const
 {
-    return plan_.control && progress.isLong && plan_.control->takeSkip(progress.longStep());
+    return plan_.slowStep && progress.isLong && plan_.slowStep->takeSkip(progress.longStep());
 }
 
-// Shorter the more steps hang, so that many of them do not add up.
-std::chrono::microseconds SweepRun::patience() const
+// Shorter when many steps hang, so that waits do not add up.
+std::chrono::microseconds ReaderThreads::patience() const
 {
-    constexpr int mostHalvings = 5;
-    const int halvings = std::min(stepsGivenUp_ / mostThreads, mostHalvings);
+    constexpr int maxHalvings = 5;
+    const int halvings = std::min(stepsGivenUp_ / maxThreads, maxHalvings);
     return plan_.patience / (1 << halvings);
 }
 
-void SweepRun::giveUp(Progress &progress)
+void ReaderThreads::giveUp(Progress &progress)
 {
     progress.isGivenUp = true;
     ++stepsGivenUp_;
-    plan_.blockedPaths.insert(progress.directory + '/' + progress.name);
+    plan_.blockedPaths.insert(progress.stepPath());
     hasBlockedPaths_ = true;
 }
 
-// The object is read again without what does not answer.
-void SweepRun::leaveBehind(Progress &progress)
+// The object is read again without what did not answer.
+void ReaderThreads::leaveBehind(Progress &progress)
 {
     progress.isAbandoned = true;
     if (!std::exchange(progress.isLeftBehind, true))
         ++*plan_.threadsLeftBehind;
 }
 
-int SweepRun::threadsToSpare() const
+int ReaderThreads::threadsToSpare() const
 {
-    return mostThreads - active_ - waiting_ - *plan_.threadsLeftBehind;
+    return maxThreads - active_ - waiting_ - *plan_.threadsLeftBehind;
 }
 
-void SweepRun::startMissingThreads()
+void ReaderThreads::startMissingThreads()
 {
     const int missing = static_cast<int>(plan_.threads) - active_;
     for (int i = std::min(missing, threadsToSpare()); i > 0; --i)
         startThread();
 }
 
-// In this thread, since no other may be started; names and links always answer.
-void SweepRun::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock)
+// In this thread, because no other may be started; names and links always answer.
+void ReaderThreads::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock)
 {
     qCWarning(modelLog, "Too many devices do not answer: the rest is read without attributes");
     NoWatch watch;
@@ -334,8 +336,8 @@ void SweepRun::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock)
     }
 }
 
-// One that hangs in the kernel can be neither joined nor stopped. The others end at once.
-void SweepRun::leave()
+// A thread that hangs in the kernel can be neither joined nor stopped. The others end immediately.
+void ReaderThreads::leave()
 {
     for (Watched &watched : threads_) {
         Progress &progress = *watched.progress;

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "model/linux/HostObject.h"
-#include "model/linux/Sweep.h"
+#include "model/linux/TreeContents.h"
 
 class ClassNames;
 
-// All objects of the host in the order of their IDs, each related to the others, named and classed.
-class HostObjects
+// All objects of the host, sorted by ID, linked, named and classified.
+class ObjectTable
 {
 public:
     static constexpr int root = 0;
@@ -14,18 +14,18 @@ public:
     static constexpr quint64 rootID = 1;
     static constexpr quint64 hostID = 2;
 
-    // Host objects' own facts are given, since a tree holds none about the running system.
-    HostObjects(Sweep sweep, RegistryValue::Members rootFacts, RegistryValue::Members hostFacts,
-                ClassNames &classNames);
+    // Takes the facts of root and host, since a tree has none about the running system.
+    ObjectTable(TreeContents contents, RegistryValue::Members rootFacts,
+                RegistryValue::Members hostFacts, ClassNames &classNames);
 
     int count() const { return static_cast<int>(objects_.size()); }
     HostObject &at(int index) { return objects_[static_cast<std::size_t>(index)]; }
     const HostObject &at(int index) const { return objects_[static_cast<std::size_t>(index)]; }
-    int withPath(const QByteArray &path) const; // or HostObject::none
-    // Where a link of an object leads among the objects, or none.
+    int withPath(const SysfsPath &path) const; // or HostObject::none
+    // The target of an object's link, or HostObject::none.
     int linked(const HostObject &object, QByteArrayView link) const;
-    int linked(const HostObject &object, QByteArrayView link, SweepObject::Kind kind) const;
-    // The nearest object above, by directories, that satisfies the predicate.
+    int linked(const HostObject &object, QByteArrayView link, RawObject::Kind kind) const;
+    // The nearest object above, by directory, that satisfies the predicate.
     template<class Predicate>
     int above(int index, Predicate predicate) const
     {
@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    void collect(Sweep sweep);
+    void collect(TreeContents contents);
     void addBindings();
     void assignIDs();
     void relate();
@@ -48,5 +48,5 @@ private:
     void countReferences();
 
     std::vector<HostObject> objects_;
-    QHash<QByteArray, int> byPath_;
+    QHash<SysfsPath, int> byPath_;
 };

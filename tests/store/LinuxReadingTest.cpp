@@ -31,26 +31,26 @@ std::size_t threadCount()
 
 enum class Hang { Interruptible, Uninterruptible };
 
-Sweeper::Options patienceOf(int milliseconds, Hang hang = Hang::Uninterruptible)
+TreeReader::Options patienceOf(int milliseconds, Hang hang = Hang::Uninterruptible)
 {
     return {.patience = std::chrono::milliseconds(milliseconds),
             .interrupts = hang == Hang::Interruptible};
 }
 
-Sweeper sweeperOf(const MadeTree &made, int patience)
+TreeReader treeReaderOf(const MadeTree &made, int patience)
 {
-    QString error;
-    return {std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()), &error)),
+    return {std::make_shared<SysfsRoot>(*SysfsRoot::open(QFile::encodeName(made.sys()))),
             patienceOf(patience)};
 }
 
-// Lets those go on that read the pipe.
+// Lets readers of the pipe continue.
 void answer(const QByteArray &pipe)
 {
     close(open(pipe.constData(), O_RDWR | O_CLOEXEC));
 }
 
-// Lets a thread that waits for a pipe return when all other statics are gone: it may touch none.
+// Lets a thread that waits for a pipe return after all other statics are destroyed: it must not
+// touch them.
 class LateAnswer
 {
 public:
@@ -72,7 +72,7 @@ private:
 };
 [[gnu::init_priority(101)]] LateAnswer lateAnswer;
 
-// Does something at the first sign that the main thread waits, or that it waits for an attribute.
+// Acts as soon as the main thread waits, or waits for an attribute.
 class Display : public WaitDisplay
 {
 public:
@@ -126,10 +126,9 @@ protected:
     ~SlowDevice() override { lateAnswer.comeFrom(made_.path("devices/slow/blocks")); }
 
     MadeTree made_;
-    QString error_;
 };
 
-TEST(Sweep, KeepsInMemoryWhatAnUpdateFindsUnchanged)
+TEST(TreeReader, KeepsInMemoryWhatAnUpdateFindsUnchanged)
 {
     MadeTree made;
     made.file("devices/steady/uevent", "DRIVER=none\n");
@@ -161,7 +160,7 @@ TEST(Sweep, KeepsInMemoryWhatAnUpdateFindsUnchanged)
     EXPECT_EQ(control(), controlBefore);
 }
 
-TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
+TEST(TreeReader, ReadsAllElseOfAnObjectWithOddAttributes)
 {
     MadeTree made;
     made.file("devices/odd/uevent", "");
@@ -193,7 +192,7 @@ TEST(Sweep, ReadsAllElseOfAnObjectWithOddAttributes)
     EXPECT_EQ(tree.store->registryEntries().size(), 3U);
 }
 
-TEST(Sweep, ReadsOneObjectWithItsChildrenAndItsDriver)
+TEST(TreeReader, ReadsOneObjectWithItsChildrenAndItsDriver)
 {
     MadeTree made;
     made.file("devices/host/port/uevent", "");
@@ -224,7 +223,7 @@ TEST_F(SlowDevice, IsReadWithoutWhatDoesNotAnswer)
     EXPECT_TRUE(tree.at("DxService:/slow/child"));
     EXPECT_EQ(CapturedTree::value(slow, u"after").numberBits(), 1U);
     EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks: did not answer")});
-    // It is not tried again: that would leave another thread behind.
+    // Not tried again: that would leave another thread behind.
     tree.store->update();
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
     EXPECT_EQ(unread(slow).size(), 1);
@@ -245,7 +244,7 @@ TEST_F(SlowDevice, IsWaitedForWithTheDisplay)
     EXPECT_EQ(unread(slow), QStringList{QStringLiteral("blocks: did not answer")});
 }
 
-TEST_F(SlowDevice, IsSkippedAtOnceWhenTheUserWishes)
+TEST_F(SlowDevice, IsSkippedImmediatelyWhenTheUserAsks)
 {
     for (const Hang hang : {Hang::Interruptible, Hang::Uninterruptible}) {
         QElapsedTimer time;
@@ -263,12 +262,12 @@ TEST_F(SlowDevice, IsSkippedAtOnceWhenTheUserWishes)
 
 TEST_F(SlowDevice, IsNotShownWhenTheFirstReadingIsCancelled)
 {
-    const auto service = LinuxRegistryService::create(made_.sys(), patienceOf(20'000), &error_);
+    const auto service = *LinuxRegistryService::create(made_.sys(), patienceOf(20'000));
     {
         const Display display(cancel);
         EXPECT_FALSE(TavDataStore::initFromDxRegistry(*service));
     }
-    // What the user does next begins from nothing.
+    // The next action starts from nothing.
     const Display display(skip, "devices/slow", "blocks");
     const auto store = TavDataStore::initFromDxRegistry(*service);
     ASSERT_TRUE(store);
@@ -306,9 +305,9 @@ TEST_F(SlowDevice, LeavesTheFormerPictureWhenAnUpdateIsCancelled)
     EXPECT_EQ(unread(slow).size(), 2);
 }
 
-TEST_F(SlowDevice, MayBeReadAnewWhileItIsWaitedFor)
+TEST_F(SlowDevice, MayBeRereadDuringTheWait)
 {
-    const auto service = LinuxRegistryService::create(made_.sys(), patienceOf(200), &error_);
+    const auto service = *LinuxRegistryService::create(made_.sys(), patienceOf(200));
     bool hasBegun = false;
     const Display display([&](Wait &) {
         hasBegun = true;
@@ -319,15 +318,15 @@ TEST_F(SlowDevice, MayBeReadAnewWhileItIsWaitedFor)
     EXPECT_TRUE(service->entryFromPath(QStringLiteral("DxService:/slow")));
 }
 
-TEST_F(SlowDevice, IsLeftOutWhenTheSweepIsStopped)
+TEST_F(SlowDevice, IsLeftOutWhenTheReadingIsStopped)
 {
-    Sweeper sweeper = sweeperOf(made_, 3'600'000);
+    TreeReader treeReader = treeReaderOf(made_, 3'600'000);
     std::stop_source stop;
     std::jthread asker([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
         stop.request_stop();
     });
-    for (const SweepObject &object : sweeper.run(stop.get_token()).objects)
+    for (const RawObject &object : treeReader.run(stop.get_token()).objects)
         EXPECT_NE(object.path, "devices/slow");
 }
 
@@ -406,7 +405,7 @@ TEST_P(DeadDevices, AreKnownByNameAndKeepNothingElseAway)
     ASSERT_TRUE(incomplete);
     EXPECT_TRUE(incomplete->childWithName(QStringLiteral("devices/mute")));
 
-    // Nothing that is known is lost by the next sweep, and what is new is found.
+    // The next reading loses nothing that is known, and finds what is new.
     healthy(devices);
     tree.store->update();
     EXPECT_TRUE(at("devices/healthy" + QByteArray::number(devices)));
@@ -422,7 +421,7 @@ INSTANTIATE_TEST_SUITE_P(Hangs, DeadDevices,
                                                     : "Uninterruptible");
                          });
 
-TEST(Sweep, TriesAgainWhatDidNotAnswerWhenAsked)
+TEST(TreeReader, TriesAgainWhatDidNotAnswerWhenAsked)
 {
     MadeTree made;
     made.file("devices/slow/uevent", "");
@@ -442,7 +441,7 @@ TEST(Sweep, TriesAgainWhatDidNotAnswerWhenAsked)
         QStringLiteral("DxIncompleteObjects")));
 }
 
-TEST(Sweep, LearnsFromOneThatIsCancelled)
+TEST(TreeReader, LearnsFromOneThatIsCancelled)
 {
     constexpr int pipes = 5;
     MadeTree made;
@@ -451,20 +450,19 @@ TEST(Sweep, LearnsFromOneThatIsCancelled)
         made.file(("devices/" + QByteArray::number(i) + "/uevent").constData(), "");
         made.pipe(pipe(i));
     }
-    QString error;
     const std::size_t before = threadCount();
-    const auto service = LinuxRegistryService::create(made.sys(), patienceOf(100), &error);
+    const auto service = *LinuxRegistryService::create(made.sys(), patienceOf(100));
     service->prepareAsync([] {});
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
     service->prepare();
-    // One for each pipe, and one that was asking when the first sweep was cancelled.
+    // One per pipe, and one that was reading when the first reading was cancelled.
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before + pipes + 1; }));
     for (int i = 0; i < pipes; ++i)
         answer(made.path(pipe(i).constData()));
     EXPECT_TRUE(waitFor([&] { return threadCount() <= before; }));
 }
 
-TEST(Sweep, SurvivesATreeThatChangesWhileItIsRead)
+TEST(TreeReader, SurvivesATreeThatChangesWhileItIsRead)
 {
     MadeTree made;
     made.file("devices/stays/uevent", "");

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <vector>
 
-// A small table from plane name to something, ordered by plane name.
+// A small map from plane name to value, ordered by plane name.
 template<class T>
-class PlaneTable
+class PlaneMap
 {
 public:
     struct Item
@@ -42,7 +42,7 @@ public:
 
 private:
     static QStringView textOf(const Item &item) { return {item.key.data(), item.key.size()}; }
-    // Names of planes share their text, so most comparisons end at once.
+    // Fast path: names of planes share their text.
     static bool isOf(const Item &item, const QString &plane)
     {
         return (item.key.data() == plane.constData() && item.key.size() == plane.size()) ||

@@ -6,22 +6,22 @@
 #include <memory>
 #include <vector>
 
-// The names of an entry by plane. It is small, for it shares the planes with other entries, and
-// most entries have one name in all planes.
-class PlaneNames
+// The names of an entry by plane. Small: entries share the list of planes, and most have one name
+// in all of them.
+class NamesByPlane
 {
 public:
     using Strings = std::vector<CompactString>;
 
     const CompactString *find(const QString &plane) const; // null: none
     void set(const QString &plane, const CompactString &name);
-    // All at once, the planes sorted and none twice.
+    // The planes must be sorted and unique.
     void assign(Strings planes, const Strings &names);
 
     std::size_t size() const { return planes_ ? planes_->names.size() : 0; }
     QString plane(std::size_t index) const { return planes_->names[index].toOwner(); }
     const CompactString &name(std::size_t index) const { return each_ ? each_[index] : all_; }
-    bool areAllAt(const QChar *text) const; // whether every name is the very same one
+    bool areAllAt(const QChar *text) const; // whether every name is the text at this address
 
 private:
     std::size_t lowerBound(const QString &plane) const;
@@ -39,5 +39,5 @@ private:
 
     PlanesRef planes_; // null: none
     CompactString all_;
-    std::unique_ptr<CompactString[]> each_; // null: all have the one above
+    std::unique_ptr<CompactString[]> each_; // null: all names are all_
 };

@@ -1,10 +1,10 @@
-// How cycles are found.
-#include "store/PlaneLinks.h"
+// Finding cycles.
+#include "store/LinkChecker.h"
 
 #include <map>
 
-// Walks a plane from above. A link that leads back to an entry on the way closes a cycle.
-class PlaneLinks::CycleFinder
+// Walks a plane top down. A link back to an entry of the current path closes a cycle.
+class LinkChecker::CycleFinder
 {
 public:
     explicit CycleFinder(Direction direction)
@@ -66,7 +66,7 @@ private:
     bool isDownwards_;
 };
 
-PlaneLinks::LinkSets PlaneLinks::closingLinks() const
+LinkChecker::LinkSets LinkChecker::closingLinks() const
 {
     LinkSets closing;
     for (auto plane = planes_.begin(); plane != planes_.end(); ++plane) {

@@ -1,4 +1,4 @@
-#include "model/PlaneNames.h"
+#include "model/NamesByPlane.h"
 
 #include <array>
 
@@ -9,8 +9,9 @@ QStringView textOf(const CompactString &text)
 }
 } // namespace
 
-// Of the sets of planes that came last; others than a few are rare.
-PlaneNames::PlanesRef PlaneNames::shared(Strings planes)
+// Shares a few recent sets of planes; more are rare. The cache is global, so that entries of all
+// stores share, and per thread, so that it needs no lock.
+NamesByPlane::PlanesRef NamesByPlane::shared(Strings planes)
 {
     static thread_local std::array<PlanesRef, 64> known;
     std::size_t hash = planes.size();
@@ -24,11 +25,11 @@ PlaneNames::PlanesRef PlaneNames::shared(Strings planes)
     return slot;
 }
 
-std::size_t PlaneNames::lowerBound(const QString &plane) const
+std::size_t NamesByPlane::lowerBound(const QString &plane) const
 {
     if (!planes_)
         return 0;
-    // Names of planes share their text, so most comparisons end at once.
+    // Fast path: names of planes share their text.
     const auto found =
         std::lower_bound(planes_->names.begin(), planes_->names.end(), plane,
                          [](const CompactString &known, const QString &sought) {
@@ -37,18 +38,18 @@ std::size_t PlaneNames::lowerBound(const QString &plane) const
     return static_cast<std::size_t>(found - planes_->names.begin());
 }
 
-bool PlaneNames::isAt(std::size_t index, const QString &plane) const
+bool NamesByPlane::isAt(std::size_t index, const QString &plane) const
 {
     return index < size() && textOf(planes_->names[index]) == plane;
 }
 
-const CompactString *PlaneNames::find(const QString &plane) const
+const CompactString *NamesByPlane::find(const QString &plane) const
 {
     const std::size_t index = lowerBound(plane);
     return isAt(index, plane) ? &name(index) : nullptr;
 }
 
-void PlaneNames::set(const QString &plane, const CompactString &name)
+void NamesByPlane::set(const QString &plane, const CompactString &name)
 {
     const std::size_t index = lowerBound(plane);
     if (!isAt(index, plane)) {
@@ -66,7 +67,7 @@ void PlaneNames::set(const QString &plane, const CompactString &name)
     }
 }
 
-void PlaneNames::insert(std::size_t index, const QString &plane, const CompactString &name)
+void NamesByPlane::insert(std::size_t index, const QString &plane, const CompactString &name)
 {
     Strings planes;
     Strings names;
@@ -80,7 +81,7 @@ void PlaneNames::insert(std::size_t index, const QString &plane, const CompactSt
     assign(std::move(planes), names);
 }
 
-void PlaneNames::assign(Strings planes, const Strings &names)
+void NamesByPlane::assign(Strings planes, const Strings &names)
 {
     each_.reset();
     all_ = names.empty() ? CompactString() : names.front();
@@ -92,7 +93,7 @@ void PlaneNames::assign(Strings planes, const Strings &names)
     planes_ = planes.empty() ? PlanesRef() : shared(std::move(planes));
 }
 
-bool PlaneNames::areAllAt(const QChar *text) const
+bool NamesByPlane::areAllAt(const QChar *text) const
 {
     if (!each_)
         return size() == 0 || all_.data() == text;

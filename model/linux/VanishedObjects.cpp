@@ -1,26 +1,26 @@
-#include "model/linux/ReturnedObjects.h"
+#include "model/linux/VanishedObjects.h"
 
 #include "model/linux/RegistryGraph.h"
 #include "model/linux/SysfsRoot.h"
 
-bool ReturnedObjects::isGone(const HostObject &object) const
+bool VanishedObjects::isGone(const HostObject &object) const
 {
     return gone_.contains(object.nodeID) || object.id != idOf(object.nodeID);
 }
 
-void ReturnedObjects::noteGone(const HostObject &object)
+void VanishedObjects::noteGone(const HostObject &object)
 {
     if (object.id == idOf(object.nodeID))
         gone_.insert(object.nodeID);
 }
 
-void ReturnedObjects::notePresent(quint64 nodeID)
+void VanishedObjects::notePresent(quint64 nodeID)
 {
     if (gone_.remove(nodeID))
         ids_.insert(nodeID, ++lastID_);
 }
 
-bool ReturnedObjects::applyTo(RegistryGraph &graph, const SysfsRoot &root)
+bool VanishedObjects::applyTo(RegistryGraph &graph, const SysfsRoot &root)
 {
     if (gone_.isEmpty() && ids_.isEmpty())
         return false;

@@ -1,7 +1,7 @@
-#include "model/linux/HeldObjects.h"
+#include "model/linux/ObjectHandles.h"
 
-std::unique_ptr<RegistryGraph> HeldObjects::setGraph(std::unique_ptr<RegistryGraph> graph,
-                                                     std::vector<RegistryObject> &vanished)
+std::unique_ptr<RegistryGraph> ObjectHandles::setGraph(std::unique_ptr<RegistryGraph> graph,
+                                                       std::vector<RegistryObject> &vanished)
 {
     std::unique_ptr<RegistryGraph> previous = std::exchange(graph_, std::move(graph));
     byIndex_.assign(static_cast<std::size_t>(graph_->count()), 0);
@@ -26,7 +26,7 @@ std::unique_ptr<RegistryGraph> HeldObjects::setGraph(std::unique_ptr<RegistryGra
     return previous;
 }
 
-RegistryObject HeldObjects::newHandle()
+RegistryObject ObjectHandles::newHandle()
 {
     if (free_.empty()) {
         held_.emplace_back();
@@ -37,7 +37,7 @@ RegistryObject HeldObjects::newHandle()
     return handle;
 }
 
-RegistryObject HeldObjects::hold(int index)
+RegistryObject ObjectHandles::hold(int index)
 {
     RegistryObject &handle = byIndex_[static_cast<std::size_t>(index)];
     if (handle == 0) {
@@ -48,7 +48,7 @@ RegistryObject HeldObjects::hold(int index)
     return handle;
 }
 
-RegistryObject HeldObjects::hold(HostObject facts)
+RegistryObject ObjectHandles::hold(HostObject facts)
 {
     const int index = graph_ ? graph_->withID(facts.id) : HostObject::none;
     if (index != HostObject::none)
@@ -62,13 +62,13 @@ RegistryObject HeldObjects::hold(HostObject facts)
     return known->second;
 }
 
-void HeldObjects::retain(RegistryObject object)
+void ObjectHandles::retain(RegistryObject object)
 {
     if (isValid(object))
         ++held_[object - 1].references;
 }
 
-void HeldObjects::release(RegistryObject object)
+void ObjectHandles::release(RegistryObject object)
 {
     if (!isValid(object) || --held_[object - 1].references > 0)
         return;
@@ -80,7 +80,7 @@ void HeldObjects::release(RegistryObject object)
     free_.push_back(object);
 }
 
-const HostObject *HeldObjects::find(RegistryObject object) const
+const HostObject *ObjectHandles::find(RegistryObject object) const
 {
     if (!isValid(object))
         return nullptr;
@@ -88,7 +88,7 @@ const HostObject *HeldObjects::find(RegistryObject object) const
     return its.apart ? its.apart.get() : &graph_->at(its.index);
 }
 
-int HeldObjects::indexOf(RegistryObject object) const
+int ObjectHandles::indexOf(RegistryObject object) const
 {
     return isValid(object) ? held_[object - 1].index : HostObject::none;
 }

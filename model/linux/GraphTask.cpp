@@ -1,53 +1,53 @@
-#include "model/linux/Preparation.h"
+#include "model/linux/GraphTask.h"
 
 #include "model/linux/HostFacts.h"
 #include "model/linux/UdevDatabase.h"
 
 namespace {
-Preparation::Result prepared(Preparation::Input input, const std::stop_token &stop)
+GraphTask::Result prepared(GraphTask::Input input, const std::stop_token &stop)
 {
     const bool isLive = input.root->isKernels();
-    Preparation::Result result{std::move(input.sweeper), std::move(input.classNames), {}, {}, {}};
-    Sweep sweep = result.sweeper.run(stop);
+    GraphTask::Result result{std::move(input.treeReader), std::move(input.classNames), {}, {}, {}};
+    TreeContents contents = result.treeReader.run(stop);
     if (stop.stop_requested())
         return result;
-    result.filesRead = std::move(sweep.filesRead);
+    result.filesRead = std::move(contents.filesRead);
     RegistryValue::Members rootFacts =
         isLive ? HostFacts::ofRunningKernel() : RegistryValue::Members();
     RegistryValue::Members hostFacts = HostFacts::ofDeviceTree(*input.root);
     if (isLive)
         hostFacts = mergedMembers(std::move(hostFacts), HostFacts::ofRunningSystem());
     UdevDatabase udev(input.root->folder());
-    HostObjects objects(std::move(sweep), std::move(rootFacts), std::move(hostFacts),
+    ObjectTable objects(std::move(contents), std::move(rootFacts), std::move(hostFacts),
                         result.classNames);
     for (int i = 0; i < objects.count(); ++i)
         input.requested.addTo(objects.at(i));
     result.graph = std::make_unique<RegistryGraph>(std::move(objects), udev);
-    result.memory = result.graph->compareWith(input.memory, input.sweep);
+    result.memory = result.graph->compareWith(input.memory, input.reading);
     return result;
 }
 } // namespace
 
-Preparation::Preparation(Input input, std::function<void()> finished)
+GraphTask::GraphTask(Input input, std::function<void()> finished)
     : task_([input = std::move(input)](
                 const std::stop_token &stop) mutable { return prepared(std::move(input), stop); },
             std::move(finished))
 {}
 
-Preparation::~Preparation() = default;
+GraphTask::~GraphTask() = default;
 
-bool Preparation::waitFor(std::chrono::milliseconds most) const
+bool GraphTask::waitFor(std::chrono::milliseconds timeout) const
 {
-    return task_.waitFor(most);
+    return task_.waitFor(timeout);
 }
 
-Preparation::Result Preparation::take()
+GraphTask::Result GraphTask::take()
 {
     return task_.take();
 }
 
-Sweeper Preparation::cancel()
+TreeReader GraphTask::cancel()
 {
     task_.requestStop();
-    return task_.take().sweeper;
+    return task_.take().treeReader;
 }

@@ -5,26 +5,26 @@
 
 #include <unordered_map>
 
-// The handles that are given out, one for each object that somebody holds. Most objects are in the
-// current graph. One that is not, because it is gone from the host or because it was announced and
-// no sweep has seen it yet, is held apart with facts of its own.
-class HeldObjects
+// The handles in use, one for each object that is held. Most objects are in the current graph. An
+// object that vanished, or was announced before a reading found it, is held with its own copy of
+// its facts.
+class ObjectHandles
 {
 public:
-    const RegistryGraph *graph() const { return graph_.get(); } // null before the first sweep
+    const RegistryGraph *graph() const { return graph_.get(); } // null before the first reading
     RegistryGraph *graph() { return graph_.get(); }
-    // Moves to a new graph. What is held and not in it any more keeps its last facts and is added
-    // to the vanished. Returns the graph before.
+    // Installs a new graph. Objects that it lacks keep their last facts and are added to vanished.
+    // Returns the previous graph.
     std::unique_ptr<RegistryGraph> setGraph(std::unique_ptr<RegistryGraph> graph,
                                             std::vector<RegistryObject> &vanished);
 
-    // Each is to be released once.
+    // Release each handle once.
     RegistryObject hold(int index);
-    RegistryObject hold(HostObject facts); // by its ID; the facts serve if the graph has none
+    RegistryObject hold(HostObject facts); // by ID; uses the facts if the graph lacks it
     void retain(RegistryObject object);
     void release(RegistryObject object);
 
-    const HostObject *find(RegistryObject object) const; // null for no valid handle
+    const HostObject *find(RegistryObject object) const; // null for an invalid handle
     int indexOf(RegistryObject object) const;            // in the graph, or HostObject::none
 
 private:
@@ -42,8 +42,8 @@ private:
     RegistryObject newHandle();
 
     std::unique_ptr<RegistryGraph> graph_;
-    std::vector<Held> held_; // by handle, less one
+    std::vector<Held> held_; // by handle - 1
     std::vector<RegistryObject> free_;
-    std::vector<RegistryObject> byIndex_; // in the graph; 0: nobody holds it
+    std::vector<RegistryObject> byIndex_; // in the graph; 0: not held
     std::unordered_map<quint64, RegistryObject> apartByID_;
 };
