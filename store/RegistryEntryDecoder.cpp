@@ -6,14 +6,14 @@
 #include "store/SnapshotLimits.h"
 
 namespace {
-using Members = std::vector<std::pair<const QString *, ArchivedValue>>;
+using Members = std::vector<std::pair<const QString *, ArchiveValueView>>;
 
 // Plane tables are sorted, and filling them in another order takes time with the square of the
 // planes.
-Members sortedByKey(const ArchivedValue &dictionary)
+Members sortedByKey(const ArchiveValueView &dictionary)
 {
     Members members;
-    dictionary.forEachMember([&](const QString &key, const ArchivedValue &value) {
+    dictionary.forEachMember([&](const QString &key, const ArchiveValueView &value) {
         members.emplace_back(&key, value);
         return true;
     });
@@ -32,7 +32,7 @@ RegistryEntryDecoder::RegistryEntryDecoder(KeyedUnarchiver &unarchiver,
     , lastList_(entries.size())
 {}
 
-qint32 RegistryEntryDecoder::versionOf(const ArchivedObject &object)
+qint32 RegistryEntryDecoder::versionOf(const ObjectDecoder &object)
 {
     const qint32 unmarked = object.contains(EntryKey::dataStore) ? 2 : 1;
     return object.decodeInteger<qint32>(EntryKey::version, unmarked);
@@ -40,7 +40,7 @@ qint32 RegistryEntryDecoder::versionOf(const ArchivedObject &object)
 
 bool RegistryEntryDecoder::decodeFacts(ArchiveReference reference)
 {
-    const ArchivedObject object = unarchiver_.object(reference);
+    const ObjectDecoder object = unarchiver_.object(reference);
     TavRegistryEntry &entry = *entries_[reference.index];
     ++entryCount_;
     const qint32 version = versionOf(object);
@@ -55,7 +55,7 @@ bool RegistryEntryDecoder::decodeFacts(ArchiveReference reference)
 
 bool RegistryEntryDecoder::decodeProperties(ArchiveReference reference)
 {
-    const ArchivedObject object = unarchiver_.object(reference);
+    const ObjectDecoder object = unarchiver_.object(reference);
     TavRegistryEntry &entry = *entries_[reference.index];
     if (versionOf(object) < TavRegistryEntry::classVersion)
         return decodeOldProperties(object, entry);
@@ -90,7 +90,7 @@ void RegistryEntryDecoder::check(const PlaneLinks &links)
     }
 }
 
-bool RegistryEntryDecoder::decodeDates(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeDates(const ObjectDecoder &object, TavRegistryEntry &entry)
 {
     entry.dateDiscovered_ = object.decodeDate(EntryKey::dateDiscovered);
     if (!succeeded("dateDiscovered"))
@@ -102,7 +102,7 @@ bool RegistryEntryDecoder::decodeDates(const ArchivedObject &object, TavRegistry
     return succeeded("dateTerminated");
 }
 
-bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeNames(const ObjectDecoder &object, TavRegistryEntry &entry)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::String;
     entry.bundleID_ = object.decodeString(EntryKey::bundleID);
@@ -113,22 +113,22 @@ bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, TavRegistry
     entry.name_ = object.decodeString(EntryKey::name);
     if (!isDecoded(entry.name_, "name"))
         return false;
-    if (!setNames(entry.namesInPlanes_, object.valueInPlace(EntryKey::namesInPlanes, table)))
+    if (!setNames(entry.namesInPlanes_, object.valueView(EntryKey::namesInPlanes, table)))
         return fail("namesInPlanes", "not a table of names");
     entry.location_ = object.decodeString(EntryKey::location);
     if (!isDecoded(entry.location_, "location"))
         return false;
     return setNames(entry.locationsInPlanes_,
-                    object.valueInPlace(EntryKey::locationsInPlanes, table)) ||
+                    object.valueView(EntryKey::locationsInPlanes, table)) ||
            fail("location", "not a table of locations");
 }
 
-bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeInheritance(const ObjectDecoder &object, TavRegistryEntry &entry)
 {
-    const ArchivedValue list =
-        object.valueInPlace(EntryKey::inheritance, ArchiveKind::List | ArchiveKind::String);
+    const ArchiveValueView list =
+        object.valueView(EntryKey::inheritance, ArchiveKind::List | ArchiveKind::String);
     identities_.clear();
-    const auto note = [this](const ArchivedValue &name) {
+    const auto note = [this](const ArchiveValueView &name) {
         identities_.push_back(name.identity());
         return name.string() != nullptr;
     };
@@ -144,7 +144,7 @@ bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, TavRe
     return true;
 }
 
-bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object,
+bool RegistryEntryDecoder::decodeNewInheritance(const ObjectDecoder &object,
                                                 TavRegistryEntry &entry)
 {
     entry.inheritance_ = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
@@ -155,20 +155,20 @@ bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object,
 }
 
 // Relatives have no message of their own; they share the one of the location.
-bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeRelations(const ObjectDecoder &object, TavRegistryEntry &entry)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::List | ArchiveKind::String;
     const auto decode = [&](PlaneTable<EntryList> &relatives, PlaneLinks &links,
                             QLatin1String key) {
         return setRelatives(relatives, links, object.reference().index,
-                            object.valueInPlace(key, table, ArchiveClassName::entry)) ||
+                            object.valueView(key, table, ArchiveClassName::entry)) ||
                fail("location", "not a table of entries of the store");
     };
     return decode(entry.childrenInPlanes_, childLinks_, EntryKey::childrenInPlanes) &&
            decode(entry.parentsInPlanes_, parentLinks_, EntryKey::parentsInPlanes);
 }
 
-bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
+bool RegistryEntryDecoder::decodeCountsAndFlags(const ObjectDecoder &object,
                                                 TavRegistryEntry &entry)
 {
     entry.entryTag_ = object.decodeInteger<quint64>(EntryKey::entryTag);
@@ -194,7 +194,7 @@ bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object,
     return true;
 }
 
-bool RegistryEntryDecoder::decodeState(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeState(const ObjectDecoder &object, TavRegistryEntry &entry)
 {
     const auto store = object.decodeReference(EntryKey::dataStore, ArchiveClassName::dataStore);
     if (store != KeyedUnarchiver::root)
@@ -208,7 +208,7 @@ bool RegistryEntryDecoder::decodeState(const ArchivedObject &object, TavRegistry
     return true;
 }
 
-bool RegistryEntryDecoder::decodeOldState(const ArchivedObject &object, TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeOldState(const ObjectDecoder &object, TavRegistryEntry &entry)
 {
     if (object.decodeBoolean(EntryKey::isNew))
         entry.registryState_ = RegistryStateNew;
@@ -220,8 +220,7 @@ bool RegistryEntryDecoder::decodeOldState(const ArchivedObject &object, TavRegis
 }
 
 // An entry without readable bytes simply has no properties.
-bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
-                                               TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeOldProperties(const ObjectDecoder &object, TavRegistryEntry &entry)
 {
     if (object.containsData(EntryKey::properties))
         entry.setTable(PropertyListReader::read(object.decodeData(EntryKey::properties)),
@@ -229,7 +228,7 @@ bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
     return succeeded("properties");
 }
 
-bool RegistryEntryDecoder::setNames(PlaneNames &names, const ArchivedValue &value)
+bool RegistryEntryDecoder::setNames(PlaneNames &names, const ArchiveValueView &value)
 {
     if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
@@ -247,7 +246,7 @@ bool RegistryEntryDecoder::setNames(PlaneNames &names, const ArchivedValue &valu
 }
 
 bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links,
-                                        quint32 entry, const ArchivedValue &value)
+                                        quint32 entry, const ArchiveValueView &value)
 {
     if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
@@ -267,11 +266,11 @@ bool RegistryEntryDecoder::setRelatives(PlaneTable<EntryList> &table, PlaneLinks
 }
 
 // Into relatives_: entries of the store, none of them twice.
-bool RegistryEntryDecoder::readRelatives(const ArchivedValue &list)
+bool RegistryEntryDecoder::readRelatives(const ArchiveValueView &list)
 {
     ++listCount_;
     relatives_.clear();
-    return list.forEachElement([this](const ArchivedValue &element) {
+    return list.forEachElement([this](const ArchiveValueView &element) {
         const auto reference = element.reference();
         if (!reference || reference->index >= entries_.size() || !entries_[reference->index] ||
             lastList_[reference->index] == listCount_)

@@ -22,20 +22,20 @@ public:
     bool finish(); // after the last; false when they do not fit together
 
 private:
-    bool decodeDates(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeNames(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeRelations(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeCountsAndFlags(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeState(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeOldState(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeOldProperties(const ArchivedObject &object, TavRegistryEntry &entry);
-    static qint32 versionOf(const ArchivedObject &object);
-    bool decodeInheritance(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool decodeNewInheritance(const ArchivedObject &object, TavRegistryEntry &entry);
-    bool setNames(PlaneNames &names, const ArchivedValue &value);
+    bool decodeDates(const ObjectDecoder &object, TavRegistryEntry &entry);
+    bool decodeNames(const ObjectDecoder &object, TavRegistryEntry &entry);
+    bool decodeRelations(const ObjectDecoder &object, TavRegistryEntry &entry);
+    bool decodeCountsAndFlags(const ObjectDecoder &object, TavRegistryEntry &entry);
+    bool decodeState(const ObjectDecoder &object, TavRegistryEntry &entry);
+    bool decodeOldState(const ObjectDecoder &object, TavRegistryEntry &entry);
+    bool decodeOldProperties(const ObjectDecoder &object, TavRegistryEntry &entry);
+    static qint32 versionOf(const ObjectDecoder &object);
+    bool decodeInheritance(const ObjectDecoder &object, TavRegistryEntry &entry);
+    bool decodeNewInheritance(const ObjectDecoder &object, TavRegistryEntry &entry);
+    bool setNames(PlaneNames &names, const ArchiveValueView &value);
     bool setRelatives(PlaneTable<EntryList> &table, PlaneLinks &links, quint32 entry,
-                      const ArchivedValue &value);
-    bool readRelatives(const ArchivedValue &list);
+                      const ArchiveValueView &value);
+    bool readRelatives(const ArchiveValueView &list);
     void check(const PlaneLinks &links);
     bool isDecoded(const QString &name, const char *what);
     bool succeeded(const char *what);

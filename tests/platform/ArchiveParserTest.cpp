@@ -37,7 +37,7 @@ QByteArray sample()
 }
 } // namespace
 
-TEST(ArchiveReader, RefusesTruncationAtEveryLength)
+TEST(ArchiveParser, RefusesTruncationAtEveryLength)
 {
     const QByteArray bytes = sample();
     ASSERT_FALSE(KeyedUnarchiver(bytes).error());
@@ -48,7 +48,7 @@ TEST(ArchiveReader, RefusesTruncationAtEveryLength)
     expectRefused(bytes + '\0');
 }
 
-TEST(ArchiveReader, RefusesEveryFlippedByteAndSurvivesItWhenSealedAnew)
+TEST(ArchiveParser, RefusesEveryFlippedByteAndSurvivesItWithANewDigest)
 {
     const QByteArray bytes = sample();
     constexpr L1 classes[] = {L1("Node")};
@@ -65,7 +65,7 @@ TEST(ArchiveReader, RefusesEveryFlippedByteAndSurvivesItWhenSealedAnew)
     }
 }
 
-TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
+TEST(ArchiveParser, RefusesInvalidArchives)
 {
     const struct
     {
@@ -91,7 +91,7 @@ TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
         {"date that is no number", "a date is missing", archiveOfValue("c1f5")},
         {"date out of range", "out of range", archiveOfValue("c1fb7ff0000000000000")},
         {"number of wrong width", "wrong width", archiveOfValue("d84243616263")},
-        {"dictionary with a list as key", "no string", archiveOfValue("a180f5")},
+        {"dictionary with a list as key", "not a string", archiveOfValue("a180f5")},
         {"dictionary with a key twice", "twice in a dictionary", archiveOfValue("a2616bf5616bf5")},
         {"dictionary with a key and a reference to it", "twice in a dictionary",
          archiveOfValue("a2616bf520f5")},
@@ -112,7 +112,7 @@ TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
     ASSERT_FALSE(KeyedUnarchiver(archiveOfValue("00")).error());
 }
 
-TEST(ArchiveReader, ReadsEveryFormOfAValue)
+TEST(ArchiveParser, ReadsEveryFormOfAValue)
 {
     const auto valueOf = [](const QByteArray &form) {
         KeyedUnarchiver unarchiver(archiveOfValue(form));
@@ -147,7 +147,7 @@ TEST(ArchiveReader, ReadsEveryFormOfAValue)
 }
 
 // Comparing the texts for each dictionary would take many minutes.
-TEST(ArchiveReader, LooksAtLongKeysOnce)
+TEST(ArchiveParser, LooksAtLongKeysOnce)
 {
     const QByteArray start = "7a003d0901" + QByteArray("6b").repeated(4'000'000); // a text
     constexpr int count = 300'000;
@@ -159,7 +159,7 @@ TEST(ArchiveReader, LooksAtLongKeysOnce)
     EXPECT_EQ(value.get<ArchiveList>()->size(), count + 2U);
 }
 
-TEST(ArchiveReader, SpendsLittleOnClaimsThatTheBytesDoNotBear)
+TEST(ArchiveParser, SpendsLittleOnFalseLengths)
 {
     const QByteArray content = unsealArchive(archiveOfValue("")).chopped(2); // the two ends
     for (const quint64 count : {0x7fffffffffffffffULL, 0x10000000000ULL, 0x60000000ULL}) {
