@@ -12,6 +12,7 @@
 #include "platform/desktop/RecentDocumentsMenu.h"
 #include "platform/desktop/WindowSizeAutosave.h"
 #include "platform/desktop/WindowsMenu.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/runloop/RunLoop.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
@@ -169,7 +170,7 @@ void TavApplicationDelegate::takePicture(const QString &file)
 void TavApplicationDelegate::connectCommands(TavDocument &document, TavWindowController &controller)
 {
     QMainWindow &window = *controller.window();
-    new WindowSizeAutosave(window, QStringLiteral("TavExplorerWindowSize"));
+    new WindowSizeAutosave(window, PreferenceKeys::explorerWindowSize.toString());
     // Later: the window that the command comes from may go by it.
     const auto command = [&](const char *name, auto action) {
         connect(InterfaceLoader::outlet<QAction>(window, name), &QAction::triggered, this,

@@ -16,9 +16,6 @@
 
 namespace {
 constexpr double smallSize = 0.9; // of the general font
-const QString bookmarksKey = QStringLiteral("Bookmarks");
-const QString defaultIndexKey = QStringLiteral("DefaultBookmarkIndex");
-
 TavBookmarksController *bookmarksInstance = nullptr;
 
 bool isBefore(const BookmarkRef &a, const BookmarkRef &b)
@@ -44,11 +41,6 @@ bool isMarker(const QAction &item)
     return item.property("tag").toInt() == PopUpItem::markerTag;
 }
 } // namespace
-
-QJsonObject TavBookmarksController::defaultsToRegister()
-{
-    return {{defaultIndexKey, -1}};
-}
 
 TavBookmarksController::TavBookmarksController(Surroundings surroundings)
     : surroundings_(std::move(surroundings))
@@ -104,7 +96,7 @@ bool TavBookmarksController::adoptStoredBookmarks()
     if (isAsStored())
         return false;
     std::vector<BookmarkRef> stored = storedBookmarks();
-    const qint64 index = PreferencesStore::standard().integer(defaultIndexKey);
+    const qint64 index = PreferencesStore::standard().integer(PreferenceKeys::defaultBookmark);
     const bool hasDefault = index >= 0 && index < static_cast<qint64>(stored.size());
     defaultBookmark_ = hasDefault ? stored[static_cast<std::size_t>(index)] : nullptr;
     const bool isInOrder = std::is_sorted(stored.begin(), stored.end(), isBefore);
@@ -123,8 +115,8 @@ bool TavBookmarksController::adoptStoredBookmarks()
 bool TavBookmarksController::isAsStored() const
 {
     const PreferencesStore &preferences = PreferencesStore::standard();
-    return preferences.list(bookmarksKey) == records() &&
-           preferences.integer(defaultIndexKey) == rowOf(defaultBookmark_);
+    return preferences.list(PreferenceKeys::bookmarks) == records() &&
+           preferences.integer(PreferenceKeys::defaultBookmark) == rowOf(defaultBookmark_);
 }
 
 // A bookmark that is known stays the object it is, renamed or moved by another copy or not, for
@@ -133,7 +125,7 @@ std::vector<BookmarkRef> TavBookmarksController::storedBookmarks() const
 {
     std::vector<BookmarkRef> known = *bookmarks_;
     std::vector<Bookmark> records;
-    for (const auto &value : PreferencesStore::standard().list(bookmarksKey)) {
+    for (const auto &value : PreferencesStore::standard().list(PreferenceKeys::bookmarks)) {
         if (value.isObject())
             records.push_back({value.toObject()});
     }
@@ -160,12 +152,13 @@ void TavBookmarksController::sortBookmarks()
 {
     std::stable_sort(bookmarks_->begin(), bookmarks_->end(), isBefore);
     if (defaultBookmark_)
-        PreferencesStore::standard().setValue(defaultIndexKey, rowOf(defaultBookmark_));
+        PreferencesStore::standard().setValue(PreferenceKeys::defaultBookmark,
+                                              rowOf(defaultBookmark_));
 }
 
 void TavBookmarksController::saveBookmarks() const
 {
-    PreferencesStore::standard().setValue(bookmarksKey, records());
+    PreferencesStore::standard().setValue(PreferenceKeys::bookmarks, records());
 }
 
 QJsonArray TavBookmarksController::records() const
@@ -212,7 +205,7 @@ void TavBookmarksController::setDefaultBookmark(const BookmarkRef &bookmark, boo
         if (equal != bookmarks_->end())
             index = static_cast<int>(equal - bookmarks_->begin());
     }
-    PreferencesStore::standard().setValue(defaultIndexKey, index);
+    PreferencesStore::standard().setValue(PreferenceKeys::defaultBookmark, index);
     reloadTable();
     if (updateMenu)
         rebuildBookmarksMenus();

@@ -37,7 +37,6 @@ public:
     };
 
     static QString pasteboardType() { return QStringLiteral("Vandrel Bookmark"); }
-    static QJsonObject defaultsToRegister();
 
     explicit TavBookmarksController(Surroundings surroundings);
     ~TavBookmarksController() override;

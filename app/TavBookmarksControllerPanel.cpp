@@ -104,7 +104,7 @@ void TavBookmarksController::deleteBookmark()
         return;
     if (deleted == defaultBookmark_) {
         defaultBookmark_.reset();
-        PreferencesStore::standard().setValue(QStringLiteral("DefaultBookmarkIndex"), -1);
+        PreferencesStore::standard().setValue(PreferenceKeys::defaultBookmark, -1);
     }
     bookmarks_->erase(bookmarks_->begin() + row);
     sortBookmarks(); // they are, but the default may have another place

@@ -25,7 +25,8 @@ Theme ThemeController::theme() const
 {
     if (chosen_)
         return *chosen_;
-    return themeNamed(PreferencesStore::standard().string(preferenceKey())).value_or(Theme::System);
+    return themeNamed(PreferencesStore::standard().string(PreferenceKeys::theme))
+        .value_or(Theme::System);
 }
 
 void ThemeController::apply()

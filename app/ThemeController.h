@@ -12,8 +12,6 @@ class ThemeController : public QObject
 {
     Q_OBJECT
 public:
-    static QString preferenceKey() { return QStringLiteral("Theme"); }
-
     // Applies the theme. The chosen one, if any, is kept whatever the preferences say.
     explicit ThemeController(std::optional<Theme> chosen,
                              const QDBusConnection &bus = QDBusConnection::sessionBus());

@@ -21,7 +21,6 @@ public:
     const PropertyClass &propertyClass() const override { return staticPropertyClass(); }
 
     // The preferences read here, to be registered at start-up.
-    static QString defaultFormatKey() { return QStringLiteral("ValueDisplayOptions-Default"); }
     static QJsonObject defaultsToRegister();
 
     QString typeName() const; // null without contents

@@ -85,7 +85,7 @@ PropertyFormatOptions TavPropertyOutlineItem::propertyFormat() const
     if (const std::optional<StoredFormat> stored = getPropertyFormats())
         return stored->options;
     PropertyFormatOptions options = PropertyFormatDescriptor::propertyFormatForDescriptor(
-        PreferencesStore::standard().string(defaultFormatKey()));
+        PreferencesStore::standard().string(PreferenceKeys::defaultFormat));
     if (options.unit == PropertyFormatOptions::useDefault)
         options.unit = PropertyFormatOptions::automatic;
     return options;

@@ -204,7 +204,7 @@ void TavFormatController::showSelection()
 void TavFormatController::_readDefaultPropertyFormats()
 {
     const PropertyFormatOptions options = propertyFormatForDescriptor(
-        PreferencesStore::standard().string(TavPropertyOutlineItem::defaultFormatKey()));
+        PreferencesStore::standard().string(PreferenceKeys::defaultFormat));
     if (options.unit == PropertyFormatOptions::useDefault) {
         qCWarning(displayLog, "Invalid default data view options!");
         return;

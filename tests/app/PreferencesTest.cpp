@@ -169,7 +169,7 @@ TEST_F(PreferencesTest, FormatsOfAnotherCopyAreShown)
     const QString bytes = shown();
     PreferencesStore(PropertyFormatStore::domain(), path("settings")).remove(key);
     PreferencesStore(PreferencesStore::applicationIdentifier(), path("settings"))
-        .setValue(TavPropertyOutlineItem::defaultFormatKey(), QStringLiteral("4xlu"));
+        .setValue(PreferenceKeys::defaultFormat.toString(), QStringLiteral("4xlu"));
     EXPECT_TRUE(waitFor([&] { return shown() != automatic && shown() != bytes; }));
 }
 

@@ -98,7 +98,7 @@ TEST_F(FormatControllerTest, WhatCannotBeReadLeavesTheCellsAsTheyAre)
     EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("a"));
 
     const std::string before = panelText();
-    PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
+    PreferencesStore::standard().setValue(PreferenceKeys::defaultFormat.toString(),
                                           QStringLiteral("d"));
     LogCapture log;
     controller_.setPropertyFormats(formatOf("d"));
@@ -254,7 +254,7 @@ TEST_F(FormatControllerTest, UndoRestoresWhatTheActionChangedAndNoMore)
     EXPECT_EQ(defaultFormat(), QStringLiteral("a"));
     preferences_.restart();
     EXPECT_EQ(defaultFormat(), QStringLiteral("a"));
-    EXPECT_FALSE(PreferencesStore::standard().isStored(TavPropertyOutlineItem::defaultFormatKey()));
+    EXPECT_FALSE(PreferencesStore::standard().isStored(PreferenceKeys::defaultFormat.toString()));
 }
 
 TEST_F(FormatControllerTest, TheMenuItemFollowsThePanel)

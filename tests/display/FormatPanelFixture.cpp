@@ -96,5 +96,5 @@ std::string FormatPanelFixture::storedFormats() const
 
 QString FormatPanelFixture::defaultFormat() const
 {
-    return PreferencesStore::standard().string(TavPropertyOutlineItem::defaultFormatKey());
+    return PreferencesStore::standard().string(PreferenceKeys::defaultFormat.toString());
 }
