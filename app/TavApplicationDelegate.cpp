@@ -8,6 +8,7 @@
 #include "display/views/TavFormatController.h"
 #include "explorer/window/TavWindowController.h"
 #include "model/linux/LinuxRegistryService.h"
+#include "platform/desktop/AlertBox.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/RecentDocumentsMenu.h"
 #include "platform/desktop/WindowSizeAutosave.h"
@@ -21,7 +22,6 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QMenu>
-#include <QMessageBox>
 #include <QTimer>
 
 namespace {
@@ -221,13 +221,11 @@ void TavApplicationDelegate::showAbout() const
 {
     if (!mainWindowController())
         return;
-    auto *const about = new QMessageBox(mainWindowController()->window());
-    about->setWindowTitle(tr("About Vandrel"));
-    about->setIconPixmap(QGuiApplication::windowIcon().pixmap(64, 64));
-    about->setText(QStringLiteral("<b>Vandrel %1</b>").arg(QLatin1String(VANDREL_VERSION)));
-    about->setInformativeText(
-        tr("Shows the devices and drivers that the Linux kernel knows of, and how they hang "
-           "together. It only reads and never changes anything."));
-    about->setAttribute(Qt::WA_DeleteOnClose);
-    about->open();
+    AlertBox::show(
+        {.title = tr("About Vandrel"),
+         .message = QStringLiteral("<b>Vandrel %1</b>").arg(QLatin1String(VANDREL_VERSION)),
+         .details = tr("Shows the devices and drivers that the Linux kernel knows of, and how they "
+                       "hang together. It only reads and never changes anything."),
+         .window = mainWindowController()->window(),
+         .kind = Alert::Kind::About});
 }

@@ -3,8 +3,7 @@
 #include "app/CommandLine.h"
 #include "app/Startup.h"
 #include "platform/desktop/Theme.h"
-#include "platform/host/Alert.h"
-#include "platform/host/SystemBeep.h"
+#include "platform/host/DesktopServices.h"
 #include "platform/preferences/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
@@ -36,13 +35,13 @@ ApplicationFixture::ApplicationFixture()
     PreferencesStore::setFolder(path("settings"));
     applyTheme(Theme::Light);
     Startup::setUpApplication();
-    SystemBeep::setSounder({});
+    DesktopServices::instance().beep = nullptr;
 }
 
 ApplicationFixture::~ApplicationFixture()
 {
     delegate_.reset();
-    AlertPanel::setPresenter({});
+    DesktopServices::instance().presentAlert = nullptr;
     TavRegistryEntry::setPropertyClass(TavRegistryProperty::staticPropertyClass());
 }
 
