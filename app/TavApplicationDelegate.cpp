@@ -71,10 +71,10 @@ TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> 
 TavApplicationDelegate::~TavApplicationDelegate()
 {
     documents_.setBookmarksCheck({});
-    documents_.closeAllDocuments(); // their windows use what goes first
+    documents_.closeAllDocuments(); // their windows use members destroyed below
 }
 
-// Every property tree read from now on can be shown.
+// From here on property trees are built of nodes that can be shown.
 void TavApplicationDelegate::applicationWillFinishLaunching()
 {
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
@@ -85,33 +85,36 @@ void TavApplicationDelegate::applicationDidFinishLaunching()
     bookmarksController_.rebuildBookmarksMenus();
 }
 
-bool TavApplicationDelegate::start(const CommandLine &line, QString *error)
+StartResult TavApplicationDelegate::start(const CommandLine &line)
 {
+    using Status = StartResult::Status;
     applicationWillFinishLaunching();
     applicationDidFinishLaunching();
     const QList<DocumentCommands::Failure> failures = documentCommands_.open(line.files, false);
     const bool isUnattended = !line.screenshotFile.isNull();
-    *error = failures.isEmpty() ? QString() : textOf(failures.first());
     if (isUnattended && !failures.isEmpty())
-        return false;
-    // Without a document there is nothing to stay for.
+        return {Status::Failed, textOf(failures.first())};
+    // Without a document the program quits.
     if (documents_.documents().empty() && !documents_.newDocument(false)) {
         if (isUnattended)
-            *error = tr("Reading the device registry was cancelled.");
-        return false;
+            return {Status::Failed, tr("Reading the device registry was cancelled.")};
+        if (!failures.isEmpty())
+            return {Status::Failed, textOf(failures.first())};
+        return {Status::Cancelled};
     }
-    if (!goWhereAsked(line, error))
-        return false;
+    if (const QString missing = missingPlace(line); !missing.isNull())
+        return {Status::Failed, missing};
+    goToPlace(line);
     if (isUnattended)
         takePicture(line.screenshotFile);
     for (const auto &document : documents_.documents())
         document->showWindows();
     if (!isUnattended) {
         QMainWindow *const window = mainWindowController()->window();
-        documentCommands_.tell(failures, window);
+        documentCommands_.showFailures(failures, window);
         warning_ = std::make_unique<PreferencesWarning>(*window);
     }
-    return true;
+    return {Status::Running};
 }
 
 void TavApplicationDelegate::openFilesOfOtherCopy(const QStringList &files)
@@ -131,33 +134,34 @@ TavWindowController *TavApplicationDelegate::mainWindowController() const
     return static_cast<TavWindowController *>(documentWindows_.mainWindowController());
 }
 
-bool TavApplicationDelegate::goWhereAsked(const CommandLine &line, QString *error)
+QString TavApplicationDelegate::missingPlace(const CommandLine &line) const
+{
+    const TavDataStore &store = *mainWindowController()->dataStore();
+    const QStringList &planes = store.registryPlanes();
+    if (!line.plane.isNull() && !planes.contains(line.plane))
+        return tr("There is no plane %1. Planes are: %2")
+            .arg(line.plane, planes.join(QLatin1String(", ")));
+    if (!line.selectedPath.isNull() &&
+        store.entriesMatchingRegistryPath(line.selectedPath).entries.isEmpty())
+        return tr("There is no entry at %1").arg(line.selectedPath);
+    return {};
+}
+
+void TavApplicationDelegate::goToPlace(const CommandLine &line)
 {
     TavWindowController &window = *mainWindowController();
     TavDataStore &store = *window.dataStore();
-    const QStringList &planes = store.registryPlanes();
-    if (!line.plane.isNull() && !planes.contains(line.plane)) {
-        *error = tr("There is no plane %1. Planes are: %2")
-                     .arg(line.plane, planes.join(QLatin1String(", ")));
-        return false;
-    }
-    if (!line.selectedPath.isNull() &&
-        store.entriesMatchingRegistryPath(line.selectedPath).entries.isEmpty()) {
-        *error = tr("There is no entry at %1").arg(line.selectedPath);
-        return false;
-    }
     const auto go = [&window, &store, plane = line.plane, path = line.selectedPath] {
         if (TavRegistryEntry *root = store.registryRoot(); root && !plane.isNull())
             window.goToEntryPath(root->entryPathInPlane(plane, 0), true, false);
         if (!path.isNull())
             window.goToRegistryPath(path);
     };
-    // The window is about to go to the default bookmark by itself.
+    // Deferred: the window goes to the default bookmark first.
     if (bookmarksController_.defaultBookmarkPath().isNull())
         go();
     else
         QTimer::singleShot(0, &window, go);
-    return true;
 }
 
 void TavApplicationDelegate::takePicture(const QString &file)
@@ -171,7 +175,7 @@ void TavApplicationDelegate::connectCommands(TavDocument &document, TavWindowCon
 {
     QMainWindow &window = *controller.window();
     new WindowSizeAutosave(window, PreferenceKeys::explorerWindowSize.toString());
-    // Later: the window that the command comes from may go by it.
+    // Deferred: the command may close its own window.
     const auto command = [&](const char *name, auto action) {
         connect(InterfaceLoader::outlet<QAction>(window, name), &QAction::triggered, this,
                 [this, action] { RunLoop::performLater(*this, action); });

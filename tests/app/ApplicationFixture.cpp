@@ -65,8 +65,8 @@ void ApplicationFixture::launch(const QStringList &files)
     delegate_ = std::make_unique<TavApplicationDelegate>(std::move(service));
     CommandLine line;
     line.files = files;
-    QString error;
-    ASSERT_TRUE(delegate_->start(line, &error)) << qPrintable(error);
+    const StartResult result = delegate_->start(line);
+    ASSERT_TRUE(result.isRunning()) << qPrintable(result.message);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(delegate_->mainWindowController()->window()));
     turnEventLoop();
 }
@@ -118,7 +118,7 @@ void ApplicationFixture::trigger(const char *action, std::size_t document) const
 
 void ApplicationFixture::turnEventLoop()
 {
-    // However long one thing takes, what it leaves for later happens too.
+    // Several turns, because deferred work may defer more work.
     for (int i = 0; i < 4; ++i)
         turnEventLoopFor(5);
 }
@@ -150,7 +150,7 @@ void ApplicationFixture::chooseFile(const QString &file) const
 {
     auto *const dialog = shownWindow<QFileDialog>();
     ASSERT_TRUE(dialog);
-    dialog->setOption(QFileDialog::DontConfirmOverwrite); // whose question would not return
+    dialog->setOption(QFileDialog::DontConfirmOverwrite); // its question would block
     outlet<QLineEdit>(dialog, "fileNameEdit")->setText(file);
     QMetaObject::invokeMethod(dialog, "accept");
     turnEventLoop();
