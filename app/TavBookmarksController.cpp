@@ -15,7 +15,7 @@
 #include <QMimeData>
 
 namespace {
-constexpr double smallSize = 0.9; // of the general font
+constexpr double smallSize = 0.9; // relative to the general font
 TavBookmarksController *bookmarksInstance = nullptr;
 
 bool isBefore(const BookmarkRef &a, const BookmarkRef &b)
@@ -23,7 +23,7 @@ bool isBefore(const BookmarkRef &a, const BookmarkRef &b)
     return compareAsBookmarks(*a, *b) < 0;
 }
 
-// Removes the first bookmark that matches; null without one.
+// Removes and returns the first match; null without one.
 BookmarkRef take(std::vector<BookmarkRef> &bookmarks, const auto &matches)
 {
     const auto found =
@@ -82,7 +82,7 @@ void TavBookmarksController::readBookmarksIfNeeded()
     adoptStoredBookmarks();
 }
 
-// Before a change, so that it adds to what another copy has just saved.
+// Call this before a change, to merge what another copy has saved.
 void TavBookmarksController::refreshBookmarks()
 {
     PreferencesStore::standard().refresh();
@@ -90,7 +90,7 @@ void TavBookmarksController::refreshBookmarks()
     adoptStoredBookmarks();
 }
 
-// False if they are the known ones.
+// False if they have not changed.
 bool TavBookmarksController::adoptStoredBookmarks()
 {
     if (isAsStored())
@@ -105,7 +105,7 @@ bool TavBookmarksController::adoptStoredBookmarks()
         tableModel_->changeRows(*bookmarks_, stored);
     else
         *bookmarks_ = std::move(stored);
-    if (!isInOrder) { // else the default's index would be taken for that in the old order
+    if (!isInOrder) { // else the default's index would refer to the old order
         sortBookmarks();
         saveBookmarks();
     }
@@ -119,8 +119,8 @@ bool TavBookmarksController::isAsStored() const
            preferences.integer(PreferenceKeys::defaultBookmark) == rowOf(defaultBookmark_);
 }
 
-// A bookmark that is known stays the object it is, renamed or moved by another copy or not, for
-// rows, menus and an edit refer to it.
+// A known bookmark keeps its object even when another copy renamed or moved it, because rows, menus
+// and an edit refer to it.
 std::vector<BookmarkRef> TavBookmarksController::storedBookmarks() const
 {
     std::vector<BookmarkRef> known = *bookmarks_;
@@ -216,7 +216,7 @@ void TavBookmarksController::addBookmarksMenu(QMenu &menu, TavWindowController &
     bookmarksMenus_.push_back({&menu, &window});
     for (QAction *item : menu.actions()) {
         if (isMarker(*item))
-            item->setSeparator(true); // which an interface file cannot say
+            item->setSeparator(true); // which an interface file cannot set
         else if (item->objectName() == QLatin1String("toggleBookmarksPanelAction"))
             connect(&menu, &QMenu::aboutToShow, this, [this, item] { validateMenuItem(*item); });
     }
@@ -299,7 +299,7 @@ void TavBookmarksController::setObjectValue(const QString &value, const QString 
     lastEditedBookmark_->record.insert(identifier, value);
     if (identifier == Bookmark::nameKey()) {
         sortBookmarks();
-        // Later, for the table is still ending the edit.
+        // Deferred: the table is still ending the edit.
         QMetaObject::invokeMethod(
             this, [this] { reloadBookmarksAfterEdit(); }, Qt::QueuedConnection);
     }

@@ -169,7 +169,8 @@ void TavDefaultsController::syncPollInterval()
     using Limits = std::numeric_limits<int>;
     const qint64 stored = PreferencesStore::standard().integer(PreferenceKeys::pollInterval);
     const int interval = static_cast<int>(std::clamp<qint64>(stored, Limits::min(), Limits::max()));
-    if (defaultPollIntervalField_->value() != interval) // setting it drops what is being typed
+    if (defaultPollIntervalField_->value() !=
+        interval) // setting it would discard unfinished typing
         defaultPollIntervalField_->setValue(interval);
 }
 

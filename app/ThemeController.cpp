@@ -3,7 +3,7 @@
 #include "platform/preferences/PreferencesStore.h"
 
 namespace {
-// The toolkit follows the same change of the desktop by itself, where it can.
+// Lets Qt follow the same change of the desktop first, where it can.
 constexpr int toolkitDelay = 100; // milliseconds
 } // namespace
 

@@ -104,7 +104,7 @@ void generated(benchmark::State &state)
     const auto host = static_cast<RegistryObject>(
         store->registryRoot()->childrenInPlane(QStringLiteral("DxService")).front()->entryTag());
     for (auto _ : state) {
-        figures.unchanged.push_back(updateSeconds(*store, [&] { service.tellOfChange(); }));
+        figures.unchanged.push_back(updateSeconds(*store, [&] { service.reportChange(); }));
         figures.one.push_back(updateSeconds(*store, [&] {
             const RegistryObject device = service.add(QStringLiteral("DxDevice"), "another");
             service.link(host, device, "DxService");

@@ -24,7 +24,7 @@ bool isAvailable(quint32 encoding)
     return std::binary_search(available.begin(), available.end(), encoding);
 }
 
-// Without those that are stored twice or are not available here.
+// Without duplicates and unavailable encodings.
 Encodings storedEncodings(const QJsonArray &list)
 {
     Encodings encodings;

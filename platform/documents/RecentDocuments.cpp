@@ -21,7 +21,7 @@ QStringList RecentDocuments::files() const
     for (const auto &value :
          PreferencesStore::shared(domain()).list(PreferenceKeys::recentDocuments)) {
         const QString file = value.toString();
-        if (QFileInfo(file).isAbsolute() && !files.contains(file) && files.size() < most)
+        if (QFileInfo(file).isAbsolute() && !files.contains(file) && files.size() < maxFiles)
             files.append(file);
     }
     return files;
@@ -34,7 +34,7 @@ void RecentDocuments::add(const QString &file)
     QStringList files = this->files();
     files.removeAll(path);
     files.prepend(path);
-    store(files.mid(0, most));
+    store(files.mid(0, maxFiles));
 }
 
 void RecentDocuments::remove(const QString &file)

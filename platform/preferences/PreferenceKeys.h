@@ -25,8 +25,8 @@ struct ListKey
     QString toString() const { return name; }
 };
 
-// All keys of the program's own settings. The formats chosen for properties and the recent
-// documents are stored in domains of their own.
+// All keys of the program's own settings. The formats chosen for properties have keys made of
+// class and property names, in a separate domain.
 namespace PreferenceKeys {
 inline constexpr TextKey defaultView{QLatin1String("DefaultView"), QLatin1String("outline")};
 inline constexpr TextKey defaultPlane{QLatin1String("DefaultPlane"), QLatin1String("DxService")};

@@ -46,7 +46,7 @@ protected:
     }
     void settle()
     {
-        service_.tellOfChange();
+        service_.reportChange();
         loop_.advance(2.0);
     }
 

@@ -63,7 +63,7 @@ void send(QByteArrayView message, ScriptedEvents &events)
     const qsizetype at = message.indexOf('@');
     const QByteArrayView path = message.sliced(at + 1);
     if (at > 0 && path.startsWith('/'))
-        events.tell(message.first(at), path.sliced(1).toByteArray());
+        events.report(message.first(at), path.sliced(1).toByteArray());
     else
         events.lose();
 }

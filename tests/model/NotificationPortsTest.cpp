@@ -85,10 +85,10 @@ TEST_F(NotificationPortsTest, InterestIsInOneObjectAndOneKind)
             service_.releaseNotification(notification); // by its own callback
         },
         notification);
-    service_.tellOfChange(); // of another kind, which must not use up the notification
-    service_.tellBusy(7);
+    service_.reportChange(); // of another kind, which must not use up the notification
+    service_.reportBusy(7);
     EXPECT_EQ(busy, 7U);
-    service_.tellBusy(8);
+    service_.reportBusy(8);
     EXPECT_EQ(busy, 7U);
     service_.release(host);
 }

@@ -41,7 +41,7 @@ std::vector<ArchiveReference> linksOf(KeyedUnarchiver &unarchiver, ArchiveRefere
     return unarchiver.object(node).decodeReferences(L1("links"), nodeClasses).value();
 }
 
-// An archive of one object, or why there is none.
+// An archive of one object, or the error.
 template<class Encoder>
 std::pair<QByteArray, QString> archiveOfOne(Encoder encoder)
 {

@@ -178,7 +178,7 @@ TEST_F(DataStoreArchiveOfTurnedEntries, OpensWhenTheUpperOneIsTerminated)
     store_->setAutoupdate(true);
     service_.terminate(tree_["above"]);
     turn();
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.advance(1);
     ASSERT_EQ(entry("above").registryState(), RegistryStateTerminated);
     ASSERT_TRUE(isBelowItself("below")) << "no cycle was made";

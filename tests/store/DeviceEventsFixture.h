@@ -72,7 +72,7 @@ protected:
     }
     bool updatesOn(QByteArrayView action, const QByteArray &path)
     {
-        events_.tell(action, path);
+        events_.report(action, path);
         return waitForUpdate();
     }
     std::string fresh() const

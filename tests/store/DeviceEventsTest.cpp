@@ -16,7 +16,7 @@ TEST_F(DeviceEventsTest, ShowsWhatComesAndGoes)
     EXPECT_EQ(at("DxService:/bus/old")->registryState(), RegistryStateUnchanged);
 
     remove("devices/bus/new");
-    events_.tell("remove", "devices/bus/new");
+    events_.report("remove", "devices/bus/new");
     ASSERT_TRUE(waitFor([&] { return posted_.value(objectsTerminated) == 1; }));
     EXPECT_TRUE(isTerminated("DxService:/bus/new"));
     turnEventLoopFor(400);
@@ -32,7 +32,7 @@ TEST_F(DeviceEventsTest, WithoutAutomaticUpdateChangesWaitForOne)
 {
     follow(false);
     device("devices/bus/new");
-    events_.tell("add", "devices/bus/new");
+    events_.report("add", "devices/bus/new");
     ASSERT_TRUE(waitFor([&] { return posted_.value(outOfDate) == 1; }));
     EXPECT_FALSE(store_->isUpToDate() || at("DxService:/bus/new"));
     store_->update();
@@ -41,7 +41,7 @@ TEST_F(DeviceEventsTest, WithoutAutomaticUpdateChangesWaitForOne)
     store_->update(); // before its event
     EXPECT_TRUE(store_->isUpToDate());
     EXPECT_TRUE(isTerminated("DxService:/bus/old"));
-    events_.tell("remove", "devices/bus/old");
+    events_.report("remove", "devices/bus/old");
     turnEventLoopFor(50);
     EXPECT_TRUE(store_->isUpToDate()); // told before
 }
@@ -52,20 +52,20 @@ TEST_F(DeviceEventsTest, OddEventsDoNoHarm)
     for (const char *path : {"devices/never", "devices/bus/old/driver", "module/none", "devices",
                              "class", "devices/bus/old/deep/er"}) {
         for (const char *action : {"remove", "unbind", "add", "bind", "change", "remove"})
-            events_.tell(action, path);
+            events_.report(action, path);
     }
     ASSERT_TRUE(waitForUpdate());
     EXPECT_EQ(StorePrinter::registry(*store_), fresh());
 
     device("devices/bus/quick");
     remove("devices/bus/quick"); // came and went before anything was read
-    events_.tell("remove", "devices/bus/quick");
-    events_.tell("add", "devices/bus/quick");
+    events_.report("remove", "devices/bus/quick");
+    events_.report("add", "devices/bus/quick");
     const auto first = at("DxService:/bus/old")->entryTag();
     remove("devices/bus/old");
     device("devices/bus/old"); // another one by the same name
     for (const char *action : {"remove", "remove", "add", "add"})
-        events_.tell(action, "devices/bus/old");
+        events_.report(action, "devices/bus/old");
     ASSERT_TRUE(waitForUpdate());
     const auto &children = at("DxService:/bus")->childrenInPlane(QStringLiteral("DxService"));
     ASSERT_EQ(children.size(), 2U);
@@ -103,14 +103,14 @@ TEST_P(ReturningDeviceTest, IsANewObjectInEveryStore)
         for (int i = 0; i < 2; ++i) {
             leave();
             if (GetParam().isReported)
-                events_.tell("remove", wanderer);
+                events_.report("remove", wanderer);
             turnEventLoopFor(30);
             if (GetParam().isUpdatedBetween)
                 store_->update();
             EXPECT_EQ(liveTag(*store_), 0U);
             comeBack();
             if (GetParam().isReported)
-                events_.tell("add", wanderer);
+                events_.report("add", wanderer);
             turnEventLoopFor(30);
             for (int updates = 0; updates < 2; ++updates) {
                 store_->update();
@@ -140,10 +140,10 @@ INSTANTIATE_TEST_SUITE_P(Journeys, ReturningDeviceTest,
 TEST_F(DeviceEventsTest, RemovalIsBelievedWhenTheObjectIsGone)
 {
     follow(true);
-    events_.tell("remove", "devices/bus/old"); // of a former one
+    events_.report("remove", "devices/bus/old"); // of a former one
     turnEventLoopFor(500);
     EXPECT_EQ(posted_.value(objectsTerminated), 0);
-    events_.tell("remove", "devices/bus/old"); // told a little early
+    events_.report("remove", "devices/bus/old"); // told a little early
     turnEventLoopFor(30);
     EXPECT_FALSE(isTerminated("DxService:/bus/old"));
     remove("devices/bus/old");
@@ -161,7 +161,7 @@ TEST_F(DeviceEventsTest, DriverComesAndGoesWhileItsDeviceStays)
     EXPECT_EQ(at("DxService:/bus/old/driver")->registryState(), RegistryStateNew);
     EXPECT_TRUE(at("DxService:/bus/old")->isMatched());
     remove("devices/bus/old/driver");
-    events_.tell("unbind", "devices/bus/old");
+    events_.report("unbind", "devices/bus/old");
     ASSERT_TRUE(waitFor([&] { return isTerminated("DxService:/bus/old/driver"); }));
     ASSERT_TRUE(waitForUpdate());
     EXPECT_FALSE(at("DxService:/bus/old")->isMatched());

@@ -82,7 +82,7 @@ TEST_F(DeviceSweepTest, RemovalDuringASweepIsNotMissed)
         service_->prepareAsync([&] { isReady = true; });
         usleep(static_cast<useconds_t>(round) * 1000);
         remove("devices/bus/brief");
-        events_.tell("remove", "devices/bus/brief");
+        events_.report("remove", "devices/bus/brief");
         ASSERT_TRUE(waitFor([&] { return isReady; }));
         turnEventLoopFor(5);
         EXPECT_EQ(childrenOfBus(), 301) << round; // and not the one that went
@@ -117,10 +117,10 @@ TEST_F(DeviceSweepTest, StormEndsAsAFreshCapture)
                 events_.lose();
                 break;
             case 1:
-                events_.tell("change", path);
+                events_.report("change", path);
                 [[fallthrough]];
             default:
-                events_.tell(adds ? "add" : "remove", path);
+                events_.report(adds ? "add" : "remove", path);
             }
             if (random() % 100 == 0)
                 turnEventLoopFor(static_cast<int>(random() % 150));

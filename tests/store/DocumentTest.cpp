@@ -77,7 +77,7 @@ TEST_F(DocumentTest, RelaysWhatItsStoreTells)
     // An entry that is read anew speaks for itself, which is not heard.
     store.updateObject(*store.registryRoot());
     EXPECT_EQ(told(), QStringList());
-    service_.tellOfChange();
+    service_.reportChange();
     EXPECT_EQ(told(), list({"title", "out of date"}));
     EXPECT_FALSE(document.isDocumentEdited());
 
@@ -92,7 +92,7 @@ TEST_F(DocumentTest, RelaysWhatItsStoreTells)
         EXPECT_TRUE(document.isDocumentEdited());
         return told();
     };
-    EXPECT_EQ(toldSinceSaved([&] { service_.tellOfChange(); }),
+    EXPECT_EQ(toldSinceSaved([&] { service_.reportChange(); }),
               list({"title", "title", "out of date"}));
     EXPECT_EQ(toldSinceSaved([&] { store.update(); }), list({"title", "title", "changed"}));
     store.setAutoupdate(true);

@@ -17,7 +17,7 @@ TEST_F(LiveReadingTest, NothingIsReadBetweenSleepAndWake)
     service_.tellPower(CanSystemSleep, 1);
     service_.tellPower(0xe0000340, 2); // of no concern
     EXPECT_EQ(service_.allowedPowerChanges(), std::vector<quintptr>{1});
-    service_.tellOfChange(); // its timer is pending when sleep begins
+    service_.reportChange(); // its timer is pending when sleep begins
     service_.tellPower(SystemWillSleep, 3);
     EXPECT_EQ(service_.allowedPowerChanges(), (std::vector<quintptr>{1, 3}));
     service_.publish(addDevice("a"));
@@ -32,7 +32,7 @@ TEST_F(LiveReadingTest, NothingIsReadBetweenSleepAndWake)
 
     store_->setAutoupdate(false);
     service_.tellPower(SystemWillSleep, 4);
-    service_.tellOfChange();
+    service_.reportChange();
     EXPECT_EQ(posted(), Names{outOfDate});
     service_.tellPower(SystemHasPoweredOn, 0);
     EXPECT_EQ(posted(), Names{outOfDate});
@@ -74,7 +74,7 @@ TEST_F(LiveReadingTest, PollsAtItsInterval)
 TEST_F(LiveReadingTest, HoldsBackOutsideTheDefaultMode)
 {
     store_->setAutoupdate(true);
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.setIsInDefaultMode(false);
     service_.terminate(tree_["bus"]);
     service_.tellPower(CanSystemSleep, 1);
@@ -89,10 +89,10 @@ TEST_F(LiveReadingTest, ChangeDuringAReadingLeadsToAnotherUpdate)
 {
     service_.setHoldsPreparations(true);
     store_->setAutoupdate(true);
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.advance(0.25);
     ASSERT_EQ(service_.heldPreparations(), 1U);
-    service_.tellOfChange();
+    service_.reportChange();
     EXPECT_EQ(posted(), nothing);
     service_.finishPreparations();
     EXPECT_EQ(posted(), Names{changed});
@@ -103,9 +103,9 @@ TEST_F(LiveReadingTest, ChangeDuringAReadingLeadsToAnotherUpdate)
     EXPECT_EQ(service_.heldPreparations(), 0U);
 
     // A reading so long that the next is asked for before it ends.
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.advance(0.25);
-    service_.tellOfChange();
+    service_.reportChange();
     loop_.advance(0.25);
     ASSERT_EQ(service_.heldPreparations(), 2U);
     service_.finishPreparations();
@@ -115,7 +115,7 @@ TEST_F(LiveReadingTest, ChangeDuringAReadingLeadsToAnotherUpdate)
     store_->setAutoupdate(false);
     store_->setPolledUpdate(true);
     loop_.advance(30);
-    service_.tellOfChange();
+    service_.reportChange();
     EXPECT_EQ(posted(), Names{outOfDate});
     service_.finishPreparations();
     EXPECT_EQ(posted(), (Names{changed, outOfDate}));
