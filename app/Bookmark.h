@@ -3,7 +3,7 @@
 #include <QJsonObject>
 #include <memory>
 
-// A named registry path. What else its dictionary holds is kept.
+// A named registry path. Unknown keys of its dictionary are preserved.
 struct Bookmark
 {
     static QString nameKey() { return QStringLiteral("Bookmark Name"); }
@@ -19,7 +19,7 @@ struct Bookmark
     QJsonObject record;
 };
 
-// Bookmarks of the same name and path are still different ones.
+// Shared pointers, because bookmarks with the same name and path are still different ones.
 using BookmarkRef = std::shared_ptr<Bookmark>;
 
 // Negative, 0 or positive.

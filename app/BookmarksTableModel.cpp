@@ -43,7 +43,7 @@ void BookmarksTableModel::changeRows(std::vector<BookmarkRef> &bookmarks,
     }
     bookmarks = target;
     changePersistentIndexList(before, after);
-    Q_EMIT layoutChanged(); // dataChanged() would put the stored text into an open editor
+    Q_EMIT layoutChanged(); // dataChanged() would reset the text of an open editor
 }
 
 void BookmarksTableModel::removeRowsMissingIn(std::vector<BookmarkRef> &bookmarks,

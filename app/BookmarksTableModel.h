@@ -7,16 +7,16 @@
 
 class TavBookmarksController;
 
-// The bookmarks as the rows of a table: name and path.
+// A table model of the bookmarks: name and path.
 class BookmarksTableModel : public QAbstractTableModel
 {
     Q_OBJECT
 public:
     explicit BookmarksTableModel(TavBookmarksController &controller);
 
-    void reloadData(); // after any change of the bookmarks
-    // Makes the bookmarks, which are the controller's, the given ones. Selection and edit stay with
-    // those that stay.
+    void reloadData(); // call after any change of the bookmarks
+    // Replaces the controller's bookmarks by the given ones. Selection and edit follow those that
+    // remain.
     void changeRows(std::vector<BookmarkRef> &bookmarks, const std::vector<BookmarkRef> &target);
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -35,5 +35,5 @@ private:
                              const std::vector<BookmarkRef> &target);
 
     TavBookmarksController &controller_;
-    int rows_ = 0; // as the views know them
+    int rows_ = 0; // as last reported to the views
 };

@@ -15,11 +15,11 @@ CaptureCommand::ExitCode fail(CaptureCommand::ExitCode code, const QString &mess
     return code;
 }
 
-// The reason when it failed, else null.
+// The reason of a failure, else null.
 QString writeToStandardOutput(const TavDataStore &store)
 {
     if (isatty(STDOUT_FILENO))
-        return CaptureCommand::tr("Standard output is a terminal; a snapshot is no text.");
+        return CaptureCommand::tr("Standard output is a terminal; a snapshot is not text.");
     QFile output;
     if (!output.open(stdout, QIODevice::WriteOnly))
         return output.errorString();

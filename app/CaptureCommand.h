@@ -12,8 +12,7 @@ class CaptureCommand
 public:
     enum ExitCode { Done, NoRegistry, NotWritten, Incomplete };
 
-    // Incomplete: written, but some devices did not answer. What went wrong is said on standard
-    // error. A file that is there is replaced as a whole or
-    // left as it was.
+    // Incomplete: written, but some devices did not answer. Errors go to standard error. An
+    // existing file is replaced completely or left as it was.
     static ExitCode run(const CommandLine &line);
 };

@@ -65,9 +65,9 @@ private:
     const QCommandLineOption sysfs_{QStringLiteral("sysfs"),
                                     tr("Read the registry from this sysfs tree."), tr("DIR"),
                                     QStringLiteral("/sys")};
-    const QCommandLineOption theme_{
-        QStringLiteral("theme"), tr("Look: light, dark or system, whatever the preferences say."),
-        tr("NAME")};
+    const QCommandLineOption theme_{QStringLiteral("theme"),
+                                    tr("Theme: light, dark or system; overrides the preferences."),
+                                    tr("NAME")};
     const QCommandLineOption plane_{QStringLiteral("plane"), tr("Show this plane first."),
                                     tr("NAME")};
     const QCommandLineOption select_{
@@ -120,13 +120,13 @@ CommandLine Parser::parse(const QStringList &arguments)
     return line;
 }
 
-// Whatever else is asked for is not for the running copy to do.
+// Only a plain request for files can go to the running copy.
 bool Parser::isForRunningCopy() const
 {
     return parser_.optionNames().isEmpty() && !parser_.positionalArguments().isEmpty();
 }
 
-// Null when there is none.
+// Null: no error.
 QString Parser::objectionToCapture() const
 {
     for (const QCommandLineOption *option :

@@ -8,7 +8,7 @@
 #include <QTextTable>
 
 namespace {
-constexpr int textWidth = 680; // of the window as it opens, without its margins
+constexpr int textWidth = 680; // pixels, of the window at first, without its margins
 
 void padTables(QTextDocument &document)
 {
@@ -73,7 +73,7 @@ void GuideView::showMatch(const QTextCursor &match)
         verticalScrollBar()->setValue(verticalScrollBar()->value() + place - height / 3);
 }
 
-// Pictures of windows are wider than the text.
+// Scales pictures down, because those of windows are wider than the text.
 QVariant GuideView::loadResource(int type, const QUrl &name)
 {
     const QVariant resource = QTextBrowser::loadResource(type, name);

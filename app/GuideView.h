@@ -4,7 +4,7 @@
 #include <QTextBrowser>
 #include <vector>
 
-// The text of the guide, which is part of the program.
+// Shows the guide's text, which is part of the program.
 class GuideView : public QTextBrowser
 {
     Q_OBJECT
@@ -17,10 +17,10 @@ public:
 
     explicit GuideView(QWidget *parent = nullptr);
 
-    std::vector<Section> sections() const; // from the top, without the title of the whole
+    std::vector<Section> sections() const; // in order, without the main title
     void goToSection(const Section &section);
-    QList<QTextCursor> matches(const QString &text) const; // from the top, whatever the case
-    void showMatch(const QTextCursor &match);              // selected, with some lines around it
+    QList<QTextCursor> matches(const QString &text) const; // in order, ignoring case
+    void showMatch(const QTextCursor &match);              // selects it, with some lines around it
 
 protected:
     QVariant loadResource(int type, const QUrl &name) override;

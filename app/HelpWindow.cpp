@@ -123,7 +123,7 @@ void HelpWindow::setUpKeys()
 void HelpWindow::search()
 {
     matches_ = guide_->matches(searchField_->text());
-    // As the text grows, a match that still is one stays selected.
+    // While typing, a match that still matches stays selected.
     const int from = guide_->textCursor().selectionStart();
     const auto next = std::find_if(matches_.cbegin(), matches_.cend(), [from](const auto &match) {
         return match.selectionStart() >= from;

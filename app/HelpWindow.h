@@ -8,7 +8,7 @@ class QLineEdit;
 class QListWidget;
 class QToolButton;
 
-// Shows the guide beside a table of its contents, with a field to search it.
+// Shows the guide beside its table of contents, with a search field.
 class HelpWindow : public QWidget
 {
     Q_OBJECT
@@ -31,6 +31,6 @@ private:
     QListWidget *contents_;
     GuideView *guide_;
     std::vector<QToolButton *> stepButtons_;
-    QList<QTextCursor> matches_; // of what the field says
-    qsizetype match_ = 0;        // the one that is selected
+    QList<QTextCursor> matches_; // of the search text
+    qsizetype match_ = 0;        // the selected one
 };

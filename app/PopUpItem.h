@@ -2,11 +2,11 @@
 
 class QComboBox;
 
-// Pop-ups whose items after a marker are generated.
+// Pop-ups with generated items after a marker.
 namespace PopUpItem {
 inline constexpr int markerTag = -1;
 
-// A separator, after the items there are.
+// Appends the marker, a separator.
 void addMarker(QComboBox &popUp);
 void removeItemsAfterMarker(QComboBox &popUp);
 } // namespace PopUpItem

@@ -2,21 +2,21 @@
 
 #include "platform/runloop/NotificationCenter.h"
 
-#include <QMessageBox>
 #include <QPointer>
 
+class QMessageBox;
 class QWidget;
 
-// Tells the user once what is wrong with the files of the preferences, now and when it happens.
+// Warns the user about problems with the preferences files, at the start and when they occur.
 class PreferencesWarning
 {
 public:
     explicit PreferencesWarning(QWidget &parent);
 
-    QMessageBox *box() const { return box_; } // null while there is nothing to tell
+    ~PreferencesWarning();
 
 private:
-    void tell(const QString &problem);
+    void show(const QString &problem);
 
     QWidget &parent_;
     QPointer<QMessageBox> box_;

@@ -23,7 +23,7 @@ constexpr auto clientPatience = 5s;
 constexpr auto probePatience = 200ms;
 const char *const tokenVariable = "XDG_ACTIVATION_TOKEN";
 
-// In a folder that all users share, anybody may have made the socket.
+// In a shared folder, another user may have created the socket.
 bool belongsToUser(const QLocalSocket &socket)
 {
     ucred peer{};
@@ -33,7 +33,7 @@ bool belongsToUser(const QLocalSocket &socket)
            peer.uid == getuid();
 }
 
-// Null when none comes in time.
+// Null on a timeout.
 QByteArray readLine(QLocalSocket &socket, const QDeadlineTimer &deadline)
 {
     while (!socket.canReadLine()) {
@@ -50,7 +50,7 @@ QByteArray messageFor(const QStringList &files)
     return QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
 }
 
-// Empty unless all of them are absolute paths.
+// Empty unless all are absolute paths.
 QStringList filesIn(const QJsonObject &message)
 {
     QStringList files;
@@ -62,7 +62,7 @@ QStringList filesIn(const QJsonObject &message)
     return files;
 }
 
-// A socket that nobody listens at is left over from a copy that crashed.
+// A socket without a listener is left over from a crashed copy.
 bool isListenedTo(const QString &socket)
 {
     QLocalSocket probe;
@@ -97,7 +97,7 @@ bool RunningInstance::handOver(const QStringList &files, const QString &socket,
     if (!server.waitForConnected(static_cast<int>(deadline.remainingTime())) ||
         !belongsToUser(server))
         return false;
-    // A copy that hangs does not greet, and must not open the files when it goes on.
+    // A copy that hangs sends no greeting, and must not open the files later.
     if (readLine(server, deadline) != greeting)
         return false;
     server.write(message);
@@ -112,7 +112,7 @@ RunningInstance::RunningInstance()
 
 bool RunningInstance::listen(const QString &socket)
 {
-    QLockFile lock(socket + QStringLiteral(".lock")); // two copies may start at once
+    QLockFile lock(socket + QStringLiteral(".lock")); // two copies may start together
     if (!lock.tryLock(probePatience) || isListenedTo(socket))
         return false;
     QLocalServer::removeServer(socket);
@@ -139,7 +139,7 @@ void RunningInstance::receive(QLocalSocket &client)
     }
     const QJsonObject message = QJsonDocument::fromJson(client.readLine()).object();
     const QStringList files = filesIn(message);
-    client.disconnect(this); // one message each
+    client.disconnect(this); // one message for each client
     if (files.isEmpty()) {
         client.abort();
         return;
@@ -147,6 +147,6 @@ void RunningInstance::receive(QLocalSocket &client)
     client.write(taken);
     client.disconnectFromServer();
     if (const QString token = message[tokenKey].toString(); !token.isEmpty())
-        qputenv(tokenVariable, token.toUtf8()); // for the window to be raised
+        qputenv(tokenVariable, token.toUtf8()); // lets the window be raised
     Q_EMIT filesReceived(files);
 }

@@ -7,22 +7,22 @@
 
 class QLocalSocket;
 
-// The copy of the program that later ones on the same user's display hand files over to. It greets
-// a client, reads one line and answers it; anything else ends the connection.
+// The running copy of the program, to which later ones on the same user's display pass files. It
+// greets each client, reads one line and answers it; anything else closes the connection.
 class RunningInstance : public QObject
 {
     Q_OBJECT
 public:
     static constexpr qint64 maxMessageSize = 256 * 1024;
 
-    // Whether the running copy has taken the files, which have absolute paths. Waits for it no
-    // longer than that, and needs no event loop.
+    // Whether the running copy took the files, which have absolute paths. Waits no longer than
+    // given, and needs no event loop.
     static bool handOver(const QStringList &files, const QString &socket = socketPath(),
                          std::chrono::milliseconds patience = std::chrono::seconds(2));
     static QString socketPath(); // of this user and display
 
     RunningInstance();
-    // False if another copy listens there already.
+    // False if another copy already listens there.
     bool listen(const QString &socket = socketPath());
 
 Q_SIGNALS:

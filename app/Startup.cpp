@@ -2,9 +2,7 @@
 
 #include "platform/desktop/AlertBox.h"
 #include "platform/desktop/FileRevealer.h"
-#include "platform/host/Alert.h"
-#include "platform/host/FileManager.h"
-#include "platform/host/SystemBeep.h"
+#include "platform/host/DesktopServices.h"
 #include "platform/preferences/PreferencesStore.h"
 
 #include <QApplication>
@@ -12,7 +10,7 @@
 #include <QTranslator>
 
 namespace {
-// English first: it has the texts that have no English of their own in the code.
+// English comes first: it holds the texts that the code names by keys.
 void installTranslations()
 {
     const auto install = [](auto... arguments) {
@@ -30,13 +28,14 @@ void installTranslations()
 
 void Startup::setUpApplication()
 {
-    // No display name: the system would add it to the windows' titles.
+    // No display name: Qt would add it to the window titles.
     QApplication::setApplicationName(QStringLiteral("Vandrel"));
     QApplication::setApplicationVersion(QStringLiteral(VANDREL_VERSION));
     QApplication::setDesktopFileName(PreferencesStore::applicationIdentifier());
     installTranslations();
     QApplication::setWindowIcon(QIcon::fromTheme(PreferencesStore::applicationIdentifier()));
-    SystemBeep::setSounder([] { QApplication::beep(); });
-    AlertPanel::setPresenter(AlertBox::present);
-    FileManager::setRevealer([](const QString &file) { FileRevealer::reveal(file); });
+    DesktopServices &services = DesktopServices::instance();
+    services.beep = QApplication::beep;
+    services.presentAlert = AlertBox::present;
+    services.revealFile = [](const QString &file) { FileRevealer::reveal(file); };
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// What is set up once, before the first document opens.
+// Sets up the application before the first document opens.
 namespace Startup {
-void setUpApplication(); // the theme is applied
+void setUpApplication(); // call after applying the theme
 } // namespace Startup

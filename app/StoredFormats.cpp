@@ -11,7 +11,7 @@
 namespace {
 QString storedDefault()
 {
-    return PreferencesStore::standard().string(TavPropertyOutlineItem::defaultFormatKey());
+    return PreferencesStore::standard().string(PreferenceKeys::defaultFormat);
 }
 } // namespace
 

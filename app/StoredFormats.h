@@ -6,7 +6,7 @@
 
 class TavDocumentController;
 
-// Shows values in the formats that another running copy of the program has stored.
+// Redraws values when another running copy of the program stored other formats.
 class StoredFormats
 {
 public:
@@ -17,7 +17,7 @@ private:
     void refresh();
 
     TavDocumentController &documents_;
-    QString default_; // as it was last shown
+    QString default_; // as last shown
     NotificationCenter::Observation formatsObservation_;
     NotificationCenter::Observation defaultObservation_;
 };

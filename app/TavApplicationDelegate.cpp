@@ -8,10 +8,12 @@
 #include "display/views/TavFormatController.h"
 #include "explorer/window/TavWindowController.h"
 #include "model/linux/LinuxRegistryService.h"
+#include "platform/desktop/AlertBox.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/RecentDocumentsMenu.h"
 #include "platform/desktop/WindowSizeAutosave.h"
 #include "platform/desktop/WindowsMenu.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/runloop/RunLoop.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
@@ -20,7 +22,6 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QMenu>
-#include <QMessageBox>
 #include <QTimer>
 
 namespace {
@@ -73,10 +74,10 @@ TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> 
 TavApplicationDelegate::~TavApplicationDelegate()
 {
     documents_.setBookmarksCheck({});
-    documents_.closeAllDocuments(); // their windows use what goes first
+    documents_.closeAllDocuments(); // their windows use members destroyed below
 }
 
-// Every property tree read from now on can be shown.
+// From here on property trees are built of nodes that can be shown.
 void TavApplicationDelegate::applicationWillFinishLaunching()
 {
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
@@ -87,33 +88,36 @@ void TavApplicationDelegate::applicationDidFinishLaunching()
     bookmarksController_.rebuildBookmarksMenus();
 }
 
-bool TavApplicationDelegate::start(const CommandLine &line, QString *error)
+StartResult TavApplicationDelegate::start(const CommandLine &line)
 {
+    using Status = StartResult::Status;
     applicationWillFinishLaunching();
     applicationDidFinishLaunching();
     const QList<DocumentCommands::Failure> failures = documentCommands_.open(line.files, false);
     const bool isUnattended = !line.screenshotFile.isNull();
-    *error = failures.isEmpty() ? QString() : textOf(failures.first());
     if (isUnattended && !failures.isEmpty())
-        return false;
-    // Without a document there is nothing to stay for.
+        return {Status::Failed, textOf(failures.first())};
+    // Without a document the program quits.
     if (documents_.documents().empty() && !documents_.newDocument(false)) {
         if (isUnattended)
-            *error = tr("Reading the device registry was cancelled.");
-        return false;
+            return {Status::Failed, tr("Reading the device registry was cancelled.")};
+        if (!failures.isEmpty())
+            return {Status::Failed, textOf(failures.first())};
+        return {Status::Cancelled};
     }
-    if (!goWhereAsked(line, error))
-        return false;
+    if (const QString missing = missingPlace(line); !missing.isNull())
+        return {Status::Failed, missing};
+    goToPlace(line);
     if (isUnattended)
         takePicture(line.screenshotFile);
     for (const auto &document : documents_.documents())
         document->showWindows();
     if (!isUnattended) {
         QMainWindow *const window = mainWindowController()->window();
-        documentCommands_.tell(failures, window);
+        documentCommands_.showFailures(failures, window);
         warning_ = std::make_unique<PreferencesWarning>(*window);
     }
-    return true;
+    return {Status::Running};
 }
 
 void TavApplicationDelegate::openFilesOfOtherCopy(const QStringList &files)
@@ -133,33 +137,34 @@ TavWindowController *TavApplicationDelegate::mainWindowController() const
     return static_cast<TavWindowController *>(documentWindows_.mainWindowController());
 }
 
-bool TavApplicationDelegate::goWhereAsked(const CommandLine &line, QString *error)
+QString TavApplicationDelegate::missingPlace(const CommandLine &line) const
+{
+    const TavDataStore &store = *mainWindowController()->dataStore();
+    const QStringList &planes = store.registryPlanes();
+    if (!line.plane.isNull() && !planes.contains(line.plane))
+        return tr("There is no plane %1. Planes are: %2")
+            .arg(line.plane, planes.join(QLatin1String(", ")));
+    if (!line.selectedPath.isNull() &&
+        store.entriesMatchingRegistryPath(line.selectedPath).entries.isEmpty())
+        return tr("There is no entry at %1").arg(line.selectedPath);
+    return {};
+}
+
+void TavApplicationDelegate::goToPlace(const CommandLine &line)
 {
     TavWindowController &window = *mainWindowController();
     TavDataStore &store = *window.dataStore();
-    const QStringList &planes = store.registryPlanes();
-    if (!line.plane.isNull() && !planes.contains(line.plane)) {
-        *error = tr("There is no plane %1. Planes are: %2")
-                     .arg(line.plane, planes.join(QLatin1String(", ")));
-        return false;
-    }
-    if (!line.selectedPath.isNull() &&
-        store.entriesMatchingRegistryPath(line.selectedPath).entries.isEmpty()) {
-        *error = tr("There is no entry at %1").arg(line.selectedPath);
-        return false;
-    }
     const auto go = [&window, &store, plane = line.plane, path = line.selectedPath] {
         if (TavRegistryEntry *root = store.registryRoot(); root && !plane.isNull())
             window.goToEntryPath(root->entryPathInPlane(plane, 0), true, false);
         if (!path.isNull())
             window.goToRegistryPath(path);
     };
-    // The window is about to go to the default bookmark by itself.
+    // Deferred: the window goes to the default bookmark first.
     if (bookmarksController_.defaultBookmarkPath().isNull())
         go();
     else
         QTimer::singleShot(0, &window, go);
-    return true;
 }
 
 void TavApplicationDelegate::takePicture(const QString &file)
@@ -172,8 +177,8 @@ void TavApplicationDelegate::takePicture(const QString &file)
 void TavApplicationDelegate::connectCommands(TavDocument &document, TavWindowController &controller)
 {
     QMainWindow &window = *controller.window();
-    new WindowSizeAutosave(window, QStringLiteral("TavExplorerWindowSize"));
-    // Later: the window that the command comes from may go by it.
+    new WindowSizeAutosave(window, PreferenceKeys::explorerWindowSize.toString());
+    // Deferred: the command may close its own window.
     const auto command = [&](const char *name, auto action) {
         connect(InterfaceLoader::outlet<QAction>(window, name), &QAction::triggered, this,
                 [this, action] { RunLoop::performLater(*this, action); });
@@ -223,13 +228,11 @@ void TavApplicationDelegate::showAbout() const
 {
     if (!mainWindowController())
         return;
-    auto *const about = new QMessageBox(mainWindowController()->window());
-    about->setWindowTitle(tr("About Vandrel"));
-    about->setIconPixmap(QGuiApplication::windowIcon().pixmap(64, 64));
-    about->setText(QStringLiteral("<b>Vandrel %1</b>").arg(QLatin1String(VANDREL_VERSION)));
-    about->setInformativeText(
-        tr("Shows the devices and drivers that the Linux kernel knows of, and how they hang "
-           "together. It only reads and never changes anything."));
-    about->setAttribute(Qt::WA_DeleteOnClose);
-    about->open();
+    AlertBox::show(
+        {.title = tr("About Vandrel"),
+         .message = QStringLiteral("<b>Vandrel %1</b>").arg(QLatin1String(VANDREL_VERSION)),
+         .details = tr("Shows the devices and drivers that the Linux kernel knows of, and how they "
+                       "hang together. It only reads and never changes anything."),
+         .window = mainWindowController()->window(),
+         .kind = Alert::Kind::About});
 }

@@ -13,8 +13,18 @@ class PreferencesWarning;
 class QMainWindow;
 class WindowPicture;
 
-// Starts the program: the steps before the first document, then the documents that the command line
-// asks for, and the commands that are not a single window's.
+struct StartResult
+{
+    enum class Status : quint8 { Running, Cancelled, Failed };
+
+    Status status;
+    QString message = {}; // for the user; null unless Failed
+
+    bool isRunning() const { return status == Status::Running; }
+};
+
+// Starts the program: the steps before the first document, the documents of the command line, and
+// the commands that are not for a single window.
 class TavApplicationDelegate : public QObject
 {
     Q_OBJECT
@@ -28,11 +38,11 @@ public:
 
     void applicationWillFinishLaunching();
     void applicationDidFinishLaunching();
-    // Shows what is asked for, within the event loop or before it. False, with a message for the
-    // user, when the plane or entry asked for is not there, or a picture of a file cannot be made;
-    // with none when the user has cancelled the reading of the registry.
-    bool start(const CommandLine &line, QString *error);
-    // Comes to the front with them.
+    // Shows what the command line asks for, before or within the event loop. Fails when the plane,
+    // the entry, or a file for a picture is missing; Cancelled: the user cancelled reading the
+    // registry.
+    StartResult start(const CommandLine &line);
+    // Opens the files and activates their window.
     void openFilesOfOtherCopy(const QStringList &files);
 
     TavDocumentController &documents() { return documents_; }
@@ -46,12 +56,13 @@ Q_SIGNALS:
     void pictureFailed(const QString &message);
 
 private:
-    bool goWhereAsked(const CommandLine &line, QString *error);
+    QString missingPlace(const CommandLine &line) const; // a message; null: nothing is missing
+    void goToPlace(const CommandLine &line);
     void takePicture(const QString &file);
     void connectCommands(TavDocument &document, TavWindowController &controller);
     void showAbout() const;
 
-    // Each uses those before it.
+    // Each uses those above it.
     std::unique_ptr<RegistryService> service_;
     TavDefaultsController defaultsController_;
     TavDocumentController documents_;

@@ -15,10 +15,7 @@
 #include <QMimeData>
 
 namespace {
-constexpr double smallSize = 0.9; // of the general font
-const QString bookmarksKey = QStringLiteral("Bookmarks");
-const QString defaultIndexKey = QStringLiteral("DefaultBookmarkIndex");
-
+constexpr double smallSize = 0.9; // relative to the general font
 TavBookmarksController *bookmarksInstance = nullptr;
 
 bool isBefore(const BookmarkRef &a, const BookmarkRef &b)
@@ -26,7 +23,7 @@ bool isBefore(const BookmarkRef &a, const BookmarkRef &b)
     return compareAsBookmarks(*a, *b) < 0;
 }
 
-// Removes the first bookmark that matches; null without one.
+// Removes and returns the first match; null without one.
 BookmarkRef take(std::vector<BookmarkRef> &bookmarks, const auto &matches)
 {
     const auto found =
@@ -44,11 +41,6 @@ bool isMarker(const QAction &item)
     return item.property("tag").toInt() == PopUpItem::markerTag;
 }
 } // namespace
-
-QJsonObject TavBookmarksController::defaultsToRegister()
-{
-    return {{defaultIndexKey, -1}};
-}
 
 TavBookmarksController::TavBookmarksController(Surroundings surroundings)
     : surroundings_(std::move(surroundings))
@@ -90,7 +82,7 @@ void TavBookmarksController::readBookmarksIfNeeded()
     adoptStoredBookmarks();
 }
 
-// Before a change, so that it adds to what another copy has just saved.
+// Call this before a change, to merge what another copy has saved.
 void TavBookmarksController::refreshBookmarks()
 {
     PreferencesStore::standard().refresh();
@@ -98,13 +90,13 @@ void TavBookmarksController::refreshBookmarks()
     adoptStoredBookmarks();
 }
 
-// False if they are the known ones.
+// False if they have not changed.
 bool TavBookmarksController::adoptStoredBookmarks()
 {
     if (isAsStored())
         return false;
     std::vector<BookmarkRef> stored = storedBookmarks();
-    const qint64 index = PreferencesStore::standard().integer(defaultIndexKey);
+    const qint64 index = PreferencesStore::standard().integer(PreferenceKeys::defaultBookmark);
     const bool hasDefault = index >= 0 && index < static_cast<qint64>(stored.size());
     defaultBookmark_ = hasDefault ? stored[static_cast<std::size_t>(index)] : nullptr;
     const bool isInOrder = std::is_sorted(stored.begin(), stored.end(), isBefore);
@@ -113,7 +105,7 @@ bool TavBookmarksController::adoptStoredBookmarks()
         tableModel_->changeRows(*bookmarks_, stored);
     else
         *bookmarks_ = std::move(stored);
-    if (!isInOrder) { // else the default's index would be taken for that in the old order
+    if (!isInOrder) { // else the default's index would refer to the old order
         sortBookmarks();
         saveBookmarks();
     }
@@ -123,17 +115,17 @@ bool TavBookmarksController::adoptStoredBookmarks()
 bool TavBookmarksController::isAsStored() const
 {
     const PreferencesStore &preferences = PreferencesStore::standard();
-    return preferences.list(bookmarksKey) == records() &&
-           preferences.integer(defaultIndexKey) == rowOf(defaultBookmark_);
+    return preferences.list(PreferenceKeys::bookmarks) == records() &&
+           preferences.integer(PreferenceKeys::defaultBookmark) == rowOf(defaultBookmark_);
 }
 
-// A bookmark that is known stays the object it is, renamed or moved by another copy or not, for
-// rows, menus and an edit refer to it.
+// A known bookmark keeps its object even when another copy renamed or moved it, because rows, menus
+// and an edit refer to it.
 std::vector<BookmarkRef> TavBookmarksController::storedBookmarks() const
 {
     std::vector<BookmarkRef> known = *bookmarks_;
     std::vector<Bookmark> records;
-    for (const auto &value : PreferencesStore::standard().list(bookmarksKey)) {
+    for (const auto &value : PreferencesStore::standard().list(PreferenceKeys::bookmarks)) {
         if (value.isObject())
             records.push_back({value.toObject()});
     }
@@ -160,12 +152,13 @@ void TavBookmarksController::sortBookmarks()
 {
     std::stable_sort(bookmarks_->begin(), bookmarks_->end(), isBefore);
     if (defaultBookmark_)
-        PreferencesStore::standard().setValue(defaultIndexKey, rowOf(defaultBookmark_));
+        PreferencesStore::standard().setValue(PreferenceKeys::defaultBookmark,
+                                              rowOf(defaultBookmark_));
 }
 
 void TavBookmarksController::saveBookmarks() const
 {
-    PreferencesStore::standard().setValue(bookmarksKey, records());
+    PreferencesStore::standard().setValue(PreferenceKeys::bookmarks, records());
 }
 
 QJsonArray TavBookmarksController::records() const
@@ -212,7 +205,7 @@ void TavBookmarksController::setDefaultBookmark(const BookmarkRef &bookmark, boo
         if (equal != bookmarks_->end())
             index = static_cast<int>(equal - bookmarks_->begin());
     }
-    PreferencesStore::standard().setValue(defaultIndexKey, index);
+    PreferencesStore::standard().setValue(PreferenceKeys::defaultBookmark, index);
     reloadTable();
     if (updateMenu)
         rebuildBookmarksMenus();
@@ -223,7 +216,7 @@ void TavBookmarksController::addBookmarksMenu(QMenu &menu, TavWindowController &
     bookmarksMenus_.push_back({&menu, &window});
     for (QAction *item : menu.actions()) {
         if (isMarker(*item))
-            item->setSeparator(true); // which an interface file cannot say
+            item->setSeparator(true); // which an interface file cannot set
         else if (item->objectName() == QLatin1String("toggleBookmarksPanelAction"))
             connect(&menu, &QMenu::aboutToShow, this, [this, item] { validateMenuItem(*item); });
     }
@@ -306,7 +299,7 @@ void TavBookmarksController::setObjectValue(const QString &value, const QString 
     lastEditedBookmark_->record.insert(identifier, value);
     if (identifier == Bookmark::nameKey()) {
         sortBookmarks();
-        // Later, for the table is still ending the edit.
+        // Deferred: the table is still ending the edit.
         QMetaObject::invokeMethod(
             this, [this] { reloadBookmarksAfterEdit(); }, Qt::QueuedConnection);
     }

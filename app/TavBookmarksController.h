@@ -21,27 +21,26 @@ class QPushButton;
 class QTableView;
 class TavWindowController;
 
-// The bookmarks: kept in the preferences, listed in menus, edited in a panel. One of them may be
-// the default, which new windows go to. Every change is saved at once, and what another running
-// copy of the program has saved is followed.
+// The bookmarks: stored in the preferences, listed in menus, edited in a panel. One may be the
+// default, which new windows go to. Every change is saved immediately, and changes saved by another
+// running copy are merged.
 class TavBookmarksController : public QObject, public ExplorerBookmarks
 {
     Q_OBJECT
 public:
-    // What the controller asks of the rest of the program.
+    // What the controller needs from the rest of the program.
     struct Surroundings
     {
-        std::function<TavWindowController *()> mainWindow; // null without one
+        std::function<TavWindowController *()> mainWindow; // null: none
         std::function<bool()> hasDocuments;
         std::function<QComboBox *()> defaultBookmarkPopUp; // null until loaded
     };
 
     static QString pasteboardType() { return QStringLiteral("Vandrel Bookmark"); }
-    static QJsonObject defaultsToRegister();
 
     explicit TavBookmarksController(Surroundings surroundings);
     ~TavBookmarksController() override;
-    // The one that exists.
+    // The existing instance.
     static TavBookmarksController &sharedInstance();
 
     const std::vector<BookmarkRef> &bookmarks();
@@ -51,13 +50,13 @@ public:
     QString defaultBookmarkPath() override;
     void addBookmarkNamed(const QString &name, const QString &path, bool setAsDefault) override;
     void setDefaultBookmark(const BookmarkRef &bookmark, bool updateMenu); // null: none
-    // A window's menu. Its items go to the bookmarks in that window.
+    // Adds a window's menu, whose items go to the bookmarks in that window.
     void addBookmarksMenu(QMenu &menu, TavWindowController &window);
     void rebuildBookmarksMenus();
     void validateMenuItem(QAction &toggleItem) const;
 
     void toggleBookmarksPanel();
-    QDialog *bookmarksPanel() const { return bookmarksPanel_.get(); } // null until shown
+    QDialog *bookmarksPanel() const { return bookmarksPanel_.get(); } // null until first shown
     void newBookmarkFromBookmarksPanel();
     void deleteBookmark();
     void goToSelectedBookmark();
@@ -65,14 +64,15 @@ public:
     void clearDefaultBookmarkButtonClicked();
     void defaultBookmarkPopUpChanged();
     void checkForDocuments();
-    bool keyDown(const QKeyEvent &event); // whether it did something
+    bool keyDown(const QKeyEvent &event); // whether the key was used
 
     // The table's rows.
     int numberOfRowsInTableView();
     QString objectValueForTableColumn(const QString &identifier, int row) const;
     void setObjectValue(const QString &value, const QString &identifier, int row);
     QFont willDisplayCell(int row) const;
-    QMimeData *writeRowsWithIndexes(const QModelIndexList &indexes) const; // the caller's, or null
+    QMimeData *
+    writeRowsWithIndexes(const QModelIndexList &indexes) const; // owned by the caller; may be null
     void tableViewSelectionDidChange();
     void reloadBookmarksAfterEdit();
 
@@ -90,9 +90,9 @@ private:
 
     void loadPanel();
     void reloadTable();
-    int selectedRow() const; // -1 without one
+    int selectedRow() const; // -1: none
     BookmarkRef selectedBookmark() const;
-    void selectRow(int row); // one that is not there: none
+    void selectRow(int row); // an invalid row selects none
     int rowOf(const BookmarkRef &bookmark) const;
     bool isRow(int row) const;
 
@@ -106,7 +106,7 @@ private:
     std::vector<WindowMenu> bookmarksMenus_;
     std::unique_ptr<BookmarksTableModel> tableModel_;
     std::unique_ptr<QDialog> bookmarksPanel_;
-    std::optional<std::vector<BookmarkRef>> bookmarks_; // none until first read
+    std::optional<std::vector<BookmarkRef>> bookmarks_; // empty until first read
     BookmarkRef lastEditedBookmark_;
     BookmarkRef defaultBookmark_;
     QPushButton *deleteBookmarkButton_ = nullptr;

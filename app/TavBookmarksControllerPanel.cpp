@@ -48,7 +48,7 @@ void TavBookmarksController::loadPanel()
     bookmarksTable_->setModel(tableModel_.get());
     bookmarksTable_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     bookmarksTable_->installEventFilter(this);
-    bookmarksPanel_->installEventFilter(this); // a button may have the keyboard
+    bookmarksPanel_->installEventFilter(this); // a button may have the focus
     connect(bookmarksTable_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &TavBookmarksController::tableViewSelectionDidChange);
     checkForDocuments();
@@ -88,7 +88,7 @@ void TavBookmarksController::newBookmarkFromBookmarksPanel()
     reloadTable();
     selectRow(rowOf(bookmark));
     bookmarksTable_->setFocus();
-    bookmarksTable_->edit(tableModel_->index(rowOf(bookmark), 0)); // with its text selected
+    bookmarksTable_->edit(tableModel_->index(rowOf(bookmark), 0)); // selects its text
     saveBookmarks();
     rebuildBookmarksMenus();
 }
@@ -100,16 +100,16 @@ void TavBookmarksController::deleteBookmark()
         return;
     refreshBookmarks();
     const int row = rowOf(deleted);
-    if (row < 0) // another copy was faster
+    if (row < 0) // another copy has deleted it
         return;
     if (deleted == defaultBookmark_) {
         defaultBookmark_.reset();
-        PreferencesStore::standard().setValue(QStringLiteral("DefaultBookmarkIndex"), -1);
+        PreferencesStore::standard().setValue(PreferenceKeys::defaultBookmark, -1);
     }
     bookmarks_->erase(bookmarks_->begin() + row);
-    sortBookmarks(); // they are, but the default may have another place
+    sortBookmarks(); // already sorted, but the default's index may change
     reloadTable();
-    // For the first row this asks for the one before it, and selects none.
+    // Deliberate: deleting the first row asks for row -1, which selects nothing.
     selectRow(bookmarks_->empty() ? row : row - 1);
     saveBookmarks();
     rebuildBookmarksMenus();
@@ -146,7 +146,7 @@ void TavBookmarksController::tableViewSelectionDidChange()
     setDefaultBookmarkButton_->setEnabled(isSelected);
 }
 
-// The number of the selected row stays the same.
+// The index of the selected row stays the same.
 void TavBookmarksController::reloadTable()
 {
     if (!tableModel_)
@@ -182,7 +182,7 @@ void TavBookmarksController::selectRow(int row)
 {
     const QModelIndex index = tableModel_->index(row, 0);
     if (index.isValid())
-        bookmarksTable_->setCurrentIndex(index); // and selects it
+        bookmarksTable_->setCurrentIndex(index); // also selects it
     else
         bookmarksTable_->clearSelection();
     tableViewSelectionDidChange();

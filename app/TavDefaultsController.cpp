@@ -2,8 +2,6 @@
 
 #include "app/PopUpItem.h"
 #include "app/TavBookmarksController.h"
-#include "app/ThemeController.h"
-#include "display/TavPropertyOutlineItem.h"
 #include "model/FindOptions.h"
 #include "model/RegistryHandle.h"
 #include "model/RegistryOrder.h"
@@ -24,7 +22,8 @@ namespace {
 constexpr int outlineTag = 0;
 constexpr int browserTag = 1;
 
-const QString servicePlane = QStringLiteral("DxService");
+static_assert(PreferenceKeys::findOptions.defaultValue ==
+              FindOptions(FindOption::Name | FindOption::Inheritance).toInt());
 
 TavDefaultsController *defaultsInstance = nullptr;
 } // namespace
@@ -56,22 +55,7 @@ TavDefaultsController &TavDefaultsController::sharedInstance()
 
 void TavDefaultsController::_registerDefaults()
 {
-    PreferencesStore &preferences = PreferencesStore::standard();
-    preferences.registerDefaults({
-        {QStringLiteral("SelectedPreferencesTab"), QStringLiteral("View")},
-        {QStringLiteral("DefaultView"), QStringLiteral("outline")},
-        {QStringLiteral("DefaultPlane"), servicePlane},
-        {QStringLiteral("FilteredFind"), QStringLiteral("yes")},
-        {QStringLiteral("FindOptions"),
-         FindOptions(FindOption::Name | FindOption::Inheritance).toInt()},
-        {QStringLiteral("ShowNumPaths"), QStringLiteral("no")},
-        {QStringLiteral("Autoupdate"), QStringLiteral("yes")},
-        {QStringLiteral("PolledUpdate"), QStringLiteral("no")},
-        {QStringLiteral("PolledUpdateInterval"), 30},
-        {ThemeController::preferenceKey(), QStringLiteral("system")},
-    });
-    preferences.registerDefaults(TavPropertyOutlineItem::defaultsToRegister());
-    preferences.registerDefaults(TavBookmarksController::defaultsToRegister());
+    PreferencesStore::standard().registerDefaults(PreferenceKeys::defaults());
 }
 
 void TavDefaultsController::showPreferencesPanel()
@@ -155,7 +139,7 @@ void TavDefaultsController::_syncPreferencesPanel()
 {
     const QScopedValueRollback syncing(isSyncing_, true);
     const PreferencesStore &preferences = PreferencesStore::standard();
-    const QString tab = preferences.string(QStringLiteral("SelectedPreferencesTab"));
+    const QString tab = preferences.string(PreferenceKeys::preferencesTab);
     for (int i = 0; i < preferencesTabView_->count(); ++i) {
         if (preferencesTabView_->widget(i)->objectName() == tab)
             preferencesTabView_->setCurrentIndex(i);
@@ -163,36 +147,36 @@ void TavDefaultsController::_syncPreferencesPanel()
     syncControls();
 }
 
-// All but the tab, which another copy has for itself.
+// All but the tab, which each copy of the program keeps for itself.
 void TavDefaultsController::syncControls()
 {
     const QScopedValueRollback syncing(isSyncing_, true);
     const PreferencesStore &preferences = PreferencesStore::standard();
     const bool isOutline =
-        preferences.string(QStringLiteral("DefaultView")) == QLatin1String("outline");
+        preferences.string(PreferenceKeys::defaultView) == QLatin1String("outline");
     defaultViewMatrix_->button(isOutline ? outlineTag : browserTag)->setChecked(true);
     syncPlanePopUp();
-    themePopUp_->setCurrentIndex(
-        themePopUp_->findData(preferences.string(ThemeController::preferenceKey())));
-    filteredFindCheckbox_->setChecked(preferences.flag(QStringLiteral("FilteredFind")));
+    themePopUp_->setCurrentIndex(themePopUp_->findData(preferences.string(PreferenceKeys::theme)));
+    filteredFindCheckbox_->setChecked(preferences.flag(PreferenceKeys::filteredFind));
     syncFindOptions();
-    defaultAutoupdateCheckbox_->setChecked(preferences.flag(QStringLiteral("Autoupdate")));
-    defaultPolledUpdateCheckbox_->setChecked(preferences.flag(QStringLiteral("PolledUpdate")));
+    defaultAutoupdateCheckbox_->setChecked(preferences.flag(PreferenceKeys::autoupdate));
+    defaultPolledUpdateCheckbox_->setChecked(preferences.flag(PreferenceKeys::polledUpdate));
     syncPollInterval();
 }
 
 void TavDefaultsController::syncPollInterval()
 {
     using Limits = std::numeric_limits<int>;
-    const qint64 stored =
-        PreferencesStore::standard().integer(QStringLiteral("PolledUpdateInterval"));
+    const qint64 stored = PreferencesStore::standard().integer(PreferenceKeys::pollInterval);
     const int interval = static_cast<int>(std::clamp<qint64>(stored, Limits::min(), Limits::max()));
-    if (defaultPollIntervalField_->value() != interval) // setting it drops what is being typed
+    if (defaultPollIntervalField_->value() !=
+        interval) // setting it would discard unfinished typing
         defaultPollIntervalField_->setValue(interval);
 }
 
 void TavDefaultsController::syncPlanePopUp()
 {
+    const QString servicePlane = PreferenceKeys::defaultPlane.defaultValue;
     QStringList planes = _readRegistryPlanes();
     planes.removeAll(servicePlane);
     planes.prepend(servicePlane);
@@ -210,13 +194,13 @@ void TavDefaultsController::syncPlanePopUp()
     }
     defaultPlanePopUp_->insertSeparator(1);
     defaultPlanePopUp_->setCurrentIndex(defaultPlanePopUp_->findText(
-        PreferencesStore::standard().string(QStringLiteral("DefaultPlane")),
+        PreferencesStore::standard().string(PreferenceKeys::defaultPlane),
         Qt::MatchFixedString | Qt::MatchCaseSensitive));
 }
 
 void TavDefaultsController::syncFindOptions()
 {
-    const qint64 options = PreferencesStore::standard().integer(QStringLiteral("FindOptions"));
+    const qint64 options = PreferencesStore::standard().integer(PreferenceKeys::findOptions);
     for (QAbstractButton *checkbox : findOptionsMatrix_->buttons())
         checkbox->setChecked(options & findOptionsMatrix_->id(checkbox));
 }
@@ -243,26 +227,24 @@ void TavDefaultsController::userPreferenceChanged(const QObject *sender)
         return;
     PreferencesStore &preferences = PreferencesStore::standard();
     if (sender == defaultViewMatrix_)
-        preferences.setValue(QStringLiteral("DefaultView"), defaultViewMatrix_->checkedId() != 0
-                                                                ? QStringLiteral("browser")
-                                                                : QStringLiteral("outline"));
+        preferences.setValue(PreferenceKeys::defaultView, defaultViewMatrix_->checkedId() != 0
+                                                              ? QStringLiteral("browser")
+                                                              : QStringLiteral("outline"));
     else if (sender == defaultPlanePopUp_)
-        preferences.setValue(QStringLiteral("DefaultPlane"), defaultPlanePopUp_->currentText());
+        preferences.setValue(PreferenceKeys::defaultPlane, defaultPlanePopUp_->currentText());
     else if (sender == themePopUp_)
-        preferences.setValue(ThemeController::preferenceKey(),
-                             themePopUp_->currentData().toString());
+        preferences.setValue(PreferenceKeys::theme, themePopUp_->currentData().toString());
     else if (sender == filteredFindCheckbox_)
-        preferences.setFlag(QStringLiteral("FilteredFind"), filteredFindCheckbox_->isChecked());
+        preferences.setFlag(PreferenceKeys::filteredFind, filteredFindCheckbox_->isChecked());
     else if (sender == findOptionsMatrix_)
         _saveFindOptions();
     else if (sender == defaultAutoupdateCheckbox_)
-        preferences.setFlag(QStringLiteral("Autoupdate"), defaultAutoupdateCheckbox_->isChecked());
+        preferences.setFlag(PreferenceKeys::autoupdate, defaultAutoupdateCheckbox_->isChecked());
     else if (sender == defaultPolledUpdateCheckbox_)
-        preferences.setFlag(QStringLiteral("PolledUpdate"),
+        preferences.setFlag(PreferenceKeys::polledUpdate,
                             defaultPolledUpdateCheckbox_->isChecked());
     else if (sender == defaultPollIntervalField_)
-        preferences.setValue(QStringLiteral("PolledUpdateInterval"),
-                             defaultPollIntervalField_->value());
+        preferences.setValue(PreferenceKeys::pollInterval, defaultPollIntervalField_->value());
 }
 
 void TavDefaultsController::_saveFindOptions()
@@ -272,12 +254,12 @@ void TavDefaultsController::_saveFindOptions()
         if (checkbox->isChecked())
             options |= findOptionsMatrix_->id(checkbox);
     }
-    PreferencesStore::standard().setValue(QStringLiteral("FindOptions"), options);
+    PreferencesStore::standard().setValue(PreferenceKeys::findOptions, options);
 }
 
 void TavDefaultsController::tabViewDidSelectTabViewItem(int index)
 {
     if (!isSyncing_)
-        PreferencesStore::standard().setValue(QStringLiteral("SelectedPreferencesTab"),
+        PreferencesStore::standard().setValue(PreferenceKeys::preferencesTab,
                                               preferencesTabView_->widget(index)->objectName());
 }

@@ -14,8 +14,8 @@ class QTabWidget;
 class RegistryService;
 class TavBookmarksController;
 
-// The user's settings: what they are unless stored, and the panel that changes them. A change
-// applies to documents and windows opened afterwards, but that of the theme at once.
+// The panel for the user's settings, and their defaults. The theme applies immediately; other
+// changes apply to documents and windows opened afterwards.
 class TavDefaultsController : public QObject
 {
     Q_OBJECT
@@ -23,17 +23,20 @@ public:
     // Registers the defaults. The service must outlive the controller.
     explicit TavDefaultsController(RegistryService &service);
     ~TavDefaultsController() override;
-    // The one that exists.
+    // The existing instance.
     static TavDefaultsController &sharedInstance();
 
     void _registerDefaults();
     void showPreferencesPanel();
     void _syncPreferencesPanel();
-    QStringList _readRegistryPlanes() const; // null when there is no registry
+    QStringList _readRegistryPlanes() const; // empty without a registry
     void userPreferenceChanged(const QObject *sender);
     void _saveFindOptions();
     void tabViewDidSelectTabViewItem(int index);
-    QDialog *preferencesWindow() const { return preferencesWindow_.get(); } // null until shown
+    QDialog *preferencesWindow() const
+    {
+        return preferencesWindow_.get();
+    } // null until first shown
     QComboBox *defaultBookmarkPopUp() const { return defaultBookmarkPopUp_; }
 
 Q_SIGNALS:
@@ -57,7 +60,7 @@ private:
     QComboBox *defaultBookmarkPopUp_ = nullptr;
     QComboBox *themePopUp_ = nullptr;
     QCheckBox *filteredFindCheckbox_ = nullptr;
-    QButtonGroup *findOptionsMatrix_ = nullptr; // a box's number in it is its bit
+    QButtonGroup *findOptionsMatrix_ = nullptr; // a box's id is its bit
     QCheckBox *defaultAutoupdateCheckbox_ = nullptr;
     QCheckBox *defaultPolledUpdateCheckbox_ = nullptr;
     QSpinBox *defaultPollIntervalField_ = nullptr;

@@ -3,7 +3,7 @@
 #include "platform/preferences/PreferencesStore.h"
 
 namespace {
-// The toolkit follows the same change of the desktop by itself, where it can.
+// Lets Qt follow the same change of the desktop first, where it can.
 constexpr int toolkitDelay = 100; // milliseconds
 } // namespace
 
@@ -25,7 +25,8 @@ Theme ThemeController::theme() const
 {
     if (chosen_)
         return *chosen_;
-    return themeNamed(PreferencesStore::standard().string(preferenceKey())).value_or(Theme::System);
+    return themeNamed(PreferencesStore::standard().string(PreferenceKeys::theme))
+        .value_or(Theme::System);
 }
 
 void ThemeController::apply()

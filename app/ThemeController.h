@@ -6,15 +6,13 @@
 
 #include <QTimer>
 
-// Keeps the program in the theme that the command line, or else the preferences, ask for, and in
-// step with the desktop where that is the system's.
+// Applies the theme of the command line, or else of the preferences, and follows the desktop when
+// that is the system's.
 class ThemeController : public QObject
 {
     Q_OBJECT
 public:
-    static QString preferenceKey() { return QStringLiteral("Theme"); }
-
-    // Applies the theme. The chosen one, if any, is kept whatever the preferences say.
+    // Applies the theme. A chosen one overrides the preferences.
     explicit ThemeController(std::optional<Theme> chosen,
                              const QDBusConnection &bus = QDBusConnection::sessionBus());
 

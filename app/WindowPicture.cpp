@@ -6,7 +6,7 @@
 #include <QWidget>
 
 namespace {
-// What a window puts off until it has been painted, such as the width of a column, is done by then.
+// Time for work that a window defers until its first paint, such as column widths.
 constexpr int settlingTime = 200; // milliseconds
 } // namespace
 

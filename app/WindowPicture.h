@@ -4,7 +4,7 @@
 
 class QWidget;
 
-// Saves a picture of a window soon after it is first painted, for tools and documents.
+// Saves a picture of a window shortly after its first paint, for tools and documentation.
 class WindowPicture : public QObject
 {
     Q_OBJECT

@@ -14,7 +14,7 @@
 #include <cstdlib>
 
 namespace {
-constexpr int wrongCommandLine = 64; // as is the custom; other codes tell how a capture failed
+constexpr int wrongCommandLine = 64; // conventional; other codes report how a capture failed
 
 int fail(const QString &message, int code = EXIT_FAILURE)
 {
@@ -30,7 +30,7 @@ QStringList argumentsOf(int argc, char **argv)
     return arguments;
 }
 
-// The toolkit would abort without one.
+// Qt would abort without a display.
 bool hasDisplay()
 {
     const auto names = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
@@ -42,7 +42,7 @@ bool isHandedOver(int &argc, char **argv, const CommandLine &line)
 {
     if (!line.isForRunningCopy || !hasDisplay())
         return false;
-    const QCoreApplication application(argc, argv); // for the socket
+    const QCoreApplication application(argc, argv); // needed for the socket
     QStringList files;
     for (const QString &file : line.files)
         files.append(QFileInfo(file).absoluteFilePath());
@@ -60,13 +60,13 @@ int run(QApplication &application, const CommandLine &line,
                      [] { QApplication::exit(); });
     QObject::connect(&delegate, &TavApplicationDelegate::pictureFailed, &application,
                      [](const QString &message) { QApplication::exit(fail(message)); });
-    QString error;
-    if (!delegate.start(line, &error))
-        return error.isNull() ? EXIT_SUCCESS : fail(error);
+    if (const StartResult result = delegate.start(line); !result.isRunning())
+        return result.status == StartResult::Status::Cancelled ? EXIT_SUCCESS
+                                                               : fail(result.message);
     RunningInstance instance;
     QObject::connect(&instance, &RunningInstance::filesReceived, &delegate,
                      &TavApplicationDelegate::openFilesOfOtherCopy);
-    if (line.screenshotFile.isNull()) // else it does not stay
+    if (line.screenshotFile.isNull()) // else the program quits soon
         instance.listen();
     return QApplication::exec();
 }
@@ -82,7 +82,7 @@ int main(int argc, char **argv)
     if (line.action == CommandLine::Action::Fail)
         return fail(line.text, wrongCommandLine);
 
-    // The options are ours alone.
+    // Qt must not interpret the options.
     int count = 1;
     if (line.action == CommandLine::Action::Capture) {
         const QCoreApplication application(count, argv);
@@ -90,7 +90,7 @@ int main(int argc, char **argv)
     }
     if (isHandedOver(count, argv, line))
         return 0;
-    // Before the display is reached: a wrong folder is told without one.
+    // Before connecting to the display, so that a wrong folder is reported without one.
     QString error;
     auto service = TavApplicationDelegate::openRegistry(line, &error);
     if (!service)

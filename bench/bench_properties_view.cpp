@@ -181,7 +181,7 @@ void longValue(benchmark::State &state, const char *descriptor)
                   {{CompactString(QStringLiteral("config")), RegistryValue::data(bytes)}}));
     registry.setRoot(root);
     registry.publishPlanes();
-    PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
+    PreferencesStore::standard().setValue(PreferenceKeys::defaultFormat.toString(),
                                           QString::fromLatin1(descriptor));
     const auto store = TavDataStore::initFromDxRegistry(registry);
     struct Controller : PropertiesViewController
@@ -201,7 +201,7 @@ void longValue(benchmark::State &state, const char *descriptor)
         view.reloadData();
         view.viewport()->repaint();
     });
-    PreferencesStore::standard().remove(TavPropertyOutlineItem::defaultFormatKey());
+    PreferencesStore::standard().remove(PreferenceKeys::defaultFormat.toString());
 }
 
 void registerAll()

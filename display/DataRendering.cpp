@@ -15,7 +15,7 @@ constexpr std::array<const char *, 32> controlNames = {
     "syn", "etb", "can", "em",  "sub", "esc", "fs",  "gs",  "rs",  "us",
 };
 
-// The classes of the POSIX locale, whatever the user's.
+// Independent of the user's locale.
 bool isPrintable(quint8 byte)
 {
     return byte >= 0x20 && byte < 0x7f;
@@ -27,8 +27,8 @@ bool isLetterDigitOrSpace(quint8 byte)
     return (lower >= 'a' && lower <= 'z') || (byte >= '0' && byte <= '9') || byte == ' ';
 }
 
-// Where the last string ends if the bytes look like NUL-terminated text: the last byte that is no
-// NUL. None if they do not.
+// The position of the last byte that is not NUL, if the bytes look like NUL-terminated text; else
+// empty.
 std::optional<qsizetype> lastByteOfText(QByteArrayView bytes)
 {
     if (bytes.size() < 2 || bytes.back() != '\0')
@@ -128,7 +128,7 @@ DataRendering::Characters DataRendering::characters(const QByteArray &bytes, qin
             text += QLatin1StringView(controlNames[unit.unicode()]);
         else
             text += unit;
-        // Some encodings can name half a pair, even at the end.
+        // Some encodings can produce half a surrogate pair, even at the end.
         if (unit.isHighSurrogate() && i < decoded->size() && decoded->at(i).isLowSurrogate())
             text += decoded->at(i++);
     }

@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QCoreApplication>
 
-// The three forms in which a block of bytes is shown.
+// The three ways to show a block of bytes.
 class DataRendering
 {
     Q_DECLARE_TR_FUNCTIONS(DataRendering)
@@ -30,6 +30,6 @@ public:
     static Integers integers(const QByteArray &bytes, const PropertyFormatOptions &options,
                              qint32 machineByteOrder);
     static Characters characters(const QByteArray &bytes, qint64 encoding);
-    // NUL-terminated strings if the bytes look like that, else hexadecimal bytes.
+    // As NUL-terminated strings if the bytes look like text, else in hexadecimal.
     static Automatic automatic(const QByteArray &bytes, qint32 machineByteOrder);
 };

@@ -7,11 +7,6 @@
 namespace {
 using Encodings = EncodingManager::Encodings;
 
-QString preferenceKey()
-{
-    return QStringLiteral("Encodings");
-}
-
 bool precedes(quint32 a, quint32 b)
 {
     const quint32 legacyOfA = TextEncodings::mostCompatibleLegacyEncoding(a);
@@ -29,7 +24,7 @@ bool isAvailable(quint32 encoding)
     return std::binary_search(available.begin(), available.end(), encoding);
 }
 
-// Without those that are stored twice or are not available here.
+// Without duplicates and unavailable encodings.
 Encodings storedEncodings(const QJsonArray &list)
 {
     Encodings encodings;
@@ -93,7 +88,8 @@ const Encodings &EncodingManager::enabledEncodings()
 
 Encodings EncodingManager::stored()
 {
-    const QJsonValue list = PreferencesStore::standard().value(preferenceKey());
+    const QJsonValue list =
+        PreferencesStore::standard().value(PreferenceKeys::encodings.toString());
     return list.isArray() ? storedEncodings(list.toArray()) : defaultEncodings();
 }
 
@@ -126,7 +122,7 @@ void EncodingManager::selectAll()
 
 void EncodingManager::revertToDefault()
 {
-    PreferencesStore::standard().remove(preferenceKey());
+    PreferencesStore::standard().remove(PreferenceKeys::encodings.toString());
     enabled_ = defaultEncodings();
     noteEncodingListChange(false, true, true);
 }
@@ -138,7 +134,7 @@ void EncodingManager::noteEncodingListChange(bool writePreferences, bool updateL
         QJsonArray list;
         for (const quint32 encoding : enabledEncodings())
             list.append(static_cast<qint64>(encoding));
-        PreferencesStore::standard().setValue(preferenceKey(), list);
+        PreferencesStore::standard().setValue(PreferenceKeys::encodings, list);
     }
     if (updateList && listUpdater_)
         listUpdater_();

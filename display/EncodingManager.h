@@ -5,8 +5,7 @@
 
 #include <functional>
 
-// The text encodings that are offered for data shown as characters: of all that there are, the
-// ones that the user enabled.
+// The text encodings offered for data shown as characters: those that the user enabled.
 class EncodingManager
 {
 public:
@@ -14,18 +13,18 @@ public:
 
     static EncodingManager &sharedInstance();
     EncodingManager();
-    // Posted about nothing whenever the user changed the enabled encodings, here or in another copy
-    // of the program.
+    // Posted, with no object, when the user changed the enabled encodings here or in another
+    // running copy.
     static QString listChangedNotification() { return QStringLiteral("EncodingsListChanged"); }
 
     // In display order: Unicode first, then by their most compatible legacy encoding.
     static const Encodings &allAvailableStringEncodings();
     static Encodings defaultEncodings();
 
-    // Read from the preferences when first asked for.
+    // Read from the preferences on first use.
     const Encodings &enabledEncodings();
 
-    // What the user does in the panel. An entry that is no encoding is left out.
+    // The user's actions in the panel. Values that are not encodings are ignored.
     void setEnabledEncodings(const Encodings &encodings);
     void clearAll();
     void selectAll();

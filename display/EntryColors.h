@@ -2,8 +2,8 @@
 
 #include <QColor>
 
-// The colours of entries that came or went, of their parents, and of those that a search does not
-// match. As text, each is drawn as dark or as light as its background takes.
+// The colours of new and terminated entries, of their parents, and of those that a search does not
+// match. Text colours are adapted to their background.
 namespace EntryColors {
 QColor colorForTerminatedItem();
 QColor colorForParentOfTerminatedItem();

@@ -6,7 +6,7 @@
 
 class QColor;
 
-// What a search made of an entry in the current plane.
+// The search result of an entry in the current plane.
 enum FindState : quint32 {
     FindStateNone = 0,
     FindStateNotMatching = 1,
@@ -14,14 +14,14 @@ enum FindState : quint32 {
     FindStateParentOfMatch = 3,
 };
 
-// How the name of an entry is drawn. The font and the colour of ordinary text are the view's.
+// The style of an entry's name. The view provides the font and the colour of ordinary text.
 struct EntryTextAttributes
 {
     enum class Color : quint8 { Text, LightGray, DarkGray, New, Terminated };
 
     static EntryTextAttributes forState(RegistryState registryState, FindState findState,
                                         bool isRootEntry);
-    // For the colours that do not depend on the palette: New and Terminated.
+    // For the colours independent of the palette: New and Terminated.
     QColor stateColor() const;
 
     Color color = Color::Text;

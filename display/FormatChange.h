@@ -4,7 +4,7 @@
 #include <QString>
 #include <vector>
 
-// What one action changed among the stored formats and in the default one, key by key.
+// The stored formats, including the default one, that one action changed, key by key.
 struct FormatChange
 {
     struct Setting
@@ -15,5 +15,5 @@ struct FormatChange
         QJsonValue after;
     };
 
-    std::vector<Setting> settings; // in the order of changing
+    std::vector<Setting> settings; // in the order of the changes
 };

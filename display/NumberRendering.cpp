@@ -10,7 +10,7 @@ QString internalError()
     return NumberRendering::tr("(internal error!)");
 }
 
-// As a little-endian machine holds it.
+// In little-endian byte order.
 QByteArray storedBytes(const RegistryValue &number)
 {
     QByteArray bytes;
@@ -30,6 +30,7 @@ QString asCharacters(QByteArray bytes, qint64 byteOrder)
 {
     const bool isKnownOrder = byteOrder >= PropertyFormatOptions::NativeOrder &&
                               byteOrder <= PropertyFormatOptions::LittleEndian;
+    // Deliberate: an unknown byte order gives question marks.
     if (bytes.size() > 1 && !isKnownOrder)
         return QString(bytes.size(), u'?');
     if (byteOrder == PropertyFormatOptions::BigEndian)

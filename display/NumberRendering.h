@@ -7,12 +7,12 @@
 
 class RegistryValue;
 
-// The text of a number value.
+// Renders a number value as text.
 class NumberRendering
 {
     Q_DECLARE_TR_FUNCTIONS(NumberRendering)
 public:
-    // Options of any unit but the one to use the default.
+    // Any options except the unit that stands for the default.
     static QString text(const RegistryValue &number, const PropertyFormatOptions &options,
                         qint32 machineByteOrder);
 };

@@ -8,7 +8,7 @@ bool isKeyed(const TavRegistryProperty &container)
     return container.valueType() == TavRegistryProperty::Type::Dictionary;
 }
 
-// The first of a name counts, as everywhere.
+// The first node with a name counts, as elsewhere.
 QHash<QStringView, qsizetype> positionsByName(const TavRegistryProperty &container)
 {
     QHash<QStringView, qsizetype> positions;
@@ -36,7 +36,7 @@ std::vector<qsizetype> PropertyCounterparts::positionsOfChildren(const TavRegist
     if (older.valueType() != newer.valueType())
         return positions;
     const qsizetype count = newer.numberOfChildren();
-    QHash<QStringView, qsizetype> byName; // not made unless keys have moved
+    QHash<QStringView, qsizetype> byName; // filled only if keys have moved
     for (qsizetype i = 0; i < older.numberOfChildren(); ++i) {
         qsizetype &position = positions[static_cast<std::size_t>(i)];
         if (!isKeyed(newer)) {
@@ -58,7 +58,7 @@ std::vector<qsizetype> PropertyCounterparts::positionsOfChildren(const TavRegist
 TavRegistryProperty *PropertyCounterparts::find(const TavRegistryProperty &older,
                                                 TavRegistryProperty &newRoot)
 {
-    std::vector<const TavRegistryProperty *> way; // upwards
+    std::vector<const TavRegistryProperty *> way; // from the node up
     for (const TavRegistryProperty *node = &older; node->parent(); node = node->parent())
         way.push_back(node);
     TavRegistryProperty *newer = &newRoot;

@@ -4,13 +4,13 @@
 
 #include <QString>
 
-// The short text that a format is stored as: "a" automatic, "d" default, "s30b" characters in
-// encoding 30, big-endian; "4xhu" four-byte units in hexadecimal, native order, unsigned.
+// The short text that stores a format: "a" automatic, "d" default, "s30b" characters in encoding
+// 30, big-endian; "4xhu" four-byte units in hexadecimal, native order, unsigned.
 class PropertyFormatDescriptor
 {
 public:
-    // Null for options that have none.
+    // Null for options without a descriptor.
     static QString descriptorForPropertyFormats(const PropertyFormatOptions &options);
-    // The unit is unreadable, and all else 0, where the descriptor is none or malformed.
+    // A null or malformed descriptor gives the unit unreadable and 0 for the rest.
     static PropertyFormatOptions propertyFormatForDescriptor(const QString &descriptor);
 };

@@ -70,7 +70,7 @@ void PropertyFormatStore::removeBelow(QStringView classPath)
 
 void PropertyFormatStore::setDefaultDescriptor(const QString &descriptor)
 {
-    store(PreferencesStore::applicationIdentifier(), TavPropertyOutlineItem::defaultFormatKey(),
+    store(PreferencesStore::applicationIdentifier(), PreferenceKeys::defaultFormat.toString(),
           descriptor);
     PreferencesStore::standard().synchronize();
 }

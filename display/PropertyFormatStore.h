@@ -9,31 +9,30 @@
 
 class PreferencesStore;
 
-// The formats chosen by the user, in a preferences domain of their own. Each is stored for a class
-// path, such as "DxRegistryEntry:DxService:", and a property path, such as "//reg".
+// The formats chosen by the user, in their own preferences domain. Each is stored for a class path,
+// such as "DxRegistryEntry:DxService:", and a property path, such as "//reg".
 class PropertyFormatStore
 {
 public:
     static QString domain();
 
     static bool isEmpty();
-    // None if nothing is stored. What is stored but cannot be read has the unit "unreadable".
+    // Empty if nothing is stored. A malformed descriptor gives the unit "unreadable".
     static std::optional<PropertyFormatOptions> format(QStringView classPath,
                                                        QStringView propertyPath);
-    // Options that have no descriptor, and those to use the default, remove what is stored.
+    // Options without a descriptor, and those to use the default, remove what is stored.
     static void setFormat(QStringView classPath, QStringView propertyPath,
                           const PropertyFormatOptions &options);
     static void remove(QStringView classPath, QStringView propertyPath);
-    // Removes what is stored for the class paths that continue the given one.
+    // Removes the formats of all class paths that continue the given one.
     static void removeBelow(QStringView classPath);
-    // For properties of which no format is stored.
+    // For properties without a stored format.
     static void setDefaultDescriptor(const QString &descriptor);
     static void synchronize();
 
-    // Runs the action. What it does not change itself is left out, such as the settings that
-    // another running copy of the program stores meanwhile.
+    // Runs the action and records its changes, but not those that another running copy stores.
     static FormatChange changeBy(const std::function<void()> &action);
-    // Of the keys of the change, and no others.
+    // Restores the keys of the change and no others.
     static void undo(const FormatChange &change);
     static void redo(const FormatChange &change);
 
@@ -41,5 +40,5 @@ private:
     static PreferencesStore &preferences();
     static void store(const QString &domain, const QString &key, const QJsonValue &value);
 
-    static FormatChange *recorded_; // null: no action is recorded
+    static FormatChange *recorded_; // null: not recording
 };

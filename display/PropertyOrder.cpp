@@ -14,8 +14,8 @@ int compare(PropertyOrder::By by, const TavRegistryProperty &a, const TavRegistr
 }
 } // namespace
 
-// Two properties of different types may each claim to come first, and a dictionary even before
-// itself. Sorting needs one answer: the types decide, or else they are equal.
+// Deliberate: two properties of different types may each sort first, and a dictionary even before
+// itself. Sorting needs one answer, so the types decide; otherwise they are equal.
 bool PropertyOrder::precedes(By by, const TavRegistryProperty &a, const TavRegistryProperty &b)
 {
     if (compare(by, a, b) >= 0)

@@ -3,8 +3,8 @@
 #include <QString>
 #include <vector>
 
-// How a stretch of a rendered value is to be painted. Fonts and colours are the painter's: it
-// resolves these from the user's settings.
+// How to paint a part of a rendered value. The painter resolves fonts and colours from the user's
+// settings.
 struct TextAttributes
 {
     enum class Wrap : quint8 { Word, Character };
@@ -12,18 +12,18 @@ struct TextAttributes
     bool fixedPitch = false; // the user's fixed-pitch font at the small system size
     bool grayForeground = false;
     Wrap wrap = Wrap::Word;
-    char headIndent = 0; // wrapped lines are indented by the width of this character, if any
+    char headIndent = 0; // wrapped lines are indented by the width of this character; 0: none
 
     friend bool operator==(const TextAttributes &, const TextAttributes &) = default;
 };
 
-// A text, the attributes that it has as a whole, and the ranges that have others.
+// A text with its attributes: those of the whole text, and ranges with others.
 class StyledText
 {
 public:
     struct Range
     {
-        quint32 start; // in UTF-16 units, as length
+        quint32 start; // in UTF-16 units, like length
         quint32 length;
         TextAttributes attributes;
 

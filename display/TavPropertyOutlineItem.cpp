@@ -8,6 +8,7 @@
 #include "display/ValueStyles.h"
 #include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
+#include "platform/preferences/PreferenceKeys.h"
 
 #include <new>
 
@@ -29,7 +30,8 @@ const PropertyClass &TavPropertyOutlineItem::staticPropertyClass()
 
 QJsonObject TavPropertyOutlineItem::defaultsToRegister()
 {
-    return {{defaultFormatKey(), QStringLiteral("a")}};
+    return {
+        {PreferenceKeys::defaultFormat.name, QString(PreferenceKeys::defaultFormat.defaultValue)}};
 }
 
 QString TavPropertyOutlineItem::typeName() const

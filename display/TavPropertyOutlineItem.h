@@ -8,8 +8,8 @@
 #include <QJsonObject>
 #include <QStringList>
 
-// A property node that renders its value as text, by a format that the user chose for the entry's
-// class and the property, or else by the default one.
+// A property node that renders its value as text in the format that the user chose for the entry's
+// class and the property, else in the default one.
 class TavPropertyOutlineItem : public TavRegistryProperty
 {
     Q_DECLARE_TR_FUNCTIONS(TavPropertyOutlineItem)
@@ -20,26 +20,25 @@ public:
     static const PropertyClass &staticPropertyClass();
     const PropertyClass &propertyClass() const override { return staticPropertyClass(); }
 
-    // The preferences read here, to be registered at start-up.
-    static QString defaultFormatKey() { return QStringLiteral("ValueDisplayOptions-Default"); }
+    // The default format, for registering at start-up.
     static QJsonObject defaultsToRegister();
 
     QString typeName() const; // null without contents
-    // Rendered on first request and kept until reset.
+    // Rendered on first use and cached until reset.
     const StyledText &displayValue();
     void resetDisplayValueRecursive();
-    // Tells what the last rendering found, so ask for it after the value.
-    QString valueTooltip() const; // null for a type that has none
+    // Describes the last rendering, so call it after the value.
+    QString valueTooltip() const; // null: the type has none
 
     StyledText formattedNumberValue();
     StyledText formattedDataValue();
     StyledText formatNumberWithOptions(const PropertyFormatOptions &options);
     StyledText formatDataValueWithOptions(const PropertyFormatOptions &options);
     StyledText autoformattedDataValue();
-    // The text of one unit, which is taken off the bytes; null if fewer remain.
+    // Removes one unit from the bytes and returns its text; null if fewer remain.
     QString formatAndAdvanceBytes(QByteArrayView &bytes, const PropertyFormatOptions &options,
                                   const char *format) const;
-    // A printf format, or none.
+    // A printf format, or empty.
     const char *propertyFormatStringForOptions(const PropertyFormatOptions &options) const;
     static PropertyFormatOptions automaticPropertyFormatOptions();
     QString descriptionOfData(quint64 byteCount, const PropertyFormatOptions &options) const;
@@ -55,16 +54,16 @@ public:
     struct StoredFormat
     {
         PropertyFormatOptions options;
-        QString className; // where it is stored
-        bool isShared;     // found on a property that contains this one
+        QString className; // the class that stores it
+        bool isShared;     // stored for a property that contains this one
     };
     std::optional<StoredFormat> getPropertyFormats() const;
-    // Looks in any case, for the entry's inheritance.
+    // Always searches, along the entry's inheritance.
     std::optional<StoredFormat> _getPropertyFormats(const QStringList &inheritance) const;
     PropertyFormatOptions propertyFormat() const;
     void clearPropertyFormats(bool clearThis, bool clearChildren, const QString &className);
     void clearPropertyFormatsForSubclassesOfClass(const QString &className);
-    // For a setting that moves to the given class: removes the one of the class just below it.
+    // When a setting moves to the given class, removes the one of the class just below it.
     void clearPropertyFormatsForClassInheritanceUpTo(const QString &className);
 
 private:
@@ -82,7 +81,7 @@ private:
     StyledText render();
     QString plainText() const;
 
-    std::unique_ptr<Rendering> rendering_; // of the few nodes that were ever shown
+    std::unique_ptr<Rendering> rendering_; // only for nodes that were shown
 };
 
 static_assert(sizeof(TavPropertyOutlineItem) == sizeof(TavRegistryProperty) + sizeof(void *));

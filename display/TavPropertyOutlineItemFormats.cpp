@@ -1,4 +1,4 @@
-// Formats by class: the part of the item that finds and stores them.
+// Finds and stores the item's formats by class.
 #include "display/DisplayLogging.h"
 #include "display/PropertyFormatDescriptor.h"
 #include "display/PropertyFormatStore.h"
@@ -7,14 +7,14 @@
 #include "platform/preferences/PreferencesStore.h"
 
 namespace {
-// Own class first, root class last.
+// The entry's own class first, the root class last.
 QStringList inheritanceOf(const TavRegistryProperty &property)
 {
     const std::shared_ptr<TavRegistryEntry> entry = property.registryEntry();
     return entry ? entry->inheritance() : QStringList();
 }
 
-// Names from the root class to the one at the index, each followed by a colon.
+// Class names from the root class to the one at the index, each followed by a colon.
 QString classPathAt(const QStringList &inheritance, qsizetype index)
 {
     QString path;
@@ -23,7 +23,7 @@ QString classPathAt(const QStringList &inheritance, qsizetype index)
     return path;
 }
 
-// Those of the first, at any depth.
+// Appends the descendants of the properties, at any depth.
 void appendDescendants(std::vector<const TavRegistryProperty *> &properties)
 {
     for (std::size_t i = 0; i < properties.size(); ++i) {
@@ -58,7 +58,7 @@ void TavPropertyOutlineItem::setPropertyFormats(const PropertyFormatOptions &opt
 std::optional<TavPropertyOutlineItem::StoredFormat>
 TavPropertyOutlineItem::getPropertyFormats() const
 {
-    // Nothing is stored for most users, and every value shown asks.
+    // Fast path: most users have no stored formats, and every shown value asks.
     if (PropertyFormatStore::isEmpty())
         return std::nullopt;
     return _getPropertyFormats(inheritanceOf(*this));
@@ -74,7 +74,7 @@ TavPropertyOutlineItem::_getPropertyFormats(const QStringList &inheritance) cons
         for (const QString &className : inheritance) {
             if (const auto format = PropertyFormatStore::format(classPath, path))
                 return StoredFormat{*format, className, property != this};
-            classPath.chop(className.size() + 1); // that of the class above
+            classPath.chop(className.size() + 1); // the parent class's path
         }
     }
     return std::nullopt;
@@ -85,7 +85,7 @@ PropertyFormatOptions TavPropertyOutlineItem::propertyFormat() const
     if (const std::optional<StoredFormat> stored = getPropertyFormats())
         return stored->options;
     PropertyFormatOptions options = PropertyFormatDescriptor::propertyFormatForDescriptor(
-        PreferencesStore::standard().string(defaultFormatKey()));
+        PreferencesStore::standard().string(PreferenceKeys::defaultFormat));
     if (options.unit == PropertyFormatOptions::useDefault)
         options.unit = PropertyFormatOptions::automatic;
     return options;
@@ -121,7 +121,7 @@ void TavPropertyOutlineItem::clearPropertyFormatsForClassInheritanceUpTo(const Q
 {
     const QStringList inheritance = inheritanceOf(*this);
     const qsizetype index = inheritance.indexOf(className);
-    // Settings of classes further down stay: they are more specific than the one that moves.
+    // Deliberate: only the nearest subclass loses its setting; those further down stay.
     if (index > 0)
         PropertyFormatStore::remove(classPathAt(inheritance, index - 1), propertyPath());
     PropertyFormatStore::synchronize();

@@ -5,7 +5,9 @@
 #include <cstdio>
 
 namespace {
-// Rows by the unit 1, 2, 4 and 8.
+// Formats for units of 1, 2, 4 and 8 bytes.
+// Deliberate: data of 8 bytes is padded to 18 octal digits, fewer than the longest value has.
+// Deliberate: units of 1 and 2 bytes are read unsigned, so they never show a minus sign.
 constexpr const char *hexadecimalData[] = {"0x%2.2x", "0x%4.4x", "0x%8.8x", "0x%16.16llx"};
 constexpr const char *hexadecimalNumber[] = {"0x%x", "0x%x", "0x%x", "0x%llx"};
 constexpr const char *octalData[] = {"0o%3.3o", "0o%6.6o", "0o%12.12o", "0o%18.18llo"};

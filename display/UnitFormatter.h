@@ -6,21 +6,20 @@
 #include <QString>
 #include <optional>
 
-// Writes bytes as integers of one width, base and byte order.
+// Formats bytes as integers of one width, base and byte order.
 class UnitFormatter
 {
 public:
     enum class Kind { Number, Data }; // data is padded to the full width
 
-    // The machine's byte order, as the data store records it, is what native means for data.
+    // For data, native is the byte order that the data store records.
     UnitFormatter(Kind kind, const PropertyFormatOptions &options, qint32 machineByteOrder);
 
-    // The printf format of one unit; none for base 2 and for impossible options.
+    // The printf format of one unit; empty for base 2 and for invalid options.
     static const char *formatText(Kind kind, const PropertyFormatOptions &options);
 
-    // Takes one unit off the bytes and appends its text, by the format unless the base is 2.
-    // False, with nothing changed, if fewer bytes than a unit remain or there is nothing to write
-    // them by.
+    // Removes one unit from the bytes and appends its text. False, with nothing changed, if fewer
+    // bytes remain or there is no format for them.
     bool appendUnit(QString &text, QByteArrayView &bytes, const char *format) const;
 
 private:

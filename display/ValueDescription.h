@@ -5,7 +5,7 @@
 #include <QCoreApplication>
 #include <QString>
 
-// Says in words how a number or data value was interpreted, for its tooltip.
+// Describes how a number or data value was interpreted, for its tool tip.
 class ValueDescription
 {
     Q_DECLARE_TR_FUNCTIONS(ValueDescription)
@@ -13,13 +13,13 @@ public:
     struct Data
     {
         quint64 byteCount;
-        // What the rendering by the same options found.
+        // Results of the rendering with the same options.
         quint32 strings;
         quint32 characters;
         bool hasLeftoverBytes;
     };
 
-    // Options of any unit but the one to use the default.
+    // Any options except the unit that stands for the default.
     static QString ofData(const Data &data, const PropertyFormatOptions &options);
     static QString ofNumber(quint64 byteCount, const PropertyFormatOptions &options);
 };

@@ -2,12 +2,12 @@
 
 #include "display/StyledText.h"
 
-// The text attributes that rendered values are made of.
+// The text attributes of rendered values.
 class ValueStyles
 {
 public:
     static constexpr TextAttributes plain{};
-    // Wrapped lines line up after the opening bracket.
+    // Wrapped lines align after the opening bracket.
     static constexpr TextAttributes fixedPitch{.fixedPitch = true, .headIndent = '<'};
     static constexpr TextAttributes characterWrap{.wrap = TextAttributes::Wrap::Character};
     static constexpr TextAttributes separatorDot{.grayForeground = true,

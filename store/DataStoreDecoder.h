@@ -31,7 +31,7 @@ private:
 
     KeyedUnarchiver &unarchiver_;
     WorkProgress &progress_;
-    ArchivedObject object_;
+    ObjectDecoder object_;
     std::unique_ptr<TavDataStore> store_;
     std::vector<TavRegistryEntry *> entries_; // by archive object
 };

@@ -35,7 +35,7 @@ PropertyTreeDecoder::decode(ArchiveReference root, ArchiveReference entry, TavRe
 bool PropertyTreeDecoder::decodeNode(std::size_t index)
 {
     Node &node = nodes_[index];
-    const ArchivedObject object = unarchiver_.object(node.reference);
+    const ObjectDecoder object = unarchiver_.object(node.reference);
     if (object.decodeInteger<qint32>(PropertyKey::version, 1) > TavRegistryProperty::classVersion)
         return false;
     node.isCollection = object.decodeBoolean(PropertyKey::isCollection);
@@ -55,7 +55,7 @@ bool PropertyTreeDecoder::decodeNode(std::size_t index)
 }
 
 // The parent must be the node that lists this one, or paths could be wrong or endless.
-bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Node &node)
+bool PropertyTreeDecoder::decodeParent(const ObjectDecoder &object, const Node &node)
 {
     const auto parent = object.decodeReference(PropertyKey::parent, ArchiveClassName::property);
     if (parent && (!node.parent || nodes_[*node.parent].reference != *parent))
@@ -63,7 +63,7 @@ bool PropertyTreeDecoder::decodeParent(const ArchivedObject &object, const Node 
     return parent || !unarchiver_.error() || fail("parent", nullptr);
 }
 
-bool PropertyTreeDecoder::decodeIdent(const ArchivedObject &object, Node &node)
+bool PropertyTreeDecoder::decodeIdent(const ObjectDecoder &object, Node &node)
 {
     if (!node.hasName) {
         object.decodeInteger<qint32>(PropertyKey::index); // Deliberate: not stored
@@ -73,7 +73,7 @@ bool PropertyTreeDecoder::decodeIdent(const ArchivedObject &object, Node &node)
     return !unarchiver_.error() || fail("ident.name", nullptr);
 }
 
-bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, std::size_t index)
+bool PropertyTreeDecoder::decodeChildren(const ObjectDecoder &object, std::size_t index)
 {
     using Type = RegistryValue::Type;
     const auto type = object.decodeInteger<qint32>(PropertyKey::collectionType);
@@ -101,7 +101,7 @@ bool PropertyTreeDecoder::decodeChildren(const ArchivedObject &object, std::size
     return true;
 }
 
-bool PropertyTreeDecoder::decodeValue(const ArchivedObject &object, Node &node)
+bool PropertyTreeDecoder::decodeValue(const ObjectDecoder &object, Node &node)
 {
     constexpr auto kinds = ArchiveKind::Null | ArchiveKind::Boolean | ArchiveKind::Number |
                            ArchiveKind::String | ArchiveKind::Data | ArchiveKind::Date |

@@ -28,10 +28,10 @@ private:
     };
 
     bool decodeNode(std::size_t index);
-    bool decodeParent(const ArchivedObject &object, const Node &node);
-    bool decodeIdent(const ArchivedObject &object, Node &node);
-    bool decodeChildren(const ArchivedObject &object, std::size_t index);
-    bool decodeValue(const ArchivedObject &object, Node &node);
+    bool decodeParent(const ObjectDecoder &object, const Node &node);
+    bool decodeIdent(const ObjectDecoder &object, Node &node);
+    bool decodeChildren(const ObjectDecoder &object, std::size_t index);
+    bool decodeValue(const ObjectDecoder &object, Node &node);
     bool isOfTable(const Node &node) const; // as built from a table
     RegistryValue makeTable();
     PropertyRef makeTree(TavRegistryEntry &owner) const;

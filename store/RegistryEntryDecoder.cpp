@@ -6,13 +6,13 @@
 #include "store/SnapshotLimits.h"
 
 namespace {
-using Members = std::vector<std::pair<const QString *, ArchivedValue>>;
+using Members = std::vector<std::pair<const QString *, ArchiveValueView>>;
 
 // Filling sorted plane maps in another order takes quadratic time.
-Members sortedByKey(const ArchivedValue &dictionary)
+Members sortedByKey(const ArchiveValueView &dictionary)
 {
     Members members;
-    dictionary.forEachMember([&](const QString &key, const ArchivedValue &value) {
+    dictionary.forEachMember([&](const QString &key, const ArchiveValueView &value) {
         members.emplace_back(&key, value);
         return true;
     });
@@ -31,7 +31,7 @@ RegistryEntryDecoder::RegistryEntryDecoder(KeyedUnarchiver &unarchiver,
     , lastList_(entries.size())
 {}
 
-qint32 RegistryEntryDecoder::versionOf(const ArchivedObject &object)
+qint32 RegistryEntryDecoder::versionOf(const ObjectDecoder &object)
 {
     const qint32 unmarked = object.contains(EntryKey::dataStore) ? 2 : 1;
     return object.decodeInteger<qint32>(EntryKey::version, unmarked);
@@ -39,7 +39,7 @@ qint32 RegistryEntryDecoder::versionOf(const ArchivedObject &object)
 
 bool RegistryEntryDecoder::decodeFacts(ArchiveReference reference)
 {
-    const ArchivedObject object = unarchiver_.object(reference);
+    const ObjectDecoder object = unarchiver_.object(reference);
     EntryFacts facts;
     ++entryCount_;
     const qint32 version = versionOf(object);
@@ -57,7 +57,7 @@ bool RegistryEntryDecoder::decodeFacts(ArchiveReference reference)
 
 bool RegistryEntryDecoder::decodeProperties(ArchiveReference reference)
 {
-    const ArchivedObject object = unarchiver_.object(reference);
+    const ObjectDecoder object = unarchiver_.object(reference);
     TavRegistryEntry &entry = *entries_[reference.index];
     if (versionOf(object) < TavRegistryEntry::classVersion)
         return decodeOldProperties(object, entry);
@@ -92,7 +92,7 @@ void RegistryEntryDecoder::check(const LinkChecker &links)
     }
 }
 
-bool RegistryEntryDecoder::decodeDates(const ArchivedObject &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeDates(const ObjectDecoder &object, EntryFacts &facts)
 {
     facts.dateDiscovered = object.decodeDate(EntryKey::dateDiscovered);
     if (!succeeded("dateDiscovered"))
@@ -104,7 +104,7 @@ bool RegistryEntryDecoder::decodeDates(const ArchivedObject &object, EntryFacts 
     return succeeded("dateTerminated");
 }
 
-bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeNames(const ObjectDecoder &object, EntryFacts &facts)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::String;
     facts.bundleID = object.decodeString(EntryKey::bundleID);
@@ -115,22 +115,22 @@ bool RegistryEntryDecoder::decodeNames(const ArchivedObject &object, EntryFacts 
     facts.name = object.decodeString(EntryKey::name);
     if (!isDecoded(facts.name, "name"))
         return false;
-    if (!setNames(facts.namesInPlanes, object.valueInPlace(EntryKey::namesInPlanes, table)))
+    if (!setNames(facts.namesInPlanes, object.valueView(EntryKey::namesInPlanes, table)))
         return fail("namesInPlanes", "not a table of names");
     facts.location = object.decodeString(EntryKey::location);
     if (!isDecoded(facts.location, "location"))
         return false;
     return setNames(facts.locationsInPlanes,
-                    object.valueInPlace(EntryKey::locationsInPlanes, table)) ||
+                    object.valueView(EntryKey::locationsInPlanes, table)) ||
            fail("location", "not a table of locations");
 }
 
-bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeInheritance(const ObjectDecoder &object, EntryFacts &facts)
 {
-    const ArchivedValue list =
-        object.valueInPlace(EntryKey::inheritance, ArchiveKind::List | ArchiveKind::String);
+    const ArchiveValueView list =
+        object.valueView(EntryKey::inheritance, ArchiveKind::List | ArchiveKind::String);
     identities_.clear();
-    const auto note = [this](const ArchivedValue &name) {
+    const auto note = [this](const ArchiveValueView &name) {
         identities_.push_back(name.identity());
         return name.string() != nullptr;
     };
@@ -146,7 +146,7 @@ bool RegistryEntryDecoder::decodeInheritance(const ArchivedObject &object, Entry
     return true;
 }
 
-bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeNewInheritance(const ObjectDecoder &object, EntryFacts &facts)
 {
     facts.inheritance = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
     if (!succeeded("inheritance"))
@@ -156,19 +156,19 @@ bool RegistryEntryDecoder::decodeNewInheritance(const ArchivedObject &object, En
 }
 
 // Deliberate: relatives share the log message of the location.
-bool RegistryEntryDecoder::decodeRelations(const ArchivedObject &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeRelations(const ObjectDecoder &object, EntryFacts &facts)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::List | ArchiveKind::String;
     const auto decode = [&](PlaneMap<EntryList> &relatives, LinkChecker &links, QLatin1String key) {
         return setRelatives(relatives, links, object.reference().index,
-                            object.valueInPlace(key, table, ArchiveClassName::entry)) ||
+                            object.valueView(key, table, ArchiveClassName::entry)) ||
                fail("location", "not a table of entries of the store");
     };
     return decode(facts.childrenInPlanes, childLinks_, EntryKey::childrenInPlanes) &&
            decode(facts.parentsInPlanes, parentLinks_, EntryKey::parentsInPlanes);
 }
 
-bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeCountsAndFlags(const ObjectDecoder &object, EntryFacts &facts)
 {
     facts.entryTag = object.decodeInteger<quint64>(EntryKey::entryTag);
     if (!succeeded(EntryKey::entryTag.data()))
@@ -192,7 +192,7 @@ bool RegistryEntryDecoder::decodeCountsAndFlags(const ArchivedObject &object, En
     return true;
 }
 
-bool RegistryEntryDecoder::decodeState(const ArchivedObject &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeState(const ObjectDecoder &object, EntryFacts &facts)
 {
     const auto store = object.decodeReference(EntryKey::dataStore, ArchiveClassName::dataStore);
     if (store != KeyedUnarchiver::root)
@@ -206,7 +206,7 @@ bool RegistryEntryDecoder::decodeState(const ArchivedObject &object, EntryFacts 
     return true;
 }
 
-bool RegistryEntryDecoder::decodeOldState(const ArchivedObject &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeOldState(const ObjectDecoder &object, EntryFacts &facts)
 {
     if (object.decodeBoolean(EntryKey::isNew))
         facts.registryState = RegistryStateNew;
@@ -218,8 +218,7 @@ bool RegistryEntryDecoder::decodeOldState(const ArchivedObject &object, EntryFac
 }
 
 // Deliberate: an entry without readable bytes has no properties.
-bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
-                                               TavRegistryEntry &entry)
+bool RegistryEntryDecoder::decodeOldProperties(const ObjectDecoder &object, TavRegistryEntry &entry)
 {
     if (object.containsData(EntryKey::properties))
         entry.setTable(PropertyListReader::read(object.decodeData(EntryKey::properties)),
@@ -227,7 +226,7 @@ bool RegistryEntryDecoder::decodeOldProperties(const ArchivedObject &object,
     return succeeded("properties");
 }
 
-bool RegistryEntryDecoder::setNames(NamesByPlane &names, const ArchivedValue &value)
+bool RegistryEntryDecoder::setNames(NamesByPlane &names, const ArchiveValueView &value)
 {
     if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
@@ -245,7 +244,7 @@ bool RegistryEntryDecoder::setNames(NamesByPlane &names, const ArchivedValue &va
 }
 
 bool RegistryEntryDecoder::setRelatives(PlaneMap<EntryList> &table, LinkChecker &links,
-                                        quint32 entry, const ArchivedValue &value)
+                                        quint32 entry, const ArchiveValueView &value)
 {
     if (!value.isDictionary())
         return value.isAbsent() && !unarchiver_.error();
@@ -265,11 +264,11 @@ bool RegistryEntryDecoder::setRelatives(PlaneMap<EntryList> &table, LinkChecker 
 }
 
 // Into relatives_. False unless all are different entries of the store.
-bool RegistryEntryDecoder::readRelatives(const ArchivedValue &list)
+bool RegistryEntryDecoder::readRelatives(const ArchiveValueView &list)
 {
     ++listCount_;
     relatives_.clear();
-    return list.forEachElement([this](const ArchivedValue &element) {
+    return list.forEachElement([this](const ArchiveValueView &element) {
         const auto reference = element.reference();
         if (!reference || reference->index >= entries_.size() || !entries_[reference->index] ||
             lastList_[reference->index] == listCount_)

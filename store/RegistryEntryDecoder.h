@@ -22,20 +22,20 @@ public:
     bool finish(); // after the last entry; false when the links are inconsistent
 
 private:
-    bool decodeDates(const ArchivedObject &object, EntryFacts &facts);
-    bool decodeNames(const ArchivedObject &object, EntryFacts &facts);
-    bool decodeRelations(const ArchivedObject &object, EntryFacts &facts);
-    bool decodeCountsAndFlags(const ArchivedObject &object, EntryFacts &facts);
-    bool decodeState(const ArchivedObject &object, EntryFacts &facts);
-    bool decodeOldState(const ArchivedObject &object, EntryFacts &facts);
-    bool decodeOldProperties(const ArchivedObject &object, TavRegistryEntry &entry);
-    static qint32 versionOf(const ArchivedObject &object);
-    bool decodeInheritance(const ArchivedObject &object, EntryFacts &facts);
-    bool decodeNewInheritance(const ArchivedObject &object, EntryFacts &facts);
-    bool setNames(NamesByPlane &names, const ArchivedValue &value);
+    bool decodeDates(const ObjectDecoder &object, EntryFacts &facts);
+    bool decodeNames(const ObjectDecoder &object, EntryFacts &facts);
+    bool decodeRelations(const ObjectDecoder &object, EntryFacts &facts);
+    bool decodeCountsAndFlags(const ObjectDecoder &object, EntryFacts &facts);
+    bool decodeState(const ObjectDecoder &object, EntryFacts &facts);
+    bool decodeOldState(const ObjectDecoder &object, EntryFacts &facts);
+    bool decodeOldProperties(const ObjectDecoder &object, TavRegistryEntry &entry);
+    static qint32 versionOf(const ObjectDecoder &object);
+    bool decodeInheritance(const ObjectDecoder &object, EntryFacts &facts);
+    bool decodeNewInheritance(const ObjectDecoder &object, EntryFacts &facts);
+    bool setNames(NamesByPlane &names, const ArchiveValueView &value);
     bool setRelatives(PlaneMap<EntryList> &table, LinkChecker &links, quint32 entry,
-                      const ArchivedValue &value);
-    bool readRelatives(const ArchivedValue &list);
+                      const ArchiveValueView &value);
+    bool readRelatives(const ArchiveValueView &list);
     void check(const LinkChecker &links);
     bool isDecoded(const QString &name, const char *what);
     bool succeeded(const char *what);

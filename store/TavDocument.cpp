@@ -74,10 +74,10 @@ bool TavDocument::takeSnapshot()
 void TavDocument::applyUpdatePreferences()
 {
     const PreferencesStore &preferences = PreferencesStore::standard();
-    dataStore_->setAutoupdate(preferences.flag(QStringLiteral("Autoupdate")));
-    dataStore_->setPolledUpdate(preferences.flag(QStringLiteral("PolledUpdate")));
+    dataStore_->setAutoupdate(preferences.flag(PreferenceKeys::autoupdate));
+    dataStore_->setPolledUpdate(preferences.flag(PreferenceKeys::polledUpdate));
     dataStore_->setPollInterval(
-        static_cast<double>(preferences.integer(QStringLiteral("PolledUpdateInterval"))));
+        static_cast<double>(preferences.integer(PreferenceKeys::pollInterval)));
 }
 
 QString TavDocument::displayName() const

@@ -39,11 +39,11 @@ void EncodingPopUpButton::setupPopUp(quint32 selectedEncoding, bool withDefaultE
     EncodingManager::Encodings encodings = EncodingManager::sharedInstance().enabledEncodings();
     const bool isListed =
         std::find(encodings.begin(), encodings.end(), selectedEncoding) != encodings.end();
-    // The present choice is offered even if it is not enabled.
+    // The current choice is offered even if it is not enabled.
     if (!withDefaultEntry && selectedEncoding != TextEncodings::none && !isListed)
         encodings.push_back(selectedEncoding);
 
-    const QSignalBlocker blocker(this); // nothing is chosen here
+    const QSignalBlocker blocker(this); // no choice by the user
     clear();
     if (withDefaultEntry)
         addItem(tr("Automatic"), TextEncodings::none);
@@ -82,5 +82,5 @@ void EncodingPopUpButton::encodingsListChanged()
 void EncodingPopUpButton::keyPressEvent(QKeyEvent *event)
 {
     PopUpButton::keyPressEvent(event);
-    cell_.takeLastItemChosen(); // stepping to the last item is refused and chooses nothing
+    cell_.takeLastItemChosen(); // stepping to the last item must not choose it
 }

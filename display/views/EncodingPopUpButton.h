@@ -5,17 +5,17 @@
 #include "platform/text/TextEncodings.h"
 #include "platform/widgets/PopUpButton.h"
 
-// Offers the enabled text encodings, and to customize which these are. Fills itself again whenever
-// the user changed them.
+// Offers the enabled text encodings and an item to customize them. Refills itself when the user
+// changes them.
 class EncodingPopUpButton : public PopUpButton
 {
     Q_OBJECT
 public:
     explicit EncodingPopUpButton(QWidget *parent = nullptr);
 
-    // TextEncodings::none selects the first item. With the default entry, "Automatic" comes first.
+    // TextEncodings::none selects the first item. With the default entry, "Automatic" is the first.
     void setEncoding(quint32 encoding, bool defaultEntry);
-    // Of the selected item; none for one that is no encoding.
+    // Of the selected item; none if it is not an encoding.
     quint32 selectedEncoding() const;
     void setupPopUp(quint32 selectedEncoding, bool withDefaultEntry);
     void encodingsListChanged();

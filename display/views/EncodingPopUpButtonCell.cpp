@@ -16,7 +16,7 @@ void EncodingPopUpButtonCell::selectItemAtIndex(int index)
     popUp_.setCurrentIndex(index);
 }
 
-// The user's choice takes effect before it can be refused, so it is taken back.
+// The selection changes before it can be refused, so it is reverted.
 void EncodingPopUpButtonCell::noteSelected(int index)
 {
     if (index + 2 <= popUp_.count()) {

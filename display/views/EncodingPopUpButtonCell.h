@@ -4,14 +4,14 @@
 
 class QComboBox;
 
-// Keeps the last item of a pop-up, the one to customize its list, from becoming the selected one.
+// Keeps a pop-up's last item, which customizes the list, from staying selected.
 class EncodingPopUpButtonCell : public QObject
 {
     Q_OBJECT
 public:
     explicit EncodingPopUpButtonCell(QComboBox &popUp);
 
-    void selectItemAtIndex(int index); // not carried out for the last item
+    void selectItemAtIndex(int index); // ignores the last item
     // Whether the last item was chosen since the last call.
     bool takeLastItemChosen() { return std::exchange(lastItemChosen_, false); }
 

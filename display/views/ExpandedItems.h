@@ -4,8 +4,7 @@
 
 #include <QHash>
 
-// The property nodes that are to be shown open. They are told apart by identity and dropped when
-// their tree goes.
+// The expanded property nodes, identified by address and dropped with their tree.
 class ExpandedItems
 {
 public:
@@ -13,7 +12,7 @@ public:
     void insert(TavRegistryProperty &item);
     void remove(const TavRegistryProperty &item) { items_.remove(&item); }
     void removeTerminatedItems();
-    // Marks the nodes of a tree that are at the places of marked ones in its predecessor.
+    // Marks the nodes of a tree at the places that were marked in its predecessor.
     void carryOver(TavRegistryProperty &older, TavRegistryProperty &newer);
 
 private:

@@ -16,7 +16,7 @@ void FormatCommand::undo()
     TavFormatController::sharedInstance().noteFormatsRestored(item_.lock());
 }
 
-// A stack redoes a command as it takes it.
+// QUndoStack calls redo() on push, but the change has been made already.
 void FormatCommand::redo()
 {
     if (std::exchange(isMade_, true))

@@ -5,11 +5,11 @@
 
 #include <QUndoCommand>
 
-// A change of stored formats that the user can take back.
+// An undoable change of stored formats.
 class FormatCommand : public QUndoCommand
 {
 public:
-    // Made already; of the item, or of none.
+    // The change has been made already; item: the one it was made for, or null.
     FormatCommand(const QString &text, FormatChange change, TavRegistryProperty *item);
 
     void undo() override;

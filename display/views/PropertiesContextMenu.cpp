@@ -25,7 +25,7 @@ PropertiesContextMenu::PropertiesContextMenu(TavPropertiesOutlineView &view,
         addFormatAction();
 }
 
-// For an attribute that is read only when the user asks for it.
+// For attributes that are read only on request.
 void PropertiesContextMenu::addReadAction()
 {
     DataSource *const source = view_.dataSource();

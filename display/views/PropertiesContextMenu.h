@@ -5,7 +5,7 @@
 
 class TavPropertiesOutlineView;
 
-// The commands on one property.
+// The context menu of one property.
 class PropertiesContextMenu : public QMenu
 {
     Q_OBJECT
@@ -22,5 +22,5 @@ private:
     QString path() const;
 
     TavPropertiesOutlineView &view_;
-    QPersistentModelIndex index_; // its row may go while the menu is open
+    QPersistentModelIndex index_; // its row may disappear while the menu is open
 };

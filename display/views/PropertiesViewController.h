@@ -2,17 +2,17 @@
 
 #include "model/TavRegistryProperty.h"
 
-// What a properties view needs of the window that it is in.
+// What a properties view needs from its window.
 class PropertiesViewController
 {
 public:
-    // Of an attribute that is read only when the user asks for it.
+    // Whether and how an attribute that is read only on request can be read.
     enum class Reading : quint8 { NotOffered, Offered, UnderWay };
 
     virtual ~PropertiesViewController() = default;
-    virtual const PropertyRef &rootPropertyItem() const = 0; // null when nothing is selected
+    virtual const PropertyRef &rootPropertyItem() const = 0; // null: no selection
     virtual void propertiesViewSelectionChanged() = 0;
-    // Of the selected entry, by the name in "DxUnreadAttributes".
+    // For the selected entry, by the name in "DxUnreadAttributes".
     virtual Reading readingOfAttribute(const QString & /*attribute*/) const
     {
         return Reading::NotOffered;

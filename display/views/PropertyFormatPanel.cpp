@@ -16,7 +16,7 @@
 namespace {
 using Type = RegistryValue::Type;
 
-// Bytes; 0 for what is no number.
+// Bytes; 0 if not a number.
 qint64 numberWidthOf(const TavPropertyOutlineItem *property)
 {
     const bool isNumber = property && property->valueType() == Type::Number;
@@ -36,7 +36,7 @@ PropertyFormatPanel::PropertyFormatPanel()
     connectOutlets();
     connectActions();
     window_->installEventFilter(this);
-    // The controls stay where they are when it comes and goes.
+    // Keeps the controls in place when it appears.
     QSizePolicy policy = stringEncodingPopUp_->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     stringEncodingPopUp_->setSizePolicy(policy);
@@ -124,7 +124,7 @@ void PropertyFormatPanel::setTargetNote(const QString &text)
     targetNoteField_->setHidden(text.isEmpty());
 }
 
-// Numbers that no cell has leave the selection as it is.
+// Numbers without a cell leave the selection unchanged.
 void PropertyFormatPanel::selectCells(const PropertyFormatOptions &options)
 {
     typeMatrix_->selectTag(static_cast<int>(options.unit));

@@ -12,7 +12,7 @@ class QCheckBox;
 class QLabel;
 class TavPropertyOutlineItem;
 
-// The controls of the property format panel: they show a format, and say which one they show.
+// The controls of the property format panel: they show a format and report the user's choices.
 class PropertyFormatPanel : public QObject
 {
     Q_OBJECT
@@ -25,9 +25,9 @@ public:
     QDialog &window() const { return *window_; }
 
     void setMessage(const QString &text); // above the controls
-    // Says that the format is for another property than the user thinks; null: for the same.
+    // Notes that the format is for another property than the user may think; null: no note.
     void setTargetNote(const QString &text);
-    // For the property, or for a whole entry when there is none.
+    // Titles the panel for the property, or for a whole entry when null.
     void showFormat(PropertyFormatOptions options, const TavPropertyOutlineItem *property);
     PropertyFormatOptions format() const;
 
@@ -35,7 +35,7 @@ public:
     void selectClass(const QString &className);
     QString selectedClass() const;
     void setStatusText(const QString &text);
-    bool isChoosing() const; // whether the user is about to, in a pop-up
+    bool isChoosing() const; // whether the user is choosing in a pop-up
     void commitChoices();
     QAction *action(ActionTag tag) const { return actions_[tag]; }
 

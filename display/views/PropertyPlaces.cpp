@@ -3,7 +3,7 @@
 #include <algorithm>
 
 namespace {
-constexpr std::size_t maxKept = 32; // they keep whole trees
+constexpr std::size_t maxKept = 32; // each keeps a whole tree
 }
 
 void PropertyPlaces::keep(const Place &place)

@@ -4,21 +4,21 @@
 
 #include <optional>
 
-// Where the user was in the property trees of the entries that were shown lately.
+// The user's place in the property trees of recently shown entries.
 class PropertyPlaces
 {
 public:
     struct Place
     {
-        PropertyRef root;                             // of the tree as it was
-        const TavRegistryProperty *current = nullptr; // in it; null: none
+        PropertyRef root;                             // of the older tree
+        const TavRegistryProperty *current = nullptr; // in that tree; null: none
         int column = 0;
         bool isSelected = false;
         int scroll = 0;
     };
 
     void keep(const Place &place);
-    // The place in the entry's tree, which may have been reread since.
+    // The place in the entry's tree, even if it has been reread.
     std::optional<Place> take(const PropertyRef &root);
 
 private:
@@ -27,5 +27,5 @@ private:
         std::weak_ptr<TavRegistryEntry> entry;
         Place place;
     };
-    std::vector<Kept> places_; // the latest last
+    std::vector<Kept> places_; // most recent last
 };

@@ -4,7 +4,7 @@
 #include "platform/widgets/VisibleText.h"
 
 namespace {
-constexpr qsizetype longest = 60; // it is to fit into a menu
+constexpr qsizetype maxLength = 60; // to fit into a menu
 }
 
 QString PropertyTitle::of(const TavRegistryProperty &property)
@@ -15,5 +15,5 @@ QString PropertyTitle::of(const TavRegistryProperty &property)
         positions.prepend(QStringLiteral("[%1]").arg(PropertyCounterparts::position(*node)));
         node = node->parent();
     }
-    return cutText(visibleCharacters(node->name()), longest) + positions;
+    return cutText(visibleCharacters(node->name()), maxLength) + positions;
 }

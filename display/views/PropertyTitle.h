@@ -2,7 +2,7 @@
 
 #include "model/TavRegistryProperty.h"
 
-// What a property is called in a sentence: its key, or "list[2]" for what has none.
+// A property's name in a sentence: its key, or "list[2]" without one.
 namespace PropertyTitle {
 QString of(const TavRegistryProperty &property);
 } // namespace PropertyTitle

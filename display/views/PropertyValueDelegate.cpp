@@ -14,7 +14,7 @@
 namespace {
 constexpr int horizontalMargin = 4;
 constexpr int verticalMargin = OutlineRowDelegate::verticalMargin;
-constexpr int longestMeasured = 500; // in characters
+constexpr int maxMeasuredLength = 500; // characters
 constexpr int charactersLaidOut = 2'000'000;
 constexpr const char *shownText = "shownText";
 
@@ -23,11 +23,11 @@ bool isValue(const QModelIndex &index)
     return index.column() == TavPropertiesOutlineViewDataSource::ValueColumn;
 }
 
-// Whether a text takes one line, told without laying it out; false for a long one that might.
+// Whether a text surely takes one line, decided without a layout; false for long texts.
 bool fitsOneLine(const StyledText &styled, const ValueFonts &fonts, int width)
 {
     const QString &text = styled.text();
-    if (text.size() > longestMeasured || text.contains(u'\n') || text.contains(u'\r'))
+    if (text.size() > maxMeasuredLength || text.contains(u'\n') || text.contains(u'\r'))
         return false;
     return QFontMetrics(fonts.of(styled.attributes())).horizontalAdvance(text) <= width;
 }
@@ -70,12 +70,12 @@ void PropertyValueDelegate::forgetLayouts()
 const StyledTextLayout &PropertyValueDelegate::layout(const QModelIndex &index, const QFont &font,
                                                       int width) const
 {
-    const ValueFonts &itsFonts = fonts(font); // another font empties the cache
+    const ValueFonts &itsFonts = fonts(font); // a new font clears
     const LayoutKey key{dataSource_.styledText(index), width};
     if (const StyledTextLayout *known = layouts_.object(key))
         return *known;
     auto *made = new StyledTextLayout(key.text, itsFonts, view_.palette(), width);
-    // One that is too large for the cache would not survive being put there.
+    // QCache would delete one that is too large.
     const auto cost = std::min<qsizetype>(key.text.text().size() + 1, charactersLaidOut);
     layouts_.insert(key, made, cost);
     return *made;
@@ -167,11 +167,11 @@ void PropertyValueDelegate::paintValue(QPainter &painter, const QStyleOptionView
 {
     const QRect rect = textRect(option);
     const StyledTextLayout &text = layout(index, option.font, textWidth(index, option));
-    // On one line with the key, although the fonts may differ.
+    // Shares the key's baseline, although the fonts may differ.
     const qreal shift = std::max(0.0, option.fontMetrics.ascent() - text.firstAscent());
     const bool isSelected = option.state & QStyle::State_Selected;
     painter.setPen(color);
-    // A value may be many times as high as the view.
+    // Limited, because a value may be many times as high as the view.
     const QRect seen = option.rect & view_.viewport()->rect();
     text.draw(painter, QPointF(rect.left(), rect.top() + shift), seen,
               isSelected ? &color : nullptr);
@@ -212,7 +212,7 @@ bool PropertyValueDelegate::editorEvent(QEvent *event, QAbstractItemModel *model
 QWidget *PropertyValueDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                                              const QModelIndex &index) const
 {
-    // It stands where the text did, and breaks its lines alike, as far as it can.
+    // Placed like the text, with the same line breaks as far as possible.
     const StyledText text = dataSource_.styledText(index);
     auto *editor = new QPlainTextEdit(parent);
     editor->setFont(fonts(option.font).of(text.attributes()));
@@ -229,12 +229,12 @@ QWidget *PropertyValueDelegate::createEditor(QWidget *parent, const QStyleOption
 
 void PropertyValueDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
-    // What the user selected in it stays, as long as the text does.
+    // Keeps the user's selection while the text is the same.
     const QVariant text = index.data(Qt::EditRole);
     if (editor->property(shownText) == text)
         return;
     auto *const field = qobject_cast<QPlainTextEdit *>(editor);
-    field->setProperty(shownText, text); // the field's own has other line ends
+    field->setProperty(shownText, text); // the field changes the line ends
     field->setPlainText(text.toString());
     field->selectAll();
 }
@@ -256,7 +256,7 @@ bool PropertyValueDelegate::eventFilter(QObject *editor, QEvent *event)
             return true;
         }
     }
-    // Going elsewhere is no attempt to change the value.
+    // Leaving the editor never changes the value.
     if (field && event->type() == QEvent::FocusOut) {
         const auto reason = static_cast<QFocusEvent *>(event)->reason();
         if (reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason &&

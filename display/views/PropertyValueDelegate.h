@@ -8,15 +8,15 @@
 class QTreeView;
 class TavPropertiesOutlineViewDataSource;
 
-// Draws the cells of a properties view. Values wrap inside their column and rows grow to hold
-// them; the other cells stand beside a value's first line.
+// Draws the cells of a properties view. Values wrap inside their column, and rows grow to fit; the
+// other cells align with a value's first line.
 class PropertyValueDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
 public:
     PropertyValueDelegate(QTreeView &view, const TavPropertiesOutlineViewDataSource &dataSource);
 
-    // To be called before rows are laid out again for other texts, another width or another font.
+    // Call this before rows are laid out for other texts, another width or another font.
     void forgetLayouts();
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -29,7 +29,7 @@ public:
                       const QModelIndex &index) const override;
 
 Q_SIGNALS:
-    // The button in the row was pressed, or the key for it.
+    // The row's button or its key was pressed.
     void readRequested(const QModelIndex &index);
 
 protected:
@@ -38,7 +38,7 @@ protected:
     bool eventFilter(QObject *editor, QEvent *event) override;
 
 private:
-    // Equal texts of equal width are laid out once, however many rows they have.
+    // Equal texts of equal width share one layout.
     struct LayoutKey
     {
         StyledText text;
@@ -66,7 +66,7 @@ private:
 
     QTreeView &view_;
     const TavPropertiesOutlineViewDataSource &dataSource_;
-    QPersistentModelIndex pressed_;                       // whose button the mouse went down on
-    mutable std::optional<ValueFonts> fonts_;             // for the font of the last cell
-    mutable QCache<LayoutKey, StyledTextLayout> layouts_; // in those fonts; costs characters
+    QPersistentModelIndex pressed_;                       // the row whose button is held down
+    mutable std::optional<ValueFonts> fonts_;             // for the last cell's font
+    mutable QCache<LayoutKey, StyledTextLayout> layouts_; // in those fonts; cost: characters
 };

@@ -7,14 +7,14 @@ class QFontMetrics;
 class QPainter;
 class QStyleOptionViewItem;
 
-// The button behind the text of a cell that reads an attribute. Drawn, since many rows may have
-// one.
+// The button after a cell's text that reads an attribute. Drawn rather than a widget, because many
+// rows may have one.
 class ReadButton
 {
 public:
     static QString title();
-    static int room(const QFontMetrics &metrics); // what it takes from the text's width
-    // In a cell whose first line is as wide as given.
+    static int room(const QFontMetrics &metrics); // the space it needs beside the text
+    // In a cell whose first line has the given width.
     static QRect place(const QStyleOptionViewItem &cell, int textWidth);
     static void paint(QPainter &painter, const QStyleOptionViewItem &cell, const QRect &place,
                       bool isDown);

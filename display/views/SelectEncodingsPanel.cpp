@@ -13,7 +13,7 @@
 
 SelectEncodingsPanel &SelectEncodingsPanel::sharedInstance()
 {
-    // Its window must go before the application does.
+    // Its window must be destroyed before the application.
     static SelectEncodingsPanel *panel = nullptr;
     if (!panel) {
         panel = new SelectEncodingsPanel;
@@ -81,7 +81,7 @@ void SelectEncodingsPanel::updateList()
         const bool isOn = checked.contains(row->data(Qt::UserRole).toUInt());
         row->setCheckState(isOn ? Qt::Checked : Qt::Unchecked);
     }
-    encodingsList_->viewport()->update(); // it was not told
+    encodingsList_->viewport()->update(); // it got no signal
 }
 
 void SelectEncodingsPanel::encodingListChanged()

@@ -4,8 +4,7 @@
 
 class QListWidget;
 
-// The panel in which the user chooses, of all text encodings that there are, those to be offered.
-// Loaded on first use.
+// The panel in which the user enables text encodings. Loaded on first use.
 class SelectEncodingsPanel : public QObject
 {
     Q_OBJECT
@@ -13,9 +12,9 @@ public:
     static SelectEncodingsPanel &sharedInstance();
 
     void showPanel();
-    static bool worksWhenModal() { return true; }     // is usable while a modal dialog is up
-    QWidget *window() const { return window_.get(); } // null before it was first shown
-    void setupEncodingsList();                        // once the panel was shown
+    static bool worksWhenModal() { return true; }     // usable during a modal dialog
+    QWidget *window() const { return window_.get(); } // null until first shown
+    void setupEncodingsList();                        // after the panel was first shown
     void encodingListChanged();                       // by a check box
 
 private:
@@ -23,7 +22,7 @@ private:
     ~SelectEncodingsPanel() override;
 
     void load();
-    void updateList(); // the check boxes, from what is enabled
+    void updateList(); // sets the check boxes
 
     std::unique_ptr<QWidget> window_;
     QListWidget *encodingsList_ = nullptr;

@@ -5,7 +5,7 @@
 #include <QPainter>
 
 namespace {
-// As long as the given text, so that ranges keep their places.
+// Keeps the length, so that ranges stay valid.
 QString withLineSeparators(QString text)
 {
     text.replace(QLatin1String("\r\n"), QStringLiteral("\u200b\n"));
@@ -14,14 +14,14 @@ QString withLineSeparators(QString text)
     return text;
 }
 
-// Breaking lines at the ends of words takes time with the square of the longest word.
+// Breaking lines between words takes quadratic time in the maxWordLength word.
 bool hasLongWord(const QString &text)
 {
-    constexpr qsizetype longest = 1000;
+    constexpr qsizetype maxWordLength = 1000;
     qsizetype length = 0;
     return std::any_of(text.begin(), text.end(), [&](QChar c) {
         length = c.isSpace() ? 0 : length + 1;
-        return length > longest;
+        return length > maxWordLength;
     });
 }
 } // namespace

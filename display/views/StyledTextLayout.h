@@ -8,7 +8,7 @@
 
 class QPainter;
 
-// The two fonts that values are drawn in, of the same size.
+// The two fonts for values, in the same size.
 struct ValueFonts
 {
     explicit ValueFonts(const QFont &font);
@@ -22,7 +22,7 @@ struct ValueFonts
     QFont fixedPitch;
 };
 
-// A styled text broken into lines of a width, ready to be drawn.
+// A styled text broken into lines, ready to draw.
 class StyledTextLayout
 {
 public:
@@ -33,7 +33,7 @@ public:
 
     qreal height() const { return height_; }
     qreal firstAscent() const;
-    // Draws the lines that the clip touches; highlighted text is of one colour.
+    // Draws the lines inside the clip; highlighted text has one colour.
     void draw(QPainter &painter, const QPointF &position, const QRectF &clip,
               const QColor *highlight) const;
 

@@ -22,7 +22,7 @@ using Type = RegistryValue::Type;
 
 TavFormatController &TavFormatController::sharedInstance()
 {
-    // Its panel must go before the application does.
+    // Its panel must be destroyed before the application.
     static TavFormatController *controller = nullptr;
     if (!controller) {
         controller = new TavFormatController;
@@ -34,8 +34,8 @@ TavFormatController &TavFormatController::sharedInstance()
 TavFormatController::TavFormatController() = default;
 TavFormatController::~TavFormatController() = default;
 
-// Some states share a slot, such as those of the terminated root and of a new entry that a search
-// does not match. Which look they have is settled by the first one asked for.
+// Deliberate: some states share a slot, such as a terminated root and a new entry that a search
+// does not match. The first one requested determines the look of both.
 const EntryTextAttributes &
 TavFormatController::textAttributesForRegistryState(RegistryState registryState,
                                                     FindState findState, bool isRootEntry)
@@ -75,7 +75,7 @@ PropertyFormatPanel &TavFormatController::panel()
     return *panel_;
 }
 
-// Windows have the commands in their menus, which the keys do not reach from here.
+// The keys of the windows' menus do not work in the panel.
 void TavFormatController::addUndoKeys()
 {
     QDialog &window = panel_->window();
@@ -136,7 +136,7 @@ void TavFormatController::setPropertyFormatsFromDescriptor(const QString &descri
 void TavFormatController::setSelectedPropertyItem(TavRegistryProperty *item)
 {
     if (panel_) {
-        panel_->commitChoices(); // made for the one selected so far
+        panel_->commitChoices(); // made for the previous selection
         if (item != selectedItem_)
             panel_->setTargetNote(QString());
     }
@@ -162,7 +162,7 @@ void TavFormatController::noteEntryReread(const PropertyRef &olderRoot, const Pr
     TavRegistryProperty *const found = PropertyCounterparts::find(*selectedItem_, *newRoot);
     const QString title = PropertyTitle::of(*selectedItem_);
     selectItem(found ? found : newRoot.get());
-    // What the user is choosing is for the same property still.
+    // An unfinished choice still applies to the same property.
     if (found && panel_ && panel_->isChoosing())
         return;
     showSelection();
@@ -204,7 +204,7 @@ void TavFormatController::showSelection()
 void TavFormatController::_readDefaultPropertyFormats()
 {
     const PropertyFormatOptions options = propertyFormatForDescriptor(
-        PreferencesStore::standard().string(TavPropertyOutlineItem::defaultFormatKey()));
+        PreferencesStore::standard().string(PreferenceKeys::defaultFormat));
     if (options.unit == PropertyFormatOptions::useDefault) {
         qCWarning(displayLog, "Invalid default data view options!");
         return;
@@ -245,7 +245,7 @@ void TavFormatController::change(const QString &title, const std::function<void(
         undoStack()->push(new FormatCommand(title, std::move(change), selectedItem_));
 }
 
-// Titles of commands go into menus.
+// Escaped, as command titles go into menus.
 QString TavFormatController::formatTitle() const
 {
     if (!selectedItem_)
@@ -327,7 +327,7 @@ void TavFormatController::clearSubclassSettings()
 {
     if (selectedItem_)
         selectedItem_->clearPropertyFormatsForSubclassesOfClass(panel().selectedClass());
-    showSelection(); // the one shown may have been among them
+    showSelection(); // the shown format may have changed
 }
 
 void TavFormatController::noteOptionsChanged()

@@ -14,8 +14,8 @@ class QAction;
 class QDialog;
 class TavPropertyOutlineItem;
 
-// Lets the user choose, in a floating panel, how the selected property is shown and for which class
-// of entries. One for the application. Main thread only.
+// Lets the user choose, in a floating panel, how the selected property is shown, and for which
+// class of entries. One for the application. Main thread only.
 class TavFormatController : public QObject
 {
     Q_OBJECT
@@ -24,43 +24,43 @@ public:
 
     static TavFormatController &sharedInstance();
 
-    // How an entry's name is drawn.
+    // The style of an entry's name.
     static const EntryTextAttributes &textAttributesForRegistryState(RegistryState registryState,
                                                                      FindState findState,
                                                                      bool isRootEntry);
     static QString descriptorForPropertyFormats(const PropertyFormatOptions &options);
     static PropertyFormatOptions propertyFormatForDescriptor(const QString &descriptor);
 
-    // What the panel shows; it is loaded on first use.
+    // What the panel shows; loads it on first use.
     QDialog &propertyFormatPanel();
     PropertyFormatOptions propertyFormat();
     QString propertyFormatDescriptor();
     void setPropertyFormats(const PropertyFormatOptions &options);
-    void setPropertyFormatsFromDescriptor(const QString &descriptor); // null: nothing is done
+    void setPropertyFormatsFromDescriptor(const QString &descriptor); // null: does nothing
 
-    // Null, and what cannot be shown, stand for no property.
+    // Null, or a property that cannot be shown: no selection.
     void setSelectedPropertyItem(TavRegistryProperty *item);
     TavPropertyOutlineItem *selectedPropertyItem() const { return selectedItem_; }
-    // An entry was reread. What is selected in its older tree is found again by its key path; when
-    // that is gone, the new root is selected, and the panel says so.
+    // An entry was reread. Finds the selected property of its older tree by its key path; if it is
+    // gone, the new root is selected, and the panel says so.
     void noteEntryReread(const PropertyRef &olderRoot, const PropertyRef &newRoot);
     DataSettingsStatus dataSettingsStatus() const { return status_; }
 
-    // What the user does in the panel goes there from now on, to be undone: to the stack of the
-    // window that the selected property belongs to. Without one it cannot be undone.
+    // Makes the panel's changes undoable from now on: on the stack of the window of the selected
+    // property. Without a stack they cannot be undone.
     void setUndoStack(QUndoStack &stack);
     QUndoStack *undoStack() const { return undoGroup_.activeStack(); }
-    void noteFormatsRestored(const PropertyRef &item); // that were changed for the item
+    void noteFormatsRestored(const PropertyRef &item); // formats changed for the item
 
     bool isPropertyFormatPanelVisible() const;
     void togglePropertyFormatPanel();
     void showPropertyFormatPanel();
-    // The command of a window to show or hide the panel: triggers that, and is titled after it.
+    // Connects a window's command that shows or hides the panel, and keeps its title up to date.
     void addTogglePropertyFormatPanelMenuItem(QAction &action);
-    // Titles the item after the state. Whether its command can run now.
+    // Sets the item's title. Returns whether its command can run now.
     bool validateMenuItem(QAction &item) const;
 
-    // What the panel's controls and its menu do.
+    // Actions of the panel's controls and its menu.
     void dataViewOptionChanged(bool isClassChange);
     void propertyFormatActionMenuChanged(int tag);
     void setDefaultPropertyFormats();
@@ -68,11 +68,12 @@ public:
     void clearContainedPropertySettings();
     void clearSubclassSettings();
     void _readDefaultPropertyFormats();
-    bool _hasEligibleDataSettingsTarget() const; // one that is formatted, or contains such
+    bool _hasEligibleDataSettingsTarget() const; // formatted, or contains such properties
     bool _hasCollectionDataSettingsTarget() const;
 
 Q_SIGNALS:
-    // A stored format has changed. The item is the one that was edited, or null for the default.
+    // Call this after a change of a stored format. The item is the edited one, or null for the
+    // default.
     void dataViewOptionsChanged(TavRegistryProperty *item);
 
 private:
@@ -87,7 +88,7 @@ private:
     QString message() const;
     void setStatus(DataSettingsStatus status, const QString &text);
     void noteTargetGone(const QString &title);
-    // Does what can be undone.
+    // Runs an undoable change.
     void change(const QString &title, const std::function<void()> &action);
     QString formatTitle() const;
     QString actionTitle(int tag) const;
@@ -97,8 +98,8 @@ private:
     std::unique_ptr<PropertyFormatPanel> panel_;
     std::vector<QPointer<QAction>> toggleItems_;
     std::shared_ptr<TavRegistryEntry> selectedRegistryEntry_;
-    PropertyRef keptItem_; // keeps the tree of the selected one
+    PropertyRef keptItem_; // keeps the selected item's tree alive
     TavPropertyOutlineItem *selectedItem_ = nullptr;
     DataSettingsStatus status_ = DataSettingsStatus::Default;
-    QUndoGroup undoGroup_; // of the windows' stacks
+    QUndoGroup undoGroup_; // the windows' stacks
 };

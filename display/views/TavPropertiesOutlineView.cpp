@@ -42,7 +42,7 @@ void TavPropertiesOutlineView::setDataSource(TavPropertiesOutlineViewDataSource 
         if (!isReloading_)
             dataSource_->selectionDidChange();
     });
-    // At once: the rows that are laid out may be gone.
+    // Immediately: the rows in the layout may be gone.
     connect(&dataSource, &QAbstractItemModel::layoutChanged, this,
             [this] { executeDelayedItemsLayout(); });
 }
@@ -55,7 +55,7 @@ void TavPropertiesOutlineView::setUpHeader()
     header()->resizeSection(TavPropertiesOutlineViewDataSource::KeyColumn, 30 * character);
     header()->resizeSection(TavPropertiesOutlineViewDataSource::TypeColumn, 13 * character);
     header()->setMinimumSectionSize(8 * character);
-    // The third click on a header brings the natural order back.
+    // The third click on a header restores the natural order.
     header()->setSortIndicatorClearable(true);
     header()->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
@@ -83,10 +83,10 @@ void TavPropertiesOutlineView::showRereadTree()
                                       top);
     refreshEditor();
     if (hadFocus && !isAncestorOf(QApplication::focusWidget()))
-        setFocus(); // the editor had it, and its row is gone
+        setFocus(); // the editor had the focus, and its row is gone
 }
 
-// The selected row if it is in sight, or else the first that is.
+// The selected row if visible, else the first visible one.
 QModelIndex TavPropertiesOutlineView::anchorRow() const
 {
     const QModelIndex current = currentIndex();
@@ -94,7 +94,7 @@ QModelIndex TavPropertiesOutlineView::anchorRow() const
     return isInSight ? current : indexAt({viewport()->rect().center().x(), 0});
 }
 
-// The text of the value that is looked at in place may have changed, or be no text any more.
+// The text in the value editor may have changed, or no longer be text.
 void TavPropertiesOutlineView::refreshEditor()
 {
     QWidget *const editor = indexWidget(currentIndex());

@@ -7,24 +7,24 @@ class PropertyValueDelegate;
 class TavPropertiesOutlineViewDataSource;
 class TavRegistryProperty;
 
-// Shows the property tree of the selected entry and opens again what the user had opened. What is
-// selected, seen and looked at in place stays when the entry is reread, and is found again when the
-// user comes back to it.
+// Shows the property tree of the selected entry and remembers expanded rows. Selection, scroll
+// position and a value being read in place survive rereading the entry, and return when the user
+// comes back to it.
 class TavPropertiesOutlineView : public OutlineView
 {
     Q_OBJECT
 public:
     explicit TavPropertiesOutlineView(QWidget *parent = nullptr);
 
-    // Once; takes no ownership. The data source must outlive the view's use.
+    // Call once; takes no ownership. The data source must outlive the view's use.
     void setDataSource(TavPropertiesOutlineViewDataSource &dataSource);
     TavPropertiesOutlineViewDataSource *dataSource() const { return dataSource_; }
 
-    // Reports no change of the selection: that is for the caller to ask for afterwards.
+    // Emits no selection change: the caller does that afterwards.
     void reloadData();
     void noteHeightOfAllRowsChanged();
     void setAllRowsExpanded(bool isExpanded);
-    TavRegistryProperty *selectedItem() const; // null when no row is selected
+    TavRegistryProperty *selectedItem() const; // null: no selection
 
 protected:
     void changeEvent(QEvent *event) override;

@@ -11,16 +11,16 @@
 
 using Reading = PropertiesViewController::Reading;
 
-// Where a node stands, which the node itself does not know.
+// The position of a node, which the node itself does not store.
 struct TavPropertiesOutlineViewDataSource::Row
 {
     TavRegistryProperty *item = nullptr;
     Row *parent = nullptr;
-    int number = 0; // among its parent's, as shown
+    int number = 0; // among its siblings, as shown
     bool hasMadeRows = false;
-    std::vector<Row> rows = {};    // by nature; made on first demand, never moved again
-    std::vector<Row *> shown = {}; // the same in the order of showing
-    Row *successor = nullptr;      // while a tree read later takes over
+    std::vector<Row> rows = {};    // in natural order; created on demand, never moved
+    std::vector<Row *> shown = {}; // the same in display order
+    Row *successor = nullptr;      // while a newer tree takes over
 };
 
 TavPropertiesOutlineViewDataSource::TavPropertiesOutlineViewDataSource(
@@ -71,7 +71,7 @@ void TavPropertiesOutlineViewDataSource::takeRowsOver(const PropertyRef &newRoot
 {
     Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
     const QModelIndexList kept = persistentIndexList();
-    // The view may look at the old rows until it has laid out the new ones.
+    // The view may access the old rows until it has laid out the new ones.
     const auto oldRows =
         std::exchange(root_, std::make_unique<Row>(Row{newRoot.get(), nullptr, 0}));
     const PropertyRef oldRoot = std::exchange(rootItem_, newRoot);
@@ -184,7 +184,7 @@ TavRegistryProperty *TavPropertiesOutlineViewDataSource::item(const QModelIndex 
 
 QModelIndex TavPropertiesOutlineViewDataSource::indexOf(const TavRegistryProperty &item) const
 {
-    std::vector<const TavRegistryProperty *> way; // upwards
+    std::vector<const TavRegistryProperty *> way; // from the node up
     const TavRegistryProperty *node = &item;
     for (; node->parent(); node = node->parent())
         way.push_back(node);
@@ -331,7 +331,7 @@ int TavPropertiesOutlineViewDataSource::columnCount(const QModelIndex &) const
 
 bool TavPropertiesOutlineViewDataSource::hasChildren(const QModelIndex &parent) const
 {
-    // An empty collection is expandable, but has nothing that an arrow could show.
+    // An empty collection is expandable, but has no rows for the arrow to show.
     const TavRegistryProperty *const item = rowOf(parent)->item;
     return parent.column() <= 0 && item && isItemExpandable(*item) && item->numberOfChildren() > 0;
 }
@@ -398,7 +398,7 @@ Qt::ItemFlags TavPropertiesOutlineViewDataSource::flags(const QModelIndex &index
     return flags;
 }
 
-// Editing is there to select and copy a part of a text.
+// Editing only serves to select and copy a part of a text.
 bool TavPropertiesOutlineViewDataSource::mayEdit(const TavRegistryProperty &item, int column)
 {
     using Type = RegistryValue::Type;

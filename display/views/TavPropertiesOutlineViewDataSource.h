@@ -9,7 +9,7 @@
 
 class TavPropertyOutlineItem;
 
-// The rows of a property tree: key or index, type, value. Nothing in them can be changed.
+// The read-only rows of a property tree: key or index, type, value.
 class TavPropertiesOutlineViewDataSource : public QAbstractItemModel
 {
     Q_OBJECT
@@ -21,23 +21,24 @@ public:
                                                 QObject *parent = nullptr);
     ~TavPropertiesOutlineViewDataSource() override;
 
-    // Shows the controller's present tree. One of the same entry takes the rows over: what stands
-    // at the same place keeps its indexes, and the view with them its selection, its open rows and
-    // its editor. Of another entry, what was open in the older tree is to be open again.
+    // Shows the controller's current tree. For the same entry, nodes at the same place keep their
+    // indexes, so that the view keeps its selection, expanded rows and editor. For another entry,
+    // the rows that were expanded in its older tree are expanded again.
     void reload(const PropertyRef &older = {});
-    bool isOfSameEntry() const;                               // as the one that is shown
-    const PropertyRef &rootItem() const { return rootItem_; } // the one that is shown
-    const PropertyRef &nextRootItem() const;                  // the controller's present one
+    bool isOfSameEntry() const;                               // as the one shown
+    const PropertyRef &rootItem() const { return rootItem_; } // the one shown
+    const PropertyRef &nextRootItem() const;                  // the controller's current one
     void selectionDidChange();
 
-    // The attribute that a row is about, as "DxUnreadAttributes" names it; null for no row.
+    // The attribute of the row, as "DxUnreadAttributes" names it; null: none.
     QString attribute(const QModelIndex &index) const;
-    PropertiesViewController::Reading reading(const QModelIndex &index) const; // of its attribute
-    bool isUnreadAttribute(const QModelIndex &index) const; // a row that says why one is not read
-    void readAttribute(const QModelIndex &index);           // when that is offered
+    PropertiesViewController::Reading reading(const QModelIndex &index) const; // for its attribute
+    bool isUnreadAttribute(
+        const QModelIndex &index) const; // a row with the reason why an attribute is not read
+    void readAttribute(const QModelIndex &index); // when reading is offered
 
-    TavRegistryProperty *item(const QModelIndex &index) const;  // null for the invisible top
-    QModelIndex indexOf(const TavRegistryProperty &item) const; // invalid for what is not shown
+    TavRegistryProperty *item(const QModelIndex &index) const;  // null: the invisible root
+    QModelIndex indexOf(const TavRegistryProperty &item) const; // invalid: not shown
     StyledText styledText(const QModelIndex &index) const;
     static bool isItemExpandable(const TavRegistryProperty &item);
     bool isItemExpanded(const TavRegistryProperty &item) const;
@@ -55,14 +56,14 @@ public:
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
-    // By a column's order, or by nature: as the entry gives them, for any other number.
+    // By a column's order; for any other number in natural order, as the entry gives them.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 private:
     struct Row;
 
     Row *rowOf(const QModelIndex &index) const;
-    Row &madeRow(const QModelIndex &parent) const; // with the rows below it made
+    Row &madeRow(const QModelIndex &parent) const; // with its child rows created
     void makeRowsBelow(Row &row) const;
     void sortRowsBelow(Row &row) const;
     void resetRows(const PropertyRef &newRoot);
@@ -74,7 +75,7 @@ private:
     PropertiesViewController &windowController_;
     ExpansionRecorder expansionRecorder_;
     ExpandedItems expandedItems_;
-    PropertyRef rootItem_; // keeps the nodes that the rows stand for
+    PropertyRef rootItem_; // keeps the rows' nodes alive
     std::unique_ptr<Row> root_;
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;

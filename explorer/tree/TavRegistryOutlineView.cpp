@@ -83,7 +83,7 @@ void TavRegistryOutlineView::setSubtreeExpanded(const QModelIndex &top, bool isE
     rereadMiscounted();
 }
 
-qsizetype TavRegistryOutlineView::mostRowsInBulk() const
+qsizetype TavRegistryOutlineView::maxRowsInBulk() const
 {
     constexpr qsizetype rowsOfAnEntry = 4; // most entries have one
     constexpr qsizetype least = 10'000;
@@ -152,7 +152,7 @@ TavRegistryOutlineView::itemsToSelect(const TavRegistryEntryPath &path)
         reloadData();
         items = itemsForEntryPath(path);
     }
-    items.resize(std::min<std::size_t>(items.size(), deepestLevel));
+    items.resize(std::min<std::size_t>(items.size(), maxLevel));
     return items;
 }
 

@@ -54,7 +54,7 @@ Q_SIGNALS:
     void contextMenuRequested(const QPoint &globalPosition);
 
 protected:
-    qsizetype mostRowsInBulk() const override;
+    qsizetype maxRowsInBulk() const override;
     void drawBranches(QPainter *painter, const QRect &rect,
                       const QModelIndex &index) const override;
     bool event(QEvent *event) override;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/archive/CompactArray.h"
+#include "platform/text/CompactArray.h"
 
 #include <QHash>
 

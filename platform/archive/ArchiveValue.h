@@ -6,10 +6,9 @@
 #include <variant>
 #include <vector>
 
-// An object of an archive, by its position there.
 struct ArchiveReference
 {
-    quint32 index;
+    quint32 index; // of the object in the archive
     friend bool operator==(const ArchiveReference &, const ArchiveReference &) = default;
 };
 
@@ -32,7 +31,7 @@ struct ArchiveMember;
 using ArchiveList = std::vector<ArchiveValue>;
 using ArchiveDictionary = std::vector<ArchiveMember>; // in writing order, no key twice
 
-// What an archive can hold under a key or in a list; the monostate means nothing at all.
+// A value under a key or in a list; the monostate stands for an absent one.
 struct ArchiveValue
     : std::variant<std::monostate, ArchiveNull, bool, ArchiveNumber, QString, QByteArray, QDateTime,
                    ArchiveReference, ArchiveList, ArchiveDictionary>

@@ -7,7 +7,7 @@
 namespace {
 constexpr quint8 indefinite = 31;
 constexpr quint8 breakByte = 0xff;
-constexpr quint64 mostItems = 0xfffffffe; // of one array or map
+constexpr quint64 maxItems = 0xfffffffe; // of one array or map
 } // namespace
 
 CborReader::CborReader(QByteArrayView bytes)
@@ -16,7 +16,7 @@ CborReader::CborReader(QByteArrayView bytes)
     , after_(begin_)
     , end_(begin_ + bytes.size())
 {
-    look();
+    parseHead();
 }
 
 bool CborReader::fail()
@@ -26,8 +26,7 @@ bool CborReader::fail()
     return false;
 }
 
-// What is at at_: its type and its argument.
-void CborReader::look()
+void CborReader::parseHead()
 {
     type_ = Type::None;
     if (open_.left == 0)
@@ -51,14 +50,14 @@ void CborReader::look()
     else if (!(isIndefinite_ ? canBeIndefinite : readArgument(info)))
         fail();
     else if (type_ == Type::Simple)
-        lookAtSimple(info);
+        parseSimple(info);
 }
 
-void CborReader::lookAtSimple(quint8 info)
+void CborReader::parseSimple(quint8 info)
 {
     constexpr Type types[] = {Type::Simple, Type::Half, Type::Float, Type::Double};
     type_ = types[info - 24];
-    if (info == 24 && argument_ < 32) // those have a shorter form
+    if (info == 24 && argument_ < 32) // CBOR demands the shorter form for these
         fail();
 }
 
@@ -100,12 +99,11 @@ double CborReader::toDouble() const
     }
 }
 
-// Goes on at at_, behind the item.
 bool CborReader::finishItem()
 {
     if (!open_.isIndefinite)
         --open_.left;
-    look();
+    parseHead();
     return !hasError_;
 }
 
@@ -116,7 +114,7 @@ bool CborReader::next()
     at_ = after_;
     if (type_ != Type::Tag)
         return finishItem();
-    look(); // a tag and what it belongs to are one item
+    parseHead(); // a tag and its content are one item
     return !hasError_;
 }
 
@@ -125,12 +123,12 @@ bool CborReader::enter()
     if (type_ != Type::Array && type_ != Type::Map)
         return false;
     const quint64 perElement = type_ == Type::Map ? 2 : 1;
-    if (!isIndefinite_ && argument_ > mostItems / perElement)
+    if (!isIndefinite_ && argument_ > maxItems / perElement)
         return fail();
     around_.push_back(open_);
     open_ = {isIndefinite_ ? 1 : argument_ * perElement, isIndefinite_};
     at_ = after_;
-    look();
+    parseHead();
     return !hasError_;
 }
 
@@ -138,13 +136,12 @@ bool CborReader::leave()
 {
     if (type_ != Type::None || hasError_ || around_.empty())
         return false;
-    at_ += open_.isIndefinite; // the break
+    at_ += open_.isIndefinite; // skip the break
     open_ = around_.back();
     around_.pop_back();
     return finishItem();
 }
 
-// The one at at_, or a piece of one of indefinite length.
 bool CborReader::readPiece(Type type, QByteArrayView &piece)
 {
     if (type_ != type || isIndefinite_ || argument_ > static_cast<quint64>(end_ - after_))
@@ -166,7 +163,7 @@ bool CborReader::readPieces(Type type, Text &whole, Convert convert)
     at_ = after_;
     Text part;
     whole.clear();
-    for (look(); type_ != Type::None; look()) {
+    for (parseHead(); type_ != Type::None; parseHead()) {
         if (!readPiece(type, piece) || !convert(piece, part))
             return false;
         whole += part;

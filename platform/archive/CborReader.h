@@ -4,8 +4,8 @@
 #include <QString>
 #include <vector>
 
-// Reads CBOR item by item from bytes that lie in memory. The bytes may be anything; where they are
-// not well-formed, reading ends with an error.
+// Reads CBOR item by item from memory. The bytes are untrusted; where they are not well-formed,
+// reading ends with an error.
 class CborReader
 {
 public:
@@ -29,16 +29,15 @@ public:
     explicit CborReader(QByteArrayView bytes);
 
     Type type() const { return type_; }
-    bool hasError() const { return hasError_; }
     bool hasNext() const { return type_ != Type::None; } // in the array or map that was entered
-    qsizetype offset() const { return at_ - begin_; }    // of the item, or the end of all
+    qsizetype offset() const { return at_ - begin_; }    // of the current item
 
     // An unsigned integer, -1 minus a negative one, a tag or a simple value.
     quint64 argument() const { return argument_; }
     double toDouble() const; // an integer or a floating-point number
 
-    // Each leads past the item; false on an error and where the item is of another type.
-    bool next(); // any but a text, bytes, an array or a map
+    // Each moves past the item; false on an error and where the item is of another type.
+    bool next(); // not for text, bytes, arrays and maps
     bool enter();
     bool leave(); // the array or map, at its end
     bool readText(QString &text);
@@ -47,12 +46,12 @@ public:
 private:
     struct Container
     {
-        quint64 left; // items, the present one counted
+        quint64 left; // items, including the current one
         bool isIndefinite;
     };
 
-    void look();
-    void lookAtSimple(quint8 info);
+    void parseHead();
+    void parseSimple(quint8 info);
     bool readArgument(quint8 info);
     bool finishItem();
     template<class Text, class Convert>
@@ -61,8 +60,8 @@ private:
     bool fail();
 
     const quint8 *begin_;
-    const quint8 *at_;    // the item
-    const quint8 *after_; // its head
+    const quint8 *at_;    // start of the item
+    const quint8 *after_; // end of its head
     const quint8 *end_;
     quint64 argument_ = 0;
     Container open_{1, false};

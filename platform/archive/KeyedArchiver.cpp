@@ -3,11 +3,11 @@
 #include <QSet>
 #include <limits>
 
-using Kind = ArchiveItemKind;
+using Kind = PackedKind;
 
 namespace {
 
-// The value kept for the key, which is the given one when the key is new.
+// Returns the value kept for the key and whether the key is new.
 template<class Hash>
 std::pair<typename Hash::mapped_type, bool>
 findOrInsert(Hash &hash, const typename Hash::key_type &key, typename Hash::mapped_type value)
@@ -69,7 +69,7 @@ void KeyedArchiver::_writeObject(std::size_t index)
 {
     const auto [address, typeNumber] = objects_[index];
     const Class &type = classes_[typeNumber];
-    record_.clear();
+    pending_.clear();
     position_ = type.start;
     type.encoder(address, *this);
     writer_.startArray(1 + shapes_.length(position_));
@@ -77,7 +77,7 @@ void KeyedArchiver::_writeObject(std::size_t index)
         writer_.append(quint64(*shape));
     else
         _writeShape(type);
-    record_.write(writer_);
+    pending_.write(writer_);
     writer_.endArray();
     if (output_.hasFailed())
         _fail(output_.errorString());
@@ -86,7 +86,7 @@ void KeyedArchiver::_writeObject(std::size_t index)
 void KeyedArchiver::_writeShape(const Class &type)
 {
     shapes_.addShape(position_);
-    const std::vector<ArchiveShapes::Key> keys = shapes_.keys(position_);
+    const std::vector<ShapeTrie::Key> keys = shapes_.keys(position_);
     QSet<QLatin1String> names;
     writer_.startArray(1 + keys.size());
     writer_.append(QStringView(type.name));
@@ -124,10 +124,10 @@ void KeyedArchiver::_step(QLatin1String key, bool isInteger)
 
 void KeyedArchiver::_addString(const QString &text)
 {
-    constexpr qsizetype longSize = 1024;
-    const bool isLong = text.size() >= longSize;
+    constexpr qsizetype minLongSize = 1024;
+    const bool isLong = text.size() >= minLongSize;
     if (isLong && longStrings_.contains(text.constData())) {
-        record_.add(Kind::String, longStrings_.value(text.constData()));
+        pending_.add(Kind::String, longStrings_.value(text.constData()));
         return;
     }
     const auto [index, isNew] = findOrInsert(sharedStrings_, text, sharedCount_);
@@ -135,9 +135,9 @@ void KeyedArchiver::_addString(const QString &text)
         if (isLong)
             longStrings_.insert(text.constData(), index);
         ++sharedCount_;
-        record_.addText(text);
+        pending_.addText(text);
     } else {
-        record_.add(Kind::String, index);
+        pending_.add(Kind::String, index);
     }
 }
 
@@ -147,23 +147,23 @@ void KeyedArchiver::_addDate(const QDateTime &date)
     const auto [index, isNew] = findOrInsert(sharedDates_, milliseconds, sharedCount_);
     if (isNew) {
         ++sharedCount_;
-        record_.addDate(milliseconds);
+        pending_.addDate(milliseconds);
     } else {
-        record_.add(Kind::Date, index);
+        pending_.add(Kind::Date, index);
     }
 }
 
 void KeyedArchiver::encodeBoolean(QLatin1String key, bool value)
 {
     _step(key, false);
-    record_.add(value ? Kind::True : Kind::False);
+    pending_.add(value ? Kind::True : Kind::False);
 }
 
 void KeyedArchiver::encodeString(QLatin1String key, const QString &value)
 {
     _step(key, false);
     if (value.isNull())
-        record_.add(Kind::Absent);
+        pending_.add(Kind::Absent);
     else
         _addString(value);
 }
@@ -172,7 +172,7 @@ void KeyedArchiver::encodeDate(QLatin1String key, const QDateTime &value)
 {
     _step(key, false);
     if (value.isNull())
-        record_.add(Kind::Absent);
+        pending_.add(Kind::Absent);
     else
         _addDate(value);
 }
@@ -181,17 +181,17 @@ void KeyedArchiver::encodeReference(QLatin1String key, std::optional<ArchiveRefe
 {
     _step(key, false);
     if (value)
-        record_.add(Kind::Object, value->index);
+        pending_.add(Kind::Object, value->index);
     else
-        record_.add(Kind::Absent);
+        pending_.add(Kind::Absent);
 }
 
 void KeyedArchiver::encodeReferences(QLatin1String key, std::span<const ArchiveReference> list)
 {
     _step(key, false);
-    record_.openContainer(Kind::List, list.size());
+    pending_.openContainer(Kind::List, list.size());
     for (const ArchiveReference reference : list)
-        record_.add(Kind::Object, reference.index);
+        pending_.add(Kind::Object, reference.index);
 }
 
 void KeyedArchiver::encodeValue(QLatin1String key, const ArchiveValue &value)
@@ -200,32 +200,32 @@ void KeyedArchiver::encodeValue(QLatin1String key, const ArchiveValue &value)
     _addValue(value, 0);
 }
 
-// Adds one value of any kind; its depth is bounded, so it may call itself.
+// Adds one value of any kind; recursion is safe because the depth is limited.
 class KeyedArchiver::ValueAdder
 {
 public:
     ValueAdder(KeyedArchiver &archiver, int depth)
         : archiver_(archiver)
-        , record_(archiver.record_)
+        , pending_(archiver.pending_)
         , depth_(depth)
     {}
 
-    void operator()(std::monostate) { record_.add(Kind::Absent); }
-    void operator()(ArchiveNull) { record_.add(Kind::Null); }
-    void operator()(bool truth) { record_.add(truth ? Kind::True : Kind::False); }
+    void operator()(std::monostate) { pending_.add(Kind::Absent); }
+    void operator()(ArchiveNull) { pending_.add(Kind::Null); }
+    void operator()(bool value) { pending_.add(value ? Kind::True : Kind::False); }
     void operator()(const ArchiveNumber &number)
     {
-        record_.add(ArchiveItems::numberKind(number.width, number.isSigned), number.bits);
+        pending_.add(PackedValues::numberKind(number.width, number.isSigned), number.bits);
     }
     void operator()(const QString &text) { archiver_._addString(text); }
-    void operator()(const QByteArray &bytes) { record_.addData(bytes); }
+    void operator()(const QByteArray &bytes) { pending_.addData(bytes); }
     void operator()(const QDateTime &date) { archiver_._addDate(date); }
-    void operator()(ArchiveReference object) { record_.add(Kind::Object, object.index); }
+    void operator()(ArchiveReference object) { pending_.add(Kind::Object, object.index); }
     void operator()(const ArchiveList &list)
     {
         if (isTooDeep())
             return;
-        record_.openContainer(Kind::List, list.size());
+        pending_.openContainer(Kind::List, list.size());
         for (const ArchiveValue &value : list)
             archiver_._addValue(value, depth_ + 1);
     }
@@ -233,7 +233,7 @@ public:
     {
         if (isTooDeep())
             return;
-        record_.openContainer(Kind::Dictionary, 2 * dictionary.size());
+        pending_.openContainer(Kind::Dictionary, 2 * dictionary.size());
         for (const ArchiveMember &member : dictionary) {
             archiver_._addString(member.key);
             archiver_._addValue(member.value, depth_ + 1);
@@ -243,16 +243,16 @@ public:
 private:
     bool isTooDeep()
     {
-        if (depth_ < ArchiveFormat::deepestNesting)
+        if (depth_ < ArchiveFormat::maxNesting)
             return false;
         archiver_._fail(QStringLiteral("lists are nested too deeply"));
-        record_.add(Kind::Absent);
+        pending_.add(Kind::Absent);
         return true;
     }
 
     KeyedArchiver &archiver_;
-    ArchiveRecord &record_;
-    int depth_; // lists and dictionaries around the value
+    PendingObject &pending_;
+    int depth_; // number of lists and dictionaries around the value
 };
 
 void KeyedArchiver::_addValue(const ArchiveValue &value, int depth)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/archive/ArchiveOutput.h"
-#include "platform/archive/ArchiveRecord.h"
-#include "platform/archive/ArchiveShapes.h"
+#include "platform/archive/DigestDevice.h"
+#include "platform/archive/PendingObject.h"
+#include "platform/archive/ShapeTrie.h"
 
 #include <QCborStreamWriter>
 #include <QHash>
@@ -10,16 +10,16 @@
 #include <functional>
 #include <span>
 
-// A class of objects as an archiver knows it.
+// A class of objects registered with an archiver.
 template<class T>
 struct ArchiveClass
 {
     quint32 number;
 };
 
-// Writes a graph of objects. Each object is written once however often it is referred to; equal
-// strings and dates are written once too. Objects are told apart by their addresses and must
-// outlive the archiver. The graph may have cycles and any depth.
+// Writes a graph of objects. Each object is written once, and so are equal strings and dates.
+// Objects are identified by their addresses and must outlive the archiver. The graph may have
+// cycles and any depth.
 class KeyedArchiver
 {
 public:
@@ -34,7 +34,7 @@ public:
         })};
     }
 
-    // Writes the whole archive; false when that failed, with the reason in errorString.
+    // Writes the whole archive; on failure false, with the reason in errorString.
     template<class T>
     bool encodeRoot(const T &root, ArchiveClass<T> type)
     {
@@ -43,25 +43,25 @@ public:
     }
     const QString &errorString() const { return errorString_; }
 
-    // How other objects refer to this one; it is written in its turn.
+    // For references from other objects; queues the object for writing.
     template<class T>
     ArchiveReference reference(const T &object, ArchiveClass<T> type)
     {
         return _reference(&object, type.number);
     }
 
-    // For encoders: one call for each key of the object, no key twice. Keys are literals.
+    // For encoders: one call for each key of the object. Keys are literals.
     template<std::integral T>
     void encodeInteger(QLatin1String key, T value)
     {
         _step(key, true);
         if constexpr (std::signed_integral<T>) {
             if (value < 0) {
-                record_.add(ArchiveItemKind::NegativeInteger, ~static_cast<quint64>(value));
+                pending_.add(PackedKind::NegativeInteger, ~static_cast<quint64>(value));
                 return;
             }
         }
-        record_.add(ArchiveItemKind::Integer, static_cast<quint64>(value));
+        pending_.add(PackedKind::Integer, static_cast<quint64>(value));
     }
     void encodeBoolean(QLatin1String key, bool value);
     void encodeString(QLatin1String key, const QString &value); // null: absent
@@ -76,7 +76,7 @@ private:
     {
         QString name;
         AnyEncoder encoder;
-        ArchiveShapes::Position start;
+        ShapeTrie::Position start;
     };
     struct Object
     {
@@ -98,17 +98,16 @@ private:
     void _addDate(const QDateTime &date);
     void _addValue(const ArchiveValue &value, int depth);
 
-    ArchiveOutput output_;
+    DigestDevice output_;
     QCborStreamWriter writer_;
-    ArchiveShapes shapes_;
-    ArchiveShapes::Position position_ = 0;
-    ArchiveRecord record_;
+    ShapeTrie shapes_;
+    ShapeTrie::Position position_ = 0;
+    PendingObject pending_;
     std::vector<Class> classes_;
     std::vector<Object> objects_; // in the order they are written
     QHash<const void *, quint32> objectIndexes_;
     QHash<QString, quint64> sharedStrings_;
-    // Those of the strings that are long, which many values may share: by where they lie, for
-    // hashing one takes time with its length.
+    // Long strings by address: many values may share one, and hashing takes time with its length.
     QHash<const QChar *, quint64> longStrings_;
     QHash<qint64, quint64> sharedDates_;
     quint64 sharedCount_ = 0;

@@ -2,19 +2,19 @@
 
 #include "platform/runloop/Disposal.h"
 
-KeyedUnarchiver::KeyedUnarchiver(const QByteArray &bytes, const ArchiveReader::Report &report)
+KeyedUnarchiver::KeyedUnarchiver(const QByteArray &bytes, const ArchiveParser::Report &report)
 {
-    ArchiveReader reader(bytes, report);
-    const auto table = std::make_shared<ArchiveTable>();
-    if (!reader.read(*table))
-        fail(reader.errorString(), {});
-    shapes_ = std::move(table->shapes);
-    table_ = table;
-    isOfNewerFormat_ = reader.isOfNewerFormat();
+    ArchiveParser parser(bytes, report);
+    const auto archive = std::make_shared<ParsedArchive>();
+    if (!parser.parse(*archive))
+        fail(parser.errorString(), {});
+    shapes_ = std::move(archive->shapes);
+    archive_ = archive;
+    isOfNewerFormat_ = parser.isOfNewerFormat();
 }
 
 KeyedUnarchiver::KeyedUnarchiver(const KeyedUnarchiver &archive, Silently)
-    : table_(archive.table_)
+    : archive_(archive.archive_)
     , shapes_(archive.shapes_)
     , isOfNewerFormat_(archive.isOfNewerFormat_)
     , isSilent_(true)
@@ -23,13 +23,13 @@ KeyedUnarchiver::KeyedUnarchiver(const KeyedUnarchiver &archive, Silently)
 KeyedUnarchiver::~KeyedUnarchiver()
 {
     if (objectCount() >= Disposal::worthwhile)
-        Disposal::later(std::const_pointer_cast<ArchiveTable>(std::move(table_)));
+        Disposal::later(std::const_pointer_cast<ParsedArchive>(std::move(archive_)));
 }
 
-ArchivedObject KeyedUnarchiver::object(ArchiveReference reference)
+ObjectDecoder KeyedUnarchiver::object(ArchiveReference reference)
 {
-    Q_ASSERT(reference.index < table_->objects.size());
-    return ArchivedObject(*this, reference);
+    Q_ASSERT(reference.index < archive_->objects.size());
+    return ObjectDecoder(*this, reference);
 }
 
 void KeyedUnarchiver::fail(const QString &message, const QString &userInfo)

@@ -2,8 +2,12 @@
 
 #include "platform/host/Alert.h"
 
-// Shows an alert as a box: on its window, which alone it keeps from being used, or for the whole
-// program.
+class QMessageBox;
+
+// Shows alerts as message boxes, which delete themselves when closed.
 namespace AlertBox {
-void present(const Alert &alert, const AlertPanel::Answer &answer);
+// Shows the box immediately and returns without waiting for the answer.
+QMessageBox *show(const Alert &alert, const DesktopServices::AlertAnswer &answer = {});
+// Shows the box from the event loop, because its window may be about to show.
+void present(const Alert &alert, const DesktopServices::AlertAnswer &answer);
 } // namespace AlertBox

@@ -2,8 +2,8 @@
 
 #include <QProxyStyle>
 
-// Fusion for dark windows: it outlines check boxes, radio buttons and menus a shade darker than the
-// window, where that cannot be seen, and leaves the icons of what is disabled as bright as others.
+// Fusion for dark windows. Fusion's own outlines of check boxes, radio buttons and menus are darker
+// than the window and thus invisible there, and it leaves disabled icons as bright as others.
 class DarkStyle : public QProxyStyle
 {
     Q_OBJECT

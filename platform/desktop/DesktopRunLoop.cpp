@@ -1,6 +1,7 @@
 #include "platform/desktop/DesktopRunLoop.h"
 
 #include "platform/desktop/WorkDialog.h"
+#include "platform/host/DesktopServices.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -22,23 +23,23 @@ DesktopRunLoop::DesktopRunLoop(RunLoop &loop)
 {
     loop_.setModeTest(isInDefaultMode);
     loop_.setWaitDisplay(this);
-    LongWork::setDisplayFactory([](const QString &title, LongWork::Kind kind) {
+    DesktopServices::instance().makeWorkDisplay = [](const QString &title, LongWork::Kind kind) {
         return std::make_unique<WorkDialog>(title, kind);
-    });
+    };
     qApp->installEventFilter(this);
 }
 
 DesktopRunLoop::~DesktopRunLoop()
 {
     waitEnded();
-    LongWork::setDisplayFactory(nullptr);
+    DesktopServices::instance().makeWorkDisplay = nullptr;
     loop_.setWaitDisplay(nullptr);
     loop_.setModeTest(nullptr);
 }
 
 bool DesktopRunLoop::eventFilter(QObject *watched, QEvent *event)
 {
-    // Deferred, for the popup or dialog counts as open until it has dealt with the event.
+    // Deferred: the popup or dialog counts as open until it has handled the event.
     if (event->type() == QEvent::Hide && watched->isWidgetType() &&
         static_cast<QWidget *>(watched)->isWindow())
         QMetaObject::invokeMethod(
@@ -48,13 +49,13 @@ bool DesktopRunLoop::eventFilter(QObject *watched, QEvent *event)
 
 void DesktopRunLoop::waiting(Wait &wait, std::chrono::milliseconds elapsed)
 {
-    constexpr std::chrono::milliseconds unnoticed(500);
-    if (elapsed < unnoticed)
+    constexpr std::chrono::milliseconds minShownWait(500);
+    if (elapsed < minShownWait)
         return;
     if (!waitDialog_)
         waitDialog_ = new WaitDialog(QApplication::activeWindow());
     waitDialog_->showWait(wait);
-    // The user's input reaches the dialog alone, which is modal to all windows.
+    // Only the dialog gets the user's input, as it is modal to all windows.
     QApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
 }
 

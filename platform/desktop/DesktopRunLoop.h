@@ -5,8 +5,8 @@
 
 #include <QPointer>
 
-// Tells the main run loop what the desktop knows: it is in another mode while a popup menu is open
-// or an application-modal dialog runs, and past half a second a wait is shown.
+// Connects the main run loop to the desktop: the loop leaves its default mode while a popup menu or
+// an application-modal dialog is open, and a wait of more than half a second is shown.
 class DesktopRunLoop : public QObject, private WaitDisplay
 {
     Q_OBJECT
@@ -14,8 +14,7 @@ public:
     explicit DesktopRunLoop(RunLoop &loop = RunLoop::main());
     ~DesktopRunLoop() override;
 
-    // The wait that is shown, or null.
-    WaitDialog *waitDialog() const { return waitDialog_; }
+    WaitDialog *waitDialog() const { return waitDialog_; } // null: none shown
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -25,5 +24,5 @@ private:
     void waitEnded() override;
 
     RunLoop &loop_;
-    QPointer<WaitDialog> waitDialog_; // goes with its window, too
+    QPointer<WaitDialog> waitDialog_; // also deleted with its parent window
 };

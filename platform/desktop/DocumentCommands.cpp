@@ -12,7 +12,7 @@
 #include <QStandardPaths>
 
 namespace {
-// The document's window that is in use, else its first one.
+// The document's active window, else its first one.
 QWidget *windowOf(const Document &document)
 {
     const auto &controllers = document.windowControllers();
@@ -60,7 +60,7 @@ void DocumentCommands::openDocument(QWidget &window)
     const QStringList recent = recentDocuments_.files();
     if (!recent.isEmpty())
         dialog->setDirectory(QFileInfo(recent.first()).path());
-    // Later: a dialog is still at work when it tells of its end.
+    // Deferred: a dialog is still active when it emits its signal.
     connect(dialog, &QFileDialog::filesSelected, this,
             [this, window = QPointer(&window)](const QStringList &files) {
                 RunLoop::performLater(*this, [this, files, window] { openFiles(files, window); });
@@ -70,7 +70,7 @@ void DocumentCommands::openDocument(QWidget &window)
 
 void DocumentCommands::openFiles(const QStringList &files, QWidget *window)
 {
-    tell(open(files), window);
+    showFailures(open(files), window);
 }
 
 QList<DocumentCommands::Failure> DocumentCommands::open(const QStringList &files, bool display)
@@ -84,7 +84,7 @@ QList<DocumentCommands::Failure> DocumentCommands::open(const QStringList &files
             continue;
         }
         if (DocumentFile::isCancelled(failure.error))
-            break; // nor are the others wanted
+            break; // the user cancelled
         failures.append(failure);
         if (!QFileInfo::exists(file))
             recentDocuments_.remove(QFileInfo(file).absoluteFilePath());
@@ -92,8 +92,8 @@ QList<DocumentCommands::Failure> DocumentCommands::open(const QStringList &files
     return failures;
 }
 
-// Several failures share a box, so that nobody has to click through them.
-void DocumentCommands::tell(const QList<Failure> &failures, QWidget *window) const
+// Several failures share a box to save clicks.
+void DocumentCommands::showFailures(const QList<Failure> &failures, QWidget *window) const
 {
     if (failures.isEmpty())
         return;
@@ -204,7 +204,7 @@ void DocumentCommands::terminate()
     for (const auto &document : documents_.documents()) {
         if (!document->isDocumentEdited())
             continue;
-        // Then the next one, for this one is saved or has gone.
+        // Recursive, because this document is now saved or closed.
         prepareToClose(*document, [this, edited = QPointer(document.get())](bool mayClose) {
             if (!mayClose)
                 return;

@@ -9,39 +9,38 @@ class DocumentController;
 class QFileDialog;
 class QWidget;
 
-// What the user does with documents, with all that has to be asked and told.
+// The user's commands on documents, with their questions and messages.
 class DocumentCommands : public QObject
 {
     Q_OBJECT
 public:
-    // What the files are called.
     struct Kind
     {
         QString name;
         QString extension;
     };
-    using Done = std::function<void(bool)>; // whether it was done; not called if the window goes
+    using Done = std::function<void(bool)>; // whether it was done; not called if the window closes
 
     DocumentCommands(DocumentController &documents, Kind kind);
 
     RecentDocuments &recentDocuments() { return recentDocuments_; }
 
     void newDocument();
-    void openDocument(QWidget &window);                        // asks which
-    void openFiles(const QStringList &files, QWidget *window); // tells what cannot be opened
+    void openDocument(QWidget &window);                        // asks for the files
+    void openFiles(const QStringList &files, QWidget *window); // reports failures
     struct Failure
     {
         QString file;
         DocumentError error;
     };
     QList<Failure> open(const QStringList &files, bool display = true);
-    void tell(const QList<Failure> &failures, QWidget *window) const;
+    void showFailures(const QList<Failure> &failures, QWidget *window) const;
     void saveDocument(Document &document, const Done &done = {});
-    void saveDocumentAs(Document &document, const Done &done = {}); // asks where
-    // Asks about unsaved changes. Done with true, the document may be closed.
+    void saveDocumentAs(Document &document, const Done &done = {}); // asks for the name
+    // Asks about unsaved changes. The document may be closed when done gets true.
     void prepareToClose(Document &document, const Done &done);
-    // Asks about the unsaved changes of every document; then closes all. Not to be called from a
-    // window that goes.
+    // Asks about the unsaved changes of every document, then closes all. Must not be called from a
+    // window that is closing.
     void terminate();
 
 Q_SIGNALS:

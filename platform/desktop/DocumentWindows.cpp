@@ -80,7 +80,8 @@ bool DocumentWindows::asksBeforeClosing(QWidget &window)
 
 void DocumentWindows::noteWindowClosed(QWidget &window)
 {
-    // The window still has to deal with the event, and the document may be at work below.
+    // Deferred: the window still has to handle the event, and the document may be active further
+    // down the stack.
     RunLoop::performLater(*this, [this, watched = QPointer(&window)] {
         if (watched && !watched->isVisible())
             closeWindow(*watched);
@@ -110,7 +111,7 @@ bool DocumentWindows::takeDrop(QWidget &window, QDropEvent &event)
     if (files.isEmpty())
         return false;
     event.acceptProposedAction();
-    // The program that the files come from waits for the answer.
+    // Deferred: the source of the files waits for the answer.
     if (event.type() == QEvent::Drop)
         RunLoop::performLater(*this, [this, files, watched = QPointer(&window)] {
             commands_.openFiles(files, watched);

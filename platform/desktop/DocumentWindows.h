@@ -8,15 +8,15 @@ class DocumentController;
 class DocumentWindowController;
 class QDropEvent;
 
-// Ties documents to their windows: a document whose last window is closed is closed too, and files
-// dropped onto a window are opened.
+// Connects documents and windows: closing the last window of a document closes the document, and
+// files dropped onto a window are opened.
 class DocumentWindows : public QObject
 {
     Q_OBJECT
 public:
     DocumentWindows(DocumentController &documents, DocumentCommands &commands);
 
-    // Of the window that was active last; null without one.
+    // The controller of the last active window; null without one.
     DocumentWindowController *mainWindowController() const;
 
 protected:

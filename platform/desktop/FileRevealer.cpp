@@ -21,7 +21,7 @@ void openFolder(const QString &file)
 
 void FileRevealer::reveal(const QString &file, const QDBusConnection &bus)
 {
-    if (!bus.isConnected()) { // it would answer nothing
+    if (!bus.isConnected()) { // there would be no reply
         openFolder(file);
         return;
     }
@@ -30,7 +30,7 @@ void FileRevealer::reveal(const QString &file, const QDBusConnection &bus)
         QStringLiteral("/org/freedesktop/FileManager1"),
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
     const QString item = QUrl::fromLocalFile(file).toString(QUrl::FullyEncoded);
-    call << QStringList{item} << QString(); // and no startup identifier
+    call << QStringList{item} << QString(); // no startup identifier
     auto *const answer = new QDBusPendingCallWatcher(bus.asyncCall(call), qApp);
     QObject::connect(answer, &QDBusPendingCallWatcher::finished, qApp, [answer, file] {
         answer->deleteLater();

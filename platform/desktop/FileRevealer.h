@@ -2,9 +2,9 @@
 
 #include <QDBusConnection>
 
-// Reveals files by asking the file manager on the session bus. Where none answers, opens the file's
-// folder with what the desktop has for that; beeps when there is nothing.
+// Reveals files through the file manager on the session bus, else opens the folder with the
+// desktop's default program; beeps when there is none.
 namespace FileRevealer {
-// Returns at once.
+// Returns immediately.
 void reveal(const QString &file, const QDBusConnection &bus = QDBusConnection::sessionBus());
 } // namespace FileRevealer

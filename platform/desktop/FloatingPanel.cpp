@@ -8,14 +8,14 @@
 #include <QWindow>
 
 namespace {
-constexpr int heightOfBars = 100; // roughly, at the top of a window
+constexpr int heightOfBars = 100; // pixels, roughly, at the top of a window
 
 bool isOrHasAncestor(const QWindow *window, const QWindow &ancestor)
 {
     return window == &ancestor || ancestor.isAncestorOf(window, QWindow::IncludeTransients);
 }
 
-// Window managers keep a tool above the window that it belongs to only.
+// Window managers keep a tool window above its parent only.
 void floatAbove(QWidget &panel, QWindow *window)
 {
     QWindow *const own = panel.windowHandle();
@@ -24,7 +24,7 @@ void floatAbove(QWidget &panel, QWindow *window)
         own->setTransientParent(window);
 }
 
-// The list of a pop-up is no window of its own.
+// Skips the list of a combo box, which is a window too.
 QWindow *windowInUse()
 {
     QWindow *window = QGuiApplication::focusWindow();
@@ -34,12 +34,12 @@ QWindow *windowInUse()
     return window || !active ? window : active->windowHandle();
 }
 
-// Beside the window where the screen has room, else over as little of it as can be.
+// Beside the window where the screen has room, else with the smallest overlap.
 void placeBeside(QWidget &panel, const QWindow &window)
 {
     const QRect screen = window.screen()->availableGeometry();
     const QRect beside = window.frameGeometry();
-    const QMargins frame = window.frameMargins(); // the panel's will be like it
+    const QMargins frame = window.frameMargins(); // the panel's will be similar
     const QSize inner = panel.testAttribute(Qt::WA_Resized) ? panel.size() : panel.sizeHint();
     const QSize size =
         inner.boundedTo(ScreenBounds::maxSize(panel)).grownBy(frame).boundedTo(screen.size());
@@ -59,7 +59,7 @@ void placeBeside(QWidget &panel, const QWindow &window)
 void FloatingPanel::prepare(QWidget &panel)
 {
     panel.setWindowFlag(Qt::Tool);
-    panel.winId(); // makes the window handle
+    panel.winId(); // creates the window handle
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &panel,
                      [&panel](QWindow *window) { floatAbove(panel, window); });
 }

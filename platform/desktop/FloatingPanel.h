@@ -2,10 +2,10 @@
 
 class QWidget;
 
-// Tool windows that float above the program's other windows, whichever of them is in use.
+// Tool windows that stay above the program's other windows.
 namespace FloatingPanel {
-// Makes one of a window that is not shown yet.
+// Turns a window that is not shown yet into a floating panel.
 void prepare(QWidget &panel);
-// To the front, with the keyboard; the first time beside the window in use.
+// Raises and activates it; the first time it opens beside the active window.
 void makeKey(QWidget &panel, bool worksWhenModal = false);
 } // namespace FloatingPanel

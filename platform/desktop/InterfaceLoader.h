@@ -4,12 +4,12 @@
 #include <QUiLoader>
 #include <functional>
 
-// Builds windows from the interface files that are compiled into the program. A widget's object
-// name is the name of its outlet.
+// Builds windows from the interface files in the program. A widget's object name is the name of its
+// outlet.
 class InterfaceLoader : private QUiLoader
 {
 public:
-    // Makes widgets of a class of our own when an interface file asks for them by name.
+    // Creates widgets of a custom class for interface files that name it.
     template<class WidgetClass>
     void addWidgetClass()
     {
@@ -17,11 +17,11 @@ public:
                           [](QWidget *parent) { return new WidgetClass(parent); });
     }
 
-    // The window of the interface file of this name; it opens no larger than its screen. The files
-    // are part of the program, so one that does not load ends it.
+    // The window of the named interface file, opened no larger than its screen. A file that does
+    // not load is a fault of the program and ends it.
     std::unique_ptr<QWidget> load(const QString &name);
 
-    // The widget, action or other object of an outlet's name; one that is missing ends the program.
+    // The widget, action or other object with this outlet name; a missing one ends the program.
     template<class Outlet>
     static Outlet *outlet(const QObject &root, const char *name)
     {

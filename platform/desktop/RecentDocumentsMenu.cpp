@@ -12,7 +12,7 @@ RecentDocumentsMenu::RecentDocumentsMenu(QMenu &menu, RecentDocuments &documents
     , documents_(documents)
 {
     menu.setToolTipsVisible(true);
-    // Later, since the change may come from a choice in the menu.
+    // Deferred: the change may come from a choice in this menu.
     connect(&documents, &RecentDocuments::changed, this, &RecentDocumentsMenu::rebuild,
             Qt::QueuedConnection);
     rebuild();

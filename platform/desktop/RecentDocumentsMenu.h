@@ -5,7 +5,7 @@
 class QMenu;
 class RecentDocuments;
 
-// Offers the recent documents in a menu, whose child it is.
+// Lists the recent documents in a menu, which owns it.
 class RecentDocumentsMenu : public QObject
 {
     Q_OBJECT

@@ -11,7 +11,7 @@
 #include <QWindow>
 
 namespace {
-// The frame is not known before a window is shown; others have the like.
+// The frame is unknown before a window is shown; other windows' frames are similar.
 QMargins frameMargins(const QWidget &window)
 {
     for (const QWidget *other : QApplication::topLevelWidgets()) {
@@ -32,7 +32,7 @@ bool fits(const QSize &size, const QSize &room)
 void makeScrollable(QWidget &window)
 {
     auto *const content = new QWidget;
-    content->setLayout(window.layout()); // its widgets follow
+    content->setLayout(window.layout()); // moves its widgets too
     auto *const area = new QScrollArea;
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
@@ -51,8 +51,8 @@ ScreenBounds::ScreenBounds(QWidget &window)
     : QObject(&window)
 {
     window.installEventFilter(this);
-    if (window.testAttribute(Qt::WA_Resized)) // else its contents say how large it is
-        boundSize(window);                    // before anything is arranged in it
+    if (window.testAttribute(Qt::WA_Resized)) // else its contents determine the size
+        boundSize(window);                    // before the first layout
 }
 
 QSize ScreenBounds::maxSize(const QWidget &window)
@@ -74,7 +74,7 @@ bool ScreenBounds::eventFilter(QObject *watched, QEvent *event)
         isOpening_ = true;
         fitIn(window);
     }
-    // From then on its frame is known.
+    // From now on its frame is known.
     const bool hasOpened =
         event->type() == QEvent::WindowActivate && std::exchange(isOpening_, false);
     const bool hasGrown = event->type() == QEvent::Resize && !event->spontaneous();

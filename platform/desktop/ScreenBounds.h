@@ -4,17 +4,16 @@
 
 class QWidget;
 
-// Keeps a window from opening larger than its screen, and from growing out of it. What then has too
-// little room can be scrolled.
+// Keeps a window no larger than its screen; contents that do not fit then scroll.
 class ScreenBounds : public QObject
 {
     Q_OBJECT
 public:
-    explicit ScreenBounds(QWidget &window); // which owns it
+    explicit ScreenBounds(QWidget &window); // owns this
 
     bool eventFilter(QObject *window, QEvent *event) override;
 
-    // The size that a window can have on its screen, without its frame.
+    // The maximum size of the window's content on its screen.
     static QSize maxSize(const QWidget &window);
 
 private:

@@ -38,7 +38,7 @@ void SplitViewAutosave::save()
     PreferencesStore::standard().setValue(name_, sizes);
 }
 
-// What was saved may come from a window of another size, or from somebody's editor.
+// The saved sizes may come from a window of another size or a hand-edited file.
 bool SplitViewAutosave::restore()
 {
     QList<int> sizes;

@@ -5,17 +5,17 @@
 
 class QSplitter;
 
-// Keeps the place of a split view's dividers in the preferences, each arrangement under a name of
-// its own.
+// Stores the positions of a split view's dividers in the preferences, under one name for each
+// arrangement.
 class SplitViewAutosave : public QObject
 {
     Q_OBJECT
 public:
-    explicit SplitViewAutosave(QSplitter &splitView); // which must outlive this
+    explicit SplitViewAutosave(QSplitter &splitView); // must outlive this
     ~SplitViewAutosave() override;
 
-    // Saves under the name so far, then lays the panes out anew as was saved under the new one.
-    // False when there is nothing of use.
+    // Saves under the current name, then restores what was saved under the new one. False when
+    // there is nothing valid to restore.
     bool arrange(Qt::Orientation panes, const QString &name);
 
 private:
@@ -24,5 +24,5 @@ private:
 
     QSplitter &splitView_;
     QString name_;
-    QTimer saveTimer_; // not for each step of a drag
+    QTimer saveTimer_; // avoids a write for each step of a drag
 };

@@ -16,7 +16,7 @@ struct Colors
 
 QPalette paletteOf(const Colors &colors)
 {
-    // Qt derives the shades of edges and frames from the button's and the window's colour.
+    // Qt derives the shades of edges and frames from the colours of button and window.
     QPalette palette(colors.button, colors.window);
     const auto set = [&](std::initializer_list<QPalette::ColorRole> roles, const QColor &color) {
         for (const QPalette::ColorRole role : roles)
@@ -74,7 +74,7 @@ void restoreSystem(const QString &style)
     QApplication::setPalette(QPalette());
 }
 
-// Of the system's own theme.
+// Of the system's theme.
 Theme themeInstead(ColorSchemeSetting::Scheme scheme)
 {
     const bool isSystemDark = isDark(QApplication::palette());
@@ -88,7 +88,7 @@ void nameFallbackIcons()
 {
     QIcon::setFallbackThemeName(isDark(QApplication::palette()) ? QStringLiteral("vandrel-dark")
                                                                 : QStringLiteral("vandrel"));
-    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()); // makes icons look for their files again
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()); // makes icons reload their files
 }
 } // namespace
 

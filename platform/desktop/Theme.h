@@ -6,12 +6,12 @@
 #include <QString>
 #include <optional>
 
-// How the program looks. The system's theme is left as it is; light and dark are our own.
+// The program's look. System leaves the system's theme alone; light and dark are our own.
 enum class Theme { System, Light, Dark };
 
 std::optional<Theme> themeNamed(const QString &name); // "system", "light", "dark"
-// Also while windows are shown. Where the system's theme is not of the scheme that the desktop asks
-// for, our own of that scheme takes its place. Also names the icons that stand in for missing ones.
+// Works while windows are shown. If the system's theme does not have the requested scheme, our own
+// theme replaces it. Also sets fallbacks for missing icons.
 void applyTheme(Theme theme,
                 ColorSchemeSetting::Scheme scheme = ColorSchemeSetting::Scheme::NoPreference);
 bool isDark(const QPalette &palette);

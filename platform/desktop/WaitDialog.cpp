@@ -10,7 +10,7 @@
 #include <QPushButton>
 
 namespace {
-constexpr int subjectWidth = 56; // in characters
+constexpr int subjectWidth = 56; // characters
 constexpr int subjectLines = 2;
 } // namespace
 
@@ -27,13 +27,13 @@ WaitDialog::WaitDialog(QWidget *parent)
     subjectLabel_->setObjectName(QStringLiteral("waitSubject"));
     subjectLabel_->setTextFormat(Qt::PlainText);
     subjectLabel_->setAlignment(Qt::AlignTop | Qt::AlignLeading);
-    // A size that does not change keeps the buttons under the pointer.
+    // A fixed size keeps the buttons in place under the pointer.
     subjectLabel_->setFixedSize(subjectWidth * fontMetrics().averageCharWidth(),
                                 subjectLines * fontMetrics().lineSpacing());
     auto *const buttons = new QDialogButtonBox;
     skipButton_ = buttons->addButton(tr("&Skip"), QDialogButtonBox::ActionRole);
     skipButton_->setObjectName(QStringLiteral("skipButton"));
-    skipButton_->setToolTip(tr("Go on without what does not answer"));
+    skipButton_->setToolTip(tr("Continue without the device that does not answer"));
     skipButton_->setEnabled(false);
     cancelButton_ = buttons->addButton(QDialogButtonBox::Cancel);
     cancelButton_->setObjectName(QStringLiteral("cancelButton"));
@@ -42,7 +42,7 @@ WaitDialog::WaitDialog(QWidget *parent)
     for (QWidget *part : std::initializer_list<QWidget *>{text, bar, subjectLabel_, buttons})
         layout->addWidget(part);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    cancelButton_->setFocus(); // Skip comes and goes
+    cancelButton_->setFocus(); // Skip is disabled at times
     connect(skipButton_, &QPushButton::clicked, this, &WaitDialog::skip);
     connect(cancelButton_, &QPushButton::clicked, this, &WaitDialog::reject);
 }
@@ -73,7 +73,7 @@ void WaitDialog::showSubject(const Wait::Subject &subject)
     subjectLabel_->setText(lines.join(u'\n'));
 }
 
-// Of a long path its end says most.
+// Elides the middle, because the end of a long path matters most.
 QString WaitDialog::fitting(const QString &text) const
 {
     return subjectLabel_->fontMetrics().elidedText(text, Qt::ElideMiddle, subjectLabel_->width());

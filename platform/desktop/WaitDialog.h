@@ -7,15 +7,15 @@
 class QLabel;
 class QPushButton;
 
-// Says, over all windows, that the program waits and what for. The user may skip that or cancel
-// the whole; the dialog stays until the wait has ended.
+// Shows, over all windows, what the program waits for. The user may skip that or cancel the whole
+// wait; the dialog stays open until the wait has ended.
 class WaitDialog : public QDialog
 {
     Q_OBJECT
 public:
     explicit WaitDialog(QWidget *parent);
 
-    void showWait(Wait &wait); // again and again while it goes on
+    void showWait(Wait &wait); // call repeatedly during the wait
     void reject() override;
 
 private:

@@ -19,7 +19,7 @@ WindowSizeAutosave::WindowSizeAutosave(QWidget &window, const QString &name)
     window.installEventFilter(this);
 }
 
-// A spontaneous change is the user's.
+// Spontaneous changes come from the user.
 bool WindowSizeAutosave::eventFilter(QObject *, QEvent *event)
 {
     if (event->type() == QEvent::Resize && event->spontaneous())
@@ -34,7 +34,7 @@ void WindowSizeAutosave::save() const
     PreferencesStore::standard().setValue(name_, QJsonArray{window_.width(), window_.height()});
 }
 
-// The window's least size and the screen bound what was saved.
+// The window's minimum size and the screen limit the saved size.
 void WindowSizeAutosave::restore()
 {
     const QJsonArray saved = PreferencesStore::standard().list(name_);

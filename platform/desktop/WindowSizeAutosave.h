@@ -5,12 +5,12 @@
 
 class QWidget;
 
-// Opens windows in the size that the user gave one last, as kept in the preferences.
+// Opens windows in the size that the user set last, stored in the preferences.
 class WindowSizeAutosave : public QObject
 {
     Q_OBJECT
 public:
-    // The window owns it.
+    // Owned by the window.
     WindowSizeAutosave(QWidget &window, const QString &name);
 
     bool eventFilter(QObject *window, QEvent *event) override;
@@ -21,5 +21,5 @@ private:
 
     QWidget &window_;
     QString name_;
-    QTimer saveTimer_; // not for each step of a drag
+    QTimer saveTimer_; // avoids a write for each step of a drag
 };

@@ -6,7 +6,7 @@
 
 namespace {
 const QLatin1String mark("[*]");
-const QLatin1String escapedMark("[*][*]"); // stands for itself
+const QLatin1String escapedMark("[*][*]"); // Qt shows it as [*]
 } // namespace
 
 void WindowTitle::set(QWidget &window, const QString &title, bool isEdited)

@@ -5,9 +5,8 @@
 class QWidget;
 
 namespace WindowTitle {
-// As far as one line can show the title. Marks the window of a document with unsaved changes in the
-// way of the desktop.
+// Sets the title, shortened to one line, and the desktop's mark for unsaved changes.
 void set(QWidget &window, const QString &title, bool isEdited);
-// With a star if the document has unsaved changes.
+// The title, with a star if the document has unsaved changes.
 QString shown(const QWidget &window);
 } // namespace WindowTitle

@@ -8,7 +8,7 @@ class QAction;
 class QMenu;
 class QWidget;
 
-// Lists the windows of all documents at the end of a window's menu, whose child it is.
+// Lists the windows of all documents at the end of a window's menu, which owns it.
 class WindowsMenu : public QObject
 {
     Q_OBJECT
@@ -21,5 +21,5 @@ private:
     QMenu &menu_;
     const QWidget &window_;
     DocumentController &documents_;
-    QList<QAction *> windows_; // and the separator before them
+    QList<QAction *> windows_; // including the separator before them
 };

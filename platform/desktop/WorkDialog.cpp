@@ -14,8 +14,8 @@
 
 namespace {
 constexpr int steps = 1000;
-constexpr std::chrono::milliseconds unnoticed(500);
-constexpr std::chrono::milliseconds betweenSteps(50);
+constexpr std::chrono::milliseconds displayDelay(500);
+constexpr std::chrono::milliseconds updateInterval(50);
 } // namespace
 
 WorkDialog::WorkDialog(const QString &title, LongWork::Kind kind)
@@ -25,7 +25,7 @@ WorkDialog::WorkDialog(const QString &title, LongWork::Kind kind)
 
 WorkDialog::~WorkDialog()
 {
-    // What was made under it is painted before it goes.
+    // Paint what changed below the dialog before it closes.
     if (dialog_)
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     delete dialog_;
@@ -63,32 +63,32 @@ void WorkDialog::wait(QThread &thread, WorkProgress &progress)
         loop.exec(QEventLoop::ExcludeUserInputEvents);
         return;
     }
-    runUnnoticed(loop);
+    runWithoutDialog(loop);
     if (hasEnded)
         return;
     show();
     QObject::connect(dialog_, &QProgressDialog::canceled, &loop, [&] { progress.cancel(); });
     QTimer timer;
     timer.callOnTimeout(&timer, [this, &progress] {
-        // The dialog itself would turn the event loop for it.
+        // QProgressDialog::setValue() would run the event loop.
         dialog_->findChild<QProgressBar *>()->setValue(
             static_cast<int>(steps * progress.reached()));
     });
-    timer.start(betweenSteps);
+    timer.start(updateInterval);
     loop.exec();
-    if (!hasEnded) // the program is to end
+    if (!hasEnded) // the program is quitting
         progress.cancel();
     dialog_->findChild<QPushButton *>()->setEnabled(false);
 }
 
-void WorkDialog::runUnnoticed(QEventLoop &loop)
+void WorkDialog::runWithoutDialog(QEventLoop &loop)
 {
     const BusyCursor busy;
-    QTimer::singleShot(unnoticed, &loop, &QEventLoop::quit);
+    QTimer::singleShot(displayDelay, &loop, &QEventLoop::quit);
     loop.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
-// The keys that are pressed meanwhile go where they went before.
+// Takes no focus, so that keys still go to the window below.
 void WorkDialog::showMoment()
 {
     dialog_ = new QProgressDialog(QApplication::activeWindow(), Qt::WindowDoesNotAcceptFocus);
@@ -106,8 +106,8 @@ void WorkDialog::show()
     dialog_->setAutoReset(false);
     dialog_->setRange(0, steps);
     dialog_->setLabelText(visibleText(title_));
-    // It stays until the work has seen that it is to end. The library connects these by their
-    // names.
+    // Stay open until the work has ended. QProgressDialog makes this connection by name, so it must
+    // be undone by name.
     QObject::disconnect(dialog_, SIGNAL(canceled()), dialog_, SLOT(cancel()));
     dialog_->show();
 }

@@ -8,8 +8,8 @@ class QEventLoop;
 class QProgressDialog;
 class QThread;
 
-// Shows long work over all windows, with a button to end it; work that is soon done shows nothing.
-// Work of a moment is shown at once, without a button.
+// Shows long work in a dialog over all windows with a Cancel button; short work shows nothing. Work
+// of kind Moment is shown immediately, without a button.
 class WorkDialog : public WorkDisplay
 {
 public:
@@ -20,11 +20,11 @@ public:
 
 private:
     void wait(QThread &thread, WorkProgress &progress);
-    void runUnnoticed(QEventLoop &loop);
+    void runWithoutDialog(QEventLoop &loop);
     void show();
     void showMoment();
 
     QString title_;
     LongWork::Kind kind_;
-    QPointer<QProgressDialog> dialog_; // goes with the window that it stands over, too
+    QPointer<QProgressDialog> dialog_; // also deleted with its parent window
 };

@@ -42,7 +42,7 @@ bool Document::read(const QString &file, LongWork &work, DocumentError &error)
         }
         if (!content || !content(error))
             return false;
-    } catch (const std::bad_alloc &) { // the other documents must not suffer
+    } catch (const std::bad_alloc &) { // leave the other documents usable
         error = DocumentFile::memoryError(file);
         return false;
     }
@@ -93,7 +93,7 @@ void Document::removeWindowController(DocumentWindowController &controller)
                                     [&](const auto &owned) { return owned.get() == &controller; });
     if (found == windowControllers_.end())
         return;
-    const auto removed = std::move(*found); // ends when it is no longer listed
+    const auto removed = std::move(*found); // destroyed after it left the list
     windowControllers_.erase(found);
 }
 

@@ -50,7 +50,7 @@ void DocumentController::closeDocument(Document &document)
                                     [&](const auto &open) { return open.get() == &document; });
     if (found == documents_.end())
         return;
-    const auto closed = std::move(*found); // ends when it no longer counts as open
+    const auto closed = std::move(*found); // destroyed after it left the list
     documents_.erase(found);
 }
 

@@ -2,8 +2,7 @@
 
 #include "platform/documents/Document.h"
 
-// The documents that are open. What the kinds of documents are is for its heirs to say.
-// Main thread only.
+// The open documents. Subclasses create the documents. Main thread only.
 class DocumentController : public QObject
 {
     Q_OBJECT
@@ -13,24 +12,24 @@ public:
 
     const std::vector<std::unique_ptr<Document>> &documents() const { return documents_; }
 
-    // Untitled, with its windows. Null when the user has cancelled it.
+    // Opens an untitled document with its windows. Null when the user cancelled.
     Document *newDocument(bool display = true);
-    // One that is open already is only brought to the front. Null when it fails.
+    // Brings a document that is already open to the front. Null on failure.
     Document *openDocument(const QString &file, DocumentError &error, bool display = true);
-    // With its windows and without a question.
+    // Closes its windows too, without a question.
     void closeDocument(Document &document);
     void closeAllDocuments();
     Document *documentForFile(const QString &file) const; // null unless open
     Document *documentForWindow(const QWidget &window) const;
 
 Q_SIGNALS:
-    // To whoever can ask the user about unsaved changes first.
+    // For a receiver that can ask the user about unsaved changes first.
     void terminationRequested();
     void windowControllerAdded(Document &document, DocumentWindowController &controller);
 
 protected:
     virtual std::unique_ptr<Document> makeUntitledDocument() = 0; // null: cancelled
-    virtual std::unique_ptr<Document> makeDocument() = 0;         // to be read from a file
+    virtual std::unique_ptr<Document> makeDocument() = 0;         // for reading from a file
 
 private:
     Document &add(std::unique_ptr<Document> document, bool display);

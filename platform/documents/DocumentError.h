@@ -2,10 +2,10 @@
 
 #include <QString>
 
-// Why a document could not be opened or saved, in words for the user.
+// Why a document could not be opened or saved, as text for the user.
 struct DocumentError
 {
-    QString domain; // what the code means depends on it
+    QString domain; // defines the meaning of the code
     int code = 0;
     QString description;
     QString reason;

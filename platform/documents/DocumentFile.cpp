@@ -40,7 +40,7 @@ DocumentFile::read(const QString &path,
         return fail(QFileDevice::OpenError, tr("There is no such file."));
     if (info.isDir())
         return fail(QFileDevice::OpenError, tr("It is a folder."));
-    // Opening a pipe or a device could block, or never end.
+    // Opening a pipe or a device could block forever.
     if (!info.isFile())
         return fail(QFileDevice::OpenError, tr("It is not a regular file."));
     QFile file(path);
@@ -48,7 +48,7 @@ DocumentFile::read(const QString &path,
         return fail(file.error(), file.errorString());
     if (!checkBeginning(file.peek(beginningSize), error))
         return std::nullopt;
-    if (file.size() > largestSize)
+    if (file.size() > maxSize)
         return fail(QFileDevice::ReadError, tr("It is too large."));
     QByteArray data = file.readAll();
     if (file.error() != QFileDevice::NoError)
@@ -61,7 +61,7 @@ bool DocumentFile::write(const QString &path,
                          DocumentError &error)
 {
     const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) { // saving would put a file in its place
+    if (info.exists() && !info.isFile()) { // saving would replace it by a file
         error = saveError(path, QFileDevice::OpenError,
                           info.isDir() ? tr("It is a folder.") : tr("It is not a regular file."));
         return false;
@@ -69,7 +69,7 @@ bool DocumentFile::write(const QString &path,
     ReplacementFile file(path);
     DocumentError problem;
     if (file.open() && content(file.content(), problem)) {
-        if (file.size() > largestSize)
+        if (file.size() > maxSize)
             problem = {errorDomain, QFileDevice::WriteError, {}, tr("It would be too large.")};
         else if (file.commit())
             return true;

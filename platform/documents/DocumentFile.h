@@ -8,25 +8,25 @@
 
 class QIODevice;
 
-// The files of documents, which may be anything that the user points at.
+// Reads and writes the files of documents, which are untrusted.
 namespace DocumentFile {
 inline const QString errorDomain = QStringLiteral("FileErrorDomain");
 
-// More than any snapshot takes, and less than would leave the machine without memory. What is
-// larger is neither read nor written.
-inline constexpr qint64 largestSize = qint64(1) << 30;
+// Larger than any real snapshot and small enough for the memory. Larger files are neither read nor
+// written.
+inline constexpr qint64 maxSize = qint64(1) << 30;
 
-// The whole content, unless its beginning is refused.
+// Reads the whole content, unless its start is refused.
 std::optional<QByteArray>
 read(const QString &file,
      const std::function<bool(const QByteArray &, DocumentError &)> &checkBeginning,
      DocumentError &error);
-// Replaces the file as a whole or not at all.
+// Replaces the file completely or not at all.
 bool write(const QString &file, const std::function<bool(QIODevice &, DocumentError &)> &content,
            DocumentError &error);
-// For a file that was not read for want of memory.
+// The error for a file that does not fit into memory.
 DocumentError memoryError(const QString &file);
-// For one whose reading the user has ended: nothing to tell the user of.
+// The error for a file whose reading the user cancelled; needs no message.
 DocumentError cancelledError(const QString &file);
 bool isCancelled(const DocumentError &error);
 } // namespace DocumentFile

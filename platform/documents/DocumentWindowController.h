@@ -2,7 +2,7 @@
 
 class QWidget;
 
-// What a document asks of each of its windows.
+// What a document needs from each of its windows.
 class DocumentWindowController
 {
 public:

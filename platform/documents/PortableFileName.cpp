@@ -1,7 +1,7 @@
 #include "platform/documents/PortableFileName.h"
 
 namespace {
-constexpr qsizetype maxLength = 80; // with an extension, less than 255 bytes in any script
+constexpr qsizetype maxLength = 80; // with an extension, below 255 bytes in any script
 
 bool isPortable(QChar character)
 {
@@ -18,7 +18,7 @@ QString portableFileName(const QString &text)
             character = u'-';
     }
     name = name.trimmed();
-    while (name.startsWith(u'.') || name.startsWith(u'-')) // hidden, or an option
+    while (name.startsWith(u'.') || name.startsWith(u'-')) // hidden file or command-line option
         name = name.mid(1).trimmed();
     return name.isEmpty() ? QStringLiteral("Untitled") : name;
 }

@@ -2,6 +2,6 @@
 
 #include <QString>
 
-// The text as the name of a file that every file system takes and no shell trips over: "Ada's PC"
-// is "Ada-s PC". Never empty.
+// Turns the text into a file name that is valid on every file system and safe in a shell: "Ada's
+// PC" becomes "Ada-s PC". Never empty.
 QString portableFileName(const QString &text);

@@ -4,10 +4,6 @@
 
 #include <QFileInfo>
 
-namespace {
-const QString key = QStringLiteral("RecentDocuments");
-} // namespace
-
 RecentDocuments::RecentDocuments()
     : observation_(NotificationCenter::defaultCenter().observe(
           PreferencesStore::didMergeNotification(), &PreferencesStore::shared(domain()),
@@ -22,9 +18,10 @@ QString RecentDocuments::domain()
 QStringList RecentDocuments::files() const
 {
     QStringList files;
-    for (const auto &value : PreferencesStore::shared(domain()).list(key)) {
+    for (const auto &value :
+         PreferencesStore::shared(domain()).list(PreferenceKeys::recentDocuments)) {
         const QString file = value.toString();
-        if (QFileInfo(file).isAbsolute() && !files.contains(file) && files.size() < most)
+        if (QFileInfo(file).isAbsolute() && !files.contains(file) && files.size() < maxFiles)
             files.append(file);
     }
     return files;
@@ -37,7 +34,7 @@ void RecentDocuments::add(const QString &file)
     QStringList files = this->files();
     files.removeAll(path);
     files.prepend(path);
-    store(files.mid(0, most));
+    store(files.mid(0, maxFiles));
 }
 
 void RecentDocuments::remove(const QString &file)
@@ -50,6 +47,7 @@ void RecentDocuments::remove(const QString &file)
 
 void RecentDocuments::store(const QStringList &files)
 {
-    PreferencesStore::shared(domain()).setValue(key, QJsonArray::fromStringList(files));
+    PreferencesStore::shared(domain()).setValue(PreferenceKeys::recentDocuments,
+                                                QJsonArray::fromStringList(files));
     Q_EMIT changed();
 }

@@ -5,14 +5,14 @@
 #include <QObject>
 #include <QStringList>
 
-// The files of the documents last opened or saved, the last one first. Kept in a domain of their
-// own, so that they go on their way while the user's settings stay as they are.
+// The files of the documents last opened or saved, the maxFiles recent first. In their own domain,
+// so that opening a file does not change the user's settings.
 class RecentDocuments : public QObject
 {
     Q_OBJECT
 public:
     static QString domain();
-    static constexpr qsizetype most = 10;
+    static constexpr qsizetype maxFiles = 10;
 
     RecentDocuments();
 
@@ -22,7 +22,7 @@ public:
     void clear() { store({}); }
 
 Q_SIGNALS:
-    void changed(); // by this program or another running copy of it
+    void changed(); // by this or another running copy
 
 private:
     void store(const QStringList &files);

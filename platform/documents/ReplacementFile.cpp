@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 namespace {
-constexpr int attempts = 16; // at a name that nobody has
+constexpr int attempts = 16; // to find an unused name
 constexpr mode_t modeOfNewFile = 0666;
 
 QString withoutLinks(const QString &path)
@@ -56,7 +56,7 @@ bool ReplacementFile::open()
         return fail(QFileDevice::WriteError);
     if (!create())
         return fail(QFileDevice::OpenError);
-    flock(file_.handle(), LOCK_EX | LOCK_NB); // where there are no locks, leftovers stay
+    flock(file_.handle(), LOCK_EX | LOCK_NB); // without locks, leftovers stay
     if (isThere)
         fchmod(file_.handle(), status.st_mode & 0777);
     return true;
@@ -76,14 +76,14 @@ bool ReplacementFile::create()
         else if (errno != EEXIST)
             return false;
     }
-    // Unbuffered, so that no error comes later than its write.
+    // Unbuffered, so that each write reports its own error.
     return file >= 0 && file_.open(file, QIODevice::WriteOnly | QIODevice::Unbuffered,
                                    QFileDevice::AutoCloseHandle);
 }
 
 bool ReplacementFile::commit()
 {
-    if (fsync(file_.handle()) != 0 && errno != EINVAL) // some file systems cannot
+    if (fsync(file_.handle()) != 0 && errno != EINVAL) // some file systems do not support it
         return fail(QFileDevice::WriteError);
     if (path_.isEmpty() && !giveName())
         return fail(QFileDevice::WriteError);

@@ -2,14 +2,14 @@
 
 #include <QFile>
 
-// A new content for a file, which it takes over as a whole or not at all. Where the folder allows
-// it, the content has no name until it is complete.
+// Replaces a file's content completely or not at all. Where the folder allows it, the new content
+// has no name until it is complete.
 class ReplacementFile
 {
 public:
-    // A link is followed: what it leads to is replaced.
+    // Follows a link and replaces its target.
     explicit ReplacementFile(const QString &replaced);
-    ~ReplacementFile(); // without a commit nothing is left of it
+    ~ReplacementFile(); // discards the content unless committed
     ReplacementFile(const ReplacementFile &) = delete;
     ReplacementFile &operator=(const ReplacementFile &) = delete;
 
@@ -28,7 +28,7 @@ private:
     QByteArray newPath() const;
 
     QByteArray replaced_;
-    QByteArray path_; // empty while it has none
+    QByteArray path_; // empty: no name
     QFile file_;
     QFileDevice::FileError error_ = QFileDevice::NoError;
     QString errorString_;

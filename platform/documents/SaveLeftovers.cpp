@@ -13,11 +13,11 @@
 namespace {
 constexpr QByteArrayView letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 constexpr qsizetype randomLetters = 6;
-constexpr qsizetype longestName = 200; // of the replaced file, that leaves room for the rest
+constexpr qsizetype maxNameLength = 200; // of the replaced file, that leaves room for the rest
 
 QByteArray beginningOfNames(const QByteArray &replaced)
 {
-    return '.' + replaced.left(longestName) + ".saving-";
+    return '.' + replaced.left(maxNameLength) + ".saving-";
 }
 
 bool isName(QByteArrayView name, const QByteArray &beginning)

@@ -2,12 +2,12 @@
 
 #include <QByteArray>
 
-// The files that are to take the place of others once they are complete. A save that is killed may
-// leave one behind. Who writes one holds a lock of it (flock).
+// The temporary files of saves. A killed save may leave one behind. The writer holds a lock on it
+// (flock).
 namespace SaveLeftovers {
-// A name for the file that replaces another, such as ".desk.vandrel.saving-kQzRwa".
+// The name of the temporary file for another, such as ".desk.vandrel.saving-kQzRwa".
 QByteArray newName(const QByteArray &replaced);
-// Removes from the folder those for the replaced file that are this user's own, that nobody writes,
-// and that are a minute old: so long none is without its lock.
+// Removes the temporary files of the given file that belong to this user, are not locked and are at
+// least a minute old. Younger ones may not be locked yet.
 void remove(const QByteArray &folder, const QByteArray &replaced);
 } // namespace SaveLeftovers

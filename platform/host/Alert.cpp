@@ -1,24 +1,9 @@
 #include "platform/host/Alert.h"
 
-namespace {
-AlertPanel::Presenter &currentPresenter()
+void AlertPanel::show(const Alert &alert, DesktopServices::AlertAnswer answer)
 {
-    static AlertPanel::Presenter presenter;
-    return presenter;
-}
-} // namespace
-
-void AlertPanel::setPresenter(Presenter presenter)
-{
-    currentPresenter() = std::move(presenter);
-}
-
-void AlertPanel::show(const Alert &alert, Answer answer)
-{
-    if (!answer)
-        answer = [](int) {};
-    if (const Presenter &presenter = currentPresenter())
-        presenter(alert, std::move(answer));
-    else
-        answer(static_cast<int>(alert.buttons.size()) - 1);
+    if (const auto &present = DesktopServices::instance().presentAlert)
+        present(alert, std::move(answer));
+    else if (answer)
+        answer(std::max(static_cast<int>(alert.buttons.size()) - 1, 0));
 }

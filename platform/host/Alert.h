@@ -1,26 +1,32 @@
 #pragma once
 
+#include "platform/host/DesktopServices.h"
+
 #include <QStringList>
-#include <functional>
 
 class QWidget;
 
 // A question or a message that the user answers with one of its buttons.
 struct Alert
 {
+    enum class Kind : quint8 {
+        Warning,
+        Information,
+        About, // shows the program's icon; the message is rich text
+    };
+
     QString title;
     QString message;
-    QStringList buttons;       // the first is the default, the last what the Escape key means
+    QStringList buttons = {};  // the first is the default, the last is Escape's; none: OK
     QString details = {};      // below the message; may be null
-    QWidget *window = nullptr; // that it is about; null for the whole program
+    QString moreDetails = {};  // behind a button; may be null
+    QWidget *window = nullptr; // the window it is about; null for the whole program
+    Kind kind = Kind::Warning;
+    bool isModal = true; // blocks input to its window, or to the whole program
 };
 
-// Shows alerts. Without a presenter they are answered by their last button.
+// Shows alerts on the desktop. Without one they are answered by their last button.
 namespace AlertPanel {
-using Answer = std::function<void(int button)>;
-using Presenter = std::function<void(const Alert &alert, Answer answer)>;
-
-void setPresenter(Presenter presenter);
-// Returns at once; the answer comes later, and not at all when the window closes before.
-void show(const Alert &alert, Answer answer = {});
+// Returns immediately. The answer comes later, or never when the window closes first.
+void show(const Alert &alert, DesktopServices::AlertAnswer answer = {});
 } // namespace AlertPanel

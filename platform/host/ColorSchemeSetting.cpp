@@ -14,7 +14,7 @@ const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
 const QString appearance = QStringLiteral("org.freedesktop.appearance");
 const QString colorScheme = QStringLiteral("color-scheme");
 const QString readOne = QStringLiteral("ReadOne");
-const QString readOfOldPortals = QStringLiteral("Read"); // its answer is wrapped twice
+const QString readOfOldPortals = QStringLiteral("Read"); // wraps its answer twice
 
 QVariant unwrapped(QVariant value)
 {
@@ -31,7 +31,7 @@ ColorSchemeSetting::ColorSchemeSetting(const QDBusConnection &bus)
         qCDebug(platformLog, "No session bus: the desktop's color scheme is not followed");
         return;
     }
-    qRegisterMetaType<QDBusVariant>(); // connecting a slot does not
+    qRegisterMetaType<QDBusVariant>(); // connecting a slot does not register it
     bus_.connect(service, path, settings, QStringLiteral("SettingChanged"), this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask(readOne);

@@ -6,8 +6,8 @@
 class QDBusMessage;
 class QDBusVariant;
 
-// The desktop's setting for light or dark programs, from its settings portal. It is asked for
-// without waiting: until the answer is there, and where nobody answers, there is no preference.
+// The desktop's setting for light or dark programs, from its settings portal. Queried
+// asynchronously: no preference until the answer arrives, or when there is no portal.
 class ColorSchemeSetting : public QObject
 {
     Q_OBJECT

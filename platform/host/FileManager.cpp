@@ -1,20 +1,9 @@
 #include "platform/host/FileManager.h"
 
-namespace {
-FileManager::Revealer &currentRevealer()
-{
-    static FileManager::Revealer revealer;
-    return revealer;
-}
-} // namespace
-
-void FileManager::setRevealer(Revealer revealer)
-{
-    currentRevealer() = std::move(revealer);
-}
+#include "platform/host/DesktopServices.h"
 
 void FileManager::reveal(const QString &file)
 {
-    if (const Revealer &revealer = currentRevealer())
-        revealer(file);
+    if (const auto &reveal = DesktopServices::instance().revealFile)
+        reveal(file);
 }

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <QString>
-#include <functional>
+class QString;
 
-// The desktop's file manager. Shows nothing until somebody is set to reveal files in it.
+// The desktop's file manager.
 namespace FileManager {
-using Revealer = std::function<void(const QString &file)>;
-
-void setRevealer(Revealer revealer);
 void reveal(const QString &file); // in its folder, selected
 } // namespace FileManager

@@ -8,12 +8,12 @@ namespace {
 // The value of PRETTY_HOSTNAME= in the machine's information file, unquoted; null without one.
 QString prettyHostName()
 {
-    constexpr qint64 largestSensible = 64 * 1024;
+    constexpr qint64 maxSize = 64 * 1024;
     QFile file(QStringLiteral("/etc/machine-info"));
     if (!file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray key = "PRETTY_HOSTNAME=";
-    for (const QByteArray &line : file.read(largestSensible).split('\n')) {
+    for (const QByteArray &line : file.read(maxSize).split('\n')) {
         if (!line.startsWith(key))
             continue;
         QByteArray value = line.mid(key.size()).trimmed();

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-// What a snapshot says of the machine that it was taken on.
+// What a snapshot records about its machine.
 struct HostInformation
 {
     QString computerName;      // null: unknown
@@ -11,6 +11,6 @@ struct HostInformation
 
     // The pretty host name, else the host name; the processor type of the running process.
     static HostInformation ofThisMachine();
-    // By a machine type such as "x86_64". Most types leave the byte order open.
+    // For a machine type such as "x86_64". Most types leave the byte order open.
     static HostInformation ofMachine(const QString &computerName, const QString &machineType);
 };

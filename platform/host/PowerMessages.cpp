@@ -40,7 +40,7 @@ void PowerMessages::prepareForSleep(bool begins)
         Q_EMIT willSleep(++request_);
         return;
     }
-    delaySleep(); // the next time
+    delaySleep(); // for the next time
     Q_EMIT hasPoweredOn();
 }
 
@@ -60,6 +60,6 @@ void PowerMessages::delaySleep()
             qCDebug(platformLog, "Sleep cannot be delayed: %ls",
                     qUtf16Printable(reply.error().message()));
         else if (request == request_)
-            delay_ = reply.value(); // not one for a sleep that has begun meanwhile
+            delay_ = reply.value(); // not if a sleep has begun since
     });
 }

@@ -5,15 +5,15 @@
 #include <QDBusUnixFileDescriptor>
 #include <QObject>
 
-// Tells of the system's sleep and wake, from the login manager. The system waits with sleeping, for
-// some seconds at most, until it is allowed to. Where there is no login manager, nothing is told.
+// Reports the system's sleep and wake from the login manager. The system delays sleep, for a few
+// seconds at most, until it is allowed. Without a login manager nothing is reported.
 class PowerMessages : public QObject
 {
     Q_OBJECT
 public:
     explicit PowerMessages(const QDBusConnection &bus = QDBusConnection::systemBus());
 
-    // Only what was last asked can be allowed.
+    // Only the last request can be allowed.
     void allowSleep(quint64 request);
 
 Q_SIGNALS:
@@ -28,6 +28,6 @@ private:
 
     QDBusConnection bus_;
     QDBusServiceWatcher watcher_;
-    QDBusUnixFileDescriptor delay_; // sleep is delayed as long as it is open
+    QDBusUnixFileDescriptor delay_; // sleep is delayed while it is open
     quint64 request_ = 0;
 };

@@ -1,20 +1,9 @@
 #include "platform/host/SystemBeep.h"
 
-namespace {
-SystemBeep::Sounder &currentSounder()
-{
-    static SystemBeep::Sounder sounder;
-    return sounder;
-}
-} // namespace
-
-void SystemBeep::setSounder(Sounder sounder)
-{
-    currentSounder() = std::move(sounder);
-}
+#include "platform/host/DesktopServices.h"
 
 void SystemBeep::beep()
 {
-    if (const Sounder &sounder = currentSounder())
-        sounder();
+    if (const auto &beep = DesktopServices::instance().beep)
+        beep();
 }

@@ -1,11 +1,6 @@
 #pragma once
 
-#include <functional>
-
-// The beep by which a command that cannot run answers. Silent until somebody is set to sound it.
+// The sound for a command that cannot run.
 namespace SystemBeep {
-using Sounder = std::function<void()>;
-
-void setSounder(Sounder sounder);
 void beep();
 } // namespace SystemBeep

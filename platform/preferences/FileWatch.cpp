@@ -12,7 +12,7 @@ FileWatch::FileWatch(const QString &file)
     pause_.setSingleShot(true);
     pause_.setInterval(pauseLength);
     const auto note = [this] {
-        if (!pause_.isActive()) // a busy folder must not put it off for good
+        if (!pause_.isActive()) // else a busy folder would delay it forever
             pause_.start();
     };
     connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, note);
@@ -27,7 +27,7 @@ FileWatch::FileWatch(const QString &file)
 void FileWatch::rewatch()
 {
     const auto watch = [this](const QString &path, const QStringList &watched) {
-        // The watcher warns of what is not there.
+        // The watcher logs warnings for missing files.
         if (!watched.contains(path) && QFileInfo::exists(path))
             watcher_.addPath(path);
     };

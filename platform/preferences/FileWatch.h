@@ -3,15 +3,15 @@
 #include <QFileSystemWatcher>
 #include <QTimer>
 
-// Reports that a file may have changed, be it written in place, replaced, made or removed. Changes
-// close together are reported once. What happens to other files of the folder is reported too.
+// Reports that a file may have been written, replaced, created or removed. Changes close together
+// are reported once. Changes of other files in the folder may be reported too.
 class FileWatch : public QObject
 {
     Q_OBJECT
 public:
     explicit FileWatch(const QString &file);
 
-    // After the file or its folder was made.
+    // Call this after creating the file or its folder.
     void rewatch();
 
 Q_SIGNALS:

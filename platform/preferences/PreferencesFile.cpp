@@ -7,8 +7,8 @@
 #include <sys/stat.h>
 
 namespace {
-constexpr qint64 largestFile = 64 * 1024 * 1024;
-constexpr int mostSetAside = 1000;
+constexpr qint64 maxFileSize = 64 * 1024 * 1024;
+constexpr int maxDamagedFiles = 1000;
 } // namespace
 
 PreferencesFile::PreferencesFile(const QString &path)
@@ -26,7 +26,7 @@ PreferencesFile::Stamp PreferencesFile::stampOf(const QString &path)
 
 PreferencesFile::Contents PreferencesFile::read()
 {
-    untouchable_ = false;
+    isReadOnly_ = false;
     Failure failure;
     if (auto values = load(failure))
         return {std::move(values), {}};
@@ -41,7 +41,7 @@ std::optional<QJsonObject> PreferencesFile::peek()
     return load(failure);
 }
 
-// No reason for a failure: there is no file.
+// A missing file is not a failure.
 std::optional<QJsonObject> PreferencesFile::load(Failure &failure)
 {
     const auto fail = [&failure](bool isDamaged, const QString &reason) {
@@ -49,14 +49,14 @@ std::optional<QJsonObject> PreferencesFile::load(Failure &failure)
         return std::nullopt;
     };
     const Stamp stamp = stampOf(path_);
-    stamp_ = {}; // what cannot be used is looked at again
+    stamp_ = {}; // read an unusable file again next time
     const QFileInfo info(path_);
     if (!info.exists())
         return info.isSymLink() ? fail(false, tr("its target is missing")) : std::nullopt;
-    // Opening anything else could block, or never end.
+    // Opening anything else could block forever.
     if (!info.isFile())
         return fail(false, tr("it is not a regular file"));
-    if (info.size() > largestFile)
+    if (info.size() > maxFileSize)
         return fail(true, tr("it is too large"));
     QFile file(path_);
     if (!file.open(QIODevice::ReadOnly))
@@ -77,7 +77,7 @@ std::optional<QJsonObject> PreferencesFile::load(Failure &failure)
 
 PreferencesFile::Contents PreferencesFile::keepUntouched(const QString &reason)
 {
-    untouchable_ = true;
+    isReadOnly_ = true;
     return {{},
             tr("The settings file %1 cannot be used (%2). Default settings apply, and "
                "changed settings will not be saved.")
@@ -86,7 +86,7 @@ PreferencesFile::Contents PreferencesFile::keepUntouched(const QString &reason)
 
 PreferencesFile::Contents PreferencesFile::setAside(const QString &reason)
 {
-    for (int i = 1; i <= mostSetAside; ++i) {
+    for (int i = 1; i <= maxDamagedFiles; ++i) {
         const QString target = path_ + QStringLiteral(".damaged-%1").arg(i);
         if (QFileInfo::exists(target))
             continue;
@@ -102,7 +102,7 @@ PreferencesFile::Contents PreferencesFile::setAside(const QString &reason)
 
 QString PreferencesFile::write(const QJsonObject &values)
 {
-    if (untouchable_)
+    if (isReadOnly_)
         return tr("Settings are not saved, because the file %1 cannot be used.").arg(path_);
     QDir().mkpath(QFileInfo(path_).path());
     QSaveFile file(path_);

@@ -5,15 +5,15 @@
 #include <QString>
 #include <optional>
 
-// The JSON file of one preferences domain. A file that cannot be understood is set aside under
-// another name; one that cannot be read or set aside is never written over.
+// The JSON file of one preferences domain. A damaged file is renamed; one that cannot be read or
+// renamed is never overwritten.
 class PreferencesFile
 {
     Q_DECLARE_TR_FUNCTIONS(PreferencesFile)
 public:
     struct Contents
     {
-        std::optional<QJsonObject> values; // none without a file, or one that cannot be used
+        std::optional<QJsonObject> values; // empty for a missing or unusable file
         QString problem;                   // for the user; null if none
     };
 
@@ -21,21 +21,22 @@ public:
 
     const QString &path() const { return path_; }
     Contents read();
-    // As read(), but a file that cannot be used is left alone: somebody may be writing it.
+    // Like read(), but leaves an unusable file alone: another copy may be writing it.
     std::optional<QJsonObject> peek();
-    // Whether the file may differ from what was last read or written.
+    // Whether the file may have changed since the last read or write.
     bool hasChanged() const { return !(stampOf(path_) == stamp_); }
-    bool isWritable() const { return !untouchable_; } // as far as read() found
-    // Replaces the file as a whole or not at all. The problem for the user; null if written.
+    bool isWritable() const { return !isReadOnly_; } // according to the last read()
+    // Replaces the file completely or not at all. Returns the problem for the user; null on
+    // success.
     QString write(const QJsonObject &values);
 
 private:
-    // Differs between two states of a file.
+    // Identifies a state of the file.
     struct Stamp
     {
         quint64 device = 0;
         quint64 inode = 0;
-        qint64 size = -1; // no file
+        qint64 size = -1; // -1: no file
         qint64 seconds = 0;
         qint64 nanoseconds = 0;
 
@@ -43,7 +44,7 @@ private:
     };
     struct Failure
     {
-        bool isDamaged = false; // or else out of reach
+        bool isDamaged = false; // else it cannot be read
         QString reason;
     };
 
@@ -54,5 +55,5 @@ private:
 
     QString path_;
     Stamp stamp_;
-    bool untouchable_ = false;
+    bool isReadOnly_ = false;
 };

@@ -15,7 +15,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto lockWaitOnRequest = 100ms;
-constexpr auto lockWaitAtTheEnd = 1s; // then the change is written all the same
+constexpr auto lockWaitOnExit = 1s; // then the change is written without the lock
 constexpr auto retryDelay = 200ms;
 constexpr auto staleLockAge = 10s; // a write takes milliseconds
 
@@ -45,7 +45,7 @@ QHash<QString, QJsonValue> hashed(const QJsonObject &object)
 PreferencesStore &PreferencesStore::shared(const QString &domain)
 {
     SharedStores &stores = sharedStores();
-    // Timers and the log do not outlive the application object.
+    // Timers and the log end with the application object.
     if (stores.byDomain.empty() && QCoreApplication::instance())
         qAddPostRoutine([] { sharedStores().byDomain.clear(); });
     std::unique_ptr<PreferencesStore> &store = stores.byDomain[domain];
@@ -77,7 +77,7 @@ PreferencesStore::PreferencesStore(const QString &domain, const QString &folder)
 
 PreferencesStore::~PreferencesStore()
 {
-    if (isPending() && !save(lockWaitAtTheEnd))
+    if (isPending() && !save(lockWaitOnExit))
         save(0ms, false);
 }
 
@@ -85,7 +85,7 @@ void PreferencesStore::watchFile()
 {
     if (!QCoreApplication::instance())
         return;
-    QDir().mkpath(QFileInfo(file_.path()).path()); // what is not there cannot be watched
+    QDir().mkpath(QFileInfo(file_.path()).path()); // only an existing folder can be watched
     watch_ = std::make_unique<FileWatch>(file_.path());
     QObject::connect(watch_.get(), &FileWatch::changed, watch_.get(), [this] { refresh(); });
 }
@@ -169,7 +169,7 @@ void PreferencesStore::noteChange(const QString &key)
     NotificationCenter::defaultCenter().post(didChangeNotification(), this);
 }
 
-// Nobody is in the middle of a change of its own by then.
+// Runs from the event loop, so no caller is in the middle of its own change.
 void PreferencesStore::noteMerge()
 {
     NotificationCenter::defaultCenter().post(didChangeNotification(), this);
@@ -180,12 +180,12 @@ void PreferencesStore::refresh()
 {
     if (!file_.hasChanged())
         return;
-    // A file that has gone says nothing about its values.
+    // A deleted file does not reset the values.
     if (const auto stored = file_.peek())
         merge(*stored);
 }
 
-// Own changes that are not written yet win.
+// Changes of this copy that are not written yet win.
 void PreferencesStore::merge(const QJsonObject &stored)
 {
     QHash<QString, QJsonValue> merged = hashed(stored);
@@ -215,7 +215,7 @@ bool PreferencesStore::save(std::chrono::milliseconds lockWait, bool needsLock)
     QDir().mkpath(QFileInfo(file_.path()).path());
     QLockFile lock(file_.path() + QStringLiteral(".lock"));
     lock.setStaleLockTime(staleLockAge);
-    // Where no lock can be made, the write says what is wrong.
+    // If no lock can be created, the write reports the reason.
     if (!lock.tryLock(lockWait) && lock.error() == QLockFile::LockFailedError && needsLock) {
         if (QCoreApplication::instance())
             saveTimer_.start(retryDelay);
@@ -235,7 +235,7 @@ void PreferencesStore::write()
         problem = contents.problem;
     }
     if (!problem.isNull() && file_.isWritable())
-        noteProblem(problem); // damaged and set aside
+        noteProblem(problem); // damaged, and renamed
 
     QJsonObject object;
     QStringList keys = values_.keys();
@@ -246,7 +246,7 @@ void PreferencesStore::write()
     if (problem.isNull())
         changedKeys_.clear();
     else if (!writeFailed_)
-        noteProblem(problem); // once, not at every change
+        noteProblem(problem); // once, not for every change
     writeFailed_ = isPending();
     if (watch_)
         watch_->rewatch();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/preferences/FileWatch.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/preferences/PreferencesFile.h"
 
 #include <QHash>
@@ -10,26 +11,28 @@
 #include <QTimer>
 #include <chrono>
 
-// The user's settings of one domain, kept in a JSON file that running copies of the program share.
-// Keys are kept verbatim. Changes reach the file when the event loop is next idle, at synchronize()
-// and at the end: only the keys that were set or removed since the last write are written, all
-// others are taken over from the file. Main thread only.
+// The user's settings of one domain in a JSON file that running copies of the program share. Keys
+// are stored verbatim. Changes are written when the event loop is next idle, in synchronize() and
+// on exit: only the keys set or removed since the last write; all others are merged from the file.
+// Main thread only.
 class PreferencesStore
 {
 public:
-    // Posted by the default notification center about the store, after each change of a value and
-    // each new problem. Values that another copy has written are reported when the event loop is
-    // next idle, by both of the first two.
+    // Posted to the default notification center with the store as object: after each change of a
+    // value, after a merge of values that another copy wrote (when the event loop is next idle,
+    // after a change notification), and after each new problem.
     static QString didChangeNotification() { return QStringLiteral("Preferences changed"); }
     static QString didMergeNotification() { return QStringLiteral("Preferences merged"); }
     static QString problemNotification() { return QStringLiteral("Preferences problem"); }
 
     static QString applicationIdentifier() { return QStringLiteral("org.vandrel.Vandrel"); }
 
-    // The program's own settings, and those of another domain; opened on first use.
+    // The program's own settings, and those of another domain; opened on first use. Process-wide,
+    // because two stores on one file would overwrite each other's changes.
     static PreferencesStore &standard() { return shared(applicationIdentifier()); }
     static PreferencesStore &shared(const QString &domain);
-    // Where shared stores are kept. Closes those that are open: no reference to one may be held.
+    // Sets the folder of the shared stores and closes those that are open: references to them
+    // become invalid.
     static void setFolder(const QString &folder);
 
     PreferencesStore(const QString &domain, const QString &folder);
@@ -42,27 +45,35 @@ public:
 
     QJsonValue value(const QString &key) const; // undefined if neither stored nor registered
     bool isStored(const QString &key) const { return values_.contains(key); }
-    bool isEmpty() const { return values_.isEmpty(); } // registered values apart
+    bool isEmpty() const { return values_.isEmpty(); } // ignores registered values
     QStringList storedKeys() const { return values_.keys(); }
 
     // A stored value of another type counts as not stored.
+    QString string(TextKey key) const { return string(key.toString()); }
+    qint64 integer(IntegerKey key) const { return integer(key.toString()); }
+    bool flag(FlagKey key) const { return flag(key.toString()); }
+    QJsonArray list(ListKey key) const { return list(key.toString()); }
     QString string(const QString &key) const;
-    QString registeredString(const QString &key) const; // whatever is stored
+    QString registeredString(const QString &key) const; // ignores what is stored
     qint64 integer(const QString &key) const;
     QJsonArray list(const QString &key) const;
     QJsonObject dictionary(const QString &key) const;
     // True for the string "yes" only.
     bool flag(const QString &key) const;
 
+    void setValue(TextKey key, const QString &value) { setValue(key.toString(), value); }
+    void setValue(IntegerKey key, qint64 value) { setValue(key.toString(), value); }
+    void setValue(ListKey key, const QJsonArray &value) { setValue(key.toString(), value); }
+    void setFlag(FlagKey key, bool flag) { setFlag(key.toString(), flag); }
     void setValue(const QString &key, const QJsonValue &value); // undefined removes
     void setFlag(const QString &key, bool flag);
     void remove(const QString &key);
-    // Whether the file now holds every change. What could not be written is tried again later.
+    // Returns whether the file holds every change. A failed write is retried later.
     bool synchronize();
-    // Takes over what another copy has written, at once instead of soon.
+    // Merges what another copy has written immediately.
     void refresh();
 
-    // What went wrong with the file so far, for the user to read.
+    // Problems with the file so far, as texts for the user.
     const QStringList &problems() const { return problems_; }
 
 private:
@@ -83,6 +94,6 @@ private:
     QStringList problems_;
     QTimer saveTimer_;
     QTimer mergeTimer_;
-    std::unique_ptr<FileWatch> watch_; // none without an application object
+    std::unique_ptr<FileWatch> watch_; // null without an application object
     bool writeFailed_ = false;
 };

@@ -10,7 +10,7 @@ struct Pool : QThreadPool
 
 QThreadPool &pool()
 {
-    static Pool only; // ends when all is freed
+    static Pool only; // its destructor waits until everything is freed
     return only;
 }
 } // namespace

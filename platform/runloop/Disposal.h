@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <memory>
 
-// Frees what is large on another thread, for the main one would stand still meanwhile. What is
-// freed must not be reachable any more, and need nothing of the main thread.
+// Frees large objects on another thread, so that the main one does not block. They must not be
+// shared and must not need the main thread.
 namespace Disposal {
-constexpr std::size_t worthwhile = 20'000; // objects; fewer are freed at once
+constexpr std::size_t worthwhile = 20'000; // objects; for fewer a thread does not pay
 void later(std::shared_ptr<void> last);
-void wait(); // until all is freed
+void wait(); // until everything is freed
 } // namespace Disposal

@@ -1,17 +1,12 @@
 #include "platform/runloop/LongWork.h"
 
-namespace {
-LongWork::DisplayFactory makeDisplay;
-}
-
-void LongWork::setDisplayFactory(DisplayFactory factory)
-{
-    makeDisplay = std::move(factory);
-}
+#include "platform/host/DesktopServices.h"
 
 LongWork::LongWork(const QString &title, Kind kind)
-    : display_(makeDisplay ? makeDisplay(title, kind) : nullptr)
-{}
+{
+    if (const auto &makeDisplay = DesktopServices::instance().makeWorkDisplay)
+        display_ = makeDisplay(title, kind);
+}
 
 LongWork::~LongWork() = default;
 

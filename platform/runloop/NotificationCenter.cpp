@@ -27,7 +27,7 @@ void NotificationCenter::post(const QString &name, const void *object)
 {
     const Notification notification{name, object};
     ++posting_;
-    // Observers added meanwhile are not told of this one.
+    // Observers added during the delivery do not get this notification.
     const std::size_t count = observers_.size();
     for (std::size_t i = 0; i < count; ++i) {
         const auto observer = observers_[i].lock();

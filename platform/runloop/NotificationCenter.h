@@ -5,19 +5,19 @@
 #include <memory>
 #include <vector>
 
-// Delivers named notifications to their observers, at once and in the order of registration.
-// Main thread only. An observer may add and remove observers, itself among them, while it is told.
+// Delivers named notifications to their observers, synchronously and in the order of registration.
+// Main thread only. During a delivery, observers may be added and removed.
 class NotificationCenter
 {
 public:
     struct Notification
     {
         QString name;
-        const void *object; // who sends it or what it is about, as the name says
+        const void *object; // the sender or the subject, depending on the name
     };
     using Handler = std::function<void(const Notification &)>;
 
-    // Keeps an observer registered for as long as it lives.
+    // An observer stays registered while this exists.
     class Observation
     {
     public:
@@ -34,7 +34,7 @@ public:
 
     static NotificationCenter &defaultCenter();
 
-    // With no object, notifications of that name about any object are delivered.
+    // Without an object, notifications about any object are delivered.
     [[nodiscard]] Observation observe(const QString &name, const void *object, Handler handler);
     void post(const QString &name, const void *object);
 

@@ -2,8 +2,8 @@
 
 #include "platform/runloop/RunLoop.h"
 
-// Acts once on the main run loop, in its default mode only, unless it is invalidated or forgotten
-// by everyone before. Keeps itself while it acts.
+// Fires once on the main run loop, in its default mode only, unless it is invalidated or its last
+// reference goes first. Keeps itself alive while it fires.
 class OneShotTimer : public std::enable_shared_from_this<OneShotTimer>
 {
 public:
@@ -19,5 +19,5 @@ private:
     void fire();
 
     std::unique_ptr<RunLoop::Timer> timer_;
-    Action action_; // none once it has acted or been invalidated
+    Action action_; // empty after it fired or was invalidated
 };

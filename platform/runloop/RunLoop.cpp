@@ -49,7 +49,7 @@ void RunLoop::setMain(RunLoop *loop)
 
 void RunLoop::noteModeChange()
 {
-    // A call may open a menu or a dialog, which holds back those after it.
+    // A call may open a menu or a dialog, which defers the calls after it.
     while (!heldBack_.empty() && isInDefaultMode()) {
         const Call next = std::move(heldBack_.front());
         heldBack_.erase(heldBack_.begin());
@@ -59,14 +59,14 @@ void RunLoop::noteModeChange()
 
 void RunLoop::performInDefaultMode(Call call)
 {
-    noteModeChange(); // those before it go first
+    noteModeChange(); // earlier calls go first
     if (isInDefaultMode())
         call();
     else
         heldBack_.push_back(std::move(call));
 }
 
-// The owner may go by a call that is performed before this one.
+// An earlier call may destroy the owner.
 void RunLoop::performInDefaultMode(std::weak_ptr<const void> owner, Call call)
 {
     performInDefaultMode([owner = std::move(owner), call = std::move(call)] {
@@ -95,7 +95,7 @@ RunLoop::Hold::~Hold()
 {
     RunLoop &loop = main();
     --loop.holds_;
-    // Later, because the caller is still in the middle of its work.
+    // Deferred: the caller is still in the middle of its work.
     loop.afterWait_ = loop.startTimer(Seconds(0), [&loop] { loop.noteModeChange(); });
 }
 
@@ -109,7 +109,7 @@ void RunLoop::wait(Wait &wait, const std::function<bool(std::chrono::millisecond
         if (waitDisplay_ && !isNested)
             waitDisplay_->waitEnded();
         isWaiting_ = isNested;
-        // Not at once: who waits is in the middle of something.
+        // Deferred: the waiting code is in the middle of something.
         afterWait_ = startTimer(Seconds(0), [this] { noteModeChange(); });
     });
     while (!done(slice)) {

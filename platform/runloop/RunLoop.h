@@ -8,25 +8,24 @@
 class QObject;
 class Wait;
 
-// Shows that the main thread waits.
+// Displays a wait of the main thread.
 class WaitDisplay
 {
 public:
     virtual ~WaitDisplay() = default;
-    // Some twenty times a second.
+    // Called about twenty times a second.
     virtual void waiting(Wait &wait, std::chrono::milliseconds elapsed) = 0;
     virtual void waitEnded() = 0;
 };
 
-// The main run loop as timers and message sources use it. They work in its default mode alone: they
-// hold back while a menu is open, an application-modal dialog runs or the main thread waits for
-// something. Main thread only.
+// The main run loop for timers and message sources. They work in its default mode only: not while a
+// menu is open, an application-modal dialog runs or the main thread waits. Main thread only.
 class RunLoop
 {
 public:
     using Seconds = std::chrono::duration<double>;
     using Call = std::function<void()>;
-    // Stops when destroyed.
+    // Destroying it stops the timer.
     class Timer
     {
     public:
@@ -38,13 +37,13 @@ public:
     RunLoop(const RunLoop &) = delete;
     RunLoop &operator=(const RunLoop &) = delete;
 
-    // The one on Qt's event loop, unless another stands in for it.
+    // Runs on Qt's event loop; tests can replace it. Process-wide, like the event loop.
     static RunLoop &main();
 
-    // Fires once, in whatever mode.
+    // Fires once, in any mode.
     virtual std::unique_ptr<Timer> startTimer(Seconds delay, Call fire) = 0;
 
-    // Keeps the main run loop out of its default mode while it lives.
+    // Keeps the main run loop out of its default mode.
     class Hold
     {
     public:
@@ -59,21 +58,22 @@ public:
         return !isWaiting_ && holds_ == 0 && (!modeTest_ || modeTest_());
     }
     void setModeTest(std::function<bool()> isDefault) { modeTest_ = std::move(isDefault); }
-    // To be told whenever the default mode may have returned.
+    // Call this whenever the default mode may have returned.
     void noteModeChange();
-    // At once in the default mode, else when it returns, in the order of the requests; never when
-    // the owner has gone.
+    // Calls immediately in the default mode, else when it returns, in the order of the requests;
+    // never after the owner is gone.
     void performInDefaultMode(std::weak_ptr<const void> owner, Call call);
-    // The same, but not before the main run loop turns again: the call may end who asks for it.
+    // The same, but never before control returns to the event loop: the call may destroy the
+    // caller.
     static void performLater(QObject &owner, Call call);
 
     void setWaitDisplay(WaitDisplay *display) { waitDisplay_ = display; } // null: none
-    // Keeps the main thread until done, which each time takes at most about the time it is given.
-    // Within another wait, that one stays on display.
+    // Blocks the main thread until done returns true. Each call of done may take about the given
+    // time. A nested wait leaves the outer one on display.
     void wait(Wait &wait, const std::function<bool(std::chrono::milliseconds)> &done);
 
 protected:
-    static void setMain(RunLoop *loop); // null: the one on Qt's event loop again
+    static void setMain(RunLoop *loop); // null: back to Qt's event loop
 
 private:
     void performInDefaultMode(Call call);

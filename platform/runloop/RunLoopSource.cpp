@@ -13,10 +13,10 @@ RunLoopSource::RunLoopSource(int descriptor, std::function<void()> readable)
 void RunLoopSource::activated()
 {
     if (RunLoop::main().isInDefaultMode()) {
-        const auto readable = readable_; // the call may end this source
+        const auto readable = readable_; // the call may destroy this source
         readable();
         return;
     }
-    notifier_.setEnabled(false); // or the loop would turn without rest
+    notifier_.setEnabled(false); // else the event loop would spin
     RunLoop::main().performInDefaultMode(alive_, [this] { notifier_.setEnabled(true); });
 }

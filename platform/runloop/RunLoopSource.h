@@ -4,8 +4,8 @@
 #include <functional>
 #include <memory>
 
-// Calls on the main run loop, in its default mode only, as long as a descriptor has something to
-// read. What comes meanwhile waits in the descriptor.
+// Calls back on the main run loop, in its default mode only, while a descriptor is readable. In
+// other modes the data stays in the descriptor.
 class RunLoopSource
 {
 public:

@@ -2,14 +2,14 @@
 
 #include <atomic>
 
-// How far long work is: set by the working thread, read and cancelled by the main one.
+// The progress of long work: set by the working thread, read and cancelled by the main one.
 class WorkProgress
 {
 public:
     struct Cancelled
     {};
 
-    // A part of all, from 0 to 1. Throws Cancelled when the work is to end.
+    // A fraction from 0 to 1. Throws Cancelled after cancel().
     void reach(double part)
     {
         reached_.store(part, std::memory_order_relaxed);

@@ -3,8 +3,8 @@
 #include <QByteArrayView>
 #include <QString>
 
-// A single-byte text encoding: ASCII below, Western letters and signs in the upper half.
-// Every byte stands for a character.
+// A single-byte text encoding: ASCII, and Western letters and signs in the upper half. Every byte
+// is a character.
 class KelRoman
 {
 public:

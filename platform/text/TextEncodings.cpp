@@ -45,7 +45,7 @@ struct Encoding
 {
     Script script;
     bool isEightBit;
-    const char *converter; // none for the one decoded here
+    const char *converter; // null: decoded in this file
     QString title;
 };
 
@@ -57,8 +57,8 @@ struct CloseConverter
 };
 using ConverterPointer = std::unique_ptr<UConverter, CloseConverter>;
 
-// 32-bit sizes are the converters' limit; a byte makes two units at most but for rare sets.
-constexpr qsizetype longestText = 1 << 29;
+// The converters take 32-bit sizes; a byte gives at most two units, except in rare encodings.
+constexpr qsizetype maxTextSize = 1 << 29;
 
 quint32 numberOf(quint32 mib)
 {
@@ -152,14 +152,14 @@ QString scriptName(Script script)
     return QCoreApplication::translate("Encodings", names[static_cast<std::size_t>(script)]);
 }
 
-// The one of its names that an encoding is registered under; empty for an unknown encoding.
+// The registered name of an encoding; empty for an unknown one.
 QByteArrayView registeredName(const char *name)
 {
     UErrorCode error = U_ZERO_ERROR;
     return QByteArrayView(ucnv_getCanonicalName(name, "IANA", &error));
 }
 
-// Opening one reads its tables, so they are kept.
+// Cached, because opening a converter reads its tables.
 UConverter *converterOf(quint32 number, const Encoding &encoding)
 {
     static std::unordered_map<quint32, ConverterPointer> converters;
@@ -236,7 +236,7 @@ quint32 TextEncodings::cStringEncoding()
 std::optional<QString> TextEncodings::decode(QByteArrayView bytes, quint32 encoding)
 {
     const Encoding *found = find(encoding);
-    if (!found || bytes.size() > longestText)
+    if (!found || bytes.size() > maxTextSize)
         return std::nullopt;
     if (!found->converter)
         return KelRoman::decode(bytes);

@@ -3,7 +3,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 
-// Shows that the program is at work for as long as it lives.
+// Shows a busy cursor while it exists.
 class BusyCursor
 {
 public:

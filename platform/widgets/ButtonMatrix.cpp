@@ -10,7 +10,7 @@ ButtonMatrix::ButtonMatrix(QWidget &container)
         if (button->isCheckable() && tag.isValid())
             group_.addButton(button, tag.toInt());
     }
-    // The tab key goes to the chosen button, from which arrow keys go on.
+    // The tab key goes to the selected button, arrow keys to the others.
     connect(&group_, &QButtonGroup::buttonToggled, this,
             [](QAbstractButton *button, bool isChosen) {
                 button->setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus);

@@ -2,5 +2,5 @@
 
 class QLineEdit;
 
-// The toolkit gives the button that empties a field neither a name nor a tool tip.
+// Names a field's clear button, which Qt leaves without a name and tool tip.
 void nameClearButton(const QLineEdit &field);

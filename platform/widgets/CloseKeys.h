@@ -5,8 +5,8 @@
 
 class QWidget;
 
-// Keys of the windows' menus do not reach a panel that has the keyboard.
+// Closing panels by keys, as the windows' menu keys do not work in a panel.
 namespace CloseKeys {
-// The standard key, and that of the command by which the panel came.
+// Adds the standard close key, and the key of the command that opened the panel.
 void addTo(QWidget &panel, const QList<QKeySequence> &further = {});
 } // namespace CloseKeys

@@ -76,7 +76,7 @@ void ColumnBrowser::addColumn()
 {
     const auto number = static_cast<int>(columns_.size());
     auto *const list = new ColumnBrowserList(widget());
-    // The tab key is to find all columns where the browser is, however late they are made.
+    // Keeps the columns at the browser's place in the tab order, however late they are created.
     setTabOrder(columns_.empty() ? static_cast<QWidget *>(this) : columns_.back().list, list);
     auto *const model =
         new ColumnBrowserModel(*list, makeCell_, [this, number](ColumnBrowserCell &cell, int row) {
@@ -89,13 +89,13 @@ void ColumnBrowser::addColumn()
             [this, number](const QItemSelection &selected) {
                 if (isChanging_)
                     return;
-                // A click beside the rows, or on the selected one with the control key.
+                // A click beside the rows, or a Ctrl-click on the selected one.
                 if (selected.isEmpty())
                     leaveColumn(number);
                 else
                     chooseRow(selected.first().top(), number);
             });
-    // A row that is current already may be chosen in order to leave the columns after it.
+    // The current row may be clicked to close the columns after it.
     connect(list, &ColumnBrowserList::rowPressed, this, [this, number](int row) {
         if (selectedColumn() != number || selectedRow(number) != row)
             chooseRow(row, number);
@@ -118,7 +118,7 @@ void ColumnBrowser::setColumnCount(int count)
 {
     while (static_cast<int>(columns_.size()) < count)
         addColumn();
-    // Those that are left may be painted once more before they are hidden.
+    // Removed columns may be painted once more before they are hidden.
     for (int number = count; const Column *const left = column(number); ++number)
         left->model->setRows(0);
     columnCount_ = count;
@@ -130,7 +130,7 @@ void ColumnBrowser::reloadColumn(int number)
     if (!delegate_ || number < 0 || number > columnCount_)
         return;
     const QScopedValueRollback changing(isChanging_, true);
-    // A selected cell that has no more column says so itself.
+    // A selected cell without a next column reports that itself.
     const ColumnBrowserCell *const parent = number > 0 ? selectedCell(number - 1) : nullptr;
     if (number > 0 && (!parent || parent->isLeaf)) {
         setColumnCount(std::min(columnCount_, number));
@@ -243,8 +243,7 @@ void ColumnBrowser::resizeColumn(int number, int width)
     layOutColumns();
 }
 
-// What a column leaves is no way to scroll sideways.
-// The cells hold colours that were chosen for the palette.
+// The cells hold colours chosen for the palette.
 void ColumnBrowser::changeEvent(QEvent *event)
 {
     QScrollArea::changeEvent(event);
@@ -257,7 +256,7 @@ void ColumnBrowser::keyPressEvent(QKeyEvent *event)
     event->ignore();
 }
 
-// The tab key stops once, where the selection is.
+// The browser is one stop of the tab key, at the selection.
 void ColumnBrowser::updateFocusPolicies()
 {
     const int focused = std::max(0, selectedColumn());

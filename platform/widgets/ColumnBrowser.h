@@ -12,38 +12,40 @@ class ColumnResizer;
 class QContextMenuEvent;
 class QListView;
 
-// Shows a tree as columns, each with the children of what is selected in the one before it. Columns
-// are asked of the delegate when they come into being.
+// Shows a tree as columns, each with the children of the cell selected in the one before it. The
+// delegate fills columns on demand. Not a QColumnView: that one has a tree model and hides its
+// columns, while these are reloaded, selected and measured one by one, and cells have a state
+// besides the selection.
 class ColumnBrowser : public QScrollArea
 {
     Q_OBJECT
 public:
     explicit ColumnBrowser(QWidget *parent = nullptr);
 
-    // All before the first column is loaded. The delegate must outlive the browser's use.
+    // Call these before loading the first column. The delegate must outlive the browser's use.
     void setDelegate(ColumnBrowserDelegate &delegate) { delegate_ = &delegate; }
     void setCellClass(ColumnBrowserModel::Factory factory) { makeCell_ = std::move(factory); }
     void setColumnsAutosaveName(const QString &name);
 
     int lastColumn() const { return columnCount_ - 1; }
-    int numberOfRows(int column) const; // 0 where there is no column
-    QListView *list(int column) const;  // null where there is no column
+    int numberOfRows(int column) const; // 0: no such column
+    QListView *list(int column) const;  // null: no such column
     ColumnBrowserCell *cell(int row, int column) const;
-    int selectedRow(int column) const;                 // -1 for none
-    ColumnBrowserCell *selectedCell(int column) const; // null for none
-    int selectedColumn() const;                        // the last with a selected row, or -1
+    int selectedRow(int column) const;                 // -1: none
+    ColumnBrowserCell *selectedCell(int column) const; // null: none
+    int selectedColumn() const;                        // the last with a selected row; -1: none
 
-    // Asks for a column anew; it has no selection then and is the last.
+    // Reloads a column: it loses its selection and becomes the last one.
     void reloadColumn(int column);
     // Opens the next column if the cell has one; leaves the cell's state to the caller.
     void selectRow(int row, int column);
-    // As the user would, which is told.
+    // Selects like a click by the user, with the same signals.
     void chooseRow(int row, int column);
-    void redisplay(); // has all cells prepared anew
+    void redisplay(); // prepares all cells again
 
     void scrollColumnToVisible(int column);
     void scrollRowToVisible(int row, int column);
-    // What is in sight, to be restored after columns were reloaded: selected rows keep their place.
+    // The visible place, to restore after columns were reloaded: selected rows keep their position.
     struct Scrolling
     {
         int x = 0;
@@ -58,8 +60,8 @@ public:
     void setScrolling(const Scrolling &scrolling);
 
 Q_SIGNALS:
-    void selectionChosen(); // by the user, in whatever column
-    // Of the last selected row, which is the one under the pointer.
+    void selectionChosen(); // by the user, in any column
+    // For the last selected row, which is under the pointer.
     void contextMenuRequested(const QPoint &globalPosition);
 
 protected:
@@ -82,7 +84,7 @@ private:
     void clearSelection(int column);
     void setCurrentRow(int row, int column);
     void goBackFrom(int column);
-    void leaveColumn(int column); // for the one before, whose selection counts from then on
+    void leaveColumn(int column); // makes the selection of the column before the current one
     void goForwardFrom(int column);
     void requestContextMenu(const QContextMenuEvent &event, int column);
     void resizeColumn(int column, int width);
@@ -94,7 +96,7 @@ private:
     ColumnBrowserDelegate *delegate_ = nullptr;
     ColumnBrowserModel::Factory makeCell_;
     ColumnWidths widths_;
-    std::vector<Column> columns_; // those beyond the last are hidden and kept for later
+    std::vector<Column> columns_; // those after the last are hidden for reuse
     int columnCount_ = 0;
     bool isChanging_ = false;
     bool scrollsOnShow_ = false;

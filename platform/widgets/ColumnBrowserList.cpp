@@ -11,15 +11,14 @@ ColumnBrowserList::ColumnBrowserList(QWidget *parent)
 {
     setItemDelegate(new ColumnBrowserRowDelegate(this));
     const int mark = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    setIconSize({mark, mark}); // no higher than a row without one
+    setIconSize({mark, mark}); // no higher than a row without an icon
     setFrameShape(NoFrame);
     setUniformItemSizes(true);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setEditTriggers(NoEditTriggers);
     setFocusPolicy(Qt::ClickFocus);
-    viewport()->setFocusProxy(
-        nullptr); // one link of the tab chain, so that nothing gets in between
+    viewport()->setFocusProxy(nullptr); // one stop of the tab key
 }
 
 int ColumnBrowserList::widthOfContents() const
@@ -35,7 +34,7 @@ int ColumnBrowserList::widthOfContents() const
 void ColumnBrowserList::keyPressEvent(QKeyEvent *event)
 {
     if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) {
-        event->ignore(); // these keys are the window's
+        event->ignore(); // the window handles these keys
         return;
     }
     const bool isLeft = event->key() == Qt::Key_Left;

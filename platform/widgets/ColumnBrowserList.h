@@ -9,10 +9,10 @@ class ColumnBrowserList : public QListView
 public:
     explicit ColumnBrowserList(QWidget *parent);
 
-    int widthOfContents() const; // of the rows in sight
+    int widthOfContents() const; // of the visible rows
 
 Q_SIGNALS:
-    void wentBack(); // towards the column before, by key
+    void wentBack(); // to the column before
     void wentForward();
     void rowPressed(int row);
     void contextMenuRequested(const QContextMenuEvent &event);

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-// The cells of one column, made as they are needed.
+// The cells of one column, created on demand.
 class ColumnBrowserModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -17,10 +17,10 @@ public:
 
     ColumnBrowserModel(QWidget &controlView, Factory factory, Preparation prepare);
 
-    void setRows(int count); // forgets all cells
-    void redisplay();        // has them prepared anew
+    void setRows(int count); // drops all cells
+    void redisplay();        // prepares them again
     void switchCellsOff();
-    ColumnBrowserCell *cell(int row) const; // prepared; null when there is none
+    ColumnBrowserCell *cell(int row) const; // prepared; null: no such row
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;

@@ -22,8 +22,7 @@ QColor mixed(const QColor &a, const QColor &b, double part)
     return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
-// A selection that the keyboard does not act on keeps its own colours, as far as they are readable
-// there.
+// A selection without the keyboard focus keeps the cell's colours where they are readable.
 void fade(QStyleOptionViewItem &option)
 {
     QPalette &palette = option.palette;
@@ -66,7 +65,7 @@ void ColumnBrowserRowDelegate::paint(QPainter *painter, const QStyleOptionViewIt
     QStyleOptionViewItem text = row;
     const int arrow = isLeaf(index) ? 0 : arrowSpace;
     text.rect = QStyle::visualRect(row.direction, row.rect, row.rect.adjusted(0, 0, -arrow, 0));
-    text.state.setFlag(QStyle::State_HasFocus, false); // the selection shows it
+    text.state.setFlag(QStyle::State_HasFocus, false); // the selection shows the focus
     style->drawControl(QStyle::CE_ItemViewItem, &text, painter, row.widget);
     if (arrow > 0)
         drawArrow(painter, row);

@@ -1,4 +1,4 @@
-// Where the columns of ColumnBrowser stand, and what of them is in sight.
+// Positions and scrolling of ColumnBrowser's columns.
 #include "platform/widgets/ColumnBrowser.h"
 #include "platform/widgets/ColumnBrowserList.h"
 #include "platform/widgets/ColumnResizer.h"
@@ -39,7 +39,7 @@ void ColumnBrowser::layOutColumns()
     }
 }
 
-// Where the selection was seen, it stays in sight.
+// A visible selection stays visible.
 void ColumnBrowser::resizeEvent(QResizeEvent *event)
 {
     const int selected = selectedColumn();
@@ -52,7 +52,7 @@ void ColumnBrowser::resizeEvent(QResizeEvent *event)
         scrollColumnToVisible(selected);
 }
 
-// Before, there were no sizes to go by.
+// Without sizes, columns could not be placed earlier.
 void ColumnBrowser::showEvent(QShowEvent *event)
 {
     QScrollArea::showEvent(event);
@@ -64,7 +64,7 @@ void ColumnBrowser::showEvent(QShowEvent *event)
     showColumns();
 }
 
-// The column that follows the selection, and before all that of the selection itself.
+// Makes the column after the selection visible, but the selection's own column first.
 void ColumnBrowser::showColumns()
 {
     const int selected = std::max(0, selectedColumn());
@@ -81,7 +81,7 @@ void ColumnBrowser::scrollColumnToVisible(int number)
     QScrollBar &bar = *horizontalScrollBar();
     const int x = bar.value();
     const int width = viewport()->width();
-    // Of a column wider than the view, its beginning.
+    // For a column wider than the view, its start.
     if (rect.right() > x + width - 1)
         bar.setValue(rect.right() - width + 1);
     if (rect.left() < bar.value())

@@ -13,7 +13,7 @@ void ColumnResizer::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Base));
-    QColor line = palette().color(QPalette::Text); // which stands out in any theme
+    QColor line = palette().color(QPalette::Text); // visible in any theme
     line.setAlphaF(0.2F);
     painter.fillRect(width() / 2, 0, 1, height(), line);
 }

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-// The edge of a column, to be dragged.
+// The edge of a column, which the user drags to resize it.
 class ColumnResizer : public QWidget
 {
     Q_OBJECT
@@ -12,7 +12,7 @@ public:
     explicit ColumnResizer(QWidget *parent);
 
 Q_SIGNALS:
-    void draggedBy(int pixels); // since it was last told; away from the column's start is positive
+    void draggedBy(int pixels); // since the last signal; positive away from the column's start
     void dragEnded();
     void doubleClicked();
 

@@ -3,14 +3,14 @@
 #include <QString>
 #include <vector>
 
-// How wide the columns of a browser are, as the user left them.
+// The widths of a browser's columns, as the user set them.
 class ColumnWidths
 {
 public:
-    static constexpr int least = 60; // pixels
-    static constexpr int most = 2000;
+    static constexpr int minWidth = 60; // pixels
+    static constexpr int maxWidth = 2000;
 
-    // Reads what was saved under the name, and saves under it from now on.
+    // Reads the saved widths, and saves changes under this name.
     void setAutosaveName(const QString &name);
 
     int of(int column) const;

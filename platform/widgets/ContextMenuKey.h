@@ -2,8 +2,8 @@
 
 class QWidget;
 
-// Shift and F10, which not every desktop takes for the menu key.
+// Shift+F10, which not every desktop maps to the menu key.
 namespace ContextMenuKey {
-// In a window: opens the context menu of what has the keyboard.
+// Makes it open the context menu of the focused widget in the window.
 void addTo(QWidget &window);
 } // namespace ContextMenuKey

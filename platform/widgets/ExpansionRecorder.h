@@ -3,12 +3,12 @@
 #include <QtGlobal>
 #include <optional>
 
-// Decides which rows that open or close are the user's doing and thus worth remembering: of all
-// those of one click or key press the first alone, or every one when Alt is held.
+// Decides which opened or closed rows to remember: of those that one click or key press changes,
+// only the first, or all when Alt is held.
 class ExpansionRecorder
 {
 public:
-    ExpansionRecorder(); // from now on clicks and keys are told apart
+    ExpansionRecorder(); // starts counting clicks and keys
     bool shouldRecord();
 
 private:

@@ -78,7 +78,7 @@ void FactField::contextMenuEvent(QContextMenuEvent *event)
 void FactField::setDimmed(bool dimmed)
 {
     isDimmed_ = dimmed;
-    QPalette palette; // whose other colors follow the theme
+    QPalette palette; // its other colours follow the theme
     palette.setColor(QPalette::Base, Qt::transparent);
     palette.setColor(QPalette::Text,
                      QGuiApplication::palette().color(dimmed ? QPalette::PlaceholderText
@@ -117,7 +117,7 @@ void FactField::resizeEvent(QResizeEvent *event)
 void FactField::focusOutEvent(QFocusEvent *event)
 {
     QLineEdit::focusOutEvent(event);
-    // A menu takes the focus only for a while, and may hold the command to copy.
+    // A menu takes the focus temporarily and may contain the copy command.
     if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::MenuBarFocusReason &&
         event->reason() != Qt::ActiveWindowFocusReason) {
         deselect();

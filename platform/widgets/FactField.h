@@ -3,9 +3,9 @@
 #include <QClipboard>
 #include <QLineEdit>
 
-// A fact in a panel: looks like a label, elides what does not fit and tells it in a tool tip, yet
-// its text can be selected and copied by mouse and keyboard. What a line cannot show is replaced by
-// visible characters, and copied as it is.
+// A fact in a panel: looks like a label and elides what does not fit, with the full text in a tool
+// tip; its text can be selected and copied. Characters that a line cannot show are replaced on
+// screen, but copied unchanged.
 class FactField : public QLineEdit
 {
     Q_OBJECT
@@ -13,9 +13,9 @@ public:
     explicit FactField(QWidget *parent = nullptr);
 
     void setFact(const QString &fact);
-    void setExplanation(const QString &explanation); // of what the fact means, for the tool tip
-    void copy() const;                               // of the fact, what is selected
-    // Drawn like a placeholder, for a text that stands for the lack of a fact.
+    void setExplanation(const QString &explanation); // what the fact means, for the tool tip
+    void copy() const;                               // copies the selected part of the fact
+    // Drawn like a placeholder, for a text that replaces a missing fact.
     void setDimmed(bool dimmed);
 
     QSize sizeHint() const override;

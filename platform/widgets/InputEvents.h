@@ -2,16 +2,16 @@
 
 #include <QObject>
 
-// Tells one click or key press of the user from the next, since a view may open many rows in
-// answer to a single one. Main thread only.
+// Counts the user's clicks and key presses, so that all rows that one of them opens can be
+// recognised. Process-wide: it watches the application's events. Main thread only.
 class InputEvents : public QObject
 {
 public:
-    // Watches the application from the first call on.
+    // Watches the application from the first call.
     static InputEvents &instance();
 
-    quint64 current() const { return current_; }  // grows with every click and key press
-    bool isAltHeld() const { return isAltHeld_; } // in the current one
+    quint64 current() const { return current_; }  // incremented by every click and key press
+    bool isAltHeld() const { return isAltHeld_; } // in the current event
 
 protected:
     bool eventFilter(QObject *receiver, QEvent *event) override;

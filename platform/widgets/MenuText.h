@@ -2,7 +2,7 @@
 
 #include <QString>
 
-// The title of a menu item for a text that is not ours: an ampersand in it marks no mnemonic.
+// Escapes untrusted text for a menu item: ampersands must not mark mnemonics.
 inline QString menuText(QString text)
 {
     return text.replace(u'&', QLatin1String("&&"));

@@ -3,7 +3,7 @@
 #include "platform/widgets/VisibleText.h"
 
 namespace {
-constexpr int widest = 150; // in characters
+constexpr int maxWidth = 150; // characters
 } // namespace
 
 QString OutlineRowDelegate::displayText(const QVariant &value, const QLocale &locale) const
@@ -17,6 +17,6 @@ QSize OutlineRowDelegate::sizeHint(const QStyleOptionViewItem &option,
                                    const QModelIndex &index) const
 {
     const QSize size = QStyledItemDelegate::sizeHint(option, index);
-    return {std::min(size.width(), widest * option.fontMetrics.averageCharWidth()),
+    return {std::min(size.width(), maxWidth * option.fontMetrics.averageCharWidth()),
             std::max(size.height(), option.fontMetrics.height() + 2 * verticalMargin)};
 }

@@ -2,12 +2,13 @@
 
 #include <QStyledItemDelegate>
 
-// Rows with air between them, of texts made visible, elided when they are absurdly long.
+// Rows with a margin between them. Control characters are replaced by visible ones; very long texts
+// are elided.
 class OutlineRowDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
 public:
-    static constexpr int verticalMargin = 3; // above and below the text
+    static constexpr int verticalMargin = 3; // pixels, above and below the text
 
     using QStyledItemDelegate::QStyledItemDelegate;
 

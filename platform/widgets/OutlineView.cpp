@@ -6,12 +6,12 @@
 #include <QScopedValueRollback>
 
 namespace {
-// Visits an index and the ones below it that have children, parents first, without recursion. Those
-// below an index are left out when its visit answers false, its level is the deepest or they are
-// more than are left of the most.
+// Visits an index and its descendants with children, parents first, without recursion. Skips the
+// descendants of an index when its visit returns false, at the maximum level, or when more rows
+// than budget would be visited.
 template<class Visit>
-void visitSubtree(const QAbstractItemModel &model, const QModelIndex &top, int deepest,
-                  qsizetype &most, Visit visit)
+void visitSubtree(const QAbstractItemModel &model, const QModelIndex &top, int maxDepth,
+                  qsizetype &budget, Visit visit)
 {
     struct Pending
     {
@@ -22,9 +22,9 @@ void visitSubtree(const QAbstractItemModel &model, const QModelIndex &top, int d
     while (!pending.empty()) {
         const auto [index, level] = pending.back();
         pending.pop_back();
-        if (most <= 0 || !visit(index) || level >= deepest || !model.hasChildren(index))
+        if (budget <= 0 || !visit(index) || level >= maxDepth || !model.hasChildren(index))
             continue;
-        most -= model.rowCount(index);
+        budget -= model.rowCount(index);
         for (int row = model.rowCount(index) - 1; row >= 0; --row) {
             const QModelIndex child = model.index(row, 0, index);
             if (model.hasChildren(child))
@@ -57,10 +57,10 @@ OutlineView::OutlineView(QWidget *parent)
     setHorizontalScrollMode(ScrollPerPixel);
 }
 
-qsizetype OutlineView::mostRowsInBulk() const
+qsizetype OutlineView::maxRowsInBulk() const
 {
-    constexpr qsizetype most = 1'000'000;
-    return most;
+    constexpr qsizetype maxRows = 1'000'000;
+    return maxRows;
 }
 
 void OutlineView::openRows(const QModelIndexList &tops, const Predicate &shouldOpen)
@@ -68,11 +68,11 @@ void OutlineView::openRows(const QModelIndexList &tops, const Predicate &shouldO
     if (isOpeningRows_ || isChangingSubtree_ || !model())
         return;
     const QScopedValueRollback opening(isOpeningRows_, true);
-    // With a layout pending, opening or closing a row does no more than note it.
+    // With a pending layout, opening or closing a row only records it.
     scheduleDelayedItemsLayout();
-    qsizetype most = mostRowsInBulk();
+    qsizetype budget = maxRowsInBulk();
     for (const QModelIndex &top : tops) {
-        visitSubtree(*model(), top, deepestLevel, most, [&](const QModelIndex &index) {
+        visitSubtree(*model(), top, maxLevel, budget, [&](const QModelIndex &index) {
             if (index != top && !shouldOpen(index))
                 return false;
             expand(index);
@@ -88,8 +88,8 @@ void OutlineView::setSubtreeExpanded(const QModelIndex &top, bool isExpanded)
         return;
     const QScopedValueRollback changing(isChangingSubtree_, true);
     scheduleDelayedItemsLayout();
-    qsizetype most = mostRowsInBulk();
-    visitSubtree(*model(), top, deepestLevel, most, [&](const QModelIndex &index) {
+    qsizetype budget = maxRowsInBulk();
+    visitSubtree(*model(), top, maxLevel, budget, [&](const QModelIndex &index) {
         setExpanded(index, isExpanded);
         return true;
     });
@@ -125,7 +125,7 @@ void OutlineView::keyPressEvent(QKeyEvent *event)
         event->accept();
         return;
     }
-    // With Alt alone these keys are the window's.
+    // With Alt alone, the window uses these keys.
     if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::AltModifier && isMoving(*event)) {
         event->ignore();
         return;

@@ -3,27 +3,26 @@
 #include <QTreeView>
 #include <functional>
 
-// A tree view whose rows open and close in bulk quickly: a click on a row's expander with Alt held,
-// or the left or right key with Alt and Shift, opens or closes all below it too; so does the
-// asterisk open it.
+// A tree view that opens and closes many rows quickly: an Alt-click on an expander, or Alt+Shift
+// with Left or Right, opens or closes all rows below too; the asterisk opens them.
 class OutlineView : public QTreeView
 {
     Q_OBJECT
 public:
     explicit OutlineView(QWidget *parent = nullptr);
 
-    // Lays out once.
+    // Lays out only once.
     virtual void setSubtreeExpanded(const QModelIndex &top, bool isExpanded);
 
 protected:
-    // How far below each other rows are opened in bulk: the layout takes a stack frame a level.
-    static constexpr int deepestLevel = 1000;
-    // How many rows may come or go when rows are opened or closed in bulk. The others stay as they
-    // are: one entry on many paths has as many rows, and so has all below it.
-    virtual qsizetype mostRowsInBulk() const;
+    // The maximum depth for opening rows in bulk: the layout takes a stack frame for each level.
+    static constexpr int maxLevel = 1000;
+    // The maximum number of rows to open or close in bulk; the others stay as they are. An entry on
+    // many paths has that many rows, and so do its descendants.
+    virtual qsizetype maxRowsInBulk() const;
 
-    // Opens the tops and, below rows that are opened, those that the predicate names; lays out
-    // once. Does nothing while rows are opened or closed in bulk already.
+    // Opens the tops and, below opened rows, those that match the predicate, with a single layout.
+    // Does nothing during another bulk change.
     using Predicate = std::function<bool(const QModelIndex &)>;
     void openRows(const QModelIndexList &tops, const Predicate &shouldOpen);
     bool isOpeningRows() const { return isOpeningRows_; }

@@ -2,6 +2,6 @@
 
 #include <QString>
 
-// Makes a tool tip show a text from outside as it is: never taken for markup, lines wrapped,
-// characters that control replaced by visible ones, cut when it is absurdly long.
+// Prepares untrusted text for a tool tip: not read as markup, with wrapped lines, visible
+// replacements for control characters, and a maximum length.
 QString plainToolTip(const QString &text);

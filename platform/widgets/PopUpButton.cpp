@@ -7,7 +7,7 @@
 PopUpButton::PopUpButton(QWidget *parent)
     : QComboBox(parent)
 {
-    // A closed box reports every item that a key steps to.
+    // A closed box emits activated for every item that a key steps to.
     connect(this, &QComboBox::activated, this, [this] {
         if (!isStepping_)
             noteActivated();
@@ -49,7 +49,7 @@ void PopUpButton::keyPressEvent(QKeyEvent *event)
     }
 }
 
-// It scrolls what the box is in. Over the open list it never comes here.
+// Lets the wheel scroll the view around the box. The open list gets its own wheel events.
 void PopUpButton::wheelEvent(QWheelEvent *event)
 {
     event->ignore();

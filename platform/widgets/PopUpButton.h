@@ -2,18 +2,18 @@
 
 #include <QComboBox>
 
-// A pop-up whose choices take effect: one made in the open list at once, one stepped to with the
-// keys only on Return or when the keyboard leaves. Escape goes back to the last choice.
+// A pop-up whose choices take effect: immediately in the open list; with keys only on Return or
+// when the focus leaves. Escape returns to the last choice.
 class PopUpButton : public QComboBox
 {
     Q_OBJECT
 public:
     explicit PopUpButton(QWidget *parent = nullptr);
 
-    // To be called when the program, not the user, has chosen what is shown.
+    // Call this when the program, not the user, has set the selection.
     void settle();
-    void commit(); // what was stepped to
-    // Whether the user is about to choose: has stepped to another item, or opened the list.
+    void commit(); // applies the item stepped to
+    // Whether the user is choosing: has stepped to another item or opened the list.
     bool isChoosing() const;
 
 Q_SIGNALS:

@@ -19,7 +19,7 @@ bool ReadOnlyCheckBox::hitButton(const QPoint &) const
     return false;
 }
 
-// Assistive programs press buttons without a pointer.
+// Assistive programs can click without a pointer.
 void ReadOnlyCheckBox::nextCheckState() {}
 
 void ReadOnlyCheckBox::paintEvent(QPaintEvent *)

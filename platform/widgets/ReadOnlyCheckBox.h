@@ -2,9 +2,8 @@
 
 #include <QCheckBox>
 
-// Shows a state and looks like it: the box has a faint frame and no ground, follows no pointer and
-// takes no keyboard, yet the mark and the text are as readable as any other. Only the program
-// changes it.
+// A check box that only the program changes. Drawn with a faint frame, without hover or focus, but
+// with a readable mark and text.
 class ReadOnlyCheckBox : public QCheckBox
 {
     Q_OBJECT

@@ -4,7 +4,7 @@
 #include <cmath>
 
 namespace {
-constexpr double leastContrast = 4.5;
+constexpr double minContrast = 4.5;
 constexpr float precision = 1.0F / 512;
 
 double luminance(const QColor &color)
@@ -18,14 +18,15 @@ double luminance(const QColor &color)
 
 QColor withLightness(const QColor &color, float lightness)
 {
-    const float hue = std::max(color.hslHueF(), 0.0F);                     // grey has none
-    return QColor::fromHslF(hue, color.hslSaturationF(), lightness).rgb(); // as it is painted
+    const float hue = std::max(color.hslHueF(), 0.0F); // grey has no hue
+    return QColor::fromHslF(hue, color.hslSaturationF(), lightness)
+        .rgb(); // rounded as when painted
 }
 
 bool isReadable(const QColor &color, const QPalette &palette)
 {
-    return contrast(color, palette.color(QPalette::Base)) >= leastContrast &&
-           contrast(color, palette.color(QPalette::AlternateBase)) >= leastContrast;
+    return contrast(color, palette.color(QPalette::Base)) >= minContrast &&
+           contrast(color, palette.color(QPalette::AlternateBase)) >= minContrast;
 }
 } // namespace
 
@@ -40,7 +41,7 @@ QColor readableColor(const QColor &color, const QPalette &palette)
     if (isReadable(color, palette))
         return color;
     const QColor base = palette.color(QPalette::Base);
-    // The farther end is black or white, whichever stands out more.
+    // Black or white, whichever has more contrast.
     float unreadable = color.lightnessF();
     float readable = contrast(base, Qt::black) > contrast(base, Qt::white) ? 0.0F : 1.0F;
     while (std::abs(readable - unreadable) > precision) {

@@ -2,9 +2,9 @@
 
 #include <QPalette>
 
-// How far two colours stand apart, from 1 to 21, as accessibility guidelines count it.
+// The contrast ratio of two colours, from 1 to 21, as defined by accessibility guidelines.
 double contrast(const QColor &a, const QColor &b);
 
-// The colour, made only as much darker or lighter as it takes to read text in it on the palette's
-// plain and alternate rows. Rows that are selected have a text colour of their own.
+// Makes the colour just dark or light enough for text on the palette's plain and alternate rows.
+// Selected rows have their own text colour.
 QColor readableColor(const QColor &color, const QPalette &palette);

@@ -3,7 +3,7 @@
 #include <QLineEdit>
 #include <QTimer>
 
-// A field that asks for a search a moment after its text has changed, and at once on Return.
+// A field that requests a search shortly after its text changes, and immediately on Return.
 class SearchField : public QLineEdit
 {
     Q_OBJECT

@@ -6,7 +6,7 @@
 #include <QGuiApplication>
 
 namespace {
-// The colour of buttons, on the way to that of selections; icons stay readable on it.
+// A mix of the button and the selection colour; icons stay readable on it.
 QColor tinted(const QPalette &palette)
 {
     const QColor button = palette.color(QPalette::Button);
@@ -44,7 +44,7 @@ int SegmentedControl::selectedTag() const
     return segments_->checkedId();
 }
 
-// A button that is merely down is hard to tell in a dark window.
+// A button that is only down is hard to see in a dark window.
 void SegmentedControl::showSelection()
 {
     const QPalette plain = QGuiApplication::palette();

@@ -5,17 +5,17 @@
 class QAbstractButton;
 class QButtonGroup;
 
-// Buttons side by side of which one is down. Those of the interface file are the segments; the
-// property "tag" of each is its number.
+// Buttons side by side, one of which is down. The interface file numbers them with the property
+// "tag".
 class SegmentedControl : public QWidget
 {
     Q_OBJECT
 public:
     explicit SegmentedControl(QWidget *parent = nullptr);
 
-    void setUp(); // once, when the segments are there
+    void setUp(); // call once, when the segments exist
     void selectSegmentWithTag(int tag);
-    int selectedTag() const; // -1 for none
+    int selectedTag() const; // -1: none
 
 Q_SIGNALS:
     void segmentChosen(int tag); // by the user

@@ -2,15 +2,15 @@
 
 #include <QWidget>
 
-// Buttons side by side, each of which sets a value as it is clicked: the property "tag" of the
-// button, as the interface file has it.
+// Buttons side by side, each of which sets a value when clicked: its property "tag" in the
+// interface file.
 class Stepper : public QWidget
 {
     Q_OBJECT
 public:
     using QWidget::QWidget;
 
-    void setUp(); // once, when the buttons are there
+    void setUp(); // call once, when the buttons exist
     int integerValue() const { return value_; }
     void setIntegerValue(int value) { value_ = value; }
 

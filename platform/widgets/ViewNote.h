@@ -2,12 +2,12 @@
 
 #include <QLabel>
 
-// Says in the middle of a view why it has nothing to show. Hidden at first.
+// Shows in the middle of a view why it is empty. Hidden at first.
 class ViewNote : public QLabel
 {
     Q_OBJECT
 public:
-    // Stands above the view in the same parent, which owns it.
+    // Placed above the view in the same parent, which owns it.
     ViewNote(const QString &text, QWidget &view);
 
     bool eventFilter(QObject *view, QEvent *event) override;

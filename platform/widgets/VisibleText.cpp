@@ -3,7 +3,7 @@
 #include <algorithm>
 
 namespace {
-constexpr qsizetype longestLabel = 500;
+constexpr qsizetype maxLabelLength = 500;
 
 bool turnsDirection(QChar c)
 {
@@ -33,15 +33,15 @@ QString visibleCharacters(const QString &text)
     return shown;
 }
 
-QString cutText(const QString &text, qsizetype longest)
+QString cutText(const QString &text, qsizetype maxLength)
 {
-    if (text.size() <= longest)
+    if (text.size() <= maxLength)
         return text;
-    return text.left(text.at(longest - 1).isHighSurrogate() ? longest - 1 : longest) +
+    return text.left(text.at(maxLength - 1).isHighSurrogate() ? maxLength - 1 : maxLength) +
            QChar(0x2026);
 }
 
 QString visibleText(const QString &text)
 {
-    return visibleCharacters(cutText(text, longestLabel));
+    return visibleCharacters(cutText(text, maxLabelLength));
 }

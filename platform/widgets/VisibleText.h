@@ -2,12 +2,11 @@
 
 #include <QString>
 
-// A character of a text from outside: one that controls, or that turns the writing direction, is
-// replaced by a visible one.
+// Replaces a control character, or one that changes the writing direction, by a visible one.
 QChar visibleCharacter(QChar character);
-// Every character keeps its place.
+// The length and all positions stay the same.
 QString visibleCharacters(const QString &text);
-// Ends in an ellipsis where it was longer.
-QString cutText(const QString &text, qsizetype longest);
-// As one line can show it: visible characters, and what is absurdly long is cut.
+// Shortens a longer text with an ellipsis.
+QString cutText(const QString &text, qsizetype maxLength);
+// Prepares a text for one line: visible characters and a maximum length.
 QString visibleText(const QString &text);

@@ -3,8 +3,7 @@
 #include "app/CommandLine.h"
 #include "app/Startup.h"
 #include "platform/desktop/Theme.h"
-#include "platform/host/Alert.h"
-#include "platform/host/SystemBeep.h"
+#include "platform/host/DesktopServices.h"
 #include "platform/preferences/PreferencesStore.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
@@ -36,13 +35,13 @@ ApplicationFixture::ApplicationFixture()
     PreferencesStore::setFolder(path("settings"));
     applyTheme(Theme::Light);
     Startup::setUpApplication();
-    SystemBeep::setSounder({});
+    DesktopServices::instance().beep = nullptr;
 }
 
 ApplicationFixture::~ApplicationFixture()
 {
     delegate_.reset();
-    AlertPanel::setPresenter({});
+    DesktopServices::instance().presentAlert = nullptr;
     TavRegistryEntry::setPropertyClass(TavRegistryProperty::staticPropertyClass());
 }
 
@@ -66,8 +65,8 @@ void ApplicationFixture::launch(const QStringList &files)
     delegate_ = std::make_unique<TavApplicationDelegate>(std::move(service));
     CommandLine line;
     line.files = files;
-    QString error;
-    ASSERT_TRUE(delegate_->start(line, &error)) << qPrintable(error);
+    const StartResult result = delegate_->start(line);
+    ASSERT_TRUE(result.isRunning()) << qPrintable(result.message);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(delegate_->mainWindowController()->window()));
     turnEventLoop();
 }
@@ -119,7 +118,7 @@ void ApplicationFixture::trigger(const char *action, std::size_t document) const
 
 void ApplicationFixture::turnEventLoop()
 {
-    // However long one thing takes, what it leaves for later happens too.
+    // Several turns, because deferred work may defer more work.
     for (int i = 0; i < 4; ++i)
         turnEventLoopFor(5);
 }
@@ -151,7 +150,7 @@ void ApplicationFixture::chooseFile(const QString &file) const
 {
     auto *const dialog = shownWindow<QFileDialog>();
     ASSERT_TRUE(dialog);
-    dialog->setOption(QFileDialog::DontConfirmOverwrite); // whose question would not return
+    dialog->setOption(QFileDialog::DontConfirmOverwrite); // its question would block
     outlet<QLineEdit>(dialog, "fileNameEdit")->setText(file);
     QMetaObject::invokeMethod(dialog, "accept");
     turnEventLoop();

@@ -13,14 +13,14 @@
 
 class QMessageBox;
 
-// The program on a scripted registry, with settings of its own, driven through its windows.
+// The program with a scripted registry and temporary settings, driven through its windows.
 class ApplicationFixture : public testing::Test
 {
 protected:
     ApplicationFixture();
     ~ApplicationFixture() override;
 
-    // A run of the program. What is stored stays for the next one.
+    // A run of the program. Settings persist for the next one.
     void launch(const QStringList &files = {});
     void quit();
 
@@ -33,10 +33,10 @@ protected:
     void trigger(const char *action, std::size_t document = 0) const;
     static void turnEventLoop();
 
-    QMessageBox *alert() const;    // the one that is shown, or null
+    QMessageBox *alert() const;    // the shown one, or null
     std::string alertText() const; // its message and details
     void answer(const char *button) const;
-    void chooseFile(const QString &file) const; // in the file dialog that is shown
+    void chooseFile(const QString &file) const; // in the shown file dialog
 
     QString path(const char *name) const { return folder_.filePath(QString::fromUtf8(name)); }
     void write(const char *name, const QByteArray &bytes) const;

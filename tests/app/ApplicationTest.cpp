@@ -34,7 +34,9 @@ protected:
         delegate_.reset();
         delegate_ = std::make_unique<TavApplicationDelegate>(
             TavApplicationDelegate::openRegistry(line, &error_));
-        return delegate_->start(line, &error_);
+        const StartResult result = delegate_->start(line);
+        error_ = result.message;
+        return result.isRunning();
     }
 
     QTemporaryDir folder_;
@@ -43,7 +45,7 @@ protected:
 };
 } // namespace
 
-TEST_F(ApplicationTest, OpensWhereItIsAskedToOrTellsWhatIsNotThere)
+TEST_F(ApplicationTest, OpensTheRequestedPlaceOrReportsWhatIsMissing)
 {
     const auto plane = [this](const char *options) {
         EXPECT_TRUE(start(options)) << error_.toStdString();
@@ -66,13 +68,16 @@ TEST_F(ApplicationTest, OpensWhereItIsAskedToOrTellsWhatIsNotThere)
     EXPECT_THAT(error_.toStdString(), testing::HasSubstr(folder_.path().toStdString()));
 }
 
-TEST_F(ApplicationTest, EndsWithoutAWordWhenItsFirstReadingIsCancelled)
+TEST_F(ApplicationTest, QuitsSilentlyWhenItsFirstReadingIsCancelled)
 {
     const auto startCancelled = [this](const CommandLine &line) {
         auto service = std::make_unique<FakeLiveService>();
         service->cancelNextPreparation();
         delegate_ = std::make_unique<TavApplicationDelegate>(std::move(service));
-        EXPECT_FALSE(delegate_->start(line, &error_));
+        const StartResult result = delegate_->start(line);
+        EXPECT_FALSE(result.isRunning());
+        EXPECT_EQ(result.status == StartResult::Status::Cancelled, result.message.isNull());
+        error_ = result.message;
         EXPECT_EQ(delegate_->mainWindowController(), nullptr);
         delegate_.reset();
     };
@@ -82,7 +87,7 @@ TEST_F(ApplicationTest, EndsWithoutAWordWhenItsFirstReadingIsCancelled)
     CommandLine line;
     line.screenshotFile = folder_.filePath(QStringLiteral("window.png"));
     startCancelled(line);
-    EXPECT_THAT(error_.toStdString(), testing::HasSubstr("cancelled")) << "for there is no picture";
+    EXPECT_THAT(error_.toStdString(), testing::HasSubstr("cancelled")) << "the picture is missing";
     line = {};
     line.files = QStringList{folder_.filePath(QStringLiteral("missing.vandrel"))};
     startCancelled(line);

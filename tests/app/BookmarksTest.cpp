@@ -39,7 +39,7 @@ protected:
     {
         store(QJsonDocument(listNamed(names)).toJson(), defaultIndex);
     }
-    // As another running copy does it.
+    // Like another running copy.
     void storeInOtherCopy(std::initializer_list<const char *> names, int defaultIndex) const
     {
         PreferencesStore::standard().synchronize();
@@ -89,7 +89,7 @@ protected:
     {
         return outlet<QPushButton>(panel_, button)->isEnabled();
     }
-    // As typed into the cell's editor.
+    // Like typing into the cell's editor.
     void type(int row, int column, const char *text) const
     {
         table_->setCurrentIndex(table_->model()->index(row, column));
@@ -147,7 +147,7 @@ TEST_F(BookmarksTest, ReadsWhatIsStored)
         EXPECT_TRUE(delegate_->bookmarksController().defaultBookmarkPath().isNull());
         quit();
     }
-    // A path to nowhere leaves the window at the root.
+    // An invalid path leaves the window at the root.
     store(R"([{"Bookmark Name": "a", "Bookmark Path": "DxPower:/nowhere"}])", 0);
     launch();
     EXPECT_EQ(selectedPath(), QStringLiteral("(DxService)"));
@@ -222,7 +222,7 @@ TEST_F(BookmarksTest, AreAddedFromThePanel)
     EXPECT_EQ(cell(0, 1), "DxPower:/supply");
     typeIntoEditor("mine");
     EXPECT_EQ(storedNames(), "mine");
-    // Named as the window's own command does it.
+    // Named like the window's own command does it.
     window().goToRegistryPath(disk);
     click("addBookmarkButton");
     EXPECT_EQ(rows(), "disk@0 (DxService)* mine");
@@ -298,13 +298,13 @@ TEST_F(BookmarksTest, FollowAnotherCopy)
     turnEventLoop();
     EXPECT_EQ(rows(), "a c D* e!");
 
-    // Before the change is noticed: nothing that either copy has done is lost.
+    // Before the change is noticed: no change of either copy is lost.
     storeInOtherCopy({"a", "c", "D", "f"}, -1);
     delegate_->bookmarksController().addBookmarkNamed(QStringLiteral("g"), disk, false);
     EXPECT_EQ(storedNames(), "a c D f g");
     table_->selectRow(1);
     storeInOtherCopy({"D", "f"}, 0);
-    click("deleteBookmarkButton"); // what is deleted already
+    click("deleteBookmarkButton"); // already deleted
     EXPECT_EQ(storedNames(), "D f");
     EXPECT_EQ(defaultIndex(), 0);
     type(1, 1, "DxPower:/supply");

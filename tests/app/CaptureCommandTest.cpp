@@ -22,7 +22,7 @@ protected:
         QByteArray errors;
     };
 
-    // The program as a script on a server runs it: no display, and no platform to stand for one.
+    // Like a script on a server: without a display and without a platform plugin.
     Result run(const QStringList &command)
     {
         auto environment = QProcessEnvironment::systemEnvironment();
@@ -70,7 +70,7 @@ TEST_F(CaptureCommand, WritesASnapshotWithoutADisplay)
     }
 }
 
-TEST_F(CaptureCommand, TellsWhatWentWrongByExitCodeAndMessage)
+TEST_F(CaptureCommand, ReportsFailuresByExitCodeAndMessage)
 {
     const auto expectFailure = [](const Result &result, int code, const char *message) {
         EXPECT_EQ(result.code, code) << message;

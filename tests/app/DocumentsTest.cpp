@@ -31,7 +31,7 @@ protected:
         DocumentError error;
         ASSERT_TRUE(document().save(path(name), error)) << qPrintable(error.reason);
     }
-    // A saved live document whose registry has been read again since.
+    // A saved live document whose registry has been reread since.
     void edit(const char *name)
     {
         launch();
@@ -87,7 +87,7 @@ TEST_F(DocumentsTest, SavesAndOpens)
     EXPECT_EQ(document(1).dataStore()->registryEntries().size(),
               document(0).dataStore()->registryEntries().size());
     EXPECT_TRUE(titles().contains(QStringLiteral("desk.vandrel")));
-    // One that is open is shown instead of opened again, and its file is not another's to save in.
+    // An open document is shown, not opened again, and no other document can be saved to its file.
     delegate_->documentCommands().openFiles({file}, nullptr);
     EXPECT_EQ(documentCount(), 2U);
     trigger("saveDocumentAsAction");
@@ -104,7 +104,7 @@ TEST_F(DocumentsTest, SavesAndOpens)
     turnEventLoop();
     EXPECT_EQ(documentCount(), 2U);
 
-    // And by another running copy.
+    // Also when opened by another running copy.
     PreferencesStore(RecentDocuments::domain(), path("settings"))
         .setValue(QStringLiteral("RecentDocuments"), QJsonArray{path("third"), file});
     EXPECT_TRUE(waitFor([&] { return recentItems().at(0)->toolTip() == path("third"); }));
@@ -115,7 +115,7 @@ TEST_F(DocumentsTest, SavesAndOpens)
     EXPECT_EQ(documentCount(), former);
     EXPECT_EQ(recentItems().at(0)->toolTip(), path("other.vandrel"));
 
-    // So does what is dropped.
+    // Dropped files too.
     closeWindow(1);
     QMimeData data;
     const auto drop = [&](auto event) {
@@ -218,7 +218,7 @@ TEST_F(DocumentsTest, KeepsTheFormerFileWhenSavingFails)
     EXPECT_EQ(document().fileName(), path("desk.vandrel"));
 }
 
-TEST_F(DocumentsTest, TellsWhatCannotBeOpened)
+TEST_F(DocumentsTest, ReportsWhatCannotBeOpened)
 {
     write("empty", {});
     write("text", "{\"Vandrel\": true}");
@@ -241,7 +241,7 @@ TEST_F(DocumentsTest, TellsWhatCannotBeOpened)
         {"zeros", unknown},           {"older", "too old"}, {"newer", "needs a newer version"},
         {"vanished", "no such file"}, {".", "is a folder"}, {"pipe", "not a regular file"},
     };
-    if (geteuid() != 0) // who may read everything
+    if (geteuid() != 0) // root may read everything
         cases.emplace_back("unreadable", "Permission denied");
     launch();
     for (const auto &[file, words] : cases) {
@@ -259,7 +259,7 @@ TEST_F(DocumentsTest, TellsWhatCannotBeOpened)
     EXPECT_FALSE(outlet<QMenu>(window().window(), "recentDocumentsMenu")->isEnabled());
     quit();
 
-    // On the command line a document that is none leaves a new one; what can be opened is.
+    // A file on the command line that cannot be opened gives a new document; the others open.
     write("good", SmallStore::current().bytes());
     launch({path("empty"), path("vanished")});
     expectAlert("Some documents");
@@ -271,7 +271,7 @@ TEST_F(DocumentsTest, TellsWhatCannotBeOpened)
     EXPECT_EQ(titles(), QStringList(QStringLiteral("good")));
 }
 
-TEST_F(DocumentsTest, TellsOnceThatThereIsNoRegistry)
+TEST_F(DocumentsTest, ReportsAMissingRegistryOnce)
 {
     hasRegistry_ = false;
     launch();
@@ -291,7 +291,7 @@ TEST_F(DocumentsTest, TellsOnceThatThereIsNoRegistry)
     EXPECT_EQ(documentCount(), 0U);
 }
 
-// The life of a user's settings and documents over several runs.
+// A user's settings and documents over several runs.
 TEST_F(DocumentsTest, Journey)
 {
     const QString place = QStringLiteral("DxService:/bus/disk@1");

@@ -42,7 +42,7 @@ protected:
     {
         return outlet<QAbstractButton>(panel_, name);
     }
-    // The buttons that are checked, by name.
+    // The names of the checked buttons.
     std::string checked() const
     {
         std::set<std::string> names;
@@ -84,7 +84,7 @@ TEST_F(PreferencesTest, EveryControlIsWrittenAndShown)
     EXPECT_EQ(stored("PolledUpdateInterval"), 0);
     EXPECT_EQ(stored("SelectedPreferencesTab"), QStringLiteral("Update"));
 
-    // Documents that are open stay as they are; new ones follow.
+    // Open documents stay as they are; new ones follow.
     EXPECT_TRUE(document().dataStore()->isAutoupdate());
     trigger("newDocumentAction");
     EXPECT_FALSE(document(1).dataStore()->isAutoupdate());
@@ -129,7 +129,7 @@ TEST_F(PreferencesTest, FollowAnotherCopyWithoutDroppingWhatIsTyped)
 {
     launch();
     openPanel();
-    EXPECT_TRUE(PreferencesStore::standard().isEmpty()); // nothing is written by looking
+    EXPECT_TRUE(PreferencesStore::standard().isEmpty()); // looking writes nothing
     auto *const field = outlet<QSpinBox>(panel_, "defaultPollIntervalField");
     tabs().setCurrentIndex(2);
     field->setFocus();
@@ -169,11 +169,11 @@ TEST_F(PreferencesTest, FormatsOfAnotherCopyAreShown)
     const QString bytes = shown();
     PreferencesStore(PropertyFormatStore::domain(), path("settings")).remove(key);
     PreferencesStore(PreferencesStore::applicationIdentifier(), path("settings"))
-        .setValue(TavPropertyOutlineItem::defaultFormatKey(), QStringLiteral("4xlu"));
+        .setValue(PreferenceKeys::defaultFormat.toString(), QStringLiteral("4xlu"));
     EXPECT_TRUE(waitFor([&] { return shown() != automatic && shown() != bytes; }));
 }
 
-TEST_F(PreferencesTest, ThemeAppliesAtOnceAndFollowsTheDesktopAndOtherCopies)
+TEST_F(PreferencesTest, ThemeAppliesImmediatelyAndFollowsTheDesktopAndOtherCopies)
 {
     if (!PrivateBus::isAvailable())
         GTEST_SKIP() << "dbus-daemon is not installed";
@@ -207,7 +207,7 @@ TEST_F(PreferencesTest, ThemeAppliesAtOnceAndFollowsTheDesktopAndOtherCopies)
         .setValue(QStringLiteral("Theme"), QStringLiteral("dark"));
     EXPECT_TRUE(waitFor(isDarkSoon));
     EXPECT_EQ(popUp.currentIndex(), 2);
-    set("Theme", QStringLiteral("pink")); // as the desktop
+    set("Theme", QStringLiteral("pink")); // counts as system
     EXPECT_FALSE(isDarkSoon());
     theme.emplace(Theme::Light, bus.connect("client")); // by the command line
     set("Theme", QStringLiteral("dark"));

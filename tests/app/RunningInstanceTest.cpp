@@ -18,7 +18,7 @@ class RunningInstanceTest : public testing::Test
 {
 protected:
     QString path(const char *name) const { return folder_.filePath(QString::fromUtf8(name)); }
-    // While the event loop of this copy turns.
+    // While this copy's event loop runs.
     bool handOver(const QStringList &files) const
     {
         bool isTaken = false;
@@ -48,7 +48,7 @@ protected:
                     .entryList({QStringLiteral("vandrel-*")}, QDir::System)
                     .isEmpty();
     }
-    // Of all copies.
+    // Messages of all copies.
     std::string recentFiles() const
     {
         QFile file(path("vandrel/") + RecentDocuments::domain() + QStringLiteral(".json"));
@@ -75,16 +75,16 @@ protected:
 TEST_F(RunningInstanceTest, TakesFilesOfLaterCopies)
 {
     const QStringList files{QStringLiteral("/a b/ä\n.vandrel"), QStringLiteral("/c")};
-    EXPECT_FALSE(handOver(files)); // nobody is there
+    EXPECT_FALSE(handOver(files)); // no running copy
     QFile(socket_).open(QIODevice::WriteOnly);
-    EXPECT_FALSE(handOver(files)); // what a crashed copy has left
+    EXPECT_FALSE(handOver(files)); // the socket of a crashed copy
     RunningInstance first;
     QSignalSpy received(&first, &RunningInstance::filesReceived);
     ASSERT_TRUE(first.listen(socket_));
     EXPECT_EQ(QFile::permissions(socket_) &
                   (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
               QFile::Permissions());
-    EXPECT_FALSE(RunningInstance().listen(socket_)); // and leaves it to the first
+    EXPECT_FALSE(RunningInstance().listen(socket_)); // and leaves it to the first copy
     EXPECT_TRUE(handOver(files));
     ASSERT_EQ(received.count(), 1);
     EXPECT_EQ(received[0][0].toStringList(), files);
@@ -112,7 +112,7 @@ TEST_F(RunningInstanceTest, IgnoresHostileMessages)
 
 TEST_F(RunningInstanceTest, DoesNotWaitLongForACopyThatHangs)
 {
-    QLocalServer hanging; // this thread turns no event loop
+    QLocalServer hanging; // this thread runs no event loop
     ASSERT_TRUE(hanging.listen(socket_));
     QElapsedTimer time;
     time.start();

@@ -7,14 +7,14 @@
 
 #include <QTemporaryDir>
 
-// A store of one machine whose byte order the test chooses.
+// A store of one machine with a chosen byte order.
 class MachineStore : public EntryStore
 {
 public:
     explicit MachineStore(qint32 byteOrder = LittleEndian)
         : byteOrder_(byteOrder)
     {}
-    // Of a class chain, own class first, with the property of the name "Value".
+    // Adds an entry with these classes, own class first, and the property "Value".
     EntryRef entry(const QStringList &inheritance, const RegistryValue &value);
 
     bool isLive() const override { return true; }
@@ -34,20 +34,20 @@ private:
     mutable FakeRegistryService service_;
 };
 
-// Preferences in a folder of their own, with the defaults registered.
+// Preferences in a temporary folder, with the defaults registered.
 class PreferencesFolder
 {
 public:
     PreferencesFolder() { restart(); }
     ~PreferencesFolder();
-    void restart(); // writes what was changed and reads it again
+    void restart(); // writes changes and reads them again
     QString path() const { return folder_.path(); }
 
 private:
     QTemporaryDir folder_;
 };
 
-// A lone item of a value on a machine of the byte order, with what it belongs to.
+// A single item with a value, on a machine with the byte order.
 class LoneItem
 {
 public:
@@ -61,6 +61,6 @@ private:
     TavPropertyOutlineItem *item_;
 };
 
-// By keys and indexes, such as "Value/list/0".
+// Finds an item by keys and indexes, such as "Value/list/0".
 TavPropertyOutlineItem &itemAt(const EntryRef &entry, const char *path);
 PropertyFormatOptions formatOf(const char *descriptor);

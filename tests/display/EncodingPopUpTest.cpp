@@ -26,7 +26,7 @@ protected:
             window->hide();
         manager_.revertToDefault();
     }
-    // The tags, "-" for those that are no encoding, "*" after the selected one.
+    // The tags, "-" for items without an encoding, "*" after the selected one.
     std::string items() const
     {
         QStringList tags;
@@ -87,7 +87,7 @@ TEST_F(EncodingPopUpTest, OffersTheEnabledOnesAndThePresentOne)
     EXPECT_EQ(items(), "5* - -");
     popUp_.setEncoding(TextEncodings::none, false);
     EXPECT_EQ(items(), "-");
-    popUp_.setEncoding(99999999, false); // stored by someone else
+    popUp_.setEncoding(99999999, false); // stored by another program
     EXPECT_EQ(popUp_.currentText(), QStringLiteral("Encoding 99999999"));
 }
 
@@ -99,7 +99,7 @@ TEST_F(EncodingPopUpTest, TheLastItemOpensThePanelAndIsNeverSelected)
     EXPECT_EQ(items(), "1 10 4 30* 12 - -");
     QTest::keyClick(&popUp_, Qt::Key_End);
     EXPECT_EQ(items(), "1 10 4 30* 12 - -");
-    EXPECT_FALSE(isPanelShown()); // that would be a surprise
+    EXPECT_FALSE(isPanelShown()); // only the user may open it
     EXPECT_EQ(chosen.size(), 0);
     QTest::keyClick(&popUp_, Qt::Key_Return);
     EXPECT_EQ(chosen.size(), 1);
@@ -117,7 +117,7 @@ TEST_F(EncodingPopUpTest, ThePanelChangesWhatEveryPopUpOffers)
               static_cast<int>(EncodingManager::allAvailableStringEncodings().size()));
     EXPECT_EQ(checkedRows(), (std::vector<quint32>{4, 10, 1, 12, 30}));
 
-    control<QListWidget>("encodingsList")->setFocus(); // on the first row, the pop-up's choice
+    control<QListWidget>("encodingsList")->setFocus(); // on the first row: the pop-up's choice
     QTest::keyClick(control<QListWidget>("encodingsList"), Qt::Key_Space);
     EXPECT_EQ(items(), "10 1 12 30 4* - -");
     EXPECT_TRUE(isStored());

@@ -49,7 +49,8 @@ TEST_F(FormatControllerTest, ShowsEachKindOfFormatForEachKindOfProperty)
         order 0 1 2*
         sign 1* 0
         encoding 1 disabled)"));
-    controller_.setPropertyFormatsFromDescriptor(QStringLiteral("s12b")); // of no enabled encoding
+    controller_.setPropertyFormatsFromDescriptor(
+        QStringLiteral("s12b")); // the encoding is not enabled
     EXPECT_EQ(panelText(), dedented(R"(
         View the selected data property as:
         unit 1 2 4 8 0*
@@ -98,7 +99,7 @@ TEST_F(FormatControllerTest, WhatCannotBeReadLeavesTheCellsAsTheyAre)
     EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("a"));
 
     const std::string before = panelText();
-    PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
+    PreferencesStore::standard().setValue(PreferenceKeys::defaultFormat.toString(),
                                           QStringLiteral("d"));
     LogCapture log;
     controller_.setPropertyFormats(formatOf("d"));
@@ -119,7 +120,7 @@ TEST_F(FormatControllerTest, EveryControlStoresForThePropertyAndTheClass)
     click("propertyFormatByteOrder1");
     click("propertyFormatSign1");
     EXPECT_EQ(storedFormats(), "Root: //Value 4dbs\n");
-    EXPECT_EQ(told_, (std::vector<TavRegistryProperty *>(5, &item)));
+    EXPECT_EQ(reported_, (std::vector<TavRegistryProperty *>(5, &item)));
     click("propertyFormatType0");
     chooseInList(*control<QComboBox>("propertyFormatStringEncodingPopUp"), 1);
     EXPECT_EQ(storedFormats(), "Root: //Value s10b\n");
@@ -144,7 +145,7 @@ TEST_F(FormatControllerTest, AnotherClassTakesTheSettingFromTheNearestSubclassOn
     EXPECT_EQ(className(), QStringLiteral("Mid"));
 }
 
-// Arrow keys pass over classes whose settings are none of the user's business.
+// Stepping with arrow keys must not change the settings of the classes on the way.
 TEST_F(FormatControllerTest, KeysChooseAClassOnlyOnceTheUserIsThere)
 {
     TavPropertyOutlineItem &item = select(bytes());
@@ -177,7 +178,7 @@ TEST_F(FormatControllerTest, KeysChooseAClassOnlyOnceTheUserIsThere)
     control<QWidget>("propertyFormatActionMenu")->setFocus();
     EXPECT_EQ(storedFormats(), "Root: //Value 4xhu\nRoot:Mid: //Value 4xhu\n");
     QTest::keyClick(&popUp, Qt::Key_Home);
-    selectNone(); // as a click into another window does before the keyboard leaves
+    selectNone(); // like a click into another window, before the focus changes
     EXPECT_EQ(storedFormats(), "Root: //Value 4xhu\n");
 }
 
@@ -190,7 +191,7 @@ TEST_F(FormatControllerTest, WithoutAPropertyTheDefaultIsEdited)
     EXPECT_EQ(defaultFormat(), QStringLiteral("8xhu"));
     EXPECT_EQ(statusText(), QStringLiteral("Using Default Settings"));
     EXPECT_EQ(storedFormats(), "");
-    EXPECT_EQ(told_, (std::vector<TavRegistryProperty *>(2, nullptr)));
+    EXPECT_EQ(reported_, (std::vector<TavRegistryProperty *>(2, nullptr)));
     preferences_.restart();
     EXPECT_EQ(defaultFormat(), QStringLiteral("8xhu"));
     select(bytes());
@@ -217,7 +218,7 @@ TEST_F(FormatControllerTest, ActionsSetAndClear)
     controller_.setSelectedPropertyItem(&item);
     action("ClearSubclasses")->trigger();
     EXPECT_EQ(storedFormats(), "Root: //Value 4xhu\nRoot:Mid: //Value 1dhu\n");
-    EXPECT_EQ(told_.size(), 2U);
+    EXPECT_EQ(reported_.size(), 2U);
 
     action("UseShared")->trigger();
     action("UseShared")->trigger();
@@ -237,10 +238,10 @@ TEST_F(FormatControllerTest, UndoRestoresWhatTheActionChangedAndNoMore)
     const std::string before = storedFormats();
     action("ClearContents")->trigger();
     EXPECT_EQ(storedFormats(), "");
-    item.setPropertyFormats(formatOf("8xhu"), QStringLiteral("Root")); // by someone else
+    item.setPropertyFormats(formatOf("8xhu"), QStringLiteral("Root")); // not by the panel
     stack.undo();
     EXPECT_EQ(storedFormats(), "Root: //Value 8xhu\n" + before);
-    EXPECT_EQ(told_.back(), &item);
+    EXPECT_EQ(reported_.back(), &item);
     EXPECT_EQ(controller_.propertyFormatDescriptor(), QStringLiteral("8xhu"));
     stack.redo();
     EXPECT_EQ(storedFormats(), "Root: //Value 8xhu\n");
@@ -254,7 +255,7 @@ TEST_F(FormatControllerTest, UndoRestoresWhatTheActionChangedAndNoMore)
     EXPECT_EQ(defaultFormat(), QStringLiteral("a"));
     preferences_.restart();
     EXPECT_EQ(defaultFormat(), QStringLiteral("a"));
-    EXPECT_FALSE(PreferencesStore::standard().isStored(TavPropertyOutlineItem::defaultFormatKey()));
+    EXPECT_FALSE(PreferencesStore::standard().isStored(PreferenceKeys::defaultFormat.toString()));
 }
 
 TEST_F(FormatControllerTest, TheMenuItemFollowsThePanel)

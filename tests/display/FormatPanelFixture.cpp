@@ -14,7 +14,7 @@ FormatPanelFixture::FormatPanelFixture()
 {
     QObject::connect(&controller_, &TavFormatController::dataViewOptionsChanged,
                      &controller_.propertyFormatPanel(),
-                     [this](TavRegistryProperty *item) { told_.push_back(item); });
+                     [this](TavRegistryProperty *item) { reported_.push_back(item); });
     selectNone();
     controller_.showPropertyFormatPanel();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&controller_.propertyFormatPanel()));
@@ -96,5 +96,5 @@ std::string FormatPanelFixture::storedFormats() const
 
 QString FormatPanelFixture::defaultFormat() const
 {
-    return PreferencesStore::standard().string(TavPropertyOutlineItem::defaultFormatKey());
+    return PreferencesStore::standard().string(PreferenceKeys::defaultFormat.toString());
 }

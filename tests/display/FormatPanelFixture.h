@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
-// The format panel, shown, and an entry of the classes Own, Mid and Root (the root class) whose
-// property "Value" holds what the test says.
+// The format panel, shown, and an entry of the classes Own, Mid and Root (the root class) with a
+// property "Value".
 class FormatPanelFixture : public testing::Test
 {
 protected:
@@ -24,7 +24,7 @@ protected:
     {
         return controller_.propertyFormatPanel().findChild<Control *>(QString::fromLatin1(name));
     }
-    // The controls as text: "*" marks what is chosen, brackets what is disabled.
+    // The controls as text: "*" marks the selected, brackets the disabled ones.
     std::string panelText() const;
     std::string matrixText(const char *name) const;
     QString statusText() const;
@@ -36,5 +36,5 @@ protected:
     MachineStore store_;
     EntryRef entry_;
     TavFormatController &controller_ = TavFormatController::sharedInstance();
-    std::vector<TavRegistryProperty *> told_; // of changed options
+    std::vector<TavRegistryProperty *> reported_; // items reported with changed options
 };

@@ -27,7 +27,7 @@ TEST(NumberRenderingTest, Renders)
         {"Signed", 4, minusOne, formatOf("4dhs"), "-1"},
         {"SignedLong", 8, Q_UINT64_C(1) << 63, formatOf("8dhs"), "-9223372036854775808"},
         {"UnsignedLong", 8, minusOne, formatOf("8dhu"), "18446744073709551615"},
-        // Units are read unsigned, and only the two wide formats turn that into a sign.
+        // Units are read unsigned; only the two wide formats turn that into a sign.
         {"SignedByte", 1, minusOne, formatOf("1dhs"), "255"},
         {"SignedShort", 2, minusOne, formatOf("2dhs"), "65535"},
         {"ImpossibleSign", 4, minusOne, {.unit = 4, .base = 10, .signedness = 2}, "4294967295"},
@@ -51,7 +51,7 @@ TEST(NumberRenderingTest, Renders)
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.name);
-        // What the snapshot's machine was plays no part for a number.
+        // The snapshot's machine does not matter for a number.
         for (const auto order : {EntryStore::ByteOrderUnknown, EntryStore::BigEndian}) {
             const LoneItem item(RegistryValue::number(row.bits, row.width), order);
             const StyledText text = item->formatNumberWithOptions(row.options);

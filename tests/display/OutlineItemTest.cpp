@@ -12,7 +12,7 @@ class OutlineItemTest : public testing::Test
 protected:
     static void setDefaultFormat(const char *descriptor)
     {
-        PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
+        PreferencesStore::standard().setValue(PreferenceKeys::defaultFormat.toString(),
                                               QString::fromLatin1(descriptor));
     }
 

@@ -154,7 +154,7 @@ TEST_F(FormatsByClassTest, WhatCannotBeReadIsUsedAsItIsAndOtherTypesAreIgnored)
     EXPECT_EQ(shown(one(own_)), QStringLiteral("0x2a"));
     stored.setValue(QStringLiteral("Root:Mid:Own:://Value/one"), QStringLiteral("4xh"));
     EXPECT_EQ(shown(one(own_)), QStringLiteral("(internal error!)"));
-    PreferencesStore::standard().setValue(TavPropertyOutlineItem::defaultFormatKey(),
+    PreferencesStore::standard().setValue(PreferenceKeys::defaultFormat.toString(),
                                           QStringLiteral("?"));
     EXPECT_EQ(shown(one(base_)), QStringLiteral("(internal error!)"));
 }

@@ -1,5 +1,5 @@
 #include "ExplorerFixture.h"
-#include "platform/host/FileManager.h"
+#include "platform/host/DesktopServices.h"
 #include "platform/widgets/ColumnBrowser.h"
 
 #include <QContextMenuEvent>
@@ -53,7 +53,7 @@ protected:
 TEST_F(EntryMenuTest, ActsOnTheRowUnderThePointer)
 {
     QStringList revealed;
-    FileManager::setRevealer([&](const QString &file) { revealed.append(file); });
+    DesktopServices::instance().revealFile = [&](const QString &file) { revealed.append(file); };
     const QPoint place = tree().visualRect(row({"Root", "Host", "bus", "disk@0"})).center();
     select({"Root", "Host"});
     const std::pair<const char *, const char *> copies[] = {
@@ -71,7 +71,7 @@ TEST_F(EntryMenuTest, ActsOnTheRowUnderThePointer)
     askForMenu(tree(), place);
     choose("revealSelectionBundleInNavroAction");
     EXPECT_EQ(revealed, QStringList{QStringLiteral("/lib/disk.ko")});
-    FileManager::setRevealer({});
+    DesktopServices::instance().revealFile = nullptr;
 
     askForMenu(tree(), tree().viewport()->rect().bottomLeft()); // below the rows
     EXPECT_FALSE(menu());

@@ -3,7 +3,7 @@
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
 #include "platform/documents/DocumentError.h"
-#include "platform/host/SystemBeep.h"
+#include "platform/host/DesktopServices.h"
 #include "platform/preferences/PreferencesStore.h"
 
 #include <QAbstractButton>
@@ -20,7 +20,7 @@ ExplorerFixture::ExplorerFixture()
     defaults.insert(QStringLiteral("DefaultView"), QStringLiteral("outline"));
     PreferencesStore::standard().registerDefaults(defaults);
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
-    SystemBeep::setSounder([this] { ++beeps_; });
+    DesktopServices::instance().beep = [this] { ++beeps_; };
     documents_.setWindowControllerFactory(
         [](TavDocument &document) { return std::make_unique<TavWindowController>(document); });
     QObject::connect(&TavFormatController::sharedInstance(),
@@ -30,7 +30,7 @@ ExplorerFixture::ExplorerFixture()
 
 ExplorerFixture::~ExplorerFixture()
 {
-    SystemBeep::setSounder({});
+    DesktopServices::instance().beep = nullptr;
     TavRegistryEntry::setPropertyClass(TavRegistryProperty::staticPropertyClass());
 }
 

@@ -1,5 +1,5 @@
 #include "ExplorerFixture.h"
-#include "platform/host/FileManager.h"
+#include "platform/host/DesktopServices.h"
 
 #include <QAbstractItemView>
 #include <QClipboard>
@@ -206,7 +206,7 @@ TEST_F(MenuValidationTest, KeysOfCommandsThatCannotRunOnlyBeep)
 TEST_F(MenuValidationTest, KeysDoNotGetPastTheTruth)
 {
     QStringList revealed;
-    FileManager::setRevealer([&](const QString &file) { revealed.append(file); });
+    DesktopServices::instance().revealFile = [&](const QString &file) { revealed.append(file); };
     const QAction &reveal = action("revealSelectionBundleInNavroAction");
     QTest::keySequence(&window(), reveal.shortcut());
     EXPECT_EQ(revealed, QStringList{QStringLiteral("/lib/disk.ko")});
@@ -216,7 +216,7 @@ TEST_F(MenuValidationTest, KeysDoNotGetPastTheTruth)
     EXPECT_EQ(revealed.size(), 1);
     EXPECT_EQ(beeps_, 1);
     EXPECT_FALSE(reveal.isEnabled());
-    FileManager::setRevealer({});
+    DesktopServices::instance().revealFile = nullptr;
 
     auto *const files = new QMimeData;
     files->setUrls({QUrl(QStringLiteral("file:///a"))});

@@ -8,19 +8,19 @@
 namespace {
 constexpr QLatin1String classes[] = {QLatin1String("Node")};
 
-using Decode = void (*)(const ArchivedObject &, QLatin1String);
+using Decode = void (*)(const ObjectDecoder &, QLatin1String);
 constexpr Decode ways[] = {
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeInteger<qint32>(k); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeInteger<quint64>(k); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeBoolean(k); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeNumber(k); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeString(k); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeDate(k); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeData(k); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeStrings(k); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeReference(k, classes); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeReferences(k, classes); },
-    [](const ArchivedObject &o, QLatin1String k) { o.decodeValue(k, ArchiveKinds(~0), classes); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeInteger<qint32>(k); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeInteger<quint64>(k); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeBoolean(k); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeNumber(k); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeString(k); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeDate(k); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeData(k); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeStrings(k); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeReference(k, classes); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeReferences(k, classes); },
+    [](const ObjectDecoder &o, QLatin1String k) { o.decodeValue(k, ArchiveKinds(~0), classes); },
 };
 } // namespace
 

@@ -86,9 +86,9 @@ TEST_F(NotificationPortsTest, InterestIsInOneObjectAndOneKind)
         },
         notification);
     service_.reportChange(); // of another kind, which must not use up the notification
-    service_.tellBusy(7);
+    service_.reportBusy(7);
     EXPECT_EQ(busy, 7U);
-    service_.tellBusy(8);
+    service_.reportBusy(8);
     EXPECT_EQ(busy, 7U);
     service_.release(host);
 }

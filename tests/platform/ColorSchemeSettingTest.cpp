@@ -40,9 +40,9 @@ TEST_F(ColorSchemeSettingTest, IsReadFromNewAndOldPortalsAndFollowed)
         SCOPED_TRACE(isOld);
         portal_->isOld = isOld;
         ColorSchemeSetting setting(bus_->connect("client"));
-        EXPECT_EQ(setting.scheme(), Scheme::NoPreference); // nobody waits
+        EXPECT_EQ(setting.scheme(), Scheme::NoPreference); // does not wait
         ASSERT_TRUE(waitFor([&] { return setting.scheme() == Scheme::Dark; }));
-        portal_->change("org.example", 2); // another group's
+        portal_->change("org.example", 2); // of another group
         portal_->change(SettingsPortal::appearance, 1);
         turnEventLoopFor(50);
         EXPECT_EQ(setting.scheme(), Scheme::Dark);

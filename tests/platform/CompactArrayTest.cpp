@@ -1,4 +1,4 @@
-#include "platform/archive/CompactArray.h"
+#include "platform/text/CompactArray.h"
 
 #include <gtest/gtest.h>
 

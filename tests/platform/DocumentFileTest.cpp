@@ -42,7 +42,7 @@ protected:
 class DocumentFileTest : public testing::Test
 {
 protected:
-    // A file with a hole of that size.
+    // A sparse file of that size.
     QString fileOf(qint64 size) const
     {
         QFile file(folder_.filePath(QStringLiteral("file")));
@@ -54,7 +54,7 @@ protected:
     {
         return QFile::encodeName(folder_.path()) + '/' + name;
     }
-    // As if nobody had written it for two minutes.
+    // Makes it two minutes old.
     void makeOld(const QByteArray &name) const
     {
         const timespec then{time(nullptr) - 120, 0};
@@ -87,7 +87,7 @@ protected:
 
 TEST_F(DocumentFileTest, IsNotReadWhenItIsTooLarge)
 {
-    const QString file = fileOf(DocumentFile::largestSize + 1);
+    const QString file = fileOf(DocumentFile::maxSize + 1);
     const auto acceptAny = [](const QByteArray &, DocumentError &) { return true; };
     EXPECT_FALSE(DocumentFile::read(file, acceptAny, error_));
     EXPECT_EQ(error_.reason, QStringLiteral("It is too large."));
@@ -101,12 +101,12 @@ TEST_F(DocumentFileTest, KeepsWhatItHoldsWhenTheNewContentIsTooLarge)
             return device.seek(size - 1) && device.write("x", 1) == 1;
         };
     };
-    EXPECT_FALSE(DocumentFile::write(file, content(DocumentFile::largestSize + 1), error_));
+    EXPECT_FALSE(DocumentFile::write(file, content(DocumentFile::maxSize + 1), error_));
     EXPECT_EQ(error_.reason, QStringLiteral("It would be too large."));
     EXPECT_EQ(QFileInfo(file).size(), 5);
     EXPECT_EQ(names(), QStringList{QStringLiteral("file")});
-    EXPECT_TRUE(DocumentFile::write(file, content(DocumentFile::largestSize), error_));
-    EXPECT_EQ(QFileInfo(file).size(), DocumentFile::largestSize);
+    EXPECT_TRUE(DocumentFile::write(file, content(DocumentFile::maxSize), error_));
+    EXPECT_EQ(QFileInfo(file).size(), DocumentFile::maxSize);
 }
 
 TEST_F(DocumentFileTest, IsReplacedWithItsModeAndWhereLinksLead)
@@ -159,7 +159,7 @@ TEST_F(DocumentFileTest, IsSavedWithoutWhatAKilledSaveLeft)
     EXPECT_EQ(found.join(u'\n').toStdString(), expected.join('\n').toStdString());
 }
 
-TEST_F(DocumentFileTest, TellsOfTooLittleMemory)
+TEST_F(DocumentFileTest, ReportsTooLittleMemory)
 {
     GreedyDocuments documents;
     EXPECT_EQ(documents.openDocument(fileOf(5), error_), nullptr);

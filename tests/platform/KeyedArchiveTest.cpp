@@ -41,7 +41,7 @@ std::vector<ArchiveReference> linksOf(KeyedUnarchiver &unarchiver, ArchiveRefere
     return unarchiver.object(node).decodeReferences(L1("links"), nodeClasses).value();
 }
 
-// An archive of one object, or why there is none.
+// An archive of one object, or the error.
 template<class Encoder>
 std::pair<QByteArray, QString> archiveOfOne(Encoder encoder)
 {
@@ -107,7 +107,7 @@ TEST(KeyedArchive, KeepsIntegersAndRefusesThoseThatDoNotFit)
             a.encodeInteger(L1("int32"), std::numeric_limits<qint32>::min());
             a.encodeInteger(L1("uint32"), std::numeric_limits<quint32>::max());
         }).first);
-    const ArchivedObject object = unarchiver.object(unarchiver.root);
+    const ObjectDecoder object = unarchiver.object(unarchiver.root);
     EXPECT_EQ(object.decodeInteger<quint32>(L1("uint32")), 0xffffffffU);
     EXPECT_EQ(object.decodeInteger<qint64>(L1("lowest")), std::numeric_limits<qint64>::min());
     EXPECT_EQ(object.decodeInteger<qint32>(L1("int32")), std::numeric_limits<qint32>::min());
@@ -122,7 +122,7 @@ TEST(KeyedArchive, TakesNoTextForAReference)
 {
     KeyedUnarchiver unarchiver(
         archiveOfValue(ArchiveList{QStringLiteral("x"), ArchiveReference{0}}));
-    const ArchivedObject object = unarchiver.object(unarchiver.root);
+    const ObjectDecoder object = unarchiver.object(unarchiver.root);
     EXPECT_FALSE(object.decodeReferences(L1("value"), nodeClasses));
     EXPECT_TRUE(unarchiver.error());
 }
@@ -143,7 +143,7 @@ TEST(KeyedArchive, KeepsSharingAndCycles)
     const auto ofRight = linksOf(unarchiver, ofRoot.at(1));
     EXPECT_EQ(ofRoot, (std::vector{ofRoot[0], ofRoot[1], unarchiver.root}));
     EXPECT_EQ(ofRight, (std::vector{ofRoot[0], unarchiver.root, ofRoot[0]}));
-    const ArchivedObject readLeft = unarchiver.object(ofRoot[0]);
+    const ObjectDecoder readLeft = unarchiver.object(ofRoot[0]);
     EXPECT_EQ(readLeft.decodeString(L1("name")), left.name);
     EXPECT_EQ(readLeft.decodeDate(L1("date")), date);
     EXPECT_TRUE(unarchiver.object(ofRoot[1]).decodeDate(L1("date")).isNull());

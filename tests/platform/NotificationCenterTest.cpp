@@ -24,7 +24,7 @@ protected:
     std::vector<int> told_;
 };
 
-TEST_F(NotificationCenterTest, TellsByNameAndSenderInOrderOfRegistrationUntilTheObservationIsGone)
+TEST_F(NotificationCenterTest, DeliversByNameAndSenderInOrderUntilTheObservationEnds)
 {
     const int sender = 0;
     const int other = 0;
@@ -47,7 +47,7 @@ TEST_F(NotificationCenterTest, AnObserverMayRemoveItselfAndOthersWhileTold)
     std::optional<Observation> later = record(changed, nullptr, 3);
     std::optional<Observation> earlier = record(changed, nullptr, 1);
     later.reset();
-    // What the handler holds must stay valid until it returns, although it is removed here.
+    // The handler's captures must stay valid until it returns, although it is removed here.
     const auto text = std::make_shared<QString>(QStringLiteral("held"));
     self = center_.observe(changed, nullptr, [&, text](const auto &) {
         self.reset();
@@ -74,7 +74,7 @@ TEST_F(NotificationCenterTest, AnObserverAddedWhileToldWaitsForTheNextPost)
     added.clear();
 }
 
-TEST_F(NotificationCenterTest, PostsMayNestAndTheNameMayDieMeanwhile)
+TEST_F(NotificationCenterTest, PostsMayNestAndTheNameMayBeDestroyed)
 {
     auto name = std::make_unique<QString>(changed);
     const auto outer = center_.observe(changed, nullptr, [&](const auto &notification) {

@@ -13,7 +13,7 @@ const QString service = QStringLiteral("org.freedesktop.login1");
 const QString path = QStringLiteral("/org/freedesktop/login1");
 const QString manager = QStringLiteral("org.freedesktop.login1.Manager");
 
-// Answers as a login manager, and knows whether sleep is delayed.
+// A fake login manager that knows whether sleep is delayed.
 class LoginManager : public QDBusVirtualObject
 {
 public:
@@ -44,7 +44,7 @@ public:
         ::close(ends[0]);
         return true;
     }
-    // Whether the other end of the last inhibitor is open somewhere.
+    // Whether the other end of the last inhibitor is open.
     bool isDelayed() const
     {
         char byte;
@@ -118,7 +118,7 @@ TEST_F(PowerMessagesTest, DelaysSleepUntilItIsAllowed)
     EXPECT_TRUE(waitFor([&] { return !isDelayed(); }));
 
     login_->prepareForSleep(false);
-    ASSERT_TRUE(waitFor([&] { return isDelayed(); })); // the next time
+    ASSERT_TRUE(waitFor([&] { return isDelayed(); })); // for the next sleep
     EXPECT_EQ(wakes_, 1);
     login_->prepareForSleep(true);
     ASSERT_TRUE(waitFor([&] { return requests_.size() == 2; }));
@@ -138,7 +138,7 @@ TEST_F(PowerMessagesTest, LoginManagerMayRefuseComeLaterOrNotAtAll)
     login_->refuses = true;
     ASSERT_TRUE(login_->start());
     ASSERT_TRUE(waitFor([&] { return login_->calls.size() == 1; }));
-    login_->prepareForSleep(true); // told all the same
+    login_->prepareForSleep(true); // still reported
     ASSERT_TRUE(waitFor([&] { return requests_.size() == 1; }));
     power->allowSleep(requests_[0]);
     login_->refuses = false;

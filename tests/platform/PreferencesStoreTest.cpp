@@ -92,7 +92,7 @@ TEST_F(PreferencesStoreTest, ValuesOfWrongTypeReadAsTheDefault)
     for (const char *key : {"integer", "fraction", "huge", "null"})
         EXPECT_EQ(store.integer(QString::fromLatin1(key)), expected++) << key;
     EXPECT_EQ(store.list(QStringLiteral("list")), QJsonArray{1});
-    // A flag is on for exactly one stored value.
+    // Only one stored value counts as true.
     for (const char *key : {"YES", "true", "no", "unknown"})
         EXPECT_FALSE(store.flag(QString::fromLatin1(key))) << key;
     EXPECT_TRUE(store.flag(QStringLiteral("on")));
@@ -138,7 +138,7 @@ TEST_F(PreferencesStoreTest, DamagedFilesAreSetAsideAndKept)
     }
 }
 
-TEST_F(PreferencesStoreTest, WhatIsNoFileIsLeftAlone)
+TEST_F(PreferencesStoreTest, LeavesOtherThanFilesAlone)
 {
     QDir().mkpath(file());
     PreferencesStore store = open();
@@ -146,7 +146,7 @@ TEST_F(PreferencesStoreTest, WhatIsNoFileIsLeftAlone)
     store.setValue(QStringLiteral("a"), 1);
     EXPECT_FALSE(store.synchronize());
     EXPECT_EQ(store.integer(QStringLiteral("a")), 1);
-    EXPECT_EQ(store.problems().size(), 1); // said once
+    EXPECT_EQ(store.problems().size(), 1); // reported once
     EXPECT_TRUE(QFileInfo(file()).isDir());
 }
 
@@ -155,14 +155,14 @@ TEST_F(PreferencesStoreTest, WarnsOnceWhileItCannotBeWritten)
     QFile blocker(folder());
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     PreferencesStore store = open();
-    int told = 0;
+    int reports = 0;
     const auto observation = NotificationCenter::defaultCenter().observe(
-        PreferencesStore::problemNotification(), &store, [&](const auto &) { ++told; });
+        PreferencesStore::problemNotification(), &store, [&](const auto &) { ++reports; });
     for (int i = 0; i < 3; ++i) {
         store.setValue(QStringLiteral("a"), i);
         EXPECT_FALSE(store.synchronize());
     }
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(reports, 1);
     ASSERT_EQ(store.problems().size(), 1);
     EXPECT_TRUE(store.problems().front().contains(file()));
     blocker.remove();
@@ -201,7 +201,7 @@ TEST_F(PreferencesStoreTest, CopiesMergeWhatTheyWrite)
         EXPECT_FALSE(store.isStored(b));
         EXPECT_EQ(store.integer(c), 3);
     }
-    // What is not written yet wins, a removal too; what another copy wrote later wins then.
+    // Unwritten changes win, removals too; then what another copy writes later.
     mine.setValue(a, 4);
     mine.remove(c);
     other.setValue(a, 5);
@@ -214,7 +214,7 @@ TEST_F(PreferencesStoreTest, CopiesMergeWhatTheyWrite)
     other.refresh();
     EXPECT_EQ(other.integer(a), 4);
     EXPECT_FALSE(other.isStored(c));
-    // A file that has gone, or that somebody is writing, changes nothing.
+    // A missing or half-written file changes nothing.
     write("{\"a\": ");
     mine.refresh();
     EXPECT_EQ(files(), QStringList(QStringLiteral("test.json")));
@@ -229,7 +229,7 @@ TEST_F(PreferencesStoreTest, CopiesMergeWhatTheyWrite)
 TEST_F(PreferencesStoreTest, NoticesWhatOthersWrite)
 {
     const QString key = QStringLiteral("key");
-    PreferencesStore store = open(); // there is not even a folder
+    PreferencesStore store = open(); // without a folder
     int changes = 0;
     int merges = 0;
     const auto count = [&store](const QString &name, int &number) {
@@ -278,7 +278,7 @@ TEST_F(PreferencesStoreTest, AHeldLockDelaysAChangeOnly)
     EXPECT_TRUE(read(file()).contains("\"key\": 2"));
 }
 
-TEST_F(PreferencesStoreTest, AFileDamagedMeanwhileIsKeptToo)
+TEST_F(PreferencesStoreTest, KeepsAFileDamagedLater)
 {
     write("{}");
     PreferencesStore store = open();
@@ -297,7 +297,7 @@ TEST_F(PreferencesStoreTest, SharedStoresOfAFolderAreOnePerDomain)
     PreferencesStore::setFolder(folder());
     PreferencesStore::standard().setValue(QStringLiteral("a"), 1);
     PreferencesStore::shared(QStringLiteral("other")).setValue(QStringLiteral("a"), 2);
-    PreferencesStore::setFolder(folder()); // as a restart does
+    PreferencesStore::setFolder(folder()); // like a restart
     EXPECT_EQ(files(), (QStringList{QStringLiteral("org.vandrel.Vandrel.json"),
                                     QStringLiteral("other.json")}));
     EXPECT_EQ(PreferencesStore::standard().integer(QStringLiteral("a")), 1);

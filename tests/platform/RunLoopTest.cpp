@@ -27,7 +27,7 @@ TEST(OneShotTimer, ActsOnceUnlessInvalidatedOrForgotten)
 
     OneShotTimer::Ref own = OneShotTimer::schedule(1, [&](const OneShotTimer::Ref &timer) {
         EXPECT_EQ(own, timer);
-        own.reset(); // may go while it acts
+        own.reset(); // may be destroyed while it fires
         acted += 'o';
     });
     loop.advance(1);
@@ -41,7 +41,7 @@ TEST(OneShotTimer, WaitsForTheDefaultModeInTheOrderOfFiring)
     const auto second = OneShotTimer::schedule(2, [&](const auto &) { acted += '2'; });
     const auto first = OneShotTimer::schedule(1, [&](const auto &) {
         acted += '1';
-        loop.setModeTest([] { return false; }); // it opens a menu
+        loop.setModeTest([] { return false; }); // as if it opened a menu
     });
     const auto dropped = OneShotTimer::schedule(1, [&](const auto &) { acted += 'd'; });
     loop.setIsInDefaultMode(false);
@@ -54,7 +54,7 @@ TEST(OneShotTimer, WaitsForTheDefaultModeInTheOrderOfFiring)
     EXPECT_EQ(acted, "12");
 }
 
-TEST(RunLoop, CallsNothingOfAnOwnerWhoGoesByACallBefore)
+TEST(RunLoop, SkipsCallsOfADestroyedOwner)
 {
     SimulatedRunLoop loop;
     std::string called;
@@ -92,7 +92,7 @@ TEST(RunLoopSource, ReadsInTheDefaultModeOnlyAndRestsElsewhere)
         char byte;
         EXPECT_EQ(read(ends[0], &byte, 1), 1);
         if (++calls == 2)
-            source.reset(); // by its own call
+            source.reset(); // from its own call
     });
     bool isDefault = false;
     int tests = 0;
@@ -103,7 +103,7 @@ TEST(RunLoopSource, ReadsInTheDefaultModeOnlyAndRestsElsewhere)
     ASSERT_EQ(write(ends[1], "abc", 3), 3);
     turnEventLoopFor(50);
     EXPECT_EQ(calls, 0);
-    EXPECT_LE(tests, 5); // does not ask again and again
+    EXPECT_LE(tests, 5); // no repeated tests
     isDefault = true;
     RunLoop::main().noteModeChange();
     EXPECT_TRUE(waitFor([&] { return calls == 2; }));

@@ -14,7 +14,7 @@ TEST(TextDecodingTest, Decodes)
         const char *name;
         quint32 encoding;
         QByteArray bytes;
-        const char16_t *text; // none: cannot be decoded
+        const char16_t *text; // null: cannot be decoded
     } rows[] = {
         {"Ascii", TextEncodings::ascii, "ab", u"ab"},
         {"AsciiHighByte", TextEncodings::ascii, "a\x80", nullptr},
@@ -58,7 +58,7 @@ TEST(TextEncodingsTest, ReusedDecodersStartAfresh)
               QStringLiteral("a"));
 }
 
-TEST(TextEncodingsTest, EveryAvailableEncodingHasANameOfItsOwnAndDecodes)
+TEST(TextEncodingsTest, EveryAvailableEncodingHasAUniqueNameAndDecodes)
 {
     QSet<QString> names;
     for (const quint32 encoding : TextEncodings::available()) {

@@ -1,4 +1,4 @@
-#include "platform/archive/ArchiveReader.h"
+#include "platform/archive/ArchiveParser.h"
 #include "store/DataStoreDecoder.h"
 #include "tests/support/EncodedStore.h"
 #include "tests/support/LogCapture.h"
@@ -40,12 +40,12 @@ TEST_F(DataStoreArchive, WritesTheKeysOfEachClassInOrder)
     service_.setProperties(
         tree_["Host"], dictionary({{"list", array({RegistryValue::boolean(true), array({})})}}));
     capture();
-    ArchiveTable table;
-    ASSERT_TRUE(ArchiveReader(encoded(*store_), {}).read(table));
+    ParsedArchive table;
+    ASSERT_TRUE(ArchiveParser(encoded(*store_), {}).parse(table));
     QByteArrayList shapes;
-    for (const ArchiveTable::Shape &shape : table.shapes) {
+    for (const ParsedArchive::Shape &shape : table.shapes) {
         QByteArrayList keys;
-        for (const ArchiveTable::Key &key : shape.keys)
+        for (const ParsedArchive::Key &key : shape.keys)
             keys.append(key.isInteger ? '#' + key.name : key.name);
         shapes.append(shape.className + ": " + keys.join(' '));
     }

@@ -37,20 +37,20 @@ TEST_F(LiveUpdateTest, BurstBringsOneUpdateAQuarterSecondAfterItsLastEvent)
 TEST_F(LiveUpdateTest, BusyRegistryIsReadLaterAndAQuietOneStillSoon)
 {
     store_->setAutoupdate(true);
-    service_.tellBusy(3);
+    service_.reportBusy(3);
     loop_.advance(1.0);
-    service_.tellBusy(3); // replaces the busy timer
+    service_.reportBusy(3); // replaces the busy timer
     EXPECT_EQ(postedAfter(1.499), nothing);
     EXPECT_EQ(postedAfter(0.001), Names{changed});
 
-    service_.tellBusy(1);
+    service_.reportBusy(1);
     loop_.advance(1.4);
-    service_.tellBusy(0); // a quiet change replaces it
+    service_.reportBusy(0); // a quiet change replaces it
     EXPECT_EQ(postedAfter(0.249), nothing);
     EXPECT_EQ(postedAfter(10), Names{changed});
 
     service_.reportChange();
-    service_.tellBusy(1); // leaves the quiet timer running
+    service_.reportBusy(1); // leaves the quiet timer running
     EXPECT_EQ(postedAfter(0.25), Names{changed});
     EXPECT_EQ(postedAfter(1.25), Names{changed});
     EXPECT_EQ(postedAfter(10), nothing);
@@ -60,7 +60,7 @@ TEST_F(LiveUpdateTest, WithoutAutomaticUpdateChangesAreOnlyReported)
 {
     service_.publish(addDevice("a"));
     EXPECT_FALSE(store_->isUpToDate());
-    service_.tellBusy(1);
+    service_.reportBusy(1);
     service_.reportChange();
     EXPECT_EQ(posted(), (Names{outOfDate, outOfDate, outOfDate}));
     EXPECT_EQ(loop_.pendingTimers(), 0U);
@@ -73,7 +73,7 @@ TEST_F(LiveUpdateTest, WithoutAutomaticUpdateChangesAreOnlyReported)
     EXPECT_TRUE(store_->isUpToDate());
 
     service_.reportChange();
-    service_.tellBusy(1);
+    service_.reportBusy(1);
     store_->setAutoupdate(false);
     EXPECT_EQ(loop_.pendingTimers(), 0U);
     EXPECT_EQ(posted(), nothing);

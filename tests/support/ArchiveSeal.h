@@ -2,8 +2,7 @@
 
 #include <QByteArray>
 
-// Appends the digest that ends an archive to content that lacks it, so that what stands before it
-// is looked at even when it was tampered with.
+// Appends the digest to an archive's content, so that modified content gets past the check.
 QByteArray sealArchive(const QByteArray &content);
-// The content of a sound archive, without the digest.
+// The content of a valid archive, without the digest.
 QByteArray unsealArchive(const QByteArray &archive);

@@ -41,7 +41,7 @@ QByteArray ArchiveSketch::bytes() const
     device.open(QIODevice::WriteOnly);
     KeyedArchiver archiver(device);
     QHash<QString, ArchiveClass<Object>> classes;
-    // The first object claims the places of all others, so that positions hold.
+    // The first object refers to all others, so that positions stay.
     bool isFirst = true;
     for (const Object &object : objects) {
         if (classes.contains(object.className))

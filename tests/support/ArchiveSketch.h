@@ -5,8 +5,8 @@
 #include <QLatin1String>
 #include <variant>
 
-// The objects of an archive as plain lists of keys, to make archives that no program would write.
-// Objects refer to one another by their position.
+// The objects of an archive as plain lists of keys, to create archives that no program would write.
+// Objects refer to each other by position.
 struct ArchiveSketch
 {
     using Value = std::variant<qint64, ArchiveValue>; // an integer key, or any other

@@ -5,7 +5,7 @@
 #include <QBuffer>
 #include <gtest/gtest.h>
 
-// The store as a document of it holds it.
+// The store as saved in a document.
 inline QByteArray encoded(const TavDataStore &store)
 {
     QBuffer device;

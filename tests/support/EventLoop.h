@@ -5,13 +5,13 @@
 #include <QTimer>
 #include <algorithm>
 
-// Turns the event loop until the condition holds; false when it does not in time.
+// Runs the event loop until the condition holds; false on a timeout.
 template<class Condition>
 bool waitFor(Condition holds, int milliseconds = 10'000)
 {
     QElapsedTimer time;
     time.start();
-    QTimer tick; // what is waited for may come without an event
+    QTimer tick; // the condition may change without an event
     tick.setTimerType(Qt::PreciseTimer);
     tick.start(std::clamp(milliseconds, 1, 5));
     while (!holds()) {

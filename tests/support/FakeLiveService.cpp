@@ -29,7 +29,7 @@ void FakeLiveService::terminate(Node node)
     announce(NotificationPorts::Matching::Terminate, node);
 }
 
-void FakeLiveService::tell(NotificationPorts::Interest kind, quintptr argument)
+void FakeLiveService::report(NotificationPorts::Interest kind, quintptr argument)
 {
     const RegistryObject host = entryFromPath(QStringLiteral("DxService:/"));
     ports().report(kind, host, argument);

@@ -2,23 +2,23 @@
 
 #include "tests/support/FakeRegistryService.h"
 
-// A scripted registry that tells of its changes when the script says so.
+// A scripted registry that reports changes when the script says so.
 class FakeLiveService : public FakeRegistryService
 {
 public:
     enum class Refused : quint8 { Nothing, Ports, Interest, Power };
     void setRefused(Refused refused) { refused_ = refused; }
 
-    // Reading anew ends at once, or when the script says so.
+    // Rereading ends immediately, or when the script says so.
     void setHoldsPreparations(bool holds) { holdsPreparations_ = holds; }
     std::size_t heldPreparations() const { return held_.size(); }
     void finishPreparations();
 
     void publish(Node node) { announce(NotificationPorts::Matching::Publish, node); }
     void match(Node node) { announce(NotificationPorts::Matching::Matched, node); }
-    void terminate(Node node); // which removes it, too
-    void reportChange() { tell(NotificationPorts::Interest::General, 0); }
-    void tellBusy(quintptr count) { tell(NotificationPorts::Interest::Busy, count); }
+    void terminate(Node node); // also removes it
+    void reportChange() { report(NotificationPorts::Interest::General, 0); }
+    void reportBusy(quintptr count) { report(NotificationPorts::Interest::Busy, count); }
     void reportPower(quint32 type, quintptr notificationID);
     const std::vector<quintptr> &allowedPowerChanges() const { return allowed_; }
     quint64 powerRegistrations() const { return powerRegistrations_; }
@@ -42,7 +42,7 @@ public:
 
 private:
     void announce(NotificationPorts::Matching kind, Node node);
-    void tell(NotificationPorts::Interest kind, quintptr argument);
+    void report(NotificationPorts::Interest kind, quintptr argument);
 
     Refused refused_ = Refused::Nothing;
     bool holdsPreparations_ = false;

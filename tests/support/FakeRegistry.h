@@ -7,13 +7,13 @@
 #include <optional>
 #include <vector>
 
-// The objects of a registry in memory, made and changed by a script. Names and locations are UTF-8,
-// or not, as the script has it; a null location is none.
+// A registry in memory, created and changed by a script. Names and locations may be invalid UTF-8;
+// a null location means none.
 class FakeRegistry
 {
 public:
-    // Names an object to the script. Never used for another one, and a valid handle of the object
-    // for who has been given it.
+    // Identifies an object for the script. Never reused; a valid handle of the object for holders
+    // of a handle.
     using Node = RegistryObject;
 
     enum Failure : quint16 {
@@ -38,7 +38,8 @@ public:
     void setBundlePath(const QString &id, const QString &path) { bundlePaths_.insert(id, path); }
 
     Node add(const QString &className, const QByteArray &name, const QByteArray &location = {});
-    void remove(Node node); // out of every plane and inactive; handles of it keep answering
+    void
+    remove(Node node); // removes it from every plane and makes it inactive; its handles stay valid
     void setRoot(Node node) { root_ = node; }
     Node root() const { return root_; }
     void link(Node parent, Node child, const QByteArray &plane)
@@ -58,11 +59,11 @@ public:
     void setFailures(Node node, Failures failures) { at(node).failures = failures; }
 
 protected:
-    // What an object has in one plane, instead of what it has without one.
+    // What an object has in one plane, overriding its general values.
     struct InPlane
     {
         QByteArray plane;
-        QByteArray name; // null: none of its own
+        QByteArray name; // null: the general one
         std::optional<QByteArray> location;
         std::vector<Node> children;
     };
@@ -89,7 +90,7 @@ protected:
     ~FakeRegistry() = default;
     Object &at(Node node) { return objects_[node - 1]; }
     bool exists(Node node) const { return node > 0 && node <= objects_.size(); }
-    // A null plane asks for the text that stands for no plane in particular.
+    // A null plane returns the general text.
     static const InPlane &inPlane(const Object &object, QByteArrayView plane);
     static const QByteArray &nameIn(const Object &object, QByteArrayView plane);
     static const QByteArray &locationIn(const Object &object, QByteArrayView plane);

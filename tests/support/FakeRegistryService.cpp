@@ -3,7 +3,7 @@
 #include <cstring>
 
 namespace {
-// The upper bits of a handle tell apart handles of one object.
+// The upper bits of a handle distinguish handles of one object.
 constexpr int nodeBits = 24;
 constexpr quint32 nodeMask = (1U << nodeBits) - 1;
 constexpr quint32 aliasMask = 0xff;
@@ -176,7 +176,7 @@ bool FakeRegistryService::conformsTo(RegistryObject object, const QString &class
     const Object *const found = held(object);
     if (!found)
         return false;
-    constexpr int deepest = 100; // a script may make a chain that comes back to itself
+    constexpr int deepest = 100; // a script may create a cycle
     QString ancestor = found->className;
     for (int depth = 0; depth < deepest && ancestor != className; ++depth)
         ancestor = classNamed(ancestor).superclass;

@@ -3,8 +3,8 @@
 #include "model/NotifyingRegistryService.h"
 #include "tests/support/FakeRegistry.h"
 
-// A registry service that answers from a scripted registry. It counts what it hands out, so that a
-// test can tell whether every handle and iterator was given back.
+// A registry service with a scripted registry. It counts the handles and iterators that it returns,
+// so that a test can check that all are released.
 class FakeRegistryService : public NotifyingRegistryService, public FakeRegistry
 {
 public:
@@ -18,7 +18,7 @@ public:
     int preparations() const { return preparations_; }
     const std::vector<Node> &preparedObjects() const { return preparedObjects_; }
 
-    // What is read on request: asked for until the script answers, which changes the properties.
+    // Attributes read on request: pending until the script answers, which changes the properties.
     void offerReading(Node node, const QString &attribute)
     {
         offered_.push_back({node, attribute});
@@ -31,7 +31,7 @@ public:
         ++preparations_;
         return !std::exchange(cancelsPreparation_, false);
     }
-    void cancelNextPreparation() { cancelsPreparation_ = true; } // as the user may
+    void cancelNextPreparation() { cancelsPreparation_ = true; } // like the user
     bool retryWhatDidNotAnswer() override
     {
         ++retries_;

@@ -5,8 +5,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-// What the function returns, called in a thread that may read no file or folder whose mode forbids
-// it, not even as root. The threads that it starts may not either.
+// Calls the function in a thread that may not read files or folders whose mode forbids it, not even
+// as root. Neither may threads that it starts.
 template<class Function>
 auto withLesserRights(Function function)
 {

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-// Keeps what is logged while it lives, instead of printing it. One at a time.
+// Captures the log while it exists, instead of printing it. One at a time.
 class LogCapture
 {
 public:

@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// A small tree made for one test.
+// A small sysfs tree for one test.
 class MadeTree
 {
 public:
@@ -28,7 +28,7 @@ public:
     {
         ASSERT_EQ(symlink(target, path(below).constData()), 0);
     }
-    // One that does not answer who reads it.
+    // A file whose readers get no answer.
     void pipe(const QByteArray &below)
     {
         ASSERT_EQ(mkfifo(path(below.constData()).constData(), 0600), 0);

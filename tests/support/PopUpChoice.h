@@ -4,7 +4,7 @@
 #include <QComboBox>
 #include <QTest>
 
-// As a user does, in the open list.
+// Chooses like a user, in the open list.
 inline void chooseInList(QComboBox &popUp, int item)
 {
     popUp.showPopup();

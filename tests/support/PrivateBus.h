@@ -4,7 +4,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 
-// A message bus of the test's own.
+// A private message bus for a test.
 class PrivateBus
 {
 public:

@@ -3,7 +3,7 @@
 #include <QString>
 #include <ostream>
 
-// Lets a failed comparison of texts show them.
+// Prints texts in failed comparisons.
 inline void PrintTo(const QString &text, std::ostream *stream)
 {
     if (text.isNull())

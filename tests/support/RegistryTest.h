@@ -16,8 +16,8 @@ public:
     int errors = 0;
 };
 
-// A fixture with a scripted registry and a store that captures it. Every test ends with a look
-// at whether all handles and iterators were given back, and none used after that.
+// A fixture with a scripted registry and a store that captures it. Every test ends by checking that
+// all handles and iterators were released and none used after that.
 class RegistryTest : public testing::Test
 {
 protected:

@@ -2,7 +2,7 @@
 
 #include "model/TavRegistryProperty.h"
 
-// Short ways to write values in tests.
+// Short notations for values in tests.
 namespace values {
 inline CompactString key(const char *text)
 {
@@ -39,7 +39,7 @@ inline RegistryValue dictionary(std::initializer_list<std::pair<const char *, Re
         members.push_back({key(name), value});
     return RegistryValue::dictionary(std::move(members));
 }
-// The property tree of a value, of nodes without an entry.
+// The property tree of a value, with nodes without an entry.
 inline PropertyRef build(const RegistryValue &value)
 {
     return TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(), nullptr, {},

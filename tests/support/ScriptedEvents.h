@@ -7,7 +7,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-// Events that a test makes up, as if the kernel told them.
+// Events created by a test, as if from the kernel.
 class ScriptedEvents
 {
 public:
@@ -40,7 +40,7 @@ private:
         void wake() const { eventfd_write(descriptor, 1); }
 
         int descriptor;
-        std::deque<std::optional<DeviceEvent>> queue; // none: a loss
+        std::deque<std::optional<DeviceEvent>> queue; // empty: lost events
         bool isOpen = false;
     };
     class Source : public DeviceEventSource

@@ -2,7 +2,7 @@
 
 #include "platform/runloop/Wait.h"
 
-// A wait for one thing, until it is skipped.
+// A wait for one thing until it is skipped.
 class ScriptedWait : public Wait
 {
 public:

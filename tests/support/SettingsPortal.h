@@ -6,7 +6,7 @@
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
 
-// Answers as the desktop's settings portal does.
+// A fake settings portal of the desktop.
 class SettingsPortal : public QDBusVirtualObject
 {
 public:
@@ -43,8 +43,8 @@ public:
         bus_.send(signal);
     }
 
-    uint scheme = 0;    // what is read
-    bool isOld = false; // knows one method only
+    uint scheme = 0;    // the value to read
+    bool isOld = false; // has one method only
 
 private:
     static QString path() { return QStringLiteral("/org/freedesktop/portal/desktop"); }

@@ -4,7 +4,7 @@
 
 #include <map>
 
-// Stands in for the main run loop as long as it lives. Time passes when the test says so.
+// Replaces the main run loop. Time passes only by advance().
 class SimulatedRunLoop : public RunLoop
 {
 public:
@@ -14,7 +14,7 @@ public:
     std::unique_ptr<Timer> startTimer(Seconds delay, Call fire) override;
     std::size_t pendingTimers() const;
 
-    void advance(double seconds); // firing what is due on the way, in the order of its time
+    void advance(double seconds); // fires due timers in order
     void setIsInDefaultMode(bool isDefault);
 
 private:

@@ -3,7 +3,7 @@
 #include <QThread>
 #include <memory>
 
-// Runs what must not use up the stack by recursion, on a small one.
+// Runs a function on a small stack, to find recursion.
 template<class Action>
 void onSmallStack(Action action)
 {

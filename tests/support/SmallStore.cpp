@@ -24,7 +24,7 @@ ArchiveSketch::Object store(qint64 version)
             }};
 }
 
-// What the entries of both versions have in common.
+// The keys common to both versions.
 ArchiveSketch::Object entry(const char *name, qint64 tag)
 {
     return {QStringLiteral("TavRegistryEntry"),

@@ -2,8 +2,8 @@
 
 #include "tests/support/ArchiveSketch.h"
 
-// An archive of two entries, as sketches to be changed: a root whose properties hold a value of
-// each shape, and its child.
+// An archive of two entries, as sketches to modify: a root whose properties have a value of each
+// kind, and its child.
 struct SmallStore
 {
     enum Position { Store, Root, Child, RootTable, ChildTable, Text, List, Element };

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-// In every plane of a sound store, parents and children name each other, once, and all are entries
-// of the store.
+// Checks that in every plane parents and children name each other once, and are entries of the
+// store.
 inline void expectLinksAgree(const TavDataStore &store)
 {
     EntrySet entries;

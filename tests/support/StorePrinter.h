@@ -4,14 +4,14 @@
 
 #include <string>
 
-// Turns stores into text, so that two are the same exactly when their texts are.
+// Prints stores as text: stores are equal exactly when their texts are.
 class StorePrinter
 {
 public:
-    // Everything that a document keeps. Entries are named by their place in the table.
+    // Everything that a document saves. Entries are named by their index in the table.
     static std::string print(const TavDataStore &store);
-    // What the registry is at this moment, whatever the store has been through: who is whose child
-    // under which name, and with that all facts of every entry.
+    // The current registry, regardless of the store's history: who is whose child under which name,
+    // and all facts of every entry.
     static std::string planes(const TavDataStore &store);
     static std::string registry(const TavDataStore &store);
 };

@@ -7,7 +7,7 @@ const QStringList rootClasses{QStringLiteral("DxRoot"), QStringLiteral("DxRegist
 const QStringList deviceClasses{QStringLiteral("DxDevice"), QStringLiteral("DxService"),
                                 QStringLiteral("DxRegistryEntry")};
 
-// Cuts the text at the mark and gives what comes after it.
+// Cuts the text at the mark and returns the rest.
 QByteArray cutAfter(QByteArray &text, const char *mark)
 {
     const qsizetype at = text.indexOf(mark);

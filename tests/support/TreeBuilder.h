@@ -23,7 +23,7 @@ public:
         : registry_(registry)
     {}
 
-    // Adds what the text says to the plane. Its first line is the registry's root.
+    // Adds the text's objects to the plane. Its first line is the registry's root.
     TreeBuilder &plane(const QByteArray &plane, const char *tree);
     Node operator[](const char *label) const { return nodes_.value(QByteArray(label)); }
 

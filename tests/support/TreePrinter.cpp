@@ -66,7 +66,7 @@ QString valueText(const TavRegistryProperty &node)
     case Type::None:
         break;
     }
-    return QStringLiteral("collection"); // a copied one, which no longer knows its type
+    return QStringLiteral("collection"); // a copied one, which has lost its type
 }
 } // namespace
 

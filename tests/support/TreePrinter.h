@@ -4,8 +4,8 @@
 
 #include <string>
 
-// Turns what was captured back into indented text, two spaces a level, so that a test is one
-// comparison with a readable difference.
+// Prints a captured registry as indented text, two spaces a level, so that a test is one comparison
+// with a readable difference.
 class TreePrinter
 {
 public:

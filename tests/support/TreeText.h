@@ -2,9 +2,9 @@
 
 #include <string>
 
-// A tree in a raw string literal, without the line breaks around it and the indentation that all
-// its lines share; every line ends in a line feed.
+// Removes the surrounding line breaks and the common indentation from a raw string literal; every
+// line ends in a line feed.
 std::string dedented(const char *text);
 
-// Some of each text from the first line on in which they differ.
+// A part of each text, from the first different line on.
 std::string firstDifference(const std::string &text, const std::string &expected);

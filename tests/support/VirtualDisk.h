@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QFile>
 
-// Adds a compressed memory disk by the kernel's control file and takes it away again.
+// Adds a compressed memory disk through the kernel's control file and removes it afterwards.
 class VirtualDisk
 {
 public:

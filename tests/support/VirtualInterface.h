@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QProcess>
 
-// Adds a pair of linked network interfaces and takes it away again.
+// Adds a pair of linked network interfaces and removes it afterwards.
 class VirtualInterface
 {
 public:
@@ -13,7 +13,7 @@ public:
     VirtualInterface()
     {
         static int count = 0;
-        // Not longer than the kernel has room for.
+        // Limited by the kernel.
         name_ = QStringLiteral("v%1x%2").arg(QCoreApplication::applicationPid()).arg(++count);
         exists_ = ip({QStringLiteral("add"), name_, QStringLiteral("type"), QStringLiteral("veth"),
                       QStringLiteral("peer"), QStringLiteral("name"), name_ + u'p'});

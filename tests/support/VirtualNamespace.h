@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QProcess>
 
-// Adds a network namespace, which interfaces can be moved to, and takes it away again.
+// Adds a network namespace, to move interfaces to, and removes it afterwards.
 class VirtualNamespace
 {
 public:

@@ -1,4 +1,5 @@
-// The main function of the test programs: the kind of application that their libraries call for.
+// The main function of the test programs: creates the kind of application that their libraries
+// need.
 #include <gtest/gtest.h>
 
 #if defined(QT_WIDGETS_LIB)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/archive/ArchivedValue.h"
+#include "platform/archive/ArchiveValueView.h"
 
 #include <QFlags>
 #include <QLatin1String>
@@ -12,7 +12,7 @@
 
 class KeyedUnarchiver;
 
-// The kinds that a value may be or hold at any depth; a dictionary's keys count as strings.
+// The kinds allowed for a value and, at any depth, its elements; dictionary keys count as strings.
 enum class ArchiveKind {
     Null = 1,
     Boolean = 2,
@@ -27,17 +27,17 @@ Q_DECLARE_FLAGS(ArchiveKinds, ArchiveKind)
 Q_DECLARE_OPERATORS_FOR_FLAGS(ArchiveKinds)
 using ArchiveClassNames = std::span<const QLatin1String>;
 
-// One object of an archive, read by its keys. A key that the object lacks is absent, which is no
-// error; a value of a wrong kind or class is absent too, and an error of the unarchiver. Reading
-// keys in the order they were written is quickest. Keys must be literals, whose place tells them
-// apart. A light value; the unarchiver must outlive it.
-class ArchivedObject
+// Decodes one object of an archive by its keys. A missing key counts as absent without an error;
+// a value of a wrong kind or class is absent and sets the unarchiver's error. Reading keys in
+// writing order is fastest. Keys must be literals: they are compared by address first. Cheap to
+// copy; the unarchiver must outlive it.
+class ObjectDecoder
 {
 public:
     ArchiveReference reference() const { return reference_; }
     const QByteArray &className() const;
     bool isOfClass(ArchiveClassNames classes) const;
-    bool contains(QLatin1String key) const; // with any value but an absent one
+    bool contains(QLatin1String key) const; // false for an absent value
     bool containsData(QLatin1String key) const;
     bool containsNumber(QLatin1String key) const;
 
@@ -55,46 +55,45 @@ public:
                                                                   ArchiveClassNames classes) const;
     ArchiveValue decodeValue(QLatin1String key, ArchiveKinds kinds,
                              ArchiveClassNames classes = {}) const;
-    // The same where it lies.
-    ArchivedValue valueInPlace(QLatin1String key, ArchiveKinds kinds,
+    ArchiveValueView valueView(QLatin1String key, ArchiveKinds kinds,
                                ArchiveClassNames classes = {}) const;
 
 private:
     friend class KeyedUnarchiver;
     struct Item
     {
-        ArchiveItemKind kind;
+        PackedKind kind;
         quint64 payload;
     };
 
-    ArchivedObject(KeyedUnarchiver &unarchiver, ArchiveReference reference);
+    ObjectDecoder(KeyedUnarchiver &unarchiver, ArchiveReference reference);
     std::optional<std::size_t> column(QLatin1String key) const;
     Item item(QLatin1String key) const; // absent after an error
-    ArchiveItemKind kindOf(QLatin1String key) const;
-    Item itemOfKind(QLatin1String key, ArchiveItemKind kind) const;
+    PackedKind kindOf(QLatin1String key) const;
+    Item itemOfKind(QLatin1String key, PackedKind kind) const;
     bool isAllowed(quint64 object, ArchiveClassNames classes) const;
     Item itemOfKinds(QLatin1String key, ArchiveKinds kinds, ArchiveClassNames classes) const;
     void failKind(QLatin1String key) const;
 
     KeyedUnarchiver *unarchiver_;
-    const ArchiveTable::Shape *shape_;
+    const ParsedArchive::Shape *shape_;
     std::size_t firstField_;
     ArchiveReference reference_;
     mutable std::size_t nextColumn_ = 0;
 };
 
 template<std::integral T>
-T ArchivedObject::decodeInteger(QLatin1String key, T absent) const
+T ObjectDecoder::decodeInteger(QLatin1String key, T absent) const
 {
     const Item value = item(key);
     constexpr auto highest = static_cast<quint64>(std::numeric_limits<T>::max());
-    if (value.kind == ArchiveItemKind::Integer && value.payload <= highest)
+    if (value.kind == PackedKind::Integer && value.payload <= highest)
         return static_cast<T>(value.payload);
     if constexpr (std::signed_integral<T>) {
-        if (value.kind == ArchiveItemKind::NegativeInteger && value.payload <= highest)
+        if (value.kind == PackedKind::NegativeInteger && value.payload <= highest)
             return static_cast<T>(~static_cast<qint64>(value.payload));
     }
-    if (value.kind == ArchiveItemKind::Absent)
+    if (value.kind == PackedKind::Absent)
         return absent;
     failKind(key);
     return 0;

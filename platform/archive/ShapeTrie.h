@@ -5,24 +5,24 @@
 #include <optional>
 #include <vector>
 
-// Finds the shape of an object while its keys are being written: a class and the sequence of keys.
-// Most objects follow the path of an earlier one, so a step costs one comparison.
-class ArchiveShapes
+// Finds the shape of an object while its keys are written: a class and the sequence of keys. Most
+// objects follow the path of an earlier one, so a step costs one comparison.
+class ShapeTrie
 {
 public:
     struct Key
     {
-        QLatin1String name; // must outlive the shapes
+        QLatin1String name; // must outlive the trie
         bool isInteger;
         friend bool operator==(const Key &, const Key &) = default;
     };
     using Position = quint32;
 
-    Position addClass(); // where the shapes of a new class start
+    Position addClass(); // the start of a new class's shapes
     Position step(Position from, Key key);
     std::size_t length(Position end) const { return steps_[end].length; }
     std::vector<Key> keys(Position end) const;         // in writing order
-    std::optional<quint32> number(Position end) const; // empty: no object had this shape yet
+    std::optional<quint32> number(Position end) const; // empty: a new shape
     quint32 addShape(Position end);
 
 private:

@@ -1,10 +1,10 @@
-#include "platform/archive/ArchivedObject.h"
+#include "platform/archive/ObjectDecoder.h"
 
 #include "platform/archive/KeyedUnarchiver.h"
 
 #include <cstring>
 
-using Kind = ArchiveItemKind;
+using Kind = PackedKind;
 
 namespace {
 
@@ -27,28 +27,28 @@ ArchiveKinds flagOf(Kind kind)
     case Kind::Dictionary:
         return ArchiveKind::Dictionary;
     default:
-        return ArchiveItems::isNumber(kind) ? ArchiveKind::Number : ArchiveKinds();
+        return PackedValues::isNumber(kind) ? ArchiveKind::Number : ArchiveKinds();
     }
 }
 
 bool isSame(const QByteArray &name, QLatin1String ascii)
 {
-    // Asked a dozen times for every object, so without a call where lengths differ.
+    // Runs a dozen times for each object; comparing lengths first avoids most calls.
     return name.size() == ascii.size() &&
            std::memcmp(name.constData(), ascii.data(), static_cast<std::size_t>(ascii.size())) == 0;
 }
 
 ArchiveNumber numberOf(Kind kind, quint64 bits)
 {
-    return {bits, ArchiveItems::numberWidth(kind), ArchiveItems::isSignedNumber(kind)};
+    return {bits, PackedValues::numberWidth(kind), PackedValues::isSignedNumber(kind)};
 }
 
-// Makes values from items; the depth was bounded when they were read, so it may call itself.
+// Builds values; recursion is safe because parsing limits the depth.
 class ValueBuilder
 {
 public:
-    explicit ValueBuilder(const ArchiveTable &table)
-        : table_(table)
+    explicit ValueBuilder(const ParsedArchive &archive)
+        : archive_(archive)
     {}
 
     ArchiveValue value(Kind kind, quint64 payload) const
@@ -64,11 +64,11 @@ public:
         case Kind::Object:
             return ArchiveReference{static_cast<quint32>(payload)};
         case Kind::String:
-            return table_.string(payload);
+            return archive_.string(payload);
         case Kind::Date:
-            return table_.dates[payload];
+            return archive_.dates[payload];
         case Kind::Data:
-            return table_.data[payload];
+            return archive_.data[payload];
         case Kind::List:
             return list(payload);
         case Kind::Dictionary:
@@ -81,52 +81,54 @@ public:
 private:
     ArchiveValue element(std::size_t item) const
     {
-        const Kind kind = table_.elements.kind(item);
-        return value(kind, ArchiveItems::isContainer(kind) ? item : table_.elements.payload(item));
+        const Kind kind = archive_.elements.kind(item);
+        return value(kind,
+                     PackedValues::isContainer(kind) ? item : archive_.elements.payload(item));
     }
     ArchiveList list(std::size_t start) const
     {
         ArchiveList list;
-        const std::size_t end = table_.elements.next(start);
-        for (std::size_t item = start + 1; item < end; item = table_.elements.next(item))
+        const std::size_t end = archive_.elements.next(start);
+        for (std::size_t item = start + 1; item < end; item = archive_.elements.next(item))
             list.push_back(element(item));
         return list;
     }
     ArchiveDictionary dictionary(std::size_t start) const
     {
         ArchiveDictionary dictionary;
-        const std::size_t end = table_.elements.next(start);
-        for (std::size_t key = start + 1; key < end; key = table_.elements.next(key + 1))
-            dictionary.push_back({table_.string(table_.elements.payload(key)), element(key + 1)});
+        const std::size_t end = archive_.elements.next(start);
+        for (std::size_t key = start + 1; key < end; key = archive_.elements.next(key + 1))
+            dictionary.push_back(
+                {archive_.string(archive_.elements.payload(key)), element(key + 1)});
         return dictionary;
     }
 
-    const ArchiveTable &table_;
+    const ParsedArchive &archive_;
 };
 
 } // namespace
 
-ArchivedObject::ArchivedObject(KeyedUnarchiver &unarchiver, ArchiveReference reference)
+ObjectDecoder::ObjectDecoder(KeyedUnarchiver &unarchiver, ArchiveReference reference)
     : unarchiver_(&unarchiver)
-    , shape_(&unarchiver.shapes_[unarchiver.table_->objects[reference.index].shape])
-    , firstField_(unarchiver.table_->objects[reference.index].firstField)
+    , shape_(&unarchiver.shapes_[unarchiver.archive_->objects[reference.index].shape])
+    , firstField_(unarchiver.archive_->objects[reference.index].firstField)
     , reference_(reference)
 {}
 
-const QByteArray &ArchivedObject::className() const
+const QByteArray &ObjectDecoder::className() const
 {
     return shape_->className;
 }
 
-bool ArchivedObject::isOfClass(ArchiveClassNames classes) const
+bool ObjectDecoder::isOfClass(ArchiveClassNames classes) const
 {
     return isAllowed(reference_.index, classes);
 }
 
-bool ArchivedObject::isAllowed(quint64 object, ArchiveClassNames classes) const
+bool ObjectDecoder::isAllowed(quint64 object, ArchiveClassNames classes) const
 {
-    const ArchiveTable::Shape &shape =
-        unarchiver_->shapes_[unarchiver_->table_->objects[object].shape];
+    const ParsedArchive::Shape &shape =
+        unarchiver_->shapes_[unarchiver_->archive_->objects[object].shape];
     if (!classes.empty() && shape.allowedBy == classes.data())
         return true;
     const bool isAllowed = std::any_of(classes.begin(), classes.end(), [&](QLatin1String allowed) {
@@ -137,18 +139,18 @@ bool ArchivedObject::isAllowed(quint64 object, ArchiveClassNames classes) const
     return isAllowed;
 }
 
-std::optional<std::size_t> ArchivedObject::column(QLatin1String key) const
+std::optional<std::size_t> ObjectDecoder::column(QLatin1String key) const
 {
     const auto &keys = shape_->keys;
     for (std::size_t i = nextColumn_; i < keys.size(); ++i) {
-        if (keys[i].askedAs == key.data()) {
+        if (keys[i].matchedLiteral == key.data()) {
             nextColumn_ = i + 1;
             return i;
         }
     }
     for (std::size_t i = 0; i < keys.size(); ++i) {
         if (isSame(keys[i].name, key)) {
-            keys[i].askedAs = key.data();
+            keys[i].matchedLiteral = key.data();
             nextColumn_ = i + 1;
             return i;
         }
@@ -156,17 +158,17 @@ std::optional<std::size_t> ArchivedObject::column(QLatin1String key) const
     return {};
 }
 
-ArchivedObject::Item ArchivedObject::item(QLatin1String key) const
+ObjectDecoder::Item ObjectDecoder::item(QLatin1String key) const
 {
     const auto found = column(key);
     if (!found || unarchiver_->error())
         return {Kind::Absent, 0};
-    const ArchiveItems &fields = unarchiver_->table_->fields;
+    const PackedValues &fields = unarchiver_->archive_->fields;
     const std::size_t field = firstField_ + *found;
     return {fields.kind(field), fields.payload(field)};
 }
 
-ArchivedObject::Item ArchivedObject::itemOfKind(QLatin1String key, Kind kind) const
+ObjectDecoder::Item ObjectDecoder::itemOfKind(QLatin1String key, Kind kind) const
 {
     const Item found = item(key);
     if (found.kind == kind || found.kind == Kind::Absent)
@@ -175,7 +177,7 @@ ArchivedObject::Item ArchivedObject::itemOfKind(QLatin1String key, Kind kind) co
     return {Kind::Absent, 0};
 }
 
-void ArchivedObject::failKind(QLatin1String key) const
+void ObjectDecoder::failKind(QLatin1String key) const
 {
     unarchiver_->fail(
         QStringLiteral("the value is of a kind or class that is not allowed"),
@@ -183,30 +185,30 @@ void ArchivedObject::failKind(QLatin1String key) const
             .arg(key, QString::number(reference_.index), QString::fromUtf8(className())));
 }
 
-Kind ArchivedObject::kindOf(QLatin1String key) const
+Kind ObjectDecoder::kindOf(QLatin1String key) const
 {
-    const std::size_t next = nextColumn_; // a question leaves the place of reading alone
+    const std::size_t next = nextColumn_; // a query must not move the reading position
     const Kind kind = item(key).kind;
     nextColumn_ = next;
     return kind;
 }
 
-bool ArchivedObject::contains(QLatin1String key) const
+bool ObjectDecoder::contains(QLatin1String key) const
 {
     return kindOf(key) != Kind::Absent;
 }
 
-bool ArchivedObject::containsData(QLatin1String key) const
+bool ObjectDecoder::containsData(QLatin1String key) const
 {
     return kindOf(key) == Kind::Data;
 }
 
-bool ArchivedObject::containsNumber(QLatin1String key) const
+bool ObjectDecoder::containsNumber(QLatin1String key) const
 {
-    return ArchiveItems::isNumber(kindOf(key));
+    return PackedValues::isNumber(kindOf(key));
 }
 
-bool ArchivedObject::decodeBoolean(QLatin1String key) const
+bool ObjectDecoder::decodeBoolean(QLatin1String key) const
 {
     const Item found = item(key);
     if (found.kind != Kind::True && found.kind != Kind::False && found.kind != Kind::Absent)
@@ -214,40 +216,40 @@ bool ArchivedObject::decodeBoolean(QLatin1String key) const
     return found.kind == Kind::True;
 }
 
-std::optional<ArchiveNumber> ArchivedObject::decodeNumber(QLatin1String key) const
+std::optional<ArchiveNumber> ObjectDecoder::decodeNumber(QLatin1String key) const
 {
     const Item found = item(key);
-    if (ArchiveItems::isNumber(found.kind))
+    if (PackedValues::isNumber(found.kind))
         return numberOf(found.kind, found.payload);
     if (found.kind != Kind::Absent)
         failKind(key);
     return {};
 }
 
-QString ArchivedObject::decodeString(QLatin1String key) const
+QString ObjectDecoder::decodeString(QLatin1String key) const
 {
     const Item found = itemOfKind(key, Kind::String);
-    return found.kind == Kind::String ? unarchiver_->table_->string(found.payload) : QString();
+    return found.kind == Kind::String ? unarchiver_->archive_->string(found.payload) : QString();
 }
 
-QDateTime ArchivedObject::decodeDate(QLatin1String key) const
+QDateTime ObjectDecoder::decodeDate(QLatin1String key) const
 {
     const Item found = itemOfKind(key, Kind::Date);
-    return found.kind == Kind::Date ? unarchiver_->table_->dates[found.payload] : QDateTime();
+    return found.kind == Kind::Date ? unarchiver_->archive_->dates[found.payload] : QDateTime();
 }
 
-QByteArray ArchivedObject::decodeData(QLatin1String key) const
+QByteArray ObjectDecoder::decodeData(QLatin1String key) const
 {
     const Item found = itemOfKind(key, Kind::Data);
-    return found.kind == Kind::Data ? unarchiver_->table_->data[found.payload] : QByteArray();
+    return found.kind == Kind::Data ? unarchiver_->archive_->data[found.payload] : QByteArray();
 }
 
-std::optional<QStringList> ArchivedObject::decodeStrings(QLatin1String key) const
+std::optional<QStringList> ObjectDecoder::decodeStrings(QLatin1String key) const
 {
     const Item found = itemOfKind(key, Kind::List);
     if (found.kind == Kind::Absent)
         return {};
-    const ArchiveItems &elements = unarchiver_->table_->elements;
+    const PackedValues &elements = unarchiver_->archive_->elements;
     const std::size_t end = elements.next(found.payload);
     QStringList list;
     for (std::size_t element = found.payload + 1; element < end; ++element) {
@@ -255,13 +257,13 @@ std::optional<QStringList> ArchivedObject::decodeStrings(QLatin1String key) cons
             failKind(key);
             return {};
         }
-        list.append(unarchiver_->table_->string(elements.payload(element)));
+        list.append(unarchiver_->archive_->string(elements.payload(element)));
     }
     return list;
 }
 
-std::optional<ArchiveReference> ArchivedObject::decodeReference(QLatin1String key,
-                                                                ArchiveClassNames classes) const
+std::optional<ArchiveReference> ObjectDecoder::decodeReference(QLatin1String key,
+                                                               ArchiveClassNames classes) const
 {
     const Item found = itemOfKind(key, Kind::Object);
     if (found.kind == Kind::Absent)
@@ -273,12 +275,12 @@ std::optional<ArchiveReference> ArchivedObject::decodeReference(QLatin1String ke
 }
 
 std::optional<std::vector<ArchiveReference>>
-ArchivedObject::decodeReferences(QLatin1String key, ArchiveClassNames classes) const
+ObjectDecoder::decodeReferences(QLatin1String key, ArchiveClassNames classes) const
 {
     const Item found = itemOfKind(key, Kind::List);
     if (found.kind == Kind::Absent)
         return {};
-    const ArchiveItems &elements = unarchiver_->table_->elements;
+    const PackedValues &elements = unarchiver_->archive_->elements;
     const std::size_t start = found.payload;
     std::vector<ArchiveReference> list(elements.payload(start));
     for (std::size_t i = 0; i < list.size(); ++i) {
@@ -293,17 +295,17 @@ ArchivedObject::decodeReferences(QLatin1String key, ArchiveClassNames classes) c
     return list;
 }
 
-ArchivedObject::Item ArchivedObject::itemOfKinds(QLatin1String key, ArchiveKinds kinds,
-                                                 ArchiveClassNames classes) const
+ObjectDecoder::Item ObjectDecoder::itemOfKinds(QLatin1String key, ArchiveKinds kinds,
+                                               ArchiveClassNames classes) const
 {
     const Item found = item(key);
     const auto allowed = [&](Kind kind, quint64 payload) {
         return kind == Kind::Object ? isAllowed(payload, classes)
                                     : (kinds & flagOf(kind)) || kind == Kind::Absent;
     };
-    const ArchiveItems &elements = unarchiver_->table_->elements;
+    const PackedValues &elements = unarchiver_->archive_->elements;
     bool ok = allowed(found.kind, found.payload);
-    if (ok && ArchiveItems::isContainer(found.kind)) {
+    if (ok && PackedValues::isContainer(found.kind)) {
         const std::size_t end = elements.next(found.payload);
         for (std::size_t item = found.payload + 1; item < end && ok; ++item)
             ok = allowed(elements.kind(item), elements.payload(item));
@@ -314,16 +316,16 @@ ArchivedObject::Item ArchivedObject::itemOfKinds(QLatin1String key, ArchiveKinds
     return {Kind::Absent, 0};
 }
 
-ArchiveValue ArchivedObject::decodeValue(QLatin1String key, ArchiveKinds kinds,
-                                         ArchiveClassNames classes) const
+ArchiveValue ObjectDecoder::decodeValue(QLatin1String key, ArchiveKinds kinds,
+                                        ArchiveClassNames classes) const
 {
     const auto [kind, payload] = itemOfKinds(key, kinds, classes);
-    return ValueBuilder(*unarchiver_->table_).value(kind, payload);
+    return ValueBuilder(*unarchiver_->archive_).value(kind, payload);
 }
 
-ArchivedValue ArchivedObject::valueInPlace(QLatin1String key, ArchiveKinds kinds,
-                                           ArchiveClassNames classes) const
+ArchiveValueView ObjectDecoder::valueView(QLatin1String key, ArchiveKinds kinds,
+                                          ArchiveClassNames classes) const
 {
     const auto [kind, payload] = itemOfKinds(key, kinds, classes);
-    return {*unarchiver_->table_, kind, payload};
+    return {*unarchiver_->archive_, kind, payload};
 }

@@ -1,21 +1,21 @@
-#include "platform/archive/ArchiveOutput.h"
+#include "platform/archive/DigestDevice.h"
 
 static constexpr qsizetype pieceSize = 256 * 1024;
 
-ArchiveOutput::ArchiveOutput(QIODevice &device)
+DigestDevice::DigestDevice(QIODevice &device)
     : device_(device)
 {
     pending_.reserve(pieceSize);
     open(QIODevice::WriteOnly | QIODevice::Unbuffered);
 }
 
-QByteArray ArchiveOutput::digest()
+QByteArray DigestDevice::digest()
 {
     flush();
     return digest_.result();
 }
 
-bool ArchiveOutput::flush()
+bool DigestDevice::flush()
 {
     if (!hasFailed_) {
         digest_.addData(pending_);
@@ -25,9 +25,9 @@ bool ArchiveOutput::flush()
     return !hasFailed_;
 }
 
-bool ArchiveOutput::writePending()
+bool DigestDevice::writePending()
 {
-    // On a full disk only the second attempt, at what is left, tells why.
+    // On a full disk, only the second attempt, for the rest, reports the reason.
     qint64 written = 0;
     while (written < pending_.size()) {
         const qint64 piece =
@@ -41,7 +41,7 @@ bool ArchiveOutput::writePending()
     return true;
 }
 
-qint64 ArchiveOutput::writeData(const char *data, qint64 size)
+qint64 DigestDevice::writeData(const char *data, qint64 size)
 {
     if (pending_.size() + size > pieceSize)
         flush();

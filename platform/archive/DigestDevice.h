@@ -4,14 +4,14 @@
 
 #include <QIODevice>
 
-// Gathers an archive's many small pieces into large writes and keeps the digest of all of them.
-class ArchiveOutput : public QIODevice
+// Buffers an archive's many small writes and computes the digest of all of them.
+class DigestDevice : public QIODevice
 {
 public:
-    explicit ArchiveOutput(QIODevice &device);
+    explicit DigestDevice(QIODevice &device);
 
-    QByteArray digest(); // of all written so far
-    bool flush();        // false when any write failed, now or before
+    QByteArray digest(); // of everything written so far
+    bool flush();        // false when this or an earlier write failed
     bool hasFailed() const { return hasFailed_; }
 
 protected:

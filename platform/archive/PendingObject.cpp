@@ -1,9 +1,9 @@
-#include "platform/archive/ArchiveRecord.h"
+#include "platform/archive/PendingObject.h"
 
 #include <QCborStreamWriter>
 #include <QtEndian>
 
-using Kind = ArchiveItemKind;
+using Kind = PackedKind;
 
 namespace {
 
@@ -12,7 +12,7 @@ void writeNumber(QCborStreamWriter &writer, Kind kind, quint64 bits)
     writer.append(static_cast<QCborTag>(kind));
     char bytes[sizeof bits];
     qToBigEndian(bits, bytes);
-    const int width = ArchiveItems::numberWidth(kind);
+    const int width = PackedValues::numberWidth(kind);
     writer.appendByteString(bytes + sizeof bits - static_cast<std::size_t>(width), width);
 }
 
@@ -27,7 +27,7 @@ void writeDate(QCborStreamWriter &writer, qint64 milliseconds)
 
 } // namespace
 
-void ArchiveRecord::clear()
+void PendingObject::clear()
 {
     items_.clear();
     texts_.clear();
@@ -35,25 +35,25 @@ void ArchiveRecord::clear()
     data_.clear();
 }
 
-void ArchiveRecord::addText(const QString &text)
+void PendingObject::addText(const QString &text)
 {
     items_.add(Kind::NewString, texts_.size());
     texts_.push_back(text);
 }
 
-void ArchiveRecord::addDate(qint64 milliseconds)
+void PendingObject::addDate(qint64 milliseconds)
 {
     items_.add(Kind::NewDate, dates_.size());
     dates_.push_back(milliseconds);
 }
 
-void ArchiveRecord::addData(const QByteArray &bytes)
+void PendingObject::addData(const QByteArray &bytes)
 {
     items_.add(Kind::Data, data_.size());
     data_.push_back(bytes);
 }
 
-void ArchiveRecord::write(QCborStreamWriter &writer) const
+void PendingObject::write(QCborStreamWriter &writer) const
 {
     std::vector<Container> open;
     for (std::size_t item = 0; item < items_.size(); ++item) {
@@ -72,7 +72,7 @@ void ArchiveRecord::write(QCborStreamWriter &writer) const
     }
 }
 
-void ArchiveRecord::writeItem(QCborStreamWriter &writer, std::size_t item) const
+void PendingObject::writeItem(QCborStreamWriter &writer, std::size_t item) const
 {
     const Kind kind = items_.kind(item);
     const quint64 payload = items_.payload(item);

@@ -1,13 +1,13 @@
-#include "platform/archive/ArchiveShapes.h"
+#include "platform/archive/ShapeTrie.h"
 
-ArchiveShapes::Position ArchiveShapes::addClass()
+ShapeTrie::Position ShapeTrie::addClass()
 {
     const auto position = static_cast<Position>(steps_.size());
     steps_.push_back({{}, position, 0, {}, {}});
     return position;
 }
 
-ArchiveShapes::Position ArchiveShapes::step(Position from, Key key)
+ShapeTrie::Position ShapeTrie::step(Position from, Key key)
 {
     for (const Position next : steps_[from].next) {
         if (steps_[next].key == key)
@@ -19,7 +19,7 @@ ArchiveShapes::Position ArchiveShapes::step(Position from, Key key)
     return position;
 }
 
-std::vector<ArchiveShapes::Key> ArchiveShapes::keys(Position end) const
+std::vector<ShapeTrie::Key> ShapeTrie::keys(Position end) const
 {
     std::vector<Key> keys(steps_[end].length);
     for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
@@ -29,12 +29,12 @@ std::vector<ArchiveShapes::Key> ArchiveShapes::keys(Position end) const
     return keys;
 }
 
-std::optional<quint32> ArchiveShapes::number(Position end) const
+std::optional<quint32> ShapeTrie::number(Position end) const
 {
     return steps_[end].shape;
 }
 
-quint32 ArchiveShapes::addShape(Position end)
+quint32 ShapeTrie::addShape(Position end)
 {
     steps_[end].shape = shapeCount_;
     return shapeCount_++;

@@ -4,10 +4,12 @@
 #include <QString>
 #include <utility>
 
-// An implicitly shared QString or QByteArray in 12 bytes instead of 24, with the four bytes of
-// tail left to the class that holds it. It shares the owner's buffer, so converting either way
-// copies nothing. There are millions of these in a large snapshot: each registry property has
-// a key and most have a text.
+// An implicitly shared QString or QByteArray in 12 bytes instead of 24, which leaves four bytes of
+// tail to the class that holds it. It shares the owner's buffer, so conversion copies nothing. A
+// large snapshot holds millions: each property has a key and most have a text.
+// Deliberate: relies on Qt's array header, which is public but undocumented. A buffer of our own
+// would copy each text that an archive shares between values; a box around the owner would cost
+// one more allocation for each text.
 template<class Owner>
 class CompactArray
 {
@@ -59,7 +61,7 @@ public:
             Header::deallocate(header_);
     }
 
-    // For a holder that packs the two itself: it then owns one reference.
+    // For a holder that packs both fields itself and then owns one reference.
     Parts release() && { return {std::exchange(header_, nullptr), std::exchange(size_, 0)}; }
     static CompactArray adopt(Parts parts)
     {
@@ -74,7 +76,7 @@ public:
         return Header::dataStart(header, alignof(typename Header::AlignmentDummy));
     }
 
-    // Never null: an empty array gives an empty one.
+    // Never null: an empty array gives an empty owner.
     Owner toOwner() const
     {
         if (!header_)

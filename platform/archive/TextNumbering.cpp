@@ -1,6 +1,6 @@
-#include "platform/archive/ArchiveTextNumbers.h"
+#include "platform/archive/TextNumbering.h"
 
-quint64 ArchiveTextNumbers::number(quint64 index, QStringView text)
+quint64 TextNumbering::number(quint64 index, QStringView text)
 {
     if (index >= numbers_.size())
         numbers_.resize(index + 1);

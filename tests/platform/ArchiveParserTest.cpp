@@ -16,7 +16,7 @@ void expectRefused(const QByteArray &bytes)
     EXPECT_EQ(unarchiver.objectCount(), 0U);
 }
 
-// An archive of these objects, in hexadecimal.
+// An archive of the objects, given in hexadecimal.
 QByteArray archiveOf(const QByteArray &objects, quint8 version = ArchiveFormat::version)
 {
     QByteArray bytes("\xd9\xd9\xf7\x84\x6fvandrel-archive");
@@ -24,20 +24,20 @@ QByteArray archiveOf(const QByteArray &objects, quint8 version = ArchiveFormat::
     return sealArchive(bytes + '\x9f' + QByteArray::fromHex(objects) + '\xff');
 }
 
-// Its one object is a "Node" whose key "value" has this.
+// An archive of one "Node" with this value for the key "value".
 QByteArray archiveOfValue(const QByteArray &value)
 {
     return archiveOf("9f 82 644e6f6465 6576616c7565" + value + "ff");
 }
 
-// A bit of everything.
+// A value of every kind.
 QByteArray sample()
 {
     return archiveOfValue("9f f5 6161 4178 c11805 d84041ff a1616220 00 ff");
 }
 } // namespace
 
-TEST(ArchiveReader, RefusesTruncationAtEveryLength)
+TEST(ArchiveParser, RefusesTruncationAtEveryLength)
 {
     const QByteArray bytes = sample();
     ASSERT_FALSE(KeyedUnarchiver(bytes).error());
@@ -48,7 +48,7 @@ TEST(ArchiveReader, RefusesTruncationAtEveryLength)
     expectRefused(bytes + '\0');
 }
 
-TEST(ArchiveReader, RefusesEveryFlippedByteAndSurvivesItWhenSealedAnew)
+TEST(ArchiveParser, RefusesEveryFlippedByteAndSurvivesItWithANewDigest)
 {
     const QByteArray bytes = sample();
     constexpr L1 classes[] = {L1("Node")};
@@ -65,7 +65,7 @@ TEST(ArchiveReader, RefusesEveryFlippedByteAndSurvivesItWhenSealedAnew)
     }
 }
 
-TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
+TEST(ArchiveParser, RefusesInvalidArchives)
 {
     const struct
     {
@@ -77,7 +77,7 @@ TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
         {"unknown version", "version", archiveOf("820000", 2)},
         {"object without shape", "a list is missing", archiveOf("80")},
         {"shape that was not defined", "a shape is missing", archiveOf("820000")},
-        {"object that is no array", "a list is missing", archiveOf("01")},
+        {"object that is not an array", "a list is missing", archiveOf("01")},
         {"object that is a map", "a list is missing", archiveOf("a10000")},
         {"reference out of range", "an object is missing", archiveOfValue("01")},
         {"huge reference", "an object is missing", archiveOfValue("1bffffffffffffffff")},
@@ -88,10 +88,10 @@ TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
         {"float", "unknown kind", archiveOfValue("fb3ff8000000000000")},
         {"unknown tag", "unknown kind", archiveOfValue("d84401")},
         {"unknown simple value", "unknown kind", archiveOfValue("f863")},
-        {"date that is no number", "a date is missing", archiveOfValue("c1f5")},
+        {"date that is not a number", "a date is missing", archiveOfValue("c1f5")},
         {"date out of range", "out of range", archiveOfValue("c1fb7ff0000000000000")},
         {"number of wrong width", "wrong width", archiveOfValue("d84243616263")},
-        {"dictionary with a list as key", "no string", archiveOfValue("a180f5")},
+        {"dictionary with a list as key", "not a string", archiveOfValue("a180f5")},
         {"dictionary with a key twice", "twice in a dictionary", archiveOfValue("a2616bf5616bf5")},
         {"dictionary with a key and a reference to it", "twice in a dictionary",
          archiveOfValue("a2616bf520f5")},
@@ -112,7 +112,7 @@ TEST(ArchiveReader, RefusesWhatIsNoSoundArchive)
     ASSERT_FALSE(KeyedUnarchiver(archiveOfValue("00")).error());
 }
 
-TEST(ArchiveReader, ReadsEveryFormOfAValue)
+TEST(ArchiveParser, ReadsEveryFormOfAValue)
 {
     const auto valueOf = [](const QByteArray &form) {
         KeyedUnarchiver unarchiver(archiveOfValue(form));
@@ -147,7 +147,7 @@ TEST(ArchiveReader, ReadsEveryFormOfAValue)
 }
 
 // Comparing the texts for each dictionary would take many minutes.
-TEST(ArchiveReader, LooksAtLongKeysOnce)
+TEST(ArchiveParser, LooksAtLongKeysOnce)
 {
     const QByteArray start = "7a003d0901" + QByteArray("6b").repeated(4'000'000); // a text
     constexpr int count = 300'000;
@@ -159,7 +159,7 @@ TEST(ArchiveReader, LooksAtLongKeysOnce)
     EXPECT_EQ(value.get<ArchiveList>()->size(), count + 2U);
 }
 
-TEST(ArchiveReader, SpendsLittleOnClaimsThatTheBytesDoNotBear)
+TEST(ArchiveParser, SpendsLittleOnFalseLengths)
 {
     const QByteArray content = unsealArchive(archiveOfValue("")).chopped(2); // the two ends
     for (const quint64 count : {0x7fffffffffffffffULL, 0x10000000000ULL, 0x60000000ULL}) {

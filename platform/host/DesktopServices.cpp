@@ -1,0 +1,7 @@
+#include "platform/host/DesktopServices.h"
+
+DesktopServices &DesktopServices::instance()
+{
+    static DesktopServices services;
+    return services;
+}

@@ -1,0 +1,18 @@
+#include "platform/preferences/PreferenceKeys.h"
+
+QJsonObject PreferenceKeys::defaults()
+{
+    QJsonObject defaults;
+    const auto addText = [&](TextKey key) { defaults[key.name] = QString(key.defaultValue); };
+    const auto addInteger = [&](IntegerKey key) { defaults[key.name] = key.defaultValue; };
+    const auto addFlag = [&](FlagKey key) {
+        defaults[key.name] = key.defaultValue ? QStringLiteral("yes") : QStringLiteral("no");
+    };
+    for (const TextKey key : {defaultView, defaultPlane, theme, preferencesTab, defaultFormat})
+        addText(key);
+    for (const IntegerKey key : {findOptions, pollInterval, defaultBookmark})
+        addInteger(key);
+    for (const FlagKey key : {filteredFind, showNumPaths, autoupdate, polledUpdate})
+        addFlag(key);
+    return defaults;
+}
