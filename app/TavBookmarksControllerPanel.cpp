@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The Bookmarks panel.
 #include "app/BookmarksTableModel.h"
 #include "app/TavBookmarksController.h"

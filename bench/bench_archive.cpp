@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Saving and loading a snapshot, by number of entries with 40 property nodes each. Loading is
 // compared with walking the same bytes with the plain CBOR reader in the same run.
 

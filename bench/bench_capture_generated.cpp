@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Capture, and update without changes, of generated registries: the cost per entry must not grow
 // with their number. Ends with tables of time per entry, relative to the smallest registry with the
 // same number of nodes per entry, and of memory.

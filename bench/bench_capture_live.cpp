@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A whole capture of this machine's registry compared with a tight single-threaded loop over the
 // same attribute files; and a whole update without changes compared with its reading alone.
 #include "bench/support/BenchmarkMain.h"

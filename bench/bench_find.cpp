@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From a search string to the painted, filtered tree, on 100,000 entries. "ratio" compares with a
 // plain case-insensitive scan of all names and class names in one buffer plus a bare tree view that
 // shows and expands the same rows. Then a step to the next match with few and with many matches

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The cost of rendering values. "ratio" compares with the first line of the same group and run. For
 // data it compares with the expected cost for the size, from those of an empty value and of 4 KiB:
 // it stays near 1 at any size unless the cost grows faster than the size.

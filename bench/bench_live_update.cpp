@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What following the registry costs the main thread, and how soon a change is shown. "one" is this
 // thread's time for an update after one device came; "unchanged" for an update without changes;
 // "capture" for a first capture, by this thread and, as "capture_wall", in total. "beyond" is the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The cost of showing an entry's properties, wrapped, and of scrolling through them. For "select",
 // "ratio" compares with a bare tree view of as many unwrapped rows of the same texts, and
 // "ratio_short" with one whose texts are cut to the width of a column, both measured just before.

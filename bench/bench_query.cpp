@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Searching a store of 100,000 entries with 40 property nodes each, compared with a plain
 // case-insensitive scan of the same strings in one buffer.
 

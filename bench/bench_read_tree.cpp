@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reading a recorded tree compared with find and cat over the same files: a large machine with
 // mostly folders, and one with 200,000 devices.
 #include "bench/support/BenchmarkMain.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Large registries in the window: opening, scrolling, searching and closing a snapshot, and memory.
 // "block ms" is the longest time that the main thread does not process events without a visible
 // progress dialog; "announced ms" the longest with one. Making the snapshots takes long: set

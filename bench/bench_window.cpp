@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The cost of the explorer window with 100,000 entries, all planes and the whole tree expanded.
 // "ratio" compares with a bare tree view over a plain model of the same rows, measured just before.
 #include "bench/support/BenchmarkMain.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Every target links vandrel_options; nothing sets flags of its own.
 option(VANDREL_WARNINGS_AS_ERRORS
     "Stop at warnings; off for those who only build, with compilers not tried here" OFF)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 include(PrecompiledHeaders)
 
 # vandrel_folder_library(name [FOLDERS folders...] LINKS targets... [PRIVATE_LINKS targets...]):

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Two precompiled headers serve all targets: making one for each took more than a quarter of the
 # build.
 set(empty "${PROJECT_BINARY_DIR}/empty.cpp")

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "display/EncodingManager.h"
 
 #include "platform/preferences/PreferencesStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finds and stores the item's formats by class.
 #include "display/DisplayLogging.h"
 #include "display/PropertyFormatDescriptor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "display/ValueDescription.h"
 
 #include "platform/text/TextEncodings.h"

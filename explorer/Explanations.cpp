@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/Explanations.h"
 
 #include "platform/desktop/InterfaceLoader.h"

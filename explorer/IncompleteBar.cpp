@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/IncompleteBar.h"
+
+#include "platform/desktop/AlertBox.h"
 
 #include <QBoxLayout>
 #include <QIcon>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QStyle>
 
@@ -55,14 +57,12 @@ void IncompleteBar::setObjects(const QStringList &paths, bool canTryAgain)
 
 void IncompleteBar::showList()
 {
-    auto *const list = new QMessageBox(QMessageBox::Warning, tr("Devices That Did Not Answer"),
-                                       text_->text(), QMessageBox::Ok, this);
-    constexpr qsizetype maxListed = 20; // the rest is in the details
-    list->setInformativeText(paths_.mid(0, maxListed).join(u'\n') +
-                             (paths_.size() > maxListed ? QStringLiteral("\n…") : QString()));
-    if (paths_.size() > maxListed)
-        list->setDetailedText(paths_.join(u'\n'));
-    list->setTextFormat(Qt::PlainText);
-    list->setAttribute(Qt::WA_DeleteOnClose);
-    list->open();
+    constexpr qsizetype maxListed = 20; // the rest is behind a button
+    const bool isLong = paths_.size() > maxListed;
+    AlertBox::show({.title = tr("Devices That Did Not Answer"),
+                    .message = text_->text(),
+                    .details = paths_.mid(0, maxListed).join(u'\n') +
+                               (isLong ? QStringLiteral("\n…") : QString()),
+                    .moreDetails = isLong ? paths_.join(u'\n') : QString(),
+                    .window = this});
 }

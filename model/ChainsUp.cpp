@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/ChainsUp.h"
 
 TavRegistryEntryPath ChainsUp::pathDown(const Chain &chain, const QString &plane)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/EntryQuery.h"
 
 EntryQuery::EntryQuery(const QString &query, FindOptions options, std::size_t numberLimit)

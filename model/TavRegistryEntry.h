@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "model/EntryFacts.h"
+#include "model/EntryRecord.h"
 #include "model/FindOptions.h"
 #include "model/PropertyText.h"
 #include "model/RegistryHandle.h"
@@ -34,8 +35,8 @@ public:
     TavRegistryEntry(const TavRegistryEntry &) = delete;
     TavRegistryEntry &operator=(const TavRegistryEntry &) = delete;
 
-    const EntryFacts &facts() const { return facts_; }
-    void restore(EntryFacts facts) { facts_ = std::move(facts); }
+    const EntryRecord &facts() const { return facts_; }
+    void restore(EntryRecord facts) { facts_ = std::move(facts); }
     void setTable(const RegistryValue &table, const QDateTime &dateRead);
     void setTree(PropertyRef tree); // for one that no table makes
 
@@ -79,7 +80,7 @@ public:
     void noteTerminatedAtDate(const QDateTime &date, bool immediate);
     void clearIsNew();
     void setDateLastUpdated(const QDateTime &date) { facts_.dateLastUpdated = date; }
-    void setIsRegistryRoot(bool isRoot) { facts_.setFlag(EntryFacts::RegistryRoot, isRoot); }
+    void setIsRegistryRoot(bool isRoot) { facts_.setFlag(EntryRecord::RegistryRoot, isRoot); }
     void _setDataStore(EntryStore *store);
     void setNumber(quint32 number) { number_ = number; } // by its store
     // Deliberate: does nothing, since entries hold no references to clients.
@@ -120,11 +121,11 @@ public:
     QString inheritanceString() const; // "Derived : Base : Root"
     bool isKindOfDxcoreClass(const QString &className, bool substring) const;
 
-    bool isRegistryRoot() const { return facts_.flags & EntryFacts::RegistryRoot; }
-    bool conformsToDxService() const { return facts_.flags & EntryFacts::ConformsToDxService; }
-    bool isRegistered() const { return facts_.flags & EntryFacts::Registered; }
-    bool isMatched() const { return facts_.flags & EntryFacts::Matched; }
-    bool isActive() const { return facts_.flags & EntryFacts::Active; }
+    bool isRegistryRoot() const { return facts_.flags & EntryRecord::RegistryRoot; }
+    bool conformsToDxService() const { return facts_.flags & EntryRecord::ConformsToDxService; }
+    bool isRegistered() const { return facts_.flags & EntryRecord::Registered; }
+    bool isMatched() const { return facts_.flags & EntryRecord::Matched; }
+    bool isActive() const { return facts_.flags & EntryRecord::Active; }
     quint32 busyCount() const { return facts_.busyCount; }
     quint32 kernelRetainCount() const { return facts_.kernelRetainCount; }
 
@@ -197,7 +198,7 @@ private:
     bool isRenamed_ = false;
     // Not in the flags: a search on another thread writes it while flags are read.
     bool matchesLastQuery_ = false;
-    EntryFacts facts_;
+    EntryRecord facts_;
     RegistryValue table_; // the source of the properties; none: there is only the tree
     QDateTime dateRead_;  // of the table
     mutable PropertyRef properties_;

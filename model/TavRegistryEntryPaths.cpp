@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The path operations of TavRegistryEntry.
 #include "model/ChainsUp.h"
 #include "model/RegistryOrder.h"

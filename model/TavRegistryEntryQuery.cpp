@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The search operations of TavRegistryEntry.
 #include "model/EntryQuery.h"
 #include "model/EntryStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The reading operations of TavRegistryEntry.
 #include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
@@ -59,7 +60,7 @@ bool TavRegistryEntry::initWithDxRegistryEntry(RegistryObject object, EntryStore
     facts_.bundleID = service->copyBundleIdentifierForClass(facts_.inheritance.constFirst());
     if (facts_.bundleID == kernelBundlePlaceholder)
         facts_.bundleID = kernelBundleID;
-    facts_.setFlag(EntryFacts::ConformsToDxService, service->conformsTo(object, serviceClass));
+    facts_.setFlag(EntryRecord::ConformsToDxService, service->conformsTo(object, serviceClass));
     if (!readAttributesAndProperties())
         return false;
     facts_.registryState = RegistryStateNew;
@@ -162,9 +163,9 @@ bool TavRegistryEntry::readServiceState(RegistryService &service)
     quint64 state = 0;
     if (service.serviceState(handle_.get(), state) != RegistryStatus::Success)
         return false;
-    facts_.setFlag(EntryFacts::Registered, state & ServiceRegistered);
-    facts_.setFlag(EntryFacts::Matched, state & ServiceMatched);
-    facts_.setFlag(EntryFacts::Active, !(state & ServiceInactive));
+    facts_.setFlag(EntryRecord::Registered, state & ServiceRegistered);
+    facts_.setFlag(EntryRecord::Matched, state & ServiceMatched);
+    facts_.setFlag(EntryRecord::Active, !(state & ServiceInactive));
     quint32 busy = 0;
     if (service.busyState(handle_.get(), busy) != RegistryStatus::Success)
         return false;

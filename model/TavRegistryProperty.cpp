@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/TavRegistryProperty.h"
 
 #include <QCoreApplication>
@@ -52,13 +53,13 @@ PropertyRef TavRegistryProperty::create(const PropertyClass &nodeClass,
 
 PropertyRef TavRegistryProperty::restore(const PropertyClass &nodeClass,
                                          const std::shared_ptr<TavRegistryEntry> &entry,
-                                         std::span<const PropertyFacts> nodes)
+                                         std::span<const PropertyRecord> nodes)
 {
     const auto tree = std::make_shared<PropertyTree>(nodeClass, entry, QDateTime());
     std::vector<TavRegistryProperty *> made(nodes.size());
     made.front() = tree->addNodes(1);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-        const PropertyFacts &node = nodes[i];
+        const PropertyRecord &node = nodes[i];
         TavRegistryProperty &property = *made[i];
         property.setRegistryState(node.state);
         property.valueType_ = node.type;

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "model/PropertyFacts.h"
+#include "model/PropertyRecord.h"
 #include "model/PropertyTree.h"
 
 #include <QVarLengthArray>
@@ -40,7 +41,7 @@ public:
     // Builds the tree from a list of nodes: parents before children, siblings consecutive.
     static PropertyRef restore(const PropertyClass &nodeClass,
                                const std::shared_ptr<TavRegistryEntry> &entry,
-                               std::span<const PropertyFacts> nodes);
+                               std::span<const PropertyRecord> nodes);
 
     PropertyRef ref();
     std::shared_ptr<TavRegistryEntry> registryEntry() const;

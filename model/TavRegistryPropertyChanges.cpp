@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Marking changes against the previous property tree.
 #include "model/TavRegistryProperty.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The orders of property nodes.
 #include "model/TavRegistryProperty.h"
 

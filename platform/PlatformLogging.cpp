@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/PlatformLogging.h"
 
 Q_LOGGING_CATEGORY(platformLog, "vandrel.platform", QtInfoMsg)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "store/DataStoreEncoder.h"
 
 #include "store/ArchiveKeys.h"
@@ -54,9 +55,9 @@ DataStoreEncoder::DataStoreEncoder(const TavDataStore &store, QIODevice &device)
     , propertyClass_(archiver_.addClass<TavRegistryProperty>(
           ArchiveClassName::property[0],
           [this](const TavRegistryProperty &object, KeyedArchiver &) { encodeProperty(object); }))
-    , children_{EntryKey::childrenInPlanes, &EntryFacts::childrenInPlanes,
+    , children_{EntryKey::childrenInPlanes, &EntryRecord::childrenInPlanes,
                 LinkChecker::Direction::ToChildren}
-    , parents_{EntryKey::parentsInPlanes, &EntryFacts::parentsInPlanes,
+    , parents_{EntryKey::parentsInPlanes, &EntryRecord::parentsInPlanes,
                LinkChecker::Direction::ToParents}
 {}
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "platform/archive/KeyedArchiver.h"
@@ -16,7 +17,7 @@ private:
     struct Relatives
     {
         QLatin1String key;
-        PlaneMap<EntryList> EntryFacts::*table;
+        PlaneMap<EntryList> EntryRecord::*table;
         LinkChecker::Direction direction;
         LinkChecker::LinkSets leftOut = {}; // by archive object
     };

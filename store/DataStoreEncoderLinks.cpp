@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Encoding the links between entries.
 #include "store/DataStoreEncoder.h"
 

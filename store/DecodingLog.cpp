@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "store/DecodingLog.h"
 
 #include "platform/archive/KeyedUnarchiver.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Finding cycles.
 #include "store/LinkChecker.h"
 

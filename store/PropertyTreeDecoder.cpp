@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "store/PropertyTreeDecoder.h"
 
 #include "store/ArchiveKeys.h"
@@ -156,7 +157,7 @@ RegistryValue PropertyTreeDecoder::makeTable()
 
 PropertyRef PropertyTreeDecoder::makeTree(TavRegistryEntry &owner) const
 {
-    const std::vector<PropertyFacts> facts(nodes_.begin(), nodes_.end());
+    const std::vector<PropertyRecord> facts(nodes_.begin(), nodes_.end());
     return TavRegistryProperty::restore(TavRegistryEntry::currentPropertyClass(),
                                         owner.shared_from_this(), facts);
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "model/TavRegistryEntry.h"
@@ -20,7 +21,7 @@ public:
     Decoded decode(ArchiveReference root, ArchiveReference entry, TavRegistryEntry &owner);
 
 private:
-    struct Node : PropertyFacts
+    struct Node : PropertyRecord
     {
         ArchiveReference reference{};
         std::optional<std::size_t> parent; // index; none: the root

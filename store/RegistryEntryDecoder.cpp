@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "store/RegistryEntryDecoder.h"
 
 #include "store/ArchiveKeys.h"
@@ -40,7 +41,7 @@ qint32 RegistryEntryDecoder::versionOf(const ObjectDecoder &object)
 bool RegistryEntryDecoder::decodeFacts(ArchiveReference reference)
 {
     const ObjectDecoder object = unarchiver_.object(reference);
-    EntryFacts facts;
+    EntryRecord facts;
     ++entryCount_;
     const qint32 version = versionOf(object);
     if (version > TavRegistryEntry::classVersion || !succeeded(EntryKey::version.data()))
@@ -92,7 +93,7 @@ void RegistryEntryDecoder::check(const LinkChecker &links)
     }
 }
 
-bool RegistryEntryDecoder::decodeDates(const ObjectDecoder &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeDates(const ObjectDecoder &object, EntryRecord &facts)
 {
     facts.dateDiscovered = object.decodeDate(EntryKey::dateDiscovered);
     if (!succeeded("dateDiscovered"))
@@ -104,7 +105,7 @@ bool RegistryEntryDecoder::decodeDates(const ObjectDecoder &object, EntryFacts &
     return succeeded("dateTerminated");
 }
 
-bool RegistryEntryDecoder::decodeNames(const ObjectDecoder &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeNames(const ObjectDecoder &object, EntryRecord &facts)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::String;
     facts.bundleID = object.decodeString(EntryKey::bundleID);
@@ -125,7 +126,7 @@ bool RegistryEntryDecoder::decodeNames(const ObjectDecoder &object, EntryFacts &
            fail("location", "not a table of locations");
 }
 
-bool RegistryEntryDecoder::decodeInheritance(const ObjectDecoder &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeInheritance(const ObjectDecoder &object, EntryRecord &facts)
 {
     const ArchiveValueView list =
         object.valueView(EntryKey::inheritance, ArchiveKind::List | ArchiveKind::String);
@@ -146,7 +147,7 @@ bool RegistryEntryDecoder::decodeInheritance(const ObjectDecoder &object, EntryF
     return true;
 }
 
-bool RegistryEntryDecoder::decodeNewInheritance(const ObjectDecoder &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeNewInheritance(const ObjectDecoder &object, EntryRecord &facts)
 {
     facts.inheritance = object.decodeStrings(EntryKey::inheritance).value_or(QStringList());
     if (!succeeded("inheritance"))
@@ -156,7 +157,7 @@ bool RegistryEntryDecoder::decodeNewInheritance(const ObjectDecoder &object, Ent
 }
 
 // Deliberate: relatives share the log message of the location.
-bool RegistryEntryDecoder::decodeRelations(const ObjectDecoder &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeRelations(const ObjectDecoder &object, EntryRecord &facts)
 {
     constexpr auto table = ArchiveKind::Dictionary | ArchiveKind::List | ArchiveKind::String;
     const auto decode = [&](PlaneMap<EntryList> &relatives, LinkChecker &links, QLatin1String key) {
@@ -168,7 +169,7 @@ bool RegistryEntryDecoder::decodeRelations(const ObjectDecoder &object, EntryFac
            decode(facts.parentsInPlanes, parentLinks_, EntryKey::parentsInPlanes);
 }
 
-bool RegistryEntryDecoder::decodeCountsAndFlags(const ObjectDecoder &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeCountsAndFlags(const ObjectDecoder &object, EntryRecord &facts)
 {
     facts.entryTag = object.decodeInteger<quint64>(EntryKey::entryTag);
     if (!succeeded(EntryKey::entryTag.data()))
@@ -180,11 +181,11 @@ bool RegistryEntryDecoder::decodeCountsAndFlags(const ObjectDecoder &object, Ent
     if (!succeeded(EntryKey::kernelRetainCount.data()))
         return false;
     for (const auto &[flag, key] :
-         {std::pair(EntryFacts::RegistryRoot, EntryKey::isRegistryRoot),
-          std::pair(EntryFacts::ConformsToDxService, EntryKey::conformsToDxService),
-          std::pair(EntryFacts::Registered, EntryKey::isRegistered),
-          std::pair(EntryFacts::Matched, EntryKey::isMatched),
-          std::pair(EntryFacts::Active, EntryKey::isActive)}) {
+         {std::pair(EntryRecord::RegistryRoot, EntryKey::isRegistryRoot),
+          std::pair(EntryRecord::ConformsToDxService, EntryKey::conformsToDxService),
+          std::pair(EntryRecord::Registered, EntryKey::isRegistered),
+          std::pair(EntryRecord::Matched, EntryKey::isMatched),
+          std::pair(EntryRecord::Active, EntryKey::isActive)}) {
         facts.setFlag(flag, object.decodeBoolean(key));
         if (!succeeded(key.data()))
             return false;
@@ -192,7 +193,7 @@ bool RegistryEntryDecoder::decodeCountsAndFlags(const ObjectDecoder &object, Ent
     return true;
 }
 
-bool RegistryEntryDecoder::decodeState(const ObjectDecoder &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeState(const ObjectDecoder &object, EntryRecord &facts)
 {
     const auto store = object.decodeReference(EntryKey::dataStore, ArchiveClassName::dataStore);
     if (store != KeyedUnarchiver::root)
@@ -206,7 +207,7 @@ bool RegistryEntryDecoder::decodeState(const ObjectDecoder &object, EntryFacts &
     return true;
 }
 
-bool RegistryEntryDecoder::decodeOldState(const ObjectDecoder &object, EntryFacts &facts)
+bool RegistryEntryDecoder::decodeOldState(const ObjectDecoder &object, EntryRecord &facts)
 {
     if (object.decodeBoolean(EntryKey::isNew))
         facts.registryState = RegistryStateNew;

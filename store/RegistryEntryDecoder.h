@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "store/LinkChecker.h"
@@ -22,16 +23,16 @@ public:
     bool finish(); // after the last entry; false when the links are inconsistent
 
 private:
-    bool decodeDates(const ObjectDecoder &object, EntryFacts &facts);
-    bool decodeNames(const ObjectDecoder &object, EntryFacts &facts);
-    bool decodeRelations(const ObjectDecoder &object, EntryFacts &facts);
-    bool decodeCountsAndFlags(const ObjectDecoder &object, EntryFacts &facts);
-    bool decodeState(const ObjectDecoder &object, EntryFacts &facts);
-    bool decodeOldState(const ObjectDecoder &object, EntryFacts &facts);
+    bool decodeDates(const ObjectDecoder &object, EntryRecord &facts);
+    bool decodeNames(const ObjectDecoder &object, EntryRecord &facts);
+    bool decodeRelations(const ObjectDecoder &object, EntryRecord &facts);
+    bool decodeCountsAndFlags(const ObjectDecoder &object, EntryRecord &facts);
+    bool decodeState(const ObjectDecoder &object, EntryRecord &facts);
+    bool decodeOldState(const ObjectDecoder &object, EntryRecord &facts);
     bool decodeOldProperties(const ObjectDecoder &object, TavRegistryEntry &entry);
     static qint32 versionOf(const ObjectDecoder &object);
-    bool decodeInheritance(const ObjectDecoder &object, EntryFacts &facts);
-    bool decodeNewInheritance(const ObjectDecoder &object, EntryFacts &facts);
+    bool decodeInheritance(const ObjectDecoder &object, EntryRecord &facts);
+    bool decodeNewInheritance(const ObjectDecoder &object, EntryRecord &facts);
     bool setNames(NamesByPlane &names, const ArchiveValueView &value);
     bool setRelatives(PlaneMap<EntryList> &table, LinkChecker &links, quint32 entry,
                       const ArchiveValueView &value);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "store/RegistryPass.h"
 
 void RegistryPass::run(RegistryService &service, const std::vector<EntryRef> &entries,

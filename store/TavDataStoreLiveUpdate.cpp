@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How a live store follows its registry.
 #include "platform/runloop/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The search operation of TavDataStore.
 #include "model/EntryQuery.h"
 #include "store/TavDataStore.h"

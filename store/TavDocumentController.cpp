@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "store/TavDocumentController.h"
 
 #include "platform/host/Alert.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "bench/support/RegistryGenerator.h"
 
 #include "bench/support/PropertyTableGenerator.h"

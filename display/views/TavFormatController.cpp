@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "display/views/TavFormatController.h"
 
 #include "display/DisplayLogging.h"

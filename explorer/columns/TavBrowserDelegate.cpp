@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/columns/TavBrowserDelegate.h"
 
 #include "display/views/TavFormatController.h"

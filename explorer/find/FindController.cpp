@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/find/FindController.h"
 
 #include "explorer/find/TavFindTableViewDataSource.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The controls of a search, and the drawer that holds most of them.
 #include "explorer/find/FindController.h"
 #include "explorer/find/FindDrawer.h"
@@ -5,6 +6,7 @@
 #include "explorer/selection/EntrySelection.h"
 #include "explorer/views/ExplorerViews.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/preferences/PreferencesStore.h"
 #include "platform/widgets/ClearButton.h"
 #include "platform/widgets/SearchField.h"
@@ -136,9 +138,9 @@ void FindController::setOptions(FindOptions options)
 void FindController::loadDefaultFindOptions()
 {
     const PreferencesStore &preferences = PreferencesStore::standard();
-    filteredFindCheckbox_->setChecked(preferences.flag(QStringLiteral("FilteredFind")));
+    filteredFindCheckbox_->setChecked(preferences.flag(PreferenceKeys::filteredFind));
     setOptions(FindOptions::fromInt(
-        static_cast<FindOptions::Int>(preferences.integer(QStringLiteral("FindOptions")))));
+        static_cast<FindOptions::Int>(preferences.integer(PreferenceKeys::findOptions))));
     for (const auto &[option, checkbox] : findCheckboxes())
         checkbox->setChecked(session_.options().testFlag(option));
 }

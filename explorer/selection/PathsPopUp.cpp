@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/selection/PathsPopUp.h"
 
 #include "explorer/ExplorerContext.h"

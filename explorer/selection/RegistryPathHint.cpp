@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/selection/RegistryPathHint.h"
 
 #include "platform/widgets/FactField.h"

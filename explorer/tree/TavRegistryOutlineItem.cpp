@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/tree/TavRegistryOutlineItem.h"
 
 #include "display/views/TavFormatController.h"

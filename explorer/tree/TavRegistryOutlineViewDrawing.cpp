@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/tree/OutlineConnectors.h"
 #include "explorer/tree/TavRegistryOutlineView.h"
 #include "explorer/tree/TavRegistryOutlineViewDataSource.h"

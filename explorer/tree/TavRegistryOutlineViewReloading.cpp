@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How TavRegistryOutlineView keeps its place when what it shows is reread.
 #include "explorer/tree/TavRegistryOutlineItem.h"
 #include "explorer/tree/TavRegistryOutlineView.h"

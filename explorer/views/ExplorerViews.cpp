@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/views/ExplorerViews.h"
 
 #include "explorer/columns/TavBrowserDelegate.h"

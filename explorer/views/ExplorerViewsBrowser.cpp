@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The columns.
 #include "explorer/ExplorerContext.h"
 #include "explorer/columns/TavBrowserDelegate.h"
@@ -6,13 +7,14 @@
 #include "explorer/views/ExplorerViews.h"
 #include "platform/desktop/SplitViewAutosave.h"
 #include "platform/host/SystemBeep.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/widgets/ColumnBrowser.h"
 
 void ExplorerViews::setUpBrowser()
 {
     registryBrowser_->setDelegate(*browserDelegate_);
     registryBrowser_->setCellClass([] { return std::make_unique<TavRegistryBrowserCell>(); });
-    registryBrowser_->setColumnsAutosaveName(QStringLiteral("TavRegistryBrowser-Columns"));
+    registryBrowser_->setColumnsAutosaveName(PreferenceKeys::browserColumns.toString());
     connect(registryBrowser_, &ColumnBrowser::selectionChosen, this,
             [this] { Q_EMIT selectionChanged(pathSelectedInBrowser()); });
     connect(registryBrowser_, &ColumnBrowser::contextMenuRequested, this,

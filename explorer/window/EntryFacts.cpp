@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/window/EntryFacts.h"
 
 #include "platform/desktop/InterfaceLoader.h"

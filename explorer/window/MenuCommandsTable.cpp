@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The table of the commands in a window's menus.
 #include "explorer/find/FindController.h"
 #include "explorer/selection/EntrySelection.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/window/TavWindowController.h"
 
 #include "display/views/TavPropertiesOutlineView.h"
@@ -15,6 +16,7 @@
 #include "explorer/window/WindowStatus.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/host/SystemBeep.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/preferences/PreferencesStore.h"
 #include "platform/runloop/Disposal.h"
 #include "platform/widgets/ColumnBrowser.h"
@@ -65,7 +67,7 @@ TavWindowController &addWindow(TavDocument &document)
 TavWindowController::TavWindowController(TavDocument &document)
     : document_(document)
     , dataStore_(document.dataStore())
-    , showNumPaths_(PreferencesStore::standard().flag(QStringLiteral("ShowNumPaths")))
+    , showNumPaths_(PreferencesStore::standard().flag(PreferenceKeys::showNumPaths))
     , window_(loadWindow())
 {
     makeParts();
@@ -156,15 +158,15 @@ void TavWindowController::windowDidLoad()
     finder_->loadDefaultFindOptions();
     facts_->clear();
     const PreferencesStore &preferences = PreferencesStore::standard();
-    const QString planeKey = QStringLiteral("DefaultPlane");
-    const QString plane = preferences.string(planeKey);
-    setRegistryPlane(plane.isEmpty() ? preferences.registeredString(planeKey) : plane, true);
+    const QString plane = preferences.string(PreferenceKeys::defaultPlane);
+    setRegistryPlane(plane.isEmpty() ? QString(PreferenceKeys::defaultPlane.defaultValue) : plane,
+                     true);
     TavRegistryEntry *const root = dataStore_->registryRoot();
     // New nodes are expanded, so the tree shows open from top to bottom.
     goToEntryPath(root ? root->entryPathInPlane(registryPlane(), 0) : std::nullopt, true, false);
     if (!bookmark.isNull())
         QTimer::singleShot(0, this, [this, bookmark] { goToRegistryPath(bookmark); });
-    if (preferences.string(QStringLiteral("DefaultView")) == QLatin1String("outline"))
+    if (preferences.string(PreferenceKeys::defaultView) == QLatin1String("outline"))
         outlineView();
     else
         browserView();

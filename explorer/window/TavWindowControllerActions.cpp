@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The operations of a window that its parts carry out.
 #include "explorer/selection/PathsPopUp.h"
 #include "explorer/sheets/WindowSheets.h"

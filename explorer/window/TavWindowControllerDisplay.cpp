@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a window shows of its selection and of its document, and in which order that follows a
 // change.
 #include "explorer/find/FindController.h"

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "explorer/window/WindowStatus.h"
 
 #include "explorer/DateText.h"
 #include "explorer/IncompleteBar.h"
+#include "platform/desktop/AlertBox.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/widgets/VisibleText.h"
 #include "store/TavDataStore.h"
@@ -9,7 +11,6 @@
 #include <QBoxLayout>
 #include <QLabel>
 #include <QMainWindow>
-#include <QMessageBox>
 #include <QStatusBar>
 
 namespace {
@@ -51,11 +52,10 @@ void WindowStatus::reportPathNotFound(const QString &message)
 void WindowStatus::reportPathFound(bool isAmbiguous)
 {
     window_.statusBar()->clearMessage();
-    if (!isAmbiguous)
-        return;
-    auto *const alert = new QMessageBox(QMessageBox::Information, tr("Multiple Matches for Path"),
-                                        tr("Multiple Matches for Path"), QMessageBox::Ok, &window_);
-    alert->setInformativeText(tr("The first object matching the path will be selected"));
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->open();
+    if (isAmbiguous)
+        AlertBox::show({.title = tr("Multiple Matches for Path"),
+                        .message = tr("Multiple Matches for Path"),
+                        .details = tr("The first object matching the path will be selected"),
+                        .window = &window_,
+                        .kind = Alert::Kind::Information});
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/linux/AttributeNumbers.h"
 
 #include "model/linux/AttributeText.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The values of texts without structure.
 #include "model/linux/AttributeNumbers.h"
 #include "model/linux/AttributeParser.h"

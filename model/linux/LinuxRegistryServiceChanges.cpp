@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rereading and reporting changes.
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"

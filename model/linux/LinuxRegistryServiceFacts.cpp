@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The operations of LinuxRegistryService on a single object.
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/RecordedHost.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reading on request: attributes that are slow or wake the device.
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/ReadingWait.h"

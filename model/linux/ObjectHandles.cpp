@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/linux/ObjectHandles.h"
 
 std::unique_ptr<RegistryGraph> ObjectHandles::setGraph(std::unique_ptr<RegistryGraph> graph,

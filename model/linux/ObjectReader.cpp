@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/linux/ObjectReader.h"
 
 #include "model/linux/SysfsPlaces.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/archive/DigestDevice.h"
 
 static constexpr qsizetype pieceSize = 256 * 1024;

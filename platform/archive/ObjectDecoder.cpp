@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/archive/ObjectDecoder.h"
 
 #include "platform/archive/KeyedUnarchiver.h"

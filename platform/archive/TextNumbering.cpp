@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/archive/TextNumbering.h"
 
 quint64 TextNumbering::number(quint64 index, QStringView text)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/desktop/DocumentCommands.h"
 
 #include "platform/documents/DocumentController.h"

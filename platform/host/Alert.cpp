@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/host/Alert.h"
 
 void AlertPanel::show(const Alert &alert, DesktopServices::AlertAnswer answer)

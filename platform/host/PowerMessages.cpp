@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/host/PowerMessages.h"
 
 #include "platform/PlatformLogging.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/widgets/ColumnBrowserList.h"
 
 #include "platform/widgets/ColumnBrowserRowDelegate.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Positions and scrolling of ColumnBrowser's columns.
 #include "platform/widgets/ColumnBrowser.h"
 #include "platform/widgets/ColumnBrowserList.h"

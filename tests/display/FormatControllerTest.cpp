@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "FormatPanelFixture.h"
 #include "platform/preferences/PreferencesStore.h"
 #include "tests/support/LogCapture.h"

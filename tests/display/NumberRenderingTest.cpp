@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "DisplayFixture.h"
 #include "tests/support/QtPrinters.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/desktop/ScreenBounds.h"
 #include "platform/desktop/FloatingPanel.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What users of a screen reader or of the keyboard alone need.
 #include "ExplorerFixture.h"
 

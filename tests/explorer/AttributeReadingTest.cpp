@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "PropertiesFixture.h"
 
 // A device with an attribute that is read on request and one that is never read.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Stepping goes where a plain walk through all sorted paths of the matches leads.
 #include "ExplorerFixture.h"
 

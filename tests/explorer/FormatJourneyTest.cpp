@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "ExplorerFixture.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"

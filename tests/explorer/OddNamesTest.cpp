@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Odd names from an archive or the host.
 #include "ExplorerFixture.h"
 #include "platform/widgets/FactField.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Messages for a path that leads nowhere, while typing and after going to it.
 #include "ExplorerFixture.h"
 #include "explorer/selection/RegistryPathReader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The tree of a registry does not depend on the order of changes, and the visible rows keep their
 // place.
 #include "ExplorerFixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/desktop/DesktopRunLoop.h"
 #include "platform/documents/DocumentController.h"
 #include "platform/documents/DocumentFile.h"

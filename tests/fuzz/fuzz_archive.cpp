@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The archive container, from arbitrary bytes. The digest, which no random change survives, is
 // corrected first.
 

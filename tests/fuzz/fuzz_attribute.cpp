@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Texts of the kernel and the udev daemon: the bytes after the first line are an attribute with
 // that name, and a record of the udev database.
 

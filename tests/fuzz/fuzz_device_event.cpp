@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Device events, true and false, in any order, while the tree changes: a store that follows them
 // must end up like a fresh capture. The input is a list of messages, each ended by NUL: "+PATH"
 // adds a device, "-PATH" removes one, "ACTION@PATH" is an event, an empty message lets time pass,

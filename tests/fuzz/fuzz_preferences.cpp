@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The settings file: any bytes when it is opened and, after a NUL, what another copy of the program
 // writes later. Readable settings are never lost, and unreadable files are kept.
 

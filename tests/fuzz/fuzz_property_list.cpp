@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // XML property lists, as in snapshots of version 1.
 
 #include "Fuzzing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A search must find what a plain scan of every text finds. The first byte holds the options, the
 // rest of its line is the text to find. Each further line is an entry, nested by leading spaces:
 // name, location, class and keys with their values, each followed by a tab.

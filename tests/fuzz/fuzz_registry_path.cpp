@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Typed registry paths: the first line. Each further line is an entry, name@location, nested by
 // leading spaces. Completion, marking and resolution of a path must agree, and every entry must be
 // found by its own paths.

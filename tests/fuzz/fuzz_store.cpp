@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Snapshots: whatever decodes must be consistent enough to be shown, searched, and written and
 // reread unchanged.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writes the binary seeds of the fuzzers into the given folder.
 
 #include "platform/archive/KeyedArchiver.h"

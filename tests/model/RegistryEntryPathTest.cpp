@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/RegistryOrder.h"
 #include "model/TavRegistryEntryPath.h"
 #include "tests/support/RegistryTest.h"

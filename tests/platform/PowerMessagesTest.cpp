@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/host/PowerMessages.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/PrivateBus.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/preferences/PreferencesStore.h"
 #include "platform/runloop/NotificationCenter.h"
 #include "tests/support/EventLoop.h"

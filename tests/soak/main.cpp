@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Follows this machine's registry in a window while virtual devices come and go, in floods of
 // events, and a hasty user clicks everything. Every half minute the window must show the same as a
 // fresh capture. In parallel, captures are killed, and others meet devices that do not answer.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "platform/archive/ArchiveParser.h"
 #include "store/DataStoreDecoder.h"
 #include "tests/support/EncodedStore.h"

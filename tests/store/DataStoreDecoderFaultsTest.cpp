@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Invalid archives.
 #include "store/DataStoreDecoder.h"
 #include "store/FileVersionExceptions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "store/DataStoreDecoder.h"
 #include "store/FileVersionExceptions.h"
 #include "tests/support/SmallStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "model/TavRegistryEntryPath.h"
 #include "store/TavDataStore.h"
 #include "tests/support/FakeRegistryService.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Links and names, as in the kernel and as shown.
 #include "LinuxFixture.h"
 #include "tests/support/MadeTree.h"

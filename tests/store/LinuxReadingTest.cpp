@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "LinuxFixture.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/runloop/Wait.h"

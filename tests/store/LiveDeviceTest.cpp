@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Devices of the running kernel: virtual ones come and go, and a driver unbinds and rebinds.
 #include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Trees of older kernels, and impossible trees: everything in them is shown or listed.
 #include "LinuxFixture.h"
 #include "model/linux/RegistryGraph.h"

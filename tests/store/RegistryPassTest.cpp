@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an update may skip: compares a store that reads only changes with one that reads everything.
 #include "model/linux/LinuxRegistryService.h"
 #include "store/TavDataStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "LinuxFixture.h"
 #include "tests/support/TreePrinter.h"
 #include "tests/support/TreeText.h"

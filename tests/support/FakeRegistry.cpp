@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "tests/support/FakeRegistry.h"
 
 void FakeRegistry::addClassChain(const QStringList &mostDerivedFirst)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The main function of the test programs: creates the kind of application that their libraries
 // need.
 #include <gtest/gtest.h>

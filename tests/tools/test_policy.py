@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Tests that the recorder and tools/check-policy follow the rules of the program."""
 import json
 import os

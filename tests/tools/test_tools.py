@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Tests of the project's tools, on the committed fixtures."""
 import os
 import subprocess

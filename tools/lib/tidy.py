@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Runs clang-tidy on sources, and skips those that were clean before and have not changed.
 
     python3 tools/lib/tidy.py BUILD_FOLDER SOURCE...

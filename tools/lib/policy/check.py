@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Traces which files a capture opens: see tools/check-policy."""
 import argparse
 import functools

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Checks by the program's rules which files of a sysfs tree may be opened, and how."""
 import os
 from dataclasses import replace

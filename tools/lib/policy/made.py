@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Makes a sysfs tree with a file for every rule of the policy."""
 import itertools
 import os

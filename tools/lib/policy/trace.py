@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Runs a program under strace and reports the files that it opens."""
 import os
 import re

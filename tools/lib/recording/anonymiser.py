@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Replaces serial numbers, unique identifiers and hardware addresses consistently."""
 import hashlib
 import hmac

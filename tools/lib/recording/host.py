@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """The files beside a root that identify its machine."""
 import os
 import platform

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Reads attributes, limited in time and size."""
 import os
 import queue

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Walks a sysfs root and collects folders, files and links. Follows no link."""
 import glob
 import os

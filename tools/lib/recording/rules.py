@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Which attributes are not read, and why. The rules are those of the program."""
 import json
 import re

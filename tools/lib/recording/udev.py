@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """The udev database's records of recorded devices."""
 import os
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "model/EntryList.h"
@@ -9,7 +10,7 @@
 #include <QStringList>
 
 // What a snapshot holds of an entry, except its properties.
-struct EntryFacts
+struct EntryRecord
 {
     enum Flag : quint8 {
         RegistryRoot = 1,

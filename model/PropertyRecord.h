@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include "model/RegistryState.h"
 #include "model/RegistryValue.h"
 
 // What a snapshot holds of a property node. Children are given by their places in a list of nodes.
-struct PropertyFacts
+struct PropertyRecord
 {
     std::size_t firstChild = 0;
     quint32 childCount = 0;
