@@ -79,7 +79,8 @@ std::string captured(const QString &sys)
 
 std::string shown(TavDataStore &store)
 {
-    store.update();
+    for (int i = 0; i < 2; ++i)
+        store.update(); // the list of planes is one update behind
     store.clearTerminatedObjects();
     for (const EntryRef &entry : store.registryEntries())
         entry->clearIsNew();
