@@ -28,8 +28,7 @@ class TavWindowController : public QObject,
 public:
     using Path = EntrySelection::Path;
 
-    // For the document to own.
-    explicit TavWindowController(TavDocument &document);
+    explicit TavWindowController(TavDocument &document); // which owns it
     ~TavWindowController() override;
 
     QMainWindow *window() const { return window_.get(); }
