@@ -142,8 +142,8 @@ int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     const Entries entries = build(service, input.mid(end + 1));
     const auto store = TavDataStore::initFromDxRegistry(service);
     // As typed, letter by letter.
-    constexpr qsizetype mostLetters = 8;
-    for (qsizetype letters = std::max<qsizetype>(0, query.size() - mostLetters);
+    constexpr qsizetype maxLetters = 8;
+    for (qsizetype letters = std::max<qsizetype>(0, query.size() - maxLetters);
          letters <= query.size(); ++letters) {
         const QString typed = query.left(letters);
         if (!typed.isEmpty() && typed.back().isHighSurrogate())

@@ -36,7 +36,7 @@ public:
         QFile uevent(QStringLiteral("/sys/class/%1/uevent").arg(QString::fromLatin1(device)));
         if (!uevent.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
             return;
-        for (auto count = random_() % mostEvents; count > 0; --count)
+        for (auto count = random_() % maxEvents; count > 0; --count)
             events_ += uevent.write("change") > 0;
     }
     void end()
@@ -48,7 +48,7 @@ public:
     quint64 events() const { return events_; } // of floods
 
 private:
-    static constexpr quint32 mostEvents = 20'000;
+    static constexpr quint32 maxEvents = 20'000;
 
     template<class Device>
     QByteArray pick(const std::vector<std::unique_ptr<Device>> &devices)

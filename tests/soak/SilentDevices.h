@@ -50,8 +50,8 @@ private:
         explicit Tree(std::mt19937 &random)
         {
             constexpr int devices = 40;
-            constexpr int mostSilent = 6;
-            const auto silent = random() % mostSilent;
+            constexpr int maxSilent = 6;
+            const auto silent = random() % maxSilent;
             for (int i = 0; i < devices; ++i) {
                 const QString path = QStringLiteral("devices/d%1").arg(i);
                 QDir().mkpath(sys() + u'/' + path);

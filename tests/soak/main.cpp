@@ -30,7 +30,7 @@
 namespace {
 constexpr int skipped = 77;
 constexpr qint64 checkInterval = 30'000; // milliseconds
-constexpr int mostThreads = 40;
+constexpr int maxThreads = 40;
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
@@ -181,7 +181,7 @@ private:
         if (!good)
             std::puts(firstDifference(shown_, captured_).c_str());
         std::fflush(stdout);
-        const bool pilesUp = threads() > mostThreads;
+        const bool pilesUp = threads() > maxThreads;
         return good && isGood(pilesUp ? QStringLiteral("threads pile up") : QString());
     }
     static bool isGood(const QString &problem)
