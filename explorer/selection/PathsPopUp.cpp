@@ -17,7 +17,7 @@ PathsPopUp::PathsPopUp(QComboBox &button, const ExplorerContext &context)
     connect(&entryPathsButton_, &QComboBox::activated, this, &PathsPopUp::choose);
 }
 
-void PathsPopUp::populate(const EntryRef &entry, const Path &selected)
+void PathsPopUp::populatePathsPopup(const EntryRef &entry, const Path &selected)
 {
     entryPathsButton_.clear();
     entryPathsOfItems_.clear();

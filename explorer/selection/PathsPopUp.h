@@ -19,7 +19,7 @@ public:
     PathsPopUp(QComboBox &button, const ExplorerContext &context);
 
     // Lists the paths of the entry, or none, plane by plane.
-    void populate(const EntryRef &entry, const Path &selected);
+    void populatePathsPopup(const EntryRef &entry, const Path &selected);
     void select(const TavRegistryEntryPath &path);
     void choose(int item);
     void goTo(const Path &path); // if there is one

@@ -53,7 +53,7 @@ void EntryFacts::show(const TavRegistryEntry &entry, const QString &plane, bool 
     objectActiveCell_->setChecked(entry.isActive());
 }
 
-void EntryFacts::clear()
+void EntryFacts::clearObjectInfo()
 {
     objectNameField_->setDimmed(true);
     objectNameField_->setFact(tr("(No object selected)"));

@@ -18,7 +18,7 @@ public:
 
     // The inheritance may stop short of the base class where the host cannot look it up.
     void show(const TavRegistryEntry &entry, const QString &plane, bool hasSuperclassLookup);
-    void clear();
+    void clearObjectInfo();
 
 private:
     void alignServiceFacts(QMainWindow &window);

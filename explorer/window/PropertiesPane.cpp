@@ -39,7 +39,8 @@ PropertiesPane::PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDat
 {
     propertiesOutlineView_->setDataSource(*dataSource_);
     setUpFormats(window);
-    connect(attributeRequests_.get(), &AttributeRequests::begun, this, &PropertiesPane::refresh);
+    connect(attributeRequests_.get(), &AttributeRequests::begun, this,
+            &PropertiesPane::refreshPropertiesOutlineView);
     connect(attributeRequests_.get(), &AttributeRequests::finished, this,
             &PropertiesPane::attributeRead);
 }
@@ -93,7 +94,7 @@ void PropertiesPane::clearSelection()
     propertiesOutlineView_->clearSelection();
 }
 
-void PropertiesPane::refresh()
+void PropertiesPane::refreshPropertiesOutlineView()
 {
     propertiesOutlineView_->noteHeightOfAllRowsChanged();
 }
@@ -120,7 +121,7 @@ void PropertiesPane::dataViewOptionsChanged(TavRegistryProperty *item)
     // The same format may apply to properties of this window's entry.
     if (auto *const shown = dynamic_cast<TavPropertyOutlineItem *>(rootPropertyItem_.get()))
         shown->resetDisplayValueRecursive();
-    refresh();
+    refreshPropertiesOutlineView();
 }
 
 void PropertiesPane::selectPropertyKeyIndexPath(const std::vector<PropertyPathMember> &path)

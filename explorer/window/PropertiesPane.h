@@ -31,7 +31,7 @@ public:
     const PropertyRef &rootPropertyItem() const override { return rootPropertyItem_; }
     QWidget *view() const;
     void clearSelection();
-    void refresh();
+    void refreshPropertiesOutlineView();
     // The format controller formats what is selected here.
     void propertiesViewSelectionChanged() override;
     void dataViewOptionsChanged(TavRegistryProperty *item);

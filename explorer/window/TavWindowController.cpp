@@ -156,7 +156,7 @@ void TavWindowController::windowDidLoad()
     const QString bookmark = bookmarks ? bookmarks->defaultBookmarkPath() : QString();
     planeMenu_->updatePlaneList(dataStore_->registryPlanes());
     finder_->loadDefaultFindOptions();
-    facts_->clear();
+    facts_->clearObjectInfo();
     const PreferencesStore &preferences = PreferencesStore::standard();
     const QString plane = preferences.string(PreferenceKeys::defaultPlane);
     setRegistryPlane(plane.isEmpty() ? QString(PreferenceKeys::defaultPlane.defaultValue) : plane,
@@ -170,7 +170,7 @@ void TavWindowController::windowDidLoad()
         outlineView();
     else
         browserView();
-    status_->update(*dataStore_);
+    status_->updateStatusBar(*dataStore_);
     synchronizeWindowTitleWithDocumentName();
     QTimer::singleShot(0, this, &TavWindowController::makeExplorerFirstResponder);
 }

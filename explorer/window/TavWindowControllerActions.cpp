@@ -79,7 +79,7 @@ void TavWindowController::showView(ExplorerViews::Style style)
         makeExplorerFirstResponder();
     QWidget::setTabOrder(finder_->field(), views_->visibleView());
     QWidget::setTabOrder(views_->visibleView(), properties_->view());
-    properties_->refresh();
+    properties_->refreshPropertiesOutlineView();
     menuCommands_->validate();
     window_->setUpdatesEnabled(true);
 }

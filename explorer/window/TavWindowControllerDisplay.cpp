@@ -44,12 +44,12 @@ void TavWindowController::planeChanged()
 void TavWindowController::showSelectedEntry()
 {
     const EntryRef &entry = selection_->entry();
-    pathsPopUp_->populate(entry, selectedEntryPath());
+    pathsPopUp_->populatePathsPopup(entry, selectedEntryPath());
     if (entry) {
         const RegistryService *const service = dataStore_->service();
         facts_->show(*entry, registryPlane(), !service || service->hasSuperclassLookup());
     } else {
-        facts_->clear();
+        facts_->clearObjectInfo();
         properties_->clearSelection();
     }
     properties_->showPropertiesOf(entry);
@@ -86,32 +86,32 @@ void TavWindowController::refreshDisplay()
         finder_->findObjectsMatching(findQuery());
     views_->reloadAfterChange();
     goToEntryPath(selectedEntryPath(), false, false);
-    properties_->refresh();
+    properties_->refreshPropertiesOutlineView();
     menuCommands_->validate(); // what stands beside the selection may have changed
 }
 
 void TavWindowController::noteDataStoreOutOfDate()
 {
-    status_->update(*dataStore_);
+    status_->updateStatusBar(*dataStore_);
 }
 
 void TavWindowController::noteDataStoreChanged()
 {
     refreshDisplay();
-    status_->update(*dataStore_);
+    status_->updateStatusBar(*dataStore_);
 }
 
 void TavWindowController::noteDataStoreObjectChanged()
 {
     refreshDisplay();
-    status_->update(*dataStore_);
+    status_->updateStatusBar(*dataStore_);
 }
 
 void TavWindowController::noteDataStoreObjectsTerminated()
 {
     views_->redisplay();
     finder_->redisplay();
-    status_->update(*dataStore_);
+    status_->updateStatusBar(*dataStore_);
     menuCommands_->validate();
 }
 
@@ -137,7 +137,7 @@ void TavWindowController::showAttributeRead(quint64 entryTag, const QString &att
         return;
     const bool wasCurrent = properties_->isCurrent(attribute);
     selection_->setSelectedEntry(selection_->entry());
-    properties_->refresh();
+    properties_->refreshPropertiesOutlineView();
     if (wasCurrent && !properties_->isCurrent(attribute)) // else it failed, and is still unread
         properties_->goToAttribute(attribute);
 }

@@ -30,7 +30,7 @@ WindowStatus::WindowStatus(QMainWindow &window)
             &WindowStatus::tryAgainRequested);
 }
 
-void WindowStatus::update(const TavDataStore &dataStore)
+void WindowStatus::updateStatusBar(const TavDataStore &dataStore)
 {
     incompleteBar_->setObjects(dataStore.incompleteObjects(), dataStore.isLive());
     systemStatusField1_->setText(

@@ -16,7 +16,7 @@ class WindowStatus : public QObject
 public:
     explicit WindowStatus(QMainWindow &window); // which owns the widgets
 
-    void update(const TavDataStore &dataStore);
+    void updateStatusBar(const TavDataStore &dataStore);
     void reportPathNotFound(const QString &message); // for a while
     void reportPathFound(bool isAmbiguous);
 
