@@ -139,7 +139,7 @@ private:
                     window_->update();
             },
             [&] { window_->findWithString(QString::fromLatin1(queries[below(4)])); },
-            [&] { window_->findNext(below(2) == 0, below(2) == 0, true); },
+            [&] { window_->finder().findNext(below(2) == 0, below(2) == 0, true); },
             [&] { window_->toggleShowTerminatedObjects(); },
             [&] { window_->browserIsVisible() ? window_->outlineView() : window_->browserView(); },
             [] {}, // now and then nothing
