@@ -233,7 +233,7 @@ void TavApplicationDelegate::showAbout() const
         {.title = tr("About Vandrel"),
          .message = QStringLiteral("<b>Vandrel %1</b>").arg(QLatin1String(VANDREL_VERSION)),
          .details = tr("Shows the devices and drivers that the Linux kernel knows of, and how they "
-                       "hang together. It only reads and never changes anything."),
+                       "are connected. It only reads and never changes anything."),
          .window = mainWindowController()->window(),
          .kind = Alert::Kind::About});
 }

@@ -5,6 +5,7 @@
 #include "explorer/tree/TavRegistryOutlineView.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/desktop/SplitViewAutosave.h"
+#include "platform/preferences/PreferenceKeys.h"
 #include "platform/widgets/ColumnBrowser.h"
 #include "platform/widgets/SegmentedControl.h"
 
@@ -83,8 +84,8 @@ void ExplorerViews::arrangeSplitView(Qt::Orientation panes)
 {
     const bool isSideBySide = panes == Qt::Horizontal;
     const bool isRestored = splitViewAutosave_->arrange(
-        panes, isSideBySide ? QStringLiteral("TavExplorerSplitView-Vertical")
-                            : QStringLiteral("TavExplorerSplitView-Horizontal"));
+        panes, (isSideBySide ? PreferenceKeys::dividerOfTree : PreferenceKeys::dividerOfColumns)
+                   .toString());
     const int extent = isSideBySide ? window_.width() : window_.height();
     if (!isRestored)
         explorerSplitView_->setSizes({extent * 2 / 5, extent * 3 / 5});

@@ -47,6 +47,9 @@ inline constexpr ListKey encodings{QLatin1String("Encodings")};
 inline constexpr ListKey bookmarks{QLatin1String("Bookmarks")};
 inline constexpr IntegerKey defaultBookmark{QLatin1String("DefaultBookmarkIndex"), -1}; // -1: none
 inline constexpr ListKey explorerWindowSize{QLatin1String("TavExplorerWindowSize")};
+// Of the tree, which is beside the properties, and of the columns above them.
+inline constexpr ListKey dividerOfTree{QLatin1String("TavExplorerSplitView-Vertical")};
+inline constexpr ListKey dividerOfColumns{QLatin1String("TavExplorerSplitView-Horizontal")};
 inline constexpr ListKey browserColumns{QLatin1String("TavRegistryBrowser-Columns")};
 inline constexpr ListKey recentDocuments{QLatin1String("RecentDocuments")}; // in their own domain
 
