@@ -146,7 +146,8 @@ QString TavApplicationDelegate::missingPlace(const CommandLine &line) const
         return tr("There is no plane %1. Planes are: %2")
             .arg(line.plane, planes.join(QLatin1String(", ")));
     if (!line.selectedPath.isNull() &&
-        store.entriesMatchingRegistryPath(line.selectedPath).entries.isEmpty())
+        store.entriesMatchingRegistryPath(line.selectedPath).entries.isEmpty() &&
+        store.locator().find(line.selectedPath).empty())
         return tr("There is no entry at %1").arg(line.selectedPath);
     return {};
 }

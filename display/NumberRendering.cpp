@@ -20,10 +20,14 @@ QByteArray storedBytes(const RegistryValue &number)
     return bytes;
 }
 
-QString asHexadecimal(const RegistryValue &number)
+// As the host wrote it.
+QString automatic(const RegistryValue &number)
 {
     if (number.numberWidth() == 0)
         return NumberRendering::tr("(illegal number value)");
+    if (number.notation() == RegistryValue::Notation::Decimal)
+        return number.isSignedNumber() ? QString::number(number.signedNumber())
+                                       : QString::number(number.numberBits());
     return QStringLiteral("0x") + QString::number(number.numberBits(), 16);
 }
 
@@ -58,7 +62,7 @@ QString NumberRendering::text(const RegistryValue &number, const PropertyFormatO
                               qint32 machineByteOrder)
 {
     if (options.unit == PropertyFormatOptions::automatic)
-        return asHexadecimal(number);
+        return automatic(number);
     const QByteArray bytes = storedBytes(number);
     if (bytes.isEmpty())
         return internalError();

@@ -8,6 +8,7 @@ class ValueStyles
 {
 public:
     static constexpr TextAttributes plain{};
+    static constexpr TextAttributes link{.link = true};
     // Wrapped lines align after the opening bracket.
     static constexpr TextAttributes fixedPitch{.fixedPitch = true, .headIndent = '<'};
     static constexpr TextAttributes characterWrap{.wrap = TextAttributes::Wrap::Character};

@@ -51,6 +51,12 @@ constexpr Explanation facts[] = {
      QT_TRANSLATE_NOOP("Explanations",
                        "The kernel module whose driver serves the entry; org.linux.kernel is the "
                        "kernel itself")},
+    {"objectBundleFile",
+     QT_TRANSLATE_NOOP("Explanations", "The file of the kernel module on this machine")},
+    {"objectKernelPath",
+     QT_TRANSLATE_NOOP("Explanations", "Where the kernel shows the object in its own tree")},
+    {"objectDeviceNode",
+     QT_TRANSLATE_NOOP("Explanations", "The file by which programs use the device")},
     {"objectRetainCount",
      QT_TRANSLATE_NOOP("Explanations",
                        "How many others hold the object, as far as can be seen: it stays until "

@@ -20,6 +20,9 @@ struct EntryRecord
         Active = 16,
     };
 
+    // The longest path that programs can use; those of deeper objects are not kept.
+    static constexpr qsizetype maxKernelPath = 4096;
+
     void setFlag(Flag flag, bool on)
     {
         flags = static_cast<quint8>(on ? flags | flag : flags & ~flag);
@@ -33,6 +36,7 @@ struct EntryRecord
     QStringList inheritance = {}; // most derived first
     QString name = {};            // in no plane in particular
     QString location = {};
+    CompactString kernelPath = {}; // such as "/sys/bus/pci"; empty: none
     NamesByPlane namesInPlanes = {};
     NamesByPlane locationsInPlanes = {};
     PlaneMap<EntryList> childrenInPlanes = {};

@@ -117,6 +117,9 @@ public:
     virtual RegistryStatus busyState(RegistryObject object, quint32 &busyCount) = 0;
     virtual quint32 retainCount(RegistryObject object) = 0;
 
+    // The object's path in the kernel's own tree, such as "/sys/bus/pci"; null: none.
+    virtual QString kernelPath(RegistryObject) { return {}; }
+
     virtual void retain(RegistryObject object) = 0;
     virtual void release(RegistryObject object) = 0;
 

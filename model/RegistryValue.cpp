@@ -32,6 +32,7 @@ RegistryValue::RegistryValue(const RegistryValue &other) noexcept
     , type_(other.type_)
     , width_(other.width_)
     , isSigned_(other.isSigned_)
+    , notation_(other.notation_)
 {
     retain();
 }
@@ -42,6 +43,7 @@ RegistryValue::RegistryValue(RegistryValue &&other) noexcept
     , type_(std::exchange(other.type_, Type::None))
     , width_(other.width_)
     , isSigned_(other.isSigned_)
+    , notation_(other.notation_)
 {}
 
 RegistryValue &RegistryValue::operator=(RegistryValue other) noexcept
@@ -51,6 +53,7 @@ RegistryValue &RegistryValue::operator=(RegistryValue other) noexcept
     std::swap(type_, other.type_);
     std::swap(width_, other.width_);
     std::swap(isSigned_, other.isSigned_);
+    std::swap(notation_, other.notation_);
     return *this;
 }
 
@@ -145,12 +148,13 @@ RegistryValue RegistryValue::string(QString text)
     return value;
 }
 
-RegistryValue RegistryValue::number(quint64 bits, int width, bool isSigned)
+RegistryValue RegistryValue::number(quint64 bits, int width, bool isSigned, Notation notation)
 {
     RegistryValue value(Type::Number);
     value.bits_ = width < 8 ? bits & ((quint64(1) << (8 * width)) - 1) : bits;
     value.width_ = static_cast<quint8>(width);
     value.isSigned_ = isSigned;
+    value.notation_ = notation;
     return value;
 }
 

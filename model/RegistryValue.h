@@ -25,6 +25,9 @@ public:
         Null,
     };
 
+    // How the host wrote a number.
+    enum class Notation : quint8 { Unknown, Decimal, Hexadecimal };
+
     struct Member;
     using Members = std::vector<Member>; // in the order the service gives
     using Elements = std::vector<RegistryValue>;
@@ -39,9 +42,9 @@ public:
     static RegistryValue array(Elements elements);
     static RegistryValue set(Elements members);
     static RegistryValue string(QString text);
-    // Width is 1, 2, 4 or 8 bytes; higher bits are cut off. The sign matters for comparing only:
-    // how it is shown is up to the display.
-    static RegistryValue number(quint64 bits, int width, bool isSigned = false);
+    // Width is 1, 2, 4 or 8 bytes; higher bits are cut off. How it is shown is up to the display.
+    static RegistryValue number(quint64 bits, int width, bool isSigned = false,
+                                Notation notation = Notation::Unknown);
     static RegistryValue boolean(bool truth);
     static RegistryValue data(QByteArray bytes);
     static RegistryValue date(const QDateTime &date); // to the millisecond, UTC
@@ -65,6 +68,7 @@ public:
     quint64 numberBits() const;  // zero-extended
     qint64 signedNumber() const; // sign-extended from its width
     bool isSignedNumber() const { return type_ == Type::Number && isSigned_; }
+    Notation notation() const { return notation_; } // does not matter for comparing
     // Negative, 0 or positive, by numeric value, whatever the widths and signs.
     static int compareNumbers(const RegistryValue &a, const RegistryValue &b);
     // Like ==, but numbers are compared by numeric value.
@@ -110,6 +114,7 @@ private:
     Type type_ = Type::None;
     quint8 width_ = 0; // of a number
     bool isSigned_ = false;
+    Notation notation_ = Notation::Unknown;
 };
 
 size_t qHash(const RegistryValue &value, size_t seed = 0);

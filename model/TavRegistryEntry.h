@@ -109,9 +109,11 @@ public:
     bool hasTree() const { return properties_ != nullptr; }         // made already
     void dropUnusedTree();                                          // if it can be built again
     const PropertyText &propertyText() const { return propertyText_; }
+    const RegistryValue &table() const { return table_; } // none: there is only the tree
 
-    const QString &bundleID() const { return facts_.bundleID; } // null: none
-    QString bundlePath() const;                                 // null: none
+    const QString &bundleID() const { return facts_.bundleID; }        // null: none
+    QString bundlePath() const;                                        // null: none
+    QString kernelPath() const { return facts_.kernelPath.toOwner(); } // empty: none
     QString nameInPlane(const QString &plane) const;
     QString locationInPlane(const QString &plane) const;       // null: none
     QString nameAtLocationInPlane(const QString &plane) const; // "name@location" or "name"
@@ -188,6 +190,7 @@ private:
     bool readIdentity(RegistryService &service);
     bool readInheritance(RegistryService &service);
     bool readServiceState(RegistryService &service);
+    void readKernelPath(RegistryService &service);
     void makePropertiesOf(const RegistryValue &table);
     QStringList planesWithParents() const;
     EntryList newChildrenInPlane(const QString &plane, const QByteArray &cPlane);

@@ -104,6 +104,7 @@ bool TavRegistryEntry::readAttributesAndProperties()
     if (conformsToDxService() && !readServiceState(service))
         return false;
     facts_.kernelRetainCount = service.retainCount(handle_.get());
+    readKernelPath(service);
     RegistryValue table;
     const bool isRead = readDxRegistryNameAndLocationInPlane({}) &&
                         service.copyProperties(handle_.get(), table) == RegistryStatus::Success;
@@ -156,6 +157,15 @@ void TavRegistryEntry::dropUnusedTree()
 {
     if (!table_.isNone() && properties_.use_count() == 1)
         properties_.reset();
+}
+
+// Changes when the kernel renames the object.
+void TavRegistryEntry::readKernelPath(RegistryService &service)
+{
+    const QString path = service.kernelPath(handle_.get());
+    const QStringView known(facts_.kernelPath.data(), facts_.kernelPath.size());
+    if (known != path && path.size() <= EntryRecord::maxKernelPath)
+        facts_.kernelPath = CompactString(path);
 }
 
 bool TavRegistryEntry::readServiceState(RegistryService &service)

@@ -51,6 +51,7 @@ struct EntryKey
     static constexpr QLatin1String isActive{"isActive"};
     static constexpr QLatin1String registryState{"registryState"};
     static constexpr QLatin1String properties{"properties"};
+    static constexpr QLatin1String kernelPath{"kernelPath"}; // optional
     // Of version 1.
     static constexpr QLatin1String isNew{"isNew"};
     static constexpr QLatin1String terminationAcknowledged{"terminationAcknowledged"};
@@ -70,4 +71,5 @@ struct PropertyKey
     static constexpr QLatin1String collectionType{"collectionType"};
     static constexpr QLatin1String children{"children"};
     static constexpr QLatin1String value{"value"};
+    static constexpr QLatin1String notation{"notation"}; // optional: how the host wrote a number
 };

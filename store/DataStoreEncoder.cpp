@@ -145,6 +145,8 @@ void DataStoreEncoder::encodeEntry(const TavRegistryEntry &entry)
     archiver_.encodeInteger(EntryKey::registryState, static_cast<quint32>(entry.registryState()));
     archiver_.encodeReference(EntryKey::properties,
                               archiver_.reference(*treeOf(entry), propertyClass_));
+    if (entry.facts().kernelPath.size() > 0)
+        archiver_.encodeString(EntryKey::kernelPath, entry.kernelPath());
 }
 
 const TavRegistryProperty *DataStoreEncoder::treeOf(const TavRegistryEntry &entry) const
@@ -169,7 +171,14 @@ void DataStoreEncoder::encodeProperty(const TavRegistryProperty &node)
     if (node.isCollection())
         encodeChildren(node);
     else
-        archiver_.encodeValue(PropertyKey::value, archiveValue(node.value()));
+        encodeValue(node.value());
+}
+
+void DataStoreEncoder::encodeValue(const RegistryValue &value)
+{
+    archiver_.encodeValue(PropertyKey::value, archiveValue(value));
+    if (value.notation() != RegistryValue::Notation::Unknown)
+        archiver_.encodeInteger(PropertyKey::notation, static_cast<quint32>(value.notation()));
 }
 
 void DataStoreEncoder::encodeParent(const TavRegistryProperty &node)

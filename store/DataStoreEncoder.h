@@ -31,6 +31,7 @@ private:
     void encodeEntry(const TavRegistryEntry &entry);
     void encodeProperty(const TavRegistryProperty &node);
     void encodeParent(const TavRegistryProperty &node);
+    void encodeValue(const RegistryValue &value);
     void encodeChildren(const TavRegistryProperty &node);
     void encodeStrings(QLatin1String key, const QStringList &strings);
     void encodeNames(QLatin1String key, const NamesByPlane &names);

@@ -108,8 +108,23 @@ bool PropertyTreeDecoder::decodeValue(const ObjectDecoder &object, Node &node)
                            ArchiveKind::String | ArchiveKind::Data | ArchiveKind::Date |
                            ArchiveKind::List;
     node.value = registryValue(object.decodeValue(PropertyKey::value, kinds));
+    if (node.value.type() == RegistryValue::Type::Number && !decodeNotation(object, node))
+        return false;
     node.type = node.value.type();
     return !node.value.isNone() || fail("contents.value", nullptr);
+}
+
+bool PropertyTreeDecoder::decodeNotation(const ObjectDecoder &object, Node &node)
+{
+    using Notation = RegistryValue::Notation;
+    const auto written = object.decodeInteger<quint32>(PropertyKey::notation);
+    if (unarchiver_.error())
+        return fail(PropertyKey::notation.data(), nullptr);
+    if (written <= static_cast<quint32>(Notation::Hexadecimal)) // else by a later version
+        node.value =
+            RegistryValue::number(node.value.numberBits(), node.value.numberWidth(),
+                                  node.value.isSignedNumber(), static_cast<Notation>(written));
+    return true;
 }
 
 bool PropertyTreeDecoder::isOfTable(const Node &node) const

@@ -33,6 +33,7 @@ private:
     bool decodeIdent(const ObjectDecoder &object, Node &node);
     bool decodeChildren(const ObjectDecoder &object, std::size_t index);
     bool decodeValue(const ObjectDecoder &object, Node &node);
+    bool decodeNotation(const ObjectDecoder &object, Node &node);
     bool isOfTable(const Node &node) const; // as built from a table
     RegistryValue makeTable();
     PropertyRef makeTree(TavRegistryEntry &owner) const;

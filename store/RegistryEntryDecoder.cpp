@@ -121,9 +121,18 @@ bool RegistryEntryDecoder::decodeNames(const ObjectDecoder &object, EntryRecord 
     facts.location = object.decodeString(EntryKey::location);
     if (!isDecoded(facts.location, "location"))
         return false;
-    return setNames(facts.locationsInPlanes,
-                    object.valueView(EntryKey::locationsInPlanes, table)) ||
-           fail("location", "not a table of locations");
+    return (setNames(facts.locationsInPlanes,
+                     object.valueView(EntryKey::locationsInPlanes, table)) ||
+            fail("location", "not a table of locations")) &&
+           decodeKernelPath(object, facts);
+}
+
+bool RegistryEntryDecoder::decodeKernelPath(const ObjectDecoder &object, EntryRecord &facts)
+{
+    const QString path = object.decodeString(EntryKey::kernelPath);
+    if (path.size() <= EntryRecord::maxKernelPath)
+        facts.kernelPath = CompactString(path);
+    return succeeded(EntryKey::kernelPath.data());
 }
 
 bool RegistryEntryDecoder::decodeInheritance(const ObjectDecoder &object, EntryRecord &facts)

@@ -31,6 +31,7 @@ private:
     bool decodeOldState(const ObjectDecoder &object, EntryRecord &facts);
     bool decodeOldProperties(const ObjectDecoder &object, TavRegistryEntry &entry);
     static qint32 versionOf(const ObjectDecoder &object);
+    bool decodeKernelPath(const ObjectDecoder &object, EntryRecord &facts);
     bool decodeInheritance(const ObjectDecoder &object, EntryRecord &facts);
     bool decodeNewInheritance(const ObjectDecoder &object, EntryRecord &facts);
     bool setNames(NamesByPlane &names, const ArchiveValueView &value);

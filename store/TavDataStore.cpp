@@ -126,6 +126,7 @@ void TavDataStore::readRegistry(const QDateTime &began)
     }
     updatePlanes();
     pass_.run(*service_, registryEntries_, registryPlanes_);
+    locator_.reset();
     isUpToDate_ = true;
     announceUpdate();
 }
@@ -195,6 +196,7 @@ void TavDataStore::readAttribute(TavRegistryEntry &entry, const QString &attribu
 void TavDataStore::noteObjectChanged(TavRegistryEntry &entry)
 {
     const EntryRef held = entry.shared_from_this(); // an observer may drop it
+    locator_.reset();
     NotificationCenter::defaultCenter().post(DataStoreNotifications::objectChanged, &entry);
 }
 
@@ -247,6 +249,7 @@ TavRegistryEntry *TavDataStore::_registryEntryWithDxRegistryEntry(RegistryObject
     entry->setIsRegistryRoot(isRoot);
     entriesByTag_.emplace(entry->entryTag(), entry.get());
     registryEntries_.push_back(std::move(entry));
+    locator_.reset();
     return registryEntries_.back().get();
 }
 
@@ -267,6 +270,7 @@ void TavDataStore::clearTerminatedObjects()
 void TavDataStore::dropEntries(const EntrySet &leaving)
 {
     const std::size_t countBefore = registryEntries_.size();
+    locator_.reset();
     const auto isLeaving = [&](const EntryRef &entry) { return leaving.contains(entry.get()); };
     for (const EntryRef &entry : registryEntries_) {
         if (isLeaving(entry)) {
@@ -310,6 +314,13 @@ TavDataStore::PathMatches TavDataStore::entriesMatchingRegistryPath(const QStrin
         rest.prepend(topName);
     const EntrySet entries = top->entriesMatchingRelativeRegistryPath(rest, plane);
     return {entries, entries.isEmpty() ? QString() : plane};
+}
+
+const EntryLocator &TavDataStore::locator() const
+{
+    if (!locator_)
+        locator_ = std::make_unique<EntryLocator>(registryEntries_);
+    return *locator_;
 }
 
 void TavDataStore::post(const QString &notification)

@@ -4,6 +4,7 @@
 #include "model/EntryOrder.h"
 #include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
+#include "store/EntryLocator.h"
 #include "store/LiveUpdate.h"
 #include "store/RegistryPass.h"
 #include "store/TavDataStoreDelegate.h"
@@ -84,6 +85,9 @@ public:
     // the root.
     PathMatches entriesMatchingRegistryPath(const QString &path) const;
 
+    // Made when it is first asked for after a change.
+    const EntryLocator &locator() const;
+
     // Adds all matching entries, and by plane the entries with a match below them. Both may be
     // null.
     void runQuery(const QString &query, FindOptions options, EntrySet *matches,
@@ -139,6 +143,7 @@ private:
     QStringList registryPlanes_;
     std::vector<EntryOrder> planeOrders_; // from the root; valid at ordersAsOf_
     quint64 ordersAsOf_ = 0;
+    mutable std::unique_ptr<EntryLocator> locator_; // null after a change
     RegistryPass pass_;
     LiveUpdate live_;
     quint64 directUpdates_ = 0;                             // those that blocked

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "display/views/PropertiesContextMenu.h"
 
+#include "display/TavPropertyOutlineItem.h"
+#include "display/views/ShowAsMenu.h"
 #include "display/views/TavFormatController.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
@@ -18,12 +20,27 @@ PropertiesContextMenu::PropertiesContextMenu(TavPropertiesOutlineView &view,
 {
     setAttribute(Qt::WA_DeleteOnClose);
     if (index.isValid()) {
+        addLinkActions();
         addReadAction();
         addCopyActions();
     }
     addExpansionActions();
-    if (index.isValid())
+    if (index.isValid()) {
+        addSeparator();
+        addShowAsMenu();
         addFormatAction();
+    }
+}
+
+void PropertiesContextMenu::addLinkActions()
+{
+    DataSource *const source = view_.dataSource();
+    if (!source->isLink(index_))
+        return;
+    addAction(tr("&Go to Target"), this, [this, source] { source->followLink(index_, false); });
+    addAction(tr("Open Target in &New Window"), this,
+              [this, source] { source->followLink(index_, true); });
+    addSeparator();
 }
 
 // For attributes that are read only on request.
@@ -58,9 +75,31 @@ void PropertiesContextMenu::addExpansionActions()
               [view = &view_] { view->setAllRowsExpanded(false); });
 }
 
+void PropertiesContextMenu::addShowAsMenu()
+{
+    auto *const item = dynamic_cast<TavPropertyOutlineItem *>(view_.dataSource()->item(index_));
+    if (!item || !ShowAsMenu::isFor(*item))
+        return;
+    auto *const menu = new ShowAsMenu(*item, this);
+    addMenu(menu);
+    const auto select = [this] {
+        if (index_.isValid())
+            view_.setCurrentIndex(index_);
+        return index_.isValid();
+    };
+    TavFormatController &formats = TavFormatController::sharedInstance();
+    connect(menu, &ShowAsMenu::formatChosen, this, [select, &formats](const auto &options) {
+        if (select())
+            formats.formatSelectionForItsClass(options);
+    });
+    connect(menu, &ShowAsMenu::resetChosen, this, [select, &formats] {
+        if (select())
+            formats.resetFormatOfSelection();
+    });
+}
+
 void PropertiesContextMenu::addFormatAction()
 {
-    addSeparator();
     addAction(tr("Show in &Format Panel"), this, [this] {
         if (!index_.isValid())
             return;

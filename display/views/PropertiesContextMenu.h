@@ -14,9 +14,11 @@ public:
     PropertiesContextMenu(TavPropertiesOutlineView &view, const QModelIndex &index);
 
 private:
+    void addLinkActions();
     void addReadAction();
     void addCopyActions();
     void addExpansionActions();
+    void addShowAsMenu();
     void addFormatAction();
     void copy(const QString &text) const;
     QString cellText(int column) const;

@@ -19,4 +19,7 @@ public:
         return Reading::NotOffered;
     }
     virtual void readAttribute(const QString & /*attribute*/) {}
+    // Whether the value is a link to another entry.
+    virtual bool isLink(const TavRegistryProperty & /*item*/) const { return false; }
+    virtual void followLink(const TavRegistryProperty & /*item*/, bool /*inNewWindow*/) {}
 };

@@ -64,6 +64,12 @@ void StyledTextLayout::setFormats(const StyledText &text, const ValueFonts &font
         all.format.setForeground(gray);
         formats.append(all);
     }
+    if (text.attributes().link) {
+        QTextLayout::FormatRange all{0, static_cast<int>(text.text().size()), {}};
+        all.format.setForeground(palette.brush(QPalette::Link));
+        all.format.setFontUnderline(true);
+        formats.append(all);
+    }
     for (const StyledText::Range &range : text.overrides()) {
         QTextCharFormat format;
         if (range.attributes.fixedPitch != text.attributes().fixedPitch)

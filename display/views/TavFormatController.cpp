@@ -305,6 +305,30 @@ void TavFormatController::propertyFormatActionMenuChanged(int tag)
     noteOptionsChanged();
 }
 
+void TavFormatController::formatSelectionForItsClass(const PropertyFormatOptions &options)
+{
+    if (!selectedItem_ || selectedRegistryEntry_->inheritance().isEmpty())
+        return;
+    change(formatTitle(), [this, &options] {
+        selectedItem_->setPropertyFormats(options, selectedRegistryEntry_->inheritance().first());
+    });
+    showSelection();
+    noteOptionsChanged();
+}
+
+void TavFormatController::resetFormatOfSelection()
+{
+    const auto stored = selectedItem_ ? selectedItem_->getPropertyFormats() : std::nullopt;
+    if (!stored || stored->isShared)
+        return;
+    change(formatTitle(), [this, &stored] {
+        selectedItem_->setPropertyFormats({.unit = PropertyFormatOptions::useDefault},
+                                          stored->className);
+    });
+    showSelection();
+    noteOptionsChanged();
+}
+
 void TavFormatController::setDefaultPropertyFormats()
 {
     PropertyFormatStore::setDefaultDescriptor(propertyFormatDescriptor());

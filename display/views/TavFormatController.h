@@ -61,6 +61,11 @@ public:
     // Sets the item's title. Returns whether its command can run now.
     bool validateMenuItem(QAction &item) const;
 
+    // Without the panel: stores the format for the class of the selected property's entry, or
+    // removes the one that is stored for the property.
+    void formatSelectionForItsClass(const PropertyFormatOptions &options);
+    void resetFormatOfSelection();
+
     // Actions of the panel's controls and its menu.
     void dataViewOptionChanged(bool isClassChange);
     void propertyFormatActionMenuChanged(int tag);

@@ -62,6 +62,35 @@ void TavPropertiesOutlineView::setUpHeader()
     setSortingEnabled(true);
 }
 
+// Return follows a link, Ctrl+Return in a new window.
+void TavPropertiesOutlineView::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && state() != EditingState && dataSource_->isLink(currentIndex())) {
+        event->accept();
+        dataSource_->followLink(currentIndex(), event->modifiers() & Qt::ControlModifier);
+        return;
+    }
+    OutlineView::keyPressEvent(event);
+}
+
+// A plain click selects, so that a link can be copied, too.
+void TavPropertiesOutlineView::mousePressEvent(QMouseEvent *event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    const bool inNewWindow = event->button() == Qt::MiddleButton;
+    const bool isOnLink = index.column() == TavPropertiesOutlineViewDataSource::ValueColumn &&
+                          dataSource_->isLink(index);
+    if (isOnLink && (inNewWindow || (event->button() == Qt::LeftButton &&
+                                     event->modifiers() == Qt::ControlModifier))) {
+        event->accept();
+        setCurrentIndex(index);
+        dataSource_->followLink(index, inNewWindow);
+        return;
+    }
+    OutlineView::mousePressEvent(event);
+}
+
 void TavPropertiesOutlineView::reloadData()
 {
     const QScopedValueRollback reloading(isReloading_, true);

@@ -4,6 +4,8 @@
 #include "display/PropertyCounterparts.h"
 #include "display/PropertyOrder.h"
 #include "display/TavPropertyOutlineItem.h"
+#include "display/ValueReading.h"
+#include "display/ValueStyles.h"
 #include "platform/host/SystemBeep.h"
 #include "platform/widgets/PlainToolTip.h"
 
@@ -240,6 +242,19 @@ void TavPropertiesOutlineViewDataSource::readAttribute(const QModelIndex &index)
         windowController_.readAttribute(attribute(index));
 }
 
+bool TavPropertiesOutlineViewDataSource::isLink(const QModelIndex &index) const
+{
+    const TavRegistryProperty *const shown = item(index);
+    return shown && shown->valueType() == RegistryValue::Type::String &&
+           windowController_.isLink(*shown);
+}
+
+void TavPropertiesOutlineViewDataSource::followLink(const QModelIndex &index, bool inNewWindow)
+{
+    if (isLink(index))
+        windowController_.followLink(*item(index), inNewWindow);
+}
+
 StyledText TavPropertiesOutlineViewDataSource::styledText(const QModelIndex &index) const
 {
     StyledText text;
@@ -251,7 +266,8 @@ StyledText TavPropertiesOutlineViewDataSource::styledText(const QModelIndex &ind
         else if (index.column() == ValueColumn)
             text = isUnreadAttribute(index) && reading(index) == Reading::UnderWay
                        ? StyledText(tr("being read…"), {})
-                       : shown->displayValue();
+                   : isLink(index) ? StyledText(shown->displayValue().text(), ValueStyles::link)
+                                   : shown->displayValue();
     }
     return text.isNull() ? StyledText(QStringLiteral("ERROR!"), {}) : text;
 }
@@ -349,13 +365,17 @@ QVariant TavPropertiesOutlineViewDataSource::data(const QModelIndex &index, int 
         return styledText(index).text();
     case Qt::ToolTipRole: {
         const TavPropertyOutlineItem *const described = isValue ? outlineItem(shown) : nullptr;
-        const QString text = described ? described->valueTooltip() : QString();
-        return text.isEmpty() ? QVariant() : plainToolTip(text);
+        if (!described)
+            return {};
+        QStringList texts{described->valueTooltip(), ValueReading::ofProperty(*described)};
+        texts.removeAll(QString());
+        return texts.isEmpty() ? QVariant() : plainToolTip(texts.join(u'\n'));
     }
     case Qt::AccessibleDescriptionRole:
         return isUnreadAttribute(index) && reading(index) == Reading::Offered
                    ? tr("Press the space bar to read it.")
-                   : QVariant();
+               : isValue && isLink(index) ? tr("A link. Press Return to follow it.")
+                                          : QVariant();
     case Qt::ForegroundRole:
         if (isValue && (shown->valueType() == RegistryValue::Type::Array ||
                         shown->valueType() == RegistryValue::Type::Dictionary))

@@ -37,6 +37,8 @@ public:
     bool isUnreadAttribute(
         const QModelIndex &index) const; // a row with the reason why an attribute is not read
     void readAttribute(const QModelIndex &index); // when reading is offered
+    bool isLink(const QModelIndex &index) const;  // whether the row leads to another entry
+    void followLink(const QModelIndex &index, bool inNewWindow);
 
     TavRegistryProperty *item(const QModelIndex &index) const;  // null: the invisible root
     QModelIndex indexOf(const TavRegistryProperty &item) const; // invalid: not shown

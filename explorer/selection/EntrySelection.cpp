@@ -104,13 +104,39 @@ void EntrySelection::goToEntryPath(Path path, bool scrollToVisible, bool beepOnF
 void EntrySelection::goToRegistryPath(const QString &path)
 {
     const auto paths = entryPathsForRegistryPath(path.isEmpty() ? registryPlane_ : path);
-    if (paths.empty()) {
-        SystemBeep::beep();
-        Q_EMIT pathNotFound(path);
-        return;
-    }
+    if (paths.empty())
+        return goToNamedEntries(path);
     Q_EMIT pathFound(paths.size() > 1);
     goToEntryPath(paths.front(), true, true);
+}
+
+void EntrySelection::goToNamedEntries(const QString &name)
+{
+    std::vector<EntryRef> entries;
+    for (TavRegistryEntry *entry : dataStore_->locator().find(name))
+        entries.push_back(entry->shared_from_this());
+    if (entries.empty()) {
+        SystemBeep::beep();
+        Q_EMIT pathNotFound(name);
+    } else if (entries.size() == 1) {
+        Q_EMIT pathFound(false);
+        goToEntry(*entries.front());
+    } else {
+        Q_EMIT entriesFound(entries);
+    }
+}
+
+void EntrySelection::goToEntry(TavRegistryEntry &entry)
+{
+    Path path = entry.entryPathInPlane(registryPlane_, 0);
+    for (const QString &plane : dataStore_->registryPlanes()) {
+        if (!path)
+            path = entry.entryPathInPlane(plane, 0);
+    }
+    if (path)
+        goToEntryPath(path, true, true);
+    else
+        SystemBeep::beep();
 }
 
 // In their order, those of all entries at the path that are written like it.

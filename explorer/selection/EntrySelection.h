@@ -33,6 +33,8 @@ public:
     // Selects the path in the visible view as far as it leads.
     void goToEntryPath(Path path, bool scrollToVisible, bool beepOnFail);
     void goToRegistryPath(const QString &path);
+    // By a path in the plane on view, or else in the first plane that has one.
+    void goToEntry(TavRegistryEntry &entry);
 
     void selectParent();
     void selectChild();
@@ -53,8 +55,11 @@ Q_SIGNALS:
     void historyChanged();
     void pathFound(bool isAmbiguous);
     void pathNotFound(const QString &path);
+    // The text is not a path, but names several entries.
+    void entriesFound(const std::vector<EntryRef> &entries);
 
 private:
+    void goToNamedEntries(const QString &name);
     void selectSibling(int step);
     void goToVisited(const TavRegistryEntryPath &path);
     std::vector<TavRegistryEntryPath> entryPathsForRegistryPath(const QString &path) const;

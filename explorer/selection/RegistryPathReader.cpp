@@ -39,6 +39,8 @@ const QStringList &RegistryPathReader::candidates(const QString &text)
 
 RegistryPathReader::Problem RegistryPathReader::problem(const QString &text)
 {
+    if (!isInPlane(text) && text.contains(QLatin1String(":/")))
+        return otherProblem(text);
     read(text);
     const bool isBegun =
         std::any_of(candidates_.cbegin(), candidates_.cend(), [&](const QString &path) {
@@ -46,6 +48,8 @@ RegistryPathReader::Problem RegistryPathReader::problem(const QString &text)
         });
     if (problem_ || isBegun || text.isEmpty())
         return problem_;
+    if (!isInPlane(text))
+        return otherProblem(text);
     if (begin_->isEmpty())
         return planeProblem(text);
     if (text != *begin_)
@@ -57,27 +61,47 @@ RegistryPathReader::Problem RegistryPathReader::problem(const QString &text)
 
 RegistryPathReader::Problem RegistryPathReader::problemOfWhole(const QString &path)
 {
+    if (!isInPlane(path))
+        return otherProblem(path);
     read(path + u'/');
     return problem_;
 }
 
 void RegistryPathReader::read(const QString &text)
 {
-    const QString begin = text.left(text.lastIndexOf(u'/') + 1);
+    const bool isPath = isInPlane(text);
+    const QString begin = isPath ? text.left(text.lastIndexOf(u'/') + 1) : text;
     if (begin_ == begin)
         return;
     begin_ = begin;
+    problem_ = isPath && !begin.isEmpty() ? planeProblem(begin) : std::nullopt;
     candidates_.clear();
-    problem_ = begin.isEmpty() ? std::nullopt : planeProblem(begin);
-    if (begin.isEmpty()) {
+    if (!isPath || begin.isEmpty()) {
         for (const QString &plane : dataStore_->registryPlanes())
             candidates_.append(plane + QLatin1String(":/"));
+        if (!begin.isEmpty())
+            candidates_ += dataStore_->locator().candidates(begin);
     } else if (!problem_) {
         const qsizetype colon = begin.indexOf(u':');
         readNames(colon + 2, begin.left(colon));
     }
     candidates_.sort(Qt::CaseInsensitive);
     candidates_.removeDuplicates();
+}
+
+bool RegistryPathReader::isInPlane(const QString &text) const
+{
+    const qsizetype colon = text.indexOf(u':');
+    return colon > 0 && dataStore_->registryPlanes().contains(text.first(colon));
+}
+
+RegistryPathReader::Problem RegistryPathReader::otherProblem(const QString &text) const
+{
+    if (!dataStore_->locator().find(text).empty())
+        return std::nullopt;
+    if (text.startsWith(u'/'))
+        return {{0, text.size(), tr("There is nothing at %1").arg(visibleText(text))}};
+    return planeProblem(text);
 }
 
 // Directly after the plane, the "/" leads to the root's child.

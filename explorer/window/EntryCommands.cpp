@@ -30,9 +30,10 @@ void EntryCommands::showEntryMenu(const QPoint &globalPosition)
     menu->setObjectName(QStringLiteral("entryMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
     for (const char *const item :
-         {"copyNameAction", "copyPathAction", "copyClassAction", "copyBundleAction", separator,
-          "promptForBookmarkAction", "revealSelectionBundleInNavroAction", "openInNewWindowAction",
-          separator, "updateSelectedObjectAction"}) {
+         {"copyNameAction", "copyPathAction", "copyClassAction", "copyBundleAction",
+          "copyKernelPathAction", separator, "promptForBookmarkAction",
+          "revealSelectionBundleInNavroAction", "openInNewWindowAction", separator,
+          "updateSelectedObjectAction"}) {
         if (item)
             menu->addAction(InterfaceLoader::outlet<QAction>(window_, item));
         else
@@ -74,6 +75,16 @@ void EntryCommands::copyClass()
 void EntryCommands::copyBundle()
 {
     QGuiApplication::clipboard()->setText(selection_.entry()->bundleID());
+}
+
+void EntryCommands::copyKernelPath()
+{
+    QGuiApplication::clipboard()->setText(selection_.entry()->kernelPath());
+}
+
+bool EntryCommands::hasKernelPath() const
+{
+    return selection_.entry() && !selection_.entry()->kernelPath().isEmpty();
 }
 
 void EntryCommands::paste()

@@ -22,10 +22,12 @@ public:
     void copyPath();
     void copyClass();
     void copyBundle();
+    void copyKernelPath();
     void paste(); // into the field with the keyboard, or else goes to the path
     static bool canPaste();
     void revealSelectionBundleInNavro();
     bool hasBundle() const;
+    bool hasKernelPath() const;
     bool hasBundlePath() const;
 
 private:

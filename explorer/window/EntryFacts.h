@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 
 class FactField;
+class QLabel;
 class QCheckBox;
 class QMainWindow;
 
@@ -18,14 +19,21 @@ public:
 
     // The inheritance may stop short of the base class where the host cannot look it up.
     void show(const TavRegistryEntry &entry, const QString &plane, bool hasSuperclassLookup);
+    void setBundleIsLink(bool isLink); // to the module's entry
+    FactField &bundleField() const { return *objectBundleField_; }
     void clearObjectInfo();
 
 private:
     void alignServiceFacts(QMainWindow &window);
+    void showDeviceNode(const QString &node);
 
     FactField *objectNameField_;
     FactField *objectInheritanceField_;
     FactField *objectBundleField_;
+    FactField *objectBundleFileField_;
+    FactField *objectKernelPathField_;
+    QLabel *objectDeviceNodeLabel_;
+    FactField *objectDeviceNodeField_;
     FactField *objectRetainCountField_;
     FactField *objectBusyCountField_;
     QWidget *dxserviceAttributesView_;

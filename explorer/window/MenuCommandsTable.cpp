@@ -116,6 +116,8 @@ constexpr MenuCommand commands[] = {
     {"copyClassAction", runIn<&Window::entryCommands, &EntryCommands::copyClass>, isSelected},
     {"copyBundleAction", runIn<&Window::entryCommands, &EntryCommands::copyBundle>,
      asks<&Window::entryCommands, &EntryCommands::hasBundle>},
+    {"copyKernelPathAction", runIn<&Window::entryCommands, &EntryCommands::copyKernelPath>,
+     asks<&Window::entryCommands, &EntryCommands::hasKernelPath>},
     {"pasteAction", run<&Window::paste>, [](const Window &) { return EntryCommands::canPaste(); }},
 
     {"outlineViewAction", run<&Window::outlineView>, always, fixed, isTree},

@@ -7,6 +7,7 @@
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "explorer/window/AttributeRequests.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "store/TavDataStore.h"
 
 #include <QAction>
 #include <QMainWindow>
@@ -31,7 +32,8 @@ TavRegistryProperty *child(const TavRegistryProperty &node, const PropertyPathMe
 } // namespace
 
 PropertiesPane::PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDataStore> &dataStore)
-    : dataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
+    : dataStore_(dataStore)
+    , dataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
     , attributeRequests_(std::make_unique<AttributeRequests>(dataStore))
     , undoStack_(std::make_unique<QUndoStack>())
     , propertiesOutlineView_(
@@ -157,6 +159,23 @@ void PropertiesPane::readAttribute(const QString &attribute)
 {
     if (const EntryRef entry = entry_)
         attributeRequests_->read(*entry, attribute);
+}
+
+TavRegistryEntry *PropertiesPane::linkTarget(const TavRegistryProperty &item) const
+{
+    TavRegistryEntry *const target = dataStore_->locator().atLink(item.value().toString());
+    return target == entry_.get() ? nullptr : target;
+}
+
+bool PropertiesPane::isLink(const TavRegistryProperty &item) const
+{
+    return linkTarget(item);
+}
+
+void PropertiesPane::followLink(const TavRegistryProperty &item, bool inNewWindow)
+{
+    if (TavRegistryEntry *const target = linkTarget(item))
+        Q_EMIT linkFollowed(target->shared_from_this(), inNewWindow);
 }
 
 void PropertiesPane::readSelectedAttribute()

@@ -40,6 +40,8 @@ public:
 
     Reading readingOfAttribute(const QString &attribute) const override;
     void readAttribute(const QString &attribute) override;
+    bool isLink(const TavRegistryProperty &item) const override;
+    void followLink(const TavRegistryProperty &item, bool inNewWindow) override;
     void readSelectedAttribute();
     bool canReadSelectedAttribute() const;
     bool isCurrent(const QString &attribute) const;
@@ -54,6 +56,7 @@ public:
 
 Q_SIGNALS:
     void undoStackChanged();
+    void linkFollowed(const EntryRef &target, bool inNewWindow);
     void attributeRead(quint64 entryTag, const QString &attribute);
 
 private:
@@ -61,6 +64,9 @@ private:
     void showChangedTree(const PropertyRef &previousRoot);
     void selectPropertyItem(TavRegistryProperty *item);
 
+    TavRegistryEntry *linkTarget(const TavRegistryProperty &item) const;
+
+    std::shared_ptr<TavDataStore> dataStore_;
     EntryRef entry_;
     PropertyRef rootPropertyItem_;
     std::unique_ptr<TavPropertiesOutlineViewDataSource> dataSource_;

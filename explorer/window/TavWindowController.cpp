@@ -4,6 +4,7 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
+#include "explorer/selection/EntryChooser.h"
 #include "explorer/selection/HistoryButtons.h"
 #include "explorer/selection/PathsPopUp.h"
 #include "explorer/selection/PlaneMenu.h"
@@ -122,6 +123,14 @@ void TavWindowController::connectParts()
         status_->reportPathNotFound(problem ? problem->message
                                             : tr("“%1” leads nowhere").arg(visibleText(path)));
     });
+    connect(selection_.get(), &EntrySelection::entriesFound, this,
+            &TavWindowController::offerEntries);
+    connect(properties_.get(), &PropertiesPane::linkFollowed, this,
+            &TavWindowController::followLink);
+    connect(&facts_->bundleField(), &FactField::linkFollowed, this, [this](bool inNewWindow) {
+        if (TavRegistryEntry *const module = moduleOfSelection())
+            followLink(module->shared_from_this(), inNewWindow);
+    });
     connect(pathsPopUp_.get(), &PathsPopUp::pathChosen, this,
             [this](const TavRegistryEntryPath &path) { goToEntryPath(path, true, true); });
     connect(views_.get(), &ExplorerViews::styleChosen, this, &TavWindowController::showView);
@@ -200,6 +209,31 @@ TavRegistryOutlineItem *TavWindowController::rootOutlineItem() const
 void TavWindowController::newDocumentWindow()
 {
     addWindow(document_);
+}
+
+void TavWindowController::offerEntries(const std::vector<EntryRef> &entries)
+{
+    auto *const chooser = new EntryChooser(entries, registryPlane(), *window_);
+    connect(chooser, &EntryChooser::entryChosen, selection_.get(),
+            [this](const EntryRef &entry) { selection_->goToEntry(*entry); });
+    chooser->popUp();
+}
+
+TavRegistryEntry *TavWindowController::moduleOfSelection() const
+{
+    const TavRegistryEntry *const entry = selectedEntry();
+    TavRegistryEntry *const module =
+        entry ? dataStore_->locator().atLink(QStringLiteral("module/") + entry->bundleID())
+              : nullptr;
+    return module == entry ? nullptr : module;
+}
+
+void TavWindowController::followLink(const EntryRef &target, bool inNewWindow)
+{
+    if (!inNewWindow)
+        return selection_->goToEntry(*target);
+    TavWindowController &added = addWindow(document_);
+    QTimer::singleShot(0, &added, [&added, target] { added.selection().goToEntry(*target); });
 }
 
 void TavWindowController::openInNewWindow()

@@ -137,6 +137,9 @@ private:
     void windowDidLoad();
     void planeChanged();
     void showSelectedEntry();
+    void offerEntries(const std::vector<EntryRef> &entries);
+    TavRegistryEntry *moduleOfSelection() const; // null: none, or it is what is selected
+    void followLink(const EntryRef &target, bool inNewWindow);
     void showAttributeRead(quint64 entryTag, const QString &attribute);
     void showView(ExplorerViews::Style style);
 

@@ -48,6 +48,7 @@ void TavWindowController::showSelectedEntry()
     if (entry) {
         const RegistryService *const service = dataStore_->service();
         facts_->show(*entry, registryPlane(), !service || service->hasSuperclassLookup());
+        facts_->setBundleIsLink(moduleOfSelection());
     } else {
         facts_->clearObjectInfo();
         properties_->clearSelection();

@@ -22,7 +22,8 @@ Value hexNumber(View text)
     if (digits.isEmpty() || digits.size() > maxDigits ||
         !std::all_of(digits.begin(), digits.end(), isHexDigit))
         return {};
-    return Value::number(parseUnsigned(digits, 16).value_or(0), widthOfHexDigits(digits.size()));
+    return Value::number(parseUnsigned(digits, 16).value_or(0), widthOfHexDigits(digits.size()),
+                         false, Value::Notation::Hexadecimal);
 }
 } // namespace
 
@@ -46,11 +47,13 @@ Value decimalNumber(View text)
     if (!number)
         return {};
     if (!negative)
-        return Value::number(*number, *number <= 0xffffffff ? 4 : 8);
+        return Value::number(*number, *number <= 0xffffffff ? 4 : 8, false,
+                             Value::Notation::Decimal);
     constexpr quint64 smallest = quint64(1) << 63;
     if (*number > smallest)
         return {};
-    return Value::number(0 - *number, *number <= quint64(1) << 31 ? 4 : 8, true);
+    return Value::number(0 - *number, *number <= quint64(1) << 31 ? 4 : 8, true,
+                         Value::Notation::Decimal);
 }
 
 Value number(View text)

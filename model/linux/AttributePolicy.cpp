@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/linux/AttributePolicy.h"
 
-#include "model/linux/AttributeText.h"
+#include "platform/text/WildPattern.h"
 
 #include <QFile>
 #include <QHash>
@@ -14,61 +14,13 @@
 #include <shared_mutex>
 
 namespace {
-bool isWild(char character)
-{
-    return character == '*' || character == '#';
-}
-
-// "*" stands for any text, "#" for digits.
-bool matchesWild(QByteArrayView pattern, QByteArrayView text)
-{
-    if (pattern.isEmpty())
-        return text.isEmpty();
-    if (isWild(pattern.front())) {
-        const bool isAnyText = pattern.front() == '*';
-        const QByteArrayView rest = pattern.sliced(1);
-        if (isAnyText && rest.isEmpty())
-            return true;
-        // Cheap: rules out most lengths.
-        const auto mayGoOn = [&](qsizetype at) {
-            return rest.isEmpty() || isWild(rest.front()) ||
-                   (at < text.size() && text[at] == rest.front());
-        };
-        for (qsizetype length = isAnyText ? 0 : 1; length <= text.size(); ++length) {
-            if (!isAnyText && !AttributeText::isDigit(text[length - 1]))
-                return false;
-            if (mayGoOn(length) && matchesWild(rest, text.sliced(length)))
-                return true;
-        }
-        return false;
-    }
-    return !text.isEmpty() && pattern.front() == text.front() &&
-           matchesWild(pattern.sliced(1), text.sliced(1));
-}
-
-class Pattern
-{
-public:
-    explicit Pattern(const QByteArray &text)
-        : text_(text)
-        , isPlain_(std::none_of(text.begin(), text.end(), isWild))
-    {}
-    bool matches(const QByteArray &text) const
-    {
-        return isPlain_ ? text == text_ : matchesWild(text_, text);
-    }
-
-private:
-    QByteArray text_;
-    bool isPlain_;
-};
-using Patterns = std::vector<Pattern>;
+using Patterns = std::vector<WildPattern>;
 using Words = std::vector<QByteArray>;
 
 bool matchesAny(const Patterns &patterns, const QByteArray &text)
 {
     return std::any_of(patterns.begin(), patterns.end(),
-                       [&](const Pattern &pattern) { return pattern.matches(text); });
+                       [&](const WildPattern &pattern) { return pattern.matches(text); });
 }
 
 // Whether a part of the name between underscores is among the words.

@@ -97,7 +97,8 @@ RegistryValue parseScalar(QByteArrayView name, QByteArrayView text, TextPool &po
     Value value;
     if (isUsbIdentifier(name)) {
         if (text.size() == 4 && std::all_of(text.begin(), text.end(), isHexDigit))
-            return Value::number(parseUnsigned(text, 16).value_or(0), 2);
+            return Value::number(parseUnsigned(text, 16).value_or(0), 2, false,
+                                 Value::Notation::Hexadecimal);
     } else if (isDigit(text.front()) && isBareHexadecimal(name, text)) {
         return string(text, pool);
     } else if (name.endsWith("_list")) {

@@ -60,6 +60,7 @@ public:
     RegistryStatus serviceState(RegistryObject object, quint64 &state) override;
     RegistryStatus busyState(RegistryObject object, quint32 &busyCount) override;
     quint32 retainCount(RegistryObject object) override;
+    QString kernelPath(RegistryObject object) override;
     void retain(RegistryObject object) override;
     void release(RegistryObject object) override;
     QString bundleURLForIdentifier(const QString &bundleID) override;

@@ -136,6 +136,13 @@ bool LinuxRegistryService::isUnchangedSince(RegistryObject object, quint64 readi
     return index != HostObject::none && graph()->isUnchangedSince(index, reading);
 }
 
+// Of the machine that the tree describes, wherever the tree is.
+QString LinuxRegistryService::kernelPath(RegistryObject object)
+{
+    const HostObject *const its = find(object);
+    return its && !its->path.isEmpty() ? QStringLiteral("/sys/") + its->path.toString() : QString();
+}
+
 QString LinuxRegistryService::bundleURLForIdentifier(const QString &bundleID)
 {
     return bundles_.fileOf(bundleID);

@@ -192,7 +192,8 @@ void RegistryGraph::addPlaneCounts(const PlaneEdges &edges)
             entries.insert(child);
         const auto count = static_cast<quint64>(entries.size()) + 1; // the root is not a child
         if (!entries.isEmpty())
-            insertMember(counts, QLatin1String(planeNames[i]), RegistryValue::number(count, 4));
+            insertMember(counts, QLatin1String(planeNames[i]),
+                         RegistryValue::number(count, 4, false, RegistryValue::Notation::Decimal));
     }
     insertMember(objects_.at(ObjectTable::root).members, QLatin1String("DxRegistryPlanes"),
                  RegistryValue::dictionary(std::move(counts)));

@@ -50,10 +50,23 @@ void FactField::copyTo(QClipboard::Mode clipboard) const
 
 void FactField::keyPressEvent(QKeyEvent *event)
 {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (event->matches(QKeySequence::Copy))
         copy();
+    else if (isLink_ && isReturn)
+        Q_EMIT linkFollowed(event->modifiers() & Qt::ControlModifier);
     else
         QLineEdit::keyPressEvent(event);
+}
+
+void FactField::mousePressEvent(QMouseEvent *event)
+{
+    const bool inNewWindow = event->button() == Qt::MiddleButton;
+    if (isLink_ && (inNewWindow || (event->button() == Qt::LeftButton &&
+                                    event->modifiers() == Qt::ControlModifier)))
+        Q_EMIT linkFollowed(inNewWindow);
+    else
+        QLineEdit::mousePressEvent(event);
 }
 
 void FactField::mouseReleaseEvent(QMouseEvent *event)
@@ -67,6 +80,12 @@ void FactField::contextMenuEvent(QContextMenuEvent *event)
 {
     auto *const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (isLink_) {
+        menu->addAction(tr("&Go to Target"), this, [this] { Q_EMIT linkFollowed(false); });
+        menu->addAction(tr("Open Target in &New Window"), this,
+                        [this] { Q_EMIT linkFollowed(true); });
+        menu->addSeparator();
+    }
     menu->addAction(QIcon::fromTheme(QStringLiteral("edit-copy")), tr("&Copy"), QKeySequence::Copy,
                     this, &FactField::copy)
         ->setEnabled(hasSelectedText());
@@ -79,11 +98,28 @@ void FactField::contextMenuEvent(QContextMenuEvent *event)
 void FactField::setDimmed(bool dimmed)
 {
     isDimmed_ = dimmed;
+    updateColors();
+}
+
+void FactField::setLink(bool isLink)
+{
+    if (isLink == isLink_)
+        return;
+    isLink_ = isLink;
+    updateColors();
+    QFont styled = font();
+    styled.setUnderline(isLink);
+    setFont(styled);
+}
+
+void FactField::updateColors()
+{
     QPalette palette; // its other colours follow the theme
     palette.setColor(QPalette::Base, Qt::transparent);
     palette.setColor(QPalette::Text,
-                     QGuiApplication::palette().color(dimmed ? QPalette::PlaceholderText
-                                                             : QPalette::WindowText));
+                     QGuiApplication::palette().color(isDimmed_ ? QPalette::PlaceholderText
+                                                      : isLink_ ? QPalette::Link
+                                                                : QPalette::WindowText));
     setPalette(palette);
 }
 
@@ -130,7 +166,7 @@ void FactField::changeEvent(QEvent *event)
 {
     QLineEdit::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
-        setDimmed(isDimmed_);
+        updateColors();
     else if (event->type() == QEvent::FontChange)
         updateToolTip();
 }

@@ -18,12 +18,18 @@ public:
     void copy() const;                               // copies the selected part of the fact
     // Drawn like a placeholder, for a text that replaces a missing fact.
     void setDimmed(bool dimmed);
+    // Drawn like a link; Return and Ctrl+click follow it.
+    void setLink(bool isLink);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+Q_SIGNALS:
+    void linkFollowed(bool inNewWindow); // Ctrl+Return, or the middle button
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -34,9 +40,11 @@ protected:
 private:
     void copyTo(QClipboard::Mode clipboard) const;
     bool isClipped() const;
+    void updateColors();
     void updateToolTip();
 
     QString fact_;
     QString explanation_;
     bool isDimmed_ = false;
+    bool isLink_ = false;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "DisplayFixture.h"
+#include "display/ValueReading.h"
 #include "tests/support/QtPrinters.h"
 
 #include <gtest/gtest.h>
@@ -61,5 +62,69 @@ TEST(NumberRenderingTest, Renders)
             EXPECT_TRUE(text.overrides().empty());
         }
     }
+}
+
+TEST(NumberRenderingTest, ShowsANumberAsTheHostWroteIt)
+{
+    using Notation = RegistryValue::Notation;
+    const PropertyFormatOptions automatic{.unit = -1};
+    const auto shown = [](quint64 bits, int width, bool isSigned, Notation notation,
+                          const PropertyFormatOptions &options) {
+        return LoneItem(RegistryValue::number(bits, width, isSigned, notation))
+            ->formatNumberWithOptions(options)
+            .text()
+            .toStdString();
+    };
+    EXPECT_EQ(shown(65536, 4, false, Notation::Decimal, automatic), "65536");
+    EXPECT_EQ(shown(minusOne, 4, true, Notation::Decimal, automatic), "-1");
+    EXPECT_EQ(shown(minusOne, 8, false, Notation::Decimal, automatic), "18446744073709551615");
+    EXPECT_EQ(shown(0x8086, 2, false, Notation::Hexadecimal, automatic), "0x8086");
+    EXPECT_EQ(shown(65536, 4, false, Notation::Decimal, formatOf("4xhu")), "0x10000");
+}
+
+TEST(ValueReadingTest, GivesTheOtherBaseAndTheUnit)
+{
+    constexpr const char *network = "DxNetDevice";
+    constexpr const char *battery = "DxPowerSupplyDevice";
+    constexpr const char *sensor = "DxHwmonDevice";
+    constexpr const char *disk = "DxBlockDevice";
+    const struct
+    {
+        const char *className;
+        const char *key;
+        qint64 number;
+        const char *reading;
+    } rows[] = {
+        {network, "mtu", 1500, "1.5 KiB"},
+        {network, "speed", 10000, "10 Gbit/s"},
+        {network, "speed", -1, "-1 Mbit/s"},
+        {network, "flags", 0x1043, "bits 0–1, 6, 12"},
+        {network, "statistics/rx_bytes", 0, "0 bytes"},
+        {network, "tx_queue_len", 1000, ""},
+        {network, "bridge/ageing_time", 30000, "5 min"},
+        {disk, "size", 3145728, "1.5 GiB"},
+        {disk, "queue/read_ahead_kb", 128, "128.0 KiB"},
+        {disk, "mtu", 1, ""},
+        {sensor, "temp1_input", 41000, "41.0 °C"},
+        {sensor, "temp1_type", 4, ""},
+        {sensor, "in12_max", 12100, "12.1 V"},
+        {sensor, "power1_input", 1500, "1.5 mW"},
+        {battery, "temp", 315, "31.5 °C"},
+        {battery, "charge_full", 4200000, "4.2 Ah"},
+        {battery, "uevent/POWER_SUPPLY_VOLTAGE_NOW", 3, "3 µV"},
+        {battery, "power/autosuspend", 90061, "1 d 1 h 1 min 1 s"},
+        {battery, "power/runtime_active_time", 0, "0 s"},
+        {"", "cpufreq/scaling_max_freq", 3600000, "3.6 GHz"},
+    };
+    for (const auto &row : rows) {
+        const auto number =
+            RegistryValue::number(static_cast<quint64>(row.number), 4, row.number < 0);
+        const ValueUnit unit =
+            ValueUnit::of({QString::fromUtf8(row.className), QStringLiteral("DxDevice")},
+                          QString::fromUtf8(row.key));
+        EXPECT_EQ(ValueReading::inUnit(number, unit).toStdString(), row.reading) << row.key;
+    }
+    EXPECT_EQ(ValueReading::inBothBases(RegistryValue::number(minusOne, 4, true)).toStdString(),
+              "-1 (0xffffffff)");
 }
 } // namespace

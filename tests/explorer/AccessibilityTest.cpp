@@ -39,6 +39,7 @@ protected:
         const std::string round =
             "findField " + explorer +
             " propertiesOutlineView objectNameField objectInheritanceField objectBundleField "
+            "objectBundleFileField objectKernelPathField "
             "objectRetainCountField " +
             (isService ? "objectBusyCountField " : "") +
             "planeListButton outlineSegment entryPathsButton findOptionsDrawerButton > findField";

@@ -79,6 +79,53 @@ TEST_F(PropertiesCommandsTest, TheContextMenuCopiesExpandsAndShowsTheFormat)
     EXPECT_EQ(menu({})->actions().size(), 2); // not on a row
 }
 
+TEST_F(PropertiesCommandsTest, ShowsANumberInTheFormatThatIsChosenForItsClass)
+{
+    choose(row({2}, value), "Decimal");
+    EXPECT_EQ(row({2}, value).data().toString(), QStringLiteral("5"));
+    EXPECT_EQ(action("undoAction").text(), QStringLiteral("&Undo Format of “size”"));
+    choose(row({2}, value), "Binary");
+    EXPECT_EQ(row({2}, value).data().toString(), QStringLiteral("0b101"));
+    choose(row({2}, value), "Reset");
+    EXPECT_EQ(row({2}, value).data().toString(), QStringLiteral("0x5"));
+    action("undoAction").trigger();
+    EXPECT_EQ(row({2}, value).data().toString(), QStringLiteral("0b101"));
+}
+
+TEST_F(PropertiesCommandsTest, FollowsLinksToOtherEntriesAndComesBack)
+{
+    using namespace values;
+    const auto driver = add("Host", "driver");
+    service_.setKernelPath(driver, QStringLiteral("/sys/bus/pci/drivers/d"));
+    service_.setKernelPath(registry_["Host"], QStringLiteral("/sys/devices/host"));
+    setTable({{"driver", text("bus/pci/drivers/d")},
+              {"itself", text("devices/host")},
+              {"nowhere", text("bus/pci/drivers/e")}});
+    update();
+    TavRegistryEntry *const target =
+        store_->locator().atKernelPath(QStringLiteral("/sys/bus/pci/drivers/d"));
+    ASSERT_TRUE(target);
+    const auto isLink = [this](int number) {
+        return view_->dataSource()->styledText(row({number}, value)).attributes().link;
+    };
+    EXPECT_TRUE(isLink(0));
+    EXPECT_FALSE(isLink(1));
+    EXPECT_FALSE(isLink(2));
+    selectRow({0});
+    view_->setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(controller_->selectedEntry(), target);
+    controller_->goBack();
+    EXPECT_EQ(controller_->selectedEntry(), entry("Host"));
+    QTest::mouseClick(view_->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                      view_->visualRect(row({0}, value)).center());
+    EXPECT_EQ(controller_->selectedEntry(), target);
+    controller_->goToRegistryPath(QStringLiteral("/sys/devices/host"));
+    EXPECT_EQ(controller_->selectedEntry(), entry("Host"));
+    action("copyKernelPathAction").trigger();
+    EXPECT_EQ(copied(), "/sys/devices/host");
+}
+
 TEST_F(PropertiesCommandsTest, ShowsLongDeepAndManyValues)
 {
     using namespace values;

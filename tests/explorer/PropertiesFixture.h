@@ -85,7 +85,7 @@ protected:
     void choose(const QModelIndex &index, const char *command)
     {
         PropertiesContextMenu *const commands = menu(index);
-        for (QAction *action : commands->actions()) {
+        for (QAction *action : commands->findChildren<QAction *>()) {
             if (action->text().remove(u'&') == QLatin1String(command))
                 action->trigger();
         }

@@ -7,6 +7,20 @@
 
 using namespace values;
 
+TEST(AttributeParser, NotesHowANumberIsWritten)
+{
+    using Notation = RegistryValue::Notation;
+    TextPool pool;
+    const auto notation = [&pool](const char *name, const char *bytes) {
+        return parseAttribute(name, bytes, pool).notation();
+    };
+    EXPECT_EQ(notation("mtu", "65536\n"), Notation::Decimal);
+    EXPECT_EQ(notation("numa_node", "-1\n"), Notation::Decimal);
+    EXPECT_EQ(notation("vendor", "0x8086\n"), Notation::Hexadecimal);
+    EXPECT_EQ(notation("idVendor", "1d6b\n"), Notation::Hexadecimal);
+    EXPECT_EQ(parseAttribute("x", "1 0x2\n", pool).elements()[1].notation(), Notation::Hexadecimal);
+}
+
 TEST(AttributeParser, GivesTheTypedValue)
 {
     const struct

@@ -70,6 +70,27 @@ TEST_F(DataStoreArchive, WritesTheKeysOfEachClassInOrder)
     EXPECT_EQ(shapes.join('\n'), expected.join('\n'));
 }
 
+TEST_F(DataStoreArchive, KeepsHowNumbersAreWrittenAndWhereTheKernelShowsAnObject)
+{
+    using Notation = RegistryValue::Notation;
+    service_.setProperties(
+        tree_["Host"],
+        dictionary({{"decimal", RegistryValue::number(7, 4, true, Notation::Decimal)},
+                    {"list", array({RegistryValue::number(7, 1, false, Notation::Hexadecimal)})},
+                    {"unknown", number(7)}}));
+    service_.setKernelPath(tree_["Host"], QStringLiteral("/sys/devices"));
+    capture();
+    const auto opened = reopened();
+    const TavRegistryEntry &host = *opened->registryEntries().back();
+    const RegistryValue &table = host.table();
+    EXPECT_EQ(table.member(u"decimal").notation(), Notation::Decimal);
+    EXPECT_TRUE(table.member(u"decimal").isSignedNumber());
+    EXPECT_EQ(table.member(u"list").elements()[0].notation(), Notation::Hexadecimal);
+    EXPECT_EQ(table.member(u"unknown").notation(), Notation::Unknown);
+    EXPECT_EQ(host.kernelPath(), QStringLiteral("/sys/devices"));
+    EXPECT_TRUE(opened->registryRoot()->kernelPath().isEmpty());
+}
+
 TEST_F(DataStoreArchive, LeavesOnlyTheTreesThatAreLookedAt)
 {
     service_.setProperties(tree_["Host"], dictionary({{"key", number(1)}}));

@@ -36,6 +36,58 @@ TEST_F(SyntheticTree, HasItsRecordsWhateverItsFolderIsCalled)
     QDir::setCurrent(before);
 }
 
+TEST_F(SyntheticTree, FindsEntriesByTheNamesThatLinuxGivesThem)
+{
+    const char *const port = "/sys/devices/pci0000:00/0000:00:1c.0/0000:01:00.0";
+    const struct
+    {
+        const char *text;
+        const char *path; // null: the port's
+    } rows[] = {
+        {"/sys/bus/pci", "DxBus:/pci"},
+        {"/sys/bus/pci/", "DxBus:/pci"},
+        {"/sys/bus/pci/drivers/lanport", "DxDriver:/pci/lanport"},
+        {"/sys/module/lanport", "DxModule:/lanport"},
+        {"/sys/class/block/sda", "DxBlock:/sda"},
+        {"/sys/block/sda", "DxBlock:/sda"},
+        {"/sys/block/sda/sda1/../size", "DxBlock:/sda"},
+        {"/sys/dev/block/8:0", "DxBlock:/sda"},
+        {"/dev/sda", "DxBlock:/sda"},
+        {"/dev/disk/by-id/ata-SPINNER_4T_000123", "DxBlock:/sda"},
+        {" sda ", "DxBlock:/sda"},
+        {"/sys/devices/pci0000:00/0000:00:1c.0/0000:01:00.0/driver/module", "DxModule:/lanport"},
+        {"/sys/bus/pci/devices/0000:01:00.0", nullptr},
+        {"/sys/bus/pci/drivers/lanport/0000:01:00.0/vendor", nullptr},
+        {"0000:01:00.0", nullptr},
+        {"01:00.0", nullptr},
+    };
+    const EntryLocator &locator = tree_.store->locator();
+    const auto find = [&locator](const char *text) {
+        return locator.find(QString::fromUtf8(text));
+    };
+    const auto offers = [&locator](const char *text, const char *candidate) {
+        return locator.candidates(QString::fromUtf8(text)).contains(QString::fromUtf8(candidate));
+    };
+    TavRegistryEntry *const portEntry = locator.atKernelPath(QString::fromUtf8(port));
+    ASSERT_TRUE(portEntry);
+    for (const auto &row : rows)
+        EXPECT_EQ(find(row.text), std::vector{row.path ? tree_.at(row.path) : portEntry})
+            << row.text;
+    EXPECT_EQ(find(qPrintable(QString::number(portEntry->entryTag()))), std::vector{portEntry});
+    EXPECT_EQ(find(qPrintable(QStringLiteral("0x%1").arg(portEntry->entryTag(), 0, 16))),
+              std::vector{portEntry});
+    EXPECT_GE(find("usbhid").size(), 2U); // a driver and its module
+    for (const char *nothing : {"", "/", "/sys", "/sys/bus/pci/nothing", "/sys/block/sda/sda1/x",
+                                "/sys/../../etc", "/dev/", "nothing", "pci:nothing", "0x"})
+        EXPECT_TRUE(find(nothing).empty()) << nothing;
+    EXPECT_EQ(locator.atLink(QStringLiteral("bus/pci/drivers/lanport")),
+              tree_.at("DxDriver:/pci/lanport"));
+    EXPECT_EQ(locator.atLink(QStringLiteral("lanport")), nullptr);
+    EXPECT_TRUE(offers("/dev/sd", "/dev/sda"));
+    EXPECT_TRUE(offers("/sys/bus/pci/drivers/lan", "/sys/bus/pci/drivers/lanport"));
+    EXPECT_TRUE(offers("0000:01", "0000:01:00.0"));
+}
+
 TEST_F(SyntheticTree, ArrangesItsPlanes)
 {
     // On the first reading siblings are sorted by their plain names: names in planes are read

@@ -53,6 +53,7 @@ public:
     void setName(Node node, const QByteArray &name, const QByteArray &plane = {});
     void setLocation(Node node, const QByteArray &location, const QByteArray &plane = {});
     void setProperties(Node node, const RegistryValue &its) { at(node).properties = its; }
+    void setKernelPath(Node node, const QString &path) { at(node).kernelPath = path; }
     void setEntryID(Node node, quint64 id) { at(node).entryID = id; }
     void setState(Node node, quint64 state) { at(node).state = state; }
     void setBusyCount(Node node, quint32 count) { at(node).busyCount = count; }
@@ -75,6 +76,7 @@ protected:
         QByteArray location;
         std::vector<InPlane> planes;
         RegistryValue properties;
+        QString kernelPath;
         quint64 entryID = 0;
         quint64 state = ServiceRegistered;
         quint32 busyCount = 0;

@@ -53,6 +53,10 @@ public:
                                RegistryName &name) override;
     RegistryStatus locationInPlane(RegistryObject object, const char *plane,
                                    RegistryName &location) override;
+    QString kernelPath(RegistryObject object) override
+    {
+        return exists(object) ? at(object).kernelPath : QString();
+    }
     QString copyClassName(RegistryObject object) override;
     bool hasSuperclassLookup() const override { return hasSuperclassLookup_; }
     QString copySuperclassName(const QString &className) override
