@@ -91,6 +91,7 @@ public:
 
 private:
     friend class DataStoreDecoder;
+    friend class RedactedStore;
 
     TavDataStore();
     const std::vector<EntryOrder> &planeOrders();

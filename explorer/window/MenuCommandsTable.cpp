@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The table of the commands in a window's menus.
+#include "explorer/export/ExportCommands.h"
 #include "explorer/find/FindController.h"
 #include "explorer/selection/EntrySelection.h"
 #include "explorer/sheets/WindowSheets.h"
@@ -104,6 +105,11 @@ QString newDocumentWindowTitle(const Window &window)
 }
 
 constexpr MenuCommand commands[] = {
+    {"saveRedactedCopyAction",
+     [](Window &window) { window.exporter().saveRedactedCopy(window.document()); }},
+    {"exportAction", runIn<&Window::exporter, &ExportCommands::exportEntries>},
+    {"printAction", runIn<&Window::exporter, &ExportCommands::print>},
+
     {"undoAction", runIn<&Window::properties, &PropertiesPane::undo>,
      asks<&Window::properties, &PropertiesPane::canUndo>,
      [](const Window &window) { return window.properties().undoTitle(); }},
@@ -116,6 +122,10 @@ constexpr MenuCommand commands[] = {
     {"copyClassAction", runIn<&Window::entryCommands, &EntryCommands::copyClass>, isSelected},
     {"copyBundleAction", runIn<&Window::entryCommands, &EntryCommands::copyBundle>,
      asks<&Window::entryCommands, &EntryCommands::hasBundle>},
+    {"copyEntryAsTextAction", runIn<&Window::exporter, &ExportCommands::copyEntryAsText>,
+     isSelected},
+    {"copyEntryAsJsonAction", runIn<&Window::exporter, &ExportCommands::copyEntryAsJson>,
+     isSelected},
     {"pasteAction", run<&Window::paste>, [](const Window &) { return EntryCommands::canPaste(); }},
 
     {"outlineViewAction", run<&Window::outlineView>, always, fixed, isTree},

@@ -4,6 +4,7 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
+#include "explorer/export/ExportCommands.h"
 #include "explorer/selection/HistoryButtons.h"
 #include "explorer/selection/PathsPopUp.h"
 #include "explorer/selection/PlaneMenu.h"
@@ -81,6 +82,7 @@ TavWindowController::~TavWindowController()
     finder_->windowWillClose();
     views_->windowWillClose();
     sheets_.reset();
+    exporter_.reset();
     planeMenu_.reset();
     window_.reset(); // its views use the parts
     if (dataStore_->registryEntries().size() >= Disposal::worthwhile)
@@ -103,7 +105,9 @@ void TavWindowController::makeParts()
     Explanations::addTo(window);
     finder_ = std::make_unique<FindController>(window, dataStore_, *this, *selection_, *views_);
     sheets_ = std::make_unique<WindowSheets>(window, dataStore_, *selection_);
-    entryCommands_ = std::make_unique<EntryCommands>(window, *selection_);
+    entryCommands_ = std::make_unique<EntryCommands>(window, *selection_, *properties_);
+    exporter_ =
+        std::make_unique<ExportCommands>(window, dataStore_, *selection_, finder_->session());
     menuCommands_ = std::make_unique<MenuCommands>(*this);
 }
 
