@@ -170,9 +170,10 @@ ExportedEntries ExportCommands::entries(ExportRequest::Scope scope) const
 void ExportCommands::write(const ExportRequest &request, const QString &file)
 {
     ReplacementFile replacement(file);
-    const bool isWritten =
-        replacement.open() && run(tr("Exporting…"), request, replacement.content());
-    if ((!isWritten || !replacement.commit()) && !replacement.errorString().isEmpty())
+    if (replacement.open() && run(tr("Exporting…"), request, replacement.content()) &&
+        replacement.commit())
+        return;
+    if (replacement.error() != QFileDevice::NoError) // else the user cancelled
         report(tr("“%1” could not be written.").arg(QFileInfo(file).fileName()),
                replacement.errorString());
 }
@@ -222,13 +223,19 @@ void ExportCommands::printOn(QPrinter &printer, const ExportRequest &request)
 {
     const QString machine =
         request.isRedacted ? QString() : dataStore_->hostName() + QLatin1String(" · ");
-    PagePrinter pages(printer,
-                      machine + selection_.registryPlane() + QLatin1String(" · ") +
-                          dataStore_->lastUpdateDate().toLocalTime().toString(Qt::ISODate));
-    if (!pages.open(QIODevice::WriteOnly))
-        return report(tr("The printer could not be used."), printer.printerName());
-    if (!run(tr("Printing…"), request, pages))
-        printer.abort();
+    const QString date = dataStore_->lastUpdateDate().toLocalTime().toString(Qt::ISODate);
+    bool isPrinted = false;
+    {
+        PagePrinter pages(printer,
+                          machine + selection_.registryPlane() + QLatin1String(" · ") + date);
+        if (!pages.open(QIODevice::WriteOnly))
+            return report(tr("The printer could not be used."), printer.printerName());
+        isPrinted = run(tr("Printing…"), request, pages);
+        if (!isPrinted)
+            printer.abort();
+    }
+    if (!isPrinted && !printer.outputFileName().isEmpty())
+        QFile::remove(printer.outputFileName());
 }
 
 // Without the host's name if that is to be removed.

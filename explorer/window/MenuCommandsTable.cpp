@@ -52,6 +52,10 @@ bool isSelected(const Window &window)
 {
     return window.selectedEntry() != nullptr;
 }
+bool hasEntries(const Window &window)
+{
+    return window.dataStore()->registryRoot() != nullptr;
+}
 template<int Step>
 bool hasSibling(const Window &window)
 {
@@ -106,9 +110,9 @@ QString newDocumentWindowTitle(const Window &window)
 
 constexpr MenuCommand commands[] = {
     {"saveRedactedCopyAction",
-     [](Window &window) { window.exporter().saveRedactedCopy(window.document()); }},
-    {"exportAction", runIn<&Window::exporter, &ExportCommands::exportEntries>},
-    {"printAction", runIn<&Window::exporter, &ExportCommands::print>},
+     [](Window &window) { window.exporter().saveRedactedCopy(window.document()); }, hasEntries},
+    {"exportAction", runIn<&Window::exporter, &ExportCommands::exportEntries>, hasEntries},
+    {"printAction", runIn<&Window::exporter, &ExportCommands::print>, hasEntries},
 
     {"undoAction", runIn<&Window::properties, &PropertiesPane::undo>,
      asks<&Window::properties, &PropertiesPane::canUndo>,
