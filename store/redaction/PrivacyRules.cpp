@@ -140,7 +140,7 @@ std::optional<DataKind> PrivacyRules::kindOfData(const QString &key) const
 
 bool PrivacyRules::isPublicValue(const QString &value) const
 {
-    static const QString saysNothing = QStringLiteral("0fFxX.-: ");
+    static const QString saysNothing = QStringLiteral("0fFxX.-: \"");
     return std::all_of(value.begin(), value.end(),
                        [](QChar c) { return saysNothing.contains(c); }) ||
            publicValues_.contains(value.toLower());

@@ -5,6 +5,15 @@ namespace {
 constexpr qsizetype anywhereLength = 8;       // shorter ones may be parts of other words
 constexpr quint64 smallestNumber = 1'000'000; // smaller ones occur by chance
 
+// Some attributes are in quotes.
+QString normalized(const QString &value)
+{
+    QString text = TextReplacer::folded(value.trimmed());
+    if (text.size() > 1 && text.startsWith(u'"') && text.endsWith(u'"'))
+        text = text.sliced(1, text.size() - 2).trimmed();
+    return text;
+}
+
 bool isHexadecimal(QStringView text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar c) {
@@ -78,7 +87,7 @@ const char *wordFor(PrivacyRules::Kind kind)
 
 void PrivateValues::add(Kind kind, const QString &value, Source source)
 {
-    const QString text = TextReplacer::folded(value.trimmed());
+    const QString text = normalized(value);
     const QString digits = digitsOf(text);
     if (known_.contains(text))
         return;
@@ -131,7 +140,7 @@ void PrivateValues::add(Value value)
 
 void PrivateValues::addPublic(const QString &value)
 {
-    public_.insert(TextReplacer::folded(value.trimmed()));
+    public_.insert(normalized(value));
 }
 
 void PrivateValues::addName(const QString &name)
@@ -168,14 +177,18 @@ void PrivateValues::addForm(const Value &value, const QString &form, quint32 num
         return;
     const QString token = tokenOf(value.kind, form, number);
     tokens_.insert(form, token);
+    constexpr int decimal = 10;
+    constexpr int hexadecimal = 16;
     bool isNumber = false;
     const quint64 bits =
-        form.toULongLong(&isNumber, form.startsWith(QLatin1String("0x")) ? 16 : 10);
+        form.toULongLong(&isNumber, form.startsWith(QLatin1String("0x")) ? hexadecimal : decimal);
     if (isNumber && bits >= smallestNumber)
         numberTokens_.insert(bits, token);
+    const bool isShort = form.size() < anywhereLength;
+    const bool isCommonNumber = isShort && isNumber && bits < smallestNumber;
     const bool isName = value.source == Source::Key && names_.contains(form);
-    if (!value.isOnlyItself && !isName)
-        replacer_.add(form, token, form.size() < anywhereLength);
+    if (!value.isOnlyItself && !isName && !isCommonNumber)
+        replacer_.add(form, token, isShort);
 }
 
 // Addresses and UUIDs keep their form, because programs parse them.
@@ -197,7 +210,7 @@ QString PrivateValues::tokenOf(Kind kind, const QString &form, quint32 number)
 
 QString PrivateValues::token(const QString &value) const
 {
-    return tokens_.value(TextReplacer::folded(value.trimmed()));
+    return tokens_.value(normalized(value));
 }
 
 QString PrivateValues::token(const RegistryValue &number) const

@@ -22,7 +22,7 @@ std::vector<QString> keysOf(const std::vector<PropertyRecord> &nodes)
     std::vector<QString> keys(nodes.size());
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         if (nodes[i].hasName && nodes[i].name.size() > 0)
-            keys[i] = nodes[i].name.toOwner();
+            keys[i] = Redactor::keyOfMember(keys[i], nodes[i].name.toOwner());
         for (std::size_t child = 0; child < nodes[i].childCount; ++child)
             keys[nodes[i].firstChild + child] = keys[i];
     }

@@ -33,6 +33,13 @@ QString Redactor::subsystemOf(const RegistryValue &link)
     return path.sliced(path.lastIndexOf(u'/') + 1).toString();
 }
 
+// The reasons why attributes were not read are listed by the attributes' names.
+QString Redactor::keyOfMember(const QString &keyOfDictionary, const QString &name)
+{
+    static const QString unread = QStringLiteral("DxUnreadAttributes");
+    return keyOfDictionary == unread ? unread : name;
+}
+
 void Redactor::learnName(const QString &name)
 {
     values_.addName(name);
@@ -60,7 +67,7 @@ void Redactor::learn(const QString &key, const QString &subsystem, const Registr
             const QString text = name.toOwner();
             if (!roles_[subsystem].contains(text))
                 learnFromText(text, {}, false);
-            learn(text, subsystem, member);
+            learn(keyOfMember(key, text), subsystem, member);
         }
         break;
     case Type::Array:
@@ -154,7 +161,7 @@ RegistryValue Redactor::collection(const QString &key, const QString &subsystem,
             const QString own = name.toOwner();
             const QString shown = text(own);
             members.push_back({isSame(shown, own) ? name : CompactString(shown),
-                               this->value(own, subsystem, member)});
+                               this->value(keyOfMember(key, own), subsystem, member)});
         }
         return RegistryValue::dictionary(std::move(members));
     }

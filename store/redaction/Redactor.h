@@ -20,6 +20,8 @@ public:
                         const RegistryValue &value) const;
 
     static QString subsystemOf(const RegistryValue &link); // the property "subsystem"
+    // The key that says what a member of a dictionary is.
+    static QString keyOfMember(const QString &keyOfDictionary, const QString &name);
 
 private:
     struct Role // of a key

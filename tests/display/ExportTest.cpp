@@ -194,9 +194,9 @@ TEST_F(ExportTest, CsvHasTheChosenColumnsAndNoFormulas)
                                      list({"text", "number", "list", "power/state", "odd,key"})};
     EXPECT_EQ(csv(found, columns).toStdString(),
               "Path,Class,text,number,list,power/state,\"odd,key\"\r\n"
-              "DxService:/Host/a,DxService,'=1+1,-5,\"x; y,z\",on,\r\n"
+              "DxService:/Host/a,DxDevice,'=1+1,-5,\"x; y,z\",on,\r\n"
               "DxService:/Host/b,DxDisk,\"say \"\"hi\"\"\\n\",'+cmd|x,,,\" spaced\"\r\n"
-              "DxBus:/Host/bus,DxService,,,,,\r\n");
+              "DxBus:/Host/bus,DxDevice,,,,,\r\n");
 }
 
 TEST_F(ExportTest, NoFormatHasPrivateValuesOfARedactedCopy)
@@ -219,6 +219,7 @@ TEST_F(ExportTest, NoFormatHasPrivateValuesOfARedactedCopy)
 // Properties with marks of changes are no table.
 TEST(ExportOfTrees, WritesWhatIsNoTable)
 {
+    const PreferencesFolder preferences;
     ArchiveSketch sketch = SmallStore::current();
     sketch.objects[SmallStore::List].set(QLatin1String("registryState"), qint64(2));
     const auto store = DataStoreDecoder::decode(sketch.bytes());

@@ -77,14 +77,14 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
 
     controller_->browserView();
     selectNothing();
-    EXPECT_EQ(
-        cannotRun(), // Deliberate: not the previous sibling's
-        " collapseAll collapseAroundSelection copyBundle copyClass copyName copyPath expandAll" +
-            always +
-            " goToNextPathCrossPlane goToNextPathInPlane goToPrevPathCrossPlane "
-            "goToPrevPathInPlane openInNewWindow promptForBookmark readAttribute redo "
-            "revealSelectionBundleInNavro selectChild selectNextSibling selectParent undo "
-            "updateSelectedObject");
+    EXPECT_EQ(cannotRun(), // Deliberate: not the previous sibling's
+              " collapseAll collapseAroundSelection copyBundle copyClass copyEntryAsJson "
+              "copyEntryAsText copyName copyPath expandAll" +
+                  always +
+                  " goToNextPathCrossPlane goToNextPathInPlane goToPrevPathCrossPlane "
+                  "goToPrevPathInPlane openInNewWindow promptForBookmark readAttribute redo "
+                  "revealSelectionBundleInNavro selectChild selectNextSibling selectParent undo "
+                  "updateSelectedObject");
     EXPECT_TRUE(action("browserViewAction").isChecked());
     EXPECT_FALSE(action("outlineViewAction").isChecked());
     action("browserViewAction").trigger(); // which is shown already

@@ -82,7 +82,10 @@ TEST_F(RedactionTest, KeepsWhatIdentifiesNothing)
     EXPECT_EQ(shown("disk", "model"), QStringLiteral("Fast Disk"));
     EXPECT_EQ(shown("eth0", "broadcast"), QStringLiteral("ff:ff:ff:ff:ff:ff"));
     EXPECT_EQ(shown("usb1", "serial"), QStringLiteral("usb1")); // the name of an entry
+    EXPECT_EQ(shown("usb1", "quoted_serial"), QStringLiteral("\"\""));
     const TavRegistryEntry &usb = *redacted_->counterpart(entry("usb1"));
+    EXPECT_EQ(usb.table().member(u"DxUnreadAttributes").member(u"serial"),
+              values::text("not read"));
     EXPECT_EQ(CapturedTree::value(&usb, u"count"), values::number(3));
     // Values that did not change share the memory of the original.
     const RegistryValue &own = entry("usb1").table();

@@ -82,10 +82,14 @@ inline void plant(FakeRegistryService &service, TreeBuilder &registry)
                                          {"OLD", text("3E-10-AA-BB-CC-D0")}})},
                     {"device@3e:10:aa:bb:cc:d0", text("3E:10:AA:BB:CC:D0")},
                     {"local-mac-address", data("3e10aabbccd0")}}));
-    service.setProperties(registry["usb1"], dictionary({{"serial", text("usb1")},
-                                                        {"iSerial", number(3)},
-                                                        {"uniq", text("Ab12:Cd")},
-                                                        {"count", number(3)}}));
+    service.setProperties(
+        registry["usb1"],
+        dictionary({{"serial", text("usb1")},
+                    {"iSerial", number(3)},
+                    {"uniq", text("Ab12:Cd")},
+                    {"quoted_serial", text("\"\"")},
+                    {"DxUnreadAttributes", dictionary({{"serial", text("not read")}})},
+                    {"count", number(3)}}));
     service.setProperties(registry["monitor"], dictionary({{"edid", RegistryValue::data(edid())},
                                                            {"name", text("screen MON-99431")}}));
     service.setComputerName(QStringLiteral("ada-laptop"));

@@ -6,7 +6,7 @@ from pathlib import Path
 
 TABLE = Path(__file__).resolve().parents[3] / "resources/privacy/rules.json"
 RULES = json.loads(TABLE.read_text())
-SAYS_NOTHING = "0fFxX.-: "
+SAYS_NOTHING = '0fFxX.-: "'
 
 
 def _pattern(row, key="match"):
