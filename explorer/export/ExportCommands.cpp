@@ -222,12 +222,12 @@ void ExportCommands::askForPrinter(const ExportRequest &request)
 void ExportCommands::printOn(QPrinter &printer, const ExportRequest &request)
 {
     const QString machine =
-        request.isRedacted ? QString() : dataStore_->hostName() + QLatin1String(" · ");
+        request.isRedacted ? QString() : dataStore_->hostName() + QStringLiteral(" · ");
     const QString date = dataStore_->lastUpdateDate().toLocalTime().toString(Qt::ISODate);
     bool isPrinted = false;
     {
         PagePrinter pages(printer,
-                          machine + selection_.registryPlane() + QLatin1String(" · ") + date);
+                          machine + selection_.registryPlane() + QStringLiteral(" · ") + date);
         if (!pages.open(QIODevice::WriteOnly))
             return report(tr("The printer could not be used."), printer.printerName());
         isPrinted = run(tr("Printing…"), request, pages);
