@@ -53,7 +53,8 @@ QRegularExpression wholePattern(const QString &text)
 QSet<QString> textsIn(const QJsonValue &list)
 {
     QSet<QString> texts;
-    for (const QJsonValue &text : list.toArray())
+    const QJsonArray array = list.toArray();
+    for (const QJsonValueConstRef text : array)
         texts.insert(text.toString());
     return texts;
 }
@@ -84,7 +85,7 @@ PrivacyRules::PrivacyRules(const QJsonObject &rules)
 std::vector<PrivacyRules::KeyRule> PrivacyRules::keyRules(const QJsonArray &rows)
 {
     std::vector<KeyRule> rules;
-    for (const QJsonValue &row : rows) {
+    for (const QJsonValueConstRef row : rows) {
         const bool hasKind = row.toObject().contains(QLatin1String("kind"));
         rules.push_back({wholePattern(textOf(row, "match")), textOf(row, "subsystem"),
                          hasKind ? kindOf(row) : Kind::Serial});
@@ -94,7 +95,7 @@ std::vector<PrivacyRules::KeyRule> PrivacyRules::keyRules(const QJsonArray &rows
 
 void PrivacyRules::addTextRules(const QJsonArray &rows)
 {
-    for (const QJsonValue &row : rows) {
+    for (const QJsonValueConstRef row : rows) {
         const QString except = textOf(row, "exceptKeys");
         texts_.push_back({pattern(textOf(row, "match")),
                           except.isEmpty() ? QRegularExpression() : wholePattern(except),
@@ -104,7 +105,7 @@ void PrivacyRules::addTextRules(const QJsonArray &rows)
 
 void PrivacyRules::addDataRules(const QJsonArray &rows)
 {
-    for (const QJsonValue &row : rows)
+    for (const QJsonValueConstRef row : rows)
         data_.push_back({wholePattern(textOf(row, "match")), dataKindOf(row)});
 }
 
