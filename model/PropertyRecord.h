@@ -4,6 +4,8 @@
 #include "model/RegistryState.h"
 #include "model/RegistryValue.h"
 
+class TavRegistryProperty;
+
 // What a snapshot holds of a property node. Children are given by their places in a list of nodes.
 struct PropertyRecord
 {
@@ -16,3 +18,6 @@ struct PropertyRecord
     CompactString name = {};
     RegistryValue value = {};
 };
+
+// The nodes of a tree as TavRegistryProperty::restore takes them.
+std::vector<PropertyRecord> propertyRecords(const TavRegistryProperty &root);

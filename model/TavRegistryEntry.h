@@ -110,6 +110,9 @@ public:
     void dropUnusedTree();                                          // if it can be built again
     const PropertyText &propertyText() const { return propertyText_; }
     const RegistryValue &table() const { return table_; } // none: there is only the tree
+    const QDateTime &dateRead() const { return dateRead_; } // of the table
+    // A tree that nobody else holds, for work on another thread; null without properties.
+    PropertyRef copyOfProperties(const PropertyClass &nodeClass) const;
 
     const QString &bundleID() const { return facts_.bundleID; }        // null: none
     QString bundlePath() const;                                        // null: none
@@ -192,6 +195,7 @@ private:
     bool readServiceState(RegistryService &service);
     void readKernelPath(RegistryService &service);
     void makePropertiesOf(const RegistryValue &table);
+    PropertyRef treeOfTable(const PropertyClass &nodeClass) const;
     QStringList planesWithParents() const;
     EntryList newChildrenInPlane(const QString &plane, const QByteArray &cPlane);
 

@@ -145,12 +145,29 @@ const PropertyRef &TavRegistryEntry::propertiesRef() const
 {
     if (properties_ || table_.isNone())
         return properties_;
-    properties_ = TavRegistryProperty::create(
-        currentPropertyClass(), std::const_pointer_cast<TavRegistryEntry>(shared_from_this()), {},
-        nullptr, {}, 0, table_);
-    properties_->clearIsNew();
-    properties_->noteRead(dateRead_);
+    properties_ = treeOfTable(currentPropertyClass());
     return properties_;
+}
+
+PropertyRef TavRegistryEntry::treeOfTable(const PropertyClass &nodeClass) const
+{
+    PropertyRef tree = TavRegistryProperty::create(
+        nodeClass, std::const_pointer_cast<TavRegistryEntry>(shared_from_this()), {}, nullptr, {},
+        0, table_);
+    tree->clearIsNew();
+    tree->noteRead(dateRead_);
+    return tree;
+}
+
+PropertyRef TavRegistryEntry::copyOfProperties(const PropertyClass &nodeClass) const
+{
+    if (!table_.isNone())
+        return treeOfTable(nodeClass);
+    if (!properties_)
+        return nullptr;
+    return TavRegistryProperty::restore(
+        nodeClass, std::const_pointer_cast<TavRegistryEntry>(shared_from_this()),
+        propertyRecords(*properties_));
 }
 
 void TavRegistryEntry::dropUnusedTree()

@@ -95,6 +95,7 @@ public:
 
 private:
     friend class DataStoreDecoder;
+    friend class RedactedStore;
 
     TavDataStore();
     const std::vector<EntryOrder> &planeOrders();

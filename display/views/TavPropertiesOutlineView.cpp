@@ -15,7 +15,7 @@
 TavPropertiesOutlineView::TavPropertiesOutlineView(QWidget *parent)
     : OutlineView(parent)
 {
-    setSelectionMode(SingleSelection);
+    setSelectionMode(ExtendedSelection);
     setEditTriggers(DoubleClicked | EditKeyPressed);
     setAllColumnsShowFocus(true);
     setAlternatingRowColors(true);
@@ -206,8 +206,33 @@ void TavPropertiesOutlineView::noteHeightOfAllRowsChanged()
 
 TavRegistryProperty *TavPropertiesOutlineView::selectedItem() const
 {
+    const QModelIndex current = currentIndex();
+    if (selectionModel()->isRowSelected(current.row(), current.parent()))
+        return dataSource_->item(current);
     const QModelIndexList rows = selectionModel()->selectedRows();
     return rows.isEmpty() ? nullptr : dataSource_->item(rows.first());
+}
+
+QString TavPropertiesOutlineView::selectedText() const
+{
+    struct Row
+    {
+        std::vector<int> place; // the rows from the top down to it
+        QModelIndex index;
+    };
+    std::vector<Row> rows;
+    for (const QModelIndex &index : selectionModel()->selectedRows()) {
+        Row &row = rows.emplace_back(Row{{}, index});
+        for (QModelIndex at = index; at.isValid(); at = at.parent())
+            row.place.push_back(at.row());
+        std::reverse(row.place.begin(), row.place.end());
+    }
+    std::sort(rows.begin(), rows.end(),
+              [](const Row &a, const Row &b) { return a.place < b.place; });
+    QStringList lines;
+    for (const Row &row : rows)
+        lines.append(dataSource_->line(row.index));
+    return lines.join(u'\n');
 }
 
 void TavPropertiesOutlineView::changeEvent(QEvent *event)

@@ -25,7 +25,9 @@ public:
     void reloadData();
     void noteHeightOfAllRowsChanged();
     void setAllRowsExpanded(bool isExpanded);
-    TavRegistryProperty *selectedItem() const; // null: no selection
+    // The current one if several are selected; null: no selection.
+    TavRegistryProperty *selectedItem() const;
+    QString selectedText() const; // "key = value" for each selected row, from the top
 
 protected:
     void changeEvent(QEvent *event) override;

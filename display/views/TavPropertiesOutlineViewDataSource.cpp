@@ -6,6 +6,7 @@
 #include "display/TavPropertyOutlineItem.h"
 #include "display/ValueReading.h"
 #include "display/ValueStyles.h"
+#include "display/export/EscapedText.h"
 #include "platform/host/SystemBeep.h"
 #include "platform/widgets/PlainToolTip.h"
 
@@ -313,6 +314,20 @@ void TavPropertiesOutlineViewDataSource::noteAllItemsExpanded(bool isExpanded)
         const auto children = item->children();
         pending.insert(pending.end(), children.begin(), children.end());
     }
+}
+
+// On one line, for the clipboard.
+QString TavPropertiesOutlineViewDataSource::line(const QModelIndex &index) const
+{
+    QString path;
+    for (const Row *row = rowOf(index); row->parent; row = row->parent) {
+        const bool isKey = row->item->hasName() && !row->item->name().isEmpty();
+        const QString step = isKey ? row->item->name()
+                                   : u'[' + QString::number(row - row->parent->rows.data()) + u']';
+        path = path.isEmpty() || path.startsWith(u'[') ? step + path : step + u'/' + path;
+    }
+    return escapedText(path) + QLatin1String(" = ") +
+           escapedText(styledText(index.siblingAtColumn(ValueColumn)).text());
 }
 
 void TavPropertiesOutlineViewDataSource::selectionDidChange()

@@ -43,6 +43,7 @@ public:
     TavRegistryProperty *item(const QModelIndex &index) const;  // null: the invisible root
     QModelIndex indexOf(const TavRegistryProperty &item) const; // invalid: not shown
     StyledText styledText(const QModelIndex &index) const;
+    QString line(const QModelIndex &index) const; // "power/control = auto", "list[0] = 0x7"
     static bool isItemExpandable(const TavRegistryProperty &item);
     bool isItemExpanded(const TavRegistryProperty &item) const;
     void itemDidExpand(const QModelIndex &index);

@@ -2,6 +2,7 @@
 #include "explorer/window/EntryCommands.h"
 
 #include "explorer/selection/EntrySelection.h"
+#include "explorer/window/PropertiesPane.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/host/FileManager.h"
 #include "platform/widgets/ContextMenuKey.h"
@@ -16,9 +17,11 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 
-EntryCommands::EntryCommands(QMainWindow &window, EntrySelection &selection)
+EntryCommands::EntryCommands(QMainWindow &window, EntrySelection &selection,
+                             PropertiesPane &properties)
     : window_(window)
     , selection_(selection)
+    , properties_(properties)
 {
     ContextMenuKey::addTo(window);
 }
@@ -31,7 +34,7 @@ void EntryCommands::showEntryMenu(const QPoint &globalPosition)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     for (const char *const item :
          {"copyNameAction", "copyPathAction", "copyClassAction", "copyBundleAction",
-          "copyKernelPathAction", separator, "promptForBookmarkAction",
+          "copyKernelPathAction", "copyEntryAsTextAction", "copyEntryAsJsonAction", separator, "promptForBookmarkAction",
           "revealSelectionBundleInNavroAction", "openInNewWindowAction", separator,
           "updateSelectedObjectAction"}) {
         if (item)
@@ -52,6 +55,8 @@ void EntryCommands::copy()
         field->copy();
     else if (auto *const cell = qobject_cast<QPlainTextEdit *>(focused))
         cell->copy();
+    else if (const QString rows = properties_.selectedText(); !rows.isNull())
+        QGuiApplication::clipboard()->setText(rows);
     else if (selection_.entryPath())
         copyPath();
 }

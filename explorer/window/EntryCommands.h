@@ -4,6 +4,7 @@
 #include <QObject>
 
 class EntrySelection;
+class PropertiesPane;
 class QMainWindow;
 class QPoint;
 
@@ -12,12 +13,14 @@ class EntryCommands : public QObject
 {
     Q_OBJECT
 public:
-    EntryCommands(QMainWindow &window, EntrySelection &selection); // which must outlive this
+    // All must outlive this.
+    EntryCommands(QMainWindow &window, EntrySelection &selection, PropertiesPane &properties);
 
     // Its items are those of the window's menus.
     void showEntryMenu(const QPoint &globalPosition);
 
-    void copy(); // the selected text of a field or cell, or else the entry's path
+    // The selected text of a field or cell, the selected properties, or else the entry's path.
+    void copy();
     void copyName();
     void copyPath();
     void copyClass();
@@ -33,4 +36,5 @@ public:
 private:
     QMainWindow &window_;
     EntrySelection &selection_;
+    PropertiesPane &properties_;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The table of the commands in a window's menus.
+#include "explorer/export/ExportCommands.h"
 #include "explorer/find/FindController.h"
 #include "explorer/selection/EntrySelection.h"
 #include "explorer/sheets/WindowSheets.h"
@@ -50,6 +51,10 @@ bool isBrowser(const Window &window)
 bool isSelected(const Window &window)
 {
     return window.selectedEntry() != nullptr;
+}
+bool hasEntries(const Window &window)
+{
+    return window.dataStore()->registryRoot() != nullptr;
 }
 template<int Step>
 bool hasSibling(const Window &window)
@@ -104,6 +109,11 @@ QString newDocumentWindowTitle(const Window &window)
 }
 
 constexpr MenuCommand commands[] = {
+    {"saveRedactedCopyAction",
+     [](Window &window) { window.exporter().saveRedactedCopy(window.document()); }, hasEntries},
+    {"exportAction", runIn<&Window::exporter, &ExportCommands::exportEntries>, hasEntries},
+    {"printAction", runIn<&Window::exporter, &ExportCommands::print>, hasEntries},
+
     {"undoAction", runIn<&Window::properties, &PropertiesPane::undo>,
      asks<&Window::properties, &PropertiesPane::canUndo>,
      [](const Window &window) { return window.properties().undoTitle(); }},
@@ -118,6 +128,10 @@ constexpr MenuCommand commands[] = {
      asks<&Window::entryCommands, &EntryCommands::hasBundle>},
     {"copyKernelPathAction", runIn<&Window::entryCommands, &EntryCommands::copyKernelPath>,
      asks<&Window::entryCommands, &EntryCommands::hasKernelPath>},
+    {"copyEntryAsTextAction", runIn<&Window::exporter, &ExportCommands::copyEntryAsText>,
+     isSelected},
+    {"copyEntryAsJsonAction", runIn<&Window::exporter, &ExportCommands::copyEntryAsJson>,
+     isSelected},
     {"pasteAction", run<&Window::paste>, [](const Window &) { return EntryCommands::canPaste(); }},
 
     {"outlineViewAction", run<&Window::outlineView>, always, fixed, isTree},

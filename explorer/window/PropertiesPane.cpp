@@ -150,6 +150,13 @@ void PropertiesPane::scrollToSelection()
         propertiesOutlineView_->scrollTo(propertiesOutlineView_->currentIndex());
 }
 
+QString PropertiesPane::selectedText() const
+{
+    return propertiesOutlineView_->hasFocus() && propertiesOutlineView_->selectedItem()
+               ? propertiesOutlineView_->selectedText()
+               : QString();
+}
+
 PropertiesPane::Reading PropertiesPane::readingOfAttribute(const QString &attribute) const
 {
     return entry_ ? attributeRequests_->reading(*entry_, attribute) : Reading::NotOffered;

@@ -37,6 +37,8 @@ public:
     void dataViewOptionsChanged(TavRegistryProperty *item);
     void selectPropertyKeyIndexPath(const std::vector<PropertyPathMember> &path);
     void scrollToSelection();
+    // The selected rows while the view has the keyboard, else null.
+    QString selectedText() const;
 
     Reading readingOfAttribute(const QString &attribute) const override;
     void readAttribute(const QString &attribute) override;

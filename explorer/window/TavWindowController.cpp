@@ -5,6 +5,7 @@
 #include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
 #include "explorer/selection/EntryChooser.h"
+#include "explorer/export/ExportCommands.h"
 #include "explorer/selection/HistoryButtons.h"
 #include "explorer/selection/PathsPopUp.h"
 #include "explorer/selection/PlaneMenu.h"
@@ -82,6 +83,7 @@ TavWindowController::~TavWindowController()
     finder_->windowWillClose();
     views_->windowWillClose();
     sheets_.reset();
+    exporter_.reset();
     planeMenu_.reset();
     window_.reset(); // its views use the parts
     if (dataStore_->registryEntries().size() >= Disposal::worthwhile)
@@ -104,7 +106,9 @@ void TavWindowController::makeParts()
     Explanations::addTo(window);
     finder_ = std::make_unique<FindController>(window, dataStore_, *this, *selection_, *views_);
     sheets_ = std::make_unique<WindowSheets>(window, dataStore_, *selection_);
-    entryCommands_ = std::make_unique<EntryCommands>(window, *selection_);
+    entryCommands_ = std::make_unique<EntryCommands>(window, *selection_, *properties_);
+    exporter_ =
+        std::make_unique<ExportCommands>(window, dataStore_, *selection_, finder_->session());
     menuCommands_ = std::make_unique<MenuCommands>(*this);
 }
 

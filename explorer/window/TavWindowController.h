@@ -10,6 +10,7 @@
 
 class EntryCommands;
 class EntryFacts;
+class ExportCommands;
 class MenuCommands;
 class PathsPopUp;
 class PlaneMenu;
@@ -41,6 +42,7 @@ public:
     PropertiesPane &properties() const { return *properties_; }
     EntryCommands &entryCommands() const { return *entryCommands_; }
     WindowSheets &sheets() const { return *sheets_; }
+    ExportCommands &exporter() const { return *exporter_; }
 
     TavDataStore *dataStore() const override; // the document's
     const QString &registryPlane() const override { return selection_->registryPlane(); }
@@ -159,4 +161,5 @@ private:
     std::unique_ptr<EntryCommands> entryCommands_;
     std::unique_ptr<MenuCommands> menuCommands_;
     std::unique_ptr<WindowSheets> sheets_;
+    std::unique_ptr<ExportCommands> exporter_;
 };

@@ -3,6 +3,7 @@
 
 #include "platform/PlatformLogging.h"
 #include "platform/runloop/NotificationCenter.h"
+#include "platform/runloop/RunLoop.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -88,7 +89,10 @@ void PreferencesStore::watchFile()
         return;
     QDir().mkpath(QFileInfo(file_.path()).path()); // only an existing folder can be watched
     watch_ = std::make_unique<FileWatch>(file_.path());
-    QObject::connect(watch_.get(), &FileWatch::changed, watch_.get(), [this] { refresh(); });
+    // Not while the main thread waits for another one, which may read the values.
+    QObject::connect(watch_.get(), &FileWatch::changed, watch_.get(), [this] {
+        RunLoop::main().performInDefaultMode(life_, [this] { refresh(); });
+    });
 }
 
 void PreferencesStore::registerDefaults(const QJsonObject &defaults)

@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <QTimer>
 #include <chrono>
+#include <memory>
 
 // The user's settings of one domain in a JSON file that running copies of the program share. Keys
 // are stored verbatim. Changes are written when the event loop is next idle, in synchronize() and
@@ -97,4 +98,5 @@ private:
     QTimer mergeTimer_;
     std::unique_ptr<FileWatch> watch_; // null without an application object
     bool writeFailed_ = false;
+    std::shared_ptr<void> life_ = std::make_shared<char>(); // expires with the store
 };

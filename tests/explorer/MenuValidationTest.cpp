@@ -80,8 +80,8 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     controller_->browserView();
     selectNothing();
     EXPECT_EQ(cannotRun(), // Deliberate: not the previous sibling's
-              " collapseAll collapseAroundSelection copyBundle copyClass copyKernelPath copyName "
-              "copyPath expandAll" +
+              " collapseAll collapseAroundSelection copyBundle copyClass copyEntryAsJson "
+              "copyEntryAsText copyKernelPath copyName copyPath expandAll" +
                   always +
                   " goToNextPathCrossPlane goToNextPathInPlane goToPrevPathCrossPlane "
                   "goToPrevPathInPlane openInNewWindow promptForBookmark readAttribute redo "

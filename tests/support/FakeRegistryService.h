@@ -87,6 +87,14 @@ public:
     quint32 retainCount(RegistryObject object) override;
     void retain(RegistryObject object) override;
     void release(RegistryObject object) override;
+    HostInformation hostInformation() override
+    {
+        HostInformation host = NotifyingRegistryService::hostInformation();
+        if (!computerName_.isNull())
+            host.computerName = computerName_;
+        return host;
+    }
+    void setComputerName(const QString &name) { computerName_ = name; }
     QString bundleURLForIdentifier(const QString &bundleID) override
     {
         return bundlePath(bundleID);
@@ -123,6 +131,7 @@ private:
 
     QHash<RegistryIterator, Iterator> iterators_;
     RegistryIterator lastIterator_ = 0;
+    QString computerName_; // null: this machine's
     bool hasEntryIDs_ = true;
     bool hasSuperclassLookup_ = true;
     bool distinctHandles_ = false;

@@ -16,6 +16,7 @@ SYNTHETIC = FIXTURES / "synthetic/sys"
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(TOOLS / "lib"))
+from recording.anonymiser import Anonymiser  # noqa: E402
 from recording.reading import ReadError, TimedReader  # noqa: E402
 
 
@@ -113,6 +114,33 @@ class RecordSysfs(TemporaryFolderTest):
         self.assertEqual(recorded["sys/devices/virtual/net/lo/address"], b"00:00:00:00:00:00\n")
         bond = recorded["sys/devices/virtual/net/bond0/address"]
         self.assertEqual(recorded["sys/devices/virtual/net/bond0.7/address"], bond)
+
+    def test_finds_what_identifies_by_the_rules_of_the_program(self):
+        anonymiser = Anonymiser({"0000:00:14.0", "wmi0"}, key=b"key")
+        files = {
+            "nvme0/wwid": b"eui.0025385b71b0ab12\n",
+            "block/name": b"disk/by-id/nvme-Fast_Disk_S4EWNX0N-part1\n",
+            "net/ib0/address": b"80:00:02:08:fe:80:00:00:00:00:00:00:00:11:22:33:44:55:66:77\n",
+            "wmi0/modalias": b"wmi:05901221-D566-11D1-B2F0-00A0C9062910\n",
+            "session/traddr": b"192.168.7.9\n",
+            "fw_version": b"11.22.33.44\n",
+            "board_serial": b"To be filled by O.E.M.\n",
+            "usb1/serial": b"0000:00:14.0\n",
+            "short/serial": b"DW12\n",
+        }
+        for path, content in files.items():
+            anonymiser.learn(path, content)
+        anonymiser.learn_host("ada-pc")
+        kept = {path for path, content in files.items() if anonymiser.apply(content) == content}
+        self.assertEqual(
+            kept, {"wmi0/modalias", "fw_version", "board_serial", "usb1/serial"}
+        )
+        link = anonymiser.apply(b"/by-id/nvme-eui.0025385b71b0ab12 ada-pc/DW12x/DW12")
+        for secret in (b"0025385b71b0ab12", b"ada-pc", b"/DW12/"):
+            self.assertNotIn(secret, link + b"/")
+        self.assertIn(b"/DW12x/", link)
+        self.assertTrue(anonymiser.is_left_out("devices/card0/edid"))
+        self.assertTrue(anonymiser.is_left_out("firmware/dmi/tables/DMI"))
 
     def test_records_a_part_with_what_it_needs(self):
         recorded = self.record("--no-anonymise", "class/net/eth0")

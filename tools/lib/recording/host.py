@@ -7,6 +7,18 @@ NAME = "etc/hostname"
 MACHINE = "proc/sys/kernel/arch"
 
 
+def name(root):
+    """The host's name: this machine's, or that beside a recorded root; empty if unknown."""
+    beside = os.path.dirname(os.path.realpath(root))
+    if beside == "/":
+        return platform.node()
+    try:
+        with open(os.path.join(beside, NAME), encoding="utf-8", errors="replace") as file:
+            return file.read(1024).strip()
+    except OSError:
+        return ""
+
+
 def files(root, with_name):
     """Contents by path, of this machine or from beside a recorded root."""
     beside = os.path.dirname(os.path.realpath(root))

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+
+// The serial numbers in a monitor's description (EDID): a number and texts.
+namespace EdidRedaction {
+QStringList serialTexts(const QByteArray &edid);
+// The same description without them, with valid checksums. Other bytes are returned as they are.
+QByteArray cleaned(QByteArray edid);
+} // namespace EdidRedaction
