@@ -145,6 +145,20 @@ void DataStoreEncoder::encodeEntry(const TavRegistryEntry &entry)
     archiver_.encodeInteger(EntryKey::registryState, static_cast<quint32>(entry.registryState()));
     archiver_.encodeReference(EntryKey::properties,
                               archiver_.reference(*treeOf(entry), propertyClass_));
+    if (const DeviceName *const name = entry.deviceName())
+        encodeDeviceName(*name);
+}
+
+void DataStoreEncoder::encodeDeviceName(const DeviceName &name)
+{
+    ArchiveDictionary dictionary;
+    for (const auto &[key, text] : {std::pair(DeviceNameKey::model, name.model()),
+                                    std::pair(DeviceNameKey::vendor, name.vendor()),
+                                    std::pair(DeviceNameKey::className, name.className())}) {
+        if (!text.isNull())
+            dictionary.push_back({QString(key), text});
+    }
+    archiver_.encodeValue(EntryKey::deviceName, dictionary);
 }
 
 const TavRegistryProperty *DataStoreEncoder::treeOf(const TavRegistryEntry &entry) const

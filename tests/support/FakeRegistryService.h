@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "model/DeviceNames.h"
 #include "model/NotifyingRegistryService.h"
 #include "tests/support/FakeRegistry.h"
 
@@ -83,6 +84,8 @@ public:
     quint32 retainCount(RegistryObject object) override;
     void retain(RegistryObject object) override;
     void release(RegistryObject object) override;
+    std::shared_ptr<DeviceNames> deviceNames() override { return deviceNames_; }
+    void setDeviceNames(std::shared_ptr<DeviceNames> names) { deviceNames_ = std::move(names); }
     QString bundleURLForIdentifier(const QString &bundleID) override
     {
         return bundlePath(bundleID);
@@ -119,6 +122,7 @@ private:
 
     QHash<RegistryIterator, Iterator> iterators_;
     RegistryIterator lastIterator_ = 0;
+    std::shared_ptr<DeviceNames> deviceNames_;
     bool hasEntryIDs_ = true;
     bool hasSuperclassLookup_ = true;
     bool distinctHandles_ = false;
