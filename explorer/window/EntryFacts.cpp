@@ -10,6 +10,8 @@
 
 EntryFacts::EntryFacts(QMainWindow &window)
     : objectNameField_(InterfaceLoader::outlet<FactField>(window, "objectNameField"))
+    , objectDeviceLabel_(InterfaceLoader::outlet<QLabel>(window, "objectDeviceLabel"))
+    , objectDeviceField_(InterfaceLoader::outlet<FactField>(window, "objectDeviceField"))
     , objectInheritanceField_(InterfaceLoader::outlet<FactField>(window, "objectInheritanceField"))
     , objectBundleField_(InterfaceLoader::outlet<FactField>(window, "objectBundleField"))
     , objectRetainCountField_(InterfaceLoader::outlet<FactField>(window, "objectRetainCountField"))
@@ -40,6 +42,7 @@ void EntryFacts::show(const TavRegistryEntry &entry, const QString &plane, bool 
 {
     objectNameField_->setDimmed(false);
     objectNameField_->setFact(entry.nameAtLocationInPlane(plane));
+    showDevice(entry);
     QString inheritance = entry.inheritanceString();
     if (!hasSuperclassLookup)
         inheritance += tr(" (full inheritance not available)");
@@ -53,8 +56,22 @@ void EntryFacts::show(const TavRegistryEntry &entry, const QString &plane, bool 
     objectActiveCell_->setChecked(entry.isActive());
 }
 
+void EntryFacts::showDevice(const TavRegistryEntry &entry)
+{
+    const DeviceName *const device = entry.deviceName();
+    setDevice(device ? device->description() : QString());
+}
+
+void EntryFacts::setDevice(const QString &description)
+{
+    objectDeviceField_->setFact(description);
+    objectDeviceLabel_->setVisible(!description.isNull());
+    objectDeviceField_->setVisible(!description.isNull());
+}
+
 void EntryFacts::clearObjectInfo()
 {
+    setDevice(QString());
     objectNameField_->setDimmed(true);
     objectNameField_->setFact(tr("(No object selected)"));
     for (FactField *field : {objectInheritanceField_, objectBundleField_, objectRetainCountField_,

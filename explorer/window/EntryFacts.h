@@ -18,12 +18,16 @@ public:
 
     // The inheritance may stop short of the base class where the host cannot look it up.
     void show(const TavRegistryEntry &entry, const QString &plane, bool hasSuperclassLookup);
+    void showDevice(const TavRegistryEntry &entry); // whose name may have been found since
     void clearObjectInfo();
 
 private:
+    void setDevice(const QString &description); // null: none
     void alignServiceFacts(QMainWindow &window);
 
     FactField *objectNameField_;
+    QWidget *objectDeviceLabel_;
+    FactField *objectDeviceField_;
     FactField *objectInheritanceField_;
     FactField *objectBundleField_;
     FactField *objectRetainCountField_;
