@@ -16,6 +16,8 @@ public:
     DeviceName nameOf(const QString &modalias) override;
 
 private:
+    QString classOf(const QString &modalias);
+
     struct Release
     {
         void operator()(udev *context) const;
@@ -24,4 +26,5 @@ private:
 
     std::unique_ptr<udev, Release> context_;
     std::unique_ptr<udev_hwdb, Release> database_; // null: none
+    QHash<QString, QString> classes_;              // by the part of the modalias that decides
 };

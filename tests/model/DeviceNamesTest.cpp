@@ -172,5 +172,8 @@ TEST(UdevHardwareNames, KnowTheClassesOfDevices)
     const DeviceName name = UdevHardwareNames().nameOf(anyEthernet);
     EXPECT_EQ(name.className().toStdString(), "Ethernet controller");
     EXPECT_TRUE(name.model().isNull());
+    const QString hub = QStringLiteral("usb:v1D6Bp0002d0601dc09dsc00dp01ic09isc00ip00in00");
+    EXPECT_FALSE(UdevHardwareNames().nameOf(hub).model().isNull());
+    EXPECT_EQ(UdevHardwareNames().nameOf(hub).className().toStdString(), "Hub");
     EXPECT_TRUE(UdevHardwareNames().nameOf(QStringLiteral("pci:")).isEmpty());
 }
