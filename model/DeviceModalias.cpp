@@ -5,7 +5,8 @@
 
 namespace {
 constexpr QLatin1String keys[] = {
-    QLatin1String("modalias"),        QLatin1String("uevent"),
+    QLatin1String("modalias"),        QLatin1String("id"),
+    QLatin1String("subsystem"),       QLatin1String("uevent"),
     QLatin1String("idVendor"),        QLatin1String("idProduct"),
     QLatin1String("bcdDevice"),       QLatin1String("bDeviceClass"),
     QLatin1String("bDeviceSubClass"), QLatin1String("bDeviceProtocol"),
@@ -39,6 +40,14 @@ QString ofUsbDevice(const RegistryValue &properties)
                .arg(byteOf(properties, u"bDeviceClass"), byteOf(properties, u"bDeviceSubClass"),
                     byteOf(properties, u"bDeviceProtocol"));
 }
+// Nor has a PNP device, but its IDs are those of ACPI.
+QString ofPnpDevice(const RegistryValue &properties)
+{
+    const RegistryValue &id = properties.member(u"id");
+    const QString text = id.elements().empty() ? id.toString() : id.elements().front().toString();
+    const bool isPnp = properties.member(u"subsystem").stringView() == QLatin1String("bus/pnp");
+    return isPnp && !text.isEmpty() ? QStringLiteral("acpi:%1:").arg(text.toUpper()) : QString();
+}
 } // namespace
 
 QString DeviceModalias::of(const RegistryValue &properties)
@@ -48,7 +57,8 @@ QString DeviceModalias::of(const RegistryValue &properties)
         if (const QString modalias = value.toString(); !modalias.isEmpty())
             return modalias;
     }
-    return ofUsbDevice(properties);
+    const QString usb = ofUsbDevice(properties);
+    return usb.isNull() ? ofPnpDevice(properties) : usb;
 }
 
 RegistryValue DeviceModalias::propertiesOf(const TavRegistryProperty &tree)
@@ -62,7 +72,7 @@ RegistryValue DeviceModalias::propertiesOf(const TavRegistryProperty &tree)
             members.push_back({CompactString(QString(key)),
                                RegistryValue::dictionary(
                                    {{CompactString(QStringLiteral("MODALIAS")), alias->value()}})});
-        else if (node)
+        else if (node && !node->isCollection())
             members.push_back({CompactString(QString(key)), node->value()});
     }
     return RegistryValue::dictionary(std::move(members));

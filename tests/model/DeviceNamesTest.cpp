@@ -137,6 +137,8 @@ TEST(DeviceModalias, ComesFromThePropertiesThatTheKernelGives)
         // "10" is hexadecimal here, though it looks like a decimal number.
         {hub(number(10)), "usb:v1D6Bp0002d0601dc10dsc00dpE0"},
         {dictionary({{"idVendor", text("1d6b")}, {"idProduct", number(2, 2)}}), ""},
+        {dictionary({{"id", text("IBM0057")}, {"subsystem", text("bus/pnp")}}), "acpi:IBM0057:"},
+        {dictionary({{"id", text("IBM0057")}, {"subsystem", text("class/sound")}}), ""},
         {dictionary({{"modalias", number(7)}}), ""},
         {{}, ""},
     };
