@@ -57,9 +57,9 @@ void OutlineRowDelegate::paintDetail(QPainter &painter, const QStyleOptionViewIt
     painter.save();
     painter.setFont(font);
     painter.setPen(detailColor(row));
+    const auto alignment = QStyle::visualAlignment(row.direction, Qt::AlignLeft) | Qt::AlignVCenter;
     painter.drawText(QStyle::visualRect(row.direction, row.rect, place),
-                     QStyle::visualAlignment(row.direction, Qt::AlignLeft) | Qt::AlignVCenter |
-                         Qt::TextSingleLine,
+                     static_cast<int>(alignment.toInt()) | Qt::TextSingleLine,
                      metrics.elidedText(visibleText(detail), Qt::ElideRight, place.width()));
     painter.restore();
 }
