@@ -52,6 +52,7 @@ CaptureCommand::ExitCode CaptureCommand::run(const CommandLine &line)
     const auto store = TavDataStore::initFromDxRegistry(*service);
     if (!store || !store->registryRoot())
         return fail(NoRegistry, CaptureCommand::tr("The registry cannot be read."));
+    store->lookUpDeviceNamesNow(); // another machine may not know them
     const QString problem = line.captureFile == QLatin1String("-")
                                 ? writeToStandardOutput(*store)
                                 : writeToFile(*store, line.captureFile);

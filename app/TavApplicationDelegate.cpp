@@ -108,6 +108,8 @@ StartResult TavApplicationDelegate::start(const CommandLine &line)
     }
     if (const QString missing = missingPlace(line); !missing.isNull())
         return {Status::Failed, missing};
+    if (isUnattended) // a picture does not wait for what comes later
+        mainWindowController()->dataStore()->lookUpDeviceNamesNow();
     goToPlace(line);
     if (isUnattended)
         takePicture(line.screenshotFile);

@@ -43,6 +43,10 @@ constexpr Explanation planes[] = {
 };
 
 constexpr Explanation facts[] = {
+    {"objectDevice",
+     QT_TRANSLATE_NOOP("Explanations",
+                       "What the hardware databases of this machine, or of the one that saved the "
+                       "snapshot, call the device")},
     {"objectInheritance",
      QT_TRANSLATE_NOOP("Explanations",
                        "The entry's class, then each class that it inherits, up to the most "

@@ -2,6 +2,7 @@
 #include "explorer/ExplorerContext.h"
 
 #include "explorer/DateText.h"
+#include "explorer/EntryIcons.h"
 #include "explorer/IncompleteBar.h"
 #include "store/TavDataStore.h"
 
@@ -26,6 +27,8 @@ QString ExplorerContext::toolTipForRegistryEntry(const TavRegistryEntry &entry) 
             text += u'\n';
         text += format.arg(DateText::shortDate(date), DateText::mediumTime(date));
     };
+    if (const DeviceName *const device = entry.deviceName())
+        text += u'\n' + device->description();
     append(entry.dateDiscovered(), tr("Discovered: %1 %2"));
     append(entry.dateLastUpdated(), tr("Updated: %1 %2"));
     append(entry.dateTerminated(), tr("Terminated: %1 %2"));
@@ -42,19 +45,30 @@ QString ExplorerContext::warningForEntry(const TavRegistryEntry &entry) const
 
 QVariant ExplorerContext::markForEntry(const TavRegistryEntry &entry) const
 {
-    return warningForEntry(entry).isNull()
-               ? QVariant()
-               : QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
+    if (!warningForEntry(entry).isNull())
+        return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
+    return showsIcons() ? QVariant(EntryIcons::shared().iconOf(entry)) : QVariant();
 }
 
-QString ExplorerContext::accessibleNameForEntry(const TavRegistryEntry &entry, const QString &name)
+QVariant ExplorerContext::detailForEntry(const TavRegistryEntry &entry) const
 {
+    const DeviceName *const device = showsDeviceNames() ? entry.deviceName() : nullptr;
+    const QString detail = device ? device->shortTitle() : QString();
+    return detail.isNull() ? QVariant() : detail;
+}
+
+QString ExplorerContext::accessibleNameForEntry(const TavRegistryEntry &entry,
+                                                const QString &name) const
+{
+    const QString detail = detailForEntry(entry).toString();
+    // "name, device"
+    const QString text = detail.isNull() ? name : tr("%1, %2").arg(name, detail);
     switch (entry.registryState()) {
     case RegistryStateNew:
-        return tr("%1, new").arg(name);
+        return tr("%1, new").arg(text);
     case RegistryStateTerminated:
-        return tr("%1, terminated").arg(name);
+        return tr("%1, terminated").arg(text);
     default:
-        return name;
+        return text;
     }
 }

@@ -17,6 +17,8 @@ public:
     virtual TavDataStore *dataStore() const = 0;
     virtual const QString &registryPlane() const = 0;
     virtual bool showNumPaths() const = 0;
+    virtual bool showsDeviceNames() const = 0;
+    virtual bool showsIcons() const = 0;
     virtual FindState findStateForRegistryEntry(const TavRegistryEntry &entry) const = 0;
     virtual bool isFiltering() const = 0; // false: everything passes the filter
     virtual bool passesFilter(const TavRegistryEntry &entry) const = 0;
@@ -24,11 +26,14 @@ public:
 
     EntryList::Entries filterRegistryEntries(const EntryList::Entries &entries) const;
     QString toolTipForRegistryEntry(const TavRegistryEntry &entry) const;
-    // What is wrong with an entry, as text and as a mark on its rows; null for most.
+    // What is wrong with an entry; null for most.
     QString warningForEntry(const TavRegistryEntry &entry) const;
+    // The icon before an entry's name: a warning, or else its kind; none where icons are off.
     QVariant markForEntry(const TavRegistryEntry &entry) const;
+    // The device's name, behind the entry's; null where there is none or device names are off.
+    QVariant detailForEntry(const TavRegistryEntry &entry) const;
     // What a screen reader says of a row.
-    static QString accessibleNameForEntry(const TavRegistryEntry &entry, const QString &name);
+    QString accessibleNameForEntry(const TavRegistryEntry &entry, const QString &name) const;
 
 protected:
     ~ExplorerContext() = default;

@@ -137,8 +137,17 @@ bool EntryQuery::matchesByName(const QString &name, const QString &location)
     return search_.matches(seam_);
 }
 
+// The name of the device counts as a name of the entry, in every plane.
+bool EntryQuery::matchesDeviceName(const TavRegistryEntry &entry) const
+{
+    const DeviceName *const device = entry.deviceName();
+    return device && search_.matchesKept(device->title());
+}
+
 bool EntryQuery::matchesInAnyPlane(const TavRegistryEntry &entry) const
 {
+    if (looksAt(FindOption::Name) && matchesDeviceName(entry))
+        return true;
     if (looksAt(FindOption::Class) && search_.matchesKept(entry.DxcoreClass()))
         return true;
     if (looksAt(FindOption::Inheritance)) {

@@ -43,6 +43,7 @@ private:
     bool looksAt(FindOption option) const { return !options_ || options_.testFlag(option); }
     bool matches(const TavRegistryEntry &entry, const QString &plane);
     bool matchesInAnyPlane(const TavRegistryEntry &entry) const;
+    bool matchesDeviceName(const TavRegistryEntry &entry) const;
     bool matchesInProperties(const TavRegistryEntry &entry) const;
     bool matchesKeys(QByteArrayView keys) const;
     static bool hasOneName(const TavRegistryEntry &entry);

@@ -6,6 +6,9 @@
 
 #include <array>
 #include <functional>
+#include <memory>
+
+class DeviceNames;
 
 using RegistryObject = quint32; // a handle, owned by its receiver until released; 0: none
 using RegistryIterator = quint32;
@@ -125,6 +128,8 @@ public:
 
     // The file of the driver bundle, or null.
     virtual QString bundleURLForIdentifier(const QString &bundleID) = 0;
+    // The hardware databases of the machine that runs the program; null: none.
+    virtual std::shared_ptr<DeviceNames> deviceNames() { return nullptr; }
 
     // Notifications. Without support: Unsupported, or port 0.
     using MessageHandler = std::function<void(const RegistryMessage &)>;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "model/DeviceName.h"
 #include "model/EntryRecord.h"
 #include "model/FindOptions.h"
 #include "model/PropertyText.h"
@@ -109,10 +110,19 @@ public:
     bool hasTree() const { return properties_ != nullptr; }         // made already
     void dropUnusedTree();                                          // if it can be built again
     const PropertyText &propertyText() const { return propertyText_; }
-    const RegistryValue &table() const { return table_; } // none: there is only the tree
+    const RegistryValue &table() const { return table_; }   // none: there is only the tree
     const QDateTime &dateRead() const { return dateRead_; } // of the table
     // A tree that nobody else holds, for work on another thread; null without properties.
     PropertyRef copyOfProperties(const PropertyClass &nodeClass) const;
+
+    // What a hardware database calls the device; null when that is unknown, or not looked up yet.
+    const DeviceName *deviceName() const
+    {
+        return deviceName_ && !deviceName_->isEmpty() ? deviceName_.get() : nullptr;
+    }
+    const DeviceNameRef &deviceNameRef() const { return deviceName_; } // null: not looked up
+    bool isDeviceNameLookedUp() const { return deviceName_ != nullptr; }
+    void setDeviceName(DeviceNameRef name) { deviceName_ = std::move(name); }
 
     const QString &bundleID() const { return facts_.bundleID; }        // null: none
     QString bundlePath() const;                                        // null: none
@@ -210,5 +220,6 @@ private:
     QDateTime dateRead_;  // of the table
     mutable PropertyRef properties_;
     PropertyText propertyText_; // of the properties
+    DeviceNameRef deviceName_;  // not in the facts, which are the kernel's
     PlaneMap<bool> descendantMatchesLastQueryInPlanes_;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The reading operations of TavRegistryEntry.
+#include "model/DeviceModalias.h"
 #include "model/EntryStore.h"
 #include "model/TavRegistryEntry.h"
 
@@ -117,8 +118,11 @@ void TavRegistryEntry::makePropertiesOf(const RegistryValue &table)
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const bool isTreeKept = !properties_ || properties_->hasClass(currentPropertyClass());
-    if (!isTreeKept || !table.isSameCollectionAs(table_))
+    if (!isTreeKept || !table.isSameCollectionAs(table_)) {
+        if (deviceName_ && DeviceModalias::of(table) != DeviceModalias::of(table_))
+            deviceName_.reset(); // another device in the same place
         return setTable(table, now);
+    }
     dateRead_ = now;
     if (properties_)
         properties_->noteRead(now);

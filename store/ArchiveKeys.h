@@ -52,9 +52,18 @@ struct EntryKey
     static constexpr QLatin1String registryState{"registryState"};
     static constexpr QLatin1String properties{"properties"};
     static constexpr QLatin1String kernelPath{"kernelPath"}; // optional
+    static constexpr QLatin1String deviceName{"deviceName"}; // optional
     // Of version 1.
     static constexpr QLatin1String isNew{"isNew"};
     static constexpr QLatin1String terminationAcknowledged{"terminationAcknowledged"};
+};
+
+// In the dictionary of an entry's device name.
+struct DeviceNameKey
+{
+    static constexpr QLatin1String model{"DxModelName"};
+    static constexpr QLatin1String vendor{"DxVendorName"};
+    static constexpr QLatin1String className{"DxClassName"};
 };
 
 struct PropertyKey

@@ -147,6 +147,20 @@ void DataStoreEncoder::encodeEntry(const TavRegistryEntry &entry)
                               archiver_.reference(*treeOf(entry), propertyClass_));
     if (entry.facts().kernelPath.size() > 0)
         archiver_.encodeString(EntryKey::kernelPath, entry.kernelPath());
+    if (const DeviceName *const name = entry.deviceName())
+        encodeDeviceName(*name);
+}
+
+void DataStoreEncoder::encodeDeviceName(const DeviceName &name)
+{
+    ArchiveDictionary dictionary;
+    for (const auto &[key, text] : {std::pair(DeviceNameKey::model, name.model()),
+                                    std::pair(DeviceNameKey::vendor, name.vendor()),
+                                    std::pair(DeviceNameKey::className, name.className())}) {
+        if (!text.isNull())
+            dictionary.push_back({QString(key), text});
+    }
+    archiver_.encodeValue(EntryKey::deviceName, dictionary);
 }
 
 const TavRegistryProperty *DataStoreEncoder::treeOf(const TavRegistryEntry &entry) const

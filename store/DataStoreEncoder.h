@@ -29,6 +29,7 @@ private:
     LinkChecker linksTo(const Relatives &relatives);
     void encodeStore(const TavDataStore &store);
     void encodeEntry(const TavRegistryEntry &entry);
+    void encodeDeviceName(const DeviceName &name);
     void encodeProperty(const TavRegistryProperty &node);
     void encodeParent(const TavRegistryProperty &node);
     void encodeValue(const RegistryValue &value);

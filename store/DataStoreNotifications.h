@@ -11,4 +11,5 @@ inline const QString objectChanged = QStringLiteral("Data store object changed")
 inline const QString objectsTerminated = QStringLiteral("Data store objects terminated");
 inline const QString clearedTerminatedObjects =
     QStringLiteral("Data store cleared terminated objects");
+inline const QString deviceNamesFound = QStringLiteral("Data store found device names");
 } // namespace DataStoreNotifications

@@ -53,7 +53,41 @@ bool RegistryEntryDecoder::decodeFacts(ArchiveReference reference)
                                                     : decodeOldState(object, facts)))
         return false;
     entries_[reference.index]->restore(std::move(facts));
+    return decodeDeviceName(object, *entries_[reference.index]);
+}
+
+// Absent in older files, and where no database knew the device.
+bool RegistryEntryDecoder::decodeDeviceName(const ObjectDecoder &object, TavRegistryEntry &entry)
+{
+    const ArchiveValueView table =
+        object.valueView(EntryKey::deviceName, ArchiveKind::Dictionary | ArchiveKind::String);
+    if (table.isAbsent() && !unarchiver_.error())
+        return true;
+    DeviceNameTexts texts{};
+    if (!table.isDictionary() || !readDeviceName(table, texts))
+        return fail(EntryKey::deviceName.data(), "not a table of names, or a name is too long");
+    DeviceNameRef &known = deviceNames_[texts];
+    if (!known) {
+        const auto text = [](const QString *found) { return found ? *found : QString(); };
+        known = std::make_shared<DeviceName>(text(texts[0]), text(texts[1]), text(texts[2]));
+    }
+    entry.setDeviceName(known);
     return true;
+}
+
+bool RegistryEntryDecoder::readDeviceName(const ArchiveValueView &table, DeviceNameTexts &texts)
+{
+    return table.forEachMember([&texts](const QString &key, const ArchiveValueView &value) {
+        constexpr std::array keys{DeviceNameKey::model, DeviceNameKey::vendor,
+                                  DeviceNameKey::className};
+        const QString *const text = value.string();
+        if (!text || text->size() > DeviceName::maxSize)
+            return false;
+        const auto found = std::find(keys.begin(), keys.end(), key);
+        if (found != keys.end())
+            texts[static_cast<std::size_t>(found - keys.begin())] = text;
+        return true;
+    });
 }
 
 bool RegistryEntryDecoder::decodeProperties(ArchiveReference reference)

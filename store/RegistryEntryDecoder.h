@@ -4,6 +4,9 @@
 #include "store/LinkChecker.h"
 #include "store/PropertyTreeDecoder.h"
 
+#include <array>
+#include <map>
+
 // Decodes the entries of a store after all of them have been created.
 class RegistryEntryDecoder
 {
@@ -34,6 +37,10 @@ private:
     bool decodeKernelPath(const ObjectDecoder &object, EntryRecord &facts);
     bool decodeInheritance(const ObjectDecoder &object, EntryRecord &facts);
     bool decodeNewInheritance(const ObjectDecoder &object, EntryRecord &facts);
+    bool decodeDeviceName(const ObjectDecoder &object, TavRegistryEntry &entry);
+    // Model, vendor and class, as the archive shares them; null: missing.
+    using DeviceNameTexts = std::array<const QString *, 3>;
+    static bool readDeviceName(const ArchiveValueView &table, DeviceNameTexts &texts);
     bool setNames(NamesByPlane &names, const ArchiveValueView &value);
     bool setRelatives(PlaneMap<EntryList> &table, LinkChecker &links, quint32 entry,
                       const ArchiveValueView &value);
@@ -57,6 +64,7 @@ private:
     };
     QHash<quint64, Inheritance> inheritances_; // the last one by first string: entries share them
     std::vector<quint64> identities_;          // of the current list
+    std::map<DeviceNameTexts, DeviceNameRef> deviceNames_; // entries of one kind share them
     std::size_t entryCount_ = 0;
     LinkChecker childLinks_{LinkChecker::Direction::ToChildren};
     LinkChecker parentLinks_{LinkChecker::Direction::ToParents};

@@ -5,6 +5,7 @@
 #include "platform/runloop/Disposal.h"
 #include "platform/runloop/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
+#include "store/DeviceNameLookup.h"
 #include "store/StoreLogging.h"
 
 namespace {
@@ -26,6 +27,7 @@ TavDataStore::TavDataStore() = default;
 TavDataStore::~TavDataStore()
 {
     life_.reset();
+    deviceNameLookup_.reset();
     endNotifications();
     const bool isLarge = registryEntries_.size() >= Disposal::worthwhile;
     // Entries that only the store holds need no cleaning up.
@@ -191,6 +193,18 @@ void TavDataStore::readAttribute(TavRegistryEntry &entry, const QString &attribu
             then();
     };
     service_->readOnRequest(entry.DxRegistryEntry(), attribute, ready);
+}
+
+void TavDataStore::lookUpDeviceNames()
+{
+    if (!deviceNameLookup_)
+        deviceNameLookup_ = std::make_unique<DeviceNameLookup>(*this);
+    deviceNameLookup_->start();
+}
+
+void TavDataStore::lookUpDeviceNamesNow()
+{
+    DeviceNameLookup::run(*this);
 }
 
 void TavDataStore::noteObjectChanged(TavRegistryEntry &entry)

@@ -9,6 +9,8 @@
 #include "store/RegistryPass.h"
 #include "store/TavDataStoreDelegate.h"
 
+class DeviceNameLookup;
+
 // The device registry at one moment: all entries seen so far, the names of the planes and some
 // facts about the machine. A live store reads the registry service; an archived one never does.
 // Main thread only.
@@ -64,6 +66,11 @@ public:
 
     TavRegistryEntry *registryEntryForDxRegistryEntry(RegistryObject object,
                                                       bool createIfNeeded) override;
+
+    // Names of devices from the hardware databases of this machine, whatever machine the entries
+    // are from, for entries that have none yet. In the background; posts deviceNamesFound.
+    void lookUpDeviceNames();
+    void lookUpDeviceNamesNow(); // blocks; posts nothing
 
     // Following the registry. With automatic update, a change triggers an update soon after;
     // without, the change is only reported. Polled update repeats after a number of seconds, above
@@ -147,6 +154,7 @@ private:
     mutable std::unique_ptr<EntryLocator> locator_; // null after a change
     RegistryPass pass_;
     LiveUpdate live_;
+    std::unique_ptr<DeviceNameLookup> deviceNameLookup_;    // null: not asked for yet
     quint64 directUpdates_ = 0;                             // those that blocked
     std::shared_ptr<void> life_ = std::make_shared<char>(); // expires with the store
 };

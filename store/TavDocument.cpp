@@ -141,6 +141,8 @@ bool TavDocument::takeContent(std::shared_ptr<TavDataStore> store, ErrorCode cod
 
 bool TavDocument::writeData(QIODevice &device, const QString &, DocumentError &error)
 {
+    if (dataStore_->isLive())
+        dataStore_->lookUpDeviceNamesNow(); // another machine may not know them
     const QString problem = DataStoreEncoder::encode(*dataStore_, device);
     if (!problem.isNull())
         error = {errorDomain(), UnknownError, {}, problem};

@@ -28,8 +28,8 @@ std::span<const Fact> EntryFactTexts::all()
 {
     using enum Fact;
     static constexpr Fact facts[] = {
-        Path,    Name,  Class,     Inheritance, Bundle,     KernelPath, DeviceNode,
-        Service, State, BusyCount, RetainCount, Identifier, Discovered, Updated,    Terminated};
+        Path,    Name,  Device,    Class,       Inheritance, Bundle,     KernelPath, DeviceNode,
+        Service, State, BusyCount, RetainCount, Identifier,  Discovered, Updated,    Terminated};
     return facts;
 }
 
@@ -40,6 +40,8 @@ QString EntryFactTexts::title(Fact fact)
         return tr("Path");
     case Fact::Name:
         return tr("Name");
+    case Fact::Device:
+        return tr("Device");
     case Fact::Class:
         return tr("Class");
     case Fact::Inheritance:
@@ -77,6 +79,8 @@ QString EntryFactTexts::text(Fact fact, const TavRegistryEntry &entry, const QSt
         return path(entry, planeOf(entry, plane));
     case Fact::Name:
         return entry.nameAtLocationInPlane(planeOf(entry, plane));
+    case Fact::Device:
+        return entry.deviceName() ? entry.deviceName()->description() : QString();
     case Fact::Class:
         return entry.DxcoreClass();
     case Fact::Inheritance:

@@ -14,6 +14,7 @@ public:
     enum class Fact : quint8 {
         Path,
         Name,
+        Device, // what the hardware database calls it
         Class,
         Inheritance,
         Bundle,

@@ -111,6 +111,8 @@ void JsonExport::addFacts(const TavRegistryEntry &entry)
     const EntryRecord &facts = entry.facts();
     addTexts(L1("inheritance"), facts.inheritance);
     addText(L1("bundle"), facts.bundleID);
+    if (const DeviceName *const device = entry.deviceName())
+        addText(L1("device"), device->description());
     if (facts.kernelPath.size() > 0)
         addText(L1("kernelPath"), entry.kernelPath());
     addText(L1("state"), stateName(facts.registryState));

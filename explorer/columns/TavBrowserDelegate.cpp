@@ -61,6 +61,7 @@ void TavBrowserDelegate::willDisplayCell(ColumnBrowser &, ColumnBrowserCell &cel
     cell.font = EntryTextStyle::font(attributes);
     cell.color = EntryTextStyle::color(attributes);
     cell.mark = context_.markForEntry(*entry);
+    cell.detail = context_.detailForEntry(*entry).toString();
     cell.accessibleText = context_.accessibleNameForEntry(*entry, cell.text);
     cell.accessibleDescription = context_.warningForEntry(*entry);
     if (cell.toolTip.isNull() || entry->isRegistryRoot())

@@ -270,18 +270,26 @@ QVariant TavFindTableViewDataSource::data(const QModelIndex &index, int role) co
     switch (role) {
     case Qt::DisplayRole:
         return objectValueForTableColumn(index.column(), index.row());
+    case OutlineRowDelegate::DetailRole:
+        return index.column() == detailColumn() ? context_.detailForEntry(*entry) : QVariant();
     case Qt::FontRole:
     case Qt::ForegroundRole:
         return index.column() == NameColumn ? styleOf(*entry, role) : QVariant();
     case Qt::ToolTipRole:
         return plainToolTip(index.column() == NameColumn ? toolTipOf(*entry) : previewOf(*entry));
     case Qt::AccessibleTextRole:
-        return index.column() == NameColumn ? ExplorerContext::accessibleNameForEntry(
+        return index.column() == NameColumn ? context_.accessibleNameForEntry(
                                                   *entry, entry->nameAtLocationInPlane(QString()))
                                             : previewOf(*entry);
     default:
         return {};
     }
+}
+
+// The names leave little room, but without a property the second column is free.
+int TavFindTableViewDataSource::detailColumn() const
+{
+    return findPreviewField_.text().isEmpty() ? PropertyColumn : NameColumn;
 }
 
 QVariant TavFindTableViewDataSource::styleOf(const TavRegistryEntry &entry, int role) const

@@ -52,6 +52,7 @@ private:
     int rowOf(const EntryRef &entry) const; // -1 for none
     int scrollStep() const;
     void restoreSelection(int row);
+    int detailColumn() const;
     QString previewOf(const TavRegistryEntry &entry) const;
     QString toolTipOf(TavRegistryEntry &entry) const;
     QVariant styleOf(const TavRegistryEntry &entry, int role) const;

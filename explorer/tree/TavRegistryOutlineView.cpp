@@ -91,6 +91,12 @@ qsizetype TavRegistryOutlineView::maxRowsInBulk() const
     return std::max(least, rowsOfAnEntry * dataSource_->entryCount());
 }
 
+void TavRegistryOutlineView::redisplay()
+{
+    fitColumnLater(true);
+    viewport()->update();
+}
+
 void TavRegistryOutlineView::setAllRowsExpanded(bool isExpanded)
 {
     reloadData(); // rows that are open already may be miscounted, too

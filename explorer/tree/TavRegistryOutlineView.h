@@ -23,6 +23,7 @@ public:
     // out of sight, the first visible row does.
     void
     reloadData(TavRegistryOutlineItem::Reread which = TavRegistryOutlineItem::Reread::Miscounted);
+    void redisplay(); // rows may look different, and be wider or narrower
     void setAllRowsExpanded(bool isExpanded);
     void setSubtreeExpanded(const QModelIndex &top, bool isExpanded) override;
     // Closes every visible row whose entry is not on the path.

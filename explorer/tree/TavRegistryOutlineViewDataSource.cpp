@@ -4,6 +4,7 @@
 #include "explorer/EntryTextStyle.h"
 #include "explorer/ExplorerContext.h"
 #include "platform/runloop/Disposal.h"
+#include "platform/widgets/OutlineRowDelegate.h"
 #include "platform/widgets/PlainToolTip.h"
 #include "store/TavDataStore.h"
 
@@ -189,7 +190,9 @@ QVariant TavRegistryOutlineViewDataSource::data(const QModelIndex &index, int ro
     case Qt::DecorationRole:
         return context_.markForEntry(*shown->registryEntry());
     case Qt::AccessibleTextRole:
-        return ExplorerContext::accessibleNameForEntry(*shown->registryEntry(), shown->name());
+        return context_.accessibleNameForEntry(*shown->registryEntry(), shown->name());
+    case OutlineRowDelegate::DetailRole:
+        return context_.detailForEntry(*shown->registryEntry());
     case Qt::AccessibleDescriptionRole:
         return context_.warningForEntry(*shown->registryEntry());
     default:

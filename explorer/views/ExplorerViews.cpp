@@ -148,6 +148,12 @@ void ExplorerViews::redisplay()
     registryBrowser_->redisplay();
 }
 
+void ExplorerViews::redisplayRows()
+{
+    registryOutlineView_->redisplay();
+    registryBrowser_->redisplay();
+}
+
 void ExplorerViews::reloadAfterChange()
 {
     registryOutlineView_->reloadData(TavRegistryOutlineItem::Reread::All);

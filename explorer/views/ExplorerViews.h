@@ -39,7 +39,8 @@ public:
     TavRegistryOutlineItem *rootOutlineItem() const; // of the plane; null without a registry
     void reloadTree();
     void reload();            // both, from the first column on
-    void redisplay();         // rows that are there may look different
+    void redisplay();         // the states of entries may be different
+    void redisplayRows();     // icons or details of rows may be different
     void reloadAfterChange(); // entries have other children; the columns only if hidden
     void rereadHiddenNodes();
     void expandAll();

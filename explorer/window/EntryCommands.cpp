@@ -34,9 +34,9 @@ void EntryCommands::showEntryMenu(const QPoint &globalPosition)
     menu->setAttribute(Qt::WA_DeleteOnClose);
     for (const char *const item :
          {"copyNameAction", "copyPathAction", "copyClassAction", "copyBundleAction",
-          "copyKernelPathAction", "copyEntryAsTextAction", "copyEntryAsJsonAction", separator, "promptForBookmarkAction",
-          "revealSelectionBundleInNavroAction", "openInNewWindowAction", separator,
-          "updateSelectedObjectAction"}) {
+          "copyKernelPathAction", "copyEntryAsTextAction", "copyEntryAsJsonAction", separator,
+          "promptForBookmarkAction", "revealSelectionBundleInNavroAction", "openInNewWindowAction",
+          separator, "updateSelectedObjectAction"}) {
         if (item)
             menu->addAction(InterfaceLoader::outlet<QAction>(window_, item));
         else

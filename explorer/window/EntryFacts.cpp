@@ -11,6 +11,8 @@
 
 EntryFacts::EntryFacts(QMainWindow &window)
     : objectNameField_(InterfaceLoader::outlet<FactField>(window, "objectNameField"))
+    , objectDeviceLabel_(InterfaceLoader::outlet<QLabel>(window, "objectDeviceLabel"))
+    , objectDeviceField_(InterfaceLoader::outlet<FactField>(window, "objectDeviceField"))
     , objectInheritanceField_(InterfaceLoader::outlet<FactField>(window, "objectInheritanceField"))
     , objectBundleField_(InterfaceLoader::outlet<FactField>(window, "objectBundleField"))
     , objectBundleFileField_(InterfaceLoader::outlet<FactField>(window, "objectBundleFileField"))
@@ -52,6 +54,7 @@ void EntryFacts::show(const TavRegistryEntry &entry, const QString &plane, bool 
 {
     objectNameField_->setDimmed(false);
     objectNameField_->setFact(entry.nameAtLocationInPlane(plane));
+    showDevice(entry);
     QString inheritance = entry.inheritanceString();
     if (!hasSuperclassLookup)
         inheritance += tr(" (full inheritance not available)");
@@ -80,8 +83,22 @@ void EntryFacts::showDeviceNode(const QString &node)
     objectDeviceNodeField_->setVisible(!node.isEmpty());
 }
 
+void EntryFacts::showDevice(const TavRegistryEntry &entry)
+{
+    const DeviceName *const device = entry.deviceName();
+    setDevice(device ? device->description() : QString());
+}
+
+void EntryFacts::setDevice(const QString &description)
+{
+    objectDeviceField_->setFact(description);
+    objectDeviceLabel_->setVisible(!description.isNull());
+    objectDeviceField_->setVisible(!description.isNull());
+}
+
 void EntryFacts::clearObjectInfo()
 {
+    setDevice(QString());
     objectNameField_->setDimmed(true);
     objectNameField_->setFact(tr("(No object selected)"));
     for (FactField *field :

@@ -21,13 +21,17 @@ public:
     void show(const TavRegistryEntry &entry, const QString &plane, bool hasSuperclassLookup);
     void setBundleIsLink(bool isLink); // to the module's entry
     FactField &bundleField() const { return *objectBundleField_; }
+    void showDevice(const TavRegistryEntry &entry); // whose name may have been found since
     void clearObjectInfo();
 
 private:
+    void setDevice(const QString &description); // null: none
     void alignServiceFacts(QMainWindow &window);
     void showDeviceNode(const QString &node);
 
     FactField *objectNameField_;
+    QWidget *objectDeviceLabel_;
+    FactField *objectDeviceField_;
     FactField *objectInheritanceField_;
     FactField *objectBundleField_;
     FactField *objectBundleFileField_;

@@ -8,6 +8,7 @@
 #include "explorer/window/EntryCommands.h"
 #include "explorer/window/MenuCommands.h"
 #include "explorer/window/PropertiesPane.h"
+#include "explorer/window/RowPreferences.h"
 #include "explorer/window/TavWindowController.h"
 #include "platform/widgets/MenuText.h"
 #include "store/TavDataStore.h"
@@ -136,6 +137,10 @@ constexpr MenuCommand commands[] = {
 
     {"outlineViewAction", run<&Window::outlineView>, always, fixed, isTree},
     {"browserViewAction", run<&Window::browserView>, always, fixed, isBrowser},
+    {"toggleDeviceNamesAction", runIn<&Window::rows, &RowPreferences::toggleDeviceNames>, always,
+     fixed, asks<&Window::rows, &RowPreferences::showsDeviceNames>},
+    {"toggleIconsAction", runIn<&Window::rows, &RowPreferences::toggleIcons>, always, fixed,
+     asks<&Window::rows, &RowPreferences::showsIcons>},
     {"expandAllAction", run<&Window::expandAll>, isTree},
     {"collapseAllAction", run<&Window::collapseAll>, isTree},
     {"collapseAroundSelectionAction", run<&Window::collapseAroundSelection>,

@@ -4,8 +4,8 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
-#include "explorer/selection/EntryChooser.h"
 #include "explorer/export/ExportCommands.h"
+#include "explorer/selection/EntryChooser.h"
 #include "explorer/selection/HistoryButtons.h"
 #include "explorer/selection/PathsPopUp.h"
 #include "explorer/selection/PlaneMenu.h"
@@ -15,6 +15,7 @@
 #include "explorer/window/EntryCommands.h"
 #include "explorer/window/EntryFacts.h"
 #include "explorer/window/MenuCommands.h"
+#include "explorer/window/RowPreferences.h"
 #include "explorer/window/WindowStatus.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/host/SystemBeep.h"
@@ -28,6 +29,7 @@
 #include "platform/widgets/SegmentedControl.h"
 #include "platform/widgets/Stepper.h"
 #include "platform/widgets/VisibleText.h"
+#include "store/DataStoreNotifications.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 
@@ -70,6 +72,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     : document_(document)
     , dataStore_(document.dataStore())
     , showNumPaths_(PreferencesStore::standard().flag(PreferenceKeys::showNumPaths))
+    , rows_(std::make_unique<RowPreferences>())
     , window_(loadWindow())
 {
     makeParts();
@@ -138,6 +141,14 @@ void TavWindowController::connectParts()
     connect(pathsPopUp_.get(), &PathsPopUp::pathChosen, this,
             [this](const TavRegistryEntryPath &path) { goToEntryPath(path, true, true); });
     connect(views_.get(), &ExplorerViews::styleChosen, this, &TavWindowController::showView);
+    connect(rows_.get(), &RowPreferences::changed, this, [this] {
+        views_->redisplayRows();
+        finder_->redisplay();
+        menuCommands_->validate();
+    });
+    deviceNamesFound_ = NotificationCenter::defaultCenter().observe(
+        DataStoreNotifications::deviceNamesFound, dataStore_.get(),
+        [this](const auto &) { noteDeviceNamesFound(); });
     connect(status_.get(), &WindowStatus::tryAgainRequested, this,
             [this] { dataStore_->updateTryingAgain(); });
     connect(properties_.get(), &PropertiesPane::attributeRead, this,
@@ -253,6 +264,10 @@ bool TavWindowController::eventFilter(QObject *watched, QEvent *event)
     if (watched == window_.get() && event->type() == QEvent::WindowActivate) {
         properties_->propertiesViewSelectionChanged();
         menuCommands_->validate();
+    }
+    if (watched == window_.get() && event->type() == QEvent::Paint && !isPainted_) {
+        isPainted_ = true;
+        QTimer::singleShot(0, this, &TavWindowController::lookUpDeviceNames);
     }
     if (event->type() != QEvent::KeyPress)
         return QObject::eventFilter(watched, event);

@@ -6,6 +6,7 @@
 #include "explorer/selection/EntrySelection.h"
 #include "explorer/views/ExplorerViews.h"
 #include "explorer/window/PropertiesPane.h"
+#include "platform/runloop/NotificationCenter.h"
 #include "store/TavDocumentWindowController.h"
 
 class EntryCommands;
@@ -15,6 +16,7 @@ class MenuCommands;
 class PathsPopUp;
 class PlaneMenu;
 class QAction;
+class RowPreferences;
 class TavDocument;
 class WindowSheets;
 class WindowStatus;
@@ -41,12 +43,15 @@ public:
     FindController &finder() const { return *finder_; }
     PropertiesPane &properties() const { return *properties_; }
     EntryCommands &entryCommands() const { return *entryCommands_; }
+    RowPreferences &rows() const { return *rows_; }
     WindowSheets &sheets() const { return *sheets_; }
     ExportCommands &exporter() const { return *exporter_; }
 
     TavDataStore *dataStore() const override; // the document's
     const QString &registryPlane() const override { return selection_->registryPlane(); }
     bool showNumPaths() const override { return showNumPaths_; }
+    bool showsDeviceNames() const override;
+    bool showsIcons() const override;
     bool showTerminatedObjects() const { return showTerminatedObjects_; }
     const Path &selectedEntryPath() const { return selection_->entryPath(); }
     TavRegistryEntry *selectedEntry() const { return selection_->entry().get(); }
@@ -119,6 +124,7 @@ public:
     void noteDataStoreObjectChanged() override;
     void noteDataStoreObjectsTerminated() override;
     void noteDataStoreClearedTerminatedObjects() override;
+    void noteDeviceNamesFound();
     void dataViewOptionsChanged(TavRegistryProperty *item) override;
 
     void newDocumentWindow();
@@ -137,6 +143,7 @@ private:
     void makeParts();
     void connectParts();
     void windowDidLoad();
+    void lookUpDeviceNames();
     void planeChanged();
     void showSelectedEntry();
     void offerEntries(const std::vector<EntryRef> &entries);
@@ -149,6 +156,9 @@ private:
     std::shared_ptr<TavDataStore> dataStore_;
     bool showTerminatedObjects_ = true;
     bool showNumPaths_ = false;
+    bool isPainted_ = false; // the window, once
+    NotificationCenter::Observation deviceNamesFound_;
+    std::unique_ptr<RowPreferences> rows_;
     std::unique_ptr<QMainWindow> window_;
     std::unique_ptr<ExplorerViews> views_;
     std::unique_ptr<PlaneMenu> planeMenu_;

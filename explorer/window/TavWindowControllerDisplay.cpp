@@ -5,6 +5,7 @@
 #include "explorer/selection/PathsPopUp.h"
 #include "explorer/window/EntryFacts.h"
 #include "explorer/window/MenuCommands.h"
+#include "explorer/window/RowPreferences.h"
 #include "explorer/window/TavWindowController.h"
 #include "explorer/window/WindowStatus.h"
 #include "platform/desktop/WindowTitle.h"
@@ -78,6 +79,33 @@ FindState TavWindowController::findStateForRegistryEntry(const TavRegistryEntry 
     return finder_->session().findState(entry, registryPlane());
 }
 
+bool TavWindowController::showsDeviceNames() const
+{
+    return rows_->showsDeviceNames();
+}
+
+bool TavWindowController::showsIcons() const
+{
+    return rows_->showsIcons();
+}
+
+// Nobody waits for them to see the window.
+void TavWindowController::lookUpDeviceNames()
+{
+    if (isPainted_)
+        dataStore_->lookUpDeviceNames();
+}
+
+void TavWindowController::noteDeviceNamesFound()
+{
+    if (!findQuery().isNull())
+        refreshDisplay(); // the names may match
+    views_->redisplayRows();
+    finder_->redisplay();
+    if (selectedEntry())
+        facts_->showDevice(*selectedEntry());
+}
+
 // Deliberate: the search runs again before the tree reloads, and the selection is restored after.
 void TavWindowController::refreshDisplay()
 {
@@ -100,12 +128,14 @@ void TavWindowController::noteDataStoreChanged()
 {
     refreshDisplay();
     status_->updateStatusBar(*dataStore_);
+    lookUpDeviceNames();
 }
 
 void TavWindowController::noteDataStoreObjectChanged()
 {
     refreshDisplay();
     status_->updateStatusBar(*dataStore_);
+    lookUpDeviceNames();
 }
 
 void TavWindowController::noteDataStoreObjectsTerminated()

@@ -2,6 +2,7 @@
 #include "model/linux/LinuxRegistryService.h"
 
 #include "model/linux/DeviceMonitor.h"
+#include "model/linux/HardwareDatabase.h"
 
 #include <QFile>
 
@@ -24,6 +25,7 @@ LinuxRegistryService::LinuxRegistryService(std::shared_ptr<const SysfsRoot> root
     : root_(std::move(root))
     , treeReader_(root_, options)
     , udev_(root_->folder())
+    , deviceNames_(std::make_shared<DeviceNames>(std::make_unique<HardwareDatabase>()))
     , notifier_(*root_, objects_, ports())
     , alive_(std::make_shared<int>())
 {

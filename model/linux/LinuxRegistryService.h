@@ -64,6 +64,7 @@ public:
     void retain(RegistryObject object) override;
     void release(RegistryObject object) override;
     QString bundleURLForIdentifier(const QString &bundleID) override;
+    std::shared_ptr<DeviceNames> deviceNames() override { return deviceNames_; }
     quint64 readingNumber() const override { return treeReadings_; }
     bool isUnchangedSince(RegistryObject object, quint64 reading) override;
 
@@ -117,6 +118,7 @@ private:
     UdevDatabase udev_;
     ClassNames classNames_;
     DriverBundles bundles_;
+    std::shared_ptr<DeviceNames> deviceNames_;
     ObjectHandles objects_;
     RequestedAttributes requested_;
     std::vector<quint64> readDuringPreparation_; // nodes read since the running preparation began

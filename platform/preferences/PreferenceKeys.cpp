@@ -13,7 +13,8 @@ QJsonObject PreferenceKeys::defaults()
         addText(key);
     for (const IntegerKey key : {findOptions, pollInterval, defaultBookmark})
         addInteger(key);
-    for (const FlagKey key : {filteredFind, showNumPaths, autoupdate, polledUpdate})
+    for (const FlagKey key :
+         {filteredFind, showNumPaths, showDeviceNames, showIcons, autoupdate, polledUpdate})
         addFlag(key);
     return defaults;
 }

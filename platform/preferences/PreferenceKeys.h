@@ -35,6 +35,8 @@ inline constexpr FlagKey filteredFind{QLatin1String("FilteredFind"), true};
 // A combination of FindOption bits: name and inheritance.
 inline constexpr IntegerKey findOptions{QLatin1String("FindOptions"), 5};
 inline constexpr FlagKey showNumPaths{QLatin1String("ShowNumPaths"), false};
+inline constexpr FlagKey showDeviceNames{QLatin1String("ShowDeviceNames"), true};
+inline constexpr FlagKey showIcons{QLatin1String("ShowIcons"), true};
 inline constexpr FlagKey autoupdate{QLatin1String("Autoupdate"), true};
 inline constexpr FlagKey polledUpdate{QLatin1String("PolledUpdate"), false};
 inline constexpr IntegerKey pollInterval{QLatin1String("PolledUpdateInterval"), 30}; // seconds

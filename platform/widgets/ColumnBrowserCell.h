@@ -15,6 +15,7 @@ public:
     ColumnBrowserCell &operator=(const ColumnBrowserCell &) = delete;
 
     QString text;
+    QString detail; // behind the text; null: none
     QString accessibleText;
     QString accessibleDescription;
     QString toolTip; // null: not asked for yet

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/widgets/ColumnBrowserModel.h"
 
+#include "platform/widgets/OutlineRowDelegate.h"
 #include "platform/widgets/PlainToolTip.h"
 
 #include <QWidget>
@@ -74,6 +75,8 @@ QVariant ColumnBrowserModel::data(const QModelIndex &index, int role) const
         return shown->color;
     case Qt::DecorationRole:
         return shown->mark;
+    case OutlineRowDelegate::DetailRole:
+        return shown->detail.isNull() ? QVariant() : shown->detail;
     case Qt::AccessibleDescriptionRole:
         return shown->accessibleDescription;
     case Qt::AccessibleTextRole:

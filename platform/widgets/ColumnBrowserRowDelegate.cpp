@@ -32,6 +32,8 @@ void fade(QStyleOptionViewItem &option)
     palette.setColor(
         QPalette::HighlightedText,
         mixed(palette.color(QPalette::Text), QApplication::palette().color(QPalette::Text), 0.5));
+    if (!option.icon.isNull()) // its picture for selected rows is for the unfaded colour
+        option.icon = QIcon(option.icon.pixmap(option.decorationSize, QIcon::Normal));
 }
 
 void drawArrow(QPainter *painter, const QStyleOptionViewItem &row)
@@ -68,6 +70,7 @@ void ColumnBrowserRowDelegate::paint(QPainter *painter, const QStyleOptionViewIt
     text.rect = QStyle::visualRect(row.direction, row.rect, row.rect.adjusted(0, 0, -arrow, 0));
     text.state.setFlag(QStyle::State_HasFocus, false); // the selection shows the focus
     style->drawControl(QStyle::CE_ItemViewItem, &text, painter, row.widget);
+    paintDetail(*painter, text, index);
     if (arrow > 0)
         drawArrow(painter, row);
 }

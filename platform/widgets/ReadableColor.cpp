@@ -37,6 +37,16 @@ double contrast(const QColor &a, const QColor &b)
     return (lighter + 0.05) / (darker + 0.05);
 }
 
+QColor paleColor(const QColor &color, const QColor &background)
+{
+    constexpr float part = 0.65F;
+    const auto mix = [](float a, float b) { return a * part + b * (1 - part); };
+    const QColor pale = QColor::fromRgbF(mix(color.redF(), background.redF()),
+                                         mix(color.greenF(), background.greenF()),
+                                         mix(color.blueF(), background.blueF()));
+    return contrast(pale, background) >= minContrast ? pale : color;
+}
+
 QColor readableColor(const QColor &color, const QPalette &palette)
 {
     if (isReadable(color, palette))

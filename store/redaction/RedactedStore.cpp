@@ -97,6 +97,7 @@ void RedactedStore::makeEntries()
     for (const EntryRef &entry : original_.registryEntries()) {
         EntryRef copy = TavRegistryEntry::createEmpty();
         copy->_setDataStore(store_.get());
+        copy->setDeviceName(entry->deviceNameRef());
         copies_.insert(entry.get(), copy.get());
         store_->registryEntries_.push_back(std::move(copy));
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "model/DeviceNames.h"
 #include "model/NotifyingRegistryService.h"
 #include "tests/support/FakeRegistry.h"
 
@@ -95,6 +96,8 @@ public:
         return host;
     }
     void setComputerName(const QString &name) { computerName_ = name; }
+    std::shared_ptr<DeviceNames> deviceNames() override { return deviceNames_; }
+    void setDeviceNames(std::shared_ptr<DeviceNames> names) { deviceNames_ = std::move(names); }
     QString bundleURLForIdentifier(const QString &bundleID) override
     {
         return bundlePath(bundleID);
@@ -132,6 +135,7 @@ private:
     QHash<RegistryIterator, Iterator> iterators_;
     RegistryIterator lastIterator_ = 0;
     QString computerName_; // null: this machine's
+    std::shared_ptr<DeviceNames> deviceNames_;
     bool hasEntryIDs_ = true;
     bool hasSuperclassLookup_ = true;
     bool distinctHandles_ = false;

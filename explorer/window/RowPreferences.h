@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/runloop/NotificationCenter.h"
+
+#include <QObject>
+
+// What the rows of entries show beside their names. A preference, so all windows agree.
+class RowPreferences : public QObject
+{
+    Q_OBJECT
+public:
+    RowPreferences();
+
+    bool showsDeviceNames() const { return shown_.deviceNames; }
+    bool showsIcons() const { return shown_.icons; }
+    void toggleDeviceNames();
+    void toggleIcons();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    struct Shown
+    {
+        bool deviceNames;
+        bool icons;
+        friend bool operator==(const Shown &, const Shown &) = default;
+    };
+
+    static Shown preferred();
+    void follow();
+
+    Shown shown_; // a copy, because rows ask for it whenever they are painted
+    NotificationCenter::Observation changes_;
+    NotificationCenter::Observation merges_;
+};
