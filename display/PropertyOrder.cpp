@@ -1,16 +1,31 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "display/PropertyOrder.h"
 
+#include "platform/text/NaturalOrder.h"
+
 namespace {
+// By name and by value, texts are in natural order; all else is compared as nodes are.
+int compareNames(const TavRegistryProperty &a, const TavRegistryProperty &b)
+{
+    return a.hasName() && b.hasName() ? compareNaturally(a.nameView(), b.nameView())
+                                      : a.compareByName(b);
+}
+
+int compareValues(const TavRegistryProperty &a, const TavRegistryProperty &b)
+{
+    const bool areTexts = !a.stringView().isNull() && !b.stringView().isNull();
+    return areTexts ? compareNaturally(a.stringView(), b.stringView()) : a.compareByValue(b);
+}
+
 int compare(PropertyOrder::By by, const TavRegistryProperty &a, const TavRegistryProperty &b)
 {
     switch (by) {
     case PropertyOrder::By::Name:
-        return a.compareByName(b);
+        return compareNames(a, b);
     case PropertyOrder::By::Type:
         return a.compareByType(b);
     default:
-        return a.compareByValue(b);
+        return compareValues(a, b);
     }
 }
 } // namespace

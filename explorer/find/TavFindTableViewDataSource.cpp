@@ -6,6 +6,7 @@
 #include "explorer/EntryTextStyle.h"
 #include "explorer/ExplorerContext.h"
 #include "explorer/find/FindSession.h"
+#include "explorer/find/FoundEntryKey.h"
 #include "platform/host/SystemBeep.h"
 #include "platform/widgets/InputEvents.h"
 #include "platform/widgets/OutlineRowDelegate.h"
@@ -74,6 +75,10 @@ void TavFindTableViewDataSource::setUpTable()
     header.setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     header.setHighlightSections(false);
     header.resizeSection(NameColumn, findTableView_.fontMetrics().averageCharWidth() * 27);
+    // The third click on a header restores the order of entries.
+    header.setSortIndicatorClearable(true);
+    header.setSortIndicator(-1, Qt::AscendingOrder);
+    findTableView_.setSortingEnabled(true);
 }
 
 int TavFindTableViewDataSource::numberOfRowsInTableView()
@@ -158,8 +163,56 @@ const std::vector<EntryRef> &TavFindTableViewDataSource::sortedEntries() const
         for (TavRegistryEntry *entry :
              TavRegistryEntry::sortedArrayForPlane({found.begin(), found.end()}, QString()))
             sorted_.push_back(entry->shared_from_this());
+        if (sortColumn_ >= 0)
+            sortByColumn();
     }
     return sorted_;
+}
+
+void TavFindTableViewDataSource::sortByColumn() const
+{
+    struct Keyed
+    {
+        FoundEntryKey key;
+        EntryRef entry;
+    };
+    std::vector<Keyed> keyed;
+    keyed.reserve(sorted_.size());
+    for (EntryRef &entry : sorted_)
+        keyed.push_back({keyOf(*entry), std::move(entry)});
+    const bool isReversed = sortOrder_ == Qt::DescendingOrder;
+    std::stable_sort(keyed.begin(), keyed.end(), [=](const Keyed &a, const Keyed &b) {
+        return isReversed ? b.key < a.key : a.key < b.key;
+    });
+    std::transform(keyed.begin(), keyed.end(), sorted_.begin(),
+                   [](Keyed &item) { return std::move(item.entry); });
+}
+
+// Without the property tree: there may be very many.
+FoundEntryKey TavFindTableViewDataSource::keyOf(const TavRegistryEntry &entry) const
+{
+    const QString key = findPreviewField_.text();
+    if (sortColumn_ == NameColumn)
+        return FoundEntryKey(entry.nameAtLocationInPlane(QString()));
+    if (key.isEmpty())
+        return {};
+    if (!entry.table().isNone()) {
+        const RegistryValue &value = entry.table().member(key);
+        return FoundEntryKey(value.isNone() ? entry.valueForSpecialProperty(key) : value);
+    }
+    const TavRegistryProperty *const property =
+        entry.properties() ? entry.properties()->childWithName(key) : nullptr;
+    return FoundEntryKey(property ? property->value() : entry.valueForSpecialProperty(key));
+}
+
+void TavFindTableViewDataSource::sort(int column, Qt::SortOrder order)
+{
+    const int known = column >= 0 && column < ColumnCount ? column : -1;
+    if (known == sortColumn_ && order == sortOrder_)
+        return;
+    sortColumn_ = known;
+    sortOrder_ = order;
+    reloadData();
 }
 
 EntryRef TavFindTableViewDataSource::entryAtIndex(int row) const
@@ -194,6 +247,8 @@ QString TavFindTableViewDataSource::previewOf(const TavRegistryEntry &entry) con
 void TavFindTableViewDataSource::findPreviewChanged()
 {
     Q_EMIT headerDataChanged(Qt::Horizontal, PropertyColumn, PropertyColumn);
+    if (sortColumn_ == PropertyColumn)
+        return reloadData();
     if (rows_ > 0)
         Q_EMIT dataChanged(index(0, PropertyColumn), index(rows_ - 1, PropertyColumn));
 }

@@ -10,6 +10,7 @@ class QLineEdit;
 class QTableView;
 class ExplorerContext;
 class FindSession;
+class FoundEntryKey;
 
 // The table of the entries that a search found: name and location, and the value of a chosen
 // property. Sorted when a row is first needed.
@@ -37,6 +38,8 @@ public:
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     QVariant data(const QModelIndex &index, int role) const override;
+    // By a column; for any other number in the order of entries.
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 Q_SIGNALS:
     void pathChosen(const TavRegistryEntryPath &path);
@@ -46,6 +49,8 @@ private:
     void rowChosenAgain();
     QString countText() const;
     const std::vector<EntryRef> &sortedEntries() const;
+    void sortByColumn() const;
+    FoundEntryKey keyOf(const TavRegistryEntry &entry) const;
     // In the visible plane, or else in the first other one that has the entry.
     std::optional<TavRegistryEntryPath> pathOf(TavRegistryEntry &entry) const;
     int selectedRow() const;                // -1 for none
@@ -64,6 +69,8 @@ private:
     QLabel &findNumMatchedField_;
     int rows_ = 0;
     mutable std::vector<EntryRef> sorted_; // empty until a row is needed
+    int sortColumn_ = -1;
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     bool isReloading_ = false;
     quint64 eventOfVisit_; // the input event that last chose a row
 };

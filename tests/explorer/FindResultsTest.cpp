@@ -3,6 +3,7 @@
 #include "tests/support/RegistryValues.h"
 
 #include <QDockWidget>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScreen>
@@ -125,6 +126,42 @@ TEST_F(FindResultsTest, FollowTheRegistryWhereTheyAreScrolledTo)
     EXPECT_EQ(count->text(), QStringLiteral("202 objects match"));
     EXPECT_EQ(rows().find("disk@1"), std::string::npos);
     action("findNextAction").trigger();
+}
+
+TEST_F(FindResultsTest, AreSortedByAHeaderAsPeopleCount)
+{
+    add("bus", "disk", 8, 4);
+    for (const int size : {9, 10})
+        service_.setProperties(
+            registry_[size == 9 ? "disk@1" : "part@1"],
+            values::dictionary({{"Size", values::number(static_cast<quint64>(size))}}));
+    update();
+    find("disk");
+    outlet<QDockWidget>("findOptionsDrawer")->show();
+    outlet<QLineEdit>("findPreviewField")->setText(QStringLiteral("Size"));
+    const auto names = [this] {
+        std::string all;
+        for (int row = 0; row < table_->model()->rowCount(); ++row)
+            all += cell(row, 0) + ' ';
+        return all;
+    };
+    const auto click = [this](int column) {
+        const QHeaderView *const header = table_->horizontalHeader();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          {header->sectionViewportPosition(column) + 20, header->height() / 2});
+    };
+    const std::string byEntry = names();
+    EXPECT_EQ(byEntry, "disk10 disk11 disk8 disk9 disk@0 disk@1 ");
+    table_->selectRow(2);
+    click(0);
+    EXPECT_EQ(names(), "disk8 disk9 disk10 disk11 disk@0 disk@1 ");
+    EXPECT_TRUE(table_->selectionModel()->isRowSelected(0));
+    click(0);
+    EXPECT_EQ(names(), "disk@1 disk@0 disk11 disk10 disk9 disk8 ");
+    click(0);
+    EXPECT_EQ(names(), byEntry);
+    click(1);
+    EXPECT_EQ(names(), "disk10 disk11 disk8 disk9 disk@1 disk@0 ");
 }
 
 TEST_F(FindResultsTest, TheDrawerLeavesRoomForTheTree)
