@@ -109,6 +109,7 @@ void TavDefaultsController::connectOutlets()
         {"findKeysCheckbox", FindOption::Keys},
         {"findValuesCheckbox", FindOption::Values},
         {"findSpecialCheckbox", FindOption::Special},
+        {"findShownValuesCheckbox", FindOption::ShownValues},
     };
     for (const auto &[name, option] : findCheckboxes)
         number(*findOptionsMatrix_, name, static_cast<int>(option));

@@ -137,6 +137,11 @@ DataRendering::Characters DataRendering::characters(const QByteArray &bytes, qin
     return {StyledText(text, ValueStyles::characterWrap, std::move(dots)), count};
 }
 
+bool DataRendering::looksLikeText(QByteArrayView bytes)
+{
+    return lastByteOfText(bytes).has_value();
+}
+
 DataRendering::Automatic DataRendering::automatic(const QByteArray &bytes, qint32 machineByteOrder)
 {
     if (const std::optional<qsizetype> last = lastByteOfText(bytes))

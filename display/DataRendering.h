@@ -32,5 +32,6 @@ public:
                              qint32 machineByteOrder);
     static Characters characters(const QByteArray &bytes, qint64 encoding);
     // As NUL-terminated strings if the bytes look like text, else in hexadecimal.
+    static bool looksLikeText(QByteArrayView bytes);
     static Automatic automatic(const QByteArray &bytes, qint32 machineByteOrder);
 };

@@ -5,6 +5,8 @@
 #include "model/RegistryValue.h"
 #include "platform/text/TextEncodings.h"
 
+#include <charconv>
+
 namespace {
 QString internalError()
 {
@@ -20,15 +22,11 @@ QByteArray storedBytes(const RegistryValue &number)
     return bytes;
 }
 
-// As the host wrote it.
-QString automatic(const RegistryValue &number)
+QString asAutomatic(const RegistryValue &number)
 {
-    if (number.numberWidth() == 0)
-        return NumberRendering::tr("(illegal number value)");
-    if (number.notation() == RegistryValue::Notation::Decimal)
-        return number.isSignedNumber() ? QString::number(number.signedNumber())
-                                       : QString::number(number.numberBits());
-    return QStringLiteral("0x") + QString::number(number.numberBits(), 16);
+    NumberRendering::Buffer buffer;
+    const QByteArrayView text = NumberRendering::automatic(number, buffer);
+    return text.isEmpty() ? NumberRendering::tr("(illegal number value)") : QLatin1StringView(text);
 }
 
 QString asCharacters(QByteArray bytes, qint64 byteOrder)
@@ -58,11 +56,26 @@ QString asInteger(const QByteArray &bytes, PropertyFormatOptions options, qint32
 }
 } // namespace
 
+// As the host wrote it.
+QByteArrayView NumberRendering::automatic(const RegistryValue &number, Buffer &buffer)
+{
+    if (number.numberWidth() == 0)
+        return {};
+    char *const end = buffer.data() + buffer.size();
+    if (number.notation() == RegistryValue::Notation::Decimal)
+        return {buffer.data(), number.isSignedNumber()
+                                   ? std::to_chars(buffer.data(), end, number.signedNumber()).ptr
+                                   : std::to_chars(buffer.data(), end, number.numberBits()).ptr};
+    buffer[0] = '0';
+    buffer[1] = 'x';
+    return {buffer.data(), std::to_chars(buffer.data() + 2, end, number.numberBits(), 16).ptr};
+}
+
 QString NumberRendering::text(const RegistryValue &number, const PropertyFormatOptions &options,
                               qint32 machineByteOrder)
 {
     if (options.unit == PropertyFormatOptions::automatic)
-        return automatic(number);
+        return asAutomatic(number);
     const QByteArray bytes = storedBytes(number);
     if (bytes.isEmpty())
         return internalError();

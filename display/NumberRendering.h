@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QString>
+#include <array>
 
 class RegistryValue;
 
@@ -16,4 +17,9 @@ public:
     // Any options except the unit that stands for the default.
     static QString text(const RegistryValue &number, const PropertyFormatOptions &options,
                         qint32 machineByteOrder);
+
+    // The text by the automatic rule, in the buffer: ASCII in lower case. Empty for a number of no
+    // width.
+    using Buffer = std::array<char, 24>;
+    static QByteArrayView automatic(const RegistryValue &number, Buffer &buffer);
 };

@@ -76,6 +76,26 @@ void PropertyFormatStore::setDefaultDescriptor(const QString &descriptor)
     PreferencesStore::standard().synchronize();
 }
 
+std::map<QString, PropertyFormatOptions> PropertyFormatStore::all()
+{
+    std::map<QString, PropertyFormatOptions> formats;
+    for (const QString &key : preferences().storedKeys()) {
+        const QString descriptor = preferences().string(key);
+        if (!descriptor.isNull())
+            formats[key] = PropertyFormatDescriptor::propertyFormatForDescriptor(descriptor);
+    }
+    return formats;
+}
+
+PropertyFormatOptions PropertyFormatStore::defaultFormat()
+{
+    PropertyFormatOptions options = PropertyFormatDescriptor::propertyFormatForDescriptor(
+        PreferencesStore::standard().string(PreferenceKeys::defaultFormat));
+    if (options.unit == PropertyFormatOptions::useDefault)
+        options.unit = PropertyFormatOptions::automatic;
+    return options;
+}
+
 void PropertyFormatStore::synchronize()
 {
     preferences().synchronize();

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <functional>
+#include <map>
 #include <optional>
 
 class PreferencesStore;
@@ -29,6 +30,10 @@ public:
     static void removeBelow(QStringView classPath);
     // For properties without a stored format.
     static void setDefaultDescriptor(const QString &descriptor);
+    // All that is stored, by class path, a colon and property path.
+    static std::map<QString, PropertyFormatOptions> all();
+    // For properties without a stored format; automatic unless the user chose another.
+    static PropertyFormatOptions defaultFormat();
     static void synchronize();
 
     // Runs the action and records its changes, but not those that another running copy stores.

@@ -88,9 +88,9 @@ QString TavPropertyOutlineItem::plainText() const
     case Type::String:
         return contents().toString();
     case Type::Boolean:
-        return contents().toBoolean() ? tr("True") : tr("False");
+        return truthText(contents().toBoolean());
     default:
-        return tr("(Unknown value type)");
+        return unknownTypeText();
     }
 }
 

@@ -25,6 +25,9 @@ public:
     static QJsonObject defaultsToRegister();
 
     QString typeName() const; // null without contents
+    // What is shown for a boolean, and for a value of a type without a text.
+    static QString truthText(bool truth) { return truth ? tr("True") : tr("False"); }
+    static QString unknownTypeText() { return tr("(Unknown value type)"); }
     // Rendered on first use and cached until reset.
     const StyledText &displayValue();
     void resetDisplayValueRecursive();

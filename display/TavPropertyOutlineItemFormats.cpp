@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // Finds and stores the item's formats by class.
 #include "display/DisplayLogging.h"
-#include "display/PropertyFormatDescriptor.h"
 #include "display/PropertyFormatStore.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "model/TavRegistryEntry.h"
-#include "platform/preferences/PreferencesStore.h"
 
 namespace {
 // The entry's own class first, the root class last.
@@ -83,13 +81,8 @@ TavPropertyOutlineItem::_getPropertyFormats(const QStringList &inheritance) cons
 
 PropertyFormatOptions TavPropertyOutlineItem::propertyFormat() const
 {
-    if (const std::optional<StoredFormat> stored = getPropertyFormats())
-        return stored->options;
-    PropertyFormatOptions options = PropertyFormatDescriptor::propertyFormatForDescriptor(
-        PreferencesStore::standard().string(PreferenceKeys::defaultFormat));
-    if (options.unit == PropertyFormatOptions::useDefault)
-        options.unit = PropertyFormatOptions::automatic;
-    return options;
+    const std::optional<StoredFormat> stored = getPropertyFormats();
+    return stored ? stored->options : PropertyFormatStore::defaultFormat();
 }
 
 void TavPropertyOutlineItem::clearPropertyFormats(bool clearThis, bool clearChildren,

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/EntryQuery.h"
 
-EntryQuery::EntryQuery(const QString &query, FindOptions options, std::size_t numberLimit)
+EntryQuery::EntryQuery(const QString &query, FindOptions options, std::size_t numberLimit,
+                       ShownValueTest shownValues)
     : special_(TavRegistryEntry::specialTest(query))
     , options_(options)
     , search_(query)
+    , shownValues_(options.testFlag(FindOption::ShownValues) ? std::move(shownValues) : nullptr)
     , asksForLocation_(query.contains(u'@'))
     , answers_(std::make_shared<std::vector<Answer>>(numberLimit))
 {}
@@ -158,7 +160,7 @@ bool EntryQuery::matchesInAnyPlane(const TavRegistryEntry &entry) const
     }
     if (looksAt(FindOption::BundleID) && search_.matchesKept(entry.bundleID()))
         return true;
-    if (matchesInProperties(entry))
+    if (matchesInProperties(entry) || (shownValues_ && shownValues_(entry)))
         return true;
     return looksAt(FindOption::Special) && special_ && special_(entry);
 }

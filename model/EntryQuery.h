@@ -3,6 +3,7 @@
 
 #include "model/EntryOrder.h"
 #include "model/FindOptions.h"
+#include "model/ShownValueTest.h"
 #include "model/TavRegistryEntry.h"
 #include "model/TextSearch.h"
 
@@ -11,8 +12,9 @@
 class EntryQuery
 {
 public:
-    // All entries have numbers below the limit.
-    EntryQuery(const QString &query, FindOptions options, std::size_t numberLimit);
+    // All entries have numbers below the limit. Without a test, no shown value matches.
+    EntryQuery(const QString &query, FindOptions options, std::size_t numberLimit,
+               ShownValueTest shownValues = nullptr);
 
     // Checks the entries ahead of the walks. This is fastest in the order of their table, which is
     // about that of their memory. Copies share the answers, and may check different entries at the
@@ -53,6 +55,7 @@ private:
     TavRegistryEntry::SpecialTest special_;
     FindOptions options_;
     TextSearch search_;
+    ShownValueTest shownValues_; // null: not looked at
     bool asksForLocation_;
     std::shared_ptr<std::vector<Answer>> answers_; // by number of the entry
     mutable QByteArrayView lastKeys_;              // that were checked

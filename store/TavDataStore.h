@@ -3,6 +3,7 @@
 
 #include "model/EntryOrder.h"
 #include "model/EntryStore.h"
+#include "model/ShownValueTest.h"
 #include "model/TavRegistryEntry.h"
 #include "store/EntryLocator.h"
 #include "store/LiveUpdate.h"
@@ -96,9 +97,10 @@ public:
     const EntryLocator &locator() const;
 
     // Adds all matching entries, and by plane the entries with a match below them. Both may be
-    // null.
+    // null. Without a test, no shown value matches.
     void runQuery(const QString &query, FindOptions options, EntrySet *matches,
-                  QHash<QString, EntrySet> *parentsOfMatches);
+                  QHash<QString, EntrySet> *parentsOfMatches,
+                  const ShownValueTest &shownValues = nullptr);
 
 private:
     friend class DataStoreDecoder;

@@ -41,12 +41,13 @@ const std::vector<EntryOrder> &TavDataStore::planeOrders()
 }
 
 void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet *matches,
-                            QHash<QString, EntrySet> *parentsOfMatches)
+                            QHash<QString, EntrySet> *parentsOfMatches,
+                            const ShownValueTest &shownValues)
 {
     // The inheritance includes the entry's own class.
     if (options.testFlag(FindOption::Inheritance))
         options.setFlag(FindOption::Class, false);
-    EntryQuery search(query, options, entryNumberLimit());
+    EntryQuery search(query, options, entryNumberLimit(), shownValues);
     std::vector<Entries> parts = partsOf(registryEntries_);
     // Each part has a copy of the search, whose caches serve one thread.
     const auto prepare = [&search](Entries part) { EntryQuery(search).prepare(part); };

@@ -37,8 +37,10 @@ void TavPropertiesOutlineView::setDataSource(TavPropertiesOutlineViewDataSource 
         dataSource_->itemDidExpand(index);
         openRememberedRows(index);
     });
-    connect(this, &QTreeView::collapsed, this,
-            [this](const QModelIndex &index) { dataSource_->itemDidCollapse(index); });
+    connect(this, &QTreeView::collapsed, this, [this](const QModelIndex &index) {
+        if (!isFiltering_)
+            dataSource_->itemDidCollapse(index);
+    });
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (!isReloading_)
             dataSource_->selectionDidChange();
@@ -108,6 +110,7 @@ void TavPropertiesOutlineView::showRereadTree()
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
     dataSource_->reload();
     openRememberedRows({});
+    refilter();
     if (anchor.isValid())
         verticalScrollBar()->setValue(verticalScrollBar()->value() + visualRect(anchor).top() -
                                       top);
@@ -143,17 +146,20 @@ void TavPropertiesOutlineView::showOtherTree()
     const std::optional<PropertyPlaces::Place> known = places_.take(dataSource_->nextRootItem());
     dataSource_->reload(known ? known->root : nullptr);
     openRememberedRows({});
+    refilter();
     if (known)
         goToPlace(*known);
-    else
-        verticalScrollBar()->setValue(0);
+    setUnfilteredPlace(known ? known->scroll : 0);
+    verticalScrollBar()->setValue(filter_ ? 0 : scrollBeforeFilter_);
+    if (filter_ && selectedItem())
+        scrollTo(currentIndex());
 }
 
 PropertyPlaces::Place TavPropertiesOutlineView::place() const
 {
     const TavRegistryProperty *const current = dataSource_->item(currentIndex());
     return {dataSource_->rootItem(), current, currentIndex().column(), selectedItem() == current,
-            verticalScrollBar()->value()};
+            unfilteredScroll()};
 }
 
 void TavPropertiesOutlineView::goToPlace(const PropertyPlaces::Place &place)
@@ -166,7 +172,6 @@ void TavPropertiesOutlineView::goToPlace(const PropertyPlaces::Place &place)
             dataSource_->indexOf(*current).siblingAtColumn(place.column),
             place.isSelected ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
                              : QItemSelectionModel::NoUpdate);
-    verticalScrollBar()->setValue(place.scroll);
 }
 
 void TavPropertiesOutlineView::openRememberedRows(const QModelIndex &top)

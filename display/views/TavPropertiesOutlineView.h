@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "display/PropertyFilter.h"
 #include "display/views/PropertyPlaces.h"
 #include "platform/widgets/OutlineView.h"
 
@@ -29,6 +30,14 @@ public:
     TavRegistryProperty *selectedItem() const;
     QString selectedText() const; // "key = value" for each selected row, from the top
 
+    // Shows only the rows that the filter chooses, in this tree and in later ones; all for an empty
+    // text. Opens rows for as long as that needs them. Selection and scroll position return.
+    void setFilter(const QString &text);
+    void refilter(); // values are shown in another way
+
+Q_SIGNALS:
+    void filtered(bool leavesNothing);
+
 protected:
     void changeEvent(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
@@ -42,11 +51,25 @@ private:
     void showOtherTree();
     QModelIndex anchorRow() const;
     void refreshEditor();
+    void showRows();
+    void hideRowsBelow(const QModelIndex &parent);
+    void openRowsOfFilter();
+    void closeRowsOfFilter();
+    bool isKeptOpen(const QModelIndex &index) const;
+    void goBackToUnfiltered();
+    void setUnfilteredPlace(int scroll);
+    int unfilteredScroll() const;
     PropertyPlaces::Place place() const;
     void goToPlace(const PropertyPlaces::Place &place);
 
     TavPropertiesOutlineViewDataSource *dataSource_ = nullptr;
     PropertyValueDelegate *delegate_ = nullptr;
     PropertyPlaces places_;
+    std::optional<PropertyFilter> filter_;
+    std::vector<QPersistentModelIndex> hiddenRows_; // by the filter
+    std::vector<QPersistentModelIndex> openedRows_; // by the filter, not by the user
+    QPersistentModelIndex currentRowBeforeFilter_;
+    int scrollBeforeFilter_ = 0;
+    bool isFiltering_ = false;
     bool isReloading_ = false;
 };

@@ -12,6 +12,7 @@
 #include "store/TavDataStore.h"
 
 #include <QCheckBox>
+#include <QPushButton>
 
 namespace {
 constexpr std::size_t takesLong = 50'000; // entries to search and to show
@@ -37,6 +38,11 @@ bool FindController::hidesEverything() const
 QWidget *FindController::field() const
 {
     return findField_;
+}
+
+QWidget *FindController::offerToFindMore() const
+{
+    return nothingFoundNote_->button();
 }
 
 void FindController::beginFind()
@@ -67,7 +73,8 @@ void FindController::findWithString(const QString &text)
     if (dataStore_->registryEntries().size() >= takesLong) {
         work.emplace(tr("Searching…"), LongWork::Kind::Moment);
         FindSession::Result result;
-        work->run([&](WorkProgress &) { result = session_.run(text); });
+        const ShownValueTest shownValues = session_.shownValues(text);
+        work->run([&](WorkProgress &) { result = session_.run(text, shownValues); });
         show(text, std::move(result));
     } else {
         findObjectsMatching(text);
@@ -82,7 +89,7 @@ void FindController::findWithString(const QString &text)
 
 void FindController::findObjectsMatching(const QString &query)
 {
-    show(query, session_.run(query));
+    show(query, session_.run(query, session_.shownValues(query)));
 }
 
 void FindController::show(const QString &query, FindSession::Result result)
@@ -90,7 +97,17 @@ void FindController::show(const QString &query, FindSession::Result result)
     session_.begin(query, std::move(result));
     updateStepper();
     results_->reloadData();
+    showWhetherAnythingMatches();
+}
+
+void FindController::showWhetherAnythingMatches()
+{
+    const auto &found = session_.foundObjects();
+    const bool offersMore = found && found->isEmpty() &&
+                            (session_.options() & searchInProperties) != searchInProperties;
+    nothingFoundNote_->offerButton(offersMore);
     nothingFoundNote_->setVisible(hidesEverything());
+    searchPropertiesButton_->setVisible(offersMore);
 }
 
 void FindController::redisplay()
@@ -143,7 +160,7 @@ void FindController::filteredFindChanged()
     const EntrySelection::Path selected = selection_.entryPath();
     views_.reload();
     results_->reloadData();
-    nothingFoundNote_->setVisible(hidesEverything());
+    showWhetherAnythingMatches();
     selection_.goToEntryPath(selected, true, true);
     Q_EMIT shownEntriesChanged();
 }

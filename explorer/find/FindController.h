@@ -12,6 +12,7 @@ class ExplorerViews;
 class QCheckBox;
 class QDockWidget;
 class QMainWindow;
+class QPushButton;
 class QTableView;
 class QToolButton;
 class SearchField;
@@ -57,16 +58,22 @@ public:
     void windowWillClose(); // its drawer is hidden as it closes
     QTableView &results() const { return *findTableView_; }
     QWidget *field() const;
+    QWidget *offerToFindMore() const; // beside the field for the tab key; mostly hidden
 
 Q_SIGNALS:
     void shownEntriesChanged();                              // what is shown of them, or the drawer
     void contextMenuRequested(const QPoint &globalPosition); // of the selected entry
 
 private:
+    static constexpr FindOptions searchInProperties =
+        FindOption::Keys | FindOption::Values | FindOption::ShownValues;
+
     void connectOutlets(QMainWindow &window);
     void setUpResults(QMainWindow &window, const ExplorerContext &context);
     void connectControls(QMainWindow &window);
-    std::array<std::pair<FindOption, QCheckBox *>, 8> findCheckboxes() const;
+    std::array<std::pair<FindOption, QCheckBox *>, 9> findCheckboxes() const;
+    void searchPropertiesToo();
+    void showWhetherAnythingMatches();
     void show(const QString &query, FindSession::Result result);
     void setOptions(FindOptions options);
     void findOptionsChanged();
@@ -89,4 +96,5 @@ private:
     QCheckBox *filteredFindCheckbox_ = nullptr;
     QTableView *findTableView_ = nullptr;
     ViewNote *nothingFoundNote_ = nullptr;
+    QPushButton *searchPropertiesButton_ = nullptr; // in the drawer
 };

@@ -69,6 +69,8 @@ void FindController::connectOutlets(QMainWindow &window)
     findOptionsDrawer_ = InterfaceLoader::outlet<QDockWidget>(window, "findOptionsDrawer");
     filteredFindCheckbox_ = InterfaceLoader::outlet<QCheckBox>(window, "filteredFindCheckbox");
     findTableView_ = InterfaceLoader::outlet<QTableView>(window, "findTableView");
+    searchPropertiesButton_ =
+        InterfaceLoader::outlet<QPushButton>(window, "searchPropertiesButton");
 }
 
 void FindController::setUpResults(QMainWindow &window, const ExplorerContext &context)
@@ -80,6 +82,7 @@ void FindController::setUpResults(QMainWindow &window, const ExplorerContext &co
     nameClearButton(*previewField);
     nothingFoundNote_ = new ViewNote(
         tr("Nothing matches"), *InterfaceLoader::outlet<QStackedWidget>(window, "explorerTabView"));
+    nothingFoundNote_->addButton(*searchPropertiesButton_);
     connect(
         results_.get(), &TavFindTableViewDataSource::pathChosen, this,
         [this](const TavRegistryEntryPath &path) { selection_.goToEntryPath(path, true, true); });
@@ -110,9 +113,11 @@ void FindController::connectControls(QMainWindow &window)
         connect(checkbox, &QCheckBox::clicked, this, &FindController::findOptionsChanged);
     connect(InterfaceLoader::outlet<QPushButton>(window, "resetFindOptionsButton"),
             &QPushButton::clicked, this, &FindController::resetFindOptions);
+    for (QPushButton *button : {searchPropertiesButton_, nothingFoundNote_->button()})
+        connect(button, &QPushButton::clicked, this, &FindController::searchPropertiesToo);
 }
 
-std::array<std::pair<FindOption, QCheckBox *>, 8> FindController::findCheckboxes() const
+std::array<std::pair<FindOption, QCheckBox *>, 9> FindController::findCheckboxes() const
 {
     const auto box = [this](const char *name) {
         return InterfaceLoader::outlet<QCheckBox>(window_, name);
@@ -126,6 +131,7 @@ std::array<std::pair<FindOption, QCheckBox *>, 8> FindController::findCheckboxes
         {FindOption::Values, box("findValuesCheckbox")},
         {FindOption::KeyValue, box("findKeyValueCheckbox")},
         {FindOption::Special, box("findSpecialCheckbox")},
+        {FindOption::ShownValues, box("findShownValuesCheckbox")},
     }};
 }
 
@@ -157,6 +163,18 @@ void FindController::findOptionsChanged()
         findWithString(QString());
     else if (!findField_->text().isEmpty())
         find();
+}
+
+// The button that had the keyboard hides when it is not needed any more.
+void FindController::searchPropertiesToo()
+{
+    for (const auto &[option, checkbox] : findCheckboxes()) {
+        if (searchInProperties.testFlag(option))
+            checkbox->setChecked(true);
+    }
+    setOptions(session_.options() | searchInProperties);
+    findField_->setFocus(Qt::OtherFocusReason);
+    findWithString(QString(session_.findQuery()));
 }
 
 void FindController::resetFindOptions()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explorer/find/FindSession.h"
 
+#include "display/ShownValueSearch.h"
 #include "store/TavDataStore.h"
 
 FindSession::FindSession(std::shared_ptr<TavDataStore> dataStore)
@@ -12,11 +13,18 @@ bool FindSession::isQuery(const QString &query) const
     return !query.isEmpty() && findOptions_;
 }
 
-FindSession::Result FindSession::run(const QString &query) const
+ShownValueTest FindSession::shownValues(const QString &query) const
+{
+    return findOptions_.testFlag(FindOption::ShownValues) ? ShownValueSearch(query)
+                                                          : ShownValueTest();
+}
+
+FindSession::Result FindSession::run(const QString &query, const ShownValueTest &shownValues) const
 {
     Result result;
     if (isQuery(query))
-        dataStore_->runQuery(query, findOptions_, &result.found, &result.parentsInPlanes);
+        dataStore_->runQuery(query, findOptions_, &result.found, &result.parentsInPlanes,
+                             shownValues);
     return result;
 }
 

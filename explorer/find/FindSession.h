@@ -4,6 +4,7 @@
 #include "display/EntryTextAttributes.h"
 #include "explorer/find/FoundEntryPaths.h"
 #include "model/FindOptions.h"
+#include "model/ShownValueTest.h"
 
 #include <QHash>
 
@@ -26,7 +27,10 @@ public:
     FindOptions options() const { return findOptions_; }
     void setOptions(FindOptions options) { findOptions_ = options; }
     bool isQuery(const QString &query) const; // a text for which something is searched
-    Result run(const QString &query) const;   // in any thread; nothing for what is no query
+    // What a search needs of the user's formats; on the main thread.
+    ShownValueTest shownValues(const QString &query) const;
+    // In any thread; nothing for what is no query.
+    Result run(const QString &query, const ShownValueTest &shownValues) const;
 
     void begin(QString query, Result result);
     void end();

@@ -176,6 +176,7 @@ constexpr MenuCommand commands[] = {
      canFindInAnyPlane},
     {"findPrevInAnyPlaneAction", runIn<&Window::finder, &FindController::findPrevInAnyPlane>,
      canFindInAnyPlane},
+    {"filterPropertiesAction", runIn<&Window::properties, &PropertiesPane::beginFilter>},
     {"toggleFindOptionsDrawerAction",
      runIn<&Window::finder, &FindController::toggleFindOptionsDrawer>, always,
      toggleFindOptionsDrawerTitle},

@@ -7,6 +7,9 @@
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "explorer/window/AttributeRequests.h"
 #include "platform/desktop/InterfaceLoader.h"
+#include "platform/widgets/ClearButton.h"
+#include "platform/widgets/SearchField.h"
+#include "platform/widgets/ViewNote.h"
 #include "store/TavDataStore.h"
 
 #include <QAction>
@@ -38,9 +41,11 @@ PropertiesPane::PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDat
     , undoStack_(std::make_unique<QUndoStack>())
     , propertiesOutlineView_(
           InterfaceLoader::outlet<TavPropertiesOutlineView>(window, "propertiesOutlineView"))
+    , filterField_(InterfaceLoader::outlet<SearchField>(window, "propertiesFilterField"))
 {
     propertiesOutlineView_->setDataSource(*dataSource_);
     setUpFormats(window);
+    setUpFilter();
     connect(attributeRequests_.get(), &AttributeRequests::begun, this,
             &PropertiesPane::refreshPropertiesOutlineView);
     connect(attributeRequests_.get(), &AttributeRequests::finished, this,
@@ -61,6 +66,31 @@ void PropertiesPane::setUpFormats(QMainWindow &window)
             [this] { Q_EMIT undoStackChanged(); });
     action("undoAction")->setShortcuts(QKeySequence::Undo);
     action("redoAction")->setShortcuts(QKeySequence::Redo);
+}
+
+void PropertiesPane::setUpFilter()
+{
+    nameClearButton(*filterField_);
+    auto *const note = new ViewNote(tr("No property matches"), *propertiesOutlineView_);
+    connect(filterField_, &SearchField::searchRequested, propertiesOutlineView_,
+            [this] { propertiesOutlineView_->setFilter(filterField_->text()); });
+    connect(filterField_, &SearchField::cancelled, propertiesOutlineView_, [this] {
+        propertiesOutlineView_->setFilter({});
+        propertiesOutlineView_->setFocus();
+    });
+    connect(propertiesOutlineView_, &TavPropertiesOutlineView::filtered, note,
+            &ViewNote::setVisible);
+}
+
+QWidget *PropertiesPane::filterField() const
+{
+    return filterField_;
+}
+
+void PropertiesPane::beginFilter()
+{
+    filterField_->selectAll();
+    filterField_->setFocus(Qt::ShortcutFocusReason);
 }
 
 void PropertiesPane::showPropertiesOf(const EntryRef &entry)
@@ -123,6 +153,7 @@ void PropertiesPane::dataViewOptionsChanged(TavRegistryProperty *item)
     // The same format may apply to properties of this window's entry.
     if (auto *const shown = dynamic_cast<TavPropertyOutlineItem *>(rootPropertyItem_.get()))
         shown->resetDisplayValueRecursive();
+    propertiesOutlineView_->refilter();
     refreshPropertiesOutlineView();
 }
 

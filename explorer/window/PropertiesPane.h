@@ -10,6 +10,7 @@
 class AttributeRequests;
 class QMainWindow;
 class QUndoStack;
+class SearchField;
 class TavDataStore;
 class TavPropertiesOutlineView;
 class TavPropertiesOutlineViewDataSource;
@@ -30,6 +31,8 @@ public:
     void showPropertiesOf(const EntryRef &entry); // null: of none
     const PropertyRef &rootPropertyItem() const override { return rootPropertyItem_; }
     QWidget *view() const;
+    QWidget *filterField() const;
+    void beginFilter();
     void clearSelection();
     void refreshPropertiesOutlineView();
     // The format controller formats what is selected here.
@@ -63,6 +66,7 @@ Q_SIGNALS:
 
 private:
     void setUpFormats(QMainWindow &window);
+    void setUpFilter();
     void showChangedTree(const PropertyRef &previousRoot);
     void selectPropertyItem(TavRegistryProperty *item);
 
@@ -75,4 +79,5 @@ private:
     std::unique_ptr<AttributeRequests> attributeRequests_;
     std::unique_ptr<QUndoStack> undoStack_;
     TavPropertiesOutlineView *propertiesOutlineView_;
+    SearchField *filterField_;
 };

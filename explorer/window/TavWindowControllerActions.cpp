@@ -77,8 +77,10 @@ void TavWindowController::showView(ExplorerViews::Style style)
     goToEntryPath(selectedEntryPath(), true, true);
     if (hadFocus)
         makeExplorerFirstResponder();
-    QWidget::setTabOrder(finder_->field(), views_->visibleView());
-    QWidget::setTabOrder(views_->visibleView(), properties_->view());
+    QWidget *before = finder_->field();
+    for (QWidget *next : {finder_->offerToFindMore(), views_->visibleView(),
+                          properties_->filterField(), properties_->view()})
+        QWidget::setTabOrder(std::exchange(before, next), next);
     properties_->refreshPropertiesOutlineView();
     menuCommands_->validate();
     window_->setUpdatesEnabled(true);

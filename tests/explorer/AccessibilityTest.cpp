@@ -38,8 +38,8 @@ protected:
         const bool isService = controller_->selectedEntry()->conformsToDxService();
         const std::string round =
             "findField " + explorer +
-            " propertiesOutlineView objectNameField objectInheritanceField objectBundleField "
-            "objectBundleFileField objectKernelPathField "
+            " propertiesFilterField propertiesOutlineView objectNameField objectInheritanceField "
+            "objectBundleField objectBundleFileField objectKernelPathField "
             "objectRetainCountField " +
             (isService ? "objectBusyCountField " : "") +
             "planeListButton outlineSegment entryPathsButton findOptionsDrawerButton > findField";

@@ -206,7 +206,10 @@ std::string rowsOf(const QTreeView &view)
 {
     std::string rows;
     const QAbstractItemModel &model = *view.model();
-    for (QModelIndex row = model.index(0, 0); row.isValid(); row = view.indexBelow(row)) {
+    int first = 0;
+    while (view.isRowHidden(first, {}))
+        ++first;
+    for (QModelIndex row = model.index(first, 0); row.isValid(); row = view.indexBelow(row)) {
         std::string indentation;
         for (QModelIndex parent = row.parent(); parent.isValid(); parent = parent.parent())
             indentation += "  ";

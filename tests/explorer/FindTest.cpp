@@ -4,10 +4,12 @@
 #include "platform/widgets/SearchField.h"
 #include "platform/widgets/ViewNote.h"
 #include "tests/support/EventLoop.h"
+#include "tests/support/RegistryValues.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QPushButton>
 
 namespace {
 class FindTest : public ExplorerFixture
@@ -29,6 +31,14 @@ protected:
         return controller_->findStateForRegistryEntry(*entry(label));
     }
     SearchField &field() const { return *outlet<SearchField>("findField"); }
+    ViewNote *nothingFoundNote() const
+    {
+        for (ViewNote *note : window().findChildren<ViewNote *>()) {
+            if (note->button())
+                return note;
+        }
+        return nullptr;
+    }
     void type(const char *text)
     {
         field().setFocus();
@@ -160,7 +170,7 @@ TEST_F(FindTest, FollowsItsOptions)
 
 TEST_F(FindTest, SaysWhyItShowsNothing)
 {
-    const auto *const note = window().findChild<ViewNote *>();
+    const auto *const note = nothingFoundNote();
     ASSERT_TRUE(note);
     const auto says = [&] { return note->isVisibleTo(&window()); };
     find("disk");
@@ -174,6 +184,50 @@ TEST_F(FindTest, SaysWhyItShowsNothing)
     EXPECT_TRUE(says());
     find("");
     EXPECT_FALSE(says());
+}
+
+TEST_F(FindTest, OffersToSearchPropertiesWhereNothingMatches)
+{
+    service_.setProperties(registry_["disk@0"],
+                           values::dictionary({{"vendor", values::number(0x8086)}}));
+    update();
+    const auto *const note = nothingFoundNote();
+    ASSERT_TRUE(note);
+    auto *const inDrawer = outlet<QPushButton>("searchPropertiesButton");
+    const auto offers = [&] { return note->button()->isVisibleTo(&window()); };
+    const auto search = [this](const char *text) {
+        field().setText(QString::fromUtf8(text));
+        controller_->find();
+    };
+    search("disk");
+    EXPECT_FALSE(offers());
+    search("32902");
+    EXPECT_TRUE(offers());
+    field().setFocus();
+    press(Qt::Key_Tab);
+    EXPECT_TRUE(note->button()->hasFocus());
+    press(Qt::Key_Return);
+    EXPECT_EQ(selected(), "DxService:/bus/disk@0");
+    EXPECT_FALSE(offers());
+    EXPECT_TRUE(field().hasFocus());
+    for (const char *box : {"findNameCheckbox", "findInheritanceCheckbox", "findKeysCheckbox",
+                            "findValuesCheckbox", "findShownValuesCheckbox"})
+        EXPECT_TRUE(outlet<QCheckBox>(box)->isChecked()) << box;
+    EXPECT_FALSE(outlet<QCheckBox>("findSpecialCheckbox")->isChecked());
+
+    search("0x8087"); // nothing more to search in
+    EXPECT_EQ(count(), "0 objects match");
+    EXPECT_FALSE(offers());
+    click("resetFindOptionsButton");
+    EXPECT_TRUE(offers());
+    click("filteredFindCheckbox"); // the tree is there, but the drawer offers the same
+    EXPECT_FALSE(offers());
+    click("findOptionsDrawerButton");
+    EXPECT_TRUE(inDrawer->isVisible());
+    search("0x8086");
+    click("searchPropertiesButton");
+    EXPECT_EQ(count(), "1 object matches");
+    EXPECT_FALSE(inDrawer->isVisible());
 }
 
 TEST_F(FindTest, APlaneIsChosenThoughTheFilterHidesAllOfIt)
