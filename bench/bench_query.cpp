@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Searching a store of 100,000 entries with 40 property nodes each, compared with a plain
-// case-insensitive scan of the same strings in one buffer.
+// case-insensitive scan of the same strings in one buffer; and searching it for shown values too,
+// compared with the search for texts.
 
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/Timing.h"
+#include "display/ShownValueSearch.h"
 #include "store/TavDataStore.h"
 
 #include <benchmark/benchmark.h>
@@ -123,10 +125,33 @@ void byDefaultAfterChange(benchmark::State &state)
 {
     query(state, QString::fromLatin1(texts[state.range(0)]), defaultOptions, true);
 }
+
+// Texts that no number, any number, and data too can have.
+constexpr const char *shownTexts[] = {"zzzz", "0x8086", "4294967294", "86 80"};
+
+void shownValues(benchmark::State &state)
+{
+    const QString text = QString::fromLatin1(shownTexts[state.range(0)]);
+    double textTime = 0;
+    double time = 0;
+    for (auto _ : state) {
+        textTime +=
+            Timing::wallSecondsOf([&] { store().runQuery(text, everyOption, nullptr, nullptr); });
+        time += Timing::wallSecondsOf([&] {
+            store().runQuery(text, everyOption | FindOption::ShownValues, nullptr, nullptr,
+                             ShownValueSearch(text));
+        });
+    }
+    const auto runs = static_cast<double>(state.iterations());
+    state.counters["ms"] = time * 1e3 / runs;
+    state.counters["text ms"] = textTime * 1e3 / runs;
+    state.counters["shown/text"] = time / textTime;
+}
 } // namespace
 
 BENCHMARK(everywhereAtFirst)->DenseRange(0, 2)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(everywhere)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 BENCHMARK(byDefault)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 BENCHMARK(byDefaultAfterChange)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
+BENCHMARK(shownValues)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
 BENCHMARK_MAIN();
