@@ -6,6 +6,7 @@
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/Timing.h"
 #include "display/ShownValueSearch.h"
+#include "platform/preferences/PreferencesStore.h"
 #include "store/TavDataStore.h"
 
 #include <benchmark/benchmark.h>
@@ -132,6 +133,8 @@ constexpr const char *shownTexts[] = {"zzzz", "0x8086", "4294967294", "86 80"};
 void shownValues(benchmark::State &state)
 {
     const QString text = QString::fromLatin1(shownTexts[state.range(0)]);
+    PreferencesStore::standard().registerDefaults(PreferenceKeys::defaults());
+    store(); // made before the time runs
     double textTime = 0;
     double time = 0;
     for (auto _ : state) {

@@ -69,19 +69,6 @@ DataRendering::Automatic strings(QByteArrayView bytes)
     return {StyledText(text, ValueStyles::characterWrap), count};
 }
 
-QString hexadecimalBytes(const QByteArray &bytes, bool isKnownByteOrder)
-{
-    QByteArray digits = bytes.toHex(' ');
-    if (!isKnownByteOrder)
-        std::replace_if(
-            digits.begin(), digits.end(), [](char c) { return c != ' '; }, '?');
-    QString text;
-    text.reserve(digits.size() + 2);
-    text += u'<';
-    text += QLatin1StringView(digits);
-    text += u'>';
-    return text;
-}
 } // namespace
 
 DataRendering::Integers DataRendering::integers(const QByteArray &bytes,
@@ -137,6 +124,22 @@ DataRendering::Characters DataRendering::characters(const QByteArray &bytes, qin
     return {StyledText(text, ValueStyles::characterWrap, std::move(dots)), count};
 }
 
+QByteArray DataRendering::hexadecimal(QByteArrayView bytes, qint32 machineByteOrder)
+{
+    constexpr char digits[] = "0123456789abcdef";
+    const bool isKnownByteOrder = machineByteOrder != EntryStore::ByteOrderUnknown;
+    QByteArray text(std::max<qsizetype>(2, 3 * bytes.size() + 1), ' ');
+    char *to = text.data();
+    *to = '<';
+    for (const char byte : bytes) {
+        *++to = isKnownByteOrder ? digits[static_cast<quint8>(byte) >> 4] : '?';
+        *++to = isKnownByteOrder ? digits[static_cast<quint8>(byte) & 0xf] : '?';
+        ++to; // a space
+    }
+    text.back() = '>';
+    return text;
+}
+
 bool DataRendering::looksLikeText(QByteArrayView bytes)
 {
     return lastByteOfText(bytes).has_value();
@@ -146,6 +149,7 @@ DataRendering::Automatic DataRendering::automatic(const QByteArray &bytes, qint3
 {
     if (const std::optional<qsizetype> last = lastByteOfText(bytes))
         return strings(QByteArrayView(bytes).first(*last + 1));
-    const bool isKnownByteOrder = machineByteOrder != EntryStore::ByteOrderUnknown;
-    return {StyledText(hexadecimalBytes(bytes, isKnownByteOrder), ValueStyles::fixedPitch), 0};
+    return {StyledText(QLatin1StringView(hexadecimal(bytes, machineByteOrder)),
+                       ValueStyles::fixedPitch),
+            0};
 }

@@ -33,5 +33,7 @@ public:
     static Characters characters(const QByteArray &bytes, qint64 encoding);
     // As NUL-terminated strings if the bytes look like text, else in hexadecimal.
     static bool looksLikeText(QByteArrayView bytes);
+    // The bytes by the automatic rule if they do not: ASCII in lower case.
+    static QByteArray hexadecimal(QByteArrayView bytes, qint32 machineByteOrder);
     static Automatic automatic(const QByteArray &bytes, qint32 machineByteOrder);
 };

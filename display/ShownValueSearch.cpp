@@ -84,19 +84,23 @@ ShownValueSearch::ShownValueSearch(const QString &query)
     , isInFalse_(isIn(TavPropertyOutlineItem::truthText(false)))
     , isInOther_(isIn(TavPropertyOutlineItem::unknownTypeText()))
 {
+    const QString illegal = NumberRendering::text(RegistryValue::number(0, 0),
+                                                  {.unit = PropertyFormatOptions::automatic}, 0);
+    canBeInOthers_ = number_ || isInTrue_ || isInFalse_ || isInOther_ || isIn(illegal);
     const bool isAscii = std::all_of(query.begin(), query.end(),
                                      [](QChar character) { return character.unicode() < 0x80; });
     if (!isAscii || query.isEmpty())
         return;
-    const QByteArray lower = query.toLower().toLatin1();
+    lower_ = query.toLower().toLatin1();
     constexpr QByteArrayView inNumbers = "0123456789abcdefx-";
-    if (std::all_of(lower.begin(), lower.end(), [&](char c) { return inNumbers.contains(c); }))
-        digits_ = lower.toStdString();
-    canBeInBytes_ = canBeInBytes(lower);
-    const auto letter = std::find_if(lower.begin(), lower.end(), [](char c) {
+    if (std::all_of(lower_.begin(), lower_.end(), [&](char c) { return inNumbers.contains(c); }))
+        digits_ = lower_.toStdString();
+    canBeInOthers_ |= !digits_.empty();
+    canBeInBytes_ = canBeInBytes(lower_);
+    const auto letter = std::find_if(lower_.begin(), lower_.end(), [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z');
     });
-    letter_ = letter == lower.end() ? '\0' : *letter;
+    letter_ = letter == lower_.end() ? '\0' : *letter;
 }
 
 bool ShownValueSearch::isIn(const QString &text) const
@@ -111,35 +115,32 @@ bool ShownValueSearch::operator()(const TavRegistryEntry &entry)
     const qint32 byteOrder =
         entry.dataStore() ? entry.dataStore()->byteOrder() : EntryStore::ByteOrderUnknown;
     const FormatSnapshot::ByPath &formats = formats_.formatsOf(entry.inheritance());
-    if (entry.table().isNone())
-        return matchesInTree(*entry.properties(), formats, byteOrder);
-    return formats.isEmpty() ? matchesInTable(entry.table(), byteOrder)
-                             : matchesInTable(entry.table(), formats, byteOrder);
+    if (formats.isEmpty())
+        return matchesAny(entry.propertyText().values(), byteOrder);
+    return entry.table().isNone() ? matchesInTree(*entry.properties(), formats, byteOrder)
+                                  : matchesInTable(entry.table(), formats, byteOrder);
 }
 
-bool ShownValueSearch::matchesInTable(const RegistryValue &table, qint32 byteOrder) const
+// Reads no more of the list than can match: most of a search's time is waiting for memory.
+bool ShownValueSearch::matchesAny(std::span<const RegistryValue> values, qint32 byteOrder) const
 {
-    QVarLengthArray<const RegistryValue *, 32> pending{&table};
-    const auto visit = [&](const RegistryValue &value) {
-        if (!value.isCollection())
-            return matches(value, formats_.defaultFormat(), byteOrder);
-        if (value.type() != Type::Set)
-            pending.append(&value);
-        return false;
+    const PropertyFormatOptions &format = formats_.defaultFormat();
+    const auto matchesOne = [&](const RegistryValue &value) {
+        return matches(value, format, byteOrder);
     };
-    while (!pending.isEmpty()) {
-        const RegistryValue &collection = *pending.last();
-        pending.removeLast();
-        for (const auto &[key, value] : collection.members()) {
-            if (visit(value))
-                return true;
-        }
-        for (const RegistryValue &value : collection.elements()) {
-            if (visit(value))
-                return true;
-        }
+    if (format.unit != PropertyFormatOptions::automatic)
+        return std::any_of(values.begin(), values.end(), matchesOne);
+    const auto isOther = [](const RegistryValue &value) { return value.type() != Type::Data; };
+    auto begin = values.begin(); // of what is not data
+    while (begin != values.end() && !isOther(*begin)) {
+        if (matchesOne(*begin++))
+            return true;
     }
-    return false;
+    auto end = values.end(); // of what is not data
+    while (canBeInBytes_ && end != begin && !isOther(*(end - 1)))
+        __builtin_prefetch((--end)->dataView().data());
+    return (canBeInOthers_ && std::any_of(begin, end, matchesOne)) ||
+           std::any_of(end, values.end(), matchesOne);
 }
 
 bool ShownValueSearch::matchesInTable(const RegistryValue &table,
@@ -197,7 +198,7 @@ bool ShownValueSearch::matches(const RegistryValue &value, const PropertyFormatO
     case Type::Number:
         return matchesNumber(value, format, byteOrder);
     case Type::Data:
-        return matchesData(value.toData(), format, byteOrder);
+        return matchesData(value, format, byteOrder);
     case Type::Boolean:
         return value.toBoolean() ? isInTrue_ : isInFalse_;
     case Type::Date:
@@ -223,16 +224,17 @@ bool ShownValueSearch::matchesNumber(const RegistryValue &number,
     return std::string_view(text.data(), text.size()).find(digits_) != std::string_view::npos;
 }
 
-bool ShownValueSearch::matchesData(const QByteArray &bytes, const PropertyFormatOptions &format,
+bool ShownValueSearch::matchesData(const RegistryValue &data, const PropertyFormatOptions &format,
                                    qint32 byteOrder) const
 {
     if (format.unit == PropertyFormatOptions::characters)
-        return isIn(DataRendering::characters(bytes, format.encoding).text.text());
+        return isIn(DataRendering::characters(data.toData(), format.encoding).text.text());
     if (format.unit != PropertyFormatOptions::automatic &&
         format.unit != PropertyFormatOptions::useDefault)
-        return isIn(DataRendering::integers(bytes, format, byteOrder).text.text());
-    const bool canMatch = DataRendering::looksLikeText(bytes)
-                              ? letter_ == '\0' || hasEitherCase(bytes, letter_)
-                              : canBeInBytes_;
-    return canMatch && isIn(DataRendering::automatic(bytes, byteOrder).text.text());
+        return isIn(DataRendering::integers(data.toData(), format, byteOrder).text.text());
+    const QByteArrayView bytes = data.dataView();
+    if (!DataRendering::looksLikeText(bytes))
+        return canBeInBytes_ && DataRendering::hexadecimal(bytes, byteOrder).contains(lower_);
+    return (letter_ == '\0' || hasEitherCase(bytes, letter_)) &&
+           isIn(DataRendering::automatic(data.toData(), byteOrder).text.text());
 }

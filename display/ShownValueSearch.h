@@ -26,23 +26,25 @@ public:
 
 private:
     bool isIn(const QString &text) const;
-    bool matchesInTable(const RegistryValue &table, qint32 byteOrder) const;
+    bool matchesAny(std::span<const RegistryValue> values, qint32 byteOrder) const;
     bool matchesInTable(const RegistryValue &table, const FormatSnapshot::ByPath &formats,
                         qint32 byteOrder) const;
     bool matchesInTree(const TavRegistryProperty &tree, const FormatSnapshot::ByPath &formats,
                        qint32 byteOrder) const;
     bool matchesNumber(const RegistryValue &number, const PropertyFormatOptions &format,
                        qint32 byteOrder) const;
-    bool matchesData(const QByteArray &bytes, const PropertyFormatOptions &format,
+    bool matchesData(const RegistryValue &data, const PropertyFormatOptions &format,
                      qint32 byteOrder) const;
 
     QStringMatcher matcher_;
     FormatSnapshot formats_;
     std::optional<RegistryValue> number_; // that the query is
     // What is shown by the automatic rule:
-    std::string digits_;        // the query, if a number can be shown with it; else empty
-    bool canBeInBytes_ = false; // in hexadecimal bytes
-    char letter_ = '\0';        // that strings with the query have, in either case; 0: unknown
+    QByteArray lower_;           // the query; empty if it is not ASCII
+    std::string digits_;         // the query, if a number can be shown with it; else empty
+    bool canBeInBytes_ = false;  // in hexadecimal bytes
+    bool canBeInOthers_ = false; // in what is not data
+    char letter_ = '\0';         // that strings with the query have, in either case; 0: unknown
     bool isInTrue_;
     bool isInFalse_;
     bool isInOther_; // in what is shown for a value of another type

@@ -54,12 +54,16 @@ void EntryQuery::fetchProperties(const TavRegistryEntry &next) const
 {
     __builtin_prefetch(next.inheritance().constData());
     __builtin_prefetch(next.facts().name.constData());
-    if (!looksAt(FindOption::Keys) && !looksAt(FindOption::Values))
-        return;
     constexpr qsizetype lineSize = 64;
     constexpr qsizetype defaultSize = 6 * lineSize;
-    for (qsizetype at = 0; at < defaultSize; at += lineSize)
-        __builtin_prefetch(next.propertyText().strings().data() + at);
+    const auto fetchLines = [](const void *start) {
+        for (qsizetype at = 0; at < defaultSize; at += lineSize)
+            __builtin_prefetch(static_cast<const char *>(start) + at);
+    };
+    if (looksAt(FindOption::Keys) || looksAt(FindOption::Values))
+        fetchLines(next.propertyText().strings().data());
+    if (shownValues_)
+        fetchLines(next.propertyText().values().data());
 }
 
 void EntryQuery::prepare(std::span<const EntryRef> entries)

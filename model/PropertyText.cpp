@@ -77,15 +77,49 @@ public:
     void addNode() { room_ = std::min(room_ + roomForNode, maxRoom); }
     void addKey(QStringView text) { add(keys_, text); }
     void addString(QStringView text) { add(strings_, text); }
+    void addValue(const RegistryValue &value)
+    {
+        switch (value.type()) {
+        case RegistryValue::Type::Number:
+        case RegistryValue::Type::Date:
+            values_.push_back(value);
+            break;
+        case RegistryValue::Type::Boolean:
+            hasBoolean_[value.toBoolean()] = true;
+            break;
+        case RegistryValue::Type::Data:
+            (value.dataView().endsWith('\0') ? terminatedData_ : otherData_).push_back(value);
+            break;
+        default:
+            break;
+        }
+    }
 
     void finish(PropertyText &text) const
     {
         text.keys_ = sharedBytes(keys_);
         text.strings_ = CompactBytes(QByteArray(strings_.constData(), strings_.size()));
         text.isWhole_ = isWhole_;
+        text.values_ = values();
     }
 
 private:
+    std::vector<RegistryValue> values() const
+    {
+        std::vector<RegistryValue> all;
+        all.reserve(static_cast<std::size_t>(terminatedData_.size() + values_.size() +
+                                             hasBoolean_[false] + hasBoolean_[true] +
+                                             otherData_.size()));
+        all.assign(terminatedData_.begin(), terminatedData_.end());
+        all.insert(all.end(), values_.begin(), values_.end());
+        for (const bool truth : {false, true}) {
+            if (hasBoolean_[truth])
+                all.push_back(RegistryValue::boolean(truth));
+        }
+        all.insert(all.end(), otherData_.begin(), otherData_.end());
+        return all;
+    }
+
     // Shared with recent ones: many trees have the same keys. The cache is global, so that entries
     // of all stores share, and per thread, so that it needs no lock.
     static CompactBytes sharedBytes(const Buffer &bytes)
@@ -110,6 +144,10 @@ private:
 
     Buffer keys_;
     Buffer strings_;
+    QVarLengthArray<RegistryValue, 64> values_;
+    QVarLengthArray<RegistryValue, 16> terminatedData_;
+    QVarLengthArray<RegistryValue, 16> otherData_;
+    std::array<bool, 2> hasBoolean_{};
     qsizetype used_ = 0;
     qsizetype room_ = roomForTable;
     bool isWhole_ = true;
@@ -124,6 +162,8 @@ PropertyText::PropertyText(const TavRegistryProperty &table)
             builder.addKey(node.nameView());
         if (holdsString(node))
             builder.addString(node.stringView());
+        else if (!node.isCollection())
+            builder.addValue(node.value());
     };
     addNode(table, false);
     table.anyBelow([&](const TavRegistryProperty &node) {
@@ -140,6 +180,8 @@ PropertyText::PropertyText(const RegistryValue &table)
     const auto addValue = [&](const RegistryValue &value) {
         if (!value.stringView().isNull())
             builder.addString(value.stringView());
+        else
+            builder.addValue(value);
         if (value.isCollection() && value.type() != RegistryValue::Type::Set)
             pending.append(&value);
     };

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/text/CompactArray.h"
+#include "model/RegistryValue.h"
 
 #include <functional>
 
-class RegistryValue;
 class TavRegistryProperty;
 
 // All keys and strings of one property tree in one buffer, case-folded: searching it is many times
 // faster than walking the tree. Leaves out the contents of sets, and texts that would make it large
 // for the number of nodes (many nodes may share one long text): those must be searched in the tree.
+// The numbers, booleans, dates and data of the tree are in one list, too.
 class PropertyText
 {
 public:
@@ -24,6 +24,8 @@ public:
     bool isMade() const { return keys_.size() > 0; }
     QByteArrayView keys() const { return {keys_.data(), keys_.size()}; }
     QByteArrayView strings() const { return {strings_.data(), strings_.size()}; }
+    // First data that ends in a NUL byte, as text does; other data last. Equal booleans once.
+    std::span<const RegistryValue> values() const { return values_; }
     bool isWhole() const { return isWhole_; } // false: some texts are only in the tree
 
     // Whether any key or string that a search checks satisfies the predicate.
@@ -39,5 +41,6 @@ private:
 
     CompactBytes keys_; // shared by trees with the same keys
     [[no_unique_address]] CompactBytes strings_;
+    std::vector<RegistryValue> values_;
     bool isWhole_ = true;
 };

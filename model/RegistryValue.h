@@ -64,6 +64,12 @@ public:
                    ? QStringView(CompactString::startOf(text_), static_cast<qsizetype>(size_))
                    : QStringView();
     }
+    QByteArrayView dataView() const // likewise
+    {
+        return type_ == Type::Data && bytes_
+                   ? QByteArrayView(CompactBytes::startOf(bytes_), static_cast<qsizetype>(size_))
+                   : QByteArrayView();
+    }
     int numberWidth() const { return type_ == Type::Number ? width_ : 0; }
     quint64 numberBits() const;  // zero-extended
     qint64 signedNumber() const; // sign-extended from its width

@@ -91,6 +91,26 @@ TEST_F(Query, LooksAtWhatTheOptionsName)
         EXPECT_EQ(found(query, options), expected) << query << ' ' << options;
 }
 
+TEST_F(Query, AsksForShownValuesWhereTheirOptionIsSet)
+{
+    const auto hasNumber = [](const TavRegistryEntry &entry) {
+        const std::span values = entry.propertyText().values();
+        return std::any_of(values.begin(), values.end(), [](const RegistryValue &value) {
+            return value.meansTheSameAs(number(4711));
+        });
+    };
+    const auto found = [&](FindOptions options, const ShownValueTest &test) {
+        EntrySet matches;
+        store_->runQuery(QStringLiteral("4711"), options, &matches, nullptr, test);
+        return names(matches);
+    };
+    EXPECT_EQ(found(FindOption::ShownValues, hasNumber), "Disk");
+    EXPECT_EQ(found(FindOption::ShownValues | FindOption::Name, hasNumber), "Disk");
+    EXPECT_EQ(found(FindOption::Values, hasNumber), "");
+    EXPECT_EQ(found({}, hasNumber), ""); // every option but this one
+    EXPECT_EQ(found(FindOption::ShownValues, nullptr), "");
+}
+
 TEST_F(Query, KnowsStateWordsToTheLetter)
 {
     service_.setState(tree_["bus"], ServiceRegistered | ServiceInactive);
