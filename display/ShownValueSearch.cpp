@@ -139,8 +139,11 @@ bool ShownValueSearch::matchesAny(std::span<const RegistryValue> values, qint32 
     auto end = values.end(); // of what is not data
     while (canBeInBytes_ && end != begin && !isOther(*(end - 1)))
         __builtin_prefetch((--end)->dataView().data());
-    return (canBeInOthers_ && std::any_of(begin, end, matchesOne)) ||
-           std::any_of(end, values.end(), matchesOne);
+    for (auto value = begin; canBeInOthers_ && value != end && isOther(*value); ++value) {
+        if (matchesOne(*value))
+            return true;
+    }
+    return std::any_of(end, values.end(), matchesOne);
 }
 
 bool ShownValueSearch::matchesInTable(const RegistryValue &table,
