@@ -42,6 +42,16 @@ TEST_F(ShownValueSearchTest, FindsNumbersByTextAndByValue)
     for (const char *query :
          {"0x80860", "3290", "-32902", "0xg", "-", "", "08 6", "0b8086", "0x0x8086", "+32902"})
         EXPECT_FALSE(finds(query, vendor)) << query;
+    const RegistryValue node =
+        RegistryValue::number(UINT64_MAX, 4, true, RegistryValue::Notation::Decimal);
+    for (const char *query : {"-1", "-", "-0x1"})
+        EXPECT_TRUE(finds(query, node)) << query;
+    EXPECT_FALSE(finds("ffff", node));
+    const RegistryValue mtu =
+        RegistryValue::number(65536, 4, false, RegistryValue::Notation::Decimal);
+    for (const char *query : {"655", "65536", "0x10000"})
+        EXPECT_TRUE(finds(query, mtu)) << query;
+    EXPECT_FALSE(finds("0x1", mtu));
     EXPECT_TRUE(finds("-1", negative(-1)));
     EXPECT_TRUE(finds("-0x1", negative(-1, 1)));
     EXPECT_FALSE(finds("-1", number(0xffffffff)));
