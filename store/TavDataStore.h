@@ -9,6 +9,8 @@
 #include "store/RegistryPass.h"
 #include "store/TavDataStoreDelegate.h"
 
+class FilterExpression;
+
 // The device registry at one moment: all entries seen so far, the names of the planes and some
 // facts about the machine. A live store reads the registry service; an archived one never does.
 // Main thread only.
@@ -92,6 +94,10 @@ public:
     // null.
     void runQuery(const QString &query, FindOptions options, EntrySet *matches,
                   QHash<QString, EntrySet> *parentsOfMatches);
+    // The same for the entries that satisfy an expression. False when regular expressions took so
+    // long that some were left out.
+    bool runFilter(const FilterExpression &filter, EntrySet *matches,
+                   QHash<QString, EntrySet> *parentsOfMatches);
 
 private:
     friend class DataStoreDecoder;
@@ -99,6 +105,7 @@ private:
 
     TavDataStore();
     const std::vector<EntryOrder> &planeOrders();
+    void collectMatches(EntrySet *matches, QHash<QString, EntrySet> *parentsOfMatches) const;
     void readMachineFacts();
     bool updateAfter(bool (RegistryService::*prepare)());
     void readRegistry(const QDateTime &began);
