@@ -24,23 +24,13 @@ bool holds(Relation relation, const FilterValue &a, const FilterValue &b)
         return *order >= 0;
     }
 }
-
-// Between separators, as in the text of an entry's keys.
-QByteArray foldedKey(const QString &key)
-{
-    return PropertyText::separator + PropertyText::folded(key) + PropertyText::separator;
-}
 } // namespace
 
 FilterEvaluator::FilterEvaluator(std::shared_ptr<FilterContext> context)
     : context_(std::move(context))
 {
-    for (const QStringList &keys : context_->expression.properties()) {
-        QByteArrayList &folded = foldedKeys_.emplace_back();
-        for (const QString &key : keys)
-            folded.append(foldedKey(key));
-    }
-    mayBePresent_.resize(foldedKeys_.size());
+    for (const QStringList &keys : context_->expression.properties())
+        finders_.emplace_back(keys);
 }
 
 bool FilterEvaluator::matches(const TavRegistryEntry &entry)
@@ -48,29 +38,15 @@ bool FilterEvaluator::matches(const TavRegistryEntry &entry)
     RegistryValue made;
     entry_ = &entry;
     table_ = &made;
-    if (!foldedKeys_.empty()) {
-        notePresentKeys(entry.propertyText());
+    if (!finders_.empty())
         table_ = &PropertyLookup::tableOf(entry, made);
-    }
+    for (PropertyFinder &finder : finders_)
+        finder.noteKeys(entry.propertyText());
     return matches(context_->expression.root());
 }
 
-// Cached: entries of one kind share their keys.
-void FilterEvaluator::notePresentKeys(const PropertyText &text)
-{
-    const QByteArrayView keys = text.isWhole() ? text.keys() : QByteArrayView();
-    if (keys.data() == lastKeys_.data() && keys.size() == lastKeys_.size() && !keys.isEmpty())
-        return;
-    lastKeys_ = keys;
-    for (std::size_t i = 0; i < foldedKeys_.size(); ++i)
-        mayBePresent_[i] =
-            !text.isWhole() ||
-            std::all_of(foldedKeys_[i].begin(), foldedKeys_[i].end(),
-                        [&](const QByteArray &key) { return keys.indexOf(key) >= 0; });
-}
-
 // No deeper than the parser allows.
-bool FilterEvaluator::matches(const FilterNode &node) const
+bool FilterEvaluator::matches(const FilterNode &node)
 {
     const auto matchesPart = [this](const FilterNode &part) { return matches(part); };
     switch (node.kind) {
@@ -86,7 +62,7 @@ bool FilterEvaluator::matches(const FilterNode &node) const
     return matches(node.test);
 }
 
-bool FilterEvaluator::matches(const FilterTest &test) const
+bool FilterEvaluator::matches(const FilterTest &test)
 {
     switch (test.relation) {
     case Relation::IsTrue:
@@ -114,7 +90,7 @@ bool FilterEvaluator::matches(const FilterTest &test) const
     }
 }
 
-bool FilterEvaluator::compares(const FilterTest &test) const
+bool FilterEvaluator::compares(const FilterTest &test)
 {
     if (test.otherField) {
         const Values others = find(*test.otherField);
@@ -129,7 +105,7 @@ bool FilterEvaluator::compares(const FilterTest &test) const
     });
 }
 
-bool FilterEvaluator::comparesWithProperty(const FilterTest &test, const Values &others) const
+bool FilterEvaluator::comparesWithProperty(const FilterTest &test, const Values &others)
 {
     return anyScalar(test.field, [&](const RegistryValue &scalar) {
         const FilterValue value(scalar);
@@ -142,7 +118,7 @@ bool FilterEvaluator::comparesWithProperty(const FilterTest &test, const Values 
 }
 
 bool FilterEvaluator::anyScalar(const FilterField &field,
-                                const std::function<bool(const RegistryValue &)> &predicate) const
+                                const std::function<bool(const RegistryValue &)> &predicate)
 {
     if (field.kind != FilterField::Kind::Property)
         return FilterFields::any(*entry_, field.kind, predicate);
@@ -152,14 +128,14 @@ bool FilterEvaluator::anyScalar(const FilterField &field,
     });
 }
 
-bool FilterEvaluator::exists(const FilterField &field) const
+bool FilterEvaluator::exists(const FilterField &field)
 {
     if (field.kind == FilterField::Kind::Property)
         return !find(field).isEmpty();
     return FilterFields::any(*entry_, field.kind, [](const RegistryValue &) { return true; });
 }
 
-bool FilterEvaluator::isTrue(const FilterField &field) const
+bool FilterEvaluator::isTrue(const FilterField &field)
 {
     if (field.kind != FilterField::Kind::Property)
         return exists(field);
@@ -169,7 +145,7 @@ bool FilterEvaluator::isTrue(const FilterField &field) const
     });
 }
 
-PropertyLookup::Values FilterEvaluator::find(const FilterField &field) const
+FilterEvaluator::Values FilterEvaluator::find(const FilterField &field)
 {
-    return mayBePresent_[field.number] ? PropertyLookup::find(*table_, field.keys) : Values();
+    return finders_[field.number].find(*table_);
 }

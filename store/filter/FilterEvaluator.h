@@ -4,7 +4,7 @@
 #include "store/filter/EntriesUnder.h"
 #include "store/filter/FilterExpression.h"
 #include "store/filter/FilterNode.h"
-#include "store/filter/PropertyLookup.h"
+#include "store/filter/PropertyFinder.h"
 
 // What the threads of one evaluation share.
 struct FilterContext
@@ -27,21 +27,18 @@ private:
     using Relation = FilterTest::Relation;
     using Values = PropertyLookup::Values;
 
-    bool matches(const FilterNode &node) const;
-    bool matches(const FilterTest &test) const;
-    bool compares(const FilterTest &test) const;
-    bool comparesWithProperty(const FilterTest &test, const Values &others) const;
+    bool matches(const FilterNode &node);
+    bool matches(const FilterTest &test);
+    bool compares(const FilterTest &test);
+    bool comparesWithProperty(const FilterTest &test, const Values &others);
     bool anyScalar(const FilterField &field,
-                   const std::function<bool(const RegistryValue &)> &predicate) const;
-    bool exists(const FilterField &field) const;
-    bool isTrue(const FilterField &field) const;
-    Values find(const FilterField &field) const;
-    void notePresentKeys(const PropertyText &text);
+                   const std::function<bool(const RegistryValue &)> &predicate);
+    bool exists(const FilterField &field);
+    bool isTrue(const FilterField &field);
+    Values find(const FilterField &field);
 
     std::shared_ptr<FilterContext> context_;
-    std::vector<QByteArrayList> foldedKeys_; // of each property of the expression
-    std::vector<bool> mayBePresent_;         // by number of the property
-    QByteArrayView lastKeys_;                // of which that is known
+    std::vector<PropertyFinder> finders_; // of the properties of the expression
     const TavRegistryEntry *entry_ = nullptr;
     const RegistryValue *table_ = nullptr; // of the entry
 };

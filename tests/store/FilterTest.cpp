@@ -27,7 +27,7 @@ protected:
         tree_.plane("DxPower", R"(
             Root
               stick@1-4
-                led : DxLed
+                led : DxLed : DxService
         )");
         const auto choice = dictionary(
             {{"choices", array({text("none"), text("bfq")})}, {"selected", text("bfq")}});
