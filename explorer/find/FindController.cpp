@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explorer/find/FindController.h"
 
+#include "explorer/find/FilterMode.h"
 #include "explorer/find/TavFindTableViewDataSource.h"
 #include "explorer/selection/EntrySelection.h"
 #include "explorer/views/ExplorerViews.h"
@@ -52,7 +53,10 @@ void FindController::beginFind()
 void FindController::find()
 {
     findField_->cancelPendingSearch();
-    findWithString(findField_->text());
+    if (const auto query = filterMode_->query())
+        findFor(*query);
+    else
+        Q_EMIT shownEntriesChanged(); // of the commands, one saves what is right
 }
 
 void FindController::cancelSearch()
@@ -62,15 +66,20 @@ void FindController::cancelSearch()
 
 void FindController::findWithString(const QString &text)
 {
+    findFor({text});
+}
+
+void FindController::findFor(const FindQuery &query)
+{
     const EntrySelection::Path selected = selection_.entryPath();
     std::optional<LongWork> work; // until all is shown
     if (dataStore_->registryEntries().size() >= takesLong) {
         work.emplace(tr("Searching…"), LongWork::Kind::Moment);
         FindSession::Result result;
-        work->run([&](WorkProgress &) { result = session_.run(text); });
-        show(text, std::move(result));
+        work->run([&](WorkProgress &) { result = session_.run(query); });
+        show(query, std::move(result));
     } else {
-        findObjectsMatching(text);
+        findObjectsMatching(query);
     }
     views_.reload();
     if (session_.foundObjects())
@@ -80,13 +89,21 @@ void FindController::findWithString(const QString &text)
     Q_EMIT shownEntriesChanged();
 }
 
-void FindController::findObjectsMatching(const QString &query)
+void FindController::findAgain()
+{
+    if (!session_.findQuery().isNull())
+        findObjectsMatching(session_.query());
+}
+
+void FindController::findObjectsMatching(const FindQuery &query)
 {
     show(query, session_.run(query));
 }
 
-void FindController::show(const QString &query, FindSession::Result result)
+void FindController::show(const FindQuery &query, FindSession::Result result)
 {
+    if (!result.isComplete)
+        filterMode_->explainTakesLong();
     session_.begin(query, std::move(result));
     updateStepper();
     results_->reloadData();
