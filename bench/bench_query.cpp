@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // Searching a store of 100,000 entries with 40 property nodes each, compared with a plain
-// case-insensitive scan of the same strings in one buffer; and searching it for shown values too,
-// compared with the search for texts.
+// case-insensitive scan of the same strings in one buffer; and searching for shown values too, and
+// filter expressions, both compared with the search for a text everywhere.
 
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/Timing.h"
 #include "display/ShownValueSearch.h"
 #include "platform/preferences/PreferencesStore.h"
 #include "store/TavDataStore.h"
+#include "store/filter/FilterExpression.h"
 
 #include <benchmark/benchmark.h>
 
@@ -150,6 +151,37 @@ void shownValues(benchmark::State &state)
     state.counters["text ms"] = textTime * 1e3 / runs;
     state.counters["shown/text"] = time / textTime;
 }
+
+constexpr const char *expressions[] = {
+    "class ~ Generated3 and not nowhere", // facts and a key that is missing
+    "attribute_3 == 0x8086",              // at the top
+    "power_7 < statistics_1",             // below it
+    "under(device77) and attribute_2 =~ '0000:00:[0-9a-f]+'",
+    "attribute_0 ~ zzzz or attribute_2 ~ zzzz or folder_0/uevent_2 ~ zzzz or attribute_1 > power_1",
+};
+
+void filter(benchmark::State &state)
+{
+    const QString text = QString::fromLatin1(expressions[state.range(0)]);
+    auto parsed = FilterExpression::parse(text);
+    const FilterExpression expression = *parsed;
+    store().runQuery(QString::fromLatin1(texts[0]), everyOption, nullptr, nullptr);
+    double time = 0;
+    double searchTime = 0;
+    for (auto _ : state) {
+        time += Timing::wallSecondsOf([&] { store().runFilter(expression, nullptr, nullptr); });
+        searchTime += Timing::wallSecondsOf([&] {
+            store().runQuery(QString::fromLatin1(texts[0]), everyOption, nullptr, nullptr);
+        });
+    }
+    EntrySet matches;
+    store().runFilter(expression, &matches, nullptr);
+    const auto runs = static_cast<double>(state.iterations());
+    state.counters["ms"] = time * 1e3 / runs;
+    state.counters["search ms"] = searchTime * 1e3 / runs;
+    state.counters["filter/search"] = time / searchTime;
+    state.counters["matches"] = static_cast<double>(matches.size());
+}
 } // namespace
 
 BENCHMARK(everywhereAtFirst)->DenseRange(0, 2)->Iterations(1)->Unit(benchmark::kMillisecond);
@@ -157,4 +189,5 @@ BENCHMARK(everywhere)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 BENCHMARK(byDefault)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 BENCHMARK(byDefaultAfterChange)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 BENCHMARK(shownValues)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+BENCHMARK(filter)->DenseRange(0, 4)->Unit(benchmark::kMillisecond);
 BENCHMARK_MAIN();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/EntryQuery.h"
 
+#include "model/MatchMarks.h"
+
 EntryQuery::EntryQuery(const QString &query, FindOptions options, std::size_t numberLimit,
                        ShownValueTest shownValues)
     : special_(TavRegistryEntry::specialTest(query))
@@ -24,22 +26,8 @@ bool EntryQuery::run(TavRegistryEntry &top, bool *descendantMatches, const QStri
 
 bool EntryQuery::run(const EntryOrder &order)
 {
-    std::vector<bool> leadsToMatch(order.size());
-    bool hasMatchBelow = false;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        constexpr std::size_t ahead = 8;
-        if (i + ahead < order.size())
-            __builtin_prefetch(&order.entry(i + ahead), 1);
-        TavRegistryEntry &entry = order.entry(i);
-        const std::span children = order.children(i);
-        hasMatchBelow = std::any_of(children.begin(), children.end(),
-                                    [&](quint32 child) { return leadsToMatch[child]; });
-        if (hasMatchBelow)
-            entry.setDescendantMatchesLastQuery(true, order.plane());
-        entry.setMatchesLastQuery(matches(entry, order.plane()));
-        leadsToMatch[i] = hasMatchBelow || entry.matchesLastQuery();
-    }
-    return hasMatchBelow; // the top comes last
+    return markMatches(
+        order, [&](const TavRegistryEntry &entry) { return matches(entry, order.plane()); });
 }
 
 void EntryQuery::fetch(const TavRegistryEntry &next)

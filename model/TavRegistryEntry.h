@@ -109,6 +109,8 @@ public:
     bool isTreeHeld() const { return properties_.use_count() > 1; } // by others, too
     bool hasTree() const { return properties_ != nullptr; }         // made already
     void dropUnusedTree();                                          // if it can be built again
+    // What the tree is made from, for reading it in any thread; none if there is only the tree.
+    const RegistryValue &table() const { return table_; }
     const PropertyText &propertyText() const { return propertyText_; }
     const RegistryValue &table() const { return table_; }   // none: there is only the tree
     const QDateTime &dateRead() const { return dateRead_; } // of the table

@@ -11,6 +11,7 @@
 #include "store/TavDataStoreDelegate.h"
 
 class DeviceNameLookup;
+class FilterExpression;
 
 // The device registry at one moment: all entries seen so far, the names of the planes and some
 // facts about the machine. A live store reads the registry service; an archived one never does.
@@ -101,6 +102,10 @@ public:
     void runQuery(const QString &query, FindOptions options, EntrySet *matches,
                   QHash<QString, EntrySet> *parentsOfMatches,
                   const ShownValueTest &shownValues = nullptr);
+    // The same for the entries that satisfy an expression. False when regular expressions took so
+    // long that some were left out.
+    bool runFilter(const FilterExpression &filter, EntrySet *matches,
+                   QHash<QString, EntrySet> *parentsOfMatches);
 
 private:
     friend class DataStoreDecoder;
@@ -108,6 +113,7 @@ private:
 
     TavDataStore();
     const std::vector<EntryOrder> &planeOrders();
+    void collectMatches(EntrySet *matches, QHash<QString, EntrySet> *parentsOfMatches) const;
     void readMachineFacts();
     bool updateAfter(bool (RegistryService::*prepare)());
     void readRegistry(const QDateTime &began);

@@ -2,6 +2,7 @@
 // The search operation of TavDataStore.
 #include "model/EntryQuery.h"
 #include "store/TavDataStore.h"
+#include "store/filter/FilterQuery.h"
 
 #include <QFutureSynchronizer>
 #include <QtConcurrentMap>
@@ -56,6 +57,26 @@ void TavDataStore::runQuery(const QString &query, FindOptions options, EntrySet 
     preparing.waitForFinished();
     for (const EntryOrder &order : orders)
         search.run(order);
+    collectMatches(matches, parentsOfMatches);
+}
+
+bool TavDataStore::runFilter(const FilterExpression &filter, EntrySet *matches,
+                             QHash<QString, EntrySet> *parentsOfMatches)
+{
+    const std::vector<EntryOrder> &orders = planeOrders();
+    const FilterQuery search(filter, orders, entryNumberLimit());
+    std::vector<Entries> parts = partsOf(registryEntries_);
+    QtConcurrent::blockingMap(parts,
+                              [&search](Entries part) { FilterQuery(search).prepare(part); });
+    for (const EntryOrder &order : orders)
+        search.run(order);
+    collectMatches(matches, parentsOfMatches);
+    return search.isComplete();
+}
+
+void TavDataStore::collectMatches(EntrySet *matches,
+                                  QHash<QString, EntrySet> *parentsOfMatches) const
+{
     if (!matches && !parentsOfMatches)
         return;
     for (const EntryRef &entry : registryEntries_) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explorer/find/FindController.h"
 
+#include "explorer/find/FilterMode.h"
 #include "explorer/find/TavFindTableViewDataSource.h"
 #include "explorer/selection/EntrySelection.h"
 #include "explorer/views/ExplorerViews.h"
@@ -58,7 +59,10 @@ void FindController::beginFind()
 void FindController::find()
 {
     findField_->cancelPendingSearch();
-    findWithString(findField_->text());
+    if (const auto query = filterMode_->query())
+        findFor(*query);
+    else
+        Q_EMIT shownEntriesChanged(); // of the commands, one saves what is right
 }
 
 void FindController::cancelSearch()
@@ -68,16 +72,21 @@ void FindController::cancelSearch()
 
 void FindController::findWithString(const QString &text)
 {
+    findFor({text});
+}
+
+void FindController::findFor(const FindQuery &query)
+{
     const EntrySelection::Path selected = selection_.entryPath();
     std::optional<LongWork> work; // until all is shown
     if (dataStore_->registryEntries().size() >= takesLong) {
         work.emplace(tr("Searching…"), LongWork::Kind::Moment);
         FindSession::Result result;
-        const ShownValueTest shownValues = session_.shownValues(text);
-        work->run([&](WorkProgress &) { result = session_.run(text, shownValues); });
-        show(text, std::move(result));
+        const ShownValueTest shownValues = session_.shownValues(query);
+        work->run([&](WorkProgress &) { result = session_.run(query, shownValues); });
+        show(query, std::move(result));
     } else {
-        findObjectsMatching(text);
+        findObjectsMatching(query);
     }
     views_.reload();
     if (session_.foundObjects())
@@ -87,13 +96,21 @@ void FindController::findWithString(const QString &text)
     Q_EMIT shownEntriesChanged();
 }
 
-void FindController::findObjectsMatching(const QString &query)
+void FindController::findAgain()
+{
+    if (!session_.findQuery().isNull())
+        findObjectsMatching(session_.query());
+}
+
+void FindController::findObjectsMatching(const FindQuery &query)
 {
     show(query, session_.run(query, session_.shownValues(query)));
 }
 
-void FindController::show(const QString &query, FindSession::Result result)
+void FindController::show(const FindQuery &query, FindSession::Result result)
 {
+    if (!result.isComplete)
+        filterMode_->explainTakesLong();
     session_.begin(query, std::move(result));
     updateStepper();
     results_->reloadData();
@@ -103,7 +120,7 @@ void FindController::show(const QString &query, FindSession::Result result)
 void FindController::showWhetherAnythingMatches()
 {
     const auto &found = session_.foundObjects();
-    const bool offersMore = found && found->isEmpty() &&
+    const bool offersMore = found && found->isEmpty() && !session_.query().filter &&
                             (session_.options() & searchInProperties) != searchInProperties;
     nothingFoundNote_->offerButton(offersMore);
     nothingFoundNote_->setVisible(hidesEverything());

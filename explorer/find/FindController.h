@@ -9,6 +9,7 @@
 class EntrySelection;
 class ExplorerContext;
 class ExplorerViews;
+class FilterMode;
 class QCheckBox;
 class QDockWidget;
 class QMainWindow;
@@ -37,7 +38,7 @@ public:
     void beginFind();
     void find(); // what the field says
     void findWithString(const QString &text);
-    void findObjectsMatching(const QString &query);
+    void findAgain(); // among the entries as they are by now, showing nothing but the results
     void cancelSearch();
     void redisplay(); // the plane, or the state of the entries, may have changed
 
@@ -54,6 +55,11 @@ public:
     void loadDefaultFindOptions();
     bool drawerIsOpen() const;
     void toggleFindOptionsDrawer();
+
+    bool isFilterMode() const;
+    void toggleFilterMode();
+    bool canSaveFilter() const;
+    void saveFilter();
 
     void windowWillClose(); // its drawer is hidden as it closes
     QTableView &results() const { return *findTableView_; }
@@ -74,8 +80,12 @@ private:
     std::array<std::pair<FindOption, QCheckBox *>, 9> findCheckboxes() const;
     void searchPropertiesToo();
     void showWhetherAnythingMatches();
-    void show(const QString &query, FindSession::Result result);
+    void findFor(const FindQuery &query);
+    void findObjectsMatching(const FindQuery &query);
+    void show(const FindQuery &query, FindSession::Result result);
     void setOptions(FindOptions options);
+    void enableControls();
+    void filterModeChanged();
     void findOptionsChanged();
     void resetFindOptions();
     void filteredFindChanged();
@@ -90,6 +100,7 @@ private:
     FindSession session_;
     std::unique_ptr<TavFindTableViewDataSource> results_;
     SearchField *findField_ = nullptr;
+    FilterMode *filterMode_ = nullptr;
     Stepper *findStepper_ = nullptr;
     QToolButton *findOptionsDrawerButton_ = nullptr;
     QDockWidget *findOptionsDrawer_ = nullptr;

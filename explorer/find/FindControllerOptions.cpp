@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The controls of a search, and the drawer that holds most of them.
+#include "explorer/find/FilterMode.h"
 #include "explorer/find/FindController.h"
 #include "explorer/find/FindDrawer.h"
 #include "explorer/find/TavFindTableViewDataSource.h"
@@ -52,6 +53,7 @@ FindController::FindController(QMainWindow &window, std::shared_ptr<TavDataStore
     setUpResults(window, context);
     findStepper_->setUp();
     nameClearButton(*findField_);
+    filterMode_ = new FilterMode(window, *findField_, dataStore_);
     new FindDrawer(window, *findOptionsDrawer_);
     closeDrawer();
     connectControls(window);
@@ -101,6 +103,8 @@ void FindController::connectControls(QMainWindow &window)
         find();
         views_.makeFirstResponder();
     });
+    connect(filterMode_, &FilterMode::modeChanged, this, &FindController::filterModeChanged);
+    connect(filterMode_, &FilterMode::filterChosen, this, &FindController::find);
     connect(findStepper_, &Stepper::stepped, this, &FindController::findStep);
     connect(findOptionsDrawerButton_, &QToolButton::clicked, this,
             &FindController::toggleFindOptionsDrawerButtonClicked);
@@ -138,7 +142,44 @@ std::array<std::pair<FindOption, QCheckBox *>, 9> FindController::findCheckboxes
 void FindController::setOptions(FindOptions options)
 {
     session_.setOptions(options);
-    findField_->setEnabled(options != FindOptions());
+    enableControls();
+}
+
+// The options are where a text is searched.
+void FindController::enableControls()
+{
+    findField_->setEnabled(session_.options() || isFilterMode());
+    for (const auto &[option, checkbox] : findCheckboxes())
+        checkbox->setEnabled(!isFilterMode());
+}
+
+bool FindController::isFilterMode() const
+{
+    return filterMode_->isOn();
+}
+
+void FindController::toggleFilterMode()
+{
+    filterMode_->setOn(!isFilterMode());
+    beginFind();
+}
+
+void FindController::filterModeChanged()
+{
+    enableControls();
+    if (!findField_->text().isEmpty())
+        find();
+    Q_EMIT shownEntriesChanged();
+}
+
+bool FindController::canSaveFilter() const
+{
+    return filterMode_->canSave();
+}
+
+void FindController::saveFilter()
+{
+    filterMode_->save();
 }
 
 void FindController::loadDefaultFindOptions()

@@ -8,33 +8,41 @@ FindSession::FindSession(std::shared_ptr<TavDataStore> dataStore)
     : dataStore_(std::move(dataStore))
 {}
 
-bool FindSession::isQuery(const QString &query) const
+// The options say where a text is searched; an expression says it itself.
+bool FindSession::isQuery(const FindQuery &query) const
 {
-    return !query.isEmpty() && findOptions_;
+    return !query.text.isEmpty() && (query.filter || findOptions_);
 }
 
-ShownValueTest FindSession::shownValues(const QString &query) const
+ShownValueTest FindSession::shownValues(const FindQuery &query) const
 {
-    return findOptions_.testFlag(FindOption::ShownValues) ? ShownValueSearch(query)
-                                                          : ShownValueTest();
+    return !query.filter && findOptions_.testFlag(FindOption::ShownValues)
+               ? ShownValueSearch(query.text)
+               : ShownValueTest();
 }
 
-FindSession::Result FindSession::run(const QString &query, const ShownValueTest &shownValues) const
+FindSession::Result FindSession::run(const FindQuery &query,
+                                     const ShownValueTest &shownValues) const
 {
     Result result;
-    if (isQuery(query))
-        dataStore_->runQuery(query, findOptions_, &result.found, &result.parentsInPlanes,
+    if (!isQuery(query))
+        return result;
+    if (query.filter)
+        result.isComplete =
+            dataStore_->runFilter(*query.filter, &result.found, &result.parentsInPlanes);
+    else
+        dataStore_->runQuery(query.text, findOptions_, &result.found, &result.parentsInPlanes,
                              shownValues);
     return result;
 }
 
 // Takes a copy of the query, which may be the current one.
-void FindSession::begin(QString query, Result result)
+void FindSession::begin(FindQuery query, Result result)
 {
     end();
     if (!isQuery(query))
         return;
-    findQuery_ = std::move(query);
+    query_ = std::move(query);
     foundObjects_ = std::move(result.found);
     parentsOfFoundObjectsInPlanes_ = std::move(result.parentsInPlanes);
     foundEntryPaths_ =
@@ -46,7 +54,7 @@ void FindSession::end()
     foundObjects_.reset();
     parentsOfFoundObjectsInPlanes_.clear();
     foundEntryPaths_.reset();
-    findQuery_ = QString();
+    query_ = {};
 }
 
 FindState FindSession::findState(const TavRegistryEntry &entry, const QString &plane) const

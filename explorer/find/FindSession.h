@@ -5,10 +5,18 @@
 #include "explorer/find/FoundEntryPaths.h"
 #include "model/FindOptions.h"
 #include "model/ShownValueTest.h"
+#include "store/filter/FilterExpression.h"
 
 #include <QHash>
 
 class TavDataStore;
+
+// What a search asks for: a text, or the filter expression that the text is.
+struct FindQuery
+{
+    QString text = {}; // null: nothing
+    std::optional<FilterExpression> filter = {};
+};
 
 // What a window searches for, what was found, and the order in which steps visit it. Without a
 // search there is no set; the entries in it are kept while it lasts.
@@ -20,21 +28,23 @@ public:
     {
         EntrySet found;
         QHash<QString, EntrySet> parentsInPlanes;
+        bool isComplete = true; // false: an expression took too long
     };
 
     explicit FindSession(std::shared_ptr<TavDataStore> dataStore);
 
     FindOptions options() const { return findOptions_; }
     void setOptions(FindOptions options) { findOptions_ = options; }
-    bool isQuery(const QString &query) const; // a text for which something is searched
+    bool isQuery(const FindQuery &query) const; // one that searches for something
     // What a search needs of the user's formats; on the main thread.
-    ShownValueTest shownValues(const QString &query) const;
+    ShownValueTest shownValues(const FindQuery &query) const;
     // In any thread; nothing for what is no query.
-    Result run(const QString &query, const ShownValueTest &shownValues) const;
+    Result run(const FindQuery &query, const ShownValueTest &shownValues) const;
 
-    void begin(QString query, Result result);
+    void begin(FindQuery query, Result result);
     void end();
-    const QString &findQuery() const { return findQuery_; } // null: no search
+    const FindQuery &query() const { return query_; }
+    const QString &findQuery() const { return query_.text; } // null: no search
     const std::optional<EntrySet> &foundObjects() const { return foundObjects_; }
     FindState findState(const TavRegistryEntry &entry, const QString &plane) const;
 
@@ -50,7 +60,7 @@ public:
 private:
     std::shared_ptr<TavDataStore> dataStore_;
     FindOptions findOptions_ = FindOption::Name;
-    QString findQuery_;
+    FindQuery query_;
     std::optional<EntrySet> foundObjects_;
     QHash<QString, EntrySet> parentsOfFoundObjectsInPlanes_;
     std::unique_ptr<FoundEntryPaths> foundEntryPaths_; // null: no search

@@ -19,8 +19,6 @@ public:
     void show(const RegistryPathReader::Problem &problem);
 
 private:
-    void mark(const RegistryPathReader::Problem &problem);
-
     QLineEdit &field_;
     FactField &message_;
 };

@@ -180,6 +180,10 @@ constexpr MenuCommand commands[] = {
     {"toggleFindOptionsDrawerAction",
      runIn<&Window::finder, &FindController::toggleFindOptionsDrawer>, always,
      toggleFindOptionsDrawerTitle},
+    {"toggleFilterModeAction", runIn<&Window::finder, &FindController::toggleFilterMode>, always,
+     fixed, asks<&Window::finder, &FindController::isFilterMode>},
+    {"saveFilterAction", runIn<&Window::finder, &FindController::saveFilter>,
+     asks<&Window::finder, &FindController::canSaveFilter>},
 
     {"updateAction", run<&Window::update>, isLive},
     {"updateSelectedObjectAction", run<&Window::updateSelectedObject>,

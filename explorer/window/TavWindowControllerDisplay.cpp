@@ -111,8 +111,7 @@ void TavWindowController::refreshDisplay()
 {
     selection_->setSelectedEntry(selection_->entry());
     views_->rereadHiddenNodes();
-    if (!findQuery().isNull())
-        finder_->findObjectsMatching(findQuery());
+    finder_->findAgain();
     views_->reloadAfterChange();
     goToEntryPath(selectedEntryPath(), false, false);
     properties_->refreshPropertiesOutlineView();

@@ -34,6 +34,8 @@ inline constexpr TextKey defaultPlane{QLatin1String("DefaultPlane"), QLatin1Stri
 inline constexpr FlagKey filteredFind{QLatin1String("FilteredFind"), true};
 // A combination of FindOption bits: name and inheritance.
 inline constexpr IntegerKey findOptions{QLatin1String("FindOptions"), 5};
+inline constexpr ListKey recentFilters{QLatin1String("RecentFilters")}; // the latest first
+inline constexpr ListKey savedFilters{QLatin1String("SavedFilters")};   // by name
 inline constexpr FlagKey showNumPaths{QLatin1String("ShowNumPaths"), false};
 inline constexpr FlagKey showDeviceNames{QLatin1String("ShowDeviceNames"), true};
 inline constexpr FlagKey showIcons{QLatin1String("ShowIcons"), true};

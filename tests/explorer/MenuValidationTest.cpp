@@ -74,7 +74,8 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     const std::string noPath = " copyKernelPath"; // the test's service gives none
     const std::string always = " findNext findNextInAnyPlane findPrev findPrevInAnyPlane goForward";
     EXPECT_EQ(cannotRun(),
-              noPath + always + " goToNextPathInPlane readAttribute redo selectChild undo");
+              noPath + always +
+                  " goToNextPathInPlane readAttribute redo saveFilter selectChild undo");
     EXPECT_TRUE(action("outlineViewAction").isChecked());
 
     controller_->browserView();
@@ -85,7 +86,8 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
                   always +
                   " goToNextPathCrossPlane goToNextPathInPlane goToPrevPathCrossPlane "
                   "goToPrevPathInPlane openInNewWindow promptForBookmark readAttribute redo "
-                  "revealSelectionBundleInNavro selectChild selectNextSibling selectParent undo "
+                  "revealSelectionBundleInNavro saveFilter selectChild selectNextSibling "
+                  "selectParent undo "
                   "updateSelectedObject");
     EXPECT_TRUE(action("browserViewAction").isChecked());
     EXPECT_FALSE(action("outlineViewAction").isChecked());
@@ -106,7 +108,7 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     selectDisk();
     EXPECT_EQ(cannotRun(),
               " changeTimedUpdate clearTerminatedObjects" + noPath + always +
-                  " goToNextPathInPlane readAttribute redo selectChild toggleAutoupdate "
+                  " goToNextPathInPlane readAttribute redo saveFilter selectChild toggleAutoupdate "
                   "toggleTimedUpdate undo update updateSelectedObject");
 }
 

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "store/filter/PropertyLookup.h"
+
+// Finds the properties with certain keys in one entry after the other. Entries of one kind share
+// the text of their keys, from which it knows whether there is such a property; where only one key
+// is right, the property is likely at the same place as in the entry before.
+class PropertyFinder
+{
+public:
+    using Values = PropertyLookup::Values;
+
+    explicit PropertyFinder(QStringList keys);
+
+    void noteKeys(const PropertyText &text); // of the table to come
+    Values find(const RegistryValue &table);
+
+private:
+    const RegistryValue *valueAtPlace(const RegistryValue &table) const;
+    static bool findPlace(const RegistryValue &in, const RegistryValue *value,
+                          std::vector<std::size_t> &place);
+
+    QStringList keys_;
+    QByteArrayList foldedKeys_;
+    QByteArrayView lastText_; // of keys
+    bool mayBePresent_ = false;
+    bool isUnique_ = false;          // the last of the keys
+    std::vector<std::size_t> place_; // of the last value: indexes of members and elements
+};
