@@ -112,7 +112,6 @@ public:
     // What the tree is made from, for reading it in any thread; none if there is only the tree.
     const RegistryValue &table() const { return table_; }
     const PropertyText &propertyText() const { return propertyText_; }
-    const RegistryValue &table() const { return table_; }   // none: there is only the tree
     const QDateTime &dateRead() const { return dateRead_; } // of the table
     // A tree that nobody else holds, for work on another thread; null without properties.
     PropertyRef copyOfProperties(const PropertyClass &nodeClass) const;
