@@ -90,7 +90,7 @@ inline void plant(FakeRegistryService &service, TreeBuilder &registry)
                     {"quoted_serial", text("\"\"")},
                     {"DxUnreadAttributes", dictionary({{"serial", text("not read")}})},
                     {"count", number(3)}}));
-    service.setKernelPath(registry["#child"],
+    service.setKernelPath(registry["child"],
                           QStringLiteral("/sys/devices/virtual/net/enx3e10aabbccd0"));
     service.setProperties(registry["monitor"], dictionary({{"edid", RegistryValue::data(edid())},
                                                            {"name", text("screen MON-99431")}}));
