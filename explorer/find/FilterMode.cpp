@@ -19,6 +19,8 @@
 #include <QToolButton>
 
 namespace {
+constexpr int expressionLength = 60; // characters to have in sight
+
 std::optional<FilterError> errorIn(const QString &text)
 {
     if (text.trimmed().isEmpty())
@@ -85,10 +87,12 @@ void FilterMode::setOn(bool on)
         return;
     isOn_ = on;
     completer_->setOn(on);
-    const QString icon = on ? QStringLiteral("view-filter") : QStringLiteral("edit-find");
+    const QString icon =
+        on ? QStringLiteral("vandrel-filter-expression") : QStringLiteral("edit-find");
     button_->setIcon(QIcon::fromTheme(icon));
     field_.setPlaceholderText(on ? tr("Filter, such as speed < max_speed") : tr("Find"));
     field_.setAccessibleName(on ? tr("Filter expression") : tr("Find"));
+    field_.setCharacters(on ? expressionLength : SearchField::textLength);
     explain(std::nullopt);
     Q_EMIT modeChanged();
 }

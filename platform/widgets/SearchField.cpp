@@ -19,8 +19,13 @@ SearchField::SearchField(QWidget *parent)
 
 QSize SearchField::sizeHint() const
 {
-    constexpr int characters = 30;
-    return {fontMetrics().averageCharWidth() * characters, QLineEdit::sizeHint().height()};
+    return {fontMetrics().averageCharWidth() * characters_, QLineEdit::sizeHint().height()};
+}
+
+void SearchField::setCharacters(int count)
+{
+    characters_ = count;
+    updateGeometry();
 }
 
 void SearchField::keyPressEvent(QKeyEvent *event)

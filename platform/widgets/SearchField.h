@@ -12,7 +12,9 @@ public:
     explicit SearchField(QWidget *parent = nullptr);
 
     void cancelPendingSearch() { delay_.stop(); }
-    void cancelSearch();             // and empties the field, as Escape does
+    void cancelSearch(); // and empties the field, as Escape does
+    static constexpr int textLength = 30;
+    void setCharacters(int count);   // to have in sight where there is room
     QSize sizeHint() const override; // the same whether there is anything to clear or not
 
 Q_SIGNALS:
@@ -24,4 +26,5 @@ protected:
 
 private:
     QTimer delay_;
+    int characters_ = textLength;
 };
