@@ -40,10 +40,10 @@ bool hasNodeLink(const TavRegistryEntry &entry, const QString &name)
                        [&](const RegistryValue &link) { return link.toString() == name; });
 }
 
-bool hasModalias(const TavRegistryEntry &entry, const QString &modalias)
+QString modaliasOf(const TavRegistryEntry &entry)
 {
-    return text(entry, QStringLiteral("modalias")) == modalias ||
-           text(entry, QStringLiteral("uevent"), QStringLiteral("MODALIAS")) == modalias;
+    const QString own = text(entry, QStringLiteral("modalias"));
+    return own.isEmpty() ? text(entry, QStringLiteral("uevent"), QStringLiteral("MODALIAS")) : own;
 }
 
 std::optional<quint64> registryID(const QString &text)
@@ -112,7 +112,7 @@ std::vector<TavRegistryEntry *> EntryLocator::named(const QString &text) const
             byName.push_back(entry.get());
         else if ((tag && entry->entryTag() == *tag) ||
                  (!node.isEmpty() && (deviceNode(*entry) == text || hasNodeLink(*entry, node))) ||
-                 (text.contains(u':') && hasModalias(*entry, text)))
+                 (text.contains(u':') && modaliasOf(*entry) == text))
             byOthers.push_back(entry.get());
     }
     byName.insert(byName.end(), byOthers.begin(), byOthers.end());
@@ -193,6 +193,8 @@ QStringList EntryLocator::candidates(const QString &text) const
 {
     QStringList found;
     const bool isPath = text.startsWith(u'/');
+    const bool isModalias = text.contains(u':');
+    const bool isID = registryID(text).has_value();
     const qsizetype folder = text.lastIndexOf(u'/');
     for (const EntryRef &entry : entries_) {
         if (found.size() >= maxCandidates)
@@ -203,8 +205,14 @@ QStringList EntryLocator::candidates(const QString &text) const
             found.append(path);
         if (isPath && node.startsWith(text))
             found.append(node);
-        if (!isPath && !path.isEmpty() && lastOf(path).startsWith(text))
-            found.append(lastOf(path));
+        if (isPath)
+            continue;
+        const QString tag = QString::number(entry->entryTag());
+        for (const QString &name :
+             {lastOf(path), isModalias ? modaliasOf(*entry) : QString(), isID ? tag : QString()}) {
+            if (!name.isEmpty() && name.startsWith(text))
+                found.append(name);
+        }
     }
     return found;
 }

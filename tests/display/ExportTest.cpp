@@ -126,6 +126,7 @@ TEST_F(ExportTest, JsonKeepsEveryValueWithItsTypeAndWidth)
          {"date", RegistryValue::date(QDateTime::fromMSecsSinceEpoch(1234567890123))},
          {"deep", deep},
          {"empty", array({dictionary({}), set({}), RegistryValue::string(QString())})},
+         {"hexadecimal", RegistryValue::number(16, 1, false, RegistryValue::Notation::Hexadecimal)},
          {"large", array({number(0xFFFFFFFFFFFFFFFF, 8), negative(-9007199254740993, 8)})},
          {"odd", RegistryValue::string(odd)},
          {"set", set({text("x"), RegistryValue::boolean(true), RegistryValue::null()})}});
@@ -140,6 +141,7 @@ TEST_F(ExportTest, JsonKeepsEveryValueWithItsTypeAndWidth)
     const QJsonArray entries = document["entries"_L1].toArray();
     ASSERT_EQ(entries.size(), 6); // the shared one once
     const QJsonObject a = entries[2].toObject();
+    EXPECT_EQ(a["properties"_L1]["hexadecimal"_L1]["written"_L1].toString(), "hexadecimal"_L1);
     EXPECT_EQ(a["id"_L1].toString(), QStringLiteral("18446744073709551614"));
     EXPECT_EQ(entries[3]["parents"_L1]["DxService"_L1].toArray().first(), a["id"_L1]);
     EXPECT_EQ(entries[3]["parents"_L1]["DxService"_L1].toArray().size(), 2);

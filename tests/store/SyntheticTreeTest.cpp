@@ -86,6 +86,9 @@ TEST_F(SyntheticTree, FindsEntriesByTheNamesThatLinuxGivesThem)
     EXPECT_TRUE(offers("/dev/sd", "/dev/sda"));
     EXPECT_TRUE(offers("/sys/bus/pci/drivers/lan", "/sys/bus/pci/drivers/lanport"));
     EXPECT_TRUE(offers("0000:01", "0000:01:00.0"));
+    EXPECT_TRUE(offers("acpi:LNXPO", "acpi:LNXPOWER:"));
+    EXPECT_TRUE(offers(qPrintable(QString::number(portEntry->entryTag()).chopped(1)),
+                       qPrintable(QString::number(portEntry->entryTag()))));
 }
 
 TEST_F(SyntheticTree, ArrangesItsPlanes)
