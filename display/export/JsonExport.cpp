@@ -36,7 +36,7 @@ L1 stateName(RegistryState state)
     }
 }
 
-QString dateText(const QDateTime &date)
+QString jsonDate(const QDateTime &date)
 {
     return date.toUTC().toString(Qt::ISODateWithMs);
 }
@@ -238,7 +238,7 @@ void JsonExport::addScalar(const TavRegistryProperty &node)
         return output_.add(L1("\"}"));
     case Type::Date:
         output_.add(L1("{\"$date\":"));
-        output_.addJson(dateText(value.toDate()));
+        output_.addJson(jsonDate(value.toDate()));
         return output_.add('}');
     default:
         return output_.add(L1("null"));
@@ -306,5 +306,5 @@ void JsonExport::addCount(L1 key, quint64 count)
 void JsonExport::addDate(L1 key, const QDateTime &date)
 {
     if (!date.isNull())
-        addText(key, dateText(date));
+        addText(key, jsonDate(date));
 }
