@@ -37,6 +37,7 @@ bool FilterEvaluator::matches(const TavRegistryEntry &entry)
 {
     RegistryValue made;
     entry_ = &entry;
+    depth_ = Depth::None;
     table_ = &made;
     if (!finders_.empty())
         table_ = &PropertyLookup::tableOf(entry, made);
@@ -147,5 +148,9 @@ bool FilterEvaluator::isTrue(const FilterField &field)
 
 FilterEvaluator::Values FilterEvaluator::find(const FilterField &field)
 {
-    return finders_[field.number].find(*table_);
+    PropertyFinder &finder = finders_[field.number];
+    Values found = finder.find(*table_);
+    if (finder.mayBePresent())
+        depth_ = std::max(depth_, finder.isInGroup() ? Depth::Groups : Depth::Members);
+    return found;
 }

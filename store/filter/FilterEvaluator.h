@@ -22,6 +22,9 @@ public:
     explicit FilterEvaluator(std::shared_ptr<FilterContext> context);
 
     bool matches(const TavRegistryEntry &entry);
+    // How deep into the entry's table the last answer looked.
+    enum class Depth : quint8 { None, Members, Groups };
+    Depth depth() const { return depth_; }
 
 private:
     using Relation = FilterTest::Relation;
@@ -41,4 +44,5 @@ private:
     std::vector<PropertyFinder> finders_; // of the properties of the expression
     const TavRegistryEntry *entry_ = nullptr;
     const RegistryValue *table_ = nullptr; // of the entry
+    Depth depth_ = Depth::None;
 };

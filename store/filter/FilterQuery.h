@@ -22,6 +22,8 @@ public:
 
 private:
     static void fetch(const TavRegistryEntry &next);
+    static void fetchMembers(const RegistryValue &table);
+    static void fetchGroups(const RegistryValue &table); // the members of its members
 
     std::shared_ptr<FilterContext> context_;
     FilterEvaluator evaluator_;

@@ -15,6 +15,8 @@ public:
 
     void noteKeys(const PropertyText &text); // of the table to come
     Values find(const RegistryValue &table);
+    bool mayBePresent() const { return mayBePresent_; }
+    bool isInGroup() const { return place_.size() != 1; } // or was not found
 
 private:
     const RegistryValue *valueAtPlace(const RegistryValue &table) const;
