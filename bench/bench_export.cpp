@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Exporting entries with 40 property nodes each, compared with saving them as an archive in the same
-// run, and how long removing serial numbers takes.
+// Exporting entries with 40 property nodes each, compared with saving them as an archive in the
+// same run, and how long removing serial numbers takes.
 
 #include "bench/support/RegistryGenerator.h"
 #include "bench/support/Timing.h"
@@ -19,8 +19,7 @@ struct Generated
 {
     explicit Generated(quint32 entries)
     {
-        RegistryGenerator::generate(registry,
-                                    {.entries = entries, .nodesPerEntry = nodesPerEntry});
+        RegistryGenerator::generate(registry, {.entries = entries, .nodesPerEntry = nodesPerEntry});
         store = TavDataStore::initFromDxRegistry(registry);
     }
     FakeRegistryService registry;

@@ -51,7 +51,8 @@ QString factsText(const TavRegistryEntry &entry)
         text += flag ? u'1' : u'0';
     return text + u'\n' + quoted(entry.nameInPlane({})) + QLatin1String(" at ") +
            quoted(entry.locationInPlane({})) + QLatin1String(" bundle ") +
-           quoted(entry.bundleID()) + u' ' + entry.kernelPath() + u'\n' + entry.inheritanceString() + u'\n';
+           quoted(entry.bundleID()) + u' ' + entry.kernelPath() + u'\n' +
+           entry.inheritanceString() + u'\n';
 }
 
 QString datesText(const TavRegistryEntry &entry)
