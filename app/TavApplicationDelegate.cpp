@@ -147,9 +147,8 @@ QString TavApplicationDelegate::missingPlace(const CommandLine &line) const
     if (!line.plane.isNull() && !planes.contains(line.plane))
         return tr("There is no plane %1. Planes are: %2")
             .arg(line.plane, planes.join(QLatin1String(", ")));
-    if (!line.selectedPath.isNull() &&
-        store.entriesMatchingRegistryPath(line.selectedPath).entries.isEmpty() &&
-        store.locator().find(line.selectedPath).empty())
+    if (!line.selectedPath.isNull() && store.locator().find(line.selectedPath).empty() &&
+        store.entriesMatchingRegistryPath(line.selectedPath).entries.isEmpty())
         return tr("There is no entry at %1").arg(line.selectedPath);
     return {};
 }

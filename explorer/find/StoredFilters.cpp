@@ -22,8 +22,7 @@ void store(const std::vector<StoredFilters::Saved> &filters)
 QStringList StoredFilters::recent()
 {
     QStringList expressions;
-    for (const QJsonValue &value :
-         PreferencesStore::standard().list(PreferenceKeys::recentFilters)) {
+    for (const auto &value : PreferencesStore::standard().list(PreferenceKeys::recentFilters)) {
         if (!value.toString().isEmpty() && expressions.size() < maxRecent)
             expressions.append(value.toString());
     }
@@ -43,8 +42,7 @@ void StoredFilters::noteUsed(const QString &expression)
 std::vector<StoredFilters::Saved> StoredFilters::saved()
 {
     std::vector<Saved> filters;
-    for (const QJsonValue &value :
-         PreferencesStore::standard().list(PreferenceKeys::savedFilters)) {
+    for (const auto &value : PreferencesStore::standard().list(PreferenceKeys::savedFilters)) {
         const QString name = value[nameKey].toString();
         const QString expression = value[expressionKey].toString();
         if (!name.isEmpty() && !expression.isEmpty())

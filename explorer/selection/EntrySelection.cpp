@@ -103,6 +103,10 @@ void EntrySelection::goToEntryPath(Path path, bool scrollToVisible, bool beepOnF
 
 void EntrySelection::goToRegistryPath(const QString &path)
 {
+    // The store logs what does not begin with a plane, but other names are no mistake.
+    const bool isInPlane = path.contains(u':') || dataStore_->registryPlanes().contains(path);
+    if (!isInPlane && !dataStore_->locator().find(path).empty())
+        return goToNamedEntries(path);
     const auto paths = entryPathsForRegistryPath(path.isEmpty() ? registryPlane_ : path);
     if (paths.empty())
         return goToNamedEntries(path);
