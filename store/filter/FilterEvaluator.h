@@ -9,6 +9,11 @@
 // What the threads of one evaluation share.
 struct FilterContext
 {
+    FilterContext(FilterExpression filter, std::vector<EntriesUnder> under)
+        : expression(std::move(filter))
+        , entriesUnder(std::move(under))
+    {}
+
     FilterExpression expression;
     std::vector<EntriesUnder> entriesUnder; // by number of the ancestor in the expression
     FilterBudget budget = {};

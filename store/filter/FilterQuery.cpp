@@ -60,7 +60,7 @@ void FilterQuery::prepare(std::span<const EntryRef> entries)
             fetchGroups(entries[i + 2]->table());
         TavRegistryEntry &entry = *entries[i];
         entry.resetForQuery();
-        (*answers_)[entry.number()] = evaluator_.matches(entry);
+        (*answers_)[entry.number()] = evaluator_.matches(entry) ? 1 : 0;
     }
 }
 

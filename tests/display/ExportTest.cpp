@@ -59,7 +59,7 @@ RegistryValue valueOf(const QJsonValue &json)
         return RegistryValue::null();
     RegistryValue::Elements elements;
     const QJsonObject object = json.toObject();
-    for (const QJsonValue &element : json.isArray() ? json.toArray() : object["$set"_L1].toArray())
+    for (const auto &element : json.isArray() ? json.toArray() : object["$set"_L1].toArray())
         elements.push_back(valueOf(element));
     if (json.isArray())
         return RegistryValue::array(std::move(elements));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/text/NaturalOrder.h"
 
+#include <QString>
 #include <gtest/gtest.h>
 
 TEST(NaturalOrder, CountsAsPeopleDo)
