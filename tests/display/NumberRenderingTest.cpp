@@ -107,6 +107,7 @@ TEST(ValueReadingTest, GivesTheOtherBaseAndTheUnit)
         {disk, "mtu", 1, ""},
         {sensor, "temp1_input", 41000, "41.0 °C"},
         {sensor, "temp1_type", 4, ""},
+        {"DxPlatformDevice", "temp2_max", 41000, "41.0 °C"},
         {sensor, "in12_max", 12100, "12.1 V"},
         {sensor, "power1_input", 1500, "1.5 mW"},
         {battery, "temp", 315, "31.5 °C"},
