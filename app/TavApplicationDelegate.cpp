@@ -7,6 +7,7 @@
 #include "app/WindowPicture.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
+#include "explorer/export/ExportCommands.h"
 #include "explorer/window/TavWindowController.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "platform/desktop/AlertBox.h"
@@ -46,7 +47,8 @@ TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> 
     : service_(std::move(service))
     , defaultsController_(*service_)
     , documents_(*service_)
-    , documentCommands_(documents_, {tr("Vandrel snapshots"), QStringLiteral("vandrel")})
+    , documentCommands_(documents_, {tr("Vandrel snapshots"), QStringLiteral("vandrel"),
+                                     tr("Snapshots without serial numbers and addresses")})
     , documentWindows_(documents_, documentCommands_)
     , bookmarksController_(
           {.mainWindow = [this] { return mainWindowController(); },
@@ -64,6 +66,12 @@ TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> 
             });
     connect(&TavFormatController::sharedInstance(), &TavFormatController::dataViewOptionsChanged,
             &documents_, &TavDocumentController::dataViewOptionsChanged);
+    connect(&documentCommands_, &DocumentCommands::copyRequested, this,
+            [](Document &document, const QString &file) {
+                auto &window =
+                    static_cast<TavWindowController &>(*document.windowControllers().front());
+                window.exporter().saveRedactedCopyAs(window.document(), file);
+            });
     connect(&documentCommands_, &DocumentCommands::readyToTerminate, qApp,
             [] { QApplication::exit(); });
     connect(&defaultsController_, &TavDefaultsController::panelLoaded, this,

@@ -251,14 +251,19 @@ void ExportCommands::saveRedactedCopy(const TavDocument &document)
     askForFile(tr("Save a Copy Without Serial Numbers"), tr("Vandrel snapshots (*.vandrel)"),
                suggestedName(true) + QLatin1String(".vandrel"),
                [this, document = QPointer(&document)](const QString &file) {
-                   // Its own file would then differ from what the window shows.
-                   if (document && document->hasFile() &&
-                       QFileInfo(file) == QFileInfo(document->fileName()))
-                       return report(
-                           tr("“%1” is the file of this document.").arg(QFileInfo(file).fileName()),
-                           tr("Choose another name for the copy."));
-                   writeRedactedCopy(file);
+                   if (document)
+                       saveRedactedCopyAs(*document, file);
                });
+}
+
+void ExportCommands::saveRedactedCopyAs(const TavDocument &document, const QString &file)
+{
+    // Its own file would then differ from what the window shows.
+    if (document.hasFile() && QFileInfo(file) == QFileInfo(document.fileName()))
+        report(tr("“%1” is the file of this document.").arg(QFileInfo(file).fileName()),
+               tr("Choose another name for the copy."));
+    else
+        writeRedactedCopy(file);
 }
 
 void ExportCommands::writeRedactedCopy(const QString &file)

@@ -25,6 +25,7 @@ public:
     void print();         // likewise
     // Asks for the file. The document stays what it is.
     void saveRedactedCopy(const TavDocument &document);
+    void saveRedactedCopyAs(const TavDocument &document, const QString &file);
 
     // Replaces the file.
     void write(const ExportRequest &request, const QString &file);

@@ -49,9 +49,14 @@ QFileDialog *DocumentCommands::makeDialog(QWidget &window, const QString &title)
 {
     auto *const dialog = new QFileDialog(&window, title);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setNameFilters({tr("%1 (*.%2)").arg(kind_.name, kind_.extension), tr("All files (*)")});
+    dialog->setNameFilters({filterOf(kind_.name), tr("All files (*)")});
     dialog->setDefaultSuffix(kind_.extension);
     return dialog;
+}
+
+QString DocumentCommands::filterOf(const QString &name) const
+{
+    return tr("%1 (*.%2)").arg(name, kind_.extension);
 }
 
 void DocumentCommands::openDocument(QWidget &window)
@@ -127,16 +132,24 @@ void DocumentCommands::saveDocumentAs(Document &document, const Done &done)
     QWidget *const window = windowOf(document);
     QFileDialog *const dialog = makeDialog(*window, tr("Save As"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
+    // A kind rather than a box, which the desktop's own dialog could not have.
+    const QString copyFilter = kind_.copyName.isNull() ? QString() : filterOf(kind_.copyName);
+    if (!copyFilter.isNull())
+        dialog->setNameFilters({filterOf(kind_.name), copyFilter, tr("All files (*)")});
     const QFileInfo suggested(suggestedFile(document));
     dialog->setDirectory(suggested.absoluteDir().exists() ? suggested.path() : QDir::homePath());
     dialog->selectFile(suggested.fileName());
     connect(dialog, &QFileDialog::finished, &document,
-            [this, dialog, done, &document, window = QPointer(window)](int result) {
+            [this, dialog, done, &document, copyFilter, window = QPointer(window)](int result) {
                 const QString file = dialog->selectedFiles().value(0);
+                const bool isCopy =
+                    !copyFilter.isNull() && dialog->selectedNameFilter() == copyFilter;
                 RunLoop::performLater(document, [this, done, &document,
-                                                 isAccepted = result == QDialog::Accepted, file,
-                                                 window] {
-                    if (isAccepted)
+                                                 isAccepted = result == QDialog::Accepted, isCopy,
+                                                 file, window] {
+                    if (isAccepted && isCopy)
+                        Q_EMIT copyRequested(document, file);
+                    if (isAccepted && !isCopy)
                         save(document, file, window ? window.data() : windowOf(document), done);
                     else
                         report(done, false);

@@ -19,6 +19,7 @@ public:
     {
         QString name;
         QString extension;
+        QString copyName = {}; // another kind that can be saved as; null: none
     };
     using Done = std::function<void(bool)>; // whether it was done; not called if the window closes
 
@@ -46,9 +47,12 @@ public:
 
 Q_SIGNALS:
     void readyToTerminate(); // all documents are closed
+    // The user chose to save as the other kind, which leaves the document as it is.
+    void copyRequested(Document &document, const QString &file);
 
 private:
     QFileDialog *makeDialog(QWidget &window, const QString &title) const;
+    QString filterOf(const QString &name) const;
     QString suggestedFile(const Document &document) const;
     void save(Document &document, const QString &file, QWidget *window, const Done &done);
 

@@ -66,6 +66,20 @@ TEST_F(DocumentsTest, NumbersLiveDocuments)
     EXPECT_EQ(titles(), QStringList(name));
 }
 
+TEST_F(DocumentsTest, SavesACopyWithoutSerialNumbersAsAnotherKind)
+{
+    launch();
+    const QStringList before = titles();
+    trigger("saveDocumentAsAction");
+    auto *const dialog = window().window()->findChild<QFileDialog *>();
+    ASSERT_EQ(dialog->nameFilters().size(), 3);
+    dialog->selectNameFilter(dialog->nameFilters().at(1));
+    chooseFile(path("copy"));
+    EXPECT_TRUE(QFileInfo::exists(path("copy.vandrel")));
+    EXPECT_FALSE(document().hasFile());
+    EXPECT_EQ(titles(), before);
+}
+
 TEST_F(DocumentsTest, SavesAndOpens)
 {
     launch();
