@@ -73,7 +73,8 @@ EntryLocator::EntryLocator(std::span<const EntryRef> entries)
 
 TavRegistryEntry *EntryLocator::atLink(const QString &link) const
 {
-    return link.contains(u'/') ? atKernelPath(sysfs + u'/' + link) : nullptr;
+    const bool mayBePath = link.size() < EntryRecord::maxKernelPath && link.contains(u'/');
+    return mayBePath ? atKernelPath(sysfs + u'/' + link) : nullptr;
 }
 
 QString EntryLocator::kernelName(const TavRegistryEntry &entry)
