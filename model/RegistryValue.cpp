@@ -198,6 +198,19 @@ std::span<const RegistryValue::Member> RegistryValue::members() const
     return {payload_->items<Member>(), payload_->count};
 }
 
+void RegistryValue::prefetch(std::size_t index) const
+{
+    if (type_ == Type::String && text_) {
+        __builtin_prefetch(CompactString::startOf(text_));
+    } else if (isCollection()) {
+        __builtin_prefetch(payload_);
+        if (type_ == Type::Dictionary)
+            __builtin_prefetch(payload_->items<Member>() + index);
+        else
+            __builtin_prefetch(payload_->items<RegistryValue>() + index);
+    }
+}
+
 std::span<const RegistryValue> RegistryValue::elements() const
 {
     if (type_ != Type::Array && type_ != Type::Set)

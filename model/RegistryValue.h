@@ -86,6 +86,8 @@ public:
     qsizetype count() const; // members or elements; 0 for no collection
     // All values in this one, at any depth, without itself.
     quint32 descendantCount() const;
+    // Fetches from memory, ahead of use, the text or the item at this place of a collection.
+    void prefetch(std::size_t index) const;
     // The member of a dictionary, or none. Linear in the number of members.
     const RegistryValue &member(QStringView key) const;
 

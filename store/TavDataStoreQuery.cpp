@@ -64,7 +64,7 @@ bool TavDataStore::runFilter(const FilterExpression &filter, EntrySet *matches,
                              QHash<QString, EntrySet> *parentsOfMatches)
 {
     const std::vector<EntryOrder> &orders = planeOrders();
-    const FilterQuery search(filter, orders, entryNumberLimit());
+    const FilterQuery search(filter, registryEntries_, orders, entryNumberLimit());
     std::vector<Entries> parts = partsOf(registryEntries_);
     QtConcurrent::blockingMap(parts,
                               [&search](Entries part) { FilterQuery(search).prepare(part); });

@@ -37,7 +37,6 @@ bool FilterEvaluator::matches(const TavRegistryEntry &entry)
 {
     RegistryValue made;
     entry_ = &entry;
-    depth_ = Depth::None;
     table_ = &made;
     if (!finders_.empty())
         table_ = &PropertyLookup::tableOf(entry, made);
@@ -148,9 +147,11 @@ bool FilterEvaluator::isTrue(const FilterField &field)
 
 FilterEvaluator::Values FilterEvaluator::find(const FilterField &field)
 {
-    PropertyFinder &finder = finders_[field.number];
-    Values found = finder.find(*table_);
-    if (finder.mayBePresent())
-        depth_ = std::max(depth_, finder.isInGroup() ? Depth::Groups : Depth::Members);
-    return found;
+    return finders_[field.number].find(*table_);
+}
+
+void FilterEvaluator::prefetch(const TavRegistryEntry &entry, std::size_t level) const
+{
+    for (const PropertyFinder &finder : finders_)
+        finder.prefetch(entry.table(), level);
 }

@@ -27,9 +27,9 @@ public:
     explicit FilterEvaluator(std::shared_ptr<FilterContext> context);
 
     bool matches(const TavRegistryEntry &entry);
-    // How deep into the entry's table the last answer looked.
-    enum class Depth : quint8 { None, Members, Groups };
-    Depth depth() const { return depth_; }
+    // Fetches from memory what an entry to come is likely to be asked for, one level of its table
+    // after the other: most entries are like the one before.
+    void prefetch(const TavRegistryEntry &entry, std::size_t level) const;
 
 private:
     using Relation = FilterTest::Relation;
@@ -49,5 +49,4 @@ private:
     std::vector<PropertyFinder> finders_; // of the properties of the expression
     const TavRegistryEntry *entry_ = nullptr;
     const RegistryValue *table_ = nullptr; // of the entry
-    Depth depth_ = Depth::None;
 };

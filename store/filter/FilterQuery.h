@@ -8,9 +8,9 @@
 class FilterQuery
 {
 public:
-    // All entries have numbers below the limit.
-    FilterQuery(const FilterExpression &expression, std::span<const EntryOrder> planes,
-                std::size_t numberLimit);
+    // The planes are of these entries, all of which have numbers below the limit.
+    FilterQuery(const FilterExpression &expression, std::span<const EntryRef> entries,
+                std::span<const EntryOrder> planes, std::size_t numberLimit);
 
     // Evaluates the entries ahead of the walks. Copies share the answers, and may take different
     // entries at the same time.
@@ -21,10 +21,6 @@ public:
     bool isComplete() const { return !context_->budget.hasSkipped(); }
 
 private:
-    static void fetch(const TavRegistryEntry &next);
-    static void fetchMembers(const RegistryValue &table);
-    static void fetchGroups(const RegistryValue &table); // the members of its members
-
     std::shared_ptr<FilterContext> context_;
     FilterEvaluator evaluator_;
     std::shared_ptr<std::vector<char>> answers_; // by number of the entry

@@ -47,6 +47,20 @@ PropertyFinder::Values PropertyFinder::find(const RegistryValue &table)
     return found;
 }
 
+void PropertyFinder::prefetch(const RegistryValue &table, std::size_t steps) const
+{
+    if (!mayBePresent_ || place_.size() < steps)
+        return;
+    const RegistryValue *value = &table;
+    for (const std::size_t index : std::span(place_).first(steps)) {
+        if (index >= static_cast<std::size_t>(value->count()))
+            return;
+        value = value->type() == RegistryValue::Type::Dictionary ? &value->members()[index].value
+                                                                 : &value->elements()[index];
+    }
+    value->prefetch(steps < place_.size() ? place_[steps] : 0);
+}
+
 // Null unless the keys on the way there end with the right ones.
 const RegistryValue *PropertyFinder::valueAtPlace(const RegistryValue &table) const
 {

@@ -16,7 +16,9 @@ public:
     void noteKeys(const PropertyText &text); // of the table to come
     Values find(const RegistryValue &table);
     bool mayBePresent() const { return mayBePresent_; }
-    bool isInGroup() const { return place_.size() != 1; } // or was not found
+    // Fetches from memory what the table has at so many steps on the way to the place of the last
+    // value, if it is in memory up to there.
+    void prefetch(const RegistryValue &table, std::size_t steps) const;
 
 private:
     const RegistryValue *valueAtPlace(const RegistryValue &table) const;
