@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "display/EntryTextAttributes.h"
 
-#include "display/EntryColors.h"
-
 EntryTextAttributes EntryTextAttributes::forState(RegistryState registryState, FindState findState,
                                                   bool isRootEntry)
 {
@@ -21,16 +19,4 @@ EntryTextAttributes EntryTextAttributes::forState(RegistryState registryState, F
         attributes.isStruckOut = true;
     }
     return attributes;
-}
-
-QColor EntryTextAttributes::stateColor() const
-{
-    switch (color) {
-    case Color::New:
-        return EntryColors::colorForNewItem();
-    case Color::Terminated:
-        return EntryColors::colorForTerminatedItem();
-    default:
-        return {};
-    }
 }

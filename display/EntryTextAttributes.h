@@ -5,8 +5,6 @@
 
 #include <QtGlobal>
 
-class QColor;
-
 // The search result of an entry in the current plane.
 enum FindState : quint32 {
     FindStateNone = 0,
@@ -15,15 +13,13 @@ enum FindState : quint32 {
     FindStateParentOfMatch = 3,
 };
 
-// The style of an entry's name. The view provides the font and the colour of ordinary text.
+// The style of an entry's name. Views turn it into fonts and colours.
 struct EntryTextAttributes
 {
     enum class Color : quint8 { Text, LightGray, DarkGray, New, Terminated };
 
     static EntryTextAttributes forState(RegistryState registryState, FindState findState,
                                         bool isRootEntry);
-    // For the colours independent of the palette: New and Terminated.
-    QColor stateColor() const;
 
     Color color = Color::Text;
     bool isBold = false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explorer/EntryTextStyle.h"
 
+#include "display/views/EntryColors.h"
 #include "platform/widgets/ReadableColor.h"
 
 #include <QColor>
@@ -18,9 +19,12 @@ QVariant EntryTextStyle::color(const EntryTextAttributes &attributes)
         return QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text);
     case Color::DarkGray:
         return QGuiApplication::palette().color(QPalette::PlaceholderText);
-    default:
-        return readableColor(attributes.stateColor(), QGuiApplication::palette());
+    case Color::New:
+        return readableColor(EntryColors::colorForNewItem(), QGuiApplication::palette());
+    case Color::Terminated:
+        return readableColor(EntryColors::colorForTerminatedItem(), QGuiApplication::palette());
     }
+    return {};
 }
 
 QVariant EntryTextStyle::font(const EntryTextAttributes &attributes)

@@ -32,15 +32,19 @@ DeviceNameLookup::~DeviceNameLookup() = default;
 DeviceNameLookup::Request DeviceNameLookup::requestOf(const TavDataStore &store)
 {
     Request request;
-    for (const EntryRef &entry : store.registryEntries()) {
-        if (entry->isDeviceNameLookedUp())
-            continue;
-        request.entries.push_back(entry);
-        const bool isOnlyTree = entry->table().isNone() && entry->properties();
-        request.properties.push_back(isOnlyTree ? DeviceModalias::propertiesOf(*entry->properties())
-                                                : entry->table());
-    }
+    for (const EntryRef &entry : store.registryEntries())
+        add(entry, request);
     return request;
+}
+
+void DeviceNameLookup::add(const EntryRef &entry, Request &request)
+{
+    if (entry->isDeviceNameLookedUp())
+        return;
+    request.entries.push_back(entry);
+    const bool isOnlyTree = entry->table().isNone() && entry->properties();
+    request.properties.push_back(isOnlyTree ? DeviceModalias::propertiesOf(*entry->properties())
+                                            : entry->table());
 }
 
 DeviceNameLookup::Found DeviceNameLookup::find(DeviceNames &names,
@@ -72,6 +76,17 @@ void DeviceNameLookup::run(TavDataStore &store)
         const Request request = requestOf(store);
         install(request, find(*names, request.properties));
     }
+}
+
+void DeviceNameLookup::run(const TavDataStore &store, std::span<TavRegistryEntry *const> entries)
+{
+    const auto names = namesFor(store);
+    if (!names)
+        return;
+    Request request;
+    for (TavRegistryEntry *const entry : entries)
+        add(entry->shared_from_this(), request);
+    install(request, find(*names, request.properties));
 }
 
 void DeviceNameLookup::start()

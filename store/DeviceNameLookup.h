@@ -4,6 +4,7 @@
 #include "model/TavRegistryEntry.h"
 
 #include <QFutureWatcher>
+#include <span>
 
 class DeviceNames;
 class TavDataStore;
@@ -18,6 +19,7 @@ public:
     // In the background. Posts deviceNamesFound if there were any. Does nothing without a database.
     void start();
     static void run(TavDataStore &store); // blocks
+    static void run(const TavDataStore &store, std::span<TavRegistryEntry *const> entries);
 
 private:
     using Found = std::vector<DeviceNameRef>;
@@ -28,6 +30,7 @@ private:
     };
 
     static Request requestOf(const TavDataStore &store);
+    static void add(const EntryRef &entry, Request &request);
     static Found find(DeviceNames &names, const std::vector<RegistryValue> &properties);
     static bool install(const Request &request, const Found &found); // whether any device has one
     void finished();

@@ -207,6 +207,11 @@ void TavDataStore::lookUpDeviceNamesNow()
     DeviceNameLookup::run(*this);
 }
 
+void TavDataStore::lookUpDeviceNamesNow(std::span<TavRegistryEntry *const> entries)
+{
+    DeviceNameLookup::run(*this, entries);
+}
+
 void TavDataStore::noteObjectChanged(TavRegistryEntry &entry)
 {
     const EntryRef held = entry.shared_from_this(); // an observer may drop it

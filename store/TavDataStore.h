@@ -73,6 +73,7 @@ public:
     // are from, for entries that have none yet. In the background; posts deviceNamesFound.
     void lookUpDeviceNames();
     void lookUpDeviceNamesNow(); // blocks; posts nothing
+    void lookUpDeviceNamesNow(std::span<TavRegistryEntry *const> entries); // likewise
 
     // Following the registry. With automatic update, a change triggers an update soon after;
     // without, the change is only reported. Polled update repeats after a number of seconds, above

@@ -111,14 +111,17 @@ QString EntryFactTexts::text(Fact fact, const TavRegistryEntry &entry, const QSt
     return {};
 }
 
+// As the registry's paths are written: without the entry at the top, below the root.
 QString EntryFactTexts::path(const TavRegistryEntry &entry, const QString &plane)
 {
     QStringList names;
     for (const TavRegistryEntry *at = &entry; !at->parentsInPlane(plane).empty();
          at = at->parentsInPlane(plane).front())
         names.prepend(at->nameAtLocationInPlane(plane));
-    names.prepend(plane + u':');
-    return names.join(u'/');
+    if (names.isEmpty())
+        return plane + u':';
+    names.front() = plane + u':';
+    return names.size() == 1 ? names.front() + u'/' : names.join(u'/');
 }
 
 QString EntryFactTexts::service(const TavRegistryEntry &entry)

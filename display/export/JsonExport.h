@@ -2,7 +2,10 @@
 #pragma once
 
 #include "display/export/ExportedEntries.h"
-#include "display/export/Utf8Output.h"
+#include "display/export/JsonWriter.h"
+
+class EntryList;
+class NamesByPlane;
 
 // Writes entries with everything that the registry knows of them, as docs/export-json.md describes.
 // Any thread.
@@ -13,30 +16,14 @@ public:
     static bool write(const ExportedEntries &entries, QIODevice &device,
                       const ExportedEntries::Reach &reach);
 
+    // The members of one entry's object.
+    static void addEntry(JsonWriter &json, const TavRegistryEntry &entry);
+
 private:
-    JsonExport(const ExportedEntries &entries, QIODevice &device);
-
-    void addHead();
-    void addEntry(const TavRegistryEntry &entry);
-    void addFacts(const TavRegistryEntry &entry);
-    void addNames(QLatin1String key, const NamesByPlane &names, const QString &common);
-    void addRelatives(QLatin1String key, const PlaneMap<EntryList> &relatives);
-    void addProperties(const TavRegistryProperty &root);
-
-    struct Level; // a collection whose children are being written
-    using Levels = std::vector<Level>;
-    void open(const TavRegistryProperty &node, Levels &levels);
-    void addChild(Level &level, Levels &levels);
-    void addScalar(const TavRegistryProperty &node);
-    void addNumber(const RegistryValue &number);
-
-    void addKey(QLatin1String key); // with a comma before it
-    void addText(QLatin1String key, const QString &text);
-    void addTexts(QLatin1String key, const QStringList &texts);
-    void addFlag(QLatin1String key, bool flag);
-    void addCount(QLatin1String key, quint64 count);
-    void addDate(QLatin1String key, const QDateTime &date);
-
-    const ExportedEntries &entries_;
-    Utf8Output output_;
+    static void addHead(JsonWriter &json, const ExportedEntries &entries);
+    static void addFacts(JsonWriter &json, const TavRegistryEntry &entry);
+    static void addNames(JsonWriter &json, QLatin1String key, const NamesByPlane &names,
+                         const QString &common);
+    static void addRelatives(JsonWriter &json, QLatin1String key,
+                             const PlaneMap<EntryList> &relatives);
 };

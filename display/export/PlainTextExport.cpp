@@ -4,17 +4,12 @@
 #include "display/TavPropertyOutlineItem.h"
 #include "display/export/EntryFactTexts.h"
 #include "display/export/EscapedText.h"
+#include "display/export/PropertyLines.h"
 #include "store/TavDataStore.h"
 
 namespace {
 constexpr quint32 maxLevel = 60; // what is deeper is indented no more
 constexpr qsizetype indentation = 2;
-
-QString nameOf(const TavRegistryProperty &node, qsizetype position)
-{
-    return node.hasName() && !node.name().isEmpty() ? node.name()
-                                                    : u'[' + QString::number(position) + u']';
-}
 } // namespace
 
 bool PlainTextExport::write(const ExportedEntries &entries, QIODevice &device, Head head,
@@ -73,32 +68,12 @@ void PlainTextExport::addFacts(const ExportedEntries::Item &item)
 
 void PlainTextExport::addProperties(const TavRegistryProperty &root, quint32 level)
 {
-    struct Pending
-    {
-        TavRegistryProperty *node;
-        qsizetype position; // among its siblings
-        quint32 level;
-    };
-    std::vector<Pending> pending;
-    const auto addChildren = [&](const TavRegistryProperty &node, quint32 childLevel) {
-        for (qsizetype i = node.numberOfChildren() - 1; i >= 0; --i)
-            pending.push_back({node.childAtIndex(i), i, childLevel});
-    };
-    addChildren(root, level);
-    while (!pending.empty()) {
-        const Pending next = pending.back();
-        pending.pop_back();
-        addProperty(static_cast<TavPropertyOutlineItem &>(*next.node), next.position, next.level);
-        addChildren(*next.node, next.level + 1);
-    }
-}
-
-void PlainTextExport::addProperty(TavPropertyOutlineItem &node, qsizetype position, quint32 level)
-{
-    const QString name = nameOf(node, position);
-    const QString value = node.displayValue().text();
-    addLine(level, node.isCollection() ? tr("%1 (%2)").arg(name, value)
-                                       : name + QLatin1String(" = ") + value);
+    PropertyLines::forEach(root, [&](const PropertyLines::Line &line) {
+        const QString value = line.property.displayValue().text();
+        addLine(level + line.level, line.property.isCollection()
+                                        ? tr("%1 (%2)").arg(line.name, value)
+                                        : line.name + QLatin1String(" = ") + value);
+    });
 }
 
 void PlainTextExport::addLine(quint32 level, const QString &text)

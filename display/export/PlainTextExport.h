@@ -6,8 +6,6 @@
 
 #include <QCoreApplication>
 
-class TavPropertyOutlineItem;
-
 // Writes entries as an outline for people to read: facts, and properties as the window shows them.
 // Any thread, while nobody changes the formats.
 class PlainTextExport
@@ -27,7 +25,6 @@ private:
     void addEntry(const ExportedEntries::Item &item);
     void addFacts(const ExportedEntries::Item &item);
     void addProperties(const TavRegistryProperty &root, quint32 level);
-    void addProperty(TavPropertyOutlineItem &node, qsizetype position, quint32 level);
     void addLine(quint32 level, const QString &text);
 
     const ExportedEntries &entries_;

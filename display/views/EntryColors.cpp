@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "display/EntryColors.h"
+#include "display/views/EntryColors.h"
 
 namespace {
 constexpr float red = 0.0F;

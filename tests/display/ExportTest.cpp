@@ -172,9 +172,9 @@ TEST_F(ExportTest, TextShowsEachEntryOnceAndEscapesWhatControlsATerminal)
                     "              [1] = 0x2\n"),
               1U)
         << shown;
-    EXPECT_EQ(count("Path: DxService:/Host"), 0U); // the outline shows it
+    EXPECT_EQ(count("Path: DxService:/"), 0U); // the outline shows it
     const auto single = ExportedEntries::single(*store_, servicePlane, entry("shared"));
-    EXPECT_TRUE(outline(single).contains("\n  Path: DxService:/Host/a/shared\n"));
+    EXPECT_TRUE(outline(single).contains("\n  Path: DxService:/a/shared\n"));
 }
 
 TEST_F(ExportTest, CsvHasTheChosenColumnsAndNoFormulas)
@@ -196,9 +196,9 @@ TEST_F(ExportTest, CsvHasTheChosenColumnsAndNoFormulas)
                                      list({"text", "number", "list", "power/state", "odd,key"})};
     EXPECT_EQ(csv(found, columns).toStdString(),
               "Path,Class,text,number,list,power/state,\"odd,key\"\r\n"
-              "DxService:/Host/a,DxDevice,'=1+1,-5,\"x; y,z\",on,\r\n"
-              "DxService:/Host/b,DxDisk,\"say \"\"hi\"\"\\n\",'+cmd|x,,,\" spaced\"\r\n"
-              "DxBus:/Host/bus,DxDevice,,,,,\r\n");
+              "DxService:/a,DxDevice,'=1+1,-5,\"x; y,z\",on,\r\n"
+              "DxService:/b,DxDisk,\"say \"\"hi\"\"\\n\",'+cmd|x,,,\" spaced\"\r\n"
+              "DxBus:/bus,DxDevice,,,,,\r\n");
 }
 
 TEST_F(ExportTest, NoFormatHasPrivateValuesOfARedactedCopy)

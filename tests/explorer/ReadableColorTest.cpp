@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/widgets/ReadableColor.h"
-#include "display/EntryColors.h"
+#include "display/views/EntryColors.h"
 #include "platform/desktop/Theme.h"
 #include "tests/support/QtPrinters.h"
 

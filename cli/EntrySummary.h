@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "display/export/JsonWriter.h"
+
+class TavRegistryEntry;
+
+// The facts by which an entry is recognised in a list.
+namespace EntrySummary {
+QString path(const TavRegistryEntry &entry, const QString &plane);
+void addMembers(JsonWriter &json, const TavRegistryEntry &entry, const QString &plane);
+} // namespace EntrySummary

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "model/RegistryService.h"
+#include "store/TavDataStore.h"
+
+#include <QCoreApplication>
+
+class CommandInput;
+
+// The registry that a command is about: of this machine, of a sysfs tree, or of a snapshot.
+class RegistrySource
+{
+    Q_DECLARE_TR_FUNCTIONS(RegistrySource)
+public:
+    // What must be read of a registry that is not a snapshot. Structure: names, links, states and
+    // IDs; the properties of single entries with readWhole.
+    enum class Need : quint8 { Structure, Properties };
+
+    explicit RegistrySource(const CommandInput &input);
+    RegistrySource(QString sysfs, QString file);
+    ~RegistrySource();
+
+    // Reads it at the first call. Throws CommandError.
+    TavDataStore &store(Need need);
+    std::shared_ptr<TavDataStore> shareStore(Need need);
+    void readWhole(std::span<TavRegistryEntry *const> entries);
+
+    // The registry of the running kernel, which sends events.
+    bool isRunningKernel() const;
+    bool isSnapshot() const { return !file_.isNull(); }
+    const QString &sysfs() const { return sysfs_; }
+
+    // Throws CommandError.
+    static std::unique_ptr<RegistryService> openService(const QString &sysfs, Need need);
+
+private:
+    std::shared_ptr<TavDataStore> decode() const;
+    QByteArray content() const;
+
+    QString sysfs_;
+    QString file_; // null: none
+    std::unique_ptr<RegistryService> service_;
+    std::shared_ptr<TavDataStore> store_; // uses the service
+};

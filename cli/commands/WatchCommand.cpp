@@ -1,0 +1,347 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "cli/commands/WatchCommand.h"
+
+#include "cli/CommandInput.h"
+#include "cli/CommandOutput.h"
+#include "cli/EndSignals.h"
+#include "cli/EntryArgument.h"
+#include "cli/EntrySummary.h"
+#include "cli/PropertyChanges.h"
+#include "cli/RegistrySource.h"
+#include "cli/ValueText.h"
+#include "cli/commands/FindCommand.h"
+#include "model/linux/DeviceMonitor.h"
+#include "model/linux/UdevDatabase.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <poll.h>
+
+namespace {
+using namespace std::chrono_literals;
+using Action = DeviceEvent::Action;
+
+const QString servicePlane = QStringLiteral("DxService");
+constexpr auto settleTime = 30ms;    // without an event, before the registry is read
+constexpr auto longestDelay = 300ms; // of an event, in a flood of them
+
+const char *wordOf(Action action)
+{
+    switch (action) {
+    case Action::Add:
+        return "appeared";
+    case Action::Remove:
+        return "gone";
+    case Action::Bind:
+        return "bound";
+    case Action::Unbind:
+        return "unbound";
+    case Action::Change:
+        break;
+    }
+    return "changed";
+}
+
+TextRole roleOf(Action action)
+{
+    switch (action) {
+    case Action::Add:
+        return TextRole::New;
+    case Action::Remove:
+        return TextRole::Gone;
+    default:
+        return TextRole::Changed;
+    }
+}
+
+enum class Woken : quint8 { ByEvent, ByTime, ByEnd };
+
+Woken wait(int events, int endSignals, std::chrono::milliseconds timeout)
+{
+    pollfd descriptors[] = {{events, POLLIN, 0}, {endSignals, POLLIN, 0}};
+    const int count = poll(descriptors, 2, static_cast<int>(timeout.count()));
+    if (count < 0 && errno != EINTR)
+        throw CommandError{QString::fromUtf8(std::strerror(errno))};
+    if (count > 0 && descriptors[1].revents != 0)
+        return Woken::ByEnd;
+    return count > 0 && descriptors[0].revents != 0 ? Woken::ByEvent : Woken::ByTime;
+}
+} // namespace
+
+struct WatchCommand::Change
+{
+    Action action;
+    QDateTime time;
+    QString kernelPath;
+    const Device *before; // null: it was not there
+    const Device *after;  // null: it is gone
+
+    const Device *device() const { return after ? after : before; }
+    QString path() const { return device() ? device()->path : kernelPath; }
+    QString driver() const
+    {
+        const Device *const bound = action == Action::Unbind ? before : after;
+        return bound ? bound->driver : QString();
+    }
+};
+
+CommandDescription WatchCommand::description() const
+{
+    return {
+        .name = QStringLiteral("watch"),
+        .arguments = tr("[PATH]"),
+        .argumentKind = ArgumentKind::Path,
+        .maxArguments = 1,
+        .summary = tr("Print a line for each device that appears, goes or changes"),
+        .details =
+            tr("With a path: for this device and those below it. Ends on SIGINT (Ctrl+C); the "
+               "exit code is 1 when nothing happened. When the kernel reports more than can "
+               "be read in time, the line \"lost\" follows, and what was missed is found by "
+               "comparing. A time is that of the kernel's message."),
+        .options = {{QStringLiteral("where"), QStringLiteral("EXPRESSION"),
+                     tr("Only devices that satisfy a filter expression, before or after."),
+                     ArgumentKind::Expression},
+                    {QStringLiteral("properties"),
+                     {},
+                     tr("Print the properties that differ, with the old and the new value.")},
+                    {QStringLiteral("for"), QStringLiteral("SECONDS"), tr("End after this time.")}},
+        .examples = {{QStringLiteral("watch"), tr("What is plugged in and out")},
+                     {QStringLiteral("watch --where 'class ~ DxBlock' --for 60 --format ndjson"),
+                      tr("Disks, for a script, for a minute")},
+                     {QStringLiteral("watch eth0 --properties"),
+                      tr("What changes at a network interface")}},
+        .isPaged = false};
+}
+
+ExitCode WatchCommand::run(const CommandInput &input, RegistrySource &source, CommandOutput &output)
+{
+    constexpr double longest = 1e9; // seconds
+    if (!source.isRunningKernel())
+        throw CommandError{tr("Only the registry of the running kernel can be watched.")};
+    const auto seconds = input.number("for", 0, longest);
+    if (input.isSet("where"))
+        filter_ = FindCommand::parse(input.value("where"));
+    showsProperties_ = input.isSet("properties");
+    const EndSignals endSignals;
+    // Before the first reading, so that nothing is missed.
+    const auto events =
+        DeviceMonitor::open(UdevDatabase(source.sysfs().toUtf8()).isDaemonRunning());
+    if (!events)
+        throw CommandError{tr("The kernel's messages cannot be received.")};
+    using Need = RegistrySource::Need;
+    TavDataStore &store =
+        source.store(filter_ || showsProperties_ ? Need::Properties : Need::Structure);
+    output.describe(store);
+    choose(input.arguments().value(0), store);
+    picture_.emplace(store, filter_ ? &*filter_ : nullptr);
+    std::fprintf(stderr, "%s\n", qUtf8Printable(tr("Watching. End with Ctrl+C.")));
+    std::optional<Clock::time_point> end;
+    if (seconds)
+        end = Clock::now() +
+              std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(*seconds));
+    follow(*events, endSignals.descriptor(), store, end, output);
+    return reported_ > 0 ? ExitCode::Found : ExitCode::Nothing;
+}
+
+void WatchCommand::choose(const QString &path, const TavDataStore &store)
+{
+    if (path.isNull())
+        return;
+    const EntryArgument chosen(store, path);
+    for (const TavRegistryEntry *const entry : chosen.entries()) {
+        const QString top = EntrySummary::path(*entry, servicePlane);
+        if (entry->isRegistryRoot() || top == servicePlane + QStringLiteral(":/"))
+            tops_.clear();
+        else
+            tops_.append(top);
+    }
+}
+
+void WatchCommand::follow(DeviceEventSource &events, int endSignals, TavDataStore &store,
+                          std::optional<Clock::time_point> end, CommandOutput &output)
+{
+    std::vector<Event> received;
+    Clock::time_point first;
+    bool isLost = false;
+    while (true) {
+        const auto now = Clock::now();
+        const bool isPending = !received.empty() || isLost;
+        const bool isOver = end && now >= *end;
+        auto timeout = std::chrono::milliseconds(isPending ? settleTime : 1h);
+        if (end)
+            timeout = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(*end - now),
+                                 std::chrono::milliseconds(0), timeout);
+        const Woken woken = wait(events.descriptor(), endSignals, timeout);
+        if (woken == Woken::ByEvent) {
+            if (!isPending)
+                first = Clock::now();
+            isLost = !receive(events, received) || isLost;
+        }
+        const bool isEnd = woken == Woken::ByEnd || isOver;
+        const bool isSettled = woken != Woken::ByEvent || Clock::now() - first > longestDelay;
+        if ((isPending && isSettled) || isEnd) {
+            if (isLost)
+                reportLoss(store, output);
+            else if (!received.empty())
+                report(received, store, output);
+            received.clear();
+            isLost = false;
+        }
+        if (isEnd)
+            return;
+    }
+}
+
+bool WatchCommand::receive(DeviceEventSource &events, std::vector<Event> &received)
+{
+    constexpr std::size_t most = 10'000; // then they are printed first
+    DeviceEvent event;
+    while (received.size() < most) {
+        switch (events.receive(event)) {
+        case DeviceEventSource::Reception::Event:
+            received.push_back({event, QDateTime::currentDateTimeUtc()});
+            break;
+        case DeviceEventSource::Reception::Nothing:
+            return true;
+        case DeviceEventSource::Reception::Loss:
+            return false;
+        }
+    }
+    return true;
+}
+
+void WatchCommand::report(const std::vector<Event> &events, TavDataStore &store,
+                          CommandOutput &output)
+{
+    store.update();
+    DevicePicture fresh(store, filter_ ? &*filter_ : nullptr);
+    store.clearTerminatedObjects();
+    QSet<QString> compared;
+    for (const auto &[event, time] : events) {
+        const QString path = QStringLiteral("/sys/") + event.path.toString();
+        Change change{event.action, time, path, picture_->at(path), fresh.at(path)};
+        // Several messages of one device share its differences.
+        if (compared.contains(path) && change.after)
+            change.before = change.after;
+        compared.insert(path);
+        add(change, output);
+    }
+    picture_ = std::move(fresh);
+    output.flush();
+}
+
+void WatchCommand::reportLoss(TavDataStore &store, CommandOutput &output)
+{
+    const QDateTime time = QDateTime::currentDateTimeUtc();
+    store.update();
+    DevicePicture fresh(store, filter_ ? &*filter_ : nullptr);
+    store.clearTerminatedObjects();
+    if (output.isText()) {
+        output.add(time.toLocalTime().toString(QStringLiteral("hh:mm:ss.zzz  ")));
+        output.add(tr("lost      some messages of the kernel; what follows is found by comparing"),
+                   TextRole::Match);
+        output.endLine();
+    } else {
+        output.addResult([&](JsonWriter &json) {
+            json.member(QLatin1String("time"), time);
+            json.member(QLatin1String("event"), QStringLiteral("lost"));
+        });
+    }
+    const auto &before = picture_->devices();
+    for (auto it = before.cbegin(); it != before.cend(); ++it) {
+        const Device *const after = fresh.at(it.key());
+        if (!after || after->id != it->id)
+            add({Action::Remove, time, it.key(), &*it, nullptr}, output);
+        else if (after->driver != it->driver)
+            add({after->driver.isNull() ? Action::Unbind : Action::Bind, time, it.key(), &*it,
+                 after},
+                output);
+    }
+    const auto &now = fresh.devices();
+    for (auto it = now.cbegin(); it != now.cend(); ++it) {
+        const Device *const known = picture_->at(it.key());
+        if (!known || known->id != it->id)
+            add({Action::Add, time, it.key(), nullptr, &*it}, output);
+    }
+    picture_ = std::move(fresh);
+    output.flush();
+}
+
+bool WatchCommand::isWanted(const Device &device) const
+{
+    const auto isBelow = [&](const QString &top) {
+        return device.path == top || device.path.startsWith(top + u'/');
+    };
+    return device.isMatch && (tops_.isEmpty() || std::any_of(tops_.begin(), tops_.end(), isBelow));
+}
+
+// What came and went between two readings is not known but by its message.
+void WatchCommand::add(const Change &change, CommandOutput &output)
+{
+    const bool isWantedDevice =
+        (change.before && isWanted(*change.before)) || (change.after && isWanted(*change.after));
+    const bool isUnknown = !change.before && !change.after;
+    if (!isWantedDevice && !(isUnknown && !filter_ && tops_.isEmpty()))
+        return;
+    ++reported_;
+    if (output.isText())
+        writeText(change, output);
+    else
+        writeJson(change, output);
+}
+
+void WatchCommand::writeText(const Change &change, CommandOutput &output) const
+{
+    constexpr int wordWidth = 10;
+    output.add(change.time.toLocalTime().toString(QStringLiteral("hh:mm:ss.zzz  ")));
+    output.add(QString::fromLatin1(wordOf(change.action)).leftJustified(wordWidth),
+               roleOf(change.action));
+    output.add(change.path(), TextRole::Name);
+    const bool isBinding = change.action == Action::Bind || change.action == Action::Unbind;
+    if (isBinding && !change.driver().isEmpty())
+        output.add(QStringLiteral("  ") + change.driver(), TextRole::Key);
+    output.endLine();
+    if (!showsProperties_ || !change.before || !change.after)
+        return;
+    for (const auto &[key, before, after] :
+         PropertyChange::between(change.before->properties, change.after->properties)) {
+        output.addSpaces(4);
+        output.add(key, TextRole::Key);
+        output.add(QStringLiteral(": ") + ValueText::rawLines(before).join(QLatin1String(", ")));
+        output.addTrusted(output.terminal().isUtf8 ? u" → " : u" -> ");
+        output.add(ValueText::rawLines(after).join(QLatin1String(", ")));
+        output.endLine();
+    }
+}
+
+void WatchCommand::writeJson(const Change &change, CommandOutput &output) const
+{
+    output.addResult([&](JsonWriter &json) {
+        json.member(QLatin1String("time"), change.time);
+        json.member(QLatin1String("event"), QString::fromLatin1(wordOf(change.action)));
+        if (const Device *const device = change.device()) {
+            json.member(QLatin1String("id"), QString::number(device->id));
+            json.member(QLatin1String("path"), device->path);
+        }
+        json.member(QLatin1String("kernelPath"), change.kernelPath);
+        json.member(QLatin1String("driver"), change.driver());
+        if (!showsProperties_ || !change.before || !change.after)
+            return;
+        json.key(QLatin1String("changes"));
+        json.beginArray();
+        for (const auto &[key, before, after] :
+             PropertyChange::between(change.before->properties, change.after->properties)) {
+            json.beginObject();
+            json.member(QLatin1String("property"), key);
+            for (const auto &[name, value] : {std::pair("old", before), std::pair("new", after)}) {
+                if (value.isNone())
+                    continue;
+                json.key(QLatin1String(name));
+                json.value(value);
+            }
+            json.endObject();
+        }
+        json.endArray();
+    });
+}
