@@ -38,8 +38,10 @@ RegistrySource::~RegistrySource() = default;
 
 std::unique_ptr<RegistryService> RegistrySource::openService(const QString &sysfs, Need need)
 {
-    Q_UNUSED(need)
-    auto service = LinuxRegistryService::create(sysfs);
+    TreeReader::Options options;
+    if (need == Need::Structure)
+        options.detail = ReadingDetail::Structure;
+    auto service = LinuxRegistryService::create(sysfs, options);
     if (!service)
         throw CommandError{service.error().message()};
     (*service)->setEventSourceFactory([] { return nullptr; }); // nobody would receive them
@@ -68,7 +70,7 @@ TavDataStore &RegistrySource::store(Need need)
 
 void RegistrySource::readWhole(std::span<TavRegistryEntry *const> entries)
 {
-    Q_UNUSED(entries)
+    store_->readWhole(entries);
 }
 
 bool RegistrySource::isRunningKernel() const

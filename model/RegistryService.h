@@ -7,6 +7,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <span>
 
 class DeviceNames;
 
@@ -74,6 +75,9 @@ public:
     virtual void readOnRequest(RegistryObject, const QString & /*attribute*/,
                                std::function<void()> /*ready*/)
     {}
+    // Where a reading takes in the structure only: reads all properties of these objects, too.
+    // Blocks. Announces nothing and is no reading of its own.
+    virtual void readWhole(std::span<const RegistryObject>) {}
     // Like prepare; also retries what did not answer before.
     virtual bool retryWhatDidNotAnswer() { return prepare(); }
 

@@ -202,6 +202,19 @@ void TavDataStore::lookUpDeviceNames()
     deviceNameLookup_->start();
 }
 
+void TavDataStore::readWhole(std::span<TavRegistryEntry *const> entries)
+{
+    if (!isLive_)
+        return;
+    std::vector<RegistryObject> objects;
+    for (const TavRegistryEntry *const entry : entries)
+        objects.push_back(entry->DxRegistryEntry());
+    service_->readWhole(objects);
+    for (TavRegistryEntry *const entry : entries)
+        entry->readAttributesAndProperties();
+    locator_.reset();
+}
+
 void TavDataStore::lookUpDeviceNamesNow()
 {
     DeviceNameLookup::run(*this);

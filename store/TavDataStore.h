@@ -55,6 +55,8 @@ public:
     bool update();
     bool updateTryingAgain(); // retries what did not answer
     void updateObject(TavRegistryEntry &entry);
+    // All properties of these entries, where the service reads the structure only.
+    void readWhole(std::span<TavRegistryEntry *const> entries);
     // Attributes that are only read on request, by their names in "DxUnreadAttributes".
     bool mayReadAttribute(const TavRegistryEntry &entry, const QString &attribute) const;
     // Does not block. Calls then when the entry has been reread with the attribute, unless the
@@ -72,7 +74,7 @@ public:
     // Names of devices from the hardware databases of this machine, whatever machine the entries
     // are from, for entries that have none yet. In the background; posts deviceNamesFound.
     void lookUpDeviceNames();
-    void lookUpDeviceNamesNow(); // blocks; posts nothing
+    void lookUpDeviceNamesNow();                                           // blocks; posts nothing
     void lookUpDeviceNamesNow(std::span<TavRegistryEntry *const> entries); // likewise
 
     // Following the registry. With automatic update, a change triggers an update soon after;

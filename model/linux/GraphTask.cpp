@@ -23,7 +23,8 @@ GraphTask::Result prepared(GraphTask::Input input, const std::stop_token &stop)
                         result.classNames);
     for (int i = 0; i < objects.count(); ++i)
         input.requested.addTo(objects.at(i));
-    result.graph = std::make_unique<RegistryGraph>(std::move(objects), udev);
+    result.graph =
+        std::make_unique<RegistryGraph>(std::move(objects), udev, result.treeReader.detail());
     result.memory = result.graph->compareWith(input.memory, input.reading);
     return result;
 }

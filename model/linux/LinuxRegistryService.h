@@ -32,6 +32,7 @@ public:
     bool prepare() override;
     void prepareAsync(std::function<void()> ready) override;
     bool prepareObject(RegistryObject object) override;
+    void readWhole(std::span<const RegistryObject> objects) override;
 
     bool mayReadOnRequest(RegistryObject object, const QString &attribute) override;
     void readOnRequest(RegistryObject object, const QString &attribute,

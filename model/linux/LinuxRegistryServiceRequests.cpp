@@ -46,6 +46,26 @@ bool LinuxRegistryService::prepareObject(RegistryObject object)
     return prepare();
 }
 
+void LinuxRegistryService::readWhole(std::span<const RegistryObject> objects)
+{
+    if (treeReader_.detail() == ReadingDetail::Everything)
+        return;
+    std::vector<ObjectReader::Request> requests;
+    for (const RegistryObject object : objects) {
+        const int index = objects_.indexOf(object);
+        if (index == HostObject::none || !hasDirectory(graph()->at(index)))
+            continue;
+        requests.push_back(requestFor(index));
+        requests.back().readsOnRequest = false;
+    }
+    for (RawObject &read : treeReader_.readObjects(std::move(requests))) {
+        const int index = graph()->withPath(read.path);
+        const bool isGone = read.members.empty() && read.unread.empty();
+        if (!isGone)
+            graph()->addWhole(index, std::move(read), requested_, udev_);
+    }
+}
+
 ObjectReader::Request LinuxRegistryService::requestFor(int index) const
 {
     const HostObject &object = graph()->at(index);

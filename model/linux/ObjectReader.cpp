@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/linux/ObjectReader.h"
 
+#include "model/linux/StructuralAttributes.h"
 #include "model/linux/SysfsPlaces.h"
 
 #include <QUtf8StringView>
@@ -100,8 +101,10 @@ struct ObjectReader::Job
     const Request &request;
     Result result;
     AttributePolicy policy;
-    bool isSuspended = false;  // only known for PCI devices and when reading on request
-    int unanswered = 0;        // attributes so far
+    bool isSuspended = false; // only known for PCI devices and when reading on request
+    int unanswered = 0;       // attributes so far
+    QByteArray subsystem = {};
+    bool hasModalias = false;  // in uevent
     RegistryValue uevent = {}; // read first: names and classes depend on it
     // Links read first, by name.
     std::vector<std::pair<QByteArray, QByteArray>> linkTexts = {};
@@ -122,12 +125,13 @@ struct ObjectReader::Job
 };
 
 ObjectReader::ObjectReader(const SysfsRoot &root, const QSet<SysfsPath> &forcedDevices,
-                           Watch &watch, bool recordsFiles)
+                           Watch &watch, bool recordsFiles, ReadingDetail detail)
     : root_(root)
     , opener_(root.opener())
     , forcedDevices_(forcedDevices)
     , watch_(watch)
     , recordsFiles_(recordsFiles)
+    , detail_(detail)
     , buffer_(std::make_unique_for_overwrite<char[]>(dataLimit))
 {}
 
@@ -178,11 +182,13 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
         const auto bytes = readBytes(job, directory, name, textLimit, reason);
         return bytes ? QByteArray(bytes->data(), bytes->size()).trimmed() : QByteArray();
     };
+    job.subsystem = context.subsystem;
     constexpr uint interfaceUp = 1;
-    if (context.subsystem == "net")
+    const bool isWhole = detail_ == ReadingDetail::Everything;
+    if (context.subsystem == "net" && isWhole)
         context.isInterfaceDown = !(textOf("flags").toUInt(nullptr, 0) & interfaceUp);
     const auto isSuspended = [&] { return textOf("power/runtime_status") == "suspended"; };
-    if (context.subsystem == "pci")
+    if (context.subsystem == "pci" && isWhole)
         job.isSuspended = context.isSuspended = isSuspended();
     else if (job.request.readsOnRequest)
         job.isSuspended = isSuspended();
@@ -192,6 +198,7 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
         QByteArray reason;
         if (const auto bytes = readBytes(job, directory, "uevent", dataLimit, reason))
             job.uevent = parseAttribute("uevent", *bytes, pool_);
+        job.hasModalias = !job.uevent.member(u"MODALIAS").isNone();
     }
 }
 
@@ -236,6 +243,10 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     const QByteArray &asked = job.request.attribute;
     if (!asked.isNull() && !asked.startsWith(directory.below + '/'))
         return;
+    const bool isPower = entry.name == "power" && parent.below.isEmpty();
+    if (isPower && detail_ == ReadingDetail::Structure &&
+        job.result.object.kind == RawObject::Kind::Device)
+        return readPower(job, parent, members);
     if (const auto kind = objectKind(job, parent, entry.name, directory.path))
         return addObject(job, parent, entry, *kind);
     if (!open(job, parent, entry.name, directory))
@@ -251,6 +262,23 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     const bool ownsSomething = readDirectory(job, directory, nested);
     if (ownsSomething && !(job.request.readsOnRequest && nested.empty()))
         members.push_back({pool_.text(entry.name), RegistryValue::dictionary(std::move(nested))});
+}
+
+// The one attribute that states and planes depend on, without listing the others.
+void ObjectReader::readPower(Job &job, const Directory &device, RegistryValue::Members &members)
+{
+    const QByteArray name = "power/runtime_status";
+    QByteArray reason;
+    const auto bytes = readBytes(job, device, name, textLimit, reason);
+    if (recordsFiles_ && !RawObject::isUnanswered(reason))
+        job.result.filesRead.push_back(device.path.child(name));
+    if (bytes)
+        members.push_back({pool_.text("power"),
+                           RegistryValue::dictionary({{pool_.text("runtime_status"),
+                                                       parseAttribute(name, *bytes, pool_)}})});
+    else if (!reason.isEmpty())
+        job.noteUnread(device, name, reason);
+    job.unanswered += reason == RawObject::noAnswer;
 }
 
 void ObjectReader::addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
@@ -379,12 +407,16 @@ void ObjectReader::readLink(Job &job, const Directory &directory, const SysfsRoo
         object.driverLinkInode = entry.inode;
 }
 
-bool ObjectReader::mayRead(Job &job, const Directory &directory, const QByteArray &name)
+bool ObjectReader::mayRead(Job &job, const Directory &directory, const QByteArray &name) const
 {
     using Rule = AttributePolicy::Rule;
     const Request &request = job.request;
     const QByteArray &asked = request.attribute;
     if (!asked.isNull() && asked != join(directory.below, name))
+        return false;
+    if (detail_ == ReadingDetail::Structure &&
+        !StructuralAttributes::contains(job.result.object, job.subsystem, job.hasModalias,
+                                        join(directory.below, name)))
         return false;
     const Rule rule = job.policy.rule(directory.below, name);
     const auto leaveOut = [&](const QByteArray &why) {

@@ -4,6 +4,7 @@
 #include "model/linux/AttributeParser.h"
 #include "model/linux/AttributePolicy.h"
 #include "model/linux/RawObject.h"
+#include "model/linux/ReadingDetail.h"
 #include "model/linux/SysfsRoot.h"
 
 #include <memory>
@@ -51,7 +52,7 @@ public:
 
     // Directories in forcedDevices are devices even without a uevent file.
     ObjectReader(const SysfsRoot &root, const QSet<SysfsPath> &forcedDevices, Watch &watch,
-                 bool recordsFiles);
+                 bool recordsFiles, ReadingDetail detail = ReadingDetail::Everything);
     ~ObjectReader();
 
     Result read(const Request &request);
@@ -64,6 +65,7 @@ private:
     void readHeader(Job &job, const Directory &directory);
     void readSubdirectory(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RegistryValue::Members &members);
+    void readPower(Job &job, const Directory &device, RegistryValue::Members &members);
     static void addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RawObject::Kind kind);
     std::optional<RawObject::Kind> objectKind(const Job &job, const Directory &parent,
@@ -75,7 +77,7 @@ private:
                   RegistryValue::Members &members);
     static bool isConfig(const Directory &directory, const QByteArray &name);
     // Whether policy and request allow reading it; notes what is left out.
-    static bool mayRead(Job &job, const Directory &directory, const QByteArray &name);
+    bool mayRead(Job &job, const Directory &directory, const QByteArray &name) const;
     void readMembersOfBus(Job &job, const Directory &devices);
     void readDriversOfBus(Job &job, const Directory &drivers);
     bool isDevice(const Directory &itself) const;
@@ -94,6 +96,7 @@ private:
     const QSet<SysfsPath> &forcedDevices_;
     Watch &watch_;
     bool recordsFiles_;
+    ReadingDetail detail_;
     TextPool pool_;
     std::unique_ptr<char[]> buffer_;
 };

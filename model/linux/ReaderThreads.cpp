@@ -167,7 +167,8 @@ void ReaderThreads::work(Progress &progress)
 {
     StepWatch watch(*this, progress);
     try {
-        ObjectReader reader(*plan_.root, plan_.forcedDevices, watch, plan_.recordsFiles);
+        ObjectReader reader(*plan_.root, plan_.forcedDevices, watch, plan_.recordsFiles,
+                            plan_.detail);
         Request request;
         while (takeRequest(progress, request))
             deliver(reader.read(request));
@@ -325,7 +326,7 @@ void ReaderThreads::readRestWithoutAttributes(std::unique_lock<std::mutex> &lock
 {
     qCWarning(modelLog, "Too many devices do not answer: the rest is read without attributes");
     NoWatch watch;
-    ObjectReader reader(*plan_.root, plan_.forcedDevices, watch, plan_.recordsFiles);
+    ObjectReader reader(*plan_.root, plan_.forcedDevices, watch, plan_.recordsFiles, plan_.detail);
     while (!isOver_ && !queue_.empty()) {
         Request request = std::move(queue_.back());
         queue_.pop_back();

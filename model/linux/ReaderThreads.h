@@ -30,7 +30,8 @@ public:
         unsigned threads = 1;
         bool interrupts = true; // false: as if no hanging step could be interrupted
         bool recordsFiles = false;
-        bool isRecursive = true;                 // continue with the objects found below
+        bool isRecursive = true; // continue with the objects found below
+        ReadingDetail detail = ReadingDetail::Everything;
         std::shared_ptr<SlowStep> slowStep = {}; // null: not watched
     };
 

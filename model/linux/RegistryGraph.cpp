@@ -58,8 +58,9 @@ quint32 ownBusyCount(const HostObject &object, const UdevDatabase &udev)
 }
 } // namespace
 
-RegistryGraph::RegistryGraph(ObjectTable objects, UdevDatabase &udev)
-    : objects_(std::move(objects))
+RegistryGraph::RegistryGraph(ObjectTable objects, UdevDatabase &udev, ReadingDetail detail)
+    : detail_(detail)
+    , objects_(std::move(objects))
 {
     const PlaneEdges edges = planeEdges(objects_);
     arrange(edges);
@@ -244,7 +245,9 @@ void RegistryGraph::distinguishSiblings(Plane plane)
 void RegistryGraph::finish(HostObject &object, UdevDatabase &udev)
 {
     if (object.kind == Kind::Device) {
-        RegistryValue record = udev.record(object);
+        const bool isRecordNeeded =
+            detail_ == ReadingDetail::Everything || UdevDatabase::expectsRecord(object);
+        RegistryValue record = isRecordNeeded ? udev.record(object) : RegistryValue();
         object.isAnnounced = !record.isNone() || !UdevDatabase::expectsRecord(object);
         object.ownBusyCount = ::ownBusyCount(object, udev);
         if (!record.isNone())
@@ -256,6 +259,18 @@ void RegistryGraph::finish(HostObject &object, UdevDatabase &udev)
         insertMember(object.members, QLatin1String("DxRefusedParents"),
                      arrayOf(object.refusedParents));
     object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
+}
+
+void RegistryGraph::addWhole(int index, RawObject read, const RequestedAttributes &requested,
+                             UdevDatabase &udev)
+{
+    HostObject &object = objects_.at(index);
+    object.members = std::move(read.members);
+    object.unread = std::move(read.unread);
+    requested.addTo(object);
+    const ReadingDetail before = std::exchange(detail_, ReadingDetail::Everything);
+    finish(object, udev);
+    detail_ = before;
 }
 
 void RegistryGraph::addRequested(int index, const RequestedAttributes &requested)

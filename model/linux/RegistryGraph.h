@@ -3,6 +3,7 @@
 
 #include "model/linux/AcyclicEdges.h"
 #include "model/linux/ObjectTable.h"
+#include "model/linux/ReadingDetail.h"
 
 #include <array>
 #include <span>
@@ -14,7 +15,8 @@ class UdevDatabase;
 class RegistryGraph
 {
 public:
-    RegistryGraph(ObjectTable objects, UdevDatabase &udev);
+    RegistryGraph(ObjectTable objects, UdevDatabase &udev,
+                  ReadingDetail detail = ReadingDetail::Everything);
 
     int count() const { return objects_.count(); }
     const HostObject &at(int index) const { return objects_.at(index); }
@@ -42,6 +44,10 @@ public:
     // Adds what was read since. Properties already handed out do not change.
     void addRequested(int index, const RequestedAttributes &requested);
 
+    // Replaces the properties of an object of which only the structure was read.
+    void addWhole(int index, RawObject read, const RequestedAttributes &requested,
+                  UdevDatabase &udev);
+
 private:
     struct Children
     {
@@ -61,6 +67,7 @@ private:
     void countBusyChildren();
     std::array<size_t, 2> digest(int index) const;
 
+    ReadingDetail detail_;
     quint64 reading_ = 0;
     ObjectTable objects_;
     QHash<quint64, int> byID_;

@@ -56,6 +56,11 @@ RawObject TreeReader::readObject(const Request &request, const std::stop_token &
     return objects.empty() ? RawObject() : std::move(objects.front());
 }
 
+std::vector<RawObject> TreeReader::readObjects(std::vector<Request> requests)
+{
+    return run(std::move(requests), false).objects;
+}
+
 std::vector<Request> TreeReader::firstRequests(std::vector<RawObject::Unread> &unread) const
 {
     std::vector<Request> requests;
@@ -96,18 +101,19 @@ std::vector<Request> TreeReader::firstRequests(std::vector<RawObject::Unread> &u
 TreeContents TreeReader::run(std::vector<Request> requests, bool isRecursive,
                              const std::stop_token &stop)
 {
-    const auto threads =
-        std::make_shared<ReaderThreads>(ReaderThreads::Plan{.root = root_,
-                                                            .forcedDevices = forcedDevices_,
-                                                            .blockedPaths = blockedPaths_,
-                                                            .threadsLeftBehind = threadsLeftBehind_,
-                                                            .patience = options_.patience,
-                                                            .threads = options_.threads,
-                                                            .interrupts = options_.interrupts,
-                                                            .recordsFiles = options_.recordsFiles,
-                                                            .isRecursive = isRecursive,
-                                                            .slowStep = slowStep_},
-                                        std::move(requests));
+    const auto threads = std::make_shared<ReaderThreads>(
+        ReaderThreads::Plan{.root = root_,
+                            .forcedDevices = forcedDevices_,
+                            .blockedPaths = blockedPaths_,
+                            .threadsLeftBehind = threadsLeftBehind_,
+                            .patience = options_.patience,
+                            .threads = options_.threads,
+                            .interrupts = options_.interrupts,
+                            .recordsFiles = options_.recordsFiles,
+                            .isRecursive = isRecursive,
+                            .detail = isRecursive ? options_.detail : ReadingDetail::Everything,
+                            .slowStep = slowStep_},
+        std::move(requests));
     TreeContents contents = threads->perform(stop);
     blockedPaths_ = threads->blockedPaths();
     return contents;

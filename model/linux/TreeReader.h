@@ -23,6 +23,7 @@ public:
         std::chrono::milliseconds patience{2000};
         bool interrupts = true; // hanging steps; false: as if interrupting did not help
         bool recordsFiles = false;
+        ReadingDetail detail = ReadingDetail::Everything; // of whole trees
     };
 
     explicit TreeReader(std::shared_ptr<const SysfsRoot> root);
@@ -38,6 +39,9 @@ public:
 
     // Empty when the object is gone.
     RawObject readObject(const ObjectReader::Request &request, const std::stop_token &stop = {});
+    // Without those that are gone, in no particular order.
+    std::vector<RawObject> readObjects(std::vector<ObjectReader::Request> requests);
+    ReadingDetail detail() const { return options_.detail; }
 
 private:
     TreeContents runFromTop(const std::stop_token &stop);

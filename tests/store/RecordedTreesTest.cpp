@@ -56,6 +56,29 @@ void check(const CapturedTree &tree)
     EXPECT_TRUE(encoded(*DataStoreDecoder::decode(again)) == again);
 }
 
+// A reading of the structure differs in properties only, until they are read, too.
+void checkStructure(const QString &sysfs, bool isStill = true)
+{
+    TreeReader::Options options;
+    options.recordsFiles = true;
+    const CapturedTree whole = CapturedTree::capture(sysfs, options);
+    options.detail = ReadingDetail::Structure;
+    const CapturedTree tree = CapturedTree::capture(sysfs, options);
+    const std::string text = StorePrinter::structure(*tree.store);
+    const std::string expected = StorePrinter::structure(*whole.store);
+    EXPECT_TRUE(text == expected) << firstDifference(text, expected);
+    EXPECT_LT(tree.service->filesRead().size(), whole.service->filesRead().size());
+    if (!isStill)
+        return;
+    std::vector<TavRegistryEntry *> entries;
+    for (const EntryRef &entry : tree.store->registryEntries())
+        entries.push_back(entry.get());
+    tree.store->readWhole(entries);
+    const std::string read = StorePrinter::registry(*tree.store);
+    const std::string all = StorePrinter::registry(*whole.store);
+    EXPECT_TRUE(read == all) << firstDifference(read, all);
+}
+
 // Trees recorded on other machines are not part of the project: their archives NAME.tar.xz are
 // looked for here.
 QString archiveFolder()
@@ -106,6 +129,7 @@ TEST_P(RecordedTree, IsARegistryWithItsKnownDevice)
     const CapturedTree tree = CapturedTree::capture(folder + QStringLiteral("/sys"));
     check(tree);
     EXPECT_TRUE(tree.at(GetParam().path));
+    checkStructure(folder + QStringLiteral("/sys"));
 }
 
 const Recorded recordedTrees[] = {
@@ -132,10 +156,14 @@ TEST(Fixtures, AreRegistries)
 {
     check(CapturedTree::fixture("synthetic"));
     check(CapturedTree::fixture("virtio-vm"));
+    for (const char *const name : {"synthetic", "virtio-vm"})
+        checkStructure(QStringLiteral(VANDREL_SOURCE_DIR "/tests/fixtures/%1/sys")
+                           .arg(QString::fromLatin1(name)));
 }
 
 TEST(LiveHost, IsARegistry)
 {
     check(CapturedTree::capture(QStringLiteral("/sys")));
+    checkStructure(QStringLiteral("/sys"), false);
 }
 } // namespace

@@ -102,6 +102,16 @@ std::string StorePrinter::planes(const TavDataStore &store)
 
 std::string StorePrinter::registry(const TavDataStore &store)
 {
+    return registry(store, true);
+}
+
+std::string StorePrinter::structure(const TavDataStore &store)
+{
+    return registry(store, false);
+}
+
+std::string StorePrinter::registry(const TavDataStore &store, bool hasProperties)
+{
     Places tags;
     for (const EntryRef &entry : store.registryEntries())
         tags.insert(entry.get(), entry->entryTag());
@@ -110,7 +120,8 @@ std::string StorePrinter::registry(const TavDataStore &store)
         QString text = factsText(*entry);
         for (const QString &plane : store.registryPlanes())
             text += planeText(*entry, plane, tags) + u'\n';
-        entries[entry->entryTag()] = text.toStdString() + propertiesText(*entry);
+        entries[entry->entryTag()] =
+            text.toStdString() + (hasProperties ? propertiesText(*entry) : "");
     }
     std::string whole = planes(store);
     for (const auto &[tag, text] : entries)

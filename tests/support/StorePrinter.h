@@ -15,4 +15,8 @@ public:
     // and all facts of every entry.
     static std::string planes(const TavDataStore &store);
     static std::string registry(const TavDataStore &store);
+    static std::string structure(const TavDataStore &store); // the same without properties
+
+private:
+    static std::string registry(const TavDataStore &store, bool hasProperties);
 };
