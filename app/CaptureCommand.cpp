@@ -21,7 +21,7 @@ CaptureCommand::ExitCode CaptureCommand::run(const CommandLine &line)
     const auto service = TavApplicationDelegate::openRegistry(line, &error);
     if (!service)
         return fail(NoRegistry, error);
-    const auto store = TavDataStore::initFromDxRegistry(*service);
+    const auto store = TavDataStore::captureOnce(*service);
     if (!store || !store->registryRoot())
         return fail(NoRegistry, CaptureCommand::tr("The registry cannot be read."));
     if (const QString problem = SnapshotCapture::write(*store, line.captureFile); !problem.isNull())

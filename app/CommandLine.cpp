@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/CommandLine.h"
 
+#include "cli/ManualPage.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
@@ -43,18 +45,24 @@ public:
     {
         parser_.setApplicationDescription(
             tr("Shows the devices and drivers that the Linux kernel knows of."));
-        parser_.addOptions({sysfs_, theme_, plane_, select_, screenshot_, capture_, newInstance_,
-                            help_, version_});
-        parser_.addPositionalArgument(QStringLiteral("FILE"),
-                                      tr("Documents to open instead of this machine's registry. "
-                                         "Without options, the program that runs already opens "
-                                         "them."),
-                                      tr("[FILE…]"));
+        parser_.addOptions(options());
+        parser_.addPositionalArgument(QStringLiteral("FILE"), fileHelp(), tr("[FILE…]"));
     }
 
     CommandLine parse(const QStringList &arguments);
 
 private:
+    QList<QCommandLineOption> options() const
+    {
+        return {sysfs_,   theme_,       plane_, select_, screenshot_,
+                capture_, newInstance_, help_,  version_};
+    }
+    static QString fileHelp()
+    {
+        return tr("Documents to open instead of this machine's registry. Without options, the "
+                  "program that runs already opens them.");
+    }
+    QString manualPage() const; // of the same texts
     QString valueOrNull(const QCommandLineOption &option) const
     {
         return parser_.isSet(option) ? parser_.value(option) : QString();
@@ -93,8 +101,33 @@ private:
     QCommandLineParser parser_;
 };
 
+QString Parser::manualPage() const
+{
+    ManualPage page(QStringLiteral("vandrel"), tr("explore the kernel's device registry"));
+    page.addSection(tr("SYNOPSIS"));
+    page.addCommandLine(tr("vandrel [OPTION…] [FILE…]"));
+    page.addSection(tr("DESCRIPTION"));
+    page.addText(parser_.applicationDescription());
+    page.addSection(tr("OPTIONS"));
+    page.addItem(QStringLiteral("FILE"), fileHelp());
+    for (const QCommandLineOption &option : options()) {
+        QStringList names;
+        for (const QString &name : option.names())
+            names.append((name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + name);
+        QString term = names.join(QStringLiteral(", "));
+        if (!option.valueName().isEmpty())
+            term += u' ' + option.valueName();
+        page.addItem(term, option.description());
+    }
+    page.addSection(tr("SEE ALSO"));
+    page.addText(QStringLiteral("vandrel-cli(1)"));
+    return page.source();
+}
+
 CommandLine Parser::parse(const QStringList &arguments)
 {
+    if (arguments.mid(1) == QStringList{QStringLiteral("--manual")}) // for the build
+        return message(manualPage());
     if (!parser_.parse(arguments))
         return failure(parser_.errorText());
     if (parser_.isSet(help_))

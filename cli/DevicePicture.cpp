@@ -9,11 +9,13 @@ namespace {
 const QString servicePlane = QStringLiteral("DxService");
 const QString deviceClass = QStringLiteral("DxDevice");
 const QString bindingClass = QStringLiteral("DxBinding");
+const QString busClass = QStringLiteral("DxBus");
+const QString classClass = QStringLiteral("DxClass");
 
 QString driverOf(const TavRegistryEntry &device)
 {
     for (const TavRegistryEntry *const child : device.childrenInPlane(servicePlane)) {
-        if (child->inheritance().contains(bindingClass) && !child->hasTerminationDate())
+        if (child->inheritance().contains(bindingClass))
             return child->nameInPlane(servicePlane);
     }
     return {};
@@ -26,17 +28,30 @@ DevicePicture::DevicePicture(TavDataStore &store, const FilterExpression *filter
     if (filter)
         matches = FindCommand::matches(store, *filter);
     for (const EntryRef &entry : store.registryEntries()) {
-        if (entry->hasTerminationDate() || !entry->inheritance().contains(deviceClass))
-            continue;
-        devices_.insert(entry->kernelPath(),
-                        {entry->entryTag(), EntrySummary::path(*entry, servicePlane),
-                         driverOf(*entry), entry->table(),
-                         !filter || matches.contains(entry.get())});
+        const QString &className = entry->DxcoreClass();
+        if (className == busClass || className == classClass)
+            addSubsystem(EntryLocator::kernelName(*entry).toUtf8());
+        else if (entry->inheritance().contains(deviceClass))
+            add(entry->kernelPath(),
+                {entry->entryTag(), EntrySummary::path(*entry, servicePlane), driverOf(*entry),
+                 entry->table(), !filter || matches.contains(entry.get())});
     }
+}
+
+void DevicePicture::add(const QString &kernelPath, const Device &device)
+{
+    devices_.insert(kernelPath, device);
+    kernelPaths_.insert(device.id, kernelPath);
 }
 
 const DevicePicture::Device *DevicePicture::at(const QString &kernelPath) const
 {
     const auto found = devices_.constFind(kernelPath);
     return found == devices_.constEnd() ? nullptr : &*found;
+}
+
+const DevicePicture::Device *DevicePicture::withID(quint64 id) const
+{
+    const auto found = kernelPaths_.constFind(id);
+    return found == kernelPaths_.constEnd() ? nullptr : at(*found);
 }

@@ -4,6 +4,7 @@
 #include "model/RegistryValue.h"
 
 #include <QHash>
+#include <QSet>
 
 class FilterExpression;
 class TavDataStore;
@@ -21,12 +22,20 @@ public:
         bool isMatch = true; // of the filter
     };
 
+    DevicePicture() = default;
     // Null filter: all are matches.
     DevicePicture(TavDataStore &store, const FilterExpression *filter);
 
     const QHash<QString, Device> &devices() const { return devices_; }
+    void add(const QString &kernelPath, const Device &device);
+    void addSubsystem(const QByteArray &name) { subsystems_.insert(name); }
+
     const Device *at(const QString &kernelPath) const; // null: none
+    const Device *withID(quint64 id) const;            // null: none
+    bool hasSubsystem(const QByteArray &name) const { return subsystems_.contains(name); }
 
 private:
     QHash<QString, Device> devices_;
+    QHash<quint64, QString> kernelPaths_; // by ID
+    QSet<QByteArray> subsystems_;         // buses and classes
 };

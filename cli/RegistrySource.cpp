@@ -57,10 +57,16 @@ std::shared_ptr<TavDataStore> RegistrySource::shareStore(Need need)
         return store_;
     }
     service_ = openService(sysfs_, need);
-    store_ = TavDataStore::initFromDxRegistry(*service_);
+    reread();
+    return store_;
+}
+
+TavDataStore &RegistrySource::reread()
+{
+    store_ = TavDataStore::captureOnce(*service_);
     if (!store_ || !store_->registryRoot())
         throw CommandError{tr("The registry cannot be read.")};
-    return store_;
+    return *store_;
 }
 
 TavDataStore &RegistrySource::store(Need need)

@@ -24,6 +24,7 @@ public:
     // Reads it at the first call. Throws CommandError.
     TavDataStore &store(Need need);
     std::shared_ptr<TavDataStore> shareStore(Need need);
+    TavDataStore &reread(); // not of a snapshot; the store before is gone
     void readWhole(std::span<TavRegistryEntry *const> entries);
 
     // The registry of the running kernel, which sends events.

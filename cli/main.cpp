@@ -2,6 +2,8 @@
 #include "cli/Program.h"
 
 #include <QCoreApplication>
+#include <cstdio>
+#include <cstdlib>
 
 int main(int argc, char **argv)
 {
@@ -11,5 +13,8 @@ int main(int argc, char **argv)
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
-    return static_cast<int>(Program::run(arguments));
+    const ExitCode code = Program::run(arguments);
+    std::fflush(nullptr);
+    // Taking down what is left would take as long as many a command.
+    std::_Exit(static_cast<int>(code));
 }

@@ -57,6 +57,19 @@ TavDataStore::initFromDxRegistry(RegistryService &service,
     return store;
 }
 
+std::unique_ptr<TavDataStore> TavDataStore::captureOnce(RegistryService &service)
+{
+    std::unique_ptr<TavDataStore> store(new TavDataStore);
+    store->isLive_ = true;
+    store->service_ = store->bundleService_ = &service;
+    store->readMachineFacts();
+    if (!store->update())
+        return nullptr;
+    for (const EntryRef &entry : store->registryEntries_)
+        entry->clearIsNew();
+    return store;
+}
+
 void TavDataStore::readMachineFacts()
 {
     const HostInformation host = service_->hostInformation();

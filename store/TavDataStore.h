@@ -25,6 +25,8 @@ public:
     static std::unique_ptr<TavDataStore>
     initFromDxRegistry(RegistryService &service,
                        std::shared_ptr<TavDataStoreDelegate> delegate = nullptr);
+    // The same for one look: hears of no changes, and an update finds no terminations.
+    static std::unique_ptr<TavDataStore> captureOnce(RegistryService &service);
     ~TavDataStore() override;
     TavDataStore(const TavDataStore &) = delete;
     TavDataStore &operator=(const TavDataStore &) = delete;

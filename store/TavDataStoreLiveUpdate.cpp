@@ -103,7 +103,7 @@ void TavDataStore::endNotifications()
     forget(live_.autoupdateTimer);
     forget(live_.autoupdateBusyTimer);
     forget(live_.pollTimer);
-    if (!service_)
+    if (!service_ || live_.dxcoreNotificationPort == 0)
         return;
     service_->removeFromRunLoop(live_.dxcoreNotificationVornPort);
     service_->destroyNotificationPort(live_.dxcoreNotificationPort);

@@ -23,6 +23,7 @@ using namespace std::chrono_literals;
 using Action = DeviceEvent::Action;
 
 const QString servicePlane = QStringLiteral("DxService");
+const QString timeFormat = QStringLiteral("hh:mm:ss.zzz  ");
 constexpr auto settleTime = 30ms;    // without an event, before the registry is read
 constexpr auto longestDelay = 300ms; // of an event, in a flood of them
 
@@ -68,23 +69,6 @@ Woken wait(int events, int endSignals, std::chrono::milliseconds timeout)
     return count > 0 && descriptors[0].revents != 0 ? Woken::ByEvent : Woken::ByTime;
 }
 } // namespace
-
-struct WatchCommand::Change
-{
-    Action action;
-    QDateTime time;
-    QString kernelPath;
-    const Device *before; // null: it was not there
-    const Device *after;  // null: it is gone
-
-    const Device *device() const { return after ? after : before; }
-    QString path() const { return device() ? device()->path : kernelPath; }
-    QString driver() const
-    {
-        const Device *const bound = action == Action::Unbind ? before : after;
-        return bound ? bound->driver : QString();
-    }
-};
 
 CommandDescription WatchCommand::description() const
 {
@@ -134,13 +118,13 @@ ExitCode WatchCommand::run(const CommandInput &input, RegistrySource &source, Co
         source.store(filter_ || showsProperties_ ? Need::Properties : Need::Structure);
     output.describe(store);
     choose(input.arguments().value(0), store);
-    picture_.emplace(store, filter_ ? &*filter_ : nullptr);
+    changes_.emplace(picture(store));
     std::fprintf(stderr, "%s\n", qUtf8Printable(tr("Watching. End with Ctrl+C.")));
     std::optional<Clock::time_point> end;
     if (seconds)
         end = Clock::now() +
               std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(*seconds));
-    follow(*events, endSignals.descriptor(), store, end, output);
+    follow(*events, endSignals.descriptor(), source, end, output);
     return reported_ > 0 ? ExitCode::Found : ExitCode::Nothing;
 }
 
@@ -158,19 +142,23 @@ void WatchCommand::choose(const QString &path, const TavDataStore &store)
     }
 }
 
-void WatchCommand::follow(DeviceEventSource &events, int endSignals, TavDataStore &store,
+DevicePicture WatchCommand::picture(TavDataStore &store) const
+{
+    return {store, filter_ ? &*filter_ : nullptr};
+}
+
+void WatchCommand::follow(DeviceEventSource &events, int endSignals, RegistrySource &source,
                           std::optional<Clock::time_point> end, CommandOutput &output)
 {
-    std::vector<Event> received;
+    std::vector<DeviceChanges::Message> received;
     Clock::time_point first;
     bool isLost = false;
-    while (true) {
-        const auto now = Clock::now();
+    bool isEnd = false;
+    while (!isEnd) {
         const bool isPending = !received.empty() || isLost;
-        const bool isOver = end && now >= *end;
         auto timeout = std::chrono::milliseconds(isPending ? settleTime : 1h);
         if (end)
-            timeout = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(*end - now),
+            timeout = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(*end - Clock::now()),
                                  std::chrono::milliseconds(0), timeout);
         const Woken woken = wait(events.descriptor(), endSignals, timeout);
         if (woken == Woken::ByEvent) {
@@ -178,22 +166,23 @@ void WatchCommand::follow(DeviceEventSource &events, int endSignals, TavDataStor
                 first = Clock::now();
             isLost = !receive(events, received) || isLost;
         }
-        const bool isEnd = woken == Woken::ByEnd || isOver;
+        isEnd = woken == Woken::ByEnd || (end && Clock::now() >= *end);
         const bool isSettled = woken != Woken::ByEvent || Clock::now() - first > longestDelay;
-        if ((isPending && isSettled) || isEnd) {
-            if (isLost)
-                reportLoss(store, output);
-            else if (!received.empty())
-                report(received, store, output);
-            received.clear();
-            isLost = false;
+        if ((received.empty() && !isLost) || !(isSettled || isEnd))
+            continue;
+        if (isLost) {
+            const QDateTime time = QDateTime::currentDateTimeUtc();
+            writeLoss(time, output);
+            write(changes_->afterLoss(time, picture(source.reread())), output);
+        } else {
+            write(changes_->after(received, picture(source.reread())), output);
         }
-        if (isEnd)
-            return;
+        received.clear();
+        isLost = false;
     }
 }
 
-bool WatchCommand::receive(DeviceEventSource &events, std::vector<Event> &received)
+bool WatchCommand::receive(DeviceEventSource &events, std::vector<DeviceChanges::Message> &received)
 {
     constexpr std::size_t most = 10'000; // then they are printed first
     DeviceEvent event;
@@ -211,90 +200,53 @@ bool WatchCommand::receive(DeviceEventSource &events, std::vector<Event> &receiv
     return true;
 }
 
-void WatchCommand::report(const std::vector<Event> &events, TavDataStore &store,
-                          CommandOutput &output)
+// What came and went between two readings is known by its message only.
+bool WatchCommand::isWanted(const DeviceChange &change) const
 {
-    store.update();
-    DevicePicture fresh(store, filter_ ? &*filter_ : nullptr);
-    store.clearTerminatedObjects();
-    QSet<QString> compared;
-    for (const auto &[event, time] : events) {
-        const QString path = QStringLiteral("/sys/") + event.path.toString();
-        Change change{event.action, time, path, picture_->at(path), fresh.at(path)};
-        // Several messages of one device share its differences.
-        if (compared.contains(path) && change.after)
-            change.before = change.after;
-        compared.insert(path);
-        add(change, output);
+    const auto isWantedDevice = [&](const DeviceChange::Device &device) {
+        const auto isBelow = [&](const QString &top) {
+            return device.path == top || device.path.startsWith(top + u'/');
+        };
+        return device.isMatch &&
+               (tops_.isEmpty() || std::any_of(tops_.begin(), tops_.end(), isBelow));
+    };
+    if (!change.device())
+        return !filter_ && tops_.isEmpty();
+    return (change.before && isWantedDevice(*change.before)) ||
+           (change.after && isWantedDevice(*change.after));
+}
+
+void WatchCommand::write(const std::vector<DeviceChange> &changes, CommandOutput &output)
+{
+    for (const DeviceChange &change : changes) {
+        if (!isWanted(change))
+            continue;
+        ++reported_;
+        if (output.isText())
+            writeText(change, output);
+        else
+            writeJson(change, output);
     }
-    picture_ = std::move(fresh);
     output.flush();
 }
 
-void WatchCommand::reportLoss(TavDataStore &store, CommandOutput &output)
+void WatchCommand::writeLoss(const QDateTime &time, CommandOutput &output)
 {
-    const QDateTime time = QDateTime::currentDateTimeUtc();
-    store.update();
-    DevicePicture fresh(store, filter_ ? &*filter_ : nullptr);
-    store.clearTerminatedObjects();
-    if (output.isText()) {
-        output.add(time.toLocalTime().toString(QStringLiteral("hh:mm:ss.zzz  ")));
-        output.add(tr("lost      some messages of the kernel; what follows is found by comparing"),
-                   TextRole::Match);
-        output.endLine();
-    } else {
-        output.addResult([&](JsonWriter &json) {
+    if (!output.isText())
+        return output.addResult([&](JsonWriter &json) {
             json.member(QLatin1String("time"), time);
             json.member(QLatin1String("event"), QStringLiteral("lost"));
         });
-    }
-    const auto &before = picture_->devices();
-    for (auto it = before.cbegin(); it != before.cend(); ++it) {
-        const Device *const after = fresh.at(it.key());
-        if (!after || after->id != it->id)
-            add({Action::Remove, time, it.key(), &*it, nullptr}, output);
-        else if (after->driver != it->driver)
-            add({after->driver.isNull() ? Action::Unbind : Action::Bind, time, it.key(), &*it,
-                 after},
-                output);
-    }
-    const auto &now = fresh.devices();
-    for (auto it = now.cbegin(); it != now.cend(); ++it) {
-        const Device *const known = picture_->at(it.key());
-        if (!known || known->id != it->id)
-            add({Action::Add, time, it.key(), nullptr, &*it}, output);
-    }
-    picture_ = std::move(fresh);
-    output.flush();
+    output.add(time.toLocalTime().toString(timeFormat));
+    output.add(tr("lost      some messages of the kernel; what follows is found by comparing"),
+               TextRole::Match);
+    output.endLine();
 }
 
-bool WatchCommand::isWanted(const Device &device) const
-{
-    const auto isBelow = [&](const QString &top) {
-        return device.path == top || device.path.startsWith(top + u'/');
-    };
-    return device.isMatch && (tops_.isEmpty() || std::any_of(tops_.begin(), tops_.end(), isBelow));
-}
-
-// What came and went between two readings is not known but by its message.
-void WatchCommand::add(const Change &change, CommandOutput &output)
-{
-    const bool isWantedDevice =
-        (change.before && isWanted(*change.before)) || (change.after && isWanted(*change.after));
-    const bool isUnknown = !change.before && !change.after;
-    if (!isWantedDevice && !(isUnknown && !filter_ && tops_.isEmpty()))
-        return;
-    ++reported_;
-    if (output.isText())
-        writeText(change, output);
-    else
-        writeJson(change, output);
-}
-
-void WatchCommand::writeText(const Change &change, CommandOutput &output) const
+void WatchCommand::writeText(const DeviceChange &change, CommandOutput &output) const
 {
     constexpr int wordWidth = 10;
-    output.add(change.time.toLocalTime().toString(QStringLiteral("hh:mm:ss.zzz  ")));
+    output.add(change.time.toLocalTime().toString(timeFormat));
     output.add(QString::fromLatin1(wordOf(change.action)).leftJustified(wordWidth),
                roleOf(change.action));
     output.add(change.path(), TextRole::Name);
@@ -315,12 +267,12 @@ void WatchCommand::writeText(const Change &change, CommandOutput &output) const
     }
 }
 
-void WatchCommand::writeJson(const Change &change, CommandOutput &output) const
+void WatchCommand::writeJson(const DeviceChange &change, CommandOutput &output) const
 {
     output.addResult([&](JsonWriter &json) {
         json.member(QLatin1String("time"), change.time);
         json.member(QLatin1String("event"), QString::fromLatin1(wordOf(change.action)));
-        if (const Device *const device = change.device()) {
+        if (const auto *const device = change.device()) {
             json.member(QLatin1String("id"), QString::number(device->id));
             json.member(QLatin1String("path"), device->path);
         }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/Command.h"
-#include "cli/DevicePicture.h"
+#include "cli/DeviceChanges.h"
 #include "model/linux/DeviceEventSource.h"
 #include "store/filter/FilterExpression.h"
 
@@ -20,28 +20,22 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    using Device = DevicePicture::Device;
-    struct Event
-    {
-        DeviceEvent event;
-        QDateTime time;
-    };
-    struct Change; // a line
 
     void choose(const QString &path, const TavDataStore &store);
-    void follow(DeviceEventSource &events, int endSignals, TavDataStore &store,
+    DevicePicture picture(TavDataStore &store) const;
+    void follow(DeviceEventSource &events, int endSignals, RegistrySource &source,
                 std::optional<Clock::time_point> end, CommandOutput &output);
-    bool receive(DeviceEventSource &events, std::vector<Event> &received); // false: some were lost
-    void report(const std::vector<Event> &events, TavDataStore &store, CommandOutput &output);
-    void reportLoss(TavDataStore &store, CommandOutput &output);
-    bool isWanted(const Device &device) const;
-    void add(const Change &change, CommandOutput &output);
-    void writeText(const Change &change, CommandOutput &output) const;
-    void writeJson(const Change &change, CommandOutput &output) const;
+    // False: some were lost.
+    static bool receive(DeviceEventSource &events, std::vector<DeviceChanges::Message> &received);
+    bool isWanted(const DeviceChange &change) const;
+    void write(const std::vector<DeviceChange> &changes, CommandOutput &output);
+    static void writeLoss(const QDateTime &time, CommandOutput &output);
+    void writeText(const DeviceChange &change, CommandOutput &output) const;
+    void writeJson(const DeviceChange &change, CommandOutput &output) const;
 
     std::optional<FilterExpression> filter_;
     QStringList tops_; // paths; empty: everything
     bool showsProperties_ = false;
-    std::optional<DevicePicture> picture_;
+    std::optional<DeviceChanges> changes_;
     quint64 reported_ = 0;
 };

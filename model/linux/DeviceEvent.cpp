@@ -44,12 +44,15 @@ std::optional<DeviceEvent> DeviceEvent::parse(QByteArrayView action, QByteArrayV
 {
     if (action.isEmpty() || !isPlainPath(devicePath))
         return std::nullopt;
-    return DeviceEvent{actionNamed(action), SysfsPath(devicePath.sliced(1).toByteArray())};
+    return DeviceEvent{actionNamed(action), SysfsPath(devicePath.sliced(1).toByteArray()), {}};
 }
 
 std::optional<DeviceEvent> DeviceEvent::fromDevice(udev_device *device)
 {
     const char *const action = udev_device_get_action(device);
     const char *const path = udev_device_get_devpath(device);
-    return parse(QByteArrayView(action), QByteArrayView(path));
+    auto event = parse(QByteArrayView(action), QByteArrayView(path));
+    if (event)
+        event->subsystem = udev_device_get_subsystem(device);
+    return event;
 }

@@ -14,6 +14,7 @@ struct DeviceEvent
 
     Action action = Action::Change;
     SysfsPath path;
+    QByteArray subsystem = {}; // null: unknown
 
     // None unless it names an object of a sysfs tree. The device path begins with a slash.
     static std::optional<DeviceEvent> parse(QByteArrayView action, QByteArrayView devicePath);
