@@ -15,6 +15,7 @@
 #include "platform/desktop/RecentDocumentsMenu.h"
 #include "platform/desktop/WindowSizeAutosave.h"
 #include "platform/desktop/WindowsMenu.h"
+#include "platform/host/PowerMessages.h"
 #include "platform/preferences/PreferenceKeys.h"
 #include "platform/runloop/RunLoop.h"
 #include "store/TavDataStore.h"
@@ -38,9 +39,12 @@ std::unique_ptr<RegistryService> TavApplicationDelegate::openRegistry(const Comm
                                                                       QString *error)
 {
     auto service = LinuxRegistryService::create(line.sysfsRoot);
-    if (!service)
+    if (!service) {
         *error = service.error().message();
-    return service ? std::move(*service) : nullptr;
+        return nullptr;
+    }
+    (*service)->setSleepMessagesFactory([] { return std::make_unique<PowerMessages>(); });
+    return std::move(*service);
 }
 
 TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> service)

@@ -16,6 +16,12 @@ CommandError unknownChoice(const QString &option, const QString &word, const QSt
     return usageError(CommandInput::tr("--%1 is one of %2, not \"%3\"")
                           .arg(option, choices.join(QLatin1String(", ")), word));
 }
+
+CommandError notANumber(const char *option, const QString &value)
+{
+    return usageError(CommandInput::tr("--%1 needs a number of 0 or more, not \"%2\"")
+                          .arg(QString::fromLatin1(option), value));
+}
 } // namespace
 
 const std::vector<OptionDescription> &CommandInput::commonOptions()
@@ -108,15 +114,24 @@ QStringList CommandInput::choices(const OptionDescription &option) const
     return words;
 }
 
-std::optional<double> CommandInput::number(const char *option, double least, double most) const
+std::optional<double> CommandInput::number(const char *option, double most) const
 {
     if (!isSet(option))
         return std::nullopt;
     bool isNumber = false;
     const double number = value(option).toDouble(&isNumber);
-    if (!isNumber || !(number >= least && number <= most))
-        throw usageError(tr("--%1 needs a number from %2 to %3, not \"%4\"")
-                             .arg(QString::fromLatin1(option), QString::number(least),
-                                  QString::number(most), value(option)));
+    if (!isNumber || !(number >= 0 && number <= most))
+        throw notANumber(option, value(option));
+    return number;
+}
+
+std::optional<quint32> CommandInput::wholeNumber(const char *option) const
+{
+    if (!isSet(option))
+        return std::nullopt;
+    bool isNumber = false;
+    const quint32 number = value(option).toUInt(&isNumber);
+    if (!isNumber)
+        throw notANumber(option, value(option));
     return number;
 }

@@ -25,8 +25,9 @@ public:
     }
     // The words of a value with commas; all of them if the option is not set.
     QStringList choices(const OptionDescription &option) const;
-    // Throws CommandError unless it is a number in this range; none if it is not set.
-    std::optional<double> number(const char *option, double least, double most) const;
+    // Throw CommandError unless it is a number of 0 or more; none if it is not set.
+    std::optional<double> number(const char *option, double most) const;
+    std::optional<quint32> wholeNumber(const char *option) const;
     QStringList arguments() const { return parser_.positionalArguments(); }
 
 private:

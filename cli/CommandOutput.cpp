@@ -110,13 +110,6 @@ void CommandOutput::addCount(quint64 count)
     addResult([&](JsonWriter &json) { json.numberMember(L1("count"), count); });
 }
 
-void CommandOutput::addValue(const RegistryValue &value)
-{
-    isBare_ = true;
-    json_.value(value);
-    json_.endDocument();
-}
-
 void CommandOutput::flush()
 {
     const bool isWritten = isText() ? text_.finish() : json_.finish();

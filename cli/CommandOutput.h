@@ -36,8 +36,8 @@ public:
     // JSON: the facts of the whole come before the first result.
     void describe(const TavDataStore &store);
     void addResult(const std::function<void(JsonWriter &)> &members);
-    void addCount(quint64 count);              // of results, instead of them
-    void addValue(const RegistryValue &value); // alone, without the document around it
+    void addCount(quint64 count);               // of results, instead of them
+    void leaveOutDocument() { isBare_ = true; } // standard output has something else
 
     void flush();
     // Writes the rest. Throws CommandError if the device failed at any time.
@@ -54,5 +54,5 @@ private:
     JsonWriter json_;
     QString host_;
     bool hasBegun_ = false;
-    bool isBare_ = false; // without the document around the results
+    bool isBare_ = false;
 };

@@ -7,6 +7,7 @@
 #include "cli/EntryColumn.h"
 #include "cli/HelpText.h"
 #include "cli/RegistrySource.h"
+#include "display/export/EscapedText.h"
 #include "store/filter/FilterFields.h"
 #include "store/filter/KeysOccurring.h"
 
@@ -169,8 +170,9 @@ QStringList Completion::candidates(const QStringList &words)
         return {}; // a registry that cannot be read
     }
     found.removeIf([&](const QString &candidate) {
-        return !candidate.startsWith(text) && candidate != askForFiles &&
-               candidate != askForFolders;
+        return escapedText(candidate) != candidate ||
+               (!candidate.startsWith(text) && candidate != askForFiles &&
+                candidate != askForFolders);
     });
     found.removeDuplicates();
     return found;

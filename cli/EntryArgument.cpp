@@ -19,6 +19,8 @@ EntryArgument::EntryArgument(const TavDataStore &store, const QString &text)
     }
     if (!entries_.empty())
         return;
+    if (text.isEmpty())
+        throw CommandError{tr("An empty path is no path of an entry")};
     const QString similar = isInPlane ? nearestPath(store, text) : nearest(store, text);
     throw CommandError{similar.isNull()
                            ? tr("There is no entry %1").arg(text)

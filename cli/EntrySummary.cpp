@@ -20,11 +20,17 @@ QString EntrySummary::path(const TavRegistryEntry &entry, const QString &plane)
 
 void EntrySummary::addMembers(JsonWriter &json, const TavRegistryEntry &entry, const QString &plane)
 {
+    addMembers(json, entry, plane, path(entry, plane));
+}
+
+void EntrySummary::addMembers(JsonWriter &json, const TavRegistryEntry &entry, const QString &plane,
+                              const QString &path)
+{
     const auto member = [&](const char *key, Fact fact) {
         json.member(QLatin1String(key), textOrNull(EntryFactTexts::text(fact, entry, plane)));
     };
     member("id", Fact::Identifier);
-    member("path", Fact::Path);
+    json.member(QLatin1String("path"), path);
     member("name", Fact::Name);
     member("class", Fact::Class);
     member("kernelPath", Fact::KernelPath);

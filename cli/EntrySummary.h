@@ -9,4 +9,7 @@ class TavRegistryEntry;
 namespace EntrySummary {
 QString path(const TavRegistryEntry &entry, const QString &plane);
 void addMembers(JsonWriter &json, const TavRegistryEntry &entry, const QString &plane);
+// The same with one of several paths.
+void addMembers(JsonWriter &json, const TavRegistryEntry &entry, const QString &plane,
+                const QString &path);
 } // namespace EntrySummary

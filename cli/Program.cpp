@@ -79,7 +79,10 @@ ExitCode Program::runCommand(const QStringList &arguments)
 
 CommandError Program::unknownCommand(const QString &name)
 {
-    const QString nearest = NearestText::among(CommandList::names(), name);
+    QStringList names = CommandList::names();
+    for (const OptionDescription &option : HelpText::programOptions())
+        names.append(QStringLiteral("--") + option.name);
+    const QString nearest = NearestText::among(names, name);
     const QString problem = tr("There is no command %1").arg(name);
     return {nearest.isNull() ? problem : tr("%1. The nearest is %2").arg(problem, nearest),
             ExitCode::WrongUsage};
@@ -105,7 +108,7 @@ ExitCode Program::perform(Command &command, const QStringList &arguments)
     const auto format = formatOf(input);
     Pager pager; // left last
     if (terminal.isTerminal && description.isPaged && format == CommandOutput::Format::Text &&
-        !input.isSet("no-pager") && !input.isSet("output"))
+        !input.isSet("no-pager"))
         pager.start();
     setUpDisplay();
     QFile device;

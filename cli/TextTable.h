@@ -3,8 +3,8 @@
 
 #include "cli/CommandOutput.h"
 
-// Rows with aligned columns. On a terminal, rows are cut at its width; elsewhere columns are
-// separated by a tab, for other programs.
+// Rows with aligned columns. On a terminal, long texts are shortened to its width; elsewhere
+// columns are separated by a tab, for other programs.
 class TextTable
 {
 public:
@@ -21,6 +21,7 @@ public:
 
 private:
     std::vector<qsizetype> widths() const;
+    static void fit(std::vector<qsizetype> &widths, qsizetype room);
     static void writeRow(const Row &row, const std::vector<qsizetype> &widths,
                          CommandOutput &output);
 

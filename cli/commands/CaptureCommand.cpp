@@ -41,7 +41,9 @@ ExitCode CaptureCommand::run(const CommandInput &input, RegistrySource &source,
     const QString incompleteness = SnapshotCapture::incompleteness(store);
     if (!incompleteness.isNull())
         std::fprintf(stderr, "vandrel-cli: %s\n", qUtf8Printable(incompleteness));
-    if (!output.isText() && file != QLatin1String("-")) {
+    if (file == QLatin1String("-")) {
+        output.leaveOutDocument();
+    } else if (!output.isText()) {
         output.addResult([&](JsonWriter &json) {
             json.member(QLatin1String("file"), file);
             json.numberMember(QLatin1String("entries"), store.registryEntries().size());

@@ -6,6 +6,7 @@
 #include "cli/NearestText.h"
 #include "cli/RegistrySource.h"
 #include "cli/TextTable.h"
+#include "platform/text/NaturalOrder.h"
 
 namespace {
 const QString servicePlane = QStringLiteral("DxService");
@@ -20,12 +21,20 @@ QString moduleName(const QString &name)
     return QString(name).replace(u'-', u'_');
 }
 
-// "bus/pci" for "/sys/bus/pci/drivers/e1000e"
+// "pci" for "/sys/bus/pci/drivers/e1000e"
 QString busOf(const TavRegistryEntry &driver)
 {
     return driver.kernelPath().section(u'/', 3, 3);
 }
 } // namespace
+
+struct DrivenCommand::Driven
+{
+    const TavRegistryEntry *device;
+    QString path;
+    QString driver;
+    QString bus;
+};
 
 CommandDescription DrivenCommand::description() const
 {
@@ -82,33 +91,44 @@ DrivenCommand::Entries DrivenCommand::drivers(const TavDataStore &store, const Q
                                         : tr("%1. The nearest is %2").arg(problem, nearest)};
 }
 
+std::vector<DrivenCommand::Driven> DrivenCommand::devices(const TavDataStore &store,
+                                                          const QString &name) const
+{
+    std::vector<Driven> devices;
+    for (const TavRegistryEntry *const driver : drivers(store, name)) {
+        for (const TavRegistryEntry *const binding : driver->childrenInPlane(driverPlane)) {
+            const auto &parents = binding->parentsInPlane(servicePlane);
+            if (!parents.empty())
+                devices.push_back({parents.front(),
+                                   EntrySummary::path(*parents.front(), servicePlane),
+                                   EntryLocator::kernelName(*driver), busOf(*driver)});
+        }
+    }
+    std::sort(devices.begin(), devices.end(), [](const Driven &a, const Driven &b) {
+        return compareNaturally(a.path, b.path) < 0;
+    });
+    return devices;
+}
+
 ExitCode DrivenCommand::run(const CommandInput &input, RegistrySource &source,
                             CommandOutput &output)
 {
     TavDataStore &store = source.store(RegistrySource::Need::Structure);
     output.describe(store);
     TextTable table;
-    ExitCode code = ExitCode::Nothing;
-    for (const TavRegistryEntry *const driver : drivers(store, input.arguments().constFirst())) {
-        for (const TavRegistryEntry *const binding : driver->childrenInPlane(driverPlane)) {
-            const auto &devices = binding->parentsInPlane(servicePlane);
-            if (devices.empty())
-                continue;
-            const TavRegistryEntry &device = *devices.front();
-            const QString name = EntryLocator::kernelName(*driver);
-            code = ExitCode::Found;
-            table.add({{EntrySummary::path(device, servicePlane), TextRole::Name},
-                       {QStringLiteral("%1 (%2)").arg(name, busOf(*driver)), TextRole::Detail}});
-            if (output.isText())
-                continue;
-            output.addResult([&](JsonWriter &json) {
-                EntrySummary::addMembers(json, device, servicePlane);
-                json.member(QLatin1String("driver"), name);
-                json.member(QLatin1String("bus"), busOf(*driver));
-            });
-        }
+    const std::vector<Driven> devices = this->devices(store, input.arguments().constFirst());
+    for (const auto &[device, path, driver, bus] : devices) {
+        table.add({{path, TextRole::Name},
+                   {QStringLiteral("%1 (%2)").arg(driver, bus), TextRole::Detail}});
+        if (output.isText())
+            continue;
+        output.addResult([&, device = device, driver = driver, bus = bus](JsonWriter &json) {
+            EntrySummary::addMembers(json, *device, servicePlane);
+            json.member(QLatin1String("driver"), driver);
+            json.member(QLatin1String("bus"), bus);
+        });
     }
     if (output.isText())
         table.write(output);
-    return code;
+    return devices.empty() ? ExitCode::Nothing : ExitCode::Found;
 }

@@ -22,8 +22,12 @@ public:
 private:
     using Entries = std::vector<TavRegistryEntry *>;
 
+    struct Driven;
+
     // Throws CommandError if there is none of the name.
     Entries drivers(const TavDataStore &store, const QString &name) const;
+
+    std::vector<Driven> devices(const TavDataStore &store, const QString &name) const;
 
     By by_;
 };

@@ -94,7 +94,7 @@ FilterExpression FindCommand::parse(const QString &expression)
     const FilterError &error = parsed.error();
     throw CommandError{error.length == 0
                            ? error.message
-                           : tr("%1 At character %2: %3")
+                           : tr("%1, at character %2: %3")
                                  .arg(error.message, QString::number(error.position + 1),
                                       expression.sliced(error.position, error.length)),
                        ExitCode::WrongUsage};
@@ -117,7 +117,8 @@ ExitCode FindCommand::run(const CommandInput &input, RegistrySource &source, Com
                                  : FindOption::Name | FindOption::Inheritance;
     if (input.isSet("where"))
         filter_ = parse(input.value("where"));
-    const QStringList columns = input.value("print").split(u',', Qt::SkipEmptyParts);
+    QStringList columns = input.value("print").split(u',', Qt::SkipEmptyParts);
+    columns.removeDuplicates();
     constexpr FindOptions structure =
         FindOption::Name | FindOption::Class | FindOption::Inheritance | FindOption::BundleID;
     const bool needsProperties = filter_ || (options_ & ~structure);

@@ -4,6 +4,7 @@
 #include "cli/CommandInput.h"
 #include "cli/CommandOutput.h"
 #include "cli/EntryArgument.h"
+#include "cli/EntrySummary.h"
 #include "cli/RegistrySource.h"
 #include "cli/ValueText.h"
 #include "display/TavPropertyOutlineItem.h"
@@ -157,7 +158,12 @@ bool ShowCommand::writeValues(const TavRegistryEntry &entry, const QString &key,
     QStringList lines;
     for (const RegistryValue *const value : found) {
         if (!output.isText()) {
-            output.addValue(*value);
+            output.addResult([&](JsonWriter &json) {
+                json.member(QLatin1String("id"), QString::number(entry.entryTag()));
+                json.member(QLatin1String("path"), EntrySummary::path(entry, planes_.value(0)));
+                json.key(QLatin1String("value"));
+                json.value(*value);
+            });
         } else if (isRaw_ && value->type() == RegistryValue::Type::Data &&
                    !output.terminal().isTerminal) {
             output.flush();

@@ -53,7 +53,7 @@ ExitCode TreeCommand::run(const CommandInput &input, RegistrySource &source, Com
     showsIDs_ = input.isSet("ids");
     showsNames_ = input.isSet("names");
     constexpr quint32 most = std::numeric_limits<quint32>::max();
-    const auto depth = static_cast<quint32>(input.number("depth", 0, most).value_or(most));
+    const quint32 depth = input.wholeNumber("depth").value_or(most);
     TavDataStore &store = source.store(RegistrySource::Need::Structure);
     if (showsNames_)
         store.lookUpDeviceNamesNow();
@@ -126,10 +126,20 @@ void TreeCommand::writeFacts(const TavRegistryEntry &entry, CommandOutput &outpu
 void TreeCommand::writeJson(const std::vector<Row> &rows, const QString &plane,
                             CommandOutput &output)
 {
+    QStringList paths; // of the rows above, by depth
     for (const Row &row : rows) {
+        paths.resize(row.depth);
+        const QString above = paths.value(row.depth - 1);
+        // Root and host are "Plane:" and "Plane:/".
+        const bool isNamed = row.depth > 0 && above.contains(u'/');
+        const QString path =
+            isNamed ? above + (above.endsWith(u'/') ? QString() : QStringLiteral("/")) +
+                          row.entry->nameAtLocationInPlane(plane)
+                    : EntrySummary::path(*row.entry, plane);
+        paths.append(path);
         output.addResult([&](JsonWriter &json) {
             json.numberMember(QLatin1String("depth"), row.depth);
-            EntrySummary::addMembers(json, *row.entry, plane);
+            EntrySummary::addMembers(json, *row.entry, plane, path);
             if (row.isRepeated)
                 json.flagMember(QLatin1String("isRepeated"), true);
         });

@@ -103,7 +103,7 @@ ExitCode WatchCommand::run(const CommandInput &input, RegistrySource &source, Co
     constexpr double longest = 1e9; // seconds
     if (!source.isRunningKernel())
         throw CommandError{tr("Only the registry of the running kernel can be watched.")};
-    const auto seconds = input.number("for", 0, longest);
+    const auto seconds = input.number("for", longest);
     if (input.isSet("where"))
         filter_ = FindCommand::parse(input.value("where"));
     showsProperties_ = input.isSet("properties");

@@ -8,7 +8,7 @@
 #include "model/linux/GraphTask.h"
 #include "model/linux/ObjectHandles.h"
 #include "model/linux/UdevDatabase.h"
-#include "platform/host/PowerMessages.h"
+#include "platform/host/SleepMessages.h"
 #include "platform/runloop/RunLoopSource.h"
 
 #include <QObject>
@@ -28,6 +28,13 @@ public:
 
     // Call before creating notification ports. By default only the kernel's own tree has events.
     void setEventSourceFactory(EventSourceFactory factory) { openEvents_ = std::move(factory); }
+
+    // Without one, sleep and wake are not reported.
+    using SleepMessagesFactory = std::function<std::unique_ptr<SleepMessages>()>;
+    void setSleepMessagesFactory(SleepMessagesFactory factory)
+    {
+        openSleepMessages_ = std::move(factory);
+    }
 
     bool prepare() override;
     void prepareAsync(std::function<void()> ready) override;
@@ -129,13 +136,14 @@ private:
     RegistryGraph::Memory memory_; // of the last reading
     std::vector<SysfsPath> filesRead_;
 
+    SleepMessagesFactory openSleepMessages_;
     EventSourceFactory openEvents_;
     QSet<NotificationPort> eventPorts_;
     std::unique_ptr<DeviceEventSource> events_; // open while any port needs them
     std::unique_ptr<RunLoopSource> eventsReady_;
     EventNotifier notifier_;
     OneShotTimer::Ref afterLoss_;
-    std::unordered_map<PowerConnection, std::unique_ptr<PowerMessages>> power_;
+    std::unordered_map<PowerConnection, std::unique_ptr<SleepMessages>> power_;
 
     // To call when the running preparation, or the next one, is installed.
     std::vector<std::function<void()>> ready_;

@@ -200,14 +200,16 @@ PowerConnection LinuxRegistryService::registerForSystemPower(PowerCallback callb
     port = ports().create();
     const RegistryNotification number = ports().addPower(port, std::move(callback));
     notification = number;
-    auto messages = std::make_unique<PowerMessages>();
+    if (!openSleepMessages_)
+        return number;
+    auto messages = openSleepMessages_();
     const auto pass = [this, number](PowerMessage type, quint64 request) {
         ports().reportPower(number, type, request);
         ports().deliver();
     };
-    QObject::connect(messages.get(), &PowerMessages::willSleep, &mainThread_,
+    QObject::connect(messages.get(), &SleepMessages::willSleep, &mainThread_,
                      [pass](quint64 request) { pass(SystemWillSleep, request); });
-    QObject::connect(messages.get(), &PowerMessages::hasPoweredOn, &mainThread_,
+    QObject::connect(messages.get(), &SleepMessages::hasPoweredOn, &mainThread_,
                      [pass] { pass(SystemHasPoweredOn, 0); });
     power_[number] = std::move(messages);
     return number;

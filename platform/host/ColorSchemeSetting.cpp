@@ -72,3 +72,6 @@ void ColorSchemeSetting::setScheme(const QVariant &value)
     if (std::exchange(scheme_, scheme) != scheme)
         Q_EMIT changed();
 }
+
+// Here, so that programs that do not use it need no D-Bus.
+#include "moc_ColorSchemeSetting.cpp"

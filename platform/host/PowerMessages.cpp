@@ -64,3 +64,6 @@ void PowerMessages::delaySleep()
             delay_ = reply.value(); // not if a sleep has begun since
     });
 }
+
+// Here, so that programs that do not use it need no D-Bus.
+#include "moc_PowerMessages.cpp"

@@ -1,25 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/host/SleepMessages.h"
+
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QDBusUnixFileDescriptor>
-#include <QObject>
 
-// Reports the system's sleep and wake from the login manager. The system delays sleep, for a few
-// seconds at most, until it is allowed. Without a login manager nothing is reported.
-class PowerMessages : public QObject
+// From the login manager. The system delays sleep, for a few seconds at most, until it is allowed.
+// Without a login manager nothing is reported.
+class PowerMessages : public SleepMessages
 {
     Q_OBJECT
 public:
     explicit PowerMessages(const QDBusConnection &bus = QDBusConnection::systemBus());
 
-    // Only the last request can be allowed.
-    void allowSleep(quint64 request);
-
-Q_SIGNALS:
-    void willSleep(quint64 request);
-    void hasPoweredOn();
+    void allowSleep(quint64 request) override;
 
 private Q_SLOTS:
     void prepareForSleep(bool begins);

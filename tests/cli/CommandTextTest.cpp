@@ -50,7 +50,7 @@ TEST(TextTable, FitsTheTerminalAndCannotControlIt)
     EXPECT_EQ(written(table, {}), "a\\x1b[2J\t7\ta long text at the end\n"
                                   "longer name\t1234\tend\n");
     const Terminal terminal{.isTerminal = true, .hasColors = false, .isUtf8 = false, .columns = 30};
-    EXPECT_EQ(written(table, terminal), "a\\x1b[2J        7  a long tex>\n"
+    EXPECT_EQ(written(table, terminal), "a\\x1b[2J        7  a lo... end\n"
                                         "longer name  1234  end\n");
 }
 
