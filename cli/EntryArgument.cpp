@@ -5,7 +5,7 @@
 #include "cli/NearestText.h"
 #include "store/TavDataStore.h"
 
-EntryArgument::EntryArgument(const TavDataStore &store, const QString &text)
+EntryArgument::EntryArgument(TavDataStore &store, const QString &text)
 {
     const bool isPlane = store.registryPlanes().contains(text);
     const bool isInPlane = isPlane || store.registryPlanes().contains(text.section(u':', 0, 0));
@@ -15,7 +15,7 @@ EntryArgument::EntryArgument(const TavDataStore &store, const QString &text)
         plane_ = isPlane ? text : text.section(u':', 0, 0);
         orderEntries();
     } else if (!text.isEmpty()) {
-        entries_ = store.locator().find(text);
+        entries_ = store.findReadingWhole(text);
     }
     if (!entries_.empty())
         return;

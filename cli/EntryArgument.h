@@ -14,7 +14,7 @@ class EntryArgument
     Q_DECLARE_TR_FUNCTIONS(EntryArgument)
 public:
     // Throws CommandError, with the nearest name, if there is none.
-    EntryArgument(const TavDataStore &store, const QString &text);
+    EntryArgument(TavDataStore &store, const QString &text);
 
     const std::vector<TavRegistryEntry *> &entries() const { return entries_; }
     const QString &plane() const { return plane_; } // that it names; null: none

@@ -68,21 +68,49 @@ void NamesByPlane::set(const QString &plane, const CompactString &name)
     }
 }
 
+// Entries are given their planes in the same order, so the next set is nearly always known.
+NamesByPlane::PlanesRef NamesByPlane::with(const PlanesRef &planes, std::size_t index,
+                                           const QString &plane)
+{
+    struct Step
+    {
+        PlanesRef from;
+        CompactString plane;
+        PlanesRef to;
+    };
+    static thread_local std::array<Step, 64> known;
+    auto &step = known[planes ? planes->names.size() % known.size() : 0];
+    if (!step.to || step.from != planes || textOf(step.plane) != plane) {
+        Strings names = planes ? planes->names : Strings();
+        const CompactString added(plane);
+        names.insert(names.begin() + static_cast<Strings::difference_type>(index), added);
+        step = {planes, added, shared(std::move(names))};
+    }
+    return step.to;
+}
+
 void NamesByPlane::insert(std::size_t index, const QString &plane, const CompactString &name)
 {
-    Strings planes;
-    Strings names;
-    for (std::size_t i = 0; i < size(); ++i) {
-        planes.push_back(planes_->names[i]);
-        names.push_back(this->name(i));
+    if (!each_ && (size() == 0 || name == all_)) {
+        all_ = name;
+        planes_ = with(planes_, index, plane);
+        return;
     }
-    const auto place = static_cast<Strings::difference_type>(index);
-    planes.insert(planes.begin() + place, CompactString(plane));
-    names.insert(names.begin() + place, name);
-    assign(std::move(planes), names);
+    Strings names;
+    for (std::size_t i = 0; i < size(); ++i)
+        names.push_back(this->name(i));
+    names.insert(names.begin() + static_cast<Strings::difference_type>(index), name);
+    planes_ = with(planes_, index, plane);
+    setNames(names);
 }
 
 void NamesByPlane::assign(Strings planes, const Strings &names)
+{
+    setNames(names);
+    planes_ = planes.empty() ? PlanesRef() : shared(std::move(planes));
+}
+
+void NamesByPlane::setNames(const Strings &names)
 {
     each_.reset();
     all_ = names.empty() ? CompactString() : names.front();
@@ -91,7 +119,6 @@ void NamesByPlane::assign(Strings planes, const Strings &names)
         std::copy(names.begin(), names.end(), each_.get());
         all_ = {};
     }
-    planes_ = planes.empty() ? PlanesRef() : shared(std::move(planes));
 }
 
 bool NamesByPlane::areAllAt(const QChar *text) const

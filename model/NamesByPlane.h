@@ -37,6 +37,8 @@ private:
     };
     using PlanesRef = QExplicitlySharedDataPointer<Planes>;
     static PlanesRef shared(Strings planes);
+    static PlanesRef with(const PlanesRef &planes, std::size_t index, const QString &plane);
+    void setNames(const Strings &names);
 
     PlanesRef planes_; // null: none
     CompactString all_;

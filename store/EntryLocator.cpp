@@ -21,14 +21,29 @@ QString text(const TavRegistryEntry &entry, const QString &key)
     return property(entry, key).toString();
 }
 
-QString text(const TavRegistryEntry &entry, const QString &key, const QString &member)
+RegistryValue property(const TavRegistryEntry &entry, const QString &key, const QString &member)
 {
     if (!entry.table().isNone())
-        return entry.table().member(key).member(member).toString();
+        return entry.table().member(key).member(member);
     const TavRegistryProperty *const tree = entry.properties();
     const TavRegistryProperty *const node = tree ? tree->childWithName(key) : nullptr;
     const TavRegistryProperty *const below = node ? node->childWithName(member) : nullptr;
-    return below ? below->value().toString() : QString();
+    return below ? below->value() : RegistryValue();
+}
+
+QString text(const TavRegistryEntry &entry, const QString &key, const QString &member)
+{
+    return property(entry, key, member).toString();
+}
+
+// Such as "8:0"; null: no device node.
+QString deviceNumber(const TavRegistryEntry &entry)
+{
+    const RegistryValue major = property(entry, QStringLiteral("uevent"), QStringLiteral("MAJOR"));
+    const RegistryValue minor = property(entry, QStringLiteral("uevent"), QStringLiteral("MINOR"));
+    return major.isNone() || minor.isNone()
+               ? text(entry, QStringLiteral("dev"))
+               : QString::number(major.numberBits()) + u':' + QString::number(minor.numberBits());
 }
 
 // The udev database's other names of the device node, such as "disk/by-id/…".
@@ -120,24 +135,33 @@ std::vector<TavRegistryEntry *> EntryLocator::named(const QString &text) const
     return byName;
 }
 
-// Follows the path from folder to folder, as the kernel does, with what the registry has of them.
 TavRegistryEntry *EntryLocator::atPathThroughLinks(const QString &path) const
 {
+    const auto [entry, below] = placeOf(path);
+    // An attribute leads to the object that has it.
+    const bool isFound = entry && (below.isEmpty() || !property(*entry, below).isNone());
+    return isFound ? entry : nullptr;
+}
+
+TavRegistryEntry *EntryLocator::possibleOwner(const QString &path) const
+{
+    const QString trimmed = path.trimmed();
+    return trimmed.startsWith(sysfs + u'/') ? placeOf(trimmed).nearest : nullptr;
+}
+
+// Follows the path from folder to folder, as the kernel does, with what the registry has of them.
+EntryLocator::Place EntryLocator::placeOf(const QString &path) const
+{
     QString folder = sysfs;
-    const TavRegistryEntry *nearest = nullptr;
-    QString below; // the first folder below the nearest entry
+    Place place;
     for (const QString &name : path.sliced(sysfs.size()).split(u'/', Qt::SkipEmptyParts)) {
         folder = step(folder, name);
-        if (const TavRegistryEntry *const entry = atKernelPath(folder)) {
-            nearest = entry;
-            below.clear();
-        } else if (below.isEmpty()) {
-            below = name;
-        }
+        if (TavRegistryEntry *const entry = atKernelPath(folder))
+            place = {entry, {}};
+        else if (place.below.isEmpty())
+            place.below = name;
     }
-    // An attribute leads to the object that has it.
-    const bool isFound = nearest && (below.isEmpty() || !property(*nearest, below).isNone());
-    return isFound ? const_cast<TavRegistryEntry *>(nearest) : nullptr;
+    return place;
 }
 
 QString EntryLocator::step(const QString &folder, const QString &name) const
@@ -173,7 +197,6 @@ TavRegistryEntry *EntryLocator::memberOf(const QString &folder, const QString &n
         key = QStringLiteral("driver");
         value = parts.join(u'/');
     } else if (parts[0] == u"dev") {
-        key = QStringLiteral("dev");
         value = name;
     } else if (parts[0] != u"class" && parts.value(2) != u"devices") {
         return nullptr;
@@ -182,7 +205,7 @@ TavRegistryEntry *EntryLocator::memberOf(const QString &folder, const QString &n
     const bool isBlock = parts.value(1) == u"block";
     const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const EntryRef &entry) {
         if (isByNumber)
-            return text(*entry, key) == value &&
+            return deviceNumber(*entry) == value &&
                    isBlock == (text(*entry, QStringLiteral("subsystem")) == u"class/block");
         return kernelName(*entry) == name && text(*entry, key) == value &&
                !entry->hasTerminationDate();

@@ -18,6 +18,9 @@ public:
     TavRegistryEntry *atLink(const QString &link) const;
     // The entries that the text names. Exact kernel names come before other meanings.
     std::vector<TavRegistryEntry *> find(const QString &text) const;
+    // The entry that has the attribute at a path such as "/sys/class/net/lo/mtu", if there is such
+    // an attribute; null: none can have it.
+    TavRegistryEntry *possibleOwner(const QString &path) const;
     // At most maxCandidates texts that begin with this one, which find() understands; unsorted.
     QStringList candidates(const QString &text) const;
     static constexpr qsizetype maxCandidates = 500;
@@ -26,7 +29,14 @@ public:
     static QString deviceNode(const TavRegistryEntry &entry); // such as "/dev/sda"; null: none
 
 private:
+    struct Place
+    {
+        TavRegistryEntry *nearest = nullptr;
+        QString below; // the first folder below it; empty: the path ends at the entry
+    };
+
     TavRegistryEntry *atPathThroughLinks(const QString &path) const;
+    Place placeOf(const QString &path) const;
     TavRegistryEntry *memberOf(const QString &folder, const QString &name) const;
     QString step(const QString &folder, const QString &name) const;
     std::vector<TavRegistryEntry *> named(const QString &text) const;

@@ -228,6 +228,16 @@ void TavDataStore::readWhole(std::span<TavRegistryEntry *const> entries)
     locator_.reset();
 }
 
+std::vector<TavRegistryEntry *> TavDataStore::findReadingWhole(const QString &name)
+{
+    std::vector<TavRegistryEntry *> found = locator().find(name);
+    TavRegistryEntry *const owner = found.empty() ? locator().possibleOwner(name) : nullptr;
+    if (!owner)
+        return found;
+    readWhole(std::span(&owner, 1));
+    return locator().find(name);
+}
+
 void TavDataStore::lookUpDeviceNamesNow()
 {
     DeviceNameLookup::run(*this);

@@ -59,6 +59,8 @@ public:
     void updateObject(TavRegistryEntry &entry);
     // All properties of these entries, where the service reads the structure only.
     void readWhole(std::span<TavRegistryEntry *const> entries);
+    // Like locator().find(); also finds attributes that have not been read.
+    std::vector<TavRegistryEntry *> findReadingWhole(const QString &name);
     // Attributes that are only read on request, by their names in "DxUnreadAttributes".
     bool mayReadAttribute(const TavRegistryEntry &entry, const QString &attribute) const;
     // Does not block. Calls then when the entry has been reread with the attribute, unless the

@@ -103,10 +103,12 @@ void TavDataStore::endNotifications()
     forget(live_.autoupdateTimer);
     forget(live_.autoupdateBusyTimer);
     forget(live_.pollTimer);
-    if (!service_ || live_.dxcoreNotificationPort == 0)
+    if (!service_)
         return;
-    service_->removeFromRunLoop(live_.dxcoreNotificationVornPort);
-    service_->destroyNotificationPort(live_.dxcoreNotificationPort);
+    if (live_.dxcoreNotificationPort) {
+        service_->removeFromRunLoop(live_.dxcoreNotificationVornPort);
+        service_->destroyNotificationPort(live_.dxcoreNotificationPort);
+    }
     if (live_.powerInterestNotification)
         service_->deregisterForSystemPower(live_.powerInterestNotification);
     if (live_.dxcorePowerNotificationPort)

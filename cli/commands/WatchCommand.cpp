@@ -128,7 +128,7 @@ ExitCode WatchCommand::run(const CommandInput &input, RegistrySource &source, Co
     return reported_ > 0 ? ExitCode::Found : ExitCode::Nothing;
 }
 
-void WatchCommand::choose(const QString &path, const TavDataStore &store)
+void WatchCommand::choose(const QString &path, TavDataStore &store)
 {
     if (path.isNull())
         return;

@@ -21,7 +21,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    void choose(const QString &path, const TavDataStore &store);
+    void choose(const QString &path, TavDataStore &store);
     DevicePicture picture(TavDataStore &store) const;
     void follow(DeviceEventSource &events, int endSignals, RegistrySource &source,
                 std::optional<Clock::time_point> end, CommandOutput &output);

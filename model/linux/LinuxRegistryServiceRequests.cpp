@@ -4,6 +4,8 @@
 #include "model/linux/ReadingWait.h"
 #include "platform/runloop/RunLoop.h"
 
+#include <set>
+
 namespace {
 using Kind = RawObject::Kind;
 using Folder = AttributePolicy::Folder;
@@ -50,11 +52,14 @@ void LinuxRegistryService::readWhole(std::span<const RegistryObject> objects)
 {
     if (treeReader_.detail() == ReadingDetail::Everything)
         return;
-    std::vector<ObjectReader::Request> requests;
+    std::set<int> indices;
     for (const RegistryObject object : objects) {
         const int index = objects_.indexOf(object);
-        if (index == HostObject::none || !hasDirectory(graph()->at(index)))
-            continue;
+        if (index != HostObject::none && hasDirectory(graph()->at(index)))
+            indices.insert(index);
+    }
+    std::vector<ObjectReader::Request> requests;
+    for (const int index : indices) {
         requests.push_back(requestFor(index));
         requests.back().readsOnRequest = false;
     }

@@ -101,11 +101,10 @@ struct ObjectReader::Job
     const Request &request;
     Result result;
     AttributePolicy policy;
-    bool isSuspended = false; // only known for PCI devices and when reading on request
-    int unanswered = 0;       // attributes so far
-    QByteArray subsystem = {};
-    bool hasModalias = false;  // in uevent
+    bool isSuspended = false;  // only known for PCI devices and when reading on request
+    int unanswered = 0;        // attributes so far
     RegistryValue uevent = {}; // read first: names and classes depend on it
+    StructuralAttributes structural = {};
     // Links read first, by name.
     std::vector<std::pair<QByteArray, QByteArray>> linkTexts = {};
 
@@ -182,7 +181,6 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
         const auto bytes = readBytes(job, directory, name, textLimit, reason);
         return bytes ? QByteArray(bytes->data(), bytes->size()).trimmed() : QByteArray();
     };
-    job.subsystem = context.subsystem;
     constexpr uint interfaceUp = 1;
     const bool isWhole = detail_ == ReadingDetail::Everything;
     if (context.subsystem == "net" && isWhole)
@@ -198,8 +196,9 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
         QByteArray reason;
         if (const auto bytes = readBytes(job, directory, "uevent", dataLimit, reason))
             job.uevent = parseAttribute("uevent", *bytes, pool_);
-        job.hasModalias = !job.uevent.member(u"MODALIAS").isNone();
     }
+    if (!isWhole)
+        job.structural = StructuralAttributes(context.subsystem, job.uevent);
 }
 
 // Whether it held anything of the object itself, or nothing at all.
@@ -243,10 +242,8 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     const QByteArray &asked = job.request.attribute;
     if (!asked.isNull() && !asked.startsWith(directory.below + '/'))
         return;
-    const bool isPower = entry.name == "power" && parent.below.isEmpty();
-    if (isPower && detail_ == ReadingDetail::Structure &&
-        job.result.object.kind == RawObject::Kind::Device)
-        return readPower(job, parent, members);
+    if (isKnownFolder(job, directory))
+        return entry.name == "power" ? readPower(job, parent, members) : void();
     if (const auto kind = objectKind(job, parent, entry.name, directory.path))
         return addObject(job, parent, entry, *kind);
     if (!open(job, parent, entry.name, directory))
@@ -262,6 +259,17 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
     const bool ownsSomething = readDirectory(job, directory, nested);
     if (ownsSomething && !(job.request.readsOnRequest && nested.empty()))
         members.push_back({pool_.text(entry.name), RegistryValue::dictionary(std::move(nested))});
+}
+
+// Whether a folder need not be listed for the structure, as the kernel fills it. Others may have
+// put anything into a recorded tree.
+bool ObjectReader::isKnownFolder(const Job &job, const Directory &directory) const
+{
+    if (detail_ == ReadingDetail::Everything || !root_.isKernels())
+        return false;
+    const RawObject &object = job.result.object;
+    const bool isPower = object.kind == RawObject::Kind::Device && directory.below == "power";
+    return isPower || job.structural.noneIn(object, directory.below);
 }
 
 // The one attribute that states and planes depend on, without listing the others.
@@ -415,8 +423,7 @@ bool ObjectReader::mayRead(Job &job, const Directory &directory, const QByteArra
     if (!asked.isNull() && asked != join(directory.below, name))
         return false;
     if (detail_ == ReadingDetail::Structure &&
-        !StructuralAttributes::contains(job.result.object, job.subsystem, job.hasModalias,
-                                        join(directory.below, name)))
+        !job.structural.contains(job.result.object, join(directory.below, name)))
         return false;
     const Rule rule = job.policy.rule(directory.below, name);
     const auto leaveOut = [&](const QByteArray &why) {

@@ -65,6 +65,7 @@ private:
     void readHeader(Job &job, const Directory &directory);
     void readSubdirectory(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RegistryValue::Members &members);
+    bool isKnownFolder(const Job &job, const Directory &directory) const;
     void readPower(Job &job, const Directory &device, RegistryValue::Members &members);
     static void addObject(Job &job, const Directory &parent, const SysfsRoot::Entry &entry,
                           RawObject::Kind kind);

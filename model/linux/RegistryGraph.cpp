@@ -59,8 +59,7 @@ quint32 ownBusyCount(const HostObject &object, const UdevDatabase &udev)
 } // namespace
 
 RegistryGraph::RegistryGraph(ObjectTable objects, UdevDatabase &udev, ReadingDetail detail)
-    : detail_(detail)
-    , objects_(std::move(objects))
+    : objects_(std::move(objects))
 {
     const PlaneEdges edges = planeEdges(objects_);
     arrange(edges);
@@ -71,7 +70,7 @@ RegistryGraph::RegistryGraph(ObjectTable objects, UdevDatabase &udev, ReadingDet
     byID_.reserve(objects_.count());
     for (int i = 0; i < objects_.count(); ++i) {
         byID_.insert(at(i).id, i);
-        finish(objects_.at(i), udev);
+        finish(objects_.at(i), udev, detail);
     }
     countBusyChildren();
     assert(unreachableEntries(*this).isEmpty());
@@ -242,25 +241,29 @@ void RegistryGraph::distinguishSiblings(Plane plane)
                             QByteArray::number(at(index).id));
 }
 
-void RegistryGraph::finish(HostObject &object, UdevDatabase &udev)
+void RegistryGraph::finish(HostObject &object, UdevDatabase &udev, ReadingDetail detail)
 {
     if (object.kind == Kind::Device) {
-        const bool isRecordNeeded =
-            detail_ == ReadingDetail::Everything || UdevDatabase::expectsRecord(object);
-        RegistryValue record = isRecordNeeded ? udev.record(object) : RegistryValue();
-        object.isAnnounced = !record.isNone() || !UdevDatabase::expectsRecord(object);
+        const bool isExpected = UdevDatabase::expectsRecord(object);
+        const bool isRead = detail == ReadingDetail::Everything || isExpected;
+        object.isAnnounced = (isRead && insertRecord(object, udev)) || !isExpected;
         object.ownBusyCount = ::ownBusyCount(object, udev);
-        if (!record.isNone())
-            insertMember(object.members, QLatin1String("udev"), std::move(record));
         object.isAnnounced = object.isAnnounced || !udev.isDaemonRunning();
     }
-    insertReasons(object);
-    if (!object.refusedParents.isEmpty())
-        insertMember(object.members, QLatin1String("DxRefusedParents"),
-                     arrayOf(object.refusedParents));
-    object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
+    complete(object);
 }
 
+// False without a record.
+bool RegistryGraph::insertRecord(HostObject &object, UdevDatabase &udev)
+{
+    RegistryValue record = udev.record(object);
+    if (record.isNone())
+        return false;
+    insertMember(object.members, QLatin1String("udev"), std::move(record));
+    return true;
+}
+
+// States stay as they were read.
 void RegistryGraph::addWhole(int index, RawObject read, const RequestedAttributes &requested,
                              UdevDatabase &udev)
 {
@@ -268,9 +271,19 @@ void RegistryGraph::addWhole(int index, RawObject read, const RequestedAttribute
     object.members = std::move(read.members);
     object.unread = std::move(read.unread);
     requested.addTo(object);
-    const ReadingDetail before = std::exchange(detail_, ReadingDetail::Everything);
-    finish(object, udev);
-    detail_ = before;
+    if (object.kind == Kind::Device)
+        insertRecord(object, udev);
+    complete(object);
+}
+
+// What is not read of the object's own directory.
+void RegistryGraph::complete(HostObject &object)
+{
+    insertReasons(object);
+    if (!object.refusedParents.isEmpty())
+        insertMember(object.members, QLatin1String("DxRefusedParents"),
+                     arrayOf(object.refusedParents));
+    object.properties = RegistryValue::dictionary(std::exchange(object.members, {}));
 }
 
 void RegistryGraph::addRequested(int index, const RequestedAttributes &requested)

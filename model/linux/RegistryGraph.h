@@ -44,7 +44,7 @@ public:
     // Adds what was read since. Properties already handed out do not change.
     void addRequested(int index, const RequestedAttributes &requested);
 
-    // Replaces the properties of an object of which only the structure was read.
+    // Replaces the properties of an object of which only the structure was read. States stay.
     void addWhole(int index, RawObject read, const RequestedAttributes &requested,
                   UdevDatabase &udev);
 
@@ -61,13 +61,14 @@ private:
     void addPlaneCounts(const PlaneEdges &edges);
     void distinguishSiblings(Plane plane);
     std::vector<int> siblingsWithEqualNames(Plane plane) const;
-    void finish(HostObject &object, UdevDatabase &udev);
+    static void finish(HostObject &object, UdevDatabase &udev, ReadingDetail detail);
+    static bool insertRecord(HostObject &object, UdevDatabase &udev);
+    static void complete(HostObject &object);
     static void insertReasons(HostObject &object);
     void listIncompleteObjects();
     void countBusyChildren();
     std::array<size_t, 2> digest(int index) const;
 
-    ReadingDetail detail_;
     quint64 reading_ = 0;
     ObjectTable objects_;
     QHash<quint64, int> byID_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/linux/StructuralAttributes.h"
 
+#include <algorithm>
 #include <span>
 
 namespace {
@@ -9,13 +10,13 @@ using Kind = RawObject::Kind;
 struct OfSubsystem
 {
     const char *subsystem; // "": of all devices
-    const char *attribute;
+    const char *name;
 };
 
-constexpr OfSubsystem ofDevices[] = {
+constexpr OfSubsystem attributes[] = {
     {"", "uevent"},
-    {"", "dev"},
     {"", "waiting_for_supplier"},
+    {"", "power/runtime_status"},
     {"pci", "class"},
     {"usb", "product"},
     {"usb", "interface"},
@@ -29,10 +30,30 @@ constexpr OfSubsystem ofDevices[] = {
     {"pnp", "id"},
     {"devlink", "sync_state_only"},
 };
+
+// The large ones: listing them takes longer than what is needed of their objects.
+constexpr OfSubsystem foldersWithout[] = {
+    {"block", "integrity"}, {"block", "mq"},     {"block", "queue"}, {"cpu", "cpuidle"},
+    {"cpu", "hotplug"},     {"cpu", "topology"}, {"net", "queues"},  {"net", "statistics"},
+    {"pci", "link"},        {"pci", "msi_irqs"},
+};
+constexpr const char *foldersOfModules[] = {"notes", "parameters", "sections"};
+
+bool isIn(std::span<const OfSubsystem> table, const QByteArray &subsystem, const QByteArray &name)
+{
+    return std::any_of(table.begin(), table.end(), [&](const OfSubsystem &its) {
+        return name == its.name && (its.subsystem[0] == '\0' || subsystem == its.subsystem);
+    });
+}
 } // namespace
 
-bool StructuralAttributes::contains(const RawObject &object, const QByteArray &subsystem,
-                                    bool hasModalias, const QByteArray &path)
+StructuralAttributes::StructuralAttributes(QByteArray subsystem, const RegistryValue &uevent)
+    : subsystem_(std::move(subsystem))
+    , hasModalias_(!uevent.member(u"MODALIAS").isNone())
+    , hasNumber_(!uevent.member(u"MAJOR").isNone())
+{}
+
+bool StructuralAttributes::contains(const RawObject &object, const QByteArray &path) const
 {
     // The host has the facts of "dmi/id". Whether a container is shown depends on what cannot be
     // read in it.
@@ -43,8 +64,16 @@ bool StructuralAttributes::contains(const RawObject &object, const QByteArray &s
     if (object.kind != Kind::Device)
         return false;
     if (path == "modalias")
-        return !hasModalias;
-    return std::any_of(std::begin(ofDevices), std::end(ofDevices), [&](const OfSubsystem &its) {
-        return path == its.attribute && (its.subsystem[0] == '\0' || subsystem == its.subsystem);
-    });
+        return !hasModalias_;
+    if (path == "dev")
+        return !hasNumber_;
+    return isIn(attributes, subsystem_, path);
+}
+
+bool StructuralAttributes::noneIn(const RawObject &object, const QByteArray &folder) const
+{
+    if (object.kind == Kind::Module)
+        return std::find(std::begin(foldersOfModules), std::end(foldersOfModules), folder) !=
+               std::end(foldersOfModules);
+    return object.kind == Kind::Device && isIn(foldersWithout, subsystem_, folder);
 }

@@ -3,11 +3,21 @@
 
 #include "model/linux/RawObject.h"
 
-// The attributes that names, classes, states, planes and searches for devices depend on.
+// The attributes of one object that names, classes, states, planes and searches for devices depend
+// on.
 class StructuralAttributes
 {
 public:
+    StructuralAttributes() = default;
+    StructuralAttributes(QByteArray subsystem, const RegistryValue &uevent);
+
     // Path: below the object's directory, such as "power/runtime_status".
-    static bool contains(const RawObject &object, const QByteArray &subsystem, bool hasModalias,
-                         const QByteArray &path);
+    bool contains(const RawObject &object, const QByteArray &path) const;
+    // Whether the kernel has only other attributes in a folder of the object: no links, no objects.
+    bool noneIn(const RawObject &object, const QByteArray &folder) const;
+
+private:
+    QByteArray subsystem_;
+    bool hasModalias_ = false; // in uevent, as the device number
+    bool hasNumber_ = false;
 };

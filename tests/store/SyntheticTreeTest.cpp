@@ -73,6 +73,16 @@ TEST_F(SyntheticTree, FindsEntriesByTheNamesThatLinuxGivesThem)
     for (const auto &row : rows)
         EXPECT_EQ(find(row.text), std::vector{row.path ? tree_.at(row.path) : portEntry})
             << row.text;
+    // Attributes that have not been read are found, too.
+    TreeReader::Options options;
+    options.detail = ReadingDetail::Structure;
+    for (const auto &row : rows) {
+        const CapturedTree partial = CapturedTree::capture(
+            QStringLiteral(VANDREL_SOURCE_DIR "/tests/fixtures/synthetic/sys"), options);
+        const auto found = partial.store->findReadingWhole(QString::fromUtf8(row.text));
+        ASSERT_EQ(found.size(), 1U) << row.text;
+        EXPECT_EQ(found.front()->entryTag(), find(row.text).front()->entryTag()) << row.text;
+    }
     EXPECT_EQ(find(qPrintable(QString::number(portEntry->entryTag()))), std::vector{portEntry});
     EXPECT_EQ(find(qPrintable(QStringLiteral("0x%1").arg(portEntry->entryTag(), 0, 16))),
               std::vector{portEntry});
