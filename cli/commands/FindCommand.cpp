@@ -141,6 +141,7 @@ ExitCode FindCommand::run(const CommandInput &input, RegistrySource &source, Com
     } else {
         if (!needsProperties && EntryColumn::needProperties(columns)) {
             std::vector<TavRegistryEntry *> whole;
+            whole.reserve(entries.size());
             for (const TavRegistryEntry *const entry : entries)
                 whole.push_back(const_cast<TavRegistryEntry *>(entry));
             source.readWhole(whole);

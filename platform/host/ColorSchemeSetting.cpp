@@ -74,4 +74,4 @@ void ColorSchemeSetting::setScheme(const QVariant &value)
 }
 
 // Here, so that programs that do not use it need no D-Bus.
-#include "moc_ColorSchemeSetting.cpp"
+#include "moc_ColorSchemeSetting.cpp" // NOLINT(bugprone-suspicious-include)

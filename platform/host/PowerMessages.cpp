@@ -66,4 +66,4 @@ void PowerMessages::delaySleep()
 }
 
 // Here, so that programs that do not use it need no D-Bus.
-#include "moc_PowerMessages.cpp"
+#include "moc_PowerMessages.cpp" // NOLINT(bugprone-suspicious-include)
