@@ -16,6 +16,7 @@
 #include "platform/preferences/PreferencesStore.h"
 
 #include <QFile>
+#include <QLoggingCategory>
 #include <cstdio>
 #include <unistd.h>
 
@@ -48,6 +49,8 @@ void setUpDisplay()
 
 ExitCode Program::run(const QStringList &arguments)
 {
+    // Commands report in one line why a snapshot cannot be read.
+    QLoggingCategory::setFilterRules(QStringLiteral("vandrel.store=false"));
     try {
         return runCommand(arguments);
     } catch (const CommandError &error) {

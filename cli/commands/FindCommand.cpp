@@ -129,36 +129,37 @@ ExitCode FindCommand::run(const CommandInput &input, RegistrySource &source, Com
     if (!store.registryPlanes().contains(plane_))
         throw CommandError{tr("There is no plane %1. Planes are: %2")
                                .arg(plane_, store.registryPlanes().join(QLatin1String(", ")))};
-    const EntrySet found = find(store, input);
-    std::vector<const TavRegistryEntry *> entries;
-    const ExportedEntries ordered = ExportedEntries::found(store, plane_, found);
-    for (const auto &item : ordered.items()) {
-        if (entries.empty() || !input.isSet("first"))
-            entries.push_back(item.entry);
-    }
+    const Entries entries = find(store, input);
     if (input.isSet("count")) {
         output.addCount(entries.size());
     } else {
-        if (!needsProperties && EntryColumn::needProperties(columns)) {
-            std::vector<TavRegistryEntry *> whole;
-            whole.reserve(entries.size());
-            for (const TavRegistryEntry *const entry : entries)
-                whole.push_back(const_cast<TavRegistryEntry *>(entry));
-            source.readWhole(whole);
-        }
+        if (!needsProperties && EntryColumn::needProperties(columns))
+            source.readWhole(entries);
         if (columns.contains(QStringLiteral("device")))
-            store.lookUpDeviceNamesNow();
+            store.lookUpDeviceNamesNow(entries);
         write(entries, columns, output);
     }
     return entries.empty() ? ExitCode::Nothing : ExitCode::Found;
 }
 
-EntrySet FindCommand::find(TavDataStore &store, const CommandInput &input) const
+// In the order of the plane.
+FindCommand::Entries FindCommand::find(TavDataStore &store, const CommandInput &input) const
+{
+    const ExportedEntries ordered =
+        ExportedEntries::found(store, plane_, matches(store, input.arguments().value(0)));
+    Entries entries;
+    for (const auto &item : ordered.items()) {
+        if (entries.empty() || !input.isSet("first"))
+            entries.push_back(const_cast<TavRegistryEntry *>(item.entry));
+    }
+    return entries;
+}
+
+EntrySet FindCommand::matches(TavDataStore &store, const QString &text) const
 {
     EntrySet found;
     if (filter_)
         found = matches(store, *filter_);
-    const QString text = input.arguments().value(0);
     if (text.isNull())
         return found;
     EntrySet withText;
@@ -169,8 +170,8 @@ EntrySet FindCommand::find(TavDataStore &store, const CommandInput &input) const
     return filter_ ? found.intersect(withText) : withText;
 }
 
-void FindCommand::write(const std::vector<const TavRegistryEntry *> &entries,
-                        const QStringList &columns, CommandOutput &output) const
+void FindCommand::write(const Entries &entries, const QStringList &columns,
+                        CommandOutput &output) const
 {
     TextTable table;
     for (const TavRegistryEntry *const entry : entries) {

@@ -20,10 +20,12 @@ public:
     static EntrySet matches(TavDataStore &store, const FilterExpression &expression);
 
 private:
+    using Entries = std::vector<TavRegistryEntry *>;
+
     static FindOptions optionsOf(const QStringList &places);
-    EntrySet find(TavDataStore &store, const CommandInput &input) const;
-    void write(const std::vector<const TavRegistryEntry *> &entries, const QStringList &columns,
-               CommandOutput &output) const;
+    EntrySet matches(TavDataStore &store, const QString &text) const;
+    Entries find(TavDataStore &store, const CommandInput &input) const;
+    void write(const Entries &entries, const QStringList &columns, CommandOutput &output) const;
     void writeJson(const TavRegistryEntry &entry, const QStringList &columns,
                    CommandOutput &output) const;
 

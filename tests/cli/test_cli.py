@@ -120,6 +120,10 @@ class Json(unittest.TestCase):
             self.assertEqual(results, lines)
             command = [PROGRAM, "planes", "--file", arguments[1]]
             self.assertEqual(run_command(command).stdout, run("planes").stdout)
+            os.truncate(arguments[1], 1000)
+            damaged = run_command(command)
+            self.assertEqual((damaged.returncode, damaged.stdout), (FAILED, b""))
+            self.assertEqual(len(damaged.stderr.splitlines()), 1, damaged.stderr)
         piped = run("capture", "-", "--format", "json").stdout
         command[-1] = "-"
         self.assertEqual(run_command(command, input=piped).stdout, run("planes").stdout)
