@@ -19,6 +19,7 @@ class CommandOutput
 public:
     enum class Format : quint8 { Text, Json, JsonLines };
     static constexpr int jsonVersion = 1;
+    static constexpr quint32 maxLevel = 60; // of text: what is deeper is indented no more
 
     CommandOutput(QIODevice &device, const Terminal &terminal, Format format, QString command);
     ~CommandOutput();

@@ -6,6 +6,7 @@
 #include "cli/CommandList.h"
 #include "cli/EntryColumn.h"
 #include "cli/HelpText.h"
+#include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
 #include "display/export/EscapedText.h"
 #include "store/filter/FilterFields.h"
@@ -104,9 +105,9 @@ QStringList of(const OptionDescription &option, ArgumentKind kind, const QString
     case ArgumentKind::Expression:
         return after(QStringLiteral(" ("), text, FilterFields::names() + keys(before));
     case ArgumentKind::Driver:
-        return kernelNames(before, QStringLiteral("DxDriver"));
+        return kernelNames(before, RegistryNames::driverClass);
     case ArgumentKind::Module:
-        return kernelNames(before, QStringLiteral("DxModule"));
+        return kernelNames(before, RegistryNames::moduleClass);
     case ArgumentKind::Choice:
         return option.choices;
     case ArgumentKind::Choices:

@@ -2,16 +2,13 @@
 #include "cli/DevicePicture.h"
 
 #include "cli/EntrySummary.h"
+#include "cli/RegistryNames.h"
 #include "cli/commands/FindCommand.h"
 #include "store/TavDataStore.h"
 
-namespace {
-const QString servicePlane = QStringLiteral("DxService");
-const QString deviceClass = QStringLiteral("DxDevice");
-const QString bindingClass = QStringLiteral("DxBinding");
-const QString busClass = QStringLiteral("DxBus");
-const QString classClass = QStringLiteral("DxClass");
+using namespace RegistryNames;
 
+namespace {
 QString driverOf(const TavRegistryEntry &device)
 {
     for (const TavRegistryEntry *const child : device.childrenInPlane(servicePlane)) {

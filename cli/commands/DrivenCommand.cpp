@@ -4,17 +4,14 @@
 #include "cli/CommandInput.h"
 #include "cli/EntrySummary.h"
 #include "cli/NearestText.h"
+#include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
 #include "cli/TextTable.h"
 #include "platform/text/NaturalOrder.h"
 
-namespace {
-const QString servicePlane = QStringLiteral("DxService");
-const QString driverPlane = QStringLiteral("DxDriver");
-const QString modulePlane = QStringLiteral("DxModule");
-const QString driverClass = QStringLiteral("DxDriver");
-const QString moduleClass = QStringLiteral("DxModule");
+using namespace RegistryNames;
 
+namespace {
 // A module's file has underscores where users may write hyphens.
 QString moduleName(const QString &name)
 {

@@ -4,6 +4,7 @@
 #include "cli/CommandInput.h"
 #include "cli/CommandOutput.h"
 #include "cli/EntryArgument.h"
+#include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
 #include "cli/commands/FindCommand.h"
 #include "display/export/CsvExport.h"
@@ -14,8 +15,9 @@
 
 #include <QIODevice>
 
+using namespace RegistryNames;
+
 namespace {
-const QString standardPlane = QStringLiteral("DxService");
 const auto noReport = [](double) {};
 } // namespace
 
@@ -57,9 +59,9 @@ CommandDescription ExportCommand::description() const
 
 ExportedEntries ExportCommand::entriesOf(const CommandInput &input, TavDataStore &store)
 {
-    const QString argument = input.arguments().value(0, standardPlane);
+    const QString argument = input.arguments().value(0, servicePlane);
     const EntryArgument chosen(store, argument);
-    const QString plane = chosen.plane().isNull() ? standardPlane : chosen.plane();
+    const QString plane = chosen.plane().isNull() ? servicePlane : chosen.plane();
     if (input.isSet("where"))
         return ExportedEntries::found(
             store, plane, FindCommand::matches(store, FindCommand::parse(input.value("where"))));

@@ -4,13 +4,14 @@
 #include "cli/CommandInput.h"
 #include "cli/EntryColumn.h"
 #include "cli/EntrySummary.h"
+#include "cli/RegistryNames.h"
 #include "cli/TextTable.h"
 #include "display/ShownValueSearch.h"
 #include "display/export/ExportedEntries.h"
 
-namespace {
-const QString standardPlane = QStringLiteral("DxService");
+using namespace RegistryNames;
 
+namespace {
 struct Place
 {
     QString name;
@@ -125,7 +126,7 @@ ExitCode FindCommand::run(const CommandInput &input, RegistrySource &source, Com
     using Need = RegistrySource::Need;
     TavDataStore &store = source.store(needsProperties ? Need::Properties : Need::Structure);
     output.describe(store);
-    plane_ = input.isSet("plane") ? input.value("plane") : standardPlane;
+    plane_ = input.isSet("plane") ? input.value("plane") : servicePlane;
     if (!store.registryPlanes().contains(plane_))
         throw CommandError{tr("There is no plane %1. Planes are: %2")
                                .arg(plane_, store.registryPlanes().join(QLatin1String(", ")))};

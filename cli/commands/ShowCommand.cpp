@@ -5,6 +5,7 @@
 #include "cli/CommandOutput.h"
 #include "cli/EntryArgument.h"
 #include "cli/EntrySummary.h"
+#include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
 #include "cli/ValueText.h"
 #include "display/TavPropertyOutlineItem.h"
@@ -17,8 +18,7 @@
 #include <QIODevice>
 
 namespace {
-constexpr quint32 maxLevel = 60; // what is deeper is indented no more
-constexpr qsizetype indentation = 2;
+constexpr qsizetype indent = 2;
 
 QStringList pathsOf(TavRegistryEntry &entry, const QStringList &planes)
 {
@@ -34,7 +34,7 @@ void writeFact(const QString &title, const QString &text, CommandOutput &output)
 {
     if (text.isEmpty())
         return;
-    output.addSpaces(indentation);
+    output.addSpaces(indent);
     output.add(title + u':', TextRole::Key);
     output.add(QLatin1Char(' ') + text);
     output.endLine();
@@ -106,7 +106,7 @@ ExitCode ShowCommand::run(const CommandInput &input, RegistrySource &source, Com
 
 void ShowCommand::writeText(TavRegistryEntry &entry, CommandOutput &output) const
 {
-    output.add(entry.nameAtLocationInPlane(QStringLiteral("DxService")), TextRole::Name);
+    output.add(entry.nameAtLocationInPlane(RegistryNames::servicePlane), TextRole::Name);
     output.endLine();
     for (const QString &path : pathsOf(entry, planes_))
         writeFact(EntryFactTexts::title(EntryFactTexts::Fact::Path), path, output);
@@ -127,11 +127,11 @@ void ShowCommand::writeProperties(const TavRegistryEntry &entry, CommandOutput &
     const PropertyRef tree = entry.copyOfProperties(TavPropertyOutlineItem::staticPropertyClass());
     if (!tree || tree->numberOfChildren() == 0)
         return;
-    output.addSpaces(indentation);
+    output.addSpaces(indent);
     output.add(tr("Properties:"), TextRole::Key);
     output.endLine();
     PropertyLines::forEach(*tree, [&](const PropertyLines::Line &line) {
-        output.addSpaces(indentation * std::min(line.level + 2, maxLevel));
+        output.addSpaces(indent * std::min(line.level + 2, CommandOutput::maxLevel));
         output.add(line.name, TextRole::Key);
         if (line.property.isCollection())
             output.add(tr(" (%1)").arg(line.property.displayValue().text()), TextRole::Detail);

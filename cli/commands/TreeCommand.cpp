@@ -5,15 +5,13 @@
 #include "cli/CommandOutput.h"
 #include "cli/EntryArgument.h"
 #include "cli/EntrySummary.h"
+#include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
 #include "display/export/ExportedEntries.h"
 
 #include <limits>
 
-namespace {
-const QString standardPlane = QStringLiteral("DxService");
-constexpr quint32 maxLevel = 60; // what is deeper is indented no more
-} // namespace
+using namespace RegistryNames;
 
 struct TreeCommand::Row
 {
@@ -59,8 +57,8 @@ ExitCode TreeCommand::run(const CommandInput &input, RegistrySource &source, Com
         store.lookUpDeviceNamesNow();
     output.describe(store);
     const QString argument = input.arguments().value(0);
-    const EntryArgument top(store, argument.isNull() ? standardPlane : argument);
-    const QString plane = top.plane().isNull() ? standardPlane : top.plane();
+    const EntryArgument top(store, argument.isNull() ? servicePlane : argument);
+    const QString plane = top.plane().isNull() ? servicePlane : top.plane();
     for (const TavRegistryEntry *const entry : top.entries()) {
         const std::vector<Row> rows = rowsOf(*entry, plane, store, depth);
         if (output.isText())
@@ -100,7 +98,7 @@ void TreeCommand::writeText(const std::vector<Row> &rows, const QString &plane,
     for (const Row &row : rows) {
         isLast.resize(row.depth + 1);
         isLast[row.depth] = row.isLast;
-        for (quint32 level = 1; level < std::min(row.depth, maxLevel); ++level)
+        for (quint32 level = 1; level < std::min(row.depth, CommandOutput::maxLevel); ++level)
             output.addTrusted(isLast[level] ? u"    " : QStringView(line));
         if (row.depth > 0)
             output.addTrusted(row.isLast ? last : middle);

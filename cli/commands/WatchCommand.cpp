@@ -7,6 +7,7 @@
 #include "cli/EntryArgument.h"
 #include "cli/EntrySummary.h"
 #include "cli/PropertyChanges.h"
+#include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
 #include "cli/ValueText.h"
 #include "cli/commands/FindCommand.h"
@@ -18,11 +19,12 @@
 #include <cstring>
 #include <poll.h>
 
+using namespace RegistryNames;
+
 namespace {
 using namespace std::chrono_literals;
 using Action = DeviceEvent::Action;
 
-const QString servicePlane = QStringLiteral("DxService");
 const QString timeFormat = QStringLiteral("hh:mm:ss.zzz  ");
 constexpr auto settleTime = 30ms;    // without an event, before the registry is read
 constexpr auto longestDelay = 300ms; // of an event, in a flood of them
