@@ -2,11 +2,13 @@
 #include "cli/Program.h"
 
 #include <QCoreApplication>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
 int main(int argc, char **argv)
 {
+    std::signal(SIGPIPE, SIG_DFL); // some parents ignore it: a closed pipe would be an error
     // Qt must not interpret the options.
     int count = 1;
     const QCoreApplication application(count, argv);
