@@ -15,7 +15,6 @@ enum class ArgumentKind : quint8 {
     File,
     Folder,
     Expression,
-    Command,
     Choice,
     Choices, // several, with commas between them
 };

@@ -116,8 +116,6 @@ QStringList of(const OptionDescription &option, ArgumentKind kind, const QString
         return {askForFiles};
     case ArgumentKind::Folder:
         return {askForFolders};
-    case ArgumentKind::Command:
-        return CommandList::names();
     case ArgumentKind::None:
         break;
     }

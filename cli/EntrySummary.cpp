@@ -2,6 +2,7 @@
 #include "cli/EntrySummary.h"
 
 #include "display/export/EntryFactTexts.h"
+#include "model/TavRegistryEntryPath.h"
 #include "store/EntryLocator.h"
 
 namespace {
@@ -16,6 +17,14 @@ QString textOrNull(const QString &text)
 QString EntrySummary::path(const TavRegistryEntry &entry, const QString &plane)
 {
     return EntryFactTexts::text(Fact::Path, entry, plane);
+}
+
+QStringList EntrySummary::paths(TavRegistryEntry &entry, const QString &plane)
+{
+    QStringList paths;
+    for (const TavRegistryEntryPath &path : entry.entryPathsInPlane(plane))
+        paths.append(entry.isRegistryRoot() ? plane + u':' : path.registryPath());
+    return paths;
 }
 
 void EntrySummary::addMembers(JsonWriter &json, const TavRegistryEntry &entry, const QString &plane)

@@ -36,42 +36,37 @@ RegistrySource::RegistrySource(QString sysfs, QString file)
 
 RegistrySource::~RegistrySource() = default;
 
-std::unique_ptr<RegistryService> RegistrySource::openService(const QString &sysfs, Need need)
+void RegistrySource::openService(Need need)
 {
     TreeReader::Options options;
     if (need == Need::Structure)
         options.detail = ReadingDetail::Structure;
-    auto service = LinuxRegistryService::create(sysfs, options);
+    auto service = LinuxRegistryService::create(sysfs_, options);
     if (!service)
         throw CommandError{service.error().message()};
     (*service)->setEventSourceFactory([] { return nullptr; }); // nobody would receive them
-    return std::move(*service);
-}
-
-std::shared_ptr<TavDataStore> RegistrySource::shareStore(Need need)
-{
-    if (store_)
-        return store_;
-    if (isSnapshot()) {
-        store_ = decode();
-        return store_;
-    }
-    service_ = openService(sysfs_, need);
-    reread();
-    return store_;
-}
-
-TavDataStore &RegistrySource::reread()
-{
-    store_ = TavDataStore::captureOnce(*service_);
-    if (!store_ || !store_->registryRoot())
-        throw CommandError{tr("The registry cannot be read.")};
-    return *store_;
+    service_ = std::move(*service);
 }
 
 TavDataStore &RegistrySource::store(Need need)
 {
-    return *shareStore(need);
+    if (store_)
+        return *store_;
+    if (!isSnapshot()) {
+        openService(need);
+        return reread();
+    }
+    store_ = decode();
+    return *store_;
+}
+
+TavDataStore &RegistrySource::reread()
+{
+    QCoreApplication::sendPostedEvents(); // left by the reading before: no event loop runs
+    store_ = TavDataStore::captureOnce(*service_);
+    if (!store_ || !store_->registryRoot())
+        throw CommandError{tr("The registry cannot be read.")};
+    return *store_;
 }
 
 void RegistrySource::readWhole(std::span<TavRegistryEntry *const> entries)
@@ -102,9 +97,9 @@ QByteArray RegistrySource::content() const
     return bytes;
 }
 
-std::shared_ptr<TavDataStore> RegistrySource::decode() const
+std::unique_ptr<TavDataStore> RegistrySource::decode() const
 {
-    std::shared_ptr<TavDataStore> store;
+    std::unique_ptr<TavDataStore> store;
     QString problem = tr("it is damaged");
     try {
         store = DataStoreDecoder::decode(content());

@@ -23,7 +23,6 @@ public:
 
     // Reads it at the first call. Throws CommandError.
     TavDataStore &store(Need need);
-    std::shared_ptr<TavDataStore> shareStore(Need need);
     TavDataStore &reread(); // not of a snapshot; the store before is gone
     void readWhole(std::span<TavRegistryEntry *const> entries);
 
@@ -32,15 +31,13 @@ public:
     bool isSnapshot() const { return !file_.isNull(); }
     const QString &sysfs() const { return sysfs_; }
 
-    // Throws CommandError.
-    static std::unique_ptr<RegistryService> openService(const QString &sysfs, Need need);
-
 private:
-    std::shared_ptr<TavDataStore> decode() const;
+    void openService(Need need);
+    std::unique_ptr<TavDataStore> decode() const;
     QByteArray content() const;
 
     QString sysfs_;
     QString file_; // null: none
     std::unique_ptr<RegistryService> service_;
-    std::shared_ptr<TavDataStore> store_; // uses the service
+    std::unique_ptr<TavDataStore> store_; // uses the service
 };

@@ -4,8 +4,8 @@
 #include "cli/CommandInput.h"
 #include "cli/CommandOutput.h"
 #include "cli/EntryArgument.h"
+#include "cli/EntrySummary.h"
 #include "cli/RegistrySource.h"
-#include "model/TavRegistryEntryPath.h"
 
 CommandDescription PathsCommand::description() const
 {
@@ -42,8 +42,8 @@ ExitCode PathsCommand::run(const CommandInput &input, RegistrySource &source, Co
                 });
             };
             for (const QString &plane : store.registryPlanes()) {
-                for (const TavRegistryEntryPath &path : entry->entryPathsInPlane(plane))
-                    add(plane, entry->isRegistryRoot() ? plane + u':' : path.registryPath());
+                for (const QString &path : EntrySummary::paths(*entry, plane))
+                    add(plane, path);
             }
             add({}, entry->kernelPath());
         }

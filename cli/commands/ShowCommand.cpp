@@ -12,23 +12,12 @@
 #include "display/export/EntryFactTexts.h"
 #include "display/export/JsonExport.h"
 #include "display/export/PropertyLines.h"
-#include "model/TavRegistryEntryPath.h"
 #include "store/filter/PropertyLookup.h"
 
 #include <QIODevice>
 
 namespace {
 constexpr qsizetype indent = 2;
-
-QStringList pathsOf(TavRegistryEntry &entry, const QStringList &planes)
-{
-    QStringList paths;
-    for (const QString &plane : planes) {
-        for (const TavRegistryEntryPath &path : entry.entryPathsInPlane(plane))
-            paths.append(entry.isRegistryRoot() ? plane + u':' : path.registryPath());
-    }
-    return paths;
-}
 
 void writeFact(const QString &title, const QString &text, CommandOutput &output)
 {
@@ -108,8 +97,10 @@ void ShowCommand::writeText(TavRegistryEntry &entry, CommandOutput &output) cons
 {
     output.add(entry.nameAtLocationInPlane(RegistryNames::servicePlane), TextRole::Name);
     output.endLine();
-    for (const QString &path : pathsOf(entry, planes_))
-        writeFact(EntryFactTexts::title(EntryFactTexts::Fact::Path), path, output);
+    for (const QString &plane : planes_) {
+        for (const QString &path : EntrySummary::paths(entry, plane))
+            writeFact(EntryFactTexts::title(EntryFactTexts::Fact::Path), path, output);
+    }
     writeFacts(entry, output);
     writeProperties(entry, output);
 }
