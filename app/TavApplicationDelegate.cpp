@@ -52,7 +52,7 @@ TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> 
     , defaultsController_(*service_)
     , documents_(*service_)
     , documentCommands_(documents_, {tr("Vandrel snapshots"), QStringLiteral("vandrel"),
-                                     tr("Snapshots without serial numbers and addresses")})
+                                     tr("&Remove serial numbers and addresses")})
     , documentWindows_(documents_, documentCommands_)
     , bookmarksController_(
           {.mainWindow = [this] { return mainWindowController(); },

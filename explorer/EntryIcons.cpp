@@ -9,7 +9,26 @@
 #include <QSvgRenderer>
 
 namespace {
-constexpr auto drawnColor = "#3d4550"; // in the files
+// Null if the theme has none of exactly this name: a shorter one would be coloured.
+QIcon themeIcon(EntryKind kind)
+{
+    const QString name = QLatin1String(freedesktopName(kind));
+    const QIcon icon = name.isEmpty() ? QIcon() : QIcon::fromTheme(name);
+    return icon.name() == name ? icon : QIcon();
+}
+
+// Whatever is painted, in one colour.
+template<class Paint>
+QPixmap drawnIn(QRgb color, int pixels, Paint paint)
+{
+    QPixmap pixmap(pixels, pixels);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    paint(painter, pixmap.rect());
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), QColor(color));
+    return pixmap;
+}
 } // namespace
 
 EntryIcons &EntryIcons::shared()
@@ -18,17 +37,18 @@ EntryIcons &EntryIcons::shared()
     return icons;
 }
 
-EntryIcons::Colors EntryIcons::currentColors()
+EntryIcons::Style EntryIcons::currentStyle()
 {
     const QPalette palette = QGuiApplication::palette();
-    return {paleColor(palette.color(QPalette::Text), palette.color(QPalette::Base)).rgb(),
+    return {QIcon::themeName(),
+            paleColor(palette.color(QPalette::Text), palette.color(QPalette::Base)).rgb(),
             palette.color(QPalette::HighlightedText).rgb()};
 }
 
 QIcon EntryIcons::icon(EntryKind kind)
 {
-    if (const Colors colors = currentColors(); colors != colors_) {
-        colors_ = colors;
+    if (const Style style = currentStyle(); style != style_) {
+        style_ = style;
         icons_.fill({});
     }
     QIcon &icon = icons_[static_cast<std::size_t>(kind)];
@@ -47,18 +67,19 @@ QByteArray EntryIcons::drawing(EntryKind kind)
 
 QIcon EntryIcons::draw(EntryKind kind) const
 {
-    const QByteArray drawing = EntryIcons::drawing(kind);
+    const QIcon themed = themeIcon(kind);
+    QSvgRenderer own(themed.isNull() ? drawing(kind) : QByteArray());
+    const auto paint = [&](QPainter &painter, const QRect &rect) {
+        if (themed.isNull())
+            own.render(&painter);
+        else
+            themed.paint(&painter, rect);
+    };
     QIcon icon;
     for (const auto &[mode, color] :
-         {std::pair(QIcon::Normal, colors_.plain), std::pair(QIcon::Selected, colors_.selected)}) {
-        QSvgRenderer renderer(
-            QByteArray(drawing).replace(drawnColor, QColor(color).name().toLatin1()));
+         {std::pair(QIcon::Normal, style_.plain), std::pair(QIcon::Selected, style_.selected)}) {
         for (const int scale : {1, 2, 3}) {
-            QPixmap pixmap(size * scale, size * scale);
-            pixmap.fill(Qt::transparent);
-            QPainter painter(&pixmap);
-            renderer.render(&painter);
-            painter.end();
+            QPixmap pixmap = drawnIn(color, size * scale, paint);
             pixmap.setDevicePixelRatio(scale);
             icon.addPixmap(pixmap, mode);
         }

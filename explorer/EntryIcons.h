@@ -7,8 +7,8 @@
 #include <QIcon>
 #include <array>
 
-// The icons of entries by kind, in the colours of the theme's text. Always our own: the icons of
-// desktop themes for such things differ in colour and weight, which is restless in a long list.
+// The icons of entries by kind: the desktop's symbolic icon, or our own where its theme has none.
+// All in the pale colour of the theme's text, since a long list of coloured icons is restless.
 class EntryIcons
 {
 public:
@@ -20,17 +20,18 @@ public:
     QIcon icon(EntryKind kind);
 
 private:
-    struct Colors
+    struct Style
     {
+        QString theme = {}; // of icons
         QRgb plain = 0;
         QRgb selected = 0; // on a selected row
-        friend bool operator==(const Colors &, const Colors &) = default;
+        friend bool operator==(const Style &, const Style &) = default;
     };
 
-    static Colors currentColors();
+    static Style currentStyle();
     static QByteArray drawing(EntryKind kind);
     QIcon draw(EntryKind kind) const;
 
-    Colors colors_;
+    Style style_;
     std::array<QIcon, static_cast<std::size_t>(EntryKind::Count)> icons_; // null: not drawn yet
 };

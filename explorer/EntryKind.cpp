@@ -8,12 +8,34 @@
 namespace {
 using enum EntryKind;
 
-constexpr const char *kindNames[] = {
-    "device", "bridge",  "bus",       "card",   "class",    "computer", "container",
-    "cpu",    "disk",    "display",   "driver", "firmware", "input",    "memory",
-    "module", "network", "partition", "power",  "sensor",   "sound",    "usb",
+constexpr struct
+{
+    const char *name;
+    const char *freedesktopName = "";
+} kinds[] = {
+    {"device"},
+    {"bridge"},
+    {"bus"},
+    {"card"},
+    {"class"},
+    {"computer", "computer-symbolic"},
+    {"container", "folder-symbolic"},
+    {"cpu"},
+    {"disk", "drive-harddisk-symbolic"},
+    {"display", "video-display-symbolic"},
+    {"driver"},
+    {"firmware", "application-x-firmware-symbolic"},
+    {"input", "input-keyboard-symbolic"},
+    {"memory"},
+    {"module", "application-x-addon-symbolic"},
+    {"network", "network-wired-symbolic"},
+    {"partition"},
+    {"power"},
+    {"sensor"},
+    {"sound", "audio-card-symbolic"},
+    {"usb"},
 };
-static_assert(std::size(kindNames) == static_cast<std::size_t>(Count));
+static_assert(std::size(kinds) == static_cast<std::size_t>(Count));
 
 constexpr struct
 {
@@ -95,15 +117,15 @@ constexpr struct
 // Of the most derived class that has one.
 EntryKind kindOfClasses(const QStringList &inheritance)
 {
-    static const QHash<QString, EntryKind> kinds = [] {
+    static const QHash<QString, EntryKind> kindOf = [] {
         QHash<QString, EntryKind> table;
         for (const auto &[className, kind] : kindsOfClasses)
             table.insert(QLatin1String(className), kind);
         return table;
     }();
     for (const QString &className : inheritance) {
-        const auto found = kinds.constFind(className);
-        if (found != kinds.constEnd())
+        const auto found = kindOf.constFind(className);
+        if (found != kindOf.constEnd())
             return *found;
     }
     return Device;
@@ -119,5 +141,10 @@ EntryKind entryKind(const TavRegistryEntry &entry)
 
 const char *entryKindName(EntryKind kind)
 {
-    return kindNames[static_cast<std::size_t>(kind)];
+    return kinds[static_cast<std::size_t>(kind)].name;
+}
+
+const char *freedesktopName(EntryKind kind)
+{
+    return kinds[static_cast<std::size_t>(kind)].freedesktopName;
 }

@@ -31,3 +31,5 @@ enum class EntryKind {
 
 EntryKind entryKind(const TavRegistryEntry &entry);
 const char *entryKindName(EntryKind kind); // in lower case, such as "disk"
+// The symbolic icon that themes have for it; empty: none is common.
+const char *freedesktopName(EntryKind kind);

@@ -35,8 +35,9 @@ bool isModuleName(const QString &name)
 }
 } // namespace
 
-DriverBundles::DriverBundles()
-    : context_(kmod_new(nullptr, nullptr))
+DriverBundles::DriverBundles(const QString &modulesFolder)
+    : context_(kmod_new(modulesFolder.isNull() ? nullptr : modulesFolder.toLocal8Bit().constData(),
+                        nullptr))
 {
     if (context_)
         kmod_set_log_priority(context_, 0); // a module without a file is normal

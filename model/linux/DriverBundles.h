@@ -11,7 +11,8 @@ class DriverBundles
 public:
     static const QString kernelBundleID;
 
-    DriverBundles();
+    // In the folder of a kernel's modules; null: of the running kernel.
+    explicit DriverBundles(const QString &modulesFolder = {});
     ~DriverBundles();
     DriverBundles(const DriverBundles &) = delete;
     DriverBundles &operator=(const DriverBundles &) = delete;

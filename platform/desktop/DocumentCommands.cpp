@@ -8,7 +8,9 @@
 #include "platform/runloop/RunLoop.h"
 #include "platform/widgets/BusyCursor.h"
 
+#include <QCheckBox>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QPointer>
 #include <QStandardPaths>
 
@@ -49,14 +51,9 @@ QFileDialog *DocumentCommands::makeDialog(QWidget &window, const QString &title)
 {
     auto *const dialog = new QFileDialog(&window, title);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setNameFilters({filterOf(kind_.name), tr("All files (*)")});
+    dialog->setNameFilters({tr("%1 (*.%2)").arg(kind_.name, kind_.extension), tr("All files (*)")});
     dialog->setDefaultSuffix(kind_.extension);
     return dialog;
-}
-
-QString DocumentCommands::filterOf(const QString &name) const
-{
-    return tr("%1 (*.%2)").arg(name, kind_.extension);
 }
 
 void DocumentCommands::openDocument(QWidget &window)
@@ -132,18 +129,14 @@ void DocumentCommands::saveDocumentAs(Document &document, const Done &done)
     QWidget *const window = windowOf(document);
     QFileDialog *const dialog = makeDialog(*window, tr("Save As"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    // A kind rather than a box, which the desktop's own dialog could not have.
-    const QString copyFilter = kind_.copyName.isNull() ? QString() : filterOf(kind_.copyName);
-    if (!copyFilter.isNull())
-        dialog->setNameFilters({filterOf(kind_.name), copyFilter, tr("All files (*)")});
+    const QCheckBox *const copyBox = addCopyBox(*dialog);
     const QFileInfo suggested(suggestedFile(document));
     dialog->setDirectory(suggested.absoluteDir().exists() ? suggested.path() : QDir::homePath());
     dialog->selectFile(suggested.fileName());
     connect(dialog, &QFileDialog::finished, &document,
-            [this, dialog, done, &document, copyFilter, window = QPointer(window)](int result) {
+            [this, dialog, done, &document, copyBox, window = QPointer(window)](int result) {
                 const QString file = dialog->selectedFiles().value(0);
-                const bool isCopy =
-                    !copyFilter.isNull() && dialog->selectedNameFilter() == copyFilter;
+                const bool isCopy = copyBox && copyBox->isChecked();
                 RunLoop::performLater(document, [this, done, &document,
                                                  isAccepted = result == QDialog::Accepted, isCopy,
                                                  file, window] {
@@ -156,6 +149,18 @@ void DocumentCommands::saveDocumentAs(Document &document, const Done &done)
                 });
             });
     dialog->open();
+}
+
+QCheckBox *DocumentCommands::addCopyBox(QFileDialog &dialog) const
+{
+    if (kind_.copyOption.isNull())
+        return nullptr;
+    // The desktop's own dialog has no place for a box.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    auto *const box = new QCheckBox(kind_.copyOption, &dialog);
+    auto *const layout = qobject_cast<QGridLayout *>(dialog.layout());
+    layout->addWidget(box, layout->rowCount(), 0, 1, layout->columnCount());
+    return box;
 }
 
 QString DocumentCommands::suggestedFile(const Document &document) const

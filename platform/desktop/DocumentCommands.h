@@ -7,6 +7,7 @@
 #include <QStringList>
 
 class DocumentController;
+class QCheckBox;
 class QFileDialog;
 class QWidget;
 
@@ -19,7 +20,7 @@ public:
     {
         QString name;
         QString extension;
-        QString copyName = {}; // another kind that can be saved as; null: none
+        QString copyOption = {}; // the text of a box that saves another copy; null: none
     };
     using Done = std::function<void(bool)>; // whether it was done; not called if the window closes
 
@@ -47,12 +48,12 @@ public:
 
 Q_SIGNALS:
     void readyToTerminate(); // all documents are closed
-    // The user chose to save as the other kind, which leaves the document as it is.
+    // The user ticked the box, which leaves the document as it is.
     void copyRequested(Document &document, const QString &file);
 
 private:
     QFileDialog *makeDialog(QWidget &window, const QString &title) const;
-    QString filterOf(const QString &name) const;
+    QCheckBox *addCopyBox(QFileDialog &dialog) const; // null: there is no such option
     QString suggestedFile(const Document &document) const;
     void save(Document &document, const QString &file, QWidget *window, const Done &done);
 

@@ -153,6 +153,39 @@ TEST_F(RowDetails, HaveAnIconByTheClassOfTheEntry)
     }
 }
 
+TEST_F(RowDetails, TakeTheIconOfTheDesktopWhereItHasASymbolicOne)
+{
+    const QTemporaryDir themes;
+    const auto write = [&](const char *name, const char *content) {
+        QFile file(themes.path() + QLatin1String("/sample/") + QLatin1String(name));
+        QDir().mkpath(QFileInfo(file).path());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    };
+    const auto *const red = R"(<svg xmlns="http://www.w3.org/2000/svg" width="16" height="16">)"
+                            R"(<rect width="16" height="16" fill="#ff0000"/></svg>)";
+    write("index.theme", "[Icon Theme]\nName=Sample\nDirectories=devices\n"
+                         "[devices]\nSize=16\nType=Scalable\nMinSize=8\nMaxSize=128\n");
+    write("devices/drive-harddisk-symbolic.svg", red);
+    write("devices/network-wired.svg", red); // coloured: not to be used
+    const QString theme = QIcon::themeName();
+    const QStringList paths = QIcon::themeSearchPaths();
+    const auto imageOf = [](EntryKind kind) {
+        return EntryIcons::shared().icon(kind).pixmap(16).toImage();
+    };
+    const QImage ownNetwork = imageOf(EntryKind::Network);
+    QIcon::setThemeSearchPaths(QStringList(themes.path()) + paths);
+    QIcon::setThemeName(QStringLiteral("sample"));
+    const QColor disk = imageOf(EntryKind::Disk).pixelColor(8, 8);
+    const QImage network = imageOf(EntryKind::Network);
+    QIcon::setThemeName(theme);
+    QIcon::setThemeSearchPaths(paths);
+    const QPalette palette = QGuiApplication::palette();
+    EXPECT_EQ(disk.rgb(),
+              paleColor(palette.color(QPalette::Text), palette.color(QPalette::Base)).rgb());
+    EXPECT_EQ(network, ownNetwork);
+}
+
 TEST(PaleColor, CanBeReadOnItsBackground)
 {
     for (const QColor &background :
