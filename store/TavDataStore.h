@@ -117,6 +117,7 @@ public:
 private:
     friend class DataStoreDecoder;
     friend class RedactedStore;
+    friend class StoreBuilder;
 
     TavDataStore();
     const std::vector<EntryOrder> &planeOrders();

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "compare/EntryPairing.h"
+
+#include "compare/EntryIdentity.h"
+#include "compare/VolatileAttributes.h"
+#include "store/TavDataStore.h"
+
+namespace {
+const QString servicePlane = QStringLiteral("DxService");
+
+QStringList planesOf(const TavDataStore &before, const TavDataStore &after)
+{
+    QStringList planes = after.registryPlanes() + before.registryPlanes();
+    planes.prepend(servicePlane);
+    planes.removeDuplicates();
+    return planes;
+}
+
+QString bootID(const TavDataStore &store)
+{
+    const TavRegistryEntry *const root = store.registryRoot();
+    return root ? EntryIdentity::propertyText(*root, u"DxBootID") : QString();
+}
+} // namespace
+
+EntryPairing::EntryPairing(const TavDataStore &before, const TavDataStore &after,
+                           const VolatileAttributes &volatileAttributes)
+    : before_(before)
+    , after_(after)
+    , volatileAttributes_(volatileAttributes)
+    , planes_(planesOf(before, after))
+    , nextByPath_(static_cast<std::size_t>(planes_.size()), 0)
+    , inAfter_(before.entryNumberLimit(), nullptr)
+    , inBefore_(after.entryNumberLimit(), nullptr)
+{
+    if (before.registryRoot() && after.registryRoot())
+        pair(*before.registryRoot(), *after.registryRoot());
+    pairByID();
+    pairByPath();
+    pairByIdentity();
+    pairSimilar();
+}
+
+bool EntryPairing::isPresent(const TavRegistryEntry &entry)
+{
+    return entry.registryState() != RegistryStateTerminated && !entry.hasTerminationDate();
+}
+
+void EntryPairing::pair(TavRegistryEntry &before, TavRegistryEntry &after)
+{
+    pairs_.push_back({&before, &after});
+    inAfter_[before.number()] = &after;
+    inBefore_[after.number()] = &before;
+}
+
+template<class Entries>
+EntryList::Entries EntryPairing::unpaired(const Entries &entries, const Partners &partners)
+{
+    EntryList::Entries found;
+    for (const auto &entry : entries) {
+        if (!partners[entry->number()] && isPresent(*entry))
+            found.push_back(&*entry);
+    }
+    return found;
+}
+
+// Only within one boot: IDs are given out again by the next one.
+void EntryPairing::pairByID()
+{
+    const QString boot = bootID(before_);
+    if (boot.isEmpty() || boot != bootID(after_))
+        return;
+    pairMatching(unpaired(before_.registryEntries(), inAfter_),
+                 unpaired(after_.registryEntries(), inBefore_),
+                 [](const auto &entry) { return QString::number(entry.entryTag()); });
+}
+
+// The service plane again after each other plane that found a pair.
+void EntryPairing::pairByPath()
+{
+    for (qsizetype i = 0; i < planes_.size();) {
+        const QString &plane = planes_.at(i);
+        const auto name = [&plane](const TavRegistryEntry &entry) {
+            return entry.nameAtLocationInPlane(plane);
+        };
+        const bool anyFound = pairChildren(plane, nextByPath_[static_cast<std::size_t>(i)], name);
+        i = anyFound && i > 0 ? 0 : i + 1;
+    }
+}
+
+// Pairs the children of all pairs from the next one on, also of those that are found meanwhile.
+bool EntryPairing::pairChildren(const QString &plane, std::size_t &next, const Key &key)
+{
+    const std::size_t before = pairs_.size();
+    for (; next < pairs_.size(); ++next) {
+        const auto [older, newer] = pairs_[next];
+        const auto children = unpaired(older->childrenInPlane(plane), inAfter_);
+        if (!children.empty())
+            pairMatching(children, unpaired(newer->childrenInPlane(plane), inBefore_), key);
+    }
+    return pairs_.size() > before;
+}
+
+void EntryPairing::pairMatching(const EntryList::Entries &before, const EntryList::Entries &after,
+                                const Key &key)
+{
+    if (before.empty() || after.empty())
+        return;
+    Queues waiting; // the first one last
+    for (auto entry = before.rbegin(); entry != before.rend(); ++entry) {
+        if (const QString text = key(**entry); !text.isEmpty())
+            waiting[text].push_back(*entry);
+    }
+    if (waiting.isEmpty())
+        return;
+    for (TavRegistryEntry *const entry : after) {
+        const QString text = key(*entry);
+        const auto found = text.isEmpty() ? waiting.end() : waiting.find(text);
+        if (found == waiting.end() || found->empty())
+            continue;
+        pair(*found->back(), *entry);
+        found->pop_back();
+    }
+}
+
+void EntryPairing::pairByIdentity()
+{
+    for (const EntryIdentity::Kind kind : EntryIdentity::kinds) {
+        pairMatching(
+            unpaired(before_.registryEntries(), inAfter_),
+            unpaired(after_.registryEntries(), inBefore_),
+            [kind](const TavRegistryEntry &entry) { return EntryIdentity::textOf(entry, kind); });
+        pairByPath();
+    }
+}
+
+// Exchangeable devices under one parent, such as a keyboard that got another number.
+void EntryPairing::pairSimilar()
+{
+    const auto likeness = [this](const TavRegistryEntry &entry) {
+        return EntryIdentity::likeness(entry, volatileAttributes_);
+    };
+    while (pairChildren(servicePlane, nextSimilar_, likeness))
+        pairByPath();
+}
