@@ -75,6 +75,14 @@ QStringList chainFor(const HostObject &object)
 
 const QByteArray ClassNames::kernelBundle = "__kernel__";
 
+bool ClassNames::hasType(const HostObject &object)
+{
+    if (object.kind != Kind::Device || object.subsystem.isEmpty())
+        return false;
+    const QString word = deviceWord(object);
+    return !word.isEmpty() && word != QLatin1String("Device");
+}
+
 QString ClassNames::nameFor(const HostObject &object)
 {
     return derive(chainFor(object), object.module.isNull() ? kernelBundle : object.module);

@@ -13,6 +13,8 @@ class ClassNames
 public:
     static const QByteArray kernelBundle; // for what no module supplies
 
+    // Whether the object is of a type of its own within its subsystem, such as a USB interface.
+    static bool hasType(const HostObject &object);
     // Names the object's class from its kind, subsystem, driver and module.
     QString nameFor(const HostObject &object);
     QString superclass(const QString &className) const; // null at the top or for an unknown name

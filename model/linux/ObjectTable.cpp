@@ -271,17 +271,25 @@ void ObjectTable::nameHost()
 
 void ObjectTable::nameAll(ClassNames &classNames)
 {
-    // A fixed order (kernel first, then by module, buses before classes) decides which class gets a
-    // plain name.
-    std::vector<HostObject *> order;
+    // A fixed order (kernel first, then by module, buses before classes, plain devices before those
+    // of a type) decides which class gets a plain name, in whatever order the tree was read.
+    struct Named
+    {
+        HostObject *object;
+        bool hasType;
+    };
+    std::vector<Named> order;
+    order.reserve(objects_.size());
     for (HostObject &object : objects_)
-        order.push_back(&object);
-    std::stable_sort(order.begin(), order.end(), [](const auto *a, const auto *b) {
-        return std::tuple(a->module, b->isOnBus, a->subsystem) <
-               std::tuple(b->module, a->isOnBus, b->subsystem);
+        order.push_back({&object, ClassNames::hasType(object)});
+    std::stable_sort(order.begin(), order.end(), [](const Named &left, const Named &right) {
+        const HostObject &a = *left.object;
+        const HostObject &b = *right.object;
+        return std::tie(a.module, b.isOnBus, a.subsystem, left.hasType) <
+               std::tie(b.module, a.isOnBus, b.subsystem, right.hasType);
     });
-    for (HostObject *object : order)
-        object->className = classNames.nameFor(*object);
+    for (const Named &named : order)
+        named.object->className = classNames.nameFor(*named.object);
     for (int i = 2; i < count(); ++i) {
         HostObject &object = at(i);
         object.name = object.kind == Kind::Device ? ObjectNames::ofDevice(object)
