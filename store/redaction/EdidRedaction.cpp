@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "store/redaction/EdidRedaction.h"
 
+#include <QtEndian>
 #include <algorithm>
 #include <functional>
 #include <numeric>
@@ -87,11 +88,11 @@ QStringList EdidRedaction::serialTexts(const QByteArray &edid)
     return texts;
 }
 
-QByteArray EdidRedaction::cleaned(QByteArray edid)
+QByteArray EdidRedaction::cleaned(QByteArray edid, quint32 serialNumber)
 {
     if (!isEdid(edid))
         return edid;
-    std::fill_n(edid.begin() + serialAt, serialSize, '\0');
+    qToLittleEndian(serialNumber, edid.data() + serialAt);
     forEachSerialText(QByteArray(edid), [&](qsizetype at, qsizetype length) {
         edid[at] = '\n';
         std::fill_n(edid.begin() + at + 1, length - 1, ' ');

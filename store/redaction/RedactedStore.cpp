@@ -42,40 +42,69 @@ void forEachEntry(const TavDataStore &store, double from, double part,
 }
 } // namespace
 
-RedactedStore::RedactedStore(const TavDataStore &original, const Reach &reach)
+RedactedStore::RedactedStore(const TavDataStore &original, std::shared_ptr<Redactor> redactor)
     : original_(original)
+    , redactor_(std::move(redactor))
     , store_(new TavDataStore)
-{
-    redactor_.learnHost(original.hostName());
-    forEachEntry(original, 0, learningPart, reach,
-                 [this](const TavRegistryEntry &entry) { learn(entry); });
-    redactor_.finishLearning();
+{}
 
-    store_->hostName_ = redactor_.host(original.hostName());
-    store_->archName_ = original.archName();
-    store_->byteOrder_ = original.byteOrder();
-    store_->isUpToDate_ = original.isUpToDate();
-    store_->lastUpdateDate_ = original.lastUpdateDate();
-    store_->registryPlanes_ = original.registryPlanes();
+RedactedStore::RedactedStore(const TavDataStore &original, const Reach &reach)
+    : RedactedStore(original, std::make_shared<Redactor>())
+{
+    learnAll(0, learningPart, reach);
+    redactor_->finishLearning();
+    copyAll(learningPart, 1 - learningPart, reach);
+}
+
+RedactedStore::Pair RedactedStore::copiesOf(const TavDataStore &before, const TavDataStore &after,
+                                            const Reach &reach)
+{
+    const auto redactor = std::make_shared<Redactor>();
+    Pair pair{std::unique_ptr<RedactedStore>(new RedactedStore(before, redactor)),
+              std::unique_ptr<RedactedStore>(new RedactedStore(after, redactor))};
+    constexpr double step = 0.25;
+    pair.before->learnAll(0, step, reach);
+    pair.after->learnAll(step, step, reach);
+    redactor->finishLearning();
+    pair.before->copyAll(2 * step, step, reach);
+    pair.after->copyAll(3 * step, step, reach);
+    return pair;
+}
+
+void RedactedStore::learnAll(double from, double part, const Reach &reach)
+{
+    redactor_->learnHost(original_.hostName());
+    forEachEntry(original_, from, part, reach,
+                 [this](const TavRegistryEntry &entry) { learn(entry); });
+}
+
+void RedactedStore::copyAll(double from, double part, const Reach &reach)
+{
+    store_->hostName_ = redactor_->host(original_.hostName());
+    store_->archName_ = original_.archName();
+    store_->byteOrder_ = original_.byteOrder();
+    store_->isUpToDate_ = original_.isUpToDate();
+    store_->lastUpdateDate_ = original_.lastUpdateDate();
+    store_->registryPlanes_ = original_.registryPlanes();
     makeEntries();
-    forEachEntry(
-        original, learningPart, 1 - learningPart, reach,
-        [this](const TavRegistryEntry &entry) { copyProperties(entry, *copies_[&entry]); });
+    forEachEntry(original_, from, part, reach, [this](const TavRegistryEntry &entry) {
+        copyProperties(entry, *copies_[&entry]);
+    });
 }
 
 void RedactedStore::learn(const TavRegistryEntry &entry)
 {
     const EntryRecord &facts = entry.facts();
-    redactor_.learnName(facts.name);
-    redactor_.learnName(facts.location);
-    redactor_.learnName(entry.kernelPath());
+    redactor_->learnName(facts.name);
+    redactor_->learnName(facts.location);
+    redactor_->learnName(entry.kernelPath());
     for (const NamesByPlane *names : {&facts.namesInPlanes, &facts.locationsInPlanes}) {
         for (std::size_t i = 0; i < names->size(); ++i)
-            redactor_.learnName(names->name(i).toOwner());
+            redactor_->learnName(names->name(i).toOwner());
     }
     const QString subsystem = subsystemOf(entry);
     if (!entry.table().isNone())
-        redactor_.learn({}, subsystem, entry.table());
+        redactor_->learn({}, subsystem, entry.table());
     else if (const TavRegistryProperty *const tree = entry.properties())
         learnTree(*tree, subsystem);
 }
@@ -86,8 +115,8 @@ void RedactedStore::learnTree(const TavRegistryProperty &root, const QString &su
     const std::vector<QString> keys = keysOf(nodes);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         if (nodes[i].hasName) // the key itself may have a private part
-            redactor_.learn({}, subsystem, RegistryValue::string(nodes[i].name.toOwner()));
-        redactor_.learn(keys[i], subsystem, nodes[i].value);
+            redactor_->learn({}, subsystem, RegistryValue::string(nodes[i].name.toOwner()));
+        redactor_->learn(keys[i], subsystem, nodes[i].value);
     }
 }
 
@@ -121,9 +150,9 @@ EntryRecord RedactedStore::factsOf(const TavRegistryEntry &entry) const
             .dateTerminated = facts.dateTerminated,
             .bundleID = facts.bundleID,
             .inheritance = facts.inheritance,
-            .name = redactor_.text(facts.name),
-            .location = redactor_.text(facts.location),
-            .kernelPath = CompactString(redactor_.text(entry.kernelPath())),
+            .name = redactor_->text(facts.name),
+            .location = redactor_->text(facts.location),
+            .kernelPath = CompactString(redactor_->text(entry.kernelPath())),
             .namesInPlanes = namesOf(facts.namesInPlanes),
             .locationsInPlanes = namesOf(facts.locationsInPlanes),
             .registryState = facts.registryState,
@@ -138,7 +167,7 @@ NamesByPlane RedactedStore::namesOf(const NamesByPlane &names) const
     NamesByPlane::Strings texts;
     for (std::size_t i = 0; i < names.size(); ++i) {
         planes.emplace_back(names.plane(i));
-        texts.emplace_back(redactor_.text(names.name(i).toOwner()));
+        texts.emplace_back(redactor_->text(names.name(i).toOwner()));
     }
     NamesByPlane copy;
     copy.assign(std::move(planes), texts);
@@ -175,7 +204,7 @@ void RedactedStore::copyProperties(const TavRegistryEntry &entry, TavRegistryEnt
                                                   copy.shared_from_this(), nodesOf(entry)));
         return;
     }
-    const RegistryValue table = redactor_.value({}, subsystemOf(entry), entry.table());
+    const RegistryValue table = redactor_->value({}, subsystemOf(entry), entry.table());
     copy.setTable(table.sharingWith(entry.table()), entry.dateRead());
 }
 
@@ -187,9 +216,9 @@ std::vector<PropertyRecord> RedactedStore::nodesOf(const TavRegistryEntry &entry
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         PropertyRecord &node = nodes[i];
         if (node.hasName)
-            node.name = CompactString(redactor_.text(node.name.toOwner()));
+            node.name = CompactString(redactor_->text(node.name.toOwner()));
         if (!node.isCollection) {
-            node.value = redactor_.value(keys[i], subsystem, node.value);
+            node.value = redactor_->value(keys[i], subsystem, node.value);
             if (node.type != RegistryValue::Type::None) // that of a terminated copy
                 node.type = node.value.type();
         }

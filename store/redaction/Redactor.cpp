@@ -3,6 +3,8 @@
 
 #include "store/redaction/EdidRedaction.h"
 
+#include <climits>
+
 namespace {
 using Type = RegistryValue::Type;
 using DataKind = PrivacyRules::DataKind;
@@ -133,8 +135,10 @@ RegistryValue Redactor::value(const QString &key, const QString &subsystem,
         return collection(key, subsystem, value);
     case Type::String: {
         const QString own = value.toString();
-        if (role.data == DataKind::Blank)
-            return RegistryValue::string(QString());
+        if (role.data == DataKind::Blank) {
+            const quint32 variant = variantOf({}, own.toUtf8());
+            return RegistryValue::string(variant == 0 ? QString() : QString::number(variant));
+        }
         const QString token = role.kind ? values_.token(own) : QString();
         const QString shown = token.isNull() ? text(own) : token;
         return isSame(shown, own) ? value : RegistryValue::string(shown);
@@ -181,26 +185,49 @@ RegistryValue Redactor::number(const Role &role, const RegistryValue &value) con
     return token.isNull() ? value : RegistryValue::string(token);
 }
 
+// Different data stays different, so that a comparison finds the same differences.
 QByteArray Redactor::data(const Role &role, const QByteArray &bytes) const
 {
-    if (role.data == DataKind::Blank)
-        return QByteArray(bytes.size(), '\0');
+    const QByteArray cleared = data(role, bytes, 0);
+    const quint32 variant = cleared == bytes ? 0 : variantOf(cleared, bytes);
+    return variant == 0 ? cleared : data(role, bytes, variant);
+}
+
+quint32 Redactor::variantOf(const QByteArray &cleared, const QByteArray &original) const
+{
+    QHash<QByteArray, quint32> &originals = variants_[cleared];
+    const auto known = originals.constFind(original);
+    if (known != originals.constEnd())
+        return *known;
+    return *originals.insert(original, static_cast<quint32>(originals.size()));
+}
+
+QByteArray Redactor::data(const Role &role, const QByteArray &bytes, quint32 variant) const
+{
+    if (role.data == DataKind::Blank) {
+        QByteArray blank(bytes.size(), '\0');
+        for (qsizetype i = 0; i < std::min(blank.size(), qsizetype(sizeof variant)); ++i)
+            blank[i] = static_cast<char>(variant >> CHAR_BIT * i);
+        return blank;
+    }
     if (role.data == DataKind::Edid)
-        return withoutPrivateParts(EdidRedaction::cleaned(bytes));
+        return withoutPrivateParts(EdidRedaction::cleaned(bytes, variant), 0);
     if (role.data == DataKind::Mac && bytes.size() == addressSize) {
         const QString token = values_.token(addressText(bytes));
         return token.isNull() ? bytes : QByteArray::fromHex(token.toLatin1());
     }
     const QString token = role.kind ? values_.token(textIn(bytes)) : QString();
-    return token.isNull() ? withoutPrivateParts(bytes) : token.toLatin1() + '\0';
+    return token.isNull() ? withoutPrivateParts(bytes, variant) : token.toLatin1() + '\0';
 }
 
 // Keeps the length, since places in the data may matter.
-QByteArray Redactor::withoutPrivateParts(QByteArray bytes) const
+QByteArray Redactor::withoutPrivateParts(QByteArray bytes, quint32 variant) const
 {
+    constexpr quint32 letters = 26;
+    const char filling = static_cast<char>('A' + (variant + 'X' - 'A') % letters);
     values_.replacer().forEachMatch(QString::fromLatin1(bytes),
                                     [&](qsizetype start, qsizetype length, const QString &) {
-                                        std::fill_n(bytes.begin() + start, length, 'X');
+                                        std::fill_n(bytes.begin() + start, length, filling);
                                     });
     return bytes;
 }

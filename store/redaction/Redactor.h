@@ -38,8 +38,12 @@ private:
                              const RegistryValue &value) const;
     RegistryValue number(const Role &role, const RegistryValue &value) const;
     QByteArray data(const Role &role, const QByteArray &bytes) const;
-    QByteArray withoutPrivateParts(QByteArray bytes) const;
+    QByteArray data(const Role &role, const QByteArray &bytes, quint32 variant) const;
+    QByteArray withoutPrivateParts(QByteArray bytes, quint32 variant) const;
+    quint32 variantOf(const QByteArray &cleared, const QByteArray &original) const;
 
     PrivateValues values_;
     mutable QHash<QString, QHash<QString, Role>> roles_; // by subsystem and key
+    // Originals that are the same once their private parts are cleared, and their numbers from 0.
+    mutable QHash<QByteArray, QHash<QByteArray, quint32>> variants_;
 };
