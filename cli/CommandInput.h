@@ -19,6 +19,10 @@ public:
 
     bool isSet(const char *option) const { return parser_.isSet(QString::fromLatin1(option)); }
     QString value(const char *option) const { return parser_.value(QString::fromLatin1(option)); }
+    QStringList values(const char *option) const // of an option that may be repeated
+    {
+        return parser_.values(QString::fromLatin1(option));
+    }
     // The words of a value with commas; all of them if the option is not set.
     QStringList choices(const OptionDescription &option) const;
     // Throw CommandError unless it is a number of 0 or more; none if it is not set.

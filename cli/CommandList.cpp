@@ -2,6 +2,7 @@
 #include "cli/CommandList.h"
 
 #include "cli/commands/CaptureCommand.h"
+#include "cli/commands/CompareCommand.h"
 #include "cli/commands/DrivenCommand.h"
 #include "cli/commands/ExportCommand.h"
 #include "cli/commands/FindCommand.h"
@@ -25,6 +26,7 @@ std::vector<std::unique_ptr<Command>> all()
     commands.push_back(std::make_unique<WatchCommand>());
     commands.push_back(std::make_unique<CaptureCommand>());
     commands.push_back(std::make_unique<ExportCommand>());
+    commands.push_back(std::make_unique<CompareCommand>());
     return commands;
 }
 } // namespace

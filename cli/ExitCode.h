@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-// As of grep, and of sysexits for a wrong command line.
+// As of grep and diff, and of sysexits for a wrong command line.
 enum class ExitCode : int {
     Found = 0,
     Nothing = 1,
+    Same = Found,
+    Different = Nothing,
     Failed = 2,
     WrongUsage = 64,
 };

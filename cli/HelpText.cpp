@@ -103,8 +103,10 @@ std::vector<OptionDescription> HelpText::programOptions()
 
 std::vector<HelpText::Exit> HelpText::exitCodes()
 {
-    return {{static_cast<int>(ExitCode::Found), tr("something was found or done")},
-            {static_cast<int>(ExitCode::Nothing), tr("there was nothing to find")},
+    return {{static_cast<int>(ExitCode::Found),
+             tr("something was found or done; compared registries are the same")},
+            {static_cast<int>(ExitCode::Nothing),
+             tr("there was nothing to find; compared registries differ")},
             {static_cast<int>(ExitCode::Failed),
              tr("something failed; a line on standard error says what")},
             {static_cast<int>(ExitCode::WrongUsage), tr("the command line is wrong")}};

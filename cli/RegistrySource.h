@@ -30,6 +30,7 @@ public:
     bool isRunningKernel() const;
     bool isSnapshot() const { return !file_.isNull(); }
     const QString &sysfs() const { return sysfs_; }
+    const QString &file() const { return file_; } // null: no snapshot
 
 private:
     void openService(Need need);
