@@ -2,6 +2,7 @@
 #include "app/TavApplicationDelegate.h"
 
 #include "app/CommandLine.h"
+#include "app/CompareMenu.h"
 #include "app/HelpWindow.h"
 #include "app/PreferencesWarning.h"
 #include "app/WindowPicture.h"
@@ -234,6 +235,10 @@ void TavApplicationDelegate::connectCommands(TavDocument &document, TavWindowCon
                 RunLoop::performLater(
                     *this, [this, file, shown] { documentCommands_.openFiles({file}, shown); });
             });
+    new CompareMenu(*InterfaceLoader::outlet<QMenu>(window, "compareMenu"), document, documents_,
+                    documentCommands_);
+    for (const char *const saving : {"saveDocumentAction", "saveDocumentAsAction"})
+        InterfaceLoader::outlet<QAction>(window, saving)->setEnabled(document.isSnapshot());
     new WindowsMenu(*InterfaceLoader::outlet<QMenu>(window, "windowMenu"), window, documents_);
     bookmarksController_.addBookmarksMenu(*InterfaceLoader::outlet<QMenu>(window, "bookmarksMenu"),
                                           controller);

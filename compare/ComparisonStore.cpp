@@ -147,7 +147,9 @@ PlaneMap<EntryList> ComparisonStore::children(const EntryDifference &difference)
 
 const EntryDifference &ComparisonStore::differenceOf(const TavRegistryEntry &entry) const
 {
-    return comparison().differences()[places_[entry.number()]];
+    static const EntryDifference none;
+    return entry.dataStore() == store().get() ? comparison().differences()[places_[entry.number()]]
+                                              : none;
 }
 
 const EntryRef &ComparisonStore::entryOf(const EntryDifference &difference) const
@@ -155,8 +157,21 @@ const EntryRef &ComparisonStore::entryOf(const EntryDifference &difference) cons
     return entries_[static_cast<std::size_t>(&difference - comparison().differences().data())];
 }
 
+PropertyDifferences ComparisonStore::propertyDifferences(const TavRegistryEntry &entry,
+                                                         const PropertyClass &nodeClass) const
+{
+    const EntryDifference &difference = differenceOf(entry);
+    PropertyRef tree = entry.copyOfProperties(nodeClass);
+    if (!difference.before || !difference.after)
+        return PropertyDifferences(std::move(tree));
+    return {difference.before->copyOfProperties(nodeClass), std::move(tree),
+            comparison().rulesFor(difference)};
+}
+
 quint64 ComparisonStore::differencesBelow(const TavRegistryEntry &entry, const QString &plane) const
 {
+    if (entry.dataStore() != store().get())
+        return 0;
     auto counts = below_.find(plane);
     if (counts == below_.end())
         counts = below_.insert(plane, countBelow(plane));

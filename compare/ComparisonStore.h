@@ -35,10 +35,13 @@ public:
     // Takes over a newer comparison.
     void show(std::shared_ptr<const Compared> compared);
 
-    // What an entry of the store stands for.
+    // What an entry of the store stands for; nothing for one that has left it.
     const EntryDifference &differenceOf(const TavRegistryEntry &entry) const;
     // The entry of the store that stands for a difference.
     const EntryRef &entryOf(const EntryDifference &difference) const;
+    // Its property tree with what changed noted in it; the nodes belong to this entry.
+    PropertyDifferences propertyDifferences(const TavRegistryEntry &entry,
+                                            const PropertyClass &nodeClass) const;
     // How many differences are below an entry in a plane, without its own.
     quint64 differencesBelow(const TavRegistryEntry &entry, const QString &plane) const;
 

@@ -35,6 +35,7 @@ EntryPairing::EntryPairing(const TavDataStore &before, const TavDataStore &after
 {
     if (before.registryRoot() && after.registryRoot())
         pair(*before.registryRoot(), *after.registryRoot());
+    pairHosts();
     pairByID();
     pairByPath();
     pairByIdentity();
@@ -62,6 +63,19 @@ EntryList::Entries EntryPairing::unpaired(const Entries &entries, const Partners
             found.push_back(&*entry);
     }
     return found;
+}
+
+// By what they are: two machines have different names.
+void EntryPairing::pairHosts()
+{
+    if (pairs_.empty())
+        return;
+    static const QString hostClass = QStringLiteral("DxHost");
+    const auto isHost = [](const TavRegistryEntry &entry) {
+        return entry.DxcoreClass() == hostClass ? hostClass : QString();
+    };
+    std::size_t next = 0;
+    pairChildren(servicePlane, next, isHost);
 }
 
 // Only within one boot: IDs are given out again by the next one.

@@ -56,6 +56,7 @@ public:
     std::vector<FactChange> factChanges(const EntryDifference &difference) const;
     PropertyDifferences propertyDifferences(const EntryDifference &difference,
                                             const PropertyClass &nodeClass) const;
+    PropertyDifferences::Rules rulesFor(const EntryDifference &difference) const;
 
 private:
     using Places = std::vector<quint32>; // in the differences, by the number of an entry
@@ -75,7 +76,6 @@ private:
     void judgeName(EntryDifference &difference) const;
     void judgeProperties(EntryDifference &difference) const;
     bool isRenumbered(const EntryDifference &difference) const;
-    PropertyDifferences::Rules rulesFor(const EntryDifference &difference) const;
     void count(const EntryDifference &difference);
 
     const TavDataStore &before_;

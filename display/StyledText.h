@@ -12,7 +12,8 @@ struct TextAttributes
 
     bool fixedPitch = false; // the user's fixed-pitch font at the small system size
     bool grayForeground = false;
-    bool link = false; // in the colour of links, underlined
+    bool marked = false; // differs from another text
+    bool link = false;   // in the colour of links, underlined
     Wrap wrap = Wrap::Word;
     char headIndent = 0; // wrapped lines are indented by the width of this character; 0: none
 

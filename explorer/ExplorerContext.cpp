@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explorer/ExplorerContext.h"
 
+#include "compare/ComparisonStore.h"
+#include "display/comparison/DifferenceWords.h"
+#include "display/views/DifferenceIcons.h"
 #include "explorer/DateText.h"
 #include "explorer/EntryIcons.h"
+#include "explorer/EntryTextStyle.h"
 #include "explorer/IncompleteBar.h"
 #include "store/TavDataStore.h"
 
@@ -29,6 +33,8 @@ QString ExplorerContext::toolTipForRegistryEntry(const TavRegistryEntry &entry) 
     };
     if (const DeviceName *const device = entry.deviceName())
         text += u'\n' + device->description();
+    if (const QString difference = differenceText(entry); !difference.isNull())
+        text += u'\n' + difference;
     append(entry.dateDiscovered(), tr("Discovered: %1 %2"));
     append(entry.dateLastUpdated(), tr("Updated: %1 %2"));
     append(entry.dateTerminated(), tr("Terminated: %1 %2"));
@@ -47,14 +53,57 @@ QVariant ExplorerContext::markForEntry(const TavRegistryEntry &entry) const
 {
     if (!warningForEntry(entry).isNull())
         return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
+    const ComparisonStore *const compared = comparison();
+    const DifferenceKind kind =
+        compared ? compared->differenceOf(entry).kind : DifferenceKind::Same;
+    if (kind != DifferenceKind::Same)
+        return DifferenceIcons::icon(kind);
     return showsIcons() ? QVariant(EntryIcons::shared().iconOf(entry)) : QVariant();
 }
 
 QVariant ExplorerContext::detailForEntry(const TavRegistryEntry &entry) const
 {
     const DeviceName *const device = showsDeviceNames() ? entry.deviceName() : nullptr;
-    const QString detail = device ? device->shortTitle() : QString();
-    return detail.isNull() ? QVariant() : detail;
+    QStringList details;
+    if (const QString below = differencesBelowText(entry); !below.isNull())
+        details.append(below);
+    if (device)
+        details.append(device->shortTitle());
+    return details.isEmpty() ? QVariant() : details.join(QLatin1String(" · "));
+}
+
+QVariant ExplorerContext::colorForEntry(const TavRegistryEntry &entry,
+                                        const EntryTextAttributes &attributes) const
+{
+    const bool isPlain = attributes.color == EntryTextAttributes::Color::Text;
+    const DifferenceKind kind =
+        isPlain && comparison() ? comparison()->differenceOf(entry).kind : DifferenceKind::Same;
+    return kind == DifferenceKind::Same ? EntryTextStyle::color(attributes)
+                                        : QVariant(DifferenceIcons::color(kind));
+}
+
+QString ExplorerContext::differenceText(const TavRegistryEntry &entry) const
+{
+    if (!comparison())
+        return {};
+    const EntryDifference &difference = comparison()->differenceOf(entry);
+    if (difference.kind == DifferenceKind::Same)
+        return {};
+    QStringList facts;
+    for (const auto &change : comparison()->comparison().factChanges(difference))
+        facts.append(
+            tr("%1: %2 → %3")
+                .arg(DifferenceWords::factTitle(change.fact), change.before, change.after));
+    facts.prepend(DifferenceWords::word(difference.kind));
+    return facts.join(u'\n');
+}
+
+QString ExplorerContext::differencesBelowText(const TavRegistryEntry &entry) const
+{
+    const quint64 below = comparison() ? comparison()->differencesBelow(entry, registryPlane()) : 0;
+    return below == 0   ? QString()
+           : below == 1 ? tr("1 difference")
+                        : tr("%1 differences").arg(below);
 }
 
 QString ExplorerContext::accessibleNameForEntry(const TavRegistryEntry &entry,
@@ -63,6 +112,11 @@ QString ExplorerContext::accessibleNameForEntry(const TavRegistryEntry &entry,
     const QString detail = detailForEntry(entry).toString();
     // "name, device"
     const QString text = detail.isNull() ? name : tr("%1, %2").arg(name, detail);
+    if (const ComparisonStore *const compared = comparison()) {
+        const DifferenceKind kind = compared->differenceOf(entry).kind;
+        return kind == DifferenceKind::Same ? text
+                                            : tr("%1, %2").arg(text, DifferenceWords::word(kind));
+    }
     switch (entry.registryState()) {
     case RegistryStateNew:
         return tr("%1, new").arg(text);

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QVariant>
 
+class ComparisonStore;
 class TavDataStore;
 
 // What the tree, the columns and the results may ask of the window that shows them.
@@ -23,6 +24,8 @@ public:
     virtual bool isFiltering() const = 0; // false: everything passes the filter
     virtual bool passesFilter(const TavRegistryEntry &entry) const = 0;
     virtual bool hidesEverything() const = 0; // a search that filters has found nothing
+    // What the window compares; null: it shows a registry.
+    virtual const ComparisonStore *comparison() const { return nullptr; }
 
     EntryList::Entries filterRegistryEntries(const EntryList::Entries &entries) const;
     QString toolTipForRegistryEntry(const TavRegistryEntry &entry) const;
@@ -32,9 +35,16 @@ public:
     QVariant markForEntry(const TavRegistryEntry &entry) const;
     // The device's name, behind the entry's; null where there is none or device names are off.
     QVariant detailForEntry(const TavRegistryEntry &entry) const;
+    // The colour of an entry's name; invalid for the view's own.
+    QVariant colorForEntry(const TavRegistryEntry &entry,
+                           const EntryTextAttributes &attributes) const;
     // What a screen reader says of a row.
     QString accessibleNameForEntry(const TavRegistryEntry &entry, const QString &name) const;
 
 protected:
     ~ExplorerContext() = default;
+
+private:
+    QString differenceText(const TavRegistryEntry &entry) const; // null: no comparison, or the same
+    QString differencesBelowText(const TavRegistryEntry &entry) const; // null: none
 };

@@ -3,10 +3,12 @@
 
 #include "platform/archive/ArchiveFormat.h"
 #include "platform/preferences/PreferencesStore.h"
+#include "platform/runloop/RunLoop.h"
 #include "store/DataStoreDecoder.h"
 #include "store/DataStoreEncoder.h"
 #include "store/DataStoreNotifications.h"
 #include "store/FileVersionExceptions.h"
+#include "store/StoreBuilder.h"
 #include "store/StoreLogging.h"
 #include "store/TavDocumentController.h"
 
@@ -40,6 +42,10 @@ std::unique_ptr<TavDocument> TavDocument::createUntitled(TavDocumentController &
     if (!document->takeSnapshot())
         return nullptr;
     document->applyUpdatePreferences();
+    // Later: nobody waits for it to see the window.
+    RunLoop::performLater(*document, [opened = document.get()] {
+        opened->openedState_ = StoreBuilder::copyOf(*opened->dataStore_);
+    });
     document->setIndex(++controller.documentCounter_);
     controller.synchronizeTitles();
     controller.scheduleBookmarksCheck();
@@ -70,6 +76,17 @@ bool TavDocument::takeSnapshot()
         return false;
     _registerForDataStoreNotifications();
     return true;
+}
+
+void TavDocument::setDataStore(std::shared_ptr<TavDataStore> store)
+{
+    dataStore_ = std::move(store);
+    _registerForDataStoreNotifications();
+}
+
+void TavDocument::markThisMoment()
+{
+    markedState_ = StoreBuilder::copyOf(*dataStore_);
 }
 
 void TavDocument::applyUpdatePreferences()

@@ -33,6 +33,13 @@ public:
     QString fileType() const override { return QStringLiteral("application/x-vandrel-snapshot"); }
     void makeWindowControllers() override;
     void dataViewOptionsChanged(TavRegistryProperty *item);
+    // Whether its content can be saved as a snapshot.
+    virtual bool isSnapshot() const { return true; }
+
+    // A live document as it was when it was opened, and when the user last marked it. Null: never.
+    const std::shared_ptr<TavDataStore> &openedState() const { return openedState_; }
+    const std::shared_ptr<TavDataStore> &markedState() const { return markedState_; }
+    void markThisMoment();
 
     void fatalDxRegistryError() override;
     void _registerForDataStoreNotifications();
@@ -43,6 +50,7 @@ public:
     void noteDataStoreClearedTerminatedObjects();
 
 protected:
+    void setDataStore(std::shared_ptr<TavDataStore> store); // and hears its notifications
     bool checkBeginning(const QByteArray &bytes, DocumentError &error) const override;
     // Deliberate: the type is ignored; there is only one.
     Content decode(const QByteArray &data, const QString &ofType, WorkProgress &progress) override;
@@ -58,6 +66,8 @@ private:
 
     TavDocumentController &documents_;
     std::shared_ptr<TavDataStore> dataStore_;
+    std::shared_ptr<TavDataStore> openedState_;
+    std::shared_ptr<TavDataStore> markedState_;
     unsigned index_ = 0;
     std::vector<NotificationCenter::Observation> observations_;
 };

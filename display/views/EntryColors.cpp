@@ -4,6 +4,7 @@
 namespace {
 constexpr float red = 0.0F;
 constexpr float green = 0.33F;
+constexpr float orange = 0.09F;
 } // namespace
 
 QColor EntryColors::colorForTerminatedItem()
@@ -34,4 +35,9 @@ QColor EntryColors::colorForParentOfNewItem()
 QColor EntryColors::colorForNonmatchingNewItem()
 {
     return QColor::fromHsvF(green, 0.33F, 0.9F);
+}
+
+QColor EntryColors::colorForChangedItem()
+{
+    return QColor::fromHsvF(orange, 1.0F, 0.85F);
 }

@@ -3,8 +3,8 @@
 
 #include <QColor>
 
-// The colours of new and terminated entries, of their parents, and of those that a search does not
-// match. Text colours are adapted to their background.
+// The colours of new, terminated and changed entries, of their parents, and of those that a search
+// does not match. Text colours are adapted to their background.
 namespace EntryColors {
 QColor colorForTerminatedItem();
 QColor colorForParentOfTerminatedItem();
@@ -12,4 +12,5 @@ QColor colorForNonmatchingTerminatedItem();
 QColor colorForNewItem();
 QColor colorForParentOfNewItem();
 QColor colorForNonmatchingNewItem();
+QColor colorForChangedItem(); // in a comparison
 } // namespace EntryColors

@@ -21,5 +21,17 @@ public:
     virtual void readAttribute(const QString & /*attribute*/) {}
     // Whether the value is a link to another entry.
     virtual bool isLink(const TavRegistryProperty & /*item*/) const { return false; }
+    // Whether the tree is compared with an older one, whose values are shown, too.
+    virtual bool comparesValues() const { return false; }
+    // The counterpart of a node there; null: it is new.
+    virtual const TavRegistryProperty *olderOf(const TavRegistryProperty & /*item*/) const
+    {
+        return nullptr;
+    }
+    // New, terminated or changed, as far as the comparison shows that.
+    virtual RegistryState differenceState(const TavRegistryProperty & /*item*/) const
+    {
+        return RegistryStateUnchanged;
+    }
     virtual void followLink(const TavRegistryProperty & /*item*/, bool /*inNewWindow*/) {}
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "display/views/PropertyValueDelegate.h"
 
+#include "display/views/DifferenceIcons.h"
 #include "display/views/ReadButton.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "platform/widgets/OutlineRowDelegate.h"
@@ -21,7 +22,7 @@ constexpr const char *shownText = "shownText";
 
 bool isValue(const QModelIndex &index)
 {
-    return index.column() == TavPropertiesOutlineViewDataSource::ValueColumn;
+    return index.column() >= TavPropertiesOutlineViewDataSource::ValueColumn;
 }
 
 // Whether a text surely takes one line, decided without a layout; false for long texts.
@@ -44,7 +45,10 @@ PropertyValueDelegate::PropertyValueDelegate(QTreeView &view,
 
 QRect PropertyValueDelegate::textRect(const QStyleOptionViewItem &option) const
 {
-    return option.rect.adjusted(horizontalMargin, verticalMargin, -horizontalMargin,
+    const int sign = option.features & QStyleOptionViewItem::HasDecoration
+                         ? option.decorationSize.width() + horizontalMargin
+                         : 0;
+    return option.rect.adjusted(horizontalMargin + sign, verticalMargin, -horizontalMargin,
                                 -verticalMargin);
 }
 
@@ -90,14 +94,17 @@ QSize PropertyValueDelegate::sizeHint(const QStyleOptionViewItem &option,
     if (!isValue(index)) {
         const int width =
             styled.fontMetrics.horizontalAdvance(visibleText(index.data().toString()));
-        return {width + 2 * horizontalMargin, lineHeight(styled)};
+        const int sign =
+            index.data(Qt::DecorationRole).isValid() ? DifferenceIcons::size + horizontalMargin : 0;
+        return {width + sign + 2 * horizontalMargin, lineHeight(styled)};
     }
     return {view_.columnWidth(index.column()), rowHeight(index, styled)};
 }
 
 bool PropertyValueDelegate::hasButton(const QModelIndex &index) const
 {
-    return dataSource_.isUnreadAttribute(index) &&
+    return index.column() == TavPropertiesOutlineViewDataSource::ValueColumn &&
+           dataSource_.isUnreadAttribute(index) &&
            dataSource_.reading(index) == PropertiesViewController::Reading::Offered;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "display/views/StyledTextLayout.h"
 
+#include "display/views/EntryColors.h"
+
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
@@ -24,6 +26,17 @@ bool hasLongWord(const QString &text)
         length = c.isSpace() ? 0 : length + 1;
         return length > maxWordLength;
     });
+}
+
+// Behind what differs: visible, and the text on it can still be read.
+QColor markColor(const QPalette &palette)
+{
+    constexpr float share = 0.3F;
+    const QColor base = palette.color(QPalette::Base);
+    const QColor mark = EntryColors::colorForChangedItem();
+    const auto mixed = [&](float under, float over) { return under + share * (over - under); };
+    return QColor::fromRgbF(mixed(base.redF(), mark.redF()), mixed(base.greenF(), mark.greenF()),
+                            mixed(base.blueF(), mark.blueF()));
 }
 } // namespace
 
@@ -76,6 +89,8 @@ void StyledTextLayout::setFormats(const StyledText &text, const ValueFonts &font
             format.setFont(fonts.of(range.attributes));
         if (range.attributes.grayForeground)
             format.setForeground(gray);
+        if (range.attributes.marked)
+            format.setBackground(markColor(palette));
         if (!format.isEmpty())
             formats.append({static_cast<int>(range.start), static_cast<int>(range.length), format});
     }

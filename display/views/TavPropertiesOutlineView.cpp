@@ -57,6 +57,11 @@ void TavPropertiesOutlineView::setUpHeader()
     header()->setSectionsMovable(false);
     header()->resizeSection(TavPropertiesOutlineViewDataSource::KeyColumn, 30 * character);
     header()->resizeSection(TavPropertiesOutlineViewDataSource::TypeColumn, 13 * character);
+    using DataSource = TavPropertiesOutlineViewDataSource;
+    if (dataSource_->columnCount() > DataSource::OldValueColumn) { // before the new one
+        header()->moveSection(DataSource::OldValueColumn, DataSource::ValueColumn);
+        header()->resizeSection(DataSource::OldValueColumn, 24 * character);
+    }
     header()->setMinimumSectionSize(8 * character);
     // The third click on a header restores the natural order.
     header()->setSortIndicatorClearable(true);

@@ -6,7 +6,10 @@
 #include "display/TavPropertyOutlineItem.h"
 #include "display/ValueReading.h"
 #include "display/ValueStyles.h"
+#include "display/comparison/ComparedValue.h"
+#include "display/comparison/TextDifference.h"
 #include "display/export/EscapedText.h"
+#include "display/views/DifferenceIcons.h"
 #include "platform/host/SystemBeep.h"
 #include "platform/widgets/PlainToolTip.h"
 
@@ -156,7 +159,7 @@ void TavPropertiesOutlineViewDataSource::sortRowsBelow(Row &row) const
 
 void TavPropertiesOutlineViewDataSource::sort(int column, Qt::SortOrder order)
 {
-    const int known = column >= 0 && column < ColumnCount ? column : -1;
+    const int known = column >= 0 && column <= ValueColumn ? column : -1;
     if (known == sortColumn_ && order == sortOrder_)
         return;
     sortColumn_ = known;
@@ -264,13 +267,62 @@ StyledText TavPropertiesOutlineViewDataSource::styledText(const QModelIndex &ind
             text = StyledText(shown->name(), {});
         else if (index.column() == TypeColumn)
             text = StyledText(shown->typeName(), {});
-        else if (index.column() == ValueColumn)
-            text = isUnreadAttribute(index) && reading(index) == Reading::UnderWay
-                       ? StyledText(tr("being read…"), {})
-                   : isLink(index) ? StyledText(shown->displayValue().text(), ValueStyles::link)
-                                   : shown->displayValue();
+        else
+            text = valueText(*shown, index);
     }
     return text.isNull() ? StyledText(QStringLiteral("ERROR!"), {}) : text;
+}
+
+StyledText TavPropertiesOutlineViewDataSource::valueText(TavRegistryProperty &item,
+                                                         const QModelIndex &index) const
+{
+    if (isUnreadAttribute(index) && reading(index) == Reading::UnderWay)
+        return {tr("being read…"), {}};
+    if (stateOf(index) != RegistryStateUnchanged)
+        return comparedText(item, index.column());
+    if (index.column() == OldValueColumn)
+        return {QStringLiteral(""), {}};
+    const StyledText &value = outlineItem(&item)->displayValue();
+    return isLink(index) ? StyledText(value.text(), ValueStyles::link) : value;
+}
+
+// The value on one side of a comparison, with the parts marked that are not on the other.
+StyledText TavPropertiesOutlineViewDataSource::comparedText(TavRegistryProperty &item,
+                                                            int column) const
+{
+    const auto textOf = [](const TavRegistryProperty *node) {
+        auto *const shown =
+            node ? outlineItem(const_cast<TavRegistryProperty *>(&ComparedValue::original(*node)))
+                 : nullptr;
+        return shown ? shown->displayValue() : StyledText(QStringLiteral(""), {});
+    };
+    const TavRegistryProperty *const newer =
+        windowController_.differenceState(item) == RegistryStateTerminated ? nullptr : &item;
+    const TavRegistryProperty *const older = windowController_.olderOf(item);
+    const bool isOld = column == OldValueColumn;
+    const StyledText text = textOf(isOld ? older : newer);
+    if (!older || !newer || item.isCollection())
+        return text;
+    using Side = TextDifference::Side;
+    StyledText::Ranges marks;
+    quint32 start = 0;
+    for (const auto &part : TextDifference(textOf(older).text(), textOf(newer).text())
+                                .parts(isOld ? Side::Before : Side::After)) {
+        const auto length = static_cast<quint32>(part.text.size());
+        TextAttributes attributes = text.attributes();
+        attributes.marked = true;
+        if (part.kind == TextDifference::Part::Kind::Changed)
+            marks.push_back({start, length, attributes});
+        start += length;
+    }
+    return {text.text(), text.attributes(), std::move(marks)};
+}
+
+// Of a compared tree only: elsewhere states are not shown.
+RegistryState TavPropertiesOutlineViewDataSource::stateOf(const QModelIndex &index) const
+{
+    return windowController_.comparesValues() ? windowController_.differenceState(*item(index))
+                                              : RegistryStateUnchanged;
 }
 
 bool TavPropertiesOutlineViewDataSource::isItemExpandable(const TavRegistryProperty &item)
@@ -338,7 +390,7 @@ void TavPropertiesOutlineViewDataSource::selectionDidChange()
 QModelIndex TavPropertiesOutlineViewDataSource::index(int row, int column,
                                                       const QModelIndex &parent) const
 {
-    if (row < 0 || column < 0 || column >= ColumnCount || row >= rowCount(parent))
+    if (row < 0 || column < 0 || column >= columnCount() || row >= rowCount(parent))
         return {};
     return createIndex(row, column, madeRow(parent).shown[static_cast<std::size_t>(row)]);
 }
@@ -358,7 +410,7 @@ int TavPropertiesOutlineViewDataSource::rowCount(const QModelIndex &parent) cons
 
 int TavPropertiesOutlineViewDataSource::columnCount(const QModelIndex &) const
 {
-    return ColumnCount;
+    return windowController_.comparesValues() ? OldValueColumn + 1 : ValueColumn + 1;
 }
 
 bool TavPropertiesOutlineViewDataSource::hasChildren(const QModelIndex &parent) const
@@ -391,7 +443,13 @@ QVariant TavPropertiesOutlineViewDataSource::data(const QModelIndex &index, int 
                    ? tr("Press the space bar to read it.")
                : isValue && isLink(index) ? tr("A link. Press Return to follow it.")
                                           : QVariant();
+    case Qt::DecorationRole:
+        return index.column() == KeyColumn && stateOf(index) != RegistryStateUnchanged
+                   ? QVariant(DifferenceIcons::ofState(stateOf(index)))
+                   : QVariant();
     case Qt::ForegroundRole:
+        if (index.column() == KeyColumn && stateOf(index) != RegistryStateUnchanged)
+            return DifferenceIcons::colorOfState(stateOf(index));
         if (isValue && (shown->valueType() == RegistryValue::Type::Array ||
                         shown->valueType() == RegistryValue::Type::Dictionary))
             return QGuiApplication::palette().brush(QPalette::PlaceholderText);
@@ -418,7 +476,9 @@ QVariant TavPropertiesOutlineViewDataSource::headerData(int section, Qt::Orienta
     case TypeColumn:
         return tr("Type");
     case ValueColumn:
-        return tr("Value");
+        return windowController_.comparesValues() ? tr("New Value") : tr("Value");
+    case OldValueColumn:
+        return tr("Old Value");
     default:
         return {};
     }

@@ -10,12 +10,13 @@
 
 class TavPropertyOutlineItem;
 
-// The read-only rows of a property tree: key or index, type, value.
+// The read-only rows of a property tree: key or index, type, value; the old value, too, if the tree
+// is compared with an older one.
 class TavPropertiesOutlineViewDataSource : public QAbstractItemModel
 {
     Q_OBJECT
 public:
-    enum Column { KeyColumn, TypeColumn, ValueColumn, ColumnCount };
+    enum Column { KeyColumn, TypeColumn, ValueColumn, OldValueColumn };
 
     // The controller must outlive this.
     explicit TavPropertiesOutlineViewDataSource(PropertiesViewController &windowController,
@@ -74,6 +75,9 @@ private:
     void takeRowsOver(const PropertyRef &newRoot);
     void findSuccessors(Row &older, Row &newer) const;
     static TavPropertyOutlineItem *outlineItem(TavRegistryProperty *item);
+    StyledText valueText(TavRegistryProperty &item, const QModelIndex &index) const;
+    StyledText comparedText(TavRegistryProperty &item, int column) const;
+    RegistryState stateOf(const QModelIndex &index) const;
     static bool mayEdit(const TavRegistryProperty &item, int column);
 
     PropertiesViewController &windowController_;

@@ -59,7 +59,7 @@ void TavBrowserDelegate::willDisplayCell(ColumnBrowser &, ColumnBrowserCell &cel
         entry->registryState(), context_.findStateForRegistryEntry(*entry),
         entry->isRegistryRoot());
     cell.font = EntryTextStyle::font(attributes);
-    cell.color = EntryTextStyle::color(attributes);
+    cell.color = context_.colorForEntry(*entry, attributes);
     cell.mark = context_.markForEntry(*entry);
     cell.detail = context_.detailForEntry(*entry).toString();
     cell.accessibleText = context_.accessibleNameForEntry(*entry, cell.text);

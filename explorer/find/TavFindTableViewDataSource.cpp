@@ -352,5 +352,5 @@ QVariant TavFindTableViewDataSource::styleOf(const TavRegistryEntry &entry, int 
     const auto &attributes = TavFormatController::textAttributesForRegistryState(
         entry.registryState(), FindStateNone, entry.isRegistryRoot());
     return role == Qt::FontRole ? EntryTextStyle::font(attributes)
-                                : EntryTextStyle::color(attributes);
+                                : context_.colorForEntry(entry, attributes);
 }

@@ -184,7 +184,7 @@ QVariant TavRegistryOutlineViewDataSource::data(const QModelIndex &index, int ro
     case Qt::FontRole:
         return EntryTextStyle::font(shown->displayName().attributes);
     case Qt::ForegroundRole:
-        return EntryTextStyle::color(shown->displayName().attributes);
+        return context_.colorForEntry(*shown->registryEntry(), shown->displayName().attributes);
     case Qt::ToolTipRole:
         return plainToolTip(context_.toolTipForRegistryEntry(*shown->registryEntry()));
     case Qt::DecorationRole:

@@ -41,6 +41,10 @@ bool isLive(const Window &window)
 {
     return window.dataStore()->isLive();
 }
+bool isComparison(const Window &window)
+{
+    return window.comparison();
+}
 bool isTree(const Window &window)
 {
     return !window.browserIsVisible();
@@ -111,8 +115,10 @@ QString newDocumentWindowTitle(const Window &window)
 
 constexpr MenuCommand commands[] = {
     {"saveRedactedCopyAction",
-     [](Window &window) { window.exporter().saveRedactedCopy(window.document()); }, hasEntries},
+     [](Window &window) { window.exporter().saveRedactedCopy(window.document()); },
+     [](const Window &window) { return hasEntries(window) && window.document().isSnapshot(); }},
     {"exportAction", runIn<&Window::exporter, &ExportCommands::exportEntries>, hasEntries},
+    {"exportComparisonAction", run<&Window::exportComparison>, isComparison},
     {"printAction", runIn<&Window::exporter, &ExportCommands::print>, hasEntries},
 
     {"undoAction", runIn<&Window::properties, &PropertiesPane::undo>,
@@ -159,6 +165,8 @@ constexpr MenuCommand commands[] = {
     {"goToPrevPathInPlaneAction", run<&Window::goToPrevPathInPlane>, hasPrevPath<true>},
     {"goToNextPathCrossPlaneAction", run<&Window::goToNextPathCrossPlane>, hasNextPath<false>},
     {"goToPrevPathCrossPlaneAction", run<&Window::goToPrevPathCrossPlane>, hasPrevPath<false>},
+    {"goToNextDifferenceAction", run<&Window::goToNextDifference>, isComparison},
+    {"goToPreviousDifferenceAction", run<&Window::goToPreviousDifference>, isComparison},
     {"goToNextSnapshotAction", run<&Window::goToNextSnapshot>},
     {"goToPrevSnapshotAction", run<&Window::goToPrevSnapshot>},
     {"jumpToSelectionAction", run<&Window::jumpToSelection>},
@@ -197,6 +205,7 @@ constexpr MenuCommand commands[] = {
     {"changeTimedUpdateAction", run<&Window::changeTimedUpdate>, isLive, changeTimedUpdateTitle},
     {"toggleShowTerminatedObjectsAction", run<&Window::toggleShowTerminatedObjects>, always,
      toggleShowTerminatedObjectsTitle},
+    {"markThisMomentAction", [](Window &window) { window.document().markThisMoment(); }, isLive},
     {"clearTerminatedObjectsAction", run<&Window::clearTerminatedObjects>, isLive},
 
     {"promptForBookmarkAction", runIn<&Window::sheets, &WindowSheets::promptForBookmark>,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explorer/window/PropertiesPane.h"
 
+#include "compare/ComparisonStore.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
 #include "display/views/TavPropertiesOutlineView.h"
@@ -34,8 +35,10 @@ TavRegistryProperty *child(const TavRegistryProperty &node, const PropertyPathMe
 }
 } // namespace
 
-PropertiesPane::PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDataStore> &dataStore)
+PropertiesPane::PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDataStore> &dataStore,
+                               const ComparisonStore *comparison)
     : dataStore_(dataStore)
+    , comparison_(comparison)
     , dataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
     , attributeRequests_(std::make_unique<AttributeRequests>(dataStore))
     , undoStack_(std::make_unique<QUndoStack>())
@@ -97,9 +100,56 @@ void PropertiesPane::showPropertiesOf(const EntryRef &entry)
 {
     const PropertyRef previousRoot = rootPropertyItem_;
     entry_ = entry;
-    rootPropertyItem_ = entry ? entry->propertiesRef() : nullptr;
+    if (comparison_)
+        noteDifferences();
+    else
+        rootPropertyItem_ = entry ? entry->propertiesRef() : nullptr;
     if (rootPropertyItem_ != previousRoot)
         showChangedTree(previousRoot);
+}
+
+void PropertiesPane::noteDifferences()
+{
+    differences_ =
+        entry_ ? comparison_->propertyDifferences(*entry_, TavRegistryEntry::currentPropertyClass())
+               : PropertyDifferences();
+    rootPropertyItem_ = differences_.tree();
+    differing_.clear();
+    aboveDiffering_.clear();
+    const bool showsVolatile = comparison_->comparison().options().showsVolatile;
+    for (const auto &change : differences_.changes()) {
+        if (change.isIgnored || (change.isVolatile && !showsVolatile))
+            continue;
+        const TavRegistryProperty &node = change.after ? *change.after : *change.before;
+        differing_.insert(&node);
+        for (const auto *above = node.parent(); above && !aboveDiffering_.contains(above);
+             above = above->parent())
+            aboveDiffering_.insert(above);
+    }
+}
+
+const TavRegistryProperty *PropertiesPane::olderOf(const TavRegistryProperty &item) const
+{
+    return entry_ && comparison_->differenceOf(*entry_).kind == DifferenceKind::Removed
+               ? &item
+               : differences_.olderOf(item);
+}
+
+RegistryState PropertiesPane::differenceState(const TavRegistryProperty &item) const
+{
+    const DifferenceKind kind =
+        entry_ ? comparison_->differenceOf(*entry_).kind : DifferenceKind::Same;
+    if (kind == DifferenceKind::Added)
+        return RegistryStateNew;
+    if (kind == DifferenceKind::Removed)
+        return RegistryStateTerminated;
+    if (item.registryState() == RegistryStateTerminated || aboveDiffering_.contains(&item))
+        return item.registryState();
+    for (const auto *node = &item; node; node = node->parent()) {
+        if (differing_.contains(node))
+            return item.registryState();
+    }
+    return RegistryStateUnchanged;
 }
 
 // The view keeps its selection by itself. The formats follow, without seeing anything else selected

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "compare/PropertyDifferences.h"
 #include "display/views/PropertiesViewController.h"
 #include "model/TavRegistryEntry.h"
 
@@ -8,6 +9,7 @@
 #include <variant>
 
 class AttributeRequests;
+class ComparisonStore;
 class QMainWindow;
 class QUndoStack;
 class SearchField;
@@ -24,8 +26,10 @@ class PropertiesPane : public QObject, public PropertiesViewController
 {
     Q_OBJECT
 public:
-    // The window owns the view and must be destroyed before this.
-    PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDataStore> &dataStore);
+    // The window owns the view and must be destroyed before this. With a comparison, which must
+    // outlive this, the old values are shown, too.
+    PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDataStore> &dataStore,
+                   const ComparisonStore *comparison);
     ~PropertiesPane() override;
 
     void showPropertiesOf(const EntryRef &entry); // null: of none
@@ -45,6 +49,9 @@ public:
 
     Reading readingOfAttribute(const QString &attribute) const override;
     void readAttribute(const QString &attribute) override;
+    bool comparesValues() const override { return comparison_; }
+    const TavRegistryProperty *olderOf(const TavRegistryProperty &item) const override;
+    RegistryState differenceState(const TavRegistryProperty &item) const override;
     bool isLink(const TavRegistryProperty &item) const override;
     void followLink(const TavRegistryProperty &item, bool inNewWindow) override;
     void readSelectedAttribute();
@@ -70,9 +77,14 @@ private:
     void showChangedTree(const PropertyRef &previousRoot);
     void selectPropertyItem(TavRegistryProperty *item);
 
+    void noteDifferences();
     TavRegistryEntry *linkTarget(const TavRegistryProperty &item) const;
 
     std::shared_ptr<TavDataStore> dataStore_;
+    const ComparisonStore *comparison_; // null: none
+    PropertyDifferences differences_;
+    QSet<const TavRegistryProperty *> differing_;      // values and collections that differ
+    QSet<const TavRegistryProperty *> aboveDiffering_; // collections that these are in
     EntryRef entry_;
     PropertyRef rootPropertyItem_;
     std::unique_ptr<TavPropertiesOutlineViewDataSource> dataSource_;

@@ -4,6 +4,7 @@
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
+#include "explorer/comparison/ComparisonDocument.h"
 #include "explorer/export/ExportCommands.h"
 #include "explorer/selection/EntryChooser.h"
 #include "explorer/selection/HistoryButtons.h"
@@ -70,6 +71,7 @@ TavWindowController &addWindow(TavDocument &document)
 
 TavWindowController::TavWindowController(TavDocument &document)
     : document_(document)
+    , comparisonDocument_(dynamic_cast<ComparisonDocument *>(&document))
     , dataStore_(document.dataStore())
     , showNumPaths_(PreferencesStore::standard().flag(PreferenceKeys::showNumPaths))
     , rows_(std::make_unique<RowPreferences>())
@@ -103,7 +105,7 @@ void TavWindowController::makeParts()
     selection_ = std::make_unique<EntrySelection>(dataStore_, *views_, *planeMenu_);
     pathsPopUp_ = std::make_unique<PathsPopUp>(
         *InterfaceLoader::outlet<QComboBox>(window, "entryPathsButton"), *this);
-    properties_ = std::make_unique<PropertiesPane>(window, dataStore_);
+    properties_ = std::make_unique<PropertiesPane>(window, dataStore_, comparison());
     facts_ = std::make_unique<EntryFacts>(window);
     status_ = std::make_unique<WindowStatus>(window);
     Explanations::addTo(window);
@@ -194,6 +196,8 @@ void TavWindowController::windowDidLoad()
         outlineView();
     else
         browserView();
+    if (comparisonDocument_)
+        addComparisonBar();
     status_->updateStatusBar(*dataStore_);
     synchronizeWindowTitleWithDocumentName();
     QTimer::singleShot(0, this, &TavWindowController::makeExplorerFirstResponder);

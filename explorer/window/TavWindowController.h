@@ -9,6 +9,9 @@
 #include "platform/runloop/NotificationCenter.h"
 #include "store/TavDocumentWindowController.h"
 
+class ComparisonBar;
+class ComparisonDocument;
+class ComparisonExport;
 class EntryCommands;
 class EntryFacts;
 class ExportCommands;
@@ -52,6 +55,7 @@ public:
     bool showNumPaths() const override { return showNumPaths_; }
     bool showsDeviceNames() const override;
     bool showsIcons() const override;
+    const ComparisonStore *comparison() const override;
     bool showTerminatedObjects() const { return showTerminatedObjects_; }
     const Path &selectedEntryPath() const { return selection_->entryPath(); }
     TavRegistryEntry *selectedEntry() const { return selection_->entry().get(); }
@@ -111,6 +115,9 @@ public:
     void selectPreviousSibling();
     void goBack();
     void goForward();
+    void goToNextDifference();
+    void goToPreviousDifference();
+    void exportComparison();
     void goToNextSnapshot();
     void goToPrevSnapshot();
     void promptForPath();
@@ -151,8 +158,13 @@ private:
     void followLink(const EntryRef &target, bool inNewWindow);
     void showAttributeRead(quint64 entryTag, const QString &attribute);
     void showView(ExplorerViews::Style style);
+    void addComparisonBar();
+    void showComparison();
+    bool isDifferenceShown(const TavRegistryEntry &entry) const;
+    void goToDifference(const Path &path);
 
     TavDocument &document_;
+    ComparisonDocument *const comparisonDocument_; // null: the document is a registry
     std::shared_ptr<TavDataStore> dataStore_;
     bool showTerminatedObjects_ = true;
     bool showNumPaths_ = false;
@@ -172,4 +184,7 @@ private:
     std::unique_ptr<MenuCommands> menuCommands_;
     std::unique_ptr<WindowSheets> sheets_;
     std::unique_ptr<ExportCommands> exporter_;
+    // Of a comparison; the window owns them.
+    ComparisonBar *comparisonBar_ = nullptr;
+    ComparisonExport *comparisonExport_ = nullptr;
 };

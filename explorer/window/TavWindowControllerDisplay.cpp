@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a window shows of its selection and of its document, and in which order that follows a
 // change.
+#include "explorer/comparison/ComparisonBar.h"
 #include "explorer/find/FindController.h"
 #include "explorer/selection/PathsPopUp.h"
 #include "explorer/window/EntryFacts.h"
@@ -61,7 +62,8 @@ void TavWindowController::showSelectedEntry()
 
 bool TavWindowController::isFiltering() const
 {
-    return finder_->filterFindResults() || !showTerminatedObjects_;
+    return finder_->filterFindResults() || !showTerminatedObjects_ ||
+           (comparisonBar_ && comparisonBar_->showsOnlyDifferences());
 }
 
 // Deliberate: hiding what has terminated hides what a search leaves out as well, whether or not
@@ -70,7 +72,7 @@ bool TavWindowController::passesFilter(const TavRegistryEntry &entry) const
 {
     if (!isFiltering())
         return true;
-    return findStateForRegistryEntry(entry) != FindStateNotMatching &&
+    return isDifferenceShown(entry) && findStateForRegistryEntry(entry) != FindStateNotMatching &&
            (showTerminatedObjects_ || entry.dateTerminated().isNull());
 }
 
@@ -128,6 +130,8 @@ void TavWindowController::noteDataStoreChanged()
     refreshDisplay();
     status_->updateStatusBar(*dataStore_);
     lookUpDeviceNames();
+    if (comparisonBar_)
+        comparisonBar_->update();
 }
 
 void TavWindowController::noteDataStoreObjectChanged()

@@ -17,6 +17,8 @@ public:
     Document *newDocument(bool display = true);
     // Brings a document that is already open to the front. Null on failure.
     Document *openDocument(const QString &file, DocumentError &error, bool display = true);
+    // Takes over a document that was made elsewhere, with windows.
+    Document &add(std::unique_ptr<Document> document, bool display = true);
     // Closes its windows too, without a question.
     void closeDocument(Document &document);
     void closeAllDocuments();
@@ -33,7 +35,5 @@ protected:
     virtual std::unique_ptr<Document> makeDocument() = 0;         // for reading from a file
 
 private:
-    Document &add(std::unique_ptr<Document> document, bool display);
-
     std::vector<std::unique_ptr<Document>> documents_;
 };

@@ -39,6 +39,8 @@ inline constexpr ListKey savedFilters{QLatin1String("SavedFilters")};   // by na
 inline constexpr FlagKey showNumPaths{QLatin1String("ShowNumPaths"), false};
 inline constexpr FlagKey showDeviceNames{QLatin1String("ShowDeviceNames"), true};
 inline constexpr FlagKey showIcons{QLatin1String("ShowIcons"), true};
+// Of properties that comparisons leave out.
+inline constexpr ListKey ignoredKeys{QLatin1String("IgnoredKeys")};
 inline constexpr FlagKey autoupdate{QLatin1String("Autoupdate"), true};
 inline constexpr FlagKey polledUpdate{QLatin1String("PolledUpdate"), false};
 inline constexpr IntegerKey pollInterval{QLatin1String("PolledUpdateInterval"), 30}; // seconds
