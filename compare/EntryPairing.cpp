@@ -6,6 +6,8 @@
 #include "store/TavDataStore.h"
 
 namespace {
+const QString hostClass = QStringLiteral("DxHost");
+
 const QString servicePlane = QStringLiteral("DxService");
 
 QStringList planesOf(const TavDataStore &before, const TavDataStore &after)
@@ -35,7 +37,6 @@ EntryPairing::EntryPairing(const TavDataStore &before, const TavDataStore &after
 {
     if (before.registryRoot() && after.registryRoot())
         pair(*before.registryRoot(), *after.registryRoot());
-    pairHosts();
     pairByID();
     pairByPath();
     pairByIdentity();
@@ -65,19 +66,6 @@ EntryList::Entries EntryPairing::unpaired(const Entries &entries, const Partners
     return found;
 }
 
-// By what they are: two machines have different names.
-void EntryPairing::pairHosts()
-{
-    if (pairs_.empty())
-        return;
-    static const QString hostClass = QStringLiteral("DxHost");
-    const auto isHost = [](const TavRegistryEntry &entry) {
-        return entry.DxcoreClass() == hostClass ? hostClass : QString();
-    };
-    std::size_t next = 0;
-    pairChildren(servicePlane, next, isHost);
-}
-
 // Only within one boot: IDs are given out again by the next one.
 void EntryPairing::pairByID()
 {
@@ -94,8 +82,10 @@ void EntryPairing::pairByPath()
 {
     for (qsizetype i = 0; i < planes_.size();) {
         const QString &plane = planes_.at(i);
+        // A path does not name the machine.
         const auto name = [&plane](const TavRegistryEntry &entry) {
-            return entry.nameAtLocationInPlane(plane);
+            return entry.DxcoreClass() == hostClass ? hostClass
+                                                    : entry.nameAtLocationInPlane(plane);
         };
         const bool anyFound = pairChildren(plane, nextByPath_[static_cast<std::size_t>(i)], name);
         i = anyFound && i > 0 ? 0 : i + 1;

@@ -42,7 +42,6 @@ private:
     using Key = std::function<QString(const TavRegistryEntry &)>;
 
     void pair(TavRegistryEntry &before, TavRegistryEntry &after);
-    void pairHosts();
     void pairByID();
     void pairByPath();
     bool pairChildren(const QString &plane, std::size_t &next, const Key &key);

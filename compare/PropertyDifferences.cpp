@@ -28,6 +28,14 @@ bool isGone(const TavRegistryProperty &node)
     return node.registryState() == RegistryStateTerminated;
 }
 
+// A link with the name of the device that it leads to: the difference is that of the device.
+bool isMember(const QString &path, const TavRegistryProperty *node)
+{
+    const QStringView link = node ? node->stringView() : QStringView();
+    return link.startsWith(u"devices/") && link.size() > path.size() && link.endsWith(path) &&
+           link[link.size() - path.size() - 1] == u'/';
+}
+
 // Finds the counterparts of a collection's children in the older collection.
 class OlderChildren
 {
@@ -155,6 +163,7 @@ bool PropertyDifferences::isVolatile(const QString &path, const TavRegistryPrope
     const QString keys = withoutIndexes(path);
     return rules_.volatileAttributes->contains(rules_.subsystem, keys) ||
            (rules_.isRenumbered && rules_.volatileAttributes->followsFromNumber(keys)) ||
+           ((!before || !after) && isMember(path, before ? before : after)) ||
            (before && after && differsByNumbersOnly(*before, *after));
 }
 

@@ -291,9 +291,9 @@ StyledText TavPropertiesOutlineViewDataSource::comparedText(TavRegistryProperty 
                                                             int column) const
 {
     const auto textOf = [](const TavRegistryProperty *node) {
+        const PropertyRef typed = node ? ComparedValue::typed(*node) : nullptr;
         auto *const shown =
-            node ? outlineItem(const_cast<TavRegistryProperty *>(&ComparedValue::original(*node)))
-                 : nullptr;
+            outlineItem(typed ? typed.get() : const_cast<TavRegistryProperty *>(node));
         return shown ? shown->displayValue() : StyledText(QStringLiteral(""), {});
     };
     const TavRegistryProperty *const newer =
