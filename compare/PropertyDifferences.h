@@ -13,7 +13,7 @@ public:
     struct Rules
     {
         const VolatileAttributes *volatileAttributes = nullptr;
-        QString subsystem = {};
+        QString subsystem = {};         // or the class of what has none, such as a module
         QSet<QString> ignoredKeys = {}; // by name or by path
         // Names that changed only because devices were found in another order: old and new.
         std::vector<std::pair<QString, QString>> renumbered = {};

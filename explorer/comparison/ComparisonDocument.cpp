@@ -76,6 +76,11 @@ void ComparisonDocument::follow()
             change, after_.store.get(), [this](const auto &) { compareAgain(); }));
 }
 
+void ComparisonDocument::update()
+{
+    after_.store->update();
+}
+
 // Soon: several changes come together.
 void ComparisonDocument::compareAgain()
 {

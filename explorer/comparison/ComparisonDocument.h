@@ -26,6 +26,9 @@ public:
     const QString &nameBefore() const { return before_.name; }
     const QString &nameAfter() const { return after_.name; }
 
+    bool isLive() const { return after_.store->isLive(); }
+    void update(); // the live registry
+
     bool showsVolatile() const { return options_.showsVolatile; }
     void setShowsVolatile(bool shows);
     const QStringList &ignoredKeys() const { return options_.ignoredKeys; }

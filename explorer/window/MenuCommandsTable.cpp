@@ -41,6 +41,10 @@ bool isLive(const Window &window)
 {
     return window.dataStore()->isLive();
 }
+bool canUpdate(const Window &window)
+{
+    return window.canUpdate();
+}
 bool isComparison(const Window &window)
 {
     return window.comparison();
@@ -193,7 +197,7 @@ constexpr MenuCommand commands[] = {
     {"saveFilterAction", runIn<&Window::finder, &FindController::saveFilter>,
      asks<&Window::finder, &FindController::canSaveFilter>},
 
-    {"updateAction", run<&Window::update>, isLive},
+    {"updateAction", run<&Window::update>, canUpdate},
     {"updateSelectedObjectAction", run<&Window::updateSelectedObject>,
      [](const Window &window) { return isLive(window) && isSelected(window); }},
     {"readAttributeAction", runIn<&Window::properties, &PropertiesPane::readSelectedAttribute>,

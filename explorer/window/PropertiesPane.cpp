@@ -104,8 +104,13 @@ void PropertiesPane::showPropertiesOf(const EntryRef &entry)
         noteDifferences();
     else
         rootPropertyItem_ = entry ? entry->propertiesRef() : nullptr;
-    if (rootPropertyItem_ != previousRoot)
-        showChangedTree(previousRoot);
+    if (rootPropertyItem_ == previousRoot)
+        return;
+    const bool isReread = previousRoot && rootPropertyItem_ &&
+                          previousRoot->registryEntry() == rootPropertyItem_->registryEntry();
+    showChangedTree(previousRoot);
+    if (!isReread) // else the user may be reading something else
+        showFirstDifference();
 }
 
 void PropertiesPane::noteDifferences()
@@ -114,6 +119,7 @@ void PropertiesPane::noteDifferences()
         entry_ ? comparison_->propertyDifferences(*entry_, TavRegistryEntry::currentPropertyClass())
                : PropertyDifferences();
     rootPropertyItem_ = differences_.tree();
+    firstDiffering_ = nullptr;
     differing_.clear();
     aboveDiffering_.clear();
     const bool showsVolatile = comparison_->comparison().options().showsVolatile;
@@ -122,10 +128,23 @@ void PropertiesPane::noteDifferences()
             continue;
         const TavRegistryProperty &node = change.after ? *change.after : *change.before;
         differing_.insert(&node);
+        firstDiffering_ = firstDiffering_ ? firstDiffering_ : &node;
         for (const auto *above = node.parent(); above && !aboveDiffering_.contains(above);
              above = above->parent())
             aboveDiffering_.insert(above);
     }
+}
+
+// Opens the collections that it is in. What was added or removed as a whole is shown from its
+// start.
+void PropertiesPane::showFirstDifference()
+{
+    if (!firstDiffering_)
+        return;
+    const QModelIndex row = dataSource_->indexOf(*firstDiffering_);
+    for (QModelIndex above = row.parent(); above.isValid(); above = above.parent())
+        propertiesOutlineView_->expand(above);
+    propertiesOutlineView_->scrollTo(row);
 }
 
 const TavRegistryProperty *PropertiesPane::olderOf(const TavRegistryProperty &item) const

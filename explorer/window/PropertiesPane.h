@@ -78,11 +78,13 @@ private:
     void selectPropertyItem(TavRegistryProperty *item);
 
     void noteDifferences();
+    void showFirstDifference();
     TavRegistryEntry *linkTarget(const TavRegistryProperty &item) const;
 
     std::shared_ptr<TavDataStore> dataStore_;
     const ComparisonStore *comparison_; // null: none
     PropertyDifferences differences_;
+    const TavRegistryProperty *firstDiffering_ = nullptr;
     QSet<const TavRegistryProperty *> differing_;      // values and collections that differ
     QSet<const TavRegistryProperty *> aboveDiffering_; // collections that these are in
     EntryRef entry_;

@@ -137,6 +137,7 @@ public:
     void newDocumentWindow();
     void openInNewWindow(); // what is selected
     void update();
+    bool canUpdate() const;
     void updateSelectedObject();
     void clearTerminatedObjects();
     void toggleAutoupdate();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The operations of a window that its parts carry out.
+#include "explorer/comparison/ComparisonDocument.h"
 #include "explorer/selection/PathsPopUp.h"
 #include "explorer/sheets/WindowSheets.h"
 #include "explorer/tree/TavRegistryOutlineView.h"
@@ -251,10 +252,18 @@ void TavWindowController::paste()
 
 void TavWindowController::update()
 {
-    if (!dataStore_->isLive())
+    if (!canUpdate())
         SystemBeep::beep();
     const BusyCursor busy;
-    dataStore_->update();
+    if (comparisonDocument_)
+        comparisonDocument_->update();
+    else
+        dataStore_->update();
+}
+
+bool TavWindowController::canUpdate() const
+{
+    return comparisonDocument_ ? comparisonDocument_->isLive() : dataStore_->isLive();
 }
 
 void TavWindowController::updateSelectedObject()
