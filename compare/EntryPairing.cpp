@@ -32,6 +32,7 @@ EntryPairing::EntryPairing(const TavDataStore &before, const TavDataStore &after
     , volatileAttributes_(volatileAttributes)
     , planes_(planesOf(before, after))
     , nextByPath_(static_cast<std::size_t>(planes_.size()), 0)
+    , maxPairs_(std::min(countPresent(before), countPresent(after)))
     , inAfter_(before.entryNumberLimit(), nullptr)
     , inBefore_(after.entryNumberLimit(), nullptr)
 {
@@ -41,6 +42,13 @@ EntryPairing::EntryPairing(const TavDataStore &before, const TavDataStore &after
     pairByPath();
     pairByIdentity();
     pairSimilar();
+}
+
+std::size_t EntryPairing::countPresent(const TavDataStore &store)
+{
+    const auto &entries = store.registryEntries();
+    return static_cast<std::size_t>(std::count_if(
+        entries.begin(), entries.end(), [](const EntryRef &entry) { return isPresent(*entry); }));
 }
 
 bool EntryPairing::isPresent(const TavRegistryEntry &entry)
@@ -80,7 +88,7 @@ void EntryPairing::pairByID()
 // The service plane again after each other plane that found a pair.
 void EntryPairing::pairByPath()
 {
-    for (qsizetype i = 0; i < planes_.size();) {
+    for (qsizetype i = 0; i < planes_.size() && !isComplete();) {
         const QString &plane = planes_.at(i);
         // A path does not name the machine.
         const auto name = [&plane](const TavRegistryEntry &entry) {
@@ -130,6 +138,8 @@ void EntryPairing::pairMatching(const EntryList::Entries &before, const EntryLis
 void EntryPairing::pairByIdentity()
 {
     for (const EntryIdentity::Kind kind : EntryIdentity::kinds) {
+        if (isComplete())
+            return;
         pairMatching(
             unpaired(before_.registryEntries(), inAfter_),
             unpaired(after_.registryEntries(), inBefore_),
@@ -144,6 +154,6 @@ void EntryPairing::pairSimilar()
     const auto likeness = [this](const TavRegistryEntry &entry) {
         return EntryIdentity::likeness(entry, volatileAttributes_);
     };
-    while (pairChildren(servicePlane, nextSimilar_, likeness))
+    while (!isComplete() && pairChildren(servicePlane, nextSimilar_, likeness))
         pairByPath();
 }

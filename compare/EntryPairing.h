@@ -34,6 +34,7 @@ public:
     }
 
     static bool isPresent(const TavRegistryEntry &entry); // not terminated
+    static std::size_t countPresent(const TavDataStore &store);
 
 private:
     using Partners = std::vector<TavRegistryEntry *>; // by number
@@ -49,6 +50,7 @@ private:
                       const Key &key);
     void pairByIdentity();
     void pairSimilar();
+    bool isComplete() const { return pairs_.size() >= maxPairs_; }
     template<class Entries>
     static EntryList::Entries unpaired(const Entries &entries, const Partners &partners);
 
@@ -58,6 +60,7 @@ private:
     QStringList planes_;                  // the service plane first
     std::vector<std::size_t> nextByPath_; // of the pairs, by plane
     std::size_t nextSimilar_ = 0;
+    std::size_t maxPairs_; // all entries of the smaller store
     std::vector<Pair> pairs_;
     Partners inAfter_;
     Partners inBefore_;

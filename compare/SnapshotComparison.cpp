@@ -107,8 +107,13 @@ void SnapshotComparison::listInOrder()
     QStringList planes = after_.registryPlanes() + before_.registryPlanes();
     planes.prepend(servicePlane);
     planes.removeDuplicates();
-    for (const QString &plane : std::as_const(planes))
+    const std::size_t all = EntryPairing::countPresent(before_) +
+                            EntryPairing::countPresent(after_) - pairing_.pairs().size();
+    for (const QString &plane : std::as_const(planes)) {
         listPlane(plane);
+        if (differences_.size() >= all)
+            return;
+    }
     for (const EntryRef &entry : after_.registryEntries()) {
         if (EntryPairing::isPresent(*entry) && !isListed(*entry, true))
             addDifference(pairing_.inBefore(*entry), entry.get());
@@ -243,6 +248,8 @@ bool SnapshotComparison::haveSameParents(const EntryDifference &difference,
 {
     const auto &before = difference.before->parentsInPlane(plane);
     const auto &after = difference.after->parentsInPlane(plane);
+    if (before.size() == 1 && after.size() == 1) // nearly always
+        return pairing_.inAfter(*before.front()) == after.front();
     const auto present = [](const auto &parents) {
         return std::count_if(parents.begin(), parents.end(),
                              [](const auto *parent) { return EntryPairing::isPresent(*parent); });
