@@ -42,6 +42,7 @@ CommandOutput::Format formatOf(const CommandInput &input)
 // The formats of values are the user's, as in the window.
 void setUpDisplay()
 {
+    PreferencesStore::watchNoFiles(); // ending a watch takes the kernel 15 ms
     PreferencesStore::standard().registerDefaults(PreferenceKeys::defaults());
     TavRegistryEntry::setPropertyClass(TavPropertyOutlineItem::staticPropertyClass());
 }

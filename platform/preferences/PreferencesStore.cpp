@@ -25,6 +25,7 @@ struct SharedStores
 {
     QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                      QStringLiteral("/vandrel");
+    PreferencesStore::Watch watch = PreferencesStore::Watch::File;
     std::map<QString, std::unique_ptr<PreferencesStore>> byDomain;
 };
 
@@ -52,7 +53,7 @@ PreferencesStore &PreferencesStore::shared(const QString &domain)
         qAddPostRoutine([] { sharedStores().byDomain.clear(); });
     std::unique_ptr<PreferencesStore> &store = stores.byDomain[domain];
     if (!store)
-        store = std::make_unique<PreferencesStore>(domain, stores.folder);
+        store = std::make_unique<PreferencesStore>(domain, stores.folder, stores.watch);
     return *store;
 }
 
@@ -62,7 +63,12 @@ void PreferencesStore::setFolder(const QString &folder)
     sharedStores().folder = folder;
 }
 
-PreferencesStore::PreferencesStore(const QString &domain, const QString &folder)
+void PreferencesStore::watchNoFiles()
+{
+    sharedStores().watch = Watch::Nothing;
+}
+
+PreferencesStore::PreferencesStore(const QString &domain, const QString &folder, Watch watch)
     : file_(folder + u'/' + domain + QStringLiteral(".json"))
 {
     saveTimer_.setSingleShot(true);
@@ -72,7 +78,8 @@ PreferencesStore::PreferencesStore(const QString &domain, const QString &folder)
     const PreferencesFile::Contents contents = file_.read();
     values_ = hashed(contents.values.value_or(QJsonObject()));
     writeFailed_ = !file_.isWritable(); // the problem below says so
-    watchFile();
+    if (watch == Watch::File)
+        watchFile();
     if (!contents.problem.isNull())
         noteProblem(contents.problem);
 }

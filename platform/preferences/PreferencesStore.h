@@ -36,8 +36,12 @@ public:
     // Sets the folder of the shared stores and closes those that are open: references to them
     // become invalid.
     static void setFolder(const QString &folder);
+    // For programs that read the settings once: the shared stores do not watch their files. Call it
+    // before the first use.
+    static void watchNoFiles();
 
-    PreferencesStore(const QString &domain, const QString &folder);
+    enum class Watch : quint8 { File, Nothing };
+    PreferencesStore(const QString &domain, const QString &folder, Watch watch = Watch::File);
     ~PreferencesStore();
     PreferencesStore(const PreferencesStore &) = delete;
     PreferencesStore &operator=(const PreferencesStore &) = delete;
