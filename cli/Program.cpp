@@ -18,6 +18,7 @@
 #include <QFile>
 #include <QLoggingCategory>
 #include <cstdio>
+#include <optional>
 #include <unistd.h>
 
 namespace {
@@ -119,8 +120,9 @@ ExitCode Program::perform(Command &command, const QStringList &arguments)
     if (!device.open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered))
         throw CommandError{device.errorString()};
     CommandOutput output(device, terminal, format, description.name);
-    RegistrySource source(input);
-    const ExitCode code = command.run(input, source, output);
+    // Static: main() ends the process without freeing the registry, which takes a while.
+    static std::optional<RegistrySource> source;
+    const ExitCode code = command.run(input, source.emplace(input), output);
     if (description.writesResults)
         output.finish();
     return code;

@@ -191,14 +191,16 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     else if (job.request.readsOnRequest)
         job.isSuspended = isSuspended();
     job.policy = AttributePolicy(context);
-    if (!job.request.readsOnRequest && contains(directory.entries, "uevent") &&
+    if (!isWhole)
+        job.structural = StructuralAttributes(context.subsystem);
+    const bool isWanted = isWhole || job.structural.contains(object, "uevent");
+    if (isWanted && !job.request.readsOnRequest && contains(directory.entries, "uevent") &&
         job.policy.rule({}, "uevent") == AttributePolicy::Rule::Always) {
         QByteArray reason;
         if (const auto bytes = readBytes(job, directory, "uevent", dataLimit, reason))
             job.uevent = parseAttribute("uevent", *bytes, pool_);
     }
-    if (!isWhole)
-        job.structural = StructuralAttributes(context.subsystem, job.uevent);
+    job.structural.noteUevent(job.uevent);
 }
 
 // Whether it held anything of the object itself, or nothing at all.
@@ -276,6 +278,8 @@ bool ObjectReader::isKnownFolder(const Job &job, const Directory &directory) con
 void ObjectReader::readPower(Job &job, const Directory &device, RegistryValue::Members &members)
 {
     const QByteArray name = "power/runtime_status";
+    if (!job.structural.contains(job.result.object, name))
+        return;
     QByteArray reason;
     const auto bytes = readBytes(job, device, name, textLimit, reason);
     if (recordsFiles_ && !RawObject::isUnanswered(reason))

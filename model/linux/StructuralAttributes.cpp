@@ -37,6 +37,8 @@ constexpr OfSubsystem foldersWithout[] = {
     {"cpu", "hotplug"},     {"cpu", "topology"}, {"net", "queues"},  {"net", "statistics"},
     {"pci", "link"},        {"pci", "msi_irqs"},
 };
+// Every machine has hundreds of these, with an empty uevent and no power management.
+constexpr const char memoryBlocks[] = "memory";
 constexpr const char *foldersOfModules[] = {"notes", "parameters", "sections"};
 
 bool isIn(std::span<const OfSubsystem> table, const QByteArray &subsystem, const QByteArray &name)
@@ -47,11 +49,15 @@ bool isIn(std::span<const OfSubsystem> table, const QByteArray &subsystem, const
 }
 } // namespace
 
-StructuralAttributes::StructuralAttributes(QByteArray subsystem, const RegistryValue &uevent)
+StructuralAttributes::StructuralAttributes(QByteArray subsystem)
     : subsystem_(std::move(subsystem))
-    , hasModalias_(!uevent.member(u"MODALIAS").isNone())
-    , hasNumber_(!uevent.member(u"MAJOR").isNone())
 {}
+
+void StructuralAttributes::noteUevent(const RegistryValue &uevent)
+{
+    hasModalias_ = !uevent.member(u"MODALIAS").isNone();
+    hasNumber_ = !uevent.member(u"MAJOR").isNone();
+}
 
 bool StructuralAttributes::contains(const RawObject &object, const QByteArray &path) const
 {
@@ -61,7 +67,7 @@ bool StructuralAttributes::contains(const RawObject &object, const QByteArray &p
         return true;
     if (object.kind == Kind::Module)
         return path == "initstate" || path == "refcnt";
-    if (object.kind != Kind::Device)
+    if (object.kind != Kind::Device || subsystem_ == memoryBlocks)
         return false;
     if (path == "modalias")
         return !hasModalias_;

@@ -9,7 +9,8 @@ class StructuralAttributes
 {
 public:
     StructuralAttributes() = default;
-    StructuralAttributes(QByteArray subsystem, const RegistryValue &uevent);
+    explicit StructuralAttributes(QByteArray subsystem);
+    void noteUevent(const RegistryValue &uevent); // others repeat what it has
 
     // Path: below the object's directory, such as "power/runtime_status".
     bool contains(const RawObject &object, const QByteArray &path) const;
