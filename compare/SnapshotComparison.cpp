@@ -9,37 +9,67 @@ namespace {
 constexpr std::size_t betweenReports = 256;
 const QString servicePlane = QStringLiteral("DxService");
 
-// The members that differ, so that only these need trees.
-std::pair<RegistryValue, RegistryValue> differingMembers(const RegistryValue &before,
-                                                         const RegistryValue &after)
+using Members = RegistryValue::Members;
+
+// The members of each that the other has not, or with another value.
+struct DifferingMembers
 {
-    QHash<QStringView, const RegistryValue *> older;
-    older.reserve(before.count());
-    for (const auto &member : before.members())
-        older.insert({member.key.data(), member.key.size()}, &member.value);
-    RegistryValue::Members differingAfter;
-    QSet<QStringView> equal;
-    for (const auto &member : after.members()) {
-        const QStringView key(member.key.data(), member.key.size());
-        const RegistryValue *const old = older.value(key);
-        if (old && old->meansTheSameAs(member.value))
-            equal.insert(key);
-        else
-            differingAfter.push_back(member);
-    }
-    RegistryValue::Members differingBefore;
-    for (const auto &member : before.members()) {
-        if (!equal.contains({member.key.data(), member.key.size()}))
-            differingBefore.push_back(member);
-    }
-    return {RegistryValue::dictionary(std::move(differingBefore)),
-            RegistryValue::dictionary(std::move(differingAfter))};
+    Members before;
+    Members after;
+};
+
+bool haveSameKeys(std::span<const RegistryValue::Member> before,
+                  std::span<const RegistryValue::Member> after)
+{
+    return std::equal(before.begin(), before.end(), after.begin(), after.end(),
+                      [](const auto &older, const auto &newer) { return older.key == newer.key; });
 }
 
-PropertyRef treeOf(const RegistryValue &table)
+// Of tables with the same keys in the same order, as nearly all have.
+DifferingMembers differingValues(std::span<const RegistryValue::Member> before,
+                                 std::span<const RegistryValue::Member> after)
 {
-    PropertyRef tree = TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(), {},
-                                                   {}, nullptr, {}, 0, table);
+    DifferingMembers differing;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        if (before[i].value.meansTheSameAs(after[i].value))
+            continue;
+        differing.before.push_back(before[i]);
+        differing.after.push_back(after[i]);
+    }
+    return differing;
+}
+
+DifferingMembers differingMembers(const RegistryValue &before, const RegistryValue &after)
+{
+    if (haveSameKeys(before.members(), after.members()))
+        return differingValues(before.members(), after.members());
+    const auto keyOf = [](const RegistryValue::Member &member) {
+        return QStringView(member.key.data(), member.key.size());
+    };
+    QHash<QStringView, const RegistryValue *> older;
+    for (const auto &member : before.members())
+        older.insert(keyOf(member), &member.value);
+    DifferingMembers differing;
+    QSet<QStringView> equal;
+    for (const auto &member : after.members()) {
+        const RegistryValue *const old = older.value(keyOf(member));
+        if (old && old->meansTheSameAs(member.value))
+            equal.insert(keyOf(member));
+        else
+            differing.after.push_back(member);
+    }
+    for (const auto &member : before.members()) {
+        if (!equal.contains(keyOf(member)))
+            differing.before.push_back(member);
+    }
+    return differing;
+}
+
+PropertyRef treeOf(Members members)
+{
+    PropertyRef tree =
+        TavRegistryProperty::create(TavRegistryProperty::staticPropertyClass(), {}, {}, nullptr, {},
+                                    0, RegistryValue::dictionary(std::move(members)));
     if (tree)
         tree->clearIsNew();
     return tree;
@@ -296,16 +326,16 @@ void SnapshotComparison::judgeProperties(EntryDifference &difference) const
     const TavRegistryEntry &before = *difference.before;
     const TavRegistryEntry &after = *difference.after;
     const bool haveTables = !before.table().isNone() && !after.table().isNone();
-    if (haveTables && (before.table().isSameCollectionAs(after.table()) ||
-                       before.table().meansTheSameAs(after.table())))
+    if (haveTables && before.table().isSameCollectionAs(after.table()))
         return;
     PropertyRef older;
     PropertyRef newer;
     if (haveTables) {
-        const auto [differingBefore, differingAfter] =
-            differingMembers(before.table(), after.table());
-        older = treeOf(differingBefore);
-        newer = treeOf(differingAfter);
+        DifferingMembers differing = differingMembers(before.table(), after.table());
+        if (differing.before.empty() && differing.after.empty())
+            return;
+        older = treeOf(std::move(differing.before)); // only these need trees
+        newer = treeOf(std::move(differing.after));
     } else {
         older = before.copyOfProperties(TavRegistryProperty::staticPropertyClass());
         newer = after.copyOfProperties(TavRegistryProperty::staticPropertyClass());

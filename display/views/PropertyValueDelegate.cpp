@@ -103,7 +103,7 @@ QSize PropertyValueDelegate::sizeHint(const QStyleOptionViewItem &option,
 
 bool PropertyValueDelegate::hasButton(const QModelIndex &index) const
 {
-    return index.column() == TavPropertiesOutlineViewDataSource::ValueColumn &&
+    return index.column() != TavPropertiesOutlineViewDataSource::OldValueColumn &&
            dataSource_.isUnreadAttribute(index) &&
            dataSource_.reading(index) == PropertiesViewController::Reading::Offered;
 }

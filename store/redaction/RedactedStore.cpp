@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "store/redaction/RedactedStore.h"
 
+#include "store/StoreBuilder.h"
+
 namespace {
 constexpr double learningPart = 0.5;
 constexpr std::size_t betweenReports = 64;
@@ -143,22 +145,13 @@ void RedactedStore::makeEntries()
 
 EntryRecord RedactedStore::factsOf(const TavRegistryEntry &entry) const
 {
-    const EntryRecord &facts = entry.facts();
-    return {.entryTag = facts.entryTag,
-            .dateDiscovered = facts.dateDiscovered,
-            .dateLastUpdated = facts.dateLastUpdated,
-            .dateTerminated = facts.dateTerminated,
-            .bundleID = facts.bundleID,
-            .inheritance = facts.inheritance,
-            .name = redactor_->text(facts.name),
-            .location = redactor_->text(facts.location),
-            .kernelPath = CompactString(redactor_->text(entry.kernelPath())),
-            .namesInPlanes = namesOf(facts.namesInPlanes),
-            .locationsInPlanes = namesOf(facts.locationsInPlanes),
-            .registryState = facts.registryState,
-            .busyCount = facts.busyCount,
-            .kernelRetainCount = facts.kernelRetainCount,
-            .flags = facts.flags};
+    EntryRecord facts = StoreBuilder::factsWithoutLinks(entry);
+    facts.name = redactor_->text(facts.name);
+    facts.location = redactor_->text(facts.location);
+    facts.kernelPath = CompactString(redactor_->text(entry.kernelPath()));
+    facts.namesInPlanes = namesOf(entry.facts().namesInPlanes);
+    facts.locationsInPlanes = namesOf(entry.facts().locationsInPlanes);
+    return facts;
 }
 
 NamesByPlane RedactedStore::namesOf(const NamesByPlane &names) const

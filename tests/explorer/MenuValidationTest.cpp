@@ -72,10 +72,13 @@ protected:
 TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
 {
     const std::string noPath = " copyKernelPath"; // the test's service gives none
-    const std::string always = " findNext findNextInAnyPlane findPrev findPrevInAnyPlane goForward";
+    const std::string always =
+        " exportComparison findNext findNextInAnyPlane findPrev findPrevInAnyPlane goForward "
+        "goToNextDifference"; // the window shows no comparison
     EXPECT_EQ(cannotRun(),
               noPath + always +
-                  " goToNextPathInPlane readAttribute redo saveFilter selectChild undo");
+                  " goToNextPathInPlane goToPreviousDifference readAttribute redo saveFilter "
+                  "selectChild undo");
     EXPECT_TRUE(action("outlineViewAction").isChecked());
 
     controller_->browserView();
@@ -85,7 +88,8 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
               "copyEntryAsText copyKernelPath copyName copyPath expandAll" +
                   always +
                   " goToNextPathCrossPlane goToNextPathInPlane goToPrevPathCrossPlane "
-                  "goToPrevPathInPlane openInNewWindow promptForBookmark readAttribute redo "
+                  "goToPrevPathInPlane goToPreviousDifference openInNewWindow promptForBookmark "
+                  "readAttribute redo "
                   "revealSelectionBundleInNavro saveFilter selectChild selectNextSibling "
                   "selectParent undo "
                   "updateSelectedObject");
@@ -108,7 +112,8 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     selectDisk();
     EXPECT_EQ(cannotRun(),
               " changeTimedUpdate clearTerminatedObjects" + noPath + always +
-                  " goToNextPathInPlane readAttribute redo saveFilter selectChild toggleAutoupdate "
+                  " goToNextPathInPlane goToPreviousDifference markThisMoment readAttribute redo "
+                  "saveFilter selectChild toggleAutoupdate "
                   "toggleTimedUpdate undo update updateSelectedObject");
 }
 
