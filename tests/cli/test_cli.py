@@ -207,6 +207,12 @@ class Program(unittest.TestCase):
         self.assertIn("libc.so", libraries)
         self.assertNotRegex(libraries, r"Qt6(Gui|Widgets)|libX|libxcb|libwayland|libGL|libEGL")
 
+    def test_leaves_nothing_in_the_home_folder(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for arguments in (["show", "sda"], ["capture", "-"]):
+                run_command(["env", f"HOME={folder}", PROGRAM, *arguments, "--sysfs", SYNTHETIC])
+            self.assertEqual(os.listdir(folder), [])
+
     def test_terminal_gets_the_output_alone(self):
         ours, theirs = os.openpty()
         result = run("planes", stdout=theirs)
