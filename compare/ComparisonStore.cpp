@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "compare/ComparisonStore.h"
 
+#include "compare/ComparedPlanes.h"
+
 namespace {
 constexpr quint64 firstFreeTag = quint64(1) << 62;
 
@@ -19,16 +21,6 @@ struct Origin
 Origin originOf(const EntryDifference &difference)
 {
     return {!difference.after, difference.entry().entryTag()};
-}
-
-QStringList planesOf(const SnapshotComparison &comparison)
-{
-    QStringList planes = comparison.after().registryPlanes();
-    for (const QString &plane : comparison.before().registryPlanes()) {
-        if (!planes.contains(plane))
-            planes.append(plane);
-    }
-    return planes;
 }
 
 RegistryState stateOf(DifferenceKind kind)
@@ -61,7 +53,8 @@ void ComparisonStore::show(std::shared_ptr<const Compared> compared)
 void ComparisonStore::makeEntries()
 {
     const auto &differences = comparison().differences();
-    builder_.takeMachineFacts(comparison().after(), planesOf(comparison()));
+    builder_.takeMachineFacts(comparison().after(),
+                              ComparedPlanes::of(comparison().before(), comparison().after()));
     entries_.resize(differences.size());
     for (EntryRef &entry : entries_) {
         if (!entry)

@@ -1,22 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "compare/EntryPairing.h"
 
+#include "compare/ComparedPlanes.h"
 #include "compare/EntryIdentity.h"
 #include "compare/VolatileAttributes.h"
 #include "store/TavDataStore.h"
 
 namespace {
 const QString hostClass = QStringLiteral("DxHost");
-
-const QString servicePlane = QStringLiteral("DxService");
-
-QStringList planesOf(const TavDataStore &before, const TavDataStore &after)
-{
-    QStringList planes = after.registryPlanes() + before.registryPlanes();
-    planes.prepend(servicePlane);
-    planes.removeDuplicates();
-    return planes;
-}
 
 QString bootID(const TavDataStore &store)
 {
@@ -30,7 +21,7 @@ EntryPairing::EntryPairing(const TavDataStore &before, const TavDataStore &after
     : before_(before)
     , after_(after)
     , volatileAttributes_(volatileAttributes)
-    , planes_(planesOf(before, after))
+    , planes_(ComparedPlanes::of(before, after))
     , nextByPath_(static_cast<std::size_t>(planes_.size()), 0)
     , maxPairs_(std::min(countPresent(before), countPresent(after)))
     , inAfter_(before.entryNumberLimit(), nullptr)
@@ -154,6 +145,6 @@ void EntryPairing::pairSimilar()
     const auto likeness = [this](const TavRegistryEntry &entry) {
         return EntryIdentity::likeness(entry, volatileAttributes_);
     };
-    while (!isComplete() && pairChildren(servicePlane, nextSimilar_, likeness))
+    while (!isComplete() && pairChildren(ComparedPlanes::service, nextSimilar_, likeness))
         pairByPath();
 }

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "compare/SnapshotComparison.h"
 
+#include "compare/ComparedPlanes.h"
 #include "compare/EntryIdentity.h"
 #include "compare/VolatileAttributes.h"
 #include "store/TavDataStore.h"
 
 namespace {
 constexpr std::size_t betweenReports = 256;
-const QString servicePlane = QStringLiteral("DxService");
 
 using Members = RegistryValue::Members;
 
@@ -134,12 +134,10 @@ const EntryDifference *SnapshotComparison::differenceOf(const TavRegistryEntry &
 
 void SnapshotComparison::listInOrder()
 {
-    QStringList planes = after_.registryPlanes() + before_.registryPlanes();
-    planes.prepend(servicePlane);
-    planes.removeDuplicates();
+    const QStringList planes = ComparedPlanes::of(before_, after_);
     const std::size_t all = EntryPairing::countPresent(before_) +
                             EntryPairing::countPresent(after_) - pairing_.pairs().size();
-    for (const QString &plane : std::as_const(planes)) {
+    for (const QString &plane : planes) {
         listPlane(plane);
         if (differences_.size() >= all)
             return;
@@ -258,16 +256,18 @@ FactDifferences SnapshotComparison::placeDifferences(const EntryDifference &diff
     for (const auto &item : difference.after->facts().parentsInPlanes) {
         const QString plane = item.plane();
         if (!haveSameParents(difference, plane))
-            facts |= plane == servicePlane ? FactDifference::Parent : FactDifference::Links;
+            facts |=
+                plane == ComparedPlanes::service ? FactDifference::Parent : FactDifference::Links;
     }
     for (const auto &item : difference.before->facts().parentsInPlanes) {
         const QString plane = item.plane();
         if (!difference.after->facts().parentsInPlanes.find(plane) &&
             !haveSameParents(difference, plane))
-            facts |= plane == servicePlane ? FactDifference::Parent : FactDifference::Links;
+            facts |=
+                plane == ComparedPlanes::service ? FactDifference::Parent : FactDifference::Links;
     }
-    const bool isOutside = difference.before->parentsInPlane(servicePlane).empty() &&
-                           difference.after->parentsInPlane(servicePlane).empty();
+    const bool isOutside = difference.before->parentsInPlane(ComparedPlanes::service).empty() &&
+                           difference.after->parentsInPlane(ComparedPlanes::service).empty();
     if (isOutside && facts.testFlag(FactDifference::Links))
         facts = FactDifference::Parent;
     return facts;
@@ -299,10 +299,11 @@ bool SnapshotComparison::haveSameParents(const EntryDifference &difference,
 void SnapshotComparison::judgeName(EntryDifference &difference) const
 {
     FactDifferences names;
-    names.setFlag(FactDifference::Name, difference.before->nameInPlane(servicePlane) !=
-                                            difference.after->nameInPlane(servicePlane));
-    names.setFlag(FactDifference::Location, difference.before->locationInPlane(servicePlane) !=
-                                                difference.after->locationInPlane(servicePlane));
+    names.setFlag(FactDifference::Name, difference.before->nameInPlane(ComparedPlanes::service) !=
+                                            difference.after->nameInPlane(ComparedPlanes::service));
+    names.setFlag(FactDifference::Location,
+                  difference.before->locationInPlane(ComparedPlanes::service) !=
+                      difference.after->locationInPlane(ComparedPlanes::service));
     if (!names)
         return;
     const bool isOnlyNumber = isRenumbered(difference);
@@ -371,7 +372,7 @@ PropertyDifferences::Rules SnapshotComparison::rulesFor(const EntryDifference &d
             rules.isRenumbered = true;
             rules.renumbered.emplace_back(pair.before->facts().name, at->facts().name);
         }
-        const auto &parents = at->parentsInPlane(servicePlane);
+        const auto &parents = at->parentsInPlane(ComparedPlanes::service);
         at = parents.empty() ? nullptr : parents.front();
     }
     return rules;
@@ -412,12 +413,15 @@ SnapshotComparison::factChanges(const EntryDifference &difference) const
             changes.push_back({fact, text(*difference.before), text(*difference.after)});
     };
     using Entry = const TavRegistryEntry &;
-    add(FactDifference::Name, [](Entry entry) { return entry.nameInPlane(servicePlane); });
-    add(FactDifference::Location, [](Entry entry) { return entry.locationInPlane(servicePlane); });
+    add(FactDifference::Name,
+        [](Entry entry) { return entry.nameInPlane(ComparedPlanes::service); });
+    add(FactDifference::Location,
+        [](Entry entry) { return entry.locationInPlane(ComparedPlanes::service); });
     add(FactDifference::Parent, [](Entry entry) {
         const auto &planes = entry.facts().parentsInPlanes;
-        const QString plane =
-            planes.find(servicePlane) || planes.isEmpty() ? servicePlane : planes.begin()->plane();
+        const QString plane = planes.find(ComparedPlanes::service) || planes.isEmpty()
+                                  ? ComparedPlanes::service
+                                  : planes.begin()->plane();
         return pathIn(entry, plane);
     });
     add(FactDifference::Class, [](Entry entry) { return entry.inheritanceString(); });
@@ -426,7 +430,7 @@ SnapshotComparison::factChanges(const EntryDifference &difference) const
     add(FactDifference::Links, [](Entry entry) {
         QStringList paths;
         for (const auto &item : entry.facts().parentsInPlanes) {
-            if (item.plane() != servicePlane)
+            if (item.plane() != ComparedPlanes::service)
                 paths.append(pathIn(entry, item.plane()));
         }
         return paths.join(QLatin1String(", "));

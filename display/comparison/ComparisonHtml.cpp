@@ -11,9 +11,8 @@ namespace {
 using L1 = QLatin1String;
 using Side = TextDifference::Side;
 
-constexpr quint64 maxOpen = 200;     // entries with their details; of more, the reader opens them
-constexpr qsizetype maxValue = 1000; // characters; of a longer one, what differs
-constexpr quint32 maxLevel = 60;
+constexpr quint64 maxOpen = 200; // entries with their details; of more, the reader opens them
+constexpr qsizetype maxPageValue = 1000; // characters; of a longer one, what differs
 
 QByteArray style()
 {
@@ -180,7 +179,7 @@ void ComparisonHtml::addRow(const DifferenceRows::Row &row)
 {
     const TextDifference difference(row.before.value_or(QString()), row.after.value_or(QString()));
     output_.add(L1("<tr><th scope=\"row\" style=\"padding-left:"));
-    output_.addNumber(quint64(1) + std::min(row.level, maxLevel));
+    output_.addNumber(quint64(1) + std::min(row.level, DifferenceRows::maxLevel));
     output_.add(L1("em\">"));
     addText(row.title);
     output_.add(L1("</th>"));
@@ -194,9 +193,9 @@ void ComparisonHtml::addCell(const std::optional<QString> &text, const TextDiffe
 {
     output_.add(L1("<td>"));
     const L1 mark = side == Side::Before ? L1("del") : L1("ins");
-    for (const auto &part :
-         text ? differences_.isWhole() ? difference.parts(side) : difference.excerpt(side, maxValue)
-              : TextDifference::Parts()) {
+    for (const auto &part : text ? differences_.isWhole() ? difference.parts(side)
+                                                          : difference.excerpt(side, maxPageValue)
+                                 : TextDifference::Parts()) {
         if (part.kind == TextDifference::Part::Kind::Changed)
             addElement(mark, part.text);
         else if (part.kind == TextDifference::Part::Kind::LeftOut)

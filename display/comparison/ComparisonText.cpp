@@ -10,8 +10,7 @@ namespace {
 using Role = ComparisonText::Role;
 using Side = TextDifference::Side;
 
-constexpr qsizetype maxValue = 200; // characters; of a longer one, what differs
-constexpr quint32 maxLevel = 60;    // what is deeper is indented no more
+constexpr qsizetype maxTextValue = 200; // characters; of a longer one, what differs
 constexpr qsizetype indentation = 2;
 
 Role roleOf(DifferenceKind kind)
@@ -87,7 +86,7 @@ void ComparisonText::addRow(const DifferenceRows::Row &row)
 void ComparisonText::addSide(Side side, const DifferenceRows::Row &row, const QString &text)
 {
     const bool isBefore = side == Side::Before;
-    const QString indent(indentation * std::min(row.level, maxLevel), u' ');
+    const QString indent(indentation * std::min(row.level, DifferenceRows::maxLevel), u' ');
     const QString line = row.isCollection ? tr("%1 (%2)").arg(row.title, text)
                                           : row.title + QStringLiteral(" = ") + text;
     action_({{(isBefore ? QStringLiteral("  - ") : QStringLiteral("  + ")) + indent + line,
@@ -98,7 +97,7 @@ QString ComparisonText::valueText(const TextDifference &difference, Side side) c
 {
     QString text;
     for (const auto &part :
-         differences_.isWhole() ? difference.parts(side) : difference.excerpt(side, maxValue))
+         differences_.isWhole() ? difference.parts(side) : difference.excerpt(side, maxTextValue))
         text += part.text;
     return text;
 }

@@ -9,6 +9,7 @@ class DifferenceRows
 {
     Q_DECLARE_TR_FUNCTIONS(DifferenceRows)
 public:
+    static constexpr quint32 maxLevel = 60; // what is deeper is indented no more
     struct Row
     {
         QString title;

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 namespace {
-using Kind = FilterToken::Kind;
+using TokenKind = FilterToken::Kind;
 
 constexpr QStringView signs = u"(),\"'=!<>~";
 
@@ -23,22 +23,22 @@ FilterToken FilterTokenizer::next()
     while (position_ < text_.size() && text_[position_].isSpace())
         ++position_;
     if (position_ == text_.size())
-        return token(Kind::End, position_);
+        return token(TokenKind::End, position_);
     const QChar first = text_[position_];
     if (first == u'"' || first == u'\'')
         return quoted();
     if (first == u'(')
-        return token(Kind::Open, position_ + 1);
+        return token(TokenKind::Open, position_ + 1);
     if (first == u')')
-        return token(Kind::Close, position_ + 1);
+        return token(TokenKind::Close, position_ + 1);
     if (first == u',')
-        return token(Kind::Comma, position_ + 1);
+        return token(TokenKind::Comma, position_ + 1);
     for (const QStringView sign : operators) {
         if (text_.sliced(position_).startsWith(sign))
-            return token(Kind::Operator, position_ + sign.size());
+            return token(TokenKind::Operator, position_ + sign.size());
     }
     const auto end = std::find_if_not(text_.begin() + position_, text_.end(), isWordCharacter);
-    return token(Kind::Word, end - text_.begin());
+    return token(TokenKind::Word, end - text_.begin());
 }
 
 FilterToken FilterTokenizer::token(FilterToken::Kind kind, qsizetype end)
@@ -52,8 +52,8 @@ FilterToken FilterTokenizer::token(FilterToken::Kind kind, qsizetype end)
 FilterToken FilterTokenizer::quoted()
 {
     const qsizetype close = text_.indexOf(text_[position_], position_ + 1);
-    FilterToken token = close < 0 ? this->token(Kind::Unclosed, text_.size())
-                                  : this->token(Kind::Quoted, close + 1);
+    FilterToken token = close < 0 ? this->token(TokenKind::Unclosed, text_.size())
+                                  : this->token(TokenKind::Quoted, close + 1);
     token.text = token.text.sliced(1);
     if (close >= 0)
         token.text.chop(1);

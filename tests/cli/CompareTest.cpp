@@ -11,7 +11,7 @@
 namespace {
 using namespace Qt::Literals::StringLiterals;
 
-constexpr int patience = 60'000; // milliseconds
+constexpr int comparingTime = 60'000; // milliseconds
 
 class CompareLiveDevice : public testing::Test
 {
@@ -20,7 +20,7 @@ protected:
     {
         QProcess process;
         process.start(program, arguments);
-        EXPECT_TRUE(process.waitForFinished(patience));
+        EXPECT_TRUE(process.waitForFinished(comparingTime));
         EXPECT_EQ(process.exitCode(), exitCode) << process.readAllStandardError().constData();
         return process.readAllStandardOutput();
     }

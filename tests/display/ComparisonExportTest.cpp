@@ -19,14 +19,14 @@ using namespace Qt::Literals::StringLiterals;
 using namespace values;
 using Detail = ExportedDifferences::Detail;
 
-constexpr auto noReport = [](double) {};
+constexpr auto reportsNothing = [](double) {};
 
 template<class Writer>
 QByteArray written(const ExportedDifferences &differences)
 {
     QBuffer device;
     device.open(QIODevice::WriteOnly);
-    EXPECT_TRUE(Writer::write(differences, device, noReport));
+    EXPECT_TRUE(Writer::write(differences, device, reportsNothing));
     return device.data();
 }
 
@@ -55,7 +55,7 @@ protected:
     const SnapshotComparison &compare()
     {
         capture();
-        comparison_.emplace(*before_, *store_, SnapshotComparison::Options(), noReport);
+        comparison_.emplace(*before_, *store_, SnapshotComparison::Options(), reportsNothing);
         return *comparison_;
     }
     ExportedDifferences differences(Detail detail = Detail::Differences,
@@ -158,7 +158,7 @@ TEST_F(ComparisonExportTest, FilterDetailAndNoDifference)
         return difference.entry().DxcoreClass() == u"DxCard"_s;
     };
     EXPECT_EQ(differences(Detail::Counts, {{}, isCard}).counts().differences(), 1U);
-    const SnapshotComparison same(*store_, *store_, {}, noReport);
+    const SnapshotComparison same(*store_, *store_, {}, reportsNothing);
     EXPECT_EQ(body({same, u"a"_s, u"a"_s}), "No differences\n");
 }
 
@@ -250,8 +250,9 @@ TEST_F(ComparisonExportTest, CopiesWithoutSerialNumbersHaveTheSameDifferences)
                                                       {"wwid", text("naa.5000c500a1b2c3d4")},
                                                       {"note", text("was SN-77812")}}));
     const SnapshotComparison &original = compare();
-    const auto copies = RedactedStore::copiesOf(*before_, *store_, noReport);
-    const SnapshotComparison redacted(copies.before->store(), copies.after->store(), {}, noReport);
+    const auto copies = RedactedStore::copiesOf(*before_, *store_, reportsNothing);
+    const SnapshotComparison redacted(copies.before->store(), copies.after->store(), {},
+                                      reportsNothing);
     EXPECT_EQ(listed(redacted), listed(original));
     EXPECT_EQ(original.counts().changed, 3U);
 
