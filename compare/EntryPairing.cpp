@@ -107,16 +107,18 @@ bool EntryPairing::pairChildren(const QString &plane, std::size_t &next, const K
 void EntryPairing::pairMatching(const EntryList::Entries &before, const EntryList::Entries &after,
                                 const Key &key)
 {
-    if (before.empty() || after.empty())
+    const std::size_t equal = pairEqualStart(before, after, key);
+    if (equal == before.size() || equal == after.size())
         return;
+    const auto start = static_cast<std::ptrdiff_t>(equal);
     Queues waiting; // the first one last
-    for (auto entry = before.rbegin(); entry != before.rend(); ++entry) {
+    for (auto entry = before.rbegin(); entry != before.rend() - start; ++entry) {
         if (const QString text = key(**entry); !text.isEmpty())
             waiting[text].push_back(*entry);
     }
     if (waiting.isEmpty())
         return;
-    for (TavRegistryEntry *const entry : after) {
+    for (TavRegistryEntry *const entry : std::span(after).subspan(equal)) {
         const QString text = key(*entry);
         const auto found = text.isEmpty() ? waiting.end() : waiting.find(text);
         if (found == waiting.end() || found->empty())
@@ -124,6 +126,20 @@ void EntryPairing::pairMatching(const EntryList::Entries &before, const EntryLis
         pair(*found->back(), *entry);
         found->pop_back();
     }
+}
+
+// Nearly all lists are the same, and need no index. Returns how many entries were paired.
+std::size_t EntryPairing::pairEqualStart(const EntryList::Entries &before,
+                                         const EntryList::Entries &after, const Key &key)
+{
+    const std::size_t shorter = std::min(before.size(), after.size());
+    for (std::size_t i = 0; i < shorter; ++i) {
+        const QString text = key(*before[i]);
+        if (text.isEmpty() || text != key(*after[i]))
+            return i;
+        pair(*before[i], *after[i]);
+    }
+    return shorter;
 }
 
 void EntryPairing::pairByIdentity()

@@ -48,6 +48,8 @@ private:
     bool pairChildren(const QString &plane, std::size_t &next, const Key &key);
     void pairMatching(const EntryList::Entries &before, const EntryList::Entries &after,
                       const Key &key);
+    std::size_t pairEqualStart(const EntryList::Entries &before, const EntryList::Entries &after,
+                               const Key &key);
     void pairByIdentity();
     void pairSimilar();
     bool isComplete() const { return pairs_.size() >= maxPairs_; }

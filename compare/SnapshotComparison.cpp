@@ -109,12 +109,7 @@ SnapshotComparison::SnapshotComparison(const TavDataStore &before, const TavData
     , afterPlaces_(after.entryNumberLimit(), noPlace)
 {
     listInOrder();
-    for (std::size_t i = 0; i < differences_.size(); ++i) {
-        if (i % betweenReports == 0 && reach)
-            reach(static_cast<double>(i) / static_cast<double>(differences_.size()));
-        judge(differences_[i]);
-        count(differences_[i]);
-    }
+    judgeAll(reach);
 }
 
 const VolatileAttributes &SnapshotComparison::volatileAttributes() const
@@ -175,6 +170,7 @@ void SnapshotComparison::listPlane(const QString &plane)
         TavRegistryEntry *before;
         TavRegistryEntry *after;
     };
+    const std::vector<bool> hasRemoved = parentsOfRemoved(plane);
     std::vector<Step> pending{{before_.registryRoot(), after_.registryRoot()}};
     std::vector<bool> wasBefore(before_.entryNumberLimit(), false);
     std::vector<bool> wasAfter(after_.entryNumberLimit(), false);
@@ -189,13 +185,27 @@ void SnapshotComparison::listPlane(const QString &plane)
         was = true;
         if (!isListed(step.after ? *step.after : *step.before, step.after != nullptr))
             addDifference(step.before, step.after);
-        const auto children = childrenInOrder(step.before, step.after, plane);
+        const bool hasOlder = step.before && (!step.after || hasRemoved[step.before->number()]);
+        const auto children = childrenInOrder(hasOlder ? step.before : nullptr, step.after, plane);
         for (auto child = children.rbegin(); child != children.rend(); ++child) {
             const bool isAfter = (*child)->dataStore() == &after_ && step.after;
             pending.push_back(isAfter ? Step{pairing_.inBefore(**child), *child}
                                       : Step{*child, nullptr});
         }
     }
+}
+
+// By the numbers of the entries of before.
+std::vector<bool> SnapshotComparison::parentsOfRemoved(const QString &plane) const
+{
+    std::vector<bool> parents(before_.entryNumberLimit(), false);
+    for (const EntryRef &entry : before_.registryEntries()) {
+        if (pairing_.inAfter(*entry) || !EntryPairing::isPresent(*entry))
+            continue;
+        for (const TavRegistryEntry *const parent : entry->parentsInPlane(plane))
+            parents[parent->number()] = true;
+    }
+    return parents;
 }
 
 // Those of after, and those of before that were removed.
@@ -226,6 +236,27 @@ EntryList::Entries SnapshotComparison::childrenInOrder(const TavRegistryEntry *b
                                                                   Qt::CaseInsensitive) < 0;
                });
     return merged;
+}
+
+// In the order of the entries in memory, in which the order of the planes jumps to and fro.
+void SnapshotComparison::judgeAll(const Reach &reach)
+{
+    std::size_t done = 0;
+    const auto judgeNext = [&](EntryDifference &difference) {
+        if (done++ % betweenReports == 0 && reach)
+            reach(static_cast<double>(done) / static_cast<double>(differences_.size()));
+        judge(difference);
+        count(difference);
+    };
+    for (const EntryRef &entry : after_.registryEntries()) {
+        const quint32 place = afterPlaces_[entry->number()];
+        if (place != noPlace)
+            judgeNext(differences_[place]);
+    }
+    for (EntryDifference &difference : differences_) {
+        if (!difference.after)
+            judgeNext(difference);
+    }
 }
 
 void SnapshotComparison::judge(EntryDifference &difference) const

@@ -68,8 +68,10 @@ private:
     void listPlane(const QString &plane);
     void addDifference(TavRegistryEntry *before, TavRegistryEntry *after);
     bool isListed(const TavRegistryEntry &entry, bool isAfter) const;
+    std::vector<bool> parentsOfRemoved(const QString &plane) const;
     EntryList::Entries childrenInOrder(const TavRegistryEntry *before,
                                        const TavRegistryEntry *after, const QString &plane) const;
+    void judgeAll(const Reach &reach);
     void judge(EntryDifference &difference) const;
     FactDifferences placeDifferences(const EntryDifference &difference) const;
     bool haveSameParents(const EntryDifference &difference, const QString &plane) const;
