@@ -11,10 +11,11 @@ QJsonObject PreferenceKeys::defaults()
     };
     for (const TextKey key : {defaultView, defaultPlane, theme, preferencesTab, defaultFormat})
         addText(key);
-    for (const IntegerKey key : {findOptions, pollInterval, defaultBookmark})
+    for (const IntegerKey key :
+         {findOptions, pollInterval, defaultBookmark, recentDuration, followInterval})
         addInteger(key);
-    for (const FlagKey key :
-         {filteredFind, showNumPaths, showDeviceNames, showIcons, autoupdate, polledUpdate})
+    for (const FlagKey key : {filteredFind, showNumPaths, showDeviceNames, showIcons, autoupdate,
+                              polledUpdate, markRecentChanges, followValues, showSparklines})
         addFlag(key);
     return defaults;
 }

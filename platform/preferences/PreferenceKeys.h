@@ -39,6 +39,11 @@ inline constexpr ListKey savedFilters{QLatin1String("SavedFilters")};   // by na
 inline constexpr FlagKey showNumPaths{QLatin1String("ShowNumPaths"), false};
 inline constexpr FlagKey showDeviceNames{QLatin1String("ShowDeviceNames"), true};
 inline constexpr FlagKey showIcons{QLatin1String("ShowIcons"), true};
+inline constexpr FlagKey markRecentChanges{QLatin1String("MarkRecentChanges"), true};
+inline constexpr IntegerKey recentDuration{QLatin1String("RecentChangesDuration"), 60}; // seconds
+inline constexpr FlagKey followValues{QLatin1String("FollowValues"), false};
+inline constexpr IntegerKey followInterval{QLatin1String("FollowInterval"), 1000}; // milliseconds
+inline constexpr FlagKey showSparklines{QLatin1String("ShowSparklines"), true};
 // Of properties that comparisons leave out.
 inline constexpr ListKey ignoredKeys{QLatin1String("IgnoredKeys")};
 inline constexpr FlagKey autoupdate{QLatin1String("Autoupdate"), true};
