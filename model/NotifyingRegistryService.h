@@ -2,12 +2,14 @@
 #pragma once
 
 #include "model/NotificationPorts.h"
+#include "model/RegistryEventFeed.h"
 
 // A registry service with notifications: subclasses announce changes through ports(). Iterators of
 // notifications must be passed on to it.
 class NotifyingRegistryService : public RegistryService
 {
 public:
+    RegistryEventFeed *eventFeed() override { return &eventFeed_; }
     NotificationPort createNotificationPort() override { return ports_.create(); }
     void destroyNotificationPort(NotificationPort port) override { ports_.destroy(port); }
     MessagePort messagePort(NotificationPort port) override { return ports_.messagePort(port); }
@@ -42,4 +44,5 @@ protected:
 
 private:
     NotificationPorts ports_{*this};
+    RegistryEventFeed eventFeed_;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "model/RegistryValue.h"
+#include "model/ObjectSample.h"
 #include "platform/host/HostInformation.h"
 
 #include <array>
@@ -10,6 +10,7 @@
 #include <span>
 
 class DeviceNames;
+class RegistryEventFeed;
 
 using RegistryObject = quint32; // a handle, owned by its receiver until released; 0: none
 using RegistryIterator = quint32;
@@ -78,6 +79,12 @@ public:
     // Where a reading takes in the structure only: reads all properties of these objects, too.
     // Blocks. Announces nothing and is no reading of its own.
     virtual void readWhole(std::span<const RegistryObject>) {}
+    // Reads attributes of one object now without blocking: calls ready once, later, on the main run
+    // loop in its default mode. Attributes that did not answer are not tried again. Everything else
+    // that this service answers stays as it was.
+    virtual void sample(const ObjectSample::Request & /*request*/,
+                        std::function<void(const ObjectSample &)> /*ready*/)
+    {}
     // Like prepare; also retries what did not answer before.
     virtual bool retryWhatDidNotAnswer() { return prepare(); }
 
@@ -134,6 +141,9 @@ public:
     virtual QString bundleURLForIdentifier(const QString &bundleID) = 0;
     // The hardware databases of the machine that runs the program; null: none.
     virtual std::shared_ptr<DeviceNames> deviceNames() { return nullptr; }
+
+    // Every event, while a notification port is open; null: not supported.
+    virtual RegistryEventFeed *eventFeed() { return nullptr; }
 
     // Notifications. Without support: Unsupported, or port 0.
     using MessageHandler = std::function<void(const RegistryMessage &)>;

@@ -53,6 +53,7 @@ void EventNotifier::handle(const DeviceEvent &event)
         noteRemoval(binding);
         reportChange();
         break;
+    case DeviceEvent::Action::Move:
     case DeviceEvent::Action::Change:
         reportChange();
         break;

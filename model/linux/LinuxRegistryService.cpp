@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/linux/LinuxRegistryService.h"
 
-#include "model/linux/DeviceMonitor.h"
 #include "model/linux/HardwareDatabase.h"
+#include "model/linux/HostEvents.h"
 
 #include <QFile>
 
@@ -30,7 +30,7 @@ LinuxRegistryService::LinuxRegistryService(std::shared_ptr<const SysfsRoot> root
     , alive_(std::make_shared<int>())
 {
     if (root_->isKernels())
-        openEvents_ = [this] { return DeviceMonitor::open(udev_.isDaemonRunning()); };
+        openEvents_ = [this] { return HostEvents::open(udev_.isDaemonRunning()); };
 }
 
 LinuxRegistryService::~LinuxRegistryService() = default;

@@ -45,6 +45,9 @@ public:
     void readOnRequest(RegistryObject object, const QString &attribute,
                        std::function<void()> ready) override;
 
+    void sample(const ObjectSample::Request &request,
+                std::function<void(const ObjectSample &)> ready) override;
+
     HostInformation hostInformation() override;
     bool retryWhatDidNotAnswer() override;
     RegistryObject rootEntry() override;
@@ -107,6 +110,13 @@ private:
         std::function<void()> ready;
         std::unique_ptr<BackgroundTask<std::pair<TreeReader, RawObject>>> task;
     };
+    using SampleTask = BackgroundTask<std::pair<TreeReader, ObjectSample>>;
+    struct Sampling // in progress
+    {
+        std::function<void(const ObjectSample &)> ready;
+        std::unique_ptr<SampleTask> task; // null: the object is not known
+    };
+    void sampleRead(quint64 number);
     ObjectReader::Request requestFor(int index) const; // for reading on request
     // None when the user cancels.
     std::optional<RawObject> readAllOnRequest(const ObjectReader::Request &request);
@@ -119,6 +129,9 @@ private:
 
     bool openEvents();
     void receiveEvents();
+    void passOn(const DeviceEvent &event);
+    void passOn(RegistryEvent event);
+    void passOnLoss(quint64 nextSequence); // 0: not known yet
     void checkEverything();
 
     std::shared_ptr<const SysfsRoot> root_;
@@ -143,6 +156,8 @@ private:
     std::unique_ptr<RunLoopSource> eventsReady_;
     EventNotifier notifier_;
     OneShotTimer::Ref afterLoss_;
+    quint64 lastSequence_ = 0;   // of the events so far
+    bool isLossPending_ = false; // to be passed on, once it is known how many were lost
     std::unordered_map<PowerConnection, std::unique_ptr<SleepMessages>> power_;
 
     // To call when the running preparation, or the next one, is installed.
@@ -154,4 +169,7 @@ private:
     std::unique_ptr<GraphTask> preparation_;                // destroyed first
     std::map<quint64, AttributeReading> attributeReadings_; // by number; destroyed first
     quint64 attributeReadingNumber_ = 0;
+    std::optional<TreeReader> samplingReader_; // does not try again what did not answer it
+    std::map<quint64, Sampling> samplings_;    // by number; destroyed first
+    quint64 samplingNumber_ = 0;
 };

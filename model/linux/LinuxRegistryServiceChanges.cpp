@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // Rereading and reporting changes.
-#include "model/linux/DeviceMonitor.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/ReadingWait.h"
 #include "platform/runloop/Disposal.h"
@@ -76,6 +75,7 @@ bool LinuxRegistryService::retryWhatDidNotAnswer()
     const TreeReader before = treeReader_;
     treeReader_.forgetWhatDidNotAnswer();
     requested_.forgetUnanswered();
+    samplingReader_.reset();
     if (prepare())
         return true;
     treeReader_.learnFrom(before); // updates in the background do not retry
@@ -127,6 +127,9 @@ void LinuxRegistryService::installGraph(GraphTask::Result result)
     result.graph = objects_.setGraph(std::move(result.graph), vanished);
     ++treeReadings_;
     notifier_.graphChanged(vanished, busyCountBefore);
+    const bool isBusy = graph()->at(ObjectTable::host).busyCount() > 0;
+    if (isBusy != (busyCountBefore > 0))
+        passOn({.kind = isBusy ? RegistryEvent::Kind::Busy : RegistryEvent::Kind::Idle});
     // The previous graph is about as large.
     if (memory_.size() >= qsizetype(Disposal::worthwhile))
         Disposal::later(std::make_shared<GraphTask::Result>(std::move(result)));
@@ -172,10 +175,12 @@ void LinuxRegistryService::receiveEvents()
         const auto reception = events_->receive(event);
         if (reception == DeviceEventSource::Reception::Nothing)
             break;
-        if (reception == DeviceEventSource::Reception::Event)
+        if (reception == DeviceEventSource::Reception::Event) {
+            passOn(event);
             notifier_.handle(event);
-        else
-            isLoss = true;
+        } else {
+            isLoss = isLossPending_ = true;
+        }
     }
     // Losses come in bursts; check once after a while.
     constexpr double soon = 0.1;
@@ -184,9 +189,39 @@ void LinuxRegistryService::receiveEvents()
     ports().deliver(); // may close the event source
 }
 
+void LinuxRegistryService::passOn(const DeviceEvent &event)
+{
+    if (event.sequence != 0)
+        passOnLoss(event.sequence);
+    passOn({.kind = event.kind(),
+            .sequence = event.sequence,
+            .kernelPath = event.path.kernelPath(),
+            .oldKernelPath = event.oldPath.kernelPath(),
+            .subsystem = QString::fromUtf8(event.subsystem),
+            .driver = QString::fromUtf8(event.driver),
+            .changes = event.changes});
+}
+
+void LinuxRegistryService::passOn(RegistryEvent event)
+{
+    event.time = QDateTime::currentMSecsSinceEpoch();
+    Q_EMIT eventFeed()->happened(event);
+}
+
+// The kernel numbers its events, also those that others may receive and this program may not.
+void LinuxRegistryService::passOnLoss(quint64 nextSequence)
+{
+    const quint64 last = std::exchange(lastSequence_, std::max(lastSequence_, nextSequence));
+    if (!std::exchange(isLossPending_, false))
+        return;
+    const bool isKnown = last != 0 && nextSequence > last;
+    passOn({.kind = RegistryEvent::Kind::Lost, .lost = isKnown ? nextSequence - last - 1 : 0});
+}
+
 void LinuxRegistryService::checkEverything()
 {
     afterLoss_.reset();
+    passOnLoss(0);
     prepareAsync([this] {
         notifier_.reportChange();
         ports().deliver();
@@ -204,6 +239,10 @@ PowerConnection LinuxRegistryService::registerForSystemPower(PowerCallback callb
         return number;
     auto messages = openSleepMessages_();
     const auto pass = [this, number](PowerMessage type, quint64 request) {
+        // Each registration gets every message.
+        if (number == power_.begin()->first)
+            passOn({.kind = type == SystemWillSleep ? RegistryEvent::Kind::Sleep
+                                                    : RegistryEvent::Kind::Wake});
         ports().reportPower(number, type, request);
         ports().deliver();
     };

@@ -140,7 +140,7 @@ bool LinuxRegistryService::isUnchangedSince(RegistryObject object, quint64 readi
 QString LinuxRegistryService::kernelPath(RegistryObject object)
 {
     const HostObject *const its = find(object);
-    return its && !its->path.isEmpty() ? QStringLiteral("/sys/") + its->path.toString() : QString();
+    return its && !its->path.isEmpty() ? its->path.kernelPath() : QString();
 }
 
 QString LinuxRegistryService::bundleURLForIdentifier(const QString &bundleID)

@@ -2,6 +2,7 @@
 // Reading on request: attributes that are slow or wake the device.
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/ReadingWait.h"
+#include "platform/host/BootClock.h"
 #include "platform/runloop/RunLoop.h"
 
 #include <set>
@@ -26,6 +27,27 @@ Folder folderOf(Kind kind)
     default:
         return Folder::Device;
     }
+}
+
+std::vector<QByteArray> inUtf8(const QStringList &texts)
+{
+    std::vector<QByteArray> encoded;
+    for (const QString &text : texts)
+        encoded.push_back(text.toUtf8());
+    return encoded;
+}
+
+ObjectSample sampleOf(RawObject read)
+{
+    ObjectSample sample{.isThere = true,
+                        .time = BootClock::now(),
+                        .members = std::move(read.members),
+                        .unanswered = {}};
+    for (const RawObject::Unread &unread : read.unread) {
+        if (RawObject::isUnanswered(unread.reason))
+            sample.unanswered.append(QString::fromUtf8(unread.path));
+    }
+    return sample;
 }
 
 bool hasDirectory(const HostObject &object)
@@ -162,4 +184,52 @@ void LinuxRegistryService::attributeRead(quint64 number)
             readDuringPreparation_.push_back(reading.node);
     }
     reading.ready();
+}
+
+void LinuxRegistryService::sample(const ObjectSample::Request &request,
+                                  std::function<void(const ObjectSample &)> ready)
+{
+    const quint64 number = ++samplingNumber_;
+    Sampling &sampling = samplings_[number];
+    sampling.ready = std::move(ready);
+    const auto finished = [this, number] {
+        QMetaObject::invokeMethod(
+            &mainThread_,
+            [this, number] {
+                RunLoop::main().performInDefaultMode(alive_,
+                                                     [this, number] { sampleRead(number); });
+            },
+            Qt::QueuedConnection);
+    };
+    const SysfsPath path = SysfsPath::ofKernelPath(request.kernelPath);
+    const int index = graph() && !path.isNull() ? graph()->withPath(path) : HostObject::none;
+    if (index == HostObject::none || !hasDirectory(graph()->at(index)))
+        return finished();
+    ObjectReader::Request wanted = requestFor(index);
+    wanted.readsOnRequest = false;
+    wanted.sample = std::make_shared<ObjectReader::Sample>(
+        ObjectReader::Sample{inUtf8(request.attributes), inUtf8(request.onRequest)});
+    if (!samplingReader_)
+        samplingReader_ = treeReader_;
+    const auto read = [treeReader = *samplingReader_, root = root_,
+                       wanted](const std::stop_token &stop) mutable {
+        ObjectSample sample;
+        if (root->inodeOf(wanted.path) != 0)
+            sample = sampleOf(treeReader.readObject(wanted, stop));
+        return std::pair(std::move(treeReader), std::move(sample));
+    };
+    sampling.task = std::make_unique<SampleTask>(read, finished);
+}
+
+void LinuxRegistryService::sampleRead(quint64 number)
+{
+    const Sampling sampling = std::move(samplings_.extract(number).mapped());
+    ObjectSample sample;
+    if (sampling.task) {
+        auto [treeReader, read] = sampling.task->take();
+        if (samplingReader_)
+            samplingReader_->learnFrom(treeReader);
+        sample = std::move(read);
+    }
+    sampling.ready(sample);
 }

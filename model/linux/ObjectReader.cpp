@@ -74,6 +74,20 @@ bool isBinary(const char *bytes, std::size_t size)
 }
 } // namespace
 
+bool ObjectReader::Sample::wants(QByteArrayView path) const
+{
+    return attributes.empty() || isIn(attributes, path);
+}
+
+// Of a value in a file or in a folder, the path of the value may be given.
+bool ObjectReader::Sample::isIn(const std::vector<QByteArray> &list, QByteArrayView path)
+{
+    return std::any_of(list.begin(), list.end(), [&](const QByteArray &wanted) {
+        return wanted.startsWith(path) &&
+               (wanted.size() == path.size() || wanted.at(path.size()) == '/');
+    });
+}
+
 struct ObjectReader::Directory
 {
     SysfsPath path;
@@ -188,12 +202,14 @@ void ObjectReader::readHeader(Job &job, const Directory &directory)
     const auto isSuspended = [&] { return textOf("power/runtime_status") == "suspended"; };
     if (context.subsystem == "pci" && isWhole)
         job.isSuspended = context.isSuspended = isSuspended();
-    else if (job.request.readsOnRequest)
+    else if (job.request.readsOnRequest ||
+             (job.request.sample && !job.request.sample->onRequest.empty()))
         job.isSuspended = isSuspended();
     job.policy = AttributePolicy(context);
     if (!isWhole)
         job.structural = StructuralAttributes(context.subsystem);
-    const bool isWanted = isWhole || job.structural.contains(object, "uevent");
+    const bool isWanted = job.request.sample ? job.request.sample->wants("uevent")
+                                             : isWhole || job.structural.contains(object, "uevent");
     if (isWanted && !job.request.readsOnRequest && contains(directory.entries, "uevent") &&
         job.policy.rule({}, "uevent") == AttributePolicy::Rule::Always) {
         QByteArray reason;
@@ -215,7 +231,7 @@ bool ObjectReader::readDirectory(Job &job, const Directory &directory,
             readSubdirectory(job, directory, entry, members);
             break;
         case SysfsRoot::EntryType::Link:
-            if (!job.request.readsOnRequest)
+            if (!job.request.readsOnRequest && !job.request.sample)
                 readLink(job, directory, entry, members);
             break;
         case SysfsRoot::EntryType::File:
@@ -243,6 +259,8 @@ void ObjectReader::readSubdirectory(Job &job, const Directory &parent,
                         parent.depth + 1};
     const QByteArray &asked = job.request.attribute;
     if (!asked.isNull() && !asked.startsWith(directory.below + '/'))
+        return;
+    if (job.request.sample && !job.request.sample->wants(directory.below))
         return;
     if (isKnownFolder(job, directory))
         return entry.name == "power" ? readPower(job, parent, members) : void();
@@ -430,6 +448,8 @@ bool ObjectReader::mayRead(Job &job, const Directory &directory, const QByteArra
         !job.structural.contains(job.result.object, join(directory.below, name)))
         return false;
     const Rule rule = job.policy.rule(directory.below, name);
+    if (request.sample)
+        return maySample(job, rule, directory, name);
     const auto leaveOut = [&](const QByteArray &why) {
         if (!why.isEmpty())
             job.noteUnread(directory, name, RawObject::leftOut + why, rule == Rule::OnRequest);
@@ -440,6 +460,18 @@ bool ObjectReader::mayRead(Job &job, const Directory &directory, const QByteArra
     if (rule == Rule::Never || (rule == Rule::Always && asked.isNull()))
         return false;
     return !isConfig(directory, name) || !job.isSuspended || leaveOut("the device is suspended");
+}
+
+bool ObjectReader::maySample(const Job &job, AttributePolicy::Rule rule, const Directory &directory,
+                             const QByteArray &name)
+{
+    using Rule = AttributePolicy::Rule;
+    const Sample &sample = *job.request.sample;
+    const QByteArray path = join(directory.below, name);
+    if (!sample.wants(path))
+        return false;
+    return (rule == Rule::Always || (rule == Rule::OnRequest && sample.asksFor(path))) &&
+           !(isConfig(directory, name) && job.isSuspended);
 }
 
 void ObjectReader::readFile(Job &job, const Directory &directory, const QByteArray &name,

@@ -33,6 +33,18 @@ public:
     static constexpr qsizetype maxDepth = 10'000; // below a folder of the tree, such as "devices"
     static constexpr qsizetype maxPathSize = 32'768;
 
+    // Reads values as they are now and nothing else, into the members.
+    struct Sample
+    {
+        std::vector<QByteArray> attributes = {}; // below the directory; empty: all
+        std::vector<QByteArray> onRequest = {};  // these, too, although they are costly
+
+        bool wants(QByteArrayView path) const; // an attribute, or a folder of some
+        bool asksFor(QByteArrayView path) const { return isIn(onRequest, path); }
+
+    private:
+        static bool isIn(const std::vector<QByteArray> &list, QByteArrayView path);
+    };
     struct Request
     {
         AttributePolicy::Folder folder = AttributePolicy::Folder::Device;
@@ -42,6 +54,7 @@ public:
         bool readsOnRequest = false; // only what is too costly for every reading
         bool readsAttributes = true; // false: only names and links
         QByteArray attribute = {};   // below the directory; if set, reads only this one
+        std::shared_ptr<const Sample> sample = {}; // null: none
     };
     struct Result
     {
@@ -74,6 +87,8 @@ private:
     bool open(Job &job, const Directory &parent, const QByteArray &name, Directory &directory);
     void readLink(Job &job, const Directory &directory, const SysfsRoot::Entry &entry,
                   RegistryValue::Members &members);
+    static bool maySample(const Job &job, AttributePolicy::Rule rule, const Directory &directory,
+                          const QByteArray &name);
     void readFile(Job &job, const Directory &directory, const QByteArray &name,
                   RegistryValue::Members &members);
     static bool isConfig(const Directory &directory, const QByteArray &name);

@@ -25,6 +25,13 @@ public:
     qsizetype depth() const { return isEmpty() ? 0 : path_.count('/') + 1; }
     const QByteArray &toByteArray() const { return path_; }
     QString toString() const { return QString::fromUtf8(path_); }
+    // In the kernel's own tree, such as "/sys/bus/pci".
+    QString kernelPath() const { return isNull() ? QString() : kernelTree() + toString(); }
+    static SysfsPath ofKernelPath(const QString &path) // null: it is in no such tree
+    {
+        return path.startsWith(kernelTree()) ? SysfsPath(path.mid(kernelTree().size()).toUtf8())
+                                             : SysfsPath();
+    }
 
     QByteArray name() const { return path_.mid(path_.lastIndexOf('/') + 1); }
     SysfsPath parent() const // empty at the top
@@ -46,5 +53,7 @@ public:
     friend size_t qHash(const SysfsPath &path, size_t seed = 0) { return qHash(path.path_, seed); }
 
 private:
+    static QString kernelTree() { return QStringLiteral("/sys/"); }
+
     QByteArray path_;
 };

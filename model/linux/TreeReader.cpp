@@ -101,13 +101,14 @@ std::vector<Request> TreeReader::firstRequests(std::vector<RawObject::Unread> &u
 TreeContents TreeReader::run(std::vector<Request> requests, bool isRecursive,
                              const std::stop_token &stop)
 {
+    const auto wanted = isRecursive ? options_.threads : static_cast<unsigned>(requests.size());
     const auto threads = std::make_shared<ReaderThreads>(
         ReaderThreads::Plan{.root = root_,
                             .forcedDevices = forcedDevices_,
                             .blockedPaths = blockedPaths_,
                             .threadsLeftBehind = threadsLeftBehind_,
                             .patience = options_.patience,
-                            .threads = options_.threads,
+                            .threads = std::min(options_.threads, wanted),
                             .interrupts = options_.interrupts,
                             .recordsFiles = options_.recordsFiles,
                             .isRecursive = isRecursive,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "DeviceEventsFixture.h"
+#include "tests/support/DeviceEventsFixture.h"
 #include "platform/runloop/RunLoop.h"
 
 #include <malloc.h>

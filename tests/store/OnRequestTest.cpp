@@ -5,6 +5,7 @@
 #include "tests/support/MadeTree.h"
 
 #include <QElapsedTimer>
+#include <filesystem>
 #include <unistd.h>
 
 namespace {
@@ -161,5 +162,74 @@ TEST_F(OnRequest, IsNotLostToAReadingThatBeganBefore)
     ASSERT_TRUE(waitFor([&] { return isSwept; }));
     card()->updateIsSingle(true);
     EXPECT_FALSE(at({QStringLiteral("ppi"), QStringLiteral("version")}).isNone());
+}
+
+class SampleTest : public OnRequest
+{
+protected:
+    ObjectSample sample(const QStringList &attributes, const QStringList &onRequest = {})
+    {
+        std::optional<ObjectSample> taken;
+        tree_.service->sample({.kernelPath = QStringLiteral("/sys/devices/card"),
+                               .attributes = attributes,
+                               .onRequest = onRequest},
+                              [&](const ObjectSample &sample) { taken = sample; });
+        EXPECT_FALSE(taken);
+        EXPECT_TRUE(waitFor([&] { return taken.has_value(); }));
+        return taken.value_or(ObjectSample());
+    }
+    static QStringList keysOf(const ObjectSample &sample)
+    {
+        QStringList keys;
+        for (const auto &member : sample.members)
+            keys.append(member.key.toOwner());
+        return keys;
+    }
+};
+
+TEST_F(SampleTest, ReadsWhatIsAskedForAndLeavesTheStoreAlone)
+{
+    made_.file("devices/card/statistics/packets", "1");
+    made_.file("devices/card/statistics/errors", "0");
+    capture();
+    const auto before = tree_.store->lastUpdateDate();
+    made_.file("devices/card/statistics/packets", "2");
+    const ObjectSample one = sample({QStringLiteral("statistics/packets")});
+    EXPECT_TRUE(one.isThere);
+    ASSERT_EQ(keysOf(one), QStringList{QStringLiteral("statistics")});
+    const auto inFolder = one.members.front().value.members();
+    ASSERT_EQ(inFolder.size(), 1U);
+    EXPECT_EQ(inFolder.front().value.numberBits(), 2U);
+    EXPECT_EQ(at({QStringLiteral("statistics"), QStringLiteral("packets")}).numberBits(), 1U);
+    EXPECT_EQ(tree_.store->lastUpdateDate(), before);
+    // A value in a file.
+    EXPECT_EQ(keysOf(sample({QStringLiteral("uevent/SINCE")})),
+              QStringList{QStringLiteral("uevent")});
+
+    const QString eeprom = QStringLiteral("eeprom");
+    EXPECT_FALSE(keysOf(sample({})).contains(eeprom));
+    EXPECT_FALSE(keysOf(sample({eeprom})).contains(eeprom));
+    EXPECT_TRUE(keysOf(sample({}, {eeprom})).contains(eeprom));
+    const QString never = QStringLiteral("vpd");
+    EXPECT_FALSE(keysOf(sample({never}, {never})).contains(never));
+    EXPECT_TRUE(date("eeprom").isNull()); // the store does not count it as read
+
+    std::filesystem::remove_all(made_.path("devices/card").toStdString());
+    EXPECT_FALSE(sample({}).isThere);
+}
+
+TEST_F(SampleTest, AttributeThatHangsIsNotTriedAgain)
+{
+    made_.file("devices/card/slow", "1");
+    capture();
+    ASSERT_EQ(unlink(made_.path("devices/card/slow").constData()), 0);
+    made_.pipe("devices/card/slow");
+    const QStringList slow{QStringLiteral("slow")};
+    EXPECT_EQ(sample(slow).unanswered, slow);
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(sample(slow).unanswered, slow);
+    EXPECT_LT(time.elapsed(), 250); // the patience is 300
+    EXPECT_TRUE(tree_.store->incompleteObjects().isEmpty());
 }
 } // namespace

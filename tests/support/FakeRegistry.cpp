@@ -33,6 +33,14 @@ void FakeRegistry::remove(Node node)
     }
 }
 
+const FakeRegistry::Object *FakeRegistry::withKernelPath(const QString &path) const
+{
+    const auto found = std::find_if(objects_.begin(), objects_.end(), [&](const Object &object) {
+        return object.kernelPath == path && !(object.state & ServiceInactive);
+    });
+    return found == objects_.end() ? nullptr : &*found;
+}
+
 void FakeRegistry::unlink(Node parent, Node child, const QByteArray &plane)
 {
     std::erase(addPlane(parent, plane).children, child);

@@ -92,6 +92,7 @@ protected:
 
     ~FakeRegistry() = default;
     Object &at(Node node) { return objects_[node - 1]; }
+    const Object *withKernelPath(const QString &path) const; // null: none that is still there
     bool exists(Node node) const { return node > 0 && node <= objects_.size(); }
     // A null plane returns the general text.
     static const InPlane &inPlane(const Object &object, QByteArrayView plane);

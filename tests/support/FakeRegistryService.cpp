@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/FakeRegistryService.h"
 
+#include <QTimer>
 #include <cstring>
 
 namespace {
@@ -85,6 +86,19 @@ void FakeRegistryService::readOnRequest(RegistryObject object, const QString &at
 {
     askedFor_.emplace_back(nodeOf(object), attribute);
     ready_.push_back(std::move(ready));
+}
+
+void FakeRegistryService::sample(const ObjectSample::Request &request,
+                                 std::function<void(const ObjectSample &)> ready)
+{
+    ++samples_;
+    ObjectSample sample;
+    if (const Object *const object = withKernelPath(request.kernelPath)) {
+        const auto members = object->properties.members();
+        sample.isThere = true;
+        sample.members.assign(members.begin(), members.end());
+    }
+    QTimer::singleShot(0, &samplesReady_, [sample, ready = std::move(ready)] { ready(sample); });
 }
 
 void FakeRegistryService::answerReading(const RegistryValue &properties)

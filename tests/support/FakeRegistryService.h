@@ -43,6 +43,10 @@ public:
     bool mayReadOnRequest(RegistryObject object, const QString &attribute) override;
     void readOnRequest(RegistryObject object, const QString &attribute,
                        std::function<void()> ready) override;
+    // Answers with the properties of the object with the kernel path, on the next turn.
+    void sample(const ObjectSample::Request &request,
+                std::function<void(const ObjectSample &)> ready) override;
+    int samples() const { return samples_; }
     bool prepareObject(RegistryObject object) override;
     RegistryObject rootEntry() override { return handOut(root()); }
     RegistryObject entryFromPath(const QString &path) override;
@@ -143,6 +147,8 @@ private:
     quint64 openHandles_ = 0;
     quint64 misuses_ = 0;
     int preparations_ = 0;
+    int samples_ = 0;
+    QObject samplesReady_;
     bool cancelsPreparation_ = false;
     int retries_ = 0;
     std::vector<Node> preparedObjects_;

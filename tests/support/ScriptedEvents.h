@@ -22,6 +22,11 @@ public:
         state_->queue.push_back(DeviceEvent::parse(action, '/' + path));
         state_->wake();
     }
+    void send(const DeviceEvent &event)
+    {
+        state_->queue.emplace_back(event);
+        state_->wake();
+    }
     void lose()
     {
         state_->queue.push_back(std::nullopt);
