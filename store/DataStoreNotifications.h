@@ -11,5 +11,6 @@ inline const QString objectChanged = QStringLiteral("Data store object changed")
 inline const QString objectsTerminated = QStringLiteral("Data store objects terminated");
 inline const QString clearedTerminatedObjects =
     QStringLiteral("Data store cleared terminated objects");
+inline const QString eventsHeld = QStringLiteral("Data store held events"); // or was paused
 inline const QString deviceNamesFound = QStringLiteral("Data store found device names");
 } // namespace DataStoreNotifications

@@ -4,6 +4,11 @@
 #include "model/RegistryHandle.h"
 #include "platform/runloop/OneShotTimer.h"
 
+#include <QDateTime>
+#include <QObject>
+#include <optional>
+#include <vector>
+
 // How a live store follows its registry: settings and registrations. A number is 0 when the
 // registration failed.
 struct LiveUpdate
@@ -30,4 +35,14 @@ struct LiveUpdate
     bool onSleepWakePath = false; // between will-sleep and has-powered-on
 
     quint64 changesSeen = 0; // while automatic update was off
+
+    // While updates are paused: what to catch up with afterwards.
+    struct Held
+    {
+        quint64 events = 0;
+        bool anyChange = false;
+        std::vector<std::pair<quint64, QDateTime>> terminations; // by tag
+        QMetaObject::Connection counting;
+    };
+    std::optional<Held> held; // none: not paused
 };

@@ -49,6 +49,10 @@ public:
 
     const std::vector<EntryRef> &registryEntries() const { return registryEntries_; } // root first
     TavRegistryEntry *registryRoot() const;
+    TavRegistryEntry *entryWithTag(quint64 tag) const
+    {
+        return entriesByTag_.value(tag);
+    } // or null
     // The sysfs paths of objects that did not answer: the snapshot lacks their attributes.
     QStringList incompleteObjects() const;
 
@@ -91,6 +95,11 @@ public:
     void setPollInterval(double seconds); // ignored if out of range
     double pollInterval() const { return live_.pollInterval; }
     void handleVornMessage(const RegistryMessage &message);
+    // While paused, the store changes only by direct updates. Resuming applies at once what came
+    // meanwhile.
+    void setPaused(bool paused);
+    bool isPaused() const { return live_.held.has_value(); }
+    quint64 heldEvents() const { return live_.held ? live_.held->events : 0; }
 
     struct PathMatches
     {
@@ -113,6 +122,9 @@ public:
     // long that some were left out.
     bool runFilter(const FilterExpression &filter, EntrySet *matches,
                    QHash<QString, EntrySet> *parentsOfMatches);
+    // Whether single entries, be they of this store or not, satisfy an expression. For relatives,
+    // valid until the store changes.
+    std::function<bool(const TavRegistryEntry &)> testFor(const FilterExpression &filter);
 
 private:
     friend class DataStoreDecoder;
@@ -143,6 +155,10 @@ private:
     void endNotifications();
     void noteChange();
     void noteTerminated(RegistryIterator iterator);
+    void holdTerminations(RegistryIterator iterator);
+    void pause();
+    void resume();
+    bool noteTerminations(const std::vector<std::pair<quint64, QDateTime>> &terminations);
     void notePowerMessage(quint32 type, quintptr notificationID);
     PowerConnection _powerDomainRoot() const { return live_.powerDomainRoot; }
     void _setOnSleepWakePath(bool onPath);

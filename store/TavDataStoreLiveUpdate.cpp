@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // How a live store follows its registry.
+#include "model/RegistryEventFeed.h"
 #include "platform/runloop/NotificationCenter.h"
 #include "store/DataStoreNotifications.h"
 #include "store/TavDataStore.h"
@@ -103,6 +104,8 @@ void TavDataStore::endNotifications()
     forget(live_.autoupdateTimer);
     forget(live_.autoupdateBusyTimer);
     forget(live_.pollTimer);
+    if (live_.held)
+        QObject::disconnect(live_.held->counting);
     if (!service_)
         return;
     if (live_.dxcoreNotificationPort) {
@@ -133,8 +136,83 @@ void TavDataStore::handleVornMessage(const RegistryMessage &message)
     service_->dispatchMessage(live_.dxcoreNotificationPort, message);
 }
 
+void TavDataStore::setPaused(bool paused)
+{
+    if (!isLive_ || paused == isPaused())
+        return;
+    const std::weak_ptr<void> life = life_; // an observer may close the document
+    if (paused)
+        pause();
+    else
+        resume();
+    if (!life.expired())
+        post(DataStoreNotifications::eventsHeld);
+}
+
+void TavDataStore::pause()
+{
+    live_.held.emplace();
+    live_.held->anyChange = live_.autoupdateTimer || live_.autoupdateBusyTimer;
+    forget(live_.autoupdateTimer);
+    forget(live_.autoupdateBusyTimer);
+    forget(live_.pollTimer);
+    if (RegistryEventFeed *const feed = service_->eventFeed())
+        live_.held->counting =
+            QObject::connect(feed, &RegistryEventFeed::happened, feed, [this](const auto &) {
+                ++live_.held->events;
+                post(DataStoreNotifications::eventsHeld);
+            });
+}
+
+void TavDataStore::resume()
+{
+    const LiveUpdate::Held held = std::move(*live_.held);
+    live_.held.reset();
+    QObject::disconnect(held.counting);
+    const std::weak_ptr<void> life = life_;
+    const bool anyGone = noteTerminations(held.terminations);
+    if (anyGone)
+        post(live_.autoupdate ? DataStoreNotifications::objectsTerminated
+                              : DataStoreNotifications::outOfDate);
+    if (life.expired())
+        return;
+    if (held.anyChange && live_.autoupdate)
+        updateWhenPrepared([] {});
+    else if (held.anyChange)
+        noteChange();
+    if (!life.expired())
+        _resetPollTimer();
+}
+
+// Whether any entry is concerned.
+bool TavDataStore::noteTerminations(const std::vector<std::pair<quint64, QDateTime>> &terminations)
+{
+    bool any = false;
+    for (const auto &[tag, date] : terminations) {
+        if (TavRegistryEntry *const entry = entriesByTag_.value(tag)) {
+            entry->noteTerminatedAtDate(date, live_.autoupdate);
+            any = true;
+        }
+    }
+    return any;
+}
+
+void TavDataStore::holdTerminations(RegistryIterator iterator)
+{
+    live_.held->anyChange = true;
+    while (const auto object = RegistryHandle::adopt(*service_, service_->iteratorNext(iterator))) {
+        if (const auto *const entry = registryEntryForDxRegistryEntry(object.get(), false))
+            live_.held->terminations.emplace_back(entry->entryTag(),
+                                                  QDateTime::currentDateTimeUtc());
+    }
+}
+
 void TavDataStore::noteChange()
 {
+    if (isPaused()) {
+        live_.held->anyChange = true;
+        return;
+    }
     if (!live_.autoupdate)
         ++live_.changesSeen;
     _scheduleAutoupdateIsBusy(false);
@@ -142,6 +220,8 @@ void TavDataStore::noteChange()
 
 void TavDataStore::noteTerminated(RegistryIterator iterator)
 {
+    if (isPaused())
+        return holdTerminations(iterator);
     const std::weak_ptr<void> life = life_; // an observer may close the document
     const bool isImmediate = live_.autoupdate;
     const QDateTime now = QDateTime::currentDateTimeUtc();
@@ -200,6 +280,10 @@ void TavDataStore::setAutoupdate(bool autoupdate)
 
 void TavDataStore::_scheduleAutoupdateIsBusy(bool busy)
 {
+    if (isPaused()) {
+        live_.held->anyChange = true;
+        return;
+    }
     if (!live_.autoupdate) {
         isUpToDate_ = false;
         post(DataStoreNotifications::outOfDate);
@@ -246,7 +330,7 @@ void TavDataStore::setPollInterval(double seconds)
 void TavDataStore::_resetPollTimer()
 {
     forget(live_.pollTimer);
-    if (isLive_ && live_.polledUpdate && isPollInterval(live_.pollInterval))
+    if (isLive_ && !isPaused() && live_.polledUpdate && isPollInterval(live_.pollInterval))
         live_.pollTimer = OneShotTimer::schedule(
             live_.pollInterval, [this](const auto &timer) { _polledUpdate(timer); });
 }
@@ -273,7 +357,9 @@ void TavDataStore::updateWhenPrepared(std::function<void()> then)
         // preparation was requested earlier, so it may have missed the change.
         const bool isLate = directUpdates_ != updatesBefore;
         const bool isPassed = live_.changesSeen != changesBefore;
-        if (!isLate && !live_.onSleepWakePath) {
+        if (isPaused()) {
+            live_.held->anyChange = true;
+        } else if (!isLate && !live_.onSleepWakePath) {
             readRegistry(began);
             if (life.expired())
                 return;

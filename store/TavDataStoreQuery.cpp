@@ -74,6 +74,15 @@ bool TavDataStore::runFilter(const FilterExpression &filter, EntrySet *matches,
     return search.isComplete();
 }
 
+std::function<bool(const TavRegistryEntry &)> TavDataStore::testFor(const FilterExpression &filter)
+{
+    const auto context =
+        FilterQuery::contextFor(filter, registryEntries_, planeOrders(), entryNumberLimit());
+    return [evaluator = std::make_shared<FilterEvaluator>(context)](const TavRegistryEntry &entry) {
+        return evaluator->matches(entry);
+    };
+}
+
 void TavDataStore::collectMatches(EntrySet *matches,
                                   QHash<QString, EntrySet> *parentsOfMatches) const
 {

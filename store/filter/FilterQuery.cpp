@@ -4,17 +4,6 @@
 #include "model/MatchMarks.h"
 
 namespace {
-std::shared_ptr<FilterContext> contextOf(const FilterExpression &expression,
-                                         std::span<const EntryRef> entries,
-                                         std::span<const EntryOrder> planes,
-                                         std::size_t numberLimit)
-{
-    std::vector<EntriesUnder> entriesUnder;
-    for (const QString &name : expression.ancestors())
-        entriesUnder.emplace_back(name, entries, planes, numberLimit);
-    return std::make_shared<FilterContext>(expression, std::move(entriesUnder));
-}
-
 void prefetch(const TavRegistryEntry &entry)
 {
     __builtin_prefetch(&entry);
@@ -23,9 +12,20 @@ void prefetch(const TavRegistryEntry &entry)
 }
 } // namespace
 
+std::shared_ptr<FilterContext> FilterQuery::contextFor(const FilterExpression &expression,
+                                                       std::span<const EntryRef> entries,
+                                                       std::span<const EntryOrder> planes,
+                                                       std::size_t numberLimit)
+{
+    std::vector<EntriesUnder> entriesUnder;
+    for (const QString &name : expression.ancestors())
+        entriesUnder.emplace_back(name, entries, planes, numberLimit);
+    return std::make_shared<FilterContext>(expression, std::move(entriesUnder));
+}
+
 FilterQuery::FilterQuery(const FilterExpression &expression, std::span<const EntryRef> entries,
                          std::span<const EntryOrder> planes, std::size_t numberLimit)
-    : context_(contextOf(expression, entries, planes, numberLimit))
+    : context_(contextFor(expression, entries, planes, numberLimit))
     , evaluator_(context_)
     , answers_(std::make_shared<std::vector<char>>(numberLimit))
 {}

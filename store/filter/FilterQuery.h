@@ -12,6 +12,12 @@ public:
     FilterQuery(const FilterExpression &expression, std::span<const EntryRef> entries,
                 std::span<const EntryOrder> planes, std::size_t numberLimit);
 
+    // What an evaluation needs to know of these entries.
+    static std::shared_ptr<FilterContext> contextFor(const FilterExpression &expression,
+                                                     std::span<const EntryRef> entries,
+                                                     std::span<const EntryOrder> planes,
+                                                     std::size_t numberLimit);
+
     // Evaluates the entries ahead of the walks. Copies share the answers, and may take different
     // entries at the same time.
     void prepare(std::span<const EntryRef> entries);

@@ -203,4 +203,39 @@ TEST_F(LiveUpdateTest, EveryStoreOfAServiceIsNotified)
     }
     EXPECT_EQ(other->registryEntries().back()->registryState(), RegistryStateTerminated);
 }
+
+TEST_F(LiveUpdateTest, WhilePausedNothingMovesAndAllIsAppliedAfterwards)
+{
+    const auto a = addDevice("a");
+    store_->update();
+    store_->setAutoupdate(true);
+    store_->setPolledUpdate(true);
+    service_.reportChange();
+    posted();
+    store_->setPaused(true);
+    Q_EMIT service_.eventFeed()->happened({});
+    service_.publish(addDevice("b"));
+    service_.terminate(a);
+    service_.reportBusy(1);
+    EXPECT_EQ(postedAfter(100), nothing);
+    EXPECT_EQ(store_->heldEvents(), 1U);
+    EXPECT_NE(find(a)->registryState(), RegistryStateTerminated);
+    store_->setPaused(false);
+    EXPECT_EQ(posted(), (Names{objectsTerminated, changed, objectsTerminated}));
+    EXPECT_EQ(find(a)->registryState(), RegistryStateTerminated);
+    EXPECT_TRUE(find(tree_["b"]));
+    EXPECT_TRUE(postedAfter(30).contains(changed)); // timed updates go on
+    store_->setPolledUpdate(false);
+
+    service_.setHoldsPreparations(true);
+    service_.reportChange();
+    loop_.advance(1);
+    store_->setPaused(true);
+    service_.finishPreparations(); // began before
+    EXPECT_EQ(posted(), nothing);
+    service_.setHoldsPreparations(false);
+    store_->setPaused(false);
+    EXPECT_TRUE(posted().contains(changed));
+    store_->setPaused(true); // until the end
+}
 } // namespace
