@@ -28,12 +28,19 @@ VolatileAttributes::VolatileAttributes(const QByteArray &json)
     const QJsonObject root = QJsonDocument::fromJson(json, &error).object();
     if (error.error != QJsonParseError::NoError)
         qFatal("compare/volatile.json: %s", qUtf8Printable(error.errorString()));
-    const QJsonObject attributes = root[QLatin1String("attributes")].toObject();
-    for (auto subsystem = attributes.begin(); subsystem != attributes.end(); ++subsystem)
-        keysOfSubsystems_.insert(subsystem.key(), keysIn(subsystem.value().toArray()));
+    attributes_ = keysOfSubsystems(root[QLatin1String("attributes")].toObject());
+    counters_ = keysOfSubsystems(root[QLatin1String("counters")].toObject());
     const QJsonObject numbered = root[QLatin1String("numberedByDiscovery")].toObject();
     numberedSubsystems_ = keysIn(numbered[QLatin1String("subsystems")].toArray()).exact;
     numberKeys_ = keysIn(numbered[QLatin1String("keys")].toArray());
+}
+
+VolatileAttributes::KeysOfSubsystems VolatileAttributes::keysOfSubsystems(const QJsonObject &table)
+{
+    KeysOfSubsystems keys;
+    for (auto subsystem = table.begin(); subsystem != table.end(); ++subsystem)
+        keys.insert(subsystem.key(), keysIn(subsystem.value().toArray()));
+    return keys;
 }
 
 VolatileAttributes::Keys VolatileAttributes::keysIn(const QJsonArray &list)
@@ -57,11 +64,12 @@ bool VolatileAttributes::matches(const Keys &keys, const QString &path)
                        [&](const auto &pattern) { return pattern.match(path).hasMatch(); });
 }
 
-bool VolatileAttributes::contains(const QString &subsystem, const QString &path) const
+bool VolatileAttributes::contains(const KeysOfSubsystems &table, const QString &subsystem,
+                                  const QString &path)
 {
     const auto isIn = [&](const QString &name) {
-        const auto keys = keysOfSubsystems_.constFind(name);
-        if (keys == keysOfSubsystems_.constEnd())
+        const auto keys = table.constFind(name);
+        if (keys == table.constEnd())
             return false;
         for (qsizetype end = path.size(); end >= 0; end = path.lastIndexOf(u'/', end - 1)) {
             if (matches(*keys, path.first(end)))

@@ -16,7 +16,15 @@ public:
 
     // Whether the value at a path of keys, or a collection that it is in, is volatile for devices
     // of a subsystem.
-    bool contains(const QString &subsystem, const QString &path) const;
+    bool contains(const QString &subsystem, const QString &path) const
+    {
+        return contains(attributes_, subsystem, path);
+    }
+    // Whether it only ever grows, until it is reset.
+    bool isCounter(const QString &subsystem, const QString &path) const
+    {
+        return contains(counters_, subsystem, path);
+    }
     // Whether a subsystem numbers its devices in the order of discovery, such as input5.
     bool isNumberedByDiscovery(const QString &subsystem) const
     {
@@ -32,10 +40,15 @@ private:
         QSet<QString> exact;
         QList<QRegularExpression> patterns;
     };
+    using KeysOfSubsystems = QHash<QString, Keys>; // "*": of all
+    static KeysOfSubsystems keysOfSubsystems(const class QJsonObject &table);
+    static bool contains(const KeysOfSubsystems &table, const QString &subsystem,
+                         const QString &path);
     static Keys keysIn(const class QJsonArray &list);
     static bool matches(const Keys &keys, const QString &path);
 
-    QHash<QString, Keys> keysOfSubsystems_; // "*": of all
+    KeysOfSubsystems attributes_;
+    KeysOfSubsystems counters_;
     QSet<QString> numberedSubsystems_;
     Keys numberKeys_;
 };
