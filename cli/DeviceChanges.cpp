@@ -29,6 +29,17 @@ QString DeviceChange::driver() const
     return bound ? bound->driver : QString();
 }
 
+QString DeviceChange::oldPath() const
+{
+    return before && after && before->path != after->path ? before->path : QString();
+}
+
+bool DeviceChange::isRename() const
+{
+    const auto parentOf = [](const QString &path) { return path.left(path.lastIndexOf(u'/')); };
+    return !oldPath().isNull() && parentOf(before->path) == parentOf(after->path);
+}
+
 std::vector<DeviceChange> DeviceChanges::after(const std::vector<Message> &messages,
                                                DevicePicture picture)
 {

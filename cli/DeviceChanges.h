@@ -21,7 +21,9 @@ struct DeviceChange
 
     const Device *device() const; // null: it came and went between two pictures
     QString path() const;
-    QString driver() const; // that was bound or unbound
+    QString driver() const;  // that was bound or unbound
+    QString oldPath() const; // of what has another path now; null: none is known
+    bool isRename() const;   // under the same parent
 };
 
 // Makes changes of the kernel's messages and of what two pictures of the registry say.

@@ -7,24 +7,7 @@
 
 namespace {
 using Type = RegistryValue::Type;
-using ScalarText = std::function<QString(const RegistryValue &)>;
 
-// Recursive: no deeper than a snapshot may hold.
-void addLines(const RegistryValue &value, const QString &prefix, const ScalarText &textOf,
-              QStringList &lines)
-{
-    if (!value.isCollection()) {
-        lines.append(prefix + textOf(value));
-        return;
-    }
-    for (const auto &[key, member] : value.members())
-        addLines(member,
-                 member.isCollection() ? prefix + key.toOwner() + u'/'
-                                       : prefix + key.toOwner() + QStringLiteral(" = "),
-                 textOf, lines);
-    for (const RegistryValue &element : value.elements())
-        addLines(element, prefix, textOf, lines);
-}
 // Those nearest to the top, like PropertyLookup. The contents of sets are no properties.
 std::vector<TavPropertyOutlineItem *> nodesWithKeys(const TavRegistryProperty &root,
                                                     const QStringList &keys)
@@ -73,34 +56,6 @@ void addShownLines(TavPropertyOutlineItem &node, QStringList &lines)
     });
 }
 } // namespace
-
-QString ValueText::raw(const RegistryValue &scalar)
-{
-    constexpr int hexadecimal = 16;
-    switch (scalar.type()) {
-    case Type::Number:
-        if (scalar.notation() == RegistryValue::Notation::Hexadecimal)
-            return QStringLiteral("0x%1").arg(scalar.numberBits(), 2 * scalar.numberWidth(),
-                                              hexadecimal, QLatin1Char('0'));
-        return scalar.isSignedNumber() ? QString::number(scalar.signedNumber())
-                                       : QString::number(scalar.numberBits());
-    case Type::Boolean:
-        return scalar.toBoolean() ? QStringLiteral("Y") : QStringLiteral("N");
-    case Type::Data:
-        return QString::fromLatin1(scalar.toData().toHex());
-    case Type::Date:
-        return scalar.toDate().toUTC().toString(Qt::ISODateWithMs);
-    default:
-        return scalar.toString();
-    }
-}
-
-QStringList ValueText::rawLines(const RegistryValue &value)
-{
-    QStringList lines;
-    addLines(value, {}, raw, lines);
-    return lines;
-}
 
 QStringList ValueText::shownLines(const TavRegistryEntry &entry, const QStringList &keys)
 {

@@ -3,14 +3,10 @@
 
 #include <QStringList>
 
-class RegistryValue;
 class TavRegistryEntry;
 
 // Values as lines of text: a collection has a line for each scalar in it.
 namespace ValueText {
-// A scalar as the host wrote it; data in hexadecimal.
-QString raw(const RegistryValue &scalar);
-QStringList rawLines(const RegistryValue &value);
 // The properties with these keys, one below the other, as the window shows them.
 QStringList shownLines(const TavRegistryEntry &entry, const QStringList &keys);
 } // namespace ValueText

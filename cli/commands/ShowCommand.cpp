@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/commands/ShowCommand.h"
 
+#include "activity/RawText.h"
 #include "cli/CommandInput.h"
 #include "cli/CommandOutput.h"
 #include "cli/EntryArgument.h"
@@ -127,7 +128,7 @@ void ShowCommand::writeProperties(const TavRegistryEntry &entry, CommandOutput &
         if (line.property.isCollection())
             output.add(tr(" (%1)").arg(line.property.displayValue().text()), TextRole::Detail);
         else
-            output.add(QStringLiteral(" = ") + (isRaw_ ? ValueText::raw(line.property.value())
+            output.add(QStringLiteral(" = ") + (isRaw_ ? RawText::of(line.property.value())
                                                        : line.property.displayValue().text()));
         output.endLine();
     });
@@ -160,7 +161,7 @@ bool ShowCommand::writeValues(const TavRegistryEntry &entry, const QString &key,
             output.flush();
             output.device().write(value->toData());
         } else if (isRaw_) {
-            lines += ValueText::rawLines(*value);
+            lines += RawText::linesOf(*value);
         }
     }
     if (output.isText() && !isRaw_ && !found.isEmpty())

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/commands/WatchCommand.h"
 
+#include "activity/PropertyChanges.h"
+#include "activity/RawText.h"
 #include "cli/CommandInput.h"
 #include "cli/CommandOutput.h"
 #include "cli/EndSignals.h"
 #include "cli/EntryArgument.h"
 #include "cli/EntrySummary.h"
-#include "cli/PropertyChanges.h"
 #include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
-#include "cli/ValueText.h"
 #include "cli/commands/FindCommand.h"
-#include "model/linux/DeviceMonitor.h"
+#include "model/linux/HostEvents.h"
 #include "model/linux/UdevDatabase.h"
 
 #include <cerrno>
@@ -29,9 +29,9 @@ const QString timeFormat = QStringLiteral("hh:mm:ss.zzz  ");
 constexpr auto settleTime = 30ms;    // without an event, before the registry is read
 constexpr auto longestDelay = 300ms; // of an event, in a flood of them
 
-const char *wordOf(Action action)
+const char *wordOf(const DeviceChange &change)
 {
-    switch (action) {
+    switch (change.action) {
     case Action::Add:
         return "appeared";
     case Action::Remove:
@@ -40,6 +40,8 @@ const char *wordOf(Action action)
         return "bound";
     case Action::Unbind:
         return "unbound";
+    case Action::Move:
+        return change.isRename() ? "renamed" : "moved";
     case Action::Change:
         break;
     }
@@ -111,8 +113,7 @@ ExitCode WatchCommand::run(const CommandInput &input, RegistrySource &source, Co
     showsProperties_ = input.isSet("properties");
     const EndSignals endSignals;
     // Before the first reading, so that nothing is missed.
-    const auto events =
-        DeviceMonitor::open(UdevDatabase(source.sysfs().toUtf8()).isDaemonRunning());
+    const auto events = HostEvents::open(UdevDatabase(source.sysfs().toUtf8()).isDaemonRunning());
     if (!events)
         throw CommandError{tr("The kernel's messages cannot be received.")};
     using Need = RegistrySource::Need;
@@ -249,9 +250,10 @@ void WatchCommand::writeText(const DeviceChange &change, CommandOutput &output) 
 {
     constexpr int wordWidth = 10;
     output.add(change.time.toLocalTime().toString(timeFormat));
-    output.add(QString::fromLatin1(wordOf(change.action)).leftJustified(wordWidth),
-               roleOf(change.action));
+    output.add(QString::fromLatin1(wordOf(change)).leftJustified(wordWidth), roleOf(change.action));
     output.add(change.path(), TextRole::Name);
+    if (change.action == Action::Move && !change.oldPath().isNull())
+        output.add(QStringLiteral("  ") + tr("was %1").arg(change.oldPath()));
     const bool isBinding = change.action == Action::Bind || change.action == Action::Unbind;
     if (isBinding && !change.driver().isEmpty())
         output.add(QStringLiteral("  ") + change.driver(), TextRole::Key);
@@ -262,9 +264,9 @@ void WatchCommand::writeText(const DeviceChange &change, CommandOutput &output) 
          PropertyChange::between(change.before->properties, change.after->properties)) {
         output.addSpaces(4);
         output.add(key, TextRole::Key);
-        output.add(QStringLiteral(": ") + ValueText::rawLines(before).join(QLatin1String(", ")));
+        output.add(QStringLiteral(": ") + RawText::linesOf(before).join(QLatin1String(", ")));
         output.addTrusted(output.terminal().isUtf8 ? u" → " : u" -> ");
-        output.add(ValueText::rawLines(after).join(QLatin1String(", ")));
+        output.add(RawText::linesOf(after).join(QLatin1String(", ")));
         output.endLine();
     }
 }
@@ -273,12 +275,14 @@ void WatchCommand::writeJson(const DeviceChange &change, CommandOutput &output) 
 {
     output.addResult([&](JsonWriter &json) {
         json.member(QLatin1String("time"), change.time);
-        json.member(QLatin1String("event"), QString::fromLatin1(wordOf(change.action)));
+        json.member(QLatin1String("event"), QString::fromLatin1(wordOf(change)));
         if (const auto *const device = change.device()) {
             json.member(QLatin1String("id"), QString::number(device->id));
             json.member(QLatin1String("path"), device->path);
         }
         json.member(QLatin1String("kernelPath"), change.kernelPath);
+        if (change.action == Action::Move)
+            json.member(QLatin1String("oldPath"), change.oldPath());
         json.member(QLatin1String("driver"), change.driver());
         if (!showsProperties_ || !change.before || !change.after)
             return;

@@ -32,7 +32,7 @@ std::string text(const std::vector<DeviceChange> &changes)
 {
     std::string text;
     for (const DeviceChange &change : changes) {
-        const char *const marks = "+-><*"; // in the order of the actions
+        const char *const marks = "+-><=*"; // in the order of the actions
         text += (text.empty() ? "" : " ") + std::string(1, marks[static_cast<int>(change.action)]) +
                 change.path().toStdString();
         if (change.action == Action::Bind || change.action == Action::Unbind)

@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "cli/PropertyChanges.h"
+#include "activity/PropertyChanges.h"
 
 #include <QMap>
 
 namespace {
 using Scalars = QMap<QString, std::pair<RegistryValue, RegistryValue>>;
+
+// What is not read now follows from the state, and says nothing about the device by itself.
+bool isAboutReading(const QString &key)
+{
+    return key == QLatin1String("DxUnreadAttributes") || key == QLatin1String("DxReadOnRequest");
+}
 
 // Recursive: no deeper than a tree of attributes.
 void add(const RegistryValue &value, const QString &prefix,
@@ -12,6 +18,8 @@ void add(const RegistryValue &value, const QString &prefix,
 {
     for (const auto &[key, member] : value.members()) {
         const QString path = prefix + key.toOwner();
+        if (isAboutReading(path))
+            continue;
         if (member.type() == RegistryValue::Type::Dictionary)
             add(member, path + u'/', side, scalars);
         else
