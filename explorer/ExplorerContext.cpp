@@ -38,6 +38,8 @@ QString ExplorerContext::toolTipForRegistryEntry(const TavRegistryEntry &entry) 
     append(entry.dateDiscovered(), tr("Discovered: %1 %2"));
     append(entry.dateLastUpdated(), tr("Updated: %1 %2"));
     append(entry.dateTerminated(), tr("Terminated: %1 %2"));
+    if (const auto seconds = secondsSinceChange(entry))
+        text += u'\n' + tr("Changed %1 s ago").arg(*seconds);
     const QString warning = warningForEntry(entry);
     return warning.isNull() ? text : text + u'\n' + warning;
 }
@@ -61,7 +63,7 @@ QVariant ExplorerContext::markForEntry(const TavRegistryEntry &entry) const
     return showsIcons() ? QVariant(EntryIcons::shared().iconOf(entry)) : QVariant();
 }
 
-QVariant ExplorerContext::detailForEntry(const TavRegistryEntry &entry) const
+QStringList ExplorerContext::detailsOf(const TavRegistryEntry &entry) const
 {
     const DeviceName *const device = showsDeviceNames() ? entry.deviceName() : nullptr;
     QStringList details;
@@ -69,6 +71,14 @@ QVariant ExplorerContext::detailForEntry(const TavRegistryEntry &entry) const
         details.append(below);
     if (device)
         details.append(device->shortTitle());
+    return details;
+}
+
+QVariant ExplorerContext::detailForEntry(const TavRegistryEntry &entry) const
+{
+    QStringList details = detailsOf(entry);
+    if (secondsSinceChange(entry))
+        details.prepend(QStringLiteral("●"));
     return details.isEmpty() ? QVariant() : details.join(QLatin1String(" · "));
 }
 
@@ -109,9 +119,11 @@ QString ExplorerContext::differencesBelowText(const TavRegistryEntry &entry) con
 QString ExplorerContext::accessibleNameForEntry(const TavRegistryEntry &entry,
                                                 const QString &name) const
 {
-    const QString detail = detailForEntry(entry).toString();
+    const QString detail = detailsOf(entry).join(QLatin1String(" · "));
     // "name, device"
-    const QString text = detail.isNull() ? name : tr("%1, %2").arg(name, detail);
+    QString text = detail.isEmpty() ? name : tr("%1, %2").arg(name, detail);
+    if (secondsSinceChange(entry))
+        text = tr("%1, changed a short time ago").arg(text);
     if (const ComparisonStore *const compared = comparison()) {
         const DifferenceKind kind = compared->differenceOf(entry).kind;
         return kind == DifferenceKind::Same ? text

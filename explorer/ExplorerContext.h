@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QVariant>
+#include <optional>
 
 class ComparisonStore;
 class TavDataStore;
@@ -24,6 +25,12 @@ public:
     virtual bool isFiltering() const = 0; // false: everything passes the filter
     virtual bool passesFilter(const TavRegistryEntry &entry) const = 0;
     virtual bool hidesEverything() const = 0; // a search that filters has found nothing
+    // How long ago the entry appeared or changed, in seconds; none: not recently, or it is not
+    // shown.
+    virtual std::optional<int> secondsSinceChange(const TavRegistryEntry & /*entry*/) const
+    {
+        return std::nullopt;
+    }
     // What the window compares; null: it shows a registry.
     virtual const ComparisonStore *comparison() const { return nullptr; }
 
@@ -45,6 +52,7 @@ protected:
     ~ExplorerContext() = default;
 
 private:
+    QStringList detailsOf(const TavRegistryEntry &entry) const;  // in words
     QString differenceText(const TavRegistryEntry &entry) const; // null: no comparison, or the same
     QString differencesBelowText(const TavRegistryEntry &entry) const; // null: none
 };

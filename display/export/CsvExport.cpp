@@ -2,7 +2,7 @@
 #include "display/export/CsvExport.h"
 
 #include "display/TavPropertyOutlineItem.h"
-#include "display/export/EscapedText.h"
+#include "display/export/CsvCell.h"
 
 namespace {
 using Type = RegistryValue::Type;
@@ -30,12 +30,6 @@ void forEachKey(const TavRegistryProperty &root, Action action)
     }
 }
 
-bool isNumber(const QString &text)
-{
-    bool isDecimal = false;
-    text.toDouble(&isDecimal);
-    return isDecimal;
-}
 } // namespace
 
 bool CsvExport::write(const ExportedEntries &entries, const Columns &columns, QIODevice &device,
@@ -118,16 +112,9 @@ QString CsvExport::cell(TavPropertyOutlineItem &node)
     return elements.join(QLatin1String("; "));
 }
 
-// A text that a spreadsheet would take for a formula gets an apostrophe.
 void CsvExport::addCell(const QString &text)
 {
     if (!std::exchange(isAtStart_, false))
         output_.add(',');
-    QString cell = escapedText(text);
-    const bool isFormula = !cell.isEmpty() && QStringView(u"=+-@").contains(cell.front());
-    if (isFormula && !isNumber(cell))
-        cell.prepend(u'\'');
-    if (cell.contains(u',') || cell.contains(u'"') || cell.startsWith(u' ') || cell.endsWith(u' '))
-        cell = u'"' + cell.replace(u'"', QLatin1String("\"\"")) + u'"';
-    output_.add(cell);
+    output_.add(csvCell(text));
 }

@@ -22,6 +22,7 @@ PropertiesContextMenu::PropertiesContextMenu(TavPropertiesOutlineView &view,
     if (index.isValid()) {
         addLinkActions();
         addReadAction();
+        addPlotAction();
         addCopyActions();
     }
     addExpansionActions();
@@ -54,12 +55,27 @@ void PropertiesContextMenu::addReadAction()
     addSeparator();
 }
 
+void PropertiesContextMenu::addPlotAction()
+{
+    using Plotting = PropertiesViewController::Plotting;
+    DataSource *const source = view_.dataSource();
+    const Plotting plotting = source->plotting(index_);
+    if (plotting == Plotting::NotOffered)
+        return;
+    addAction(plotting == Plotting::Plotted  ? tr("Stop &Plotting")
+              : plotting == Plotting::NoRoom ? tr("&Plot (No More Lines)")
+                                             : tr("&Plot"),
+              this, [this, source] { source->togglePlot(index_); })
+        ->setEnabled(plotting != Plotting::NoRoom);
+    addSeparator();
+}
+
 void PropertiesContextMenu::addCopyActions()
 {
     addAction(tr("Copy &Key"), this, [this] { copy(cellText(DataSource::KeyColumn)); });
     addAction(QIcon::fromTheme(QStringLiteral("edit-copy")), tr("Copy &Value"), this,
               [this] { copy(cellText(DataSource::ValueColumn)); });
-    addAction(tr("Copy &Path"), this, [this] { copy(path()); });
+    addAction(tr("Copy Pa&th"), this, [this] { copy(path()); });
     addAction(tr("Copy &Row"), this, [this] {
         copy(cellText(DataSource::KeyColumn) + u'\t' + cellText(DataSource::TypeColumn) + u'\t' +
              cellText(DataSource::ValueColumn));

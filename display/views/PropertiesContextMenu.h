@@ -16,6 +16,7 @@ public:
 private:
     void addLinkActions();
     void addReadAction();
+    void addPlotAction();
     void addCopyActions();
     void addExpansionActions();
     void addShowAsMenu();

@@ -3,6 +3,7 @@
 
 #include "display/views/DifferenceIcons.h"
 #include "display/views/ReadButton.h"
+#include "display/views/Sparkline.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "platform/widgets/OutlineRowDelegate.h"
 #include "platform/widgets/VisibleText.h"
@@ -122,7 +123,19 @@ int PropertyValueDelegate::textWidth(const QModelIndex &index,
                                      const QStyleOptionViewItem &option) const
 {
     const int width = view_.columnWidth(index.column()) - 2 * horizontalMargin;
-    return hasButton(index) ? width - ReadButton::room(option.fontMetrics) : width;
+    return hasButton(index)   ? width - ReadButton::room(option.fontMetrics)
+           : sparkline(index) ? width - Sparkline::room(option.fontMetrics)
+                              : width;
+}
+
+const PlotLine *PropertyValueDelegate::sparkline(const QModelIndex &index) const
+{
+    constexpr int leastShare = 2;
+    const bool hasRoom =
+        view_.columnWidth(index.column()) > leastShare * Sparkline::room(view_.fontMetrics());
+    return hasRoom && index.column() == TavPropertiesOutlineViewDataSource::ValueColumn
+               ? dataSource_.sparkline(index)
+               : nullptr;
 }
 
 int PropertyValueDelegate::rowHeight(const QModelIndex &index,
@@ -183,6 +196,8 @@ void PropertyValueDelegate::paintValue(QPainter &painter, const QStyleOptionView
     const QRect seen = option.rect & view_.viewport()->rect();
     text.draw(painter, QPointF(rect.left(), rect.top() + shift), seen,
               isSelected ? &color : nullptr);
+    if (const PlotLine *const line = sparkline(index))
+        Sparkline::paint(painter, Sparkline::place(option), *line, color);
     if (hasButton(index))
         ReadButton::paint(painter, option, buttonPlace(option, index),
                           pressed_ == index && QGuiApplication::mouseButtons() != Qt::NoButton);

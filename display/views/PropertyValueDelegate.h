@@ -7,6 +7,7 @@
 #include <QStyledItemDelegate>
 
 class QTreeView;
+struct PlotLine;
 class TavPropertiesOutlineViewDataSource;
 
 // Draws the cells of a properties view. Values wrap inside their column, and rows grow to fit; the
@@ -55,6 +56,7 @@ private:
     QRect textRect(const QStyleOptionViewItem &option) const;
     int lineHeight(const QStyleOptionViewItem &option) const;
     bool hasButton(const QModelIndex &index) const;
+    const PlotLine *sparkline(const QModelIndex &index) const; // null: none, or no room for it
     QRect buttonPlace(const QStyleOptionViewItem &option, const QModelIndex &index) const;
     int textWidth(const QModelIndex &index, const QStyleOptionViewItem &option) const;
     int rowHeight(const QModelIndex &index, const QStyleOptionViewItem &option) const;

@@ -16,6 +16,10 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+namespace {
+constexpr qsizetype maxShownWas = 100; // characters of an earlier value
+} // namespace
+
 using Reading = PropertiesViewController::Reading;
 
 // The position of a node, which the node itself does not store.
@@ -246,6 +250,27 @@ void TavPropertiesOutlineViewDataSource::readAttribute(const QModelIndex &index)
         windowController_.readAttribute(attribute(index));
 }
 
+PropertiesViewController::Plotting
+TavPropertiesOutlineViewDataSource::plotting(const QModelIndex &index) const
+{
+    const TavRegistryProperty *const shown = item(index);
+    const bool isNumber = shown && shown->valueType() == RegistryValue::Type::Number;
+    return isNumber ? windowController_.plotting(*shown)
+                    : PropertiesViewController::Plotting::NotOffered;
+}
+
+void TavPropertiesOutlineViewDataSource::togglePlot(const QModelIndex &index)
+{
+    if (const TavRegistryProperty *const shown = item(index))
+        windowController_.togglePlot(*shown);
+}
+
+const PlotLine *TavPropertiesOutlineViewDataSource::sparkline(const QModelIndex &index) const
+{
+    const TavRegistryProperty *const shown = item(index);
+    return shown && !shown->isCollection() ? windowController_.sparklineOf(*shown) : nullptr;
+}
+
 bool TavPropertiesOutlineViewDataSource::isLink(const QModelIndex &index) const
 {
     const TavRegistryProperty *const shown = item(index);
@@ -434,11 +459,16 @@ QVariant TavPropertiesOutlineViewDataSource::data(const QModelIndex &index, int 
         const TavPropertyOutlineItem *const described = isValue ? outlineItem(shown) : nullptr;
         if (!described)
             return {};
-        QStringList texts{described->valueTooltip(), ValueReading::ofProperty(*described)};
+        QStringList texts{described->valueTooltip(), ValueReading::ofProperty(*described),
+                          changeText(*shown)};
         texts.removeAll(QString());
         return texts.isEmpty() ? QVariant() : plainToolTip(texts.join(u'\n'));
     }
+    case Qt::BackgroundRole:
+        return isValue && isTinted(*shown) ? QVariant(tint()) : QVariant();
     case Qt::AccessibleDescriptionRole:
+        if (isValue && windowController_.changeOf(*shown))
+            return changeText(*shown);
         return isUnreadAttribute(index) && reading(index) == Reading::Offered
                    ? tr("Press the space bar to read it.")
                : isValue && isLink(index) ? tr("A link. Press Return to follow it.")
@@ -457,6 +487,37 @@ QVariant TavPropertiesOutlineViewDataSource::data(const QModelIndex &index, int 
     default:
         return {};
     }
+}
+
+// Null: it did not change.
+QString TavPropertiesOutlineViewDataSource::changeText(const TavRegistryProperty &item) const
+{
+    const auto change = windowController_.changeOf(item);
+    if (!change)
+        return {};
+    constexpr qint64 second = 1000;
+    constexpr qint64 minute = 60 * second;
+    const qint64 ago = QDateTime::currentMSecsSinceEpoch() - change->time;
+    const QString was = change->was.size() > maxShownWas
+                            ? change->was.left(maxShownWas) + QChar(u'…')
+                            : change->was;
+    return ago < 2 * minute ? tr("changed %1 s ago, was %2").arg(ago / second).arg(was)
+                            : tr("changed %1 min ago, was %2").arg(ago / minute).arg(was);
+}
+
+bool TavPropertiesOutlineViewDataSource::isTinted(const TavRegistryProperty &item) const
+{
+    const auto change = windowController_.changeOf(item);
+    return change && QDateTime::currentMSecsSinceEpoch() - change->time < ValueChange::tinted;
+}
+
+// Pale enough for the text to stay readable in every theme.
+QColor TavPropertiesOutlineViewDataSource::tint()
+{
+    constexpr int alpha = 72;
+    QColor color = QGuiApplication::palette().color(QPalette::Highlight);
+    color.setAlpha(alpha);
+    return color;
 }
 
 bool TavPropertiesOutlineViewDataSource::setData(const QModelIndex &, const QVariant &, int)

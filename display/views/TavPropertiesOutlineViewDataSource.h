@@ -38,6 +38,9 @@ public:
     bool isUnreadAttribute(
         const QModelIndex &index) const; // a row with the reason why an attribute is not read
     void readAttribute(const QModelIndex &index); // when reading is offered
+    PropertiesViewController::Plotting plotting(const QModelIndex &index) const;
+    void togglePlot(const QModelIndex &index);
+    const PlotLine *sparkline(const QModelIndex &index) const; // null: none
     bool isLink(const QModelIndex &index) const;  // whether the row leads to another entry
     void followLink(const QModelIndex &index, bool inNewWindow);
 
@@ -77,6 +80,9 @@ private:
     static TavPropertyOutlineItem *outlineItem(TavRegistryProperty *item);
     StyledText valueText(TavRegistryProperty &item, const QModelIndex &index) const;
     StyledText comparedText(TavRegistryProperty &item, int column) const;
+    QString changeText(const TavRegistryProperty &item) const;
+    bool isTinted(const TavRegistryProperty &item) const;
+    static QColor tint();
     RegistryState stateOf(const QModelIndex &index) const;
     static bool mayEdit(const TavRegistryProperty &item, int column);
 

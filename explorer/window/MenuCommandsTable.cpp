@@ -10,6 +10,8 @@
 #include "explorer/window/PropertiesPane.h"
 #include "explorer/window/RowPreferences.h"
 #include "explorer/window/TavWindowController.h"
+#include "explorer/window/ValuePreferences.h"
+#include "explorer/window/WindowDocks.h"
 #include "platform/widgets/MenuText.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
@@ -151,6 +153,12 @@ constexpr MenuCommand commands[] = {
      fixed, asks<&Window::rows, &RowPreferences::showsDeviceNames>},
     {"toggleIconsAction", runIn<&Window::rows, &RowPreferences::toggleIcons>, always, fixed,
      asks<&Window::rows, &RowPreferences::showsIcons>},
+    {"toggleRecentChangesAction", runIn<&Window::rows, &RowPreferences::toggleRecentChanges>,
+     isLive, fixed, asks<&Window::rows, &RowPreferences::marksRecentChanges>},
+    {"toggleFollowValuesAction", runIn<&Window::values, &ValuePreferences::toggleFollow>, isLive,
+     fixed, asks<&Window::values, &ValuePreferences::follows>},
+    {"toggleSparklinesAction", runIn<&Window::values, &ValuePreferences::toggleSparklines>, isLive,
+     fixed, asks<&Window::values, &ValuePreferences::showsSparklines>},
     {"expandAllAction", run<&Window::expandAll>, isTree},
     {"collapseAllAction", run<&Window::collapseAll>, isTree},
     {"collapseAroundSelectionAction", run<&Window::collapseAroundSelection>,
@@ -207,6 +215,8 @@ constexpr MenuCommand commands[] = {
     {"toggleTimedUpdateAction", run<&Window::toggleTimedUpdate>, isLive, toggleTimedUpdateTitle,
      [](const Window &window) { return isLive(window) && window.dataStore()->isPolledUpdate(); }},
     {"changeTimedUpdateAction", run<&Window::changeTimedUpdate>, isLive, changeTimedUpdateTitle},
+    {"togglePauseAction", run<&Window::togglePause>, isLive, fixed,
+     [](const Window &window) { return window.dataStore()->isPaused(); }},
     {"toggleShowTerminatedObjectsAction", run<&Window::toggleShowTerminatedObjects>, always,
      toggleShowTerminatedObjectsTitle},
     {"markThisMomentAction", [](Window &window) { window.document().markThisMoment(); }, isLive},
@@ -217,6 +227,10 @@ constexpr MenuCommand commands[] = {
 
     {"newDocumentWindowAction", run<&Window::newDocumentWindow>, always, newDocumentWindowTitle},
     {"openInNewWindowAction", run<&Window::openInNewWindow>, isSelected},
+    {"toggleLogAction", runIn<&Window::docks, &WindowDocks::toggleLog>, isLive, fixed,
+     asks<&Window::docks, &WindowDocks::showsLog>},
+    {"togglePlotsAction", runIn<&Window::docks, &WindowDocks::togglePlots>, isLive, fixed,
+     asks<&Window::docks, &WindowDocks::showsPlots>},
 };
 } // namespace
 

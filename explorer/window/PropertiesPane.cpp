@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explorer/window/PropertiesPane.h"
 
+#include "activity/Plots.h"
 #include "compare/ComparisonStore.h"
 #include "display/TavPropertyOutlineItem.h"
 #include "display/views/TavFormatController.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "display/views/TavPropertiesOutlineViewDataSource.h"
 #include "explorer/window/AttributeRequests.h"
+#include "explorer/window/FollowedValues.h"
+#include "explorer/window/ValuePreferences.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/widgets/ClearButton.h"
 #include "platform/widgets/SearchField.h"
@@ -36,11 +39,15 @@ TavRegistryProperty *child(const TavRegistryProperty &node, const PropertyPathMe
 } // namespace
 
 PropertiesPane::PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDataStore> &dataStore,
-                               const ComparisonStore *comparison)
+                               const ComparisonStore *comparison, Plots &plots,
+                               const ValuePreferences &preferences)
     : dataStore_(dataStore)
     , comparison_(comparison)
     , dataSource_(std::make_unique<TavPropertiesOutlineViewDataSource>(*this))
     , attributeRequests_(std::make_unique<AttributeRequests>(dataStore))
+    , plots_(plots)
+    , valuePreferences_(preferences)
+    , followedValues_(std::make_unique<FollowedValues>(window, dataStore, preferences))
     , undoStack_(std::make_unique<QUndoStack>())
     , propertiesOutlineView_(
           InterfaceLoader::outlet<TavPropertiesOutlineView>(window, "propertiesOutlineView"))
@@ -49,6 +56,8 @@ PropertiesPane::PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDat
     propertiesOutlineView_->setDataSource(*dataSource_);
     setUpFormats(window);
     setUpFilter();
+    setUpFollowing();
+    setUpPlots();
     connect(attributeRequests_.get(), &AttributeRequests::begun, this,
             &PropertiesPane::refreshPropertiesOutlineView);
     connect(attributeRequests_.get(), &AttributeRequests::finished, this,
@@ -85,6 +94,68 @@ void PropertiesPane::setUpFilter()
             &ViewNote::setVisible);
 }
 
+void PropertiesPane::setUpFollowing()
+{
+    connect(followedValues_.get(), &FollowedValues::changed, this,
+            [this] { showPropertiesOf(entry_); });
+    connect(followedValues_.get(), &FollowedValues::tintsFaded, propertiesOutlineView_,
+            [this] { propertiesOutlineView_->viewport()->update(); });
+    connect(followedValues_.get(), &FollowedValues::attributeStopped, this,
+            &PropertiesPane::followingStopped);
+}
+
+void PropertiesPane::setUpPlots()
+{
+    const auto relayOut = [this] {
+        propertiesOutlineView_->noteHeightOfAllRowsChanged(); // the text has other room
+        propertiesOutlineView_->viewport()->update();
+    };
+    connect(&plots_, &Plots::changed, this, relayOut);
+    connect(&valuePreferences_, &ValuePreferences::changed, this, relayOut);
+    connect(&plots_, &Plots::sampled, this, [this] {
+        if (valuePreferences_.showsSparklines() && !dataStore_->isPaused())
+            propertiesOutlineView_->viewport()->update();
+    });
+}
+
+const PlotLine *PropertiesPane::plotOf(const TavRegistryProperty &item) const
+{
+    return entry_ && !plots_.lines().empty() ? plots_.lineOf(*entry_, ValuePath::of(item))
+                                             : nullptr;
+}
+
+PropertiesPane::Plotting PropertiesPane::plotting(const TavRegistryProperty &item) const
+{
+    if (!dataStore_->isLive() || comparison_ || !entry_ || entry_->kernelPath().isEmpty())
+        return Plotting::NotOffered;
+    return plotOf(item)       ? Plotting::Plotted
+           : plots_.isFull() ? Plotting::NoRoom
+                             : Plotting::Offered;
+}
+
+void PropertiesPane::togglePlot(const TavRegistryProperty &item)
+{
+    if (const PlotLine *const line = plotOf(item))
+        plots_.remove(line->number);
+    else if (entry_ && plots_.add(*entry_, ValuePath::of(item)))
+        Q_EMIT plotAdded();
+}
+
+const PlotLine *PropertiesPane::sparklineOf(const TavRegistryProperty &item) const
+{
+    return valuePreferences_.showsSparklines() ? plotOf(item) : nullptr;
+}
+
+void PropertiesPane::updateFollowing()
+{
+    followedValues_->updateActivity();
+}
+
+std::optional<ValueChange> PropertiesPane::changeOf(const TavRegistryProperty &item) const
+{
+    return followedValues_->changeOf(item);
+}
+
 QWidget *PropertiesPane::filterField() const
 {
     return filterField_;
@@ -103,11 +174,15 @@ void PropertiesPane::showPropertiesOf(const EntryRef &entry)
     if (comparison_)
         noteDifferences();
     else
-        rootPropertyItem_ = entry ? entry->propertiesRef() : nullptr;
+        rootPropertyItem_ = followedValues_->treeFor(entry);
     if (rootPropertyItem_ == previousRoot)
         return;
     const bool isReread = previousRoot && rootPropertyItem_ &&
                           previousRoot->registryEntry() == rootPropertyItem_->registryEntry();
+    if (isReread && valuePreferences_.follows())
+        followedValues_->noteChanges(*previousRoot, *rootPropertyItem_);
+    else
+        followedValues_->forgetChanges();
     showChangedTree(previousRoot);
     if (!isReread) // else the user may be reading something else
         showFirstDifference();

@@ -10,12 +10,15 @@
 
 class AttributeRequests;
 class ComparisonStore;
+class FollowedValues;
+class Plots;
 class QMainWindow;
 class QUndoStack;
 class SearchField;
 class TavDataStore;
 class TavPropertiesOutlineView;
 class TavPropertiesOutlineViewDataSource;
+class ValuePreferences;
 
 // A step into a property tree: the index of a child, or its name.
 using PropertyPathMember = std::variant<qsizetype, QString>;
@@ -27,9 +30,10 @@ class PropertiesPane : public QObject, public PropertiesViewController
     Q_OBJECT
 public:
     // The window owns the view and must be destroyed before this. With a comparison, which must
-    // outlive this, the old values are shown, too.
+    // outlive this, the old values are shown, too. The plots must outlive this.
     PropertiesPane(QMainWindow &window, const std::shared_ptr<TavDataStore> &dataStore,
-                   const ComparisonStore *comparison);
+                   const ComparisonStore *comparison, Plots &plots,
+                   const ValuePreferences &preferences);
     ~PropertiesPane() override;
 
     void showPropertiesOf(const EntryRef &entry); // null: of none
@@ -49,6 +53,11 @@ public:
 
     Reading readingOfAttribute(const QString &attribute) const override;
     void readAttribute(const QString &attribute) override;
+    Plotting plotting(const TavRegistryProperty &item) const override;
+    void togglePlot(const TavRegistryProperty &item) override;
+    const PlotLine *sparklineOf(const TavRegistryProperty &item) const override;
+    std::optional<ValueChange> changeOf(const TavRegistryProperty &item) const override;
+    void updateFollowing(); // the store may have been paused
     bool comparesValues() const override { return comparison_; }
     const TavRegistryProperty *olderOf(const TavRegistryProperty &item) const override;
     RegistryState differenceState(const TavRegistryProperty &item) const override;
@@ -70,6 +79,8 @@ Q_SIGNALS:
     void undoStackChanged();
     void linkFollowed(const EntryRef &target, bool inNewWindow);
     void attributeRead(quint64 entryTag, const QString &attribute);
+    void plotAdded();
+    void followingStopped(const QString &attribute); // it did not answer
 
 private:
     void setUpFormats(QMainWindow &window);
@@ -77,6 +88,9 @@ private:
     void showChangedTree(const PropertyRef &previousRoot);
     void selectPropertyItem(TavRegistryProperty *item);
 
+    void setUpFollowing();
+    void setUpPlots();
+    const PlotLine *plotOf(const TavRegistryProperty &item) const; // null: none
     void noteDifferences();
     void showFirstDifference();
     TavRegistryEntry *linkTarget(const TavRegistryProperty &item) const;
@@ -91,6 +105,9 @@ private:
     PropertyRef rootPropertyItem_;
     std::unique_ptr<TavPropertiesOutlineViewDataSource> dataSource_;
     std::unique_ptr<AttributeRequests> attributeRequests_;
+    Plots &plots_;
+    const ValuePreferences &valuePreferences_;
+    std::unique_ptr<FollowedValues> followedValues_;
     std::unique_ptr<QUndoStack> undoStack_;
     TavPropertiesOutlineView *propertiesOutlineView_;
     SearchField *filterField_;

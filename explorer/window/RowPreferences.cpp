@@ -4,6 +4,10 @@
 #include "platform/preferences/PreferenceKeys.h"
 #include "platform/preferences/PreferencesStore.h"
 
+namespace {
+constexpr int maxDuration = 3600; // of recent changes, in seconds
+} // namespace
+
 RowPreferences::RowPreferences()
     : shown_(preferred())
 {
@@ -19,7 +23,10 @@ RowPreferences::Shown RowPreferences::preferred()
 {
     const PreferencesStore &preferences = PreferencesStore::standard();
     return {.deviceNames = preferences.flag(PreferenceKeys::showDeviceNames),
-            .icons = preferences.flag(PreferenceKeys::showIcons)};
+            .icons = preferences.flag(PreferenceKeys::showIcons),
+            .recentChanges = preferences.flag(PreferenceKeys::markRecentChanges),
+            .recentDuration = static_cast<int>(std::clamp<qint64>(
+                preferences.integer(PreferenceKeys::recentDuration), 1, maxDuration))};
 }
 
 void RowPreferences::follow()
@@ -37,4 +44,9 @@ void RowPreferences::toggleDeviceNames()
 void RowPreferences::toggleIcons()
 {
     PreferencesStore::standard().setFlag(PreferenceKeys::showIcons, !shown_.icons);
+}
+
+void RowPreferences::toggleRecentChanges()
+{
+    PreferencesStore::standard().setFlag(PreferenceKeys::markRecentChanges, !shown_.recentChanges);
 }

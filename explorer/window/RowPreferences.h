@@ -16,6 +16,9 @@ public:
     bool showsIcons() const { return shown_.icons; }
     void toggleDeviceNames();
     void toggleIcons();
+    bool marksRecentChanges() const { return shown_.recentChanges; }
+    int recentDuration() const { return shown_.recentDuration; } // seconds
+    void toggleRecentChanges();
 
 Q_SIGNALS:
     void changed();
@@ -25,6 +28,8 @@ private:
     {
         bool deviceNames;
         bool icons;
+        bool recentChanges;
+        int recentDuration;
         friend bool operator==(const Shown &, const Shown &) = default;
     };
 

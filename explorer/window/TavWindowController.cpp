@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "explorer/window/TavWindowController.h"
 
+#include "activity/DocumentActivity.h"
 #include "display/views/TavPropertiesOutlineView.h"
 #include "explorer/Explanations.h"
 #include "explorer/ExplorerBookmarks.h"
@@ -17,6 +18,8 @@
 #include "explorer/window/EntryFacts.h"
 #include "explorer/window/MenuCommands.h"
 #include "explorer/window/RowPreferences.h"
+#include "explorer/window/ValuePreferences.h"
+#include "explorer/window/WindowDocks.h"
 #include "explorer/window/WindowStatus.h"
 #include "platform/desktop/InterfaceLoader.h"
 #include "platform/host/SystemBeep.h"
@@ -73,8 +76,10 @@ TavWindowController::TavWindowController(TavDocument &document)
     : document_(document)
     , comparisonDocument_(dynamic_cast<ComparisonDocument *>(&document))
     , dataStore_(document.dataStore())
+    , activity_(DocumentActivity::of(document))
     , showNumPaths_(PreferencesStore::standard().flag(PreferenceKeys::showNumPaths))
     , rows_(std::make_unique<RowPreferences>())
+    , values_(std::make_unique<ValuePreferences>())
     , window_(loadWindow())
 {
     makeParts();
@@ -105,7 +110,8 @@ void TavWindowController::makeParts()
     selection_ = std::make_unique<EntrySelection>(dataStore_, *views_, *planeMenu_);
     pathsPopUp_ = std::make_unique<PathsPopUp>(
         *InterfaceLoader::outlet<QComboBox>(window, "entryPathsButton"), *this);
-    properties_ = std::make_unique<PropertiesPane>(window, dataStore_, comparison());
+    properties_ = std::make_unique<PropertiesPane>(window, dataStore_, comparison(),
+                                                   activity_.plots(), *values_);
     facts_ = std::make_unique<EntryFacts>(window);
     status_ = std::make_unique<WindowStatus>(window);
     Explanations::addTo(window);
@@ -114,6 +120,7 @@ void TavWindowController::makeParts()
     entryCommands_ = std::make_unique<EntryCommands>(window, *selection_, *properties_);
     exporter_ =
         std::make_unique<ExportCommands>(window, dataStore_, *selection_, finder_->session());
+    docks_ = std::make_unique<WindowDocks>(window, activity_, dataStore_);
     menuCommands_ = std::make_unique<MenuCommands>(*this);
 }
 
@@ -144,8 +151,27 @@ void TavWindowController::connectParts()
             [this](const TavRegistryEntryPath &path) { goToEntryPath(path, true, true); });
     connect(views_.get(), &ExplorerViews::styleChosen, this, &TavWindowController::showView);
     connect(rows_.get(), &RowPreferences::changed, this, [this] {
-        views_->redisplayRows();
-        finder_->redisplay();
+        activity_.recentChanges().setDuration(rows_->recentDuration());
+        redisplayRows();
+        menuCommands_->validate();
+    });
+    activity_.recentChanges().setDuration(rows_->recentDuration());
+    connect(&activity_.recentChanges(), &RecentChanges::changed, this, [this] {
+        if (rows_->marksRecentChanges() && !dataStore_->isPaused())
+            redisplayRows();
+    });
+    eventsHeld_ = NotificationCenter::defaultCenter().observe(
+        DataStoreNotifications::eventsHeld, dataStore_.get(), [this](const auto &) {
+            status_->updateStatusBar(*dataStore_);
+            properties_->updateFollowing();
+            docks_->updatePause();
+        });
+    connect(properties_.get(), &PropertiesPane::followingStopped, status_.get(),
+            &WindowStatus::reportFollowingStopped);
+    connect(properties_.get(), &PropertiesPane::plotAdded, docks_.get(), &WindowDocks::showPlots);
+    activity_.plots().setInterval(values_->interval());
+    connect(values_.get(), &ValuePreferences::changed, this, [this] {
+        activity_.plots().setInterval(values_->interval());
         menuCommands_->validate();
     });
     deviceNamesFound_ = NotificationCenter::defaultCenter().observe(
@@ -168,6 +194,8 @@ void TavWindowController::connectParts()
     connect(properties_.get(), &PropertiesPane::undoStackChanged, commands,
             &MenuCommands::validate);
     connect(sheets_.get(), &WindowSheets::performed, commands, &MenuCommands::validate);
+    connect(docks_.get(), &WindowDocks::visibilityChanged, commands, &MenuCommands::validate);
+    connect(docks_.get(), &WindowDocks::entryChosen, this, &TavWindowController::goToEntryOfLog);
 
     auto *const buttons = new HistoryButtons(*window_);
     connect(buttons, &HistoryButtons::backPressed, this, &TavWindowController::goBack);
@@ -236,6 +264,16 @@ void TavWindowController::offerEntries(const std::vector<EntryRef> &entries)
     connect(chooser, &EntryChooser::entryChosen, selection_.get(),
             [this](const EntryRef &entry) { selection_->goToEntry(*entry); });
     chooser->popUp();
+}
+
+// Also what has gone, as long as the store has it.
+void TavWindowController::goToEntryOfLog(quint64 tag)
+{
+    TavRegistryEntry *const entry = tag == 0 ? nullptr : dataStore_->entryWithTag(tag);
+    if (entry)
+        selection_->goToEntry(*entry);
+    else
+        status_->reportPathNotFound(tr("This object is no longer in the registry"));
 }
 
 TavRegistryEntry *TavWindowController::moduleOfSelection() const

@@ -10,6 +10,7 @@
 #include "store/TavDocumentWindowController.h"
 
 class ComparisonBar;
+class DocumentActivity;
 class ComparisonDocument;
 class ComparisonExport;
 class EntryCommands;
@@ -21,6 +22,8 @@ class PlaneMenu;
 class QAction;
 class RowPreferences;
 class TavDocument;
+class ValuePreferences;
+class WindowDocks;
 class WindowSheets;
 class WindowStatus;
 
@@ -46,7 +49,9 @@ public:
     FindController &finder() const { return *finder_; }
     PropertiesPane &properties() const { return *properties_; }
     EntryCommands &entryCommands() const { return *entryCommands_; }
+    ValuePreferences &values() const { return *values_; }
     RowPreferences &rows() const { return *rows_; }
+    WindowDocks &docks() const { return *docks_; }
     WindowSheets &sheets() const { return *sheets_; }
     ExportCommands &exporter() const { return *exporter_; }
 
@@ -56,6 +61,7 @@ public:
     bool showsDeviceNames() const override;
     bool showsIcons() const override;
     const ComparisonStore *comparison() const override;
+    std::optional<int> secondsSinceChange(const TavRegistryEntry &entry) const override;
     bool showTerminatedObjects() const { return showTerminatedObjects_; }
     const Path &selectedEntryPath() const { return selection_->entryPath(); }
     TavRegistryEntry *selectedEntry() const { return selection_->entry().get(); }
@@ -141,6 +147,7 @@ public:
     void updateSelectedObject();
     void clearTerminatedObjects();
     void toggleAutoupdate();
+    void togglePause();
     void toggleTimedUpdate();
     void changeTimedUpdate();
     void toggleShowTerminatedObjects();
@@ -152,11 +159,13 @@ private:
     void connectParts();
     void windowDidLoad();
     void lookUpDeviceNames();
+    void redisplayRows();
     void planeChanged();
     void showSelectedEntry();
     void offerEntries(const std::vector<EntryRef> &entries);
     TavRegistryEntry *moduleOfSelection() const; // null: none, or it is what is selected
     void followLink(const EntryRef &target, bool inNewWindow);
+    void goToEntryOfLog(quint64 tag);
     void showAttributeRead(quint64 entryTag, const QString &attribute);
     void showView(ExplorerViews::Style style);
     void addComparisonBar();
@@ -167,11 +176,14 @@ private:
     TavDocument &document_;
     ComparisonDocument *const comparisonDocument_; // null: the document is a registry
     std::shared_ptr<TavDataStore> dataStore_;
+    DocumentActivity &activity_;
     bool showTerminatedObjects_ = true;
     bool showNumPaths_ = false;
     bool isPainted_ = false; // the window, once
     NotificationCenter::Observation deviceNamesFound_;
+    NotificationCenter::Observation eventsHeld_;
     std::unique_ptr<RowPreferences> rows_;
+    std::unique_ptr<ValuePreferences> values_;
     std::unique_ptr<QMainWindow> window_;
     std::unique_ptr<ExplorerViews> views_;
     std::unique_ptr<PlaneMenu> planeMenu_;
@@ -184,6 +196,7 @@ private:
     std::unique_ptr<EntryCommands> entryCommands_;
     std::unique_ptr<MenuCommands> menuCommands_;
     std::unique_ptr<WindowSheets> sheets_;
+    std::unique_ptr<WindowDocks> docks_;
     std::unique_ptr<ExportCommands> exporter_;
     // Of a comparison; the window owns them.
     ComparisonBar *comparisonBar_ = nullptr;

@@ -292,6 +292,12 @@ void TavWindowController::toggleAutoupdate()
     menuCommands_->validate();
 }
 
+void TavWindowController::togglePause()
+{
+    dataStore_->setPaused(!dataStore_->isPaused());
+    menuCommands_->validate();
+}
+
 void TavWindowController::toggleTimedUpdate()
 {
     if (!dataStore_->isLive()) {

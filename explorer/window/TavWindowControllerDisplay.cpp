@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a window shows of its selection and of its document, and in which order that follows a
 // change.
+#include "activity/DocumentActivity.h"
 #include "explorer/comparison/ComparisonBar.h"
 #include "explorer/find/FindController.h"
 #include "explorer/selection/PathsPopUp.h"
@@ -86,6 +87,18 @@ bool TavWindowController::showsDeviceNames() const
     return rows_->showsDeviceNames();
 }
 
+std::optional<int> TavWindowController::secondsSinceChange(const TavRegistryEntry &entry) const
+{
+    return rows_->marksRecentChanges() ? activity_.recentChanges().secondsSince(entry.entryTag())
+                                       : std::nullopt;
+}
+
+void TavWindowController::redisplayRows()
+{
+    views_->redisplayRows();
+    finder_->redisplay();
+}
+
 bool TavWindowController::showsIcons() const
 {
     return rows_->showsIcons();
@@ -102,8 +115,7 @@ void TavWindowController::noteDeviceNamesFound()
 {
     if (!findQuery().isNull())
         refreshDisplay(); // the names may match
-    views_->redisplayRows();
-    finder_->redisplay();
+    redisplayRows();
     if (selectedEntry())
         facts_->showDevice(*selectedEntry());
 }

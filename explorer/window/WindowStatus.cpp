@@ -36,7 +36,11 @@ void WindowStatus::updateStatusBar(const TavDataStore &dataStore)
     systemStatusField1_->setText(
         visibleText(QStringLiteral("%1 (%2)").arg(dataStore.hostName(), dataStore.archName())));
     QString state;
-    if (!dataStore.isUpToDate())
+    if (dataStore.isPaused())
+        state = dataStore.heldEvents() == 1
+                    ? tr("paused, 1 event waiting")
+                    : tr("paused, %1 events waiting").arg(dataStore.heldEvents());
+    else if (!dataStore.isUpToDate())
         state = dataStore.isLive() ? tr("registry has changed") : tr("was out of date");
     systemStatusField2_->setText(state);
     const QDateTime &date = dataStore.lastUpdateDate();
@@ -47,6 +51,13 @@ void WindowStatus::updateStatusBar(const TavDataStore &dataStore)
 void WindowStatus::reportPathNotFound(const QString &message)
 {
     window_.statusBar()->showMessage(message, messageMilliseconds);
+}
+
+void WindowStatus::reportFollowingStopped(const QString &attribute)
+{
+    window_.statusBar()->showMessage(
+        tr("“%1” did not answer and is no longer followed").arg(visibleText(attribute)),
+        messageMilliseconds);
 }
 
 void WindowStatus::reportPathFound(bool isAmbiguous)

@@ -18,6 +18,7 @@ public:
 
     void updateStatusBar(const TavDataStore &dataStore);
     void reportPathNotFound(const QString &message); // for a while
+    void reportFollowingStopped(const QString &attribute);
     void reportPathFound(bool isAmbiguous);
 
 Q_SIGNALS:

@@ -113,7 +113,8 @@ TEST_F(MenuValidationTest, CommandsCanRunWhenTheySay)
     EXPECT_EQ(cannotRun(),
               " changeTimedUpdate clearTerminatedObjects" + noPath + always +
                   " goToNextPathInPlane goToPreviousDifference markThisMoment readAttribute redo "
-                  "saveFilter selectChild toggleAutoupdate "
+                  "saveFilter selectChild toggleAutoupdate toggleFollowValues toggleLog "
+                  "togglePause togglePlots toggleRecentChanges toggleSparklines "
                   "toggleTimedUpdate undo update updateSelectedObject");
 }
 
