@@ -1,44 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "activity/ValueFollower.h"
 
+#include "activity/UpdatedTable.h"
 #include "store/TavDataStore.h"
 
 #include <QPointer>
 
 namespace {
-using Members = RegistryValue::Members;
-using Type = RegistryValue::Type;
-
 QStringView keyOf(const RegistryValue::Member &member)
 {
     return {member.key.data(), member.key.size()};
-}
-
-// The table with the values read, or itself if they are the same. What was not read stays.
-// Recursive: no deeper than folders of attributes.
-RegistryValue updated(const RegistryValue &table, std::span<const RegistryValue::Member> read)
-{
-    QHash<QStringView, const RegistryValue *> values;
-    for (const auto &member : read)
-        values.insert(keyOf(member), &member.value);
-    Members members;
-    bool differs = false;
-    members.reserve(table.members().size());
-    for (const auto &member : table.members()) {
-        members.push_back(member);
-        const RegistryValue *const value = values.value(keyOf(member));
-        if (!value)
-            continue;
-        const bool areFolders =
-            value->type() == Type::Dictionary && member.value.type() == Type::Dictionary;
-        RegistryValue newer = areFolders ? updated(member.value, value->members()) : *value;
-        if (areFolders ? newer.isSameCollectionAs(member.value)
-                       : newer.meansTheSameAs(member.value))
-            continue;
-        members.back().value = std::move(newer);
-        differs = true;
-    }
-    return differs ? RegistryValue::dictionary(std::move(members)) : table;
 }
 } // namespace
 
@@ -120,7 +91,7 @@ void ValueFollower::take(const ObjectSample &sample)
     }
     if (table().isNone())
         base_ = current_ = entry_->table();
-    RegistryValue newer = updated(current_, sample.members);
+    RegistryValue newer = updatedTable(current_, sample.members);
     if (newer.isSameCollectionAs(current_))
         return;
     current_ = std::move(newer);

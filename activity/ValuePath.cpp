@@ -17,6 +17,18 @@ RegistryValue memberOf(std::span<const RegistryValue::Member> members, const QSt
     return {};
 }
 
+// Recursive: no deeper than a tree of attributes.
+void addNumbers(const RegistryValue &value, const QString &path, QStringList &paths)
+{
+    if (value.type() == Type::Number)
+        paths.append(path);
+    for (const auto &[key, member] : value.members())
+        addNumbers(member, path.isEmpty() ? key.toOwner() : path + u'/' + key.toOwner(), paths);
+    qsizetype place = 0;
+    for (const RegistryValue &element : value.elements())
+        addNumbers(element, QStringLiteral("%1[%2]").arg(path).arg(place++), paths);
+}
+
 RegistryValue elementOf(std::span<const RegistryValue> elements, const QString &place)
 {
     bool isNumber = false;
@@ -48,6 +60,13 @@ ValuePath ValuePath::parse(const QString &text)
     path.text_ = text;
     path.steps_ = QString(text).replace(place, QStringLiteral("/\\1")).split(u'/');
     return path;
+}
+
+QStringList ValuePath::ofNumbers(const RegistryValue &table)
+{
+    QStringList paths;
+    addNumbers(table, {}, paths);
+    return paths;
 }
 
 RegistryValue ValuePath::in(std::span<const RegistryValue::Member> table) const

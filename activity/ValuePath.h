@@ -17,6 +17,8 @@ public:
     // "statistics/rx_bytes", "stat[3]" or "stat/3".
     static ValuePath parse(const QString &text);
 
+    static QStringList ofNumbers(const RegistryValue &table); // the texts of all paths to numbers
+
     const QString &text() const { return text_; }         // "stat[3]"
     QString keyPath() const { return steps_.join(u'/'); } // "stat/3"
     // The value there; none: there is none.

@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 #include <vector>
 
 // What an argument or the value of an option can be, for completion.
@@ -10,6 +11,7 @@ enum class ArgumentKind : quint8 {
     None, // or any text
     Path, // of an entry, or a plane
     Key,  // of a property
+    NumberKey, // of a number of the entry that the first argument names
     Driver,
     Module,
     File,
@@ -40,6 +42,7 @@ struct CommandDescription
     QString name;
     QString arguments = {}; // "PATH…"; null: none
     ArgumentKind argumentKind = ArgumentKind::None;
+    std::optional<ArgumentKind> laterArgumentKind = {}; // after the first, if it is another
     int minArguments = 0;
     int maxArguments = 0; // -1: any number
     QString summary;

@@ -8,6 +8,7 @@
 #include "cli/commands/FindCommand.h"
 #include "cli/commands/PathsCommand.h"
 #include "cli/commands/PlanesCommand.h"
+#include "cli/commands/PlotCommand.h"
 #include "cli/commands/ShowCommand.h"
 #include "cli/commands/TreeCommand.h"
 #include "cli/commands/WatchCommand.h"
@@ -24,6 +25,7 @@ std::vector<std::unique_ptr<Command>> all()
     commands.push_back(std::make_unique<DrivenCommand>(DrivenCommand::By::Driver));
     commands.push_back(std::make_unique<DrivenCommand>(DrivenCommand::By::Module));
     commands.push_back(std::make_unique<WatchCommand>());
+    commands.push_back(std::make_unique<PlotCommand>());
     commands.push_back(std::make_unique<CaptureCommand>());
     commands.push_back(std::make_unique<ExportCommand>());
     commands.push_back(std::make_unique<CompareCommand>());

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/Completion.h"
 
+#include "activity/ValuePath.h"
 #include "cli/CommandError.h"
 #include "cli/CommandInput.h"
 #include "cli/CommandList.h"
+#include "cli/EntryArgument.h"
 #include "cli/EntryColumn.h"
 #include "cli/HelpText.h"
 #include "cli/RegistryNames.h"
@@ -94,6 +96,31 @@ QStringList keys(const QStringList &before)
     return EntryColumn::factWords() + keysOccurring(source.store(Need::Properties));
 }
 
+QStringList numberKeys(const QStringList &before, const QString &path)
+{
+    RegistrySource source = sourceOf(before);
+    const EntryArgument chosen(source.store(Need::Structure), path);
+    TavRegistryEntry *const entries[] = {chosen.entries().front()};
+    source.readWhole(entries);
+    return ValuePath::ofNumbers(entries[0]->table());
+}
+
+// The arguments of a command before the word, without the options and their values.
+QStringList argumentsIn(const QStringList &before, const std::vector<OptionDescription> &options)
+{
+    QStringList arguments;
+    bool isValue = false;
+    for (const QString &word : before.sliced(1)) { // after the command
+        const auto option = std::find_if(options.begin(), options.end(), [&](const auto &its) {
+            return word == QStringLiteral("--") + its.name;
+        });
+        if (!std::exchange(isValue, option != options.end() && !option->value.isNull()) &&
+            !word.startsWith(u'-'))
+            arguments.append(word);
+    }
+    return arguments;
+}
+
 QStringList of(const OptionDescription &option, ArgumentKind kind, const QStringList &before,
                const QString &text)
 {
@@ -116,6 +143,7 @@ QStringList of(const OptionDescription &option, ArgumentKind kind, const QString
         return {askForFiles};
     case ArgumentKind::Folder:
         return {askForFolders};
+    case ArgumentKind::NumberKey: // of arguments only
     case ArgumentKind::None:
         break;
     }
@@ -133,6 +161,10 @@ QStringList ofCommand(const CommandDescription &command, const QStringList &befo
         if (last == QStringLiteral("--") + option.name && !option.value.isNull())
             return of(option, option.kind, before, text);
     }
+    const QStringList arguments = argumentsIn(before, options);
+    if (!text.startsWith(u'-') && !arguments.isEmpty() &&
+        command.laterArgumentKind == ArgumentKind::NumberKey)
+        return arguments.size() == 1 ? numberKeys(before, arguments.front()) : QStringList();
     if (!text.startsWith(u'-'))
         return of({}, command.argumentKind, before, text);
     QStringList names;

@@ -26,6 +26,7 @@ public:
     TavDataStore &reread(); // not of a snapshot; the store before is gone
     void readWhole(std::span<TavRegistryEntry *const> entries);
 
+    RegistryService &service() { return *service_; } // once the store is there; of no snapshot
     // The registry of the running kernel, which sends events.
     bool isRunningKernel() const;
     bool isSnapshot() const { return !file_.isNull(); }

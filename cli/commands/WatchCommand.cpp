@@ -8,6 +8,7 @@
 #include "cli/EndSignals.h"
 #include "cli/EntryArgument.h"
 #include "cli/EntrySummary.h"
+#include "cli/ReadingInterval.h"
 #include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
 #include "cli/commands/FindCommand.h"
@@ -86,13 +87,18 @@ CommandDescription WatchCommand::description() const
             tr("With a path: for this device and those below it. Ends on SIGINT (Ctrl+C); the "
                "exit code is 1 when nothing happened. When the kernel reports more than can "
                "be read in time, the line \"lost\" follows, and what was missed is found by "
-               "comparing. A time is that of the kernel's message."),
+               "comparing. A time is that of the kernel's message. With a path and "
+               "--properties, the values of that device are also read again and again, because "
+               "most change without a message."),
         .options = {{QStringLiteral("where"), QStringLiteral("EXPRESSION"),
                      tr("Only devices that satisfy a filter expression, before or after."),
                      ArgumentKind::Expression},
                     {QStringLiteral("properties"),
                      {},
                      tr("Print the properties that differ, with the old and the new value.")},
+                    {QStringLiteral("interval"), QStringLiteral("SECONDS"),
+                     tr("The time between two readings of the values: 1 unless you set it, from "
+                        "0.2 to 60.")},
                     {QStringLiteral("for"), QStringLiteral("SECONDS"), tr("End after this time.")}},
         .examples = {{QStringLiteral("watch"), tr("What is plugged in and out")},
                      {QStringLiteral("watch --where 'class ~ DxBlock' --for 60 --format ndjson"),
@@ -111,6 +117,7 @@ ExitCode WatchCommand::run(const CommandInput &input, RegistrySource &source, Co
     if (input.isSet("where"))
         filter_ = FindCommand::parse(input.value("where"));
     showsProperties_ = input.isSet("properties");
+    interval_ = readingInterval(input);
     const EndSignals endSignals;
     // Before the first reading, so that nothing is missed.
     const auto events = HostEvents::open(UdevDatabase(source.sysfs().toUtf8()).isDaemonRunning());
@@ -122,6 +129,9 @@ ExitCode WatchCommand::run(const CommandInput &input, RegistrySource &source, Co
     output.describe(store);
     choose(input.arguments().value(0), store);
     changes_.emplace(picture(store));
+    if (showsProperties_)
+        choosePolled(input.arguments().value(0), store);
+    polled_.poll(source.service());
     std::fprintf(stderr, "%s\n", qUtf8Printable(tr("Watching. End with Ctrl+C.")));
     std::optional<Clock::time_point> end;
     if (seconds)
@@ -145,6 +155,25 @@ void WatchCommand::choose(const QString &path, TavDataStore &store)
     }
 }
 
+void WatchCommand::choosePolled(const QString &path, TavDataStore &store)
+{
+    if (path.isNull())
+        return;
+    const DevicePicture devices = picture(store);
+    const EntryArgument chosen(store, path);
+    for (const TavRegistryEntry *const entry : chosen.entries()) {
+        if (const auto *const device = devices.at(entry->kernelPath()))
+            polled_.add(entry->kernelPath(), *device);
+    }
+}
+
+void WatchCommand::poll(RegistrySource &source, CommandOutput &output)
+{
+    for (const DeviceChange &change : polled_.poll(source.service()))
+        write(change, output);
+    output.flush();
+}
+
 DevicePicture WatchCommand::picture(TavDataStore &store) const
 {
     return {store, filter_ ? &*filter_ : nullptr};
@@ -155,11 +184,15 @@ void WatchCommand::follow(DeviceEventSource &events, int endSignals, RegistrySou
 {
     std::vector<DeviceChanges::Message> received;
     Clock::time_point first;
+    Clock::time_point nextPoll = Clock::now() + interval_;
     bool isLost = false;
     bool isEnd = false;
     while (!isEnd) {
         const bool isPending = !received.empty() || isLost;
         auto timeout = std::chrono::milliseconds(isPending ? settleTime : 1h);
+        if (!polled_.isEmpty())
+            timeout = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(nextPoll - Clock::now()),
+                                 std::chrono::milliseconds(0), timeout);
         if (end)
             timeout = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(*end - Clock::now()),
                                  std::chrono::milliseconds(0), timeout);
@@ -170,6 +203,10 @@ void WatchCommand::follow(DeviceEventSource &events, int endSignals, RegistrySou
             isLost = !receive(events, received) || isLost;
         }
         isEnd = woken == Woken::ByEnd || (end && Clock::now() >= *end);
+        if (!polled_.isEmpty() && !isPending && woken == Woken::ByTime && Clock::now() >= nextPoll) {
+            poll(source, output);
+            nextPoll = Clock::now() + interval_;
+        }
         const bool isSettled = woken != Woken::ByEvent || Clock::now() - first > longestDelay;
         if ((received.empty() && !isLost) || !(isSettled || isEnd))
             continue;
@@ -219,18 +256,24 @@ bool WatchCommand::isWanted(const DeviceChange &change) const
            (change.after && isWantedDevice(*change.after));
 }
 
-void WatchCommand::write(const std::vector<DeviceChange> &changes, CommandOutput &output)
+void WatchCommand::write(std::vector<DeviceChange> changes, CommandOutput &output)
 {
-    for (const DeviceChange &change : changes) {
-        if (!isWanted(change))
-            continue;
-        ++reported_;
-        if (output.isText())
-            writeText(change, output);
-        else
-            writeJson(change, output);
+    for (DeviceChange &change : changes) {
+        polled_.reconcile(change);
+        write(change, output);
     }
     output.flush();
+}
+
+void WatchCommand::write(const DeviceChange &change, CommandOutput &output)
+{
+    if (!isWanted(change))
+        return;
+    ++reported_;
+    if (output.isText())
+        writeText(change, output);
+    else
+        writeJson(change, output);
 }
 
 void WatchCommand::writeLoss(const QDateTime &time, CommandOutput &output)

@@ -176,6 +176,14 @@ void JsonWriter::flagMember(L1 key, bool flag)
     this->flag(flag);
 }
 
+void JsonWriter::number(double number)
+{
+    constexpr int digits = 17; // none are lost
+    separate();
+    output_.add(QString::number(number, 'g', digits));
+    endsValue();
+}
+
 void JsonWriter::numberMember(L1 key, quint64 number)
 {
     this->key(key);

@@ -25,6 +25,7 @@ public:
 
     void text(QStringView text);
     void number(quint64 number);
+    void number(double number); // not infinite
     void flag(bool flag);
     void date(const QDateTime &date);
     void null();

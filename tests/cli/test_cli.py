@@ -5,8 +5,11 @@ import os
 import re
 import shlex
 import shutil
+import socket
 import subprocess
 import tempfile
+import threading
+import time
 import unicodedata
 import unittest
 from pathlib import Path
@@ -106,6 +109,58 @@ class Json(unittest.TestCase):
         self.assertEqual(run_command(command, input=piped).stdout, run("planes").stdout)
 
 
+def send_to_loopback(seconds):
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as sender:
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
+            sender.sendto(bytes(1000), ("127.0.0.1", 9))
+            time.sleep(0.02)
+
+
+class Values(unittest.TestCase):
+    def lines(self, *arguments, tree):
+        result = run(*arguments, "--format", "ndjson", "--interval", "0.2", "--for", "1.5",
+                     tree=tree)
+        self.assertEqual(result.returncode, FOUND, result.stderr)
+        return [json.loads(line) for line in result.stdout.splitlines()]
+
+    def test_number_is_followed_until_it_is_one_no_longer(self):
+        with tempfile.TemporaryDirectory() as folder:
+            tree = Path(folder) / "sys"
+            shutil.copytree(SYNTHETIC, tree, symlinks=True)
+            [path] = tree.glob("devices/**/eth0")
+            mtu = path / "mtu"
+            mtu.write_text("1500\n", encoding="ascii")
+            command = [PROGRAM, "plot", "eth0", "mtu", "--interval", "0.2", "--sysfs", tree]
+            with subprocess.Popen(command, env=ENVIRONMENT, stdout=subprocess.PIPE,
+                                  stderr=subprocess.PIPE) as plot:
+                self.assertIn(b"1.465 KiB", plot.stdout.readline())
+                mtu.write_text("unlimited\n", encoding="ascii")
+                self.assertIn(b"mtu is no longer a number", plot.communicate(timeout=30)[1])
+                self.assertEqual(plot.returncode, FAILED)
+        for arguments, expected in ((["eth0", "ifindx"], b"Did you mean ifindex?"),
+                                    (["eth0", "address"], b"is not a number"),
+                                    (["eth0", "ifindex", "--interval", "0.1"], b"from 0.2 to 60")):
+            self.assertIn(expected, run("plot", *arguments).stderr)
+
+    @unittest.skipUnless(Path("/sys/class/net/lo/statistics/rx_bytes").exists(), "there is no lo")
+    def test_values_of_the_loopback_under_traffic(self):
+        for command in (["plot", "lo", "statistics/rx_bytes"], ["watch", "lo", "--properties"]):
+            with self.subTest(command):
+                traffic = threading.Thread(target=send_to_loopback, args=(3,))
+                traffic.start()
+                lines = self.lines(*command, tree="/sys")
+                traffic.join()
+                if command[0] == "plot":
+                    values = [line["value"] for line in lines]
+                    self.assertGreater(values[-1], values[0])
+                    self.assertGreater(lines[-1]["rate"], 1000)
+                else:
+                    keys = {change["property"] for line in lines for change in line["changes"]}
+                    self.assertIn("statistics/rx_bytes", keys)
+                    self.assertNotIn("mtu", keys)
+
+
 class ExitCodes(unittest.TestCase):
     def test_code_and_one_line_with_the_nearest(self):
         cases = [
@@ -178,6 +233,9 @@ class Completions(unittest.TestCase):
         self.assertIn("14.0/Root\\ Hub@usb1", self.complete(f"{tree} {hub}"))
         self.assertIn(f"{hub} Hub@usb1", self.complete(f"{tree} '{hub} H"))
         self.assertEqual(self.complete(f"{tree} --property vendo"), ["vendor"])
+        plot = f"plot --sysfs {SYNTHETIC} eth0"
+        self.assertEqual(self.complete(f"{plot} ifi"), ["ifindex"])
+        self.assertEqual(self.complete(f"{plot} ifindex ifi"), [""])
 
     def test_bash_quotes_hostile_names(self):
         name = "a$(exit)`exit`;it's \"q\" \\x *{1,2}~!"
