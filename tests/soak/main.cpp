@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 // Follows this machine's registry in a window while virtual devices come and go, in floods of
-// events, and a hasty user clicks everything. Every half minute the window must show the same as a
-// fresh capture. In parallel, captures are killed, and others meet devices that do not answer.
+// events, and a hasty user clicks everything, plots values and reads the log. Every half minute the
+// window must show the same as a fresh capture. In parallel, captures are killed, and others meet devices that do not answer.
 #include "Churn.h"
 #include "KilledCaptures.h"
 #include "SilentDevices.h"
+#include "activity/DocumentActivity.h"
 #include "display/TavPropertyOutlineItem.h"
+#include "explorer/find/FindController.h"
 #include "explorer/window/TavWindowController.h"
+#include "explorer/window/ValuePreferences.h"
+#include "explorer/window/WindowDocks.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "platform/desktop/DesktopRunLoop.h"
 #include "platform/preferences/PreferencesStore.h"
+#include "platform/widgets/SearchField.h"
 #include "store/TavDataStore.h"
 #include "store/TavDocument.h"
 #include "store/TavDocumentController.h"
@@ -19,6 +24,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QMainWindow>
 #include <QTemporaryDir>
 #include <csignal>
 #include <cstdio>
@@ -141,11 +147,42 @@ private:
             [&] { window_->findWithString(QString::fromLatin1(queries[below(4)])); },
             [&] { window_->finder().findNext(below(2) == 0, below(2) == 0, true); },
             [&] { window_->toggleShowTerminatedObjects(); },
+            [&] { window_->values().toggleFollow(); },
+            [&] { useLog(); },
+            [&] { usePlots(); },
+            [&] {
+                if (store_->isPaused() || below(4) == 0)
+                    window_->togglePause();
+            },
             [&] { window_->browserIsVisible() ? window_->outlineView() : window_->browserView(); },
             [] {}, // now and then nothing
         };
         actions[below(std::size(actions))]();
     }
+    void useLog()
+    {
+        const char *const filters[] = {"class ~ DxBlock", "name = eth0", "wrong =", ""};
+        window_->docks().toggleLog();
+        auto *const field =
+            window_->window()->findChild<SearchField *>(QStringLiteral("logFilterField"));
+        field->setText(QString::fromLatin1(filters[below(4)]));
+        Q_EMIT field->searchRequested();
+        if (below(10) == 0)
+            activity().log().clear();
+    }
+    void usePlots()
+    {
+        Plots &plots = activity().plots();
+        const auto &entries = store_->registryEntries();
+        const EntryRef entry = entries[below(entries.size())];
+        const QStringList numbers = ValuePath::ofNumbers(entry->table());
+        if (!numbers.isEmpty())
+            plots.add(*entry, ValuePath::parse(numbers[qsizetype(below(numbers.size()))]));
+        if (plots.isFull())
+            plots.remove(plots.lines()[below(plots.lines().size())]->number);
+        window_->docks().togglePlots();
+    }
+    DocumentActivity &activity() { return DocumentActivity::of(*document_); }
     void toggleSecondWindow()
     {
         if (second_)
@@ -168,14 +205,19 @@ private:
 
     bool check(qint64 elapsed)
     {
+        store_->setPaused(false);
         store_->setAutoupdate(true);
         turnEventLoopFor(1000);
         const bool good = waitFor([this] { return agrees(); }, 60'000);
         const auto number = [](auto count) { return static_cast<unsigned long long>(count); };
+        const EventLog &log = activity().log();
         std::printf("%4llu s: %llu changes, %llu events in floods, %llu captures with silent "
-                    "devices, %llu killed, %llu written; %zu entries, %d threads, %.0f MB%s\n",
+                    "devices, %llu killed, %llu written; %llu rows in the log, %llu dropped, %llu "
+                    "lost; %zu entries, %d threads, %.0f MB%s\n",
                     number(elapsed / 1000), number(churn_.changes()), number(churn_.events()),
                     number(silent_.captures()), number(kills_.kills()), number(kills_.written()),
+                    number(log.endNumber() - log.firstNumber()), number(log.dropped()),
+                    number(log.lost()),
                     store_->registryEntries().size(), threads(), megabytesResident(),
                     good ? "" : "; the store differs from a fresh capture");
         if (!good)
