@@ -157,7 +157,7 @@ void LogRecorder::noteChanges(TavRegistryEntry &entry, const RegistryValue &befo
     const auto reported = reported_.constFind(entry.entryTag());
     const bool isReported = reported != reported_.constEnd();
     const VolatileAttributes &volatileAttributes = VolatileAttributes::standard();
-    const QString subsystem = EntryIdentity::subsystemOf(entry);
+    const QString subsystem = EntryIdentity::subsystemOrClass(entry);
     std::vector<LogChange> changes;
     for (const PropertyChange &change : PropertyChange::between(before, entry.table())) {
         const bool isKnown = isReported ? reported->keys.contains(change.key)

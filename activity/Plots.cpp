@@ -49,7 +49,7 @@ const PlotLine *Plots::add(TavRegistryEntry &entry, const ValuePath &value)
     const QString plane = planeOf(entry);
     const auto path = entry.entryPathInPlane(plane, 0);
     const bool isCounter = VolatileAttributes::standard().isCounter(
-        EntryIdentity::subsystemOf(entry), value.keyPath());
+        EntryIdentity::subsystemOrClass(entry), value.keyPath());
     lines_.push_back(std::make_unique<PlotLine>(PlotLine{
         .number = ++lastNumber_,
         .place = freePlace(),

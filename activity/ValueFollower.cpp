@@ -2,16 +2,10 @@
 #include "activity/ValueFollower.h"
 
 #include "activity/UpdatedTable.h"
+#include "activity/ValuePath.h"
 #include "store/TavDataStore.h"
 
 #include <QPointer>
-
-namespace {
-QStringView keyOf(const RegistryValue::Member &member)
-{
-    return {member.key.data(), member.key.size()};
-}
-} // namespace
 
 ValueFollower::ValueFollower(std::shared_ptr<TavDataStore> store)
     : store_(std::move(store))
@@ -56,12 +50,10 @@ RegistryValue ValueFollower::table() const
 QStringList ValueFollower::askedFor() const
 {
     QStringList attributes;
-    for (const auto &member : entry_->table().members()) {
-        if (keyOf(member) != QLatin1String("DxReadOnRequest"))
-            continue;
-        for (const auto &asked : member.value.members())
-            attributes.append(asked.key.toOwner());
-    }
+    const RegistryValue read =
+        ValuePath::parse(QStringLiteral("DxReadOnRequest")).in(entry_->table().members());
+    for (const auto &asked : read.members())
+        attributes.append(asked.key.toOwner());
     return attributes;
 }
 

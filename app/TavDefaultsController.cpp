@@ -18,6 +18,7 @@
 #include <QShortcut>
 #include <QSpinBox>
 #include <QTabWidget>
+#include <cmath>
 
 namespace {
 constexpr int outlineTag = 0;
@@ -116,6 +117,8 @@ void TavDefaultsController::connectOutlets()
     outlet(defaultAutoupdateCheckbox_, "defaultAutoupdateCheckbox");
     outlet(defaultPolledUpdateCheckbox_, "defaultPolledUpdateCheckbox");
     outlet(defaultPollIntervalField_, "defaultPollIntervalField");
+    outlet(followIntervalField_, "followIntervalField");
+    outlet(recentDurationField_, "recentDurationField");
 }
 
 void TavDefaultsController::connectControls()
@@ -131,6 +134,8 @@ void TavDefaultsController::connectControls()
     act(defaultAutoupdateCheckbox_, &QCheckBox::clicked);
     act(defaultPolledUpdateCheckbox_, &QCheckBox::clicked);
     act(defaultPollIntervalField_, &QSpinBox::valueChanged);
+    act(followIntervalField_, &QDoubleSpinBox::valueChanged);
+    act(recentDurationField_, &QSpinBox::valueChanged);
     connect(defaultBookmarkPopUp_, &QComboBox::activated, this,
             &TavDefaultsController::defaultBookmarkPopUpChanged);
     connect(preferencesTabView_, &QTabWidget::currentChanged, this,
@@ -164,6 +169,21 @@ void TavDefaultsController::syncControls()
     defaultAutoupdateCheckbox_->setChecked(preferences.flag(PreferenceKeys::autoupdate));
     defaultPolledUpdateCheckbox_->setChecked(preferences.flag(PreferenceKeys::polledUpdate));
     syncPollInterval();
+    syncWatching();
+}
+
+void TavDefaultsController::syncWatching()
+{
+    const PreferencesStore &preferences = PreferencesStore::standard();
+    const double seconds =
+        static_cast<double>(preferences.integer(PreferenceKeys::followInterval)) / 1000;
+    if (std::abs(followIntervalField_->value() - seconds) > 0.05)
+        followIntervalField_->setValue(seconds);
+    const auto recent = static_cast<int>(std::clamp<qint64>(
+        preferences.integer(PreferenceKeys::recentDuration), recentDurationField_->minimum(),
+        recentDurationField_->maximum()));
+    if (recentDurationField_->value() != recent)
+        recentDurationField_->setValue(recent);
 }
 
 void TavDefaultsController::syncPollInterval()
@@ -247,6 +267,11 @@ void TavDefaultsController::userPreferenceChanged(const QObject *sender)
                             defaultPolledUpdateCheckbox_->isChecked());
     else if (sender == defaultPollIntervalField_)
         preferences.setValue(PreferenceKeys::pollInterval, defaultPollIntervalField_->value());
+    else if (sender == followIntervalField_)
+        preferences.setValue(PreferenceKeys::followInterval,
+                             qRound(followIntervalField_->value() * 1000));
+    else if (sender == recentDurationField_)
+        preferences.setValue(PreferenceKeys::recentDuration, recentDurationField_->value());
 }
 
 void TavDefaultsController::_saveFindOptions()

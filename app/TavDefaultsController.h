@@ -10,6 +10,7 @@ class QButtonGroup;
 class QCheckBox;
 class QComboBox;
 class QDialog;
+class QDoubleSpinBox;
 class QSpinBox;
 class QTabWidget;
 class RegistryService;
@@ -52,6 +53,7 @@ private:
     void syncPlanePopUp();
     void syncFindOptions();
     void syncPollInterval();
+    void syncWatching();
 
     RegistryService &service_;
     std::unique_ptr<QDialog> preferencesWindow_;
@@ -65,6 +67,8 @@ private:
     QCheckBox *defaultAutoupdateCheckbox_ = nullptr;
     QCheckBox *defaultPolledUpdateCheckbox_ = nullptr;
     QSpinBox *defaultPollIntervalField_ = nullptr;
+    QDoubleSpinBox *followIntervalField_ = nullptr;
+    QSpinBox *recentDurationField_ = nullptr;
     std::unique_ptr<QObject> planeKeys_;
     bool isSyncing_ = false;
     NotificationCenter::Observation observation_;

@@ -83,6 +83,12 @@ QString EntryIdentity::subsystemOf(const TavRegistryEntry &entry)
     return link.sliced(link.lastIndexOf(u'/') + 1);
 }
 
+QString EntryIdentity::subsystemOrClass(const TavRegistryEntry &entry)
+{
+    const QString subsystem = subsystemOf(entry);
+    return subsystem.isEmpty() ? entry.DxcoreClass() : subsystem;
+}
+
 QString EntryIdentity::textOf(const TavRegistryEntry &entry, Kind kind)
 {
     const QString text = identityText(entry, kind);

@@ -14,6 +14,7 @@ inline constexpr Kind kinds[] = {Kind::BusAddress, Kind::Serial, Kind::Mac,
 
 QString textOf(const TavRegistryEntry &entry, Kind kind); // empty: none
 QString subsystemOf(const TavRegistryEntry &entry);       // such as "net"; empty: none
+QString subsystemOrClass(const TavRegistryEntry &entry);  // its class if it has no subsystem
 // Its class, modalias and all of the above: equal for exchangeable devices at one place. Empty if
 // it has no modalias and is not numbered by discovery.
 QString likeness(const TavRegistryEntry &entry, const VolatileAttributes &volatileAttributes);

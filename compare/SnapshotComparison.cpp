@@ -389,10 +389,9 @@ void SnapshotComparison::judgeProperties(EntryDifference &difference) const
 
 PropertyDifferences::Rules SnapshotComparison::rulesFor(const EntryDifference &difference) const
 {
-    const QString subsystem = EntryIdentity::subsystemOf(difference.entry());
     PropertyDifferences::Rules rules{
         .volatileAttributes = &volatileAttributes(),
-        .subsystem = subsystem.isEmpty() ? difference.entry().DxcoreClass() : subsystem,
+        .subsystem = EntryIdentity::subsystemOrClass(difference.entry()),
         .ignoredKeys = QSet<QString>(options_.ignoredKeys.begin(), options_.ignoredKeys.end())};
     // Up the service plane, first parents only; bounded, since a hostile plane may be a ring.
     constexpr int maxDepth = 64;

@@ -4,9 +4,11 @@
 #include "display/activity/EventWords.h"
 #include "display/views/EntryColors.h"
 #include "platform/widgets/PlainToolTip.h"
+#include "platform/widgets/ReadableColor.h"
 #include "platform/widgets/VisibleText.h"
 
 #include <QDateTime>
+#include <QGuiApplication>
 
 namespace {
 constexpr int betweenUpdates = 100; // milliseconds
@@ -225,13 +227,16 @@ QString EventLogModel::toolTip(const LogRow &row)
 QVariant EventLogModel::color(const LogRow &row)
 {
     using Kind = RegistryEvent::Kind;
+    const auto readable = [](const QColor &color) {
+        return readableColor(color, QGuiApplication::palette());
+    };
     switch (row.event.kind) {
     case Kind::Appeared:
-        return EntryColors::colorForNewItem();
+        return readable(EntryColors::colorForNewItem());
     case Kind::Gone:
-        return EntryColors::colorForTerminatedItem();
+        return readable(EntryColors::colorForTerminatedItem());
     case Kind::Lost:
-        return EntryColors::colorForChangedItem();
+        return readable(EntryColors::colorForChangedItem());
     default:
         return {};
     }

@@ -72,6 +72,8 @@ TEST_F(PreferencesTest, EveryControlIsWrittenAndShown)
           "defaultAutoupdateCheckbox", "defaultPolledUpdateCheckbox"})
         button(name)->click();
     outlet<QSpinBox>(panel_, "defaultPollIntervalField")->setValue(0);
+    outlet<QDoubleSpinBox>(panel_, "followIntervalField")->setValue(2.5);
+    outlet<QSpinBox>(panel_, "recentDurationField")->setValue(90);
     QTest::keyClick(panel_, Qt::Key_2, Qt::ControlModifier);
     tabs().setCurrentIndex(2);
     const std::string chosen = checked();
@@ -83,6 +85,8 @@ TEST_F(PreferencesTest, EveryControlIsWrittenAndShown)
     EXPECT_EQ(stored("Autoupdate"), QStringLiteral("no"));
     EXPECT_EQ(stored("PolledUpdate"), QStringLiteral("yes"));
     EXPECT_EQ(stored("PolledUpdateInterval"), 0);
+    EXPECT_EQ(stored("FollowInterval"), 2500);
+    EXPECT_EQ(stored("RecentChangesDuration"), 90);
     EXPECT_EQ(stored("SelectedPreferencesTab"), QStringLiteral("Update"));
 
     // Open documents stay as they are; new ones follow.
@@ -100,6 +104,7 @@ TEST_F(PreferencesTest, EveryControlIsWrittenAndShown)
     EXPECT_EQ(tabs().currentWidget()->objectName(), QStringLiteral("Update"));
     EXPECT_EQ(checked(), chosen);
     EXPECT_EQ(interval(), 0);
+    EXPECT_EQ(outlet<QDoubleSpinBox>(panel_, "followIntervalField")->value(), 2.5);
 }
 
 TEST_F(PreferencesTest, ToleratesWhatOthersHaveStored)
