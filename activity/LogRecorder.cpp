@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "activity/LogRecorder.h"
 
+#include "activity/EntryPlace.h"
 #include "activity/PropertyChanges.h"
 #include "activity/RawText.h"
 #include "compare/EntryIdentity.h"
 #include "compare/VolatileAttributes.h"
 #include "model/RegistryEventFeed.h"
-#include "model/TavRegistryEntryPath.h"
 #include "store/DataStoreNotifications.h"
 #include "store/TavDataStore.h"
 
@@ -18,8 +18,6 @@ using Kind = RegistryEvent::Kind;
 constexpr qsizetype maxTextSize = 200;        // characters of a value
 constexpr std::size_t maxChanges = 100;       // of a row
 constexpr std::size_t maxRowsOfUpdate = 1000; // of changes that no event reported
-
-const QString servicePlane = QStringLiteral("DxService");
 
 QString textOf(const RegistryValue &value)
 {
@@ -202,12 +200,9 @@ void LogRecorder::addRowOfUpdate(TavRegistryEntry &entry, std::vector<LogChange>
 void LogRecorder::describe(LogRow &row, TavRegistryEntry &entry)
 {
     row.entryTag = entry.entryTag();
-    const auto &planes = entry.facts().parentsInPlanes;
-    const QString plane =
-        planes.find(servicePlane) || planes.isEmpty() ? servicePlane : planes.begin()->plane();
-    row.name = entry.nameAtLocationInPlane(plane);
-    const auto path = entry.entryPathInPlane(plane, 0);
-    row.path = path ? path->registryPath() : QString();
+    const EntryPlace place = EntryPlace::of(entry);
+    row.name = place.name;
+    row.path = place.path;
     row.inheritance = entry.inheritance();
     row.driver = lastComponent(EntryIdentity::propertyText(entry, u"driver"));
 }

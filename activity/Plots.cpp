@@ -1,23 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "activity/Plots.h"
 
+#include "activity/EntryPlace.h"
 #include "compare/EntryIdentity.h"
 #include "compare/VolatileAttributes.h"
 #include "model/RegistryService.h"
-#include "model/TavRegistryEntryPath.h"
 #include "platform/host/BootClock.h"
 
 #include <QPointer>
 
 namespace {
 constexpr int firstInterval = 1000;
-const QString servicePlane = QStringLiteral("DxService");
-
-QString planeOf(const TavRegistryEntry &entry)
-{
-    const auto &planes = entry.facts().parentsInPlanes;
-    return planes.find(servicePlane) || planes.isEmpty() ? servicePlane : planes.begin()->plane();
-}
 
 double amountOf(const RegistryValue &number)
 {
@@ -46,16 +39,15 @@ const PlotLine *Plots::add(TavRegistryEntry &entry, const ValuePath &value)
 {
     if (!service_ || isFull() || entry.kernelPath().isEmpty() || lineOf(entry, value))
         return nullptr;
-    const QString plane = planeOf(entry);
-    const auto path = entry.entryPathInPlane(plane, 0);
+    const EntryPlace place = EntryPlace::of(entry);
     const bool isCounter = VolatileAttributes::standard().isCounter(
         EntryIdentity::subsystemOrClass(entry), value.keyPath());
     lines_.push_back(std::make_unique<PlotLine>(PlotLine{
         .number = ++lastNumber_,
         .place = freePlace(),
         .entryTag = entry.entryTag(),
-        .name = entry.nameAtLocationInPlane(plane),
-        .path = path ? path->registryPath() : entry.kernelPath(),
+        .name = place.name,
+        .path = place.path.isNull() ? entry.kernelPath() : place.path,
         .kernelPath = entry.kernelPath(),
         .inheritance = entry.inheritance(),
         .value = value,

@@ -65,6 +65,7 @@ QWidget *EventLogDock::makeBar(const std::shared_ptr<TavDataStore> &store)
     auto *const layout = new QHBoxLayout(bar);
     layout->setContentsMargins(4, 2, 4, 0);
     filterField_->setObjectName(QStringLiteral("logFilterField"));
+    filterField_->setMinimumWidth(24 * filterField_->fontMetrics().averageCharWidth());
     filterField_->setPlaceholderText(tr("Filter by an expression"));
     filterField_->setAccessibleName(tr("Filter of the log"));
     filterField_->setClearButtonEnabled(true);

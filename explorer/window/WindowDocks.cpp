@@ -21,22 +21,25 @@ WindowDocks::WindowDocks(QMainWindow &window, DocumentActivity &activity,
 
 bool WindowDocks::showsLog() const
 {
-    return log_ && !log_->isHidden();
-}
-
-void WindowDocks::toggleLog()
-{
-    if (log_)
-        return log_->setVisible(log_->isHidden());
-    log_ = new EventLogDock(activity_.log(), store_, &window_);
-    log_->setPaused(store_->isPaused());
-    connect(log_, &EventLogDock::entryChosen, this, &WindowDocks::entryChosen);
-    add(*log_);
+    return isSeen(log_);
 }
 
 bool WindowDocks::showsPlots() const
 {
-    return plots_ && !plots_->isHidden();
+    return isSeen(plots_);
+}
+
+void WindowDocks::toggleLog()
+{
+    if (showsLog())
+        return log_->hide();
+    if (!log_) {
+        log_ = new EventLogDock(activity_.log(), store_, &window_);
+        log_->setPaused(store_->isPaused());
+        connect(log_, &EventLogDock::entryChosen, this, &WindowDocks::entryChosen);
+        add(*log_, plots_);
+    }
+    bringUp(*log_);
 }
 
 void WindowDocks::togglePlots()
@@ -49,20 +52,41 @@ void WindowDocks::togglePlots()
 
 void WindowDocks::showPlots()
 {
-    if (plots_)
-        return plots_->show();
-    plots_ = new PlotsDock(activity_.plots(), &window_);
-    plots_->setPaused(store_->isPaused());
-    connect(plots_, &PlotsDock::entryChosen, this, &WindowDocks::entryChosen);
-    add(*plots_);
+    if (!plots_) {
+        plots_ = new PlotsDock(activity_.plots(), &window_);
+        plots_->setPaused(store_->isPaused());
+        connect(plots_, &PlotsDock::entryChosen, this, &WindowDocks::entryChosen);
+        add(*plots_, log_);
+    }
+    bringUp(*plots_);
 }
 
-void WindowDocks::add(QDockWidget &dock)
+// Not below the other one's tab.
+bool WindowDocks::isSeen(const QDockWidget *dock) const
 {
-    connect(&dock, &QDockWidget::visibilityChanged, this, &WindowDocks::visibilityChanged);
+    return dock && !dock->isHidden() && !covered_.contains(dock);
+}
+
+void WindowDocks::add(QDockWidget &dock, QDockWidget *other)
+{
+    connect(&dock, &QDockWidget::visibilityChanged, this, [this, &dock](bool isSeen) {
+        if (isSeen || dock.isHidden())
+            covered_.remove(&dock);
+        else
+            covered_.insert(&dock);
+        Q_EMIT visibilityChanged();
+    });
     window_.addDockWidget(Qt::BottomDockWidgetArea, &dock);
-    window_.resizeDocks({&dock}, {firstHeight}, Qt::Vertical);
+    if (other)
+        window_.tabifyDockWidget(other, &dock);
+    else
+        window_.resizeDocks({&dock}, {firstHeight}, Qt::Vertical);
+}
+
+void WindowDocks::bringUp(QDockWidget &dock)
+{
     dock.show();
+    dock.raise();
 }
 
 void WindowDocks::updatePause()

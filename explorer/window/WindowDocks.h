@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSet>
 #include <memory>
 
 class DocumentActivity;
@@ -34,11 +35,14 @@ Q_SIGNALS:
     void visibilityChanged();
 
 private:
-    void add(QDockWidget &dock);
+    bool isSeen(const QDockWidget *dock) const;
+    void add(QDockWidget &dock, QDockWidget *other); // null: there is no other
+    static void bringUp(QDockWidget &dock);
 
     QMainWindow &window_;
     DocumentActivity &activity_;
     std::shared_ptr<TavDataStore> store_;
     EventLogDock *log_ = nullptr;
     PlotsDock *plots_ = nullptr;
+    QSet<const QDockWidget *> covered_; // by the other one
 };
