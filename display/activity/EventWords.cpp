@@ -3,7 +3,7 @@
 
 #include <QDateTime>
 
-using Kind = RegistryEvent::Kind;
+using EventKind = RegistryEvent::Kind;
 
 namespace {
 QString lastComponent(const QString &path)
@@ -12,38 +12,38 @@ QString lastComponent(const QString &path)
 }
 } // namespace
 
-QString EventWords::word(Kind kind)
+QString EventWords::word(EventKind kind)
 {
     switch (kind) {
-    case Kind::Appeared:
+    case EventKind::Appeared:
         return tr("appeared");
-    case Kind::Gone:
+    case EventKind::Gone:
         return tr("gone");
-    case Kind::Bound:
+    case EventKind::Bound:
         return tr("bound");
-    case Kind::Unbound:
+    case EventKind::Unbound:
         return tr("unbound");
-    case Kind::Changed:
+    case EventKind::Changed:
         return tr("changed");
-    case Kind::Moved:
+    case EventKind::Moved:
         return tr("moved");
-    case Kind::Renamed:
+    case EventKind::Renamed:
         return tr("renamed");
-    case Kind::Busy:
+    case EventKind::Busy:
         return tr("registry busy");
-    case Kind::Idle:
+    case EventKind::Idle:
         return tr("registry quiet");
-    case Kind::Sleep:
+    case EventKind::Sleep:
         return tr("sleep");
-    case Kind::Wake:
+    case EventKind::Wake:
         return tr("wake");
-    case Kind::Lost:
+    case EventKind::Lost:
         return tr("messages lost");
     }
     return {};
 }
 
-QLatin1String EventWords::name(Kind kind)
+QLatin1String EventWords::name(EventKind kind)
 {
     static constexpr const char *names[] = {"appeared", "gone",  "bound",   "unbound",
                                             "changed",  "moved", "renamed", "busy",
@@ -59,11 +59,11 @@ QString EventWords::time(const RegistryEvent &event)
 QString EventWords::detail(const LogRow &row)
 {
     switch (row.event.kind) {
-    case Kind::Renamed:
+    case EventKind::Renamed:
         return tr("was %1").arg(lastComponent(row.event.oldKernelPath));
-    case Kind::Moved:
+    case EventKind::Moved:
         return tr("was at %1").arg(row.event.oldKernelPath);
-    case Kind::Lost:
+    case EventKind::Lost:
         return row.event.lost == 0   ? tr("an unknown number")
                : row.event.lost == 1 ? tr("at most 1")
                                      : tr("at most %1").arg(row.event.lost);

@@ -12,7 +12,7 @@ struct PlotUnit::Prefix
 };
 
 namespace {
-using Kind = ValueUnit::Kind;
+using UnitKind = ValueUnit::Kind;
 
 constexpr int maxDecimals = 3;
 
@@ -50,24 +50,24 @@ PlotUnit::PlotUnit(const PlotLine &line)
 {}
 
 PlotUnit::PlotUnit(const ValueUnit &unit, PlotSeries::Reading reading)
-    : factor_(unit.kind == Kind::Mask ? 1 : unit.factor)
+    : factor_(unit.kind == UnitKind::Mask ? 1 : unit.factor)
     , symbol_(QString::fromUtf8(unit.symbol))
 {
     const bool isRate = reading == PlotSeries::Reading::Rate;
     switch (unit.kind) {
-    case Kind::Size:
-    case Kind::Rate:
+    case UnitKind::Size:
+    case UnitKind::Rate:
         form_ = Form::Size;
-        symbol_ = unit.kind == Kind::Rate ? QStringLiteral("B/s") : QStringLiteral("B");
+        symbol_ = unit.kind == UnitKind::Rate ? QStringLiteral("B/s") : QStringLiteral("B");
         break;
-    case Kind::Prefixed:
+    case UnitKind::Prefixed:
         form_ = Form::Prefixed;
         if (isRate && symbol_ == QLatin1String("J")) {
             symbol_ = QStringLiteral("W");
             return;
         }
         break;
-    case Kind::Time:
+    case UnitKind::Time:
         if (isRate) { // the share of the time that passed
             factor_ *= 100;
             symbol_ = QStringLiteral("%");

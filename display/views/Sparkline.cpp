@@ -9,7 +9,7 @@
 #include <QStyleOptionViewItem>
 
 namespace {
-constexpr int gap = 8; // to the text
+constexpr int sparklineGap = 8; // to the text
 constexpr int characters = 14;
 constexpr qint64 shownTime = 60LL * 1'000'000;
 
@@ -21,7 +21,7 @@ int width(const QFontMetrics &metrics)
 
 int Sparkline::room(const QFontMetrics &metrics)
 {
-    return gap + width(metrics);
+    return sparklineGap + width(metrics);
 }
 
 QRect Sparkline::place(const QStyleOptionViewItem &cell)

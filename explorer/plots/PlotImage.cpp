@@ -9,9 +9,9 @@
 #include <QSvgGenerator>
 
 namespace {
-constexpr int width = 1000;
-constexpr int plotHeight = 480;
-constexpr int margin = 8;
+constexpr int imageWidth = 1000;
+constexpr int imagePlotHeight = 480;
+constexpr int imageMargin = 8;
 
 QPalette lightPalette()
 {
@@ -25,14 +25,14 @@ QPalette lightPalette()
 bool PlotImage::write(const Plots::Lines &lines, qint64 from, qint64 until, Format format,
                       QIODevice &device)
 {
-    const QRect area(0, margin, width, plotHeight);
+    const QRect area(0, imageMargin, imageWidth, imagePlotHeight);
     const PlotPainter plot(lines, from, until, {lightPalette(), QGuiApplication::font()}, area);
     const int legendHeight = static_cast<int>(lines.size()) * plot.legendLineHeight();
-    const QSize size(width, plotHeight + legendHeight + 3 * margin);
+    const QSize size(imageWidth, imagePlotHeight + legendHeight + 3 * imageMargin);
     const auto paint = [&](QPainter &painter) {
         painter.fillRect(QRect({0, 0}, size), Qt::white);
         plot.paint(painter);
-        plot.paintLegend(painter, {0, plotHeight + 2 * margin, width, legendHeight});
+        plot.paintLegend(painter, {0, imagePlotHeight + 2 * imageMargin, imageWidth, legendHeight});
     };
     if (format == Format::Svg) {
         QSvgGenerator generator;
