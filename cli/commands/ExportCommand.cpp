@@ -18,7 +18,7 @@
 using namespace RegistryNames;
 
 namespace {
-const auto noReport = [](double) {};
+const auto noExportReport = [](double) {};
 } // namespace
 
 CommandDescription ExportCommand::description() const
@@ -78,7 +78,7 @@ ExitCode ExportCommand::run(const CommandInput &input, RegistrySource &source,
     ExportedEntries entries = entriesOf(input, store);
     std::optional<RedactedStore> copy;
     if (input.isSet("redact")) {
-        copy.emplace(store, noReport);
+        copy.emplace(store, noExportReport);
         entries = entries.in(*copy);
     }
     if (input.isSet("output")) {
@@ -95,15 +95,15 @@ bool ExportCommand::write(const ExportedEntries &entries, const CommandInput &in
 {
     const QString format = input.value("format");
     if (format == QLatin1String("json"))
-        return JsonExport::write(entries, device, noReport);
+        return JsonExport::write(entries, device, noExportReport);
     if (format != QLatin1String("csv"))
-        return PlainTextExport::write(entries, device, PlainTextExport::Head::Machine, noReport);
+        return PlainTextExport::write(entries, device, PlainTextExport::Head::Machine, noExportReport);
     CsvExport::Columns columns;
     const auto facts = EntryFactTexts::all();
     columns.facts.assign(facts.begin(), facts.end());
     columns.keys = input.isSet("columns") ? input.value("columns").split(u',', Qt::SkipEmptyParts)
-                                          : CsvExport::keysOf(entries, noReport);
-    return CsvExport::write(entries, columns, device, noReport);
+                                          : CsvExport::keysOf(entries, noExportReport);
+    return CsvExport::write(entries, columns, device, noExportReport);
 }
 
 void ExportCommand::writeFile(const ExportedEntries &entries, const CommandInput &input)
