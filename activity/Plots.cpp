@@ -42,17 +42,17 @@ const PlotLine *Plots::add(TavRegistryEntry &entry, const ValuePath &value)
     const EntryPlace place = EntryPlace::of(entry);
     const bool isCounter = VolatileAttributes::standard().isCounter(
         EntryIdentity::subsystemOrClass(entry), value.keyPath());
-    lines_.push_back(std::make_unique<PlotLine>(PlotLine{
-        .number = ++lastNumber_,
-        .place = freePlace(),
-        .entryTag = entry.entryTag(),
-        .name = place.name,
-        .path = place.path.isNull() ? entry.kernelPath() : place.path,
-        .kernelPath = entry.kernelPath(),
-        .inheritance = entry.inheritance(),
-        .value = value,
-        .reading = isCounter ? PlotSeries::Reading::Rate : PlotSeries::Reading::Value,
-        .series = PlotSeries(isCounter)}));
+    lines_.push_back(std::make_unique<PlotLine>(
+        PlotLine{.number = ++lastNumber_,
+                 .place = freePlace(),
+                 .entryTag = entry.entryTag(),
+                 .name = place.name,
+                 .path = place.path.isNull() ? entry.kernelPath() : place.path,
+                 .kernelPath = entry.kernelPath(),
+                 .inheritance = entry.inheritance(),
+                 .value = value,
+                 .reading = isCounter ? PlotSeries::Reading::Rate : PlotSeries::Reading::Value,
+                 .series = PlotSeries(isCounter)}));
     const PlotLine *const added = lines_.back().get();
     request(added->kernelPath);
     timer_.start();

@@ -74,8 +74,8 @@ RegistryValue ValuePath::in(std::span<const RegistryValue::Member> table) const
     RegistryValue value = memberOf(table, steps_.value(0));
     for (qsizetype i = 1; i < steps_.size(); ++i) {
         const bool isList = value.type() == Type::Array;
-        value = isList ? elementOf(value.elements(), steps_[i])
-                       : memberOf(value.members(), steps_[i]);
+        value =
+            isList ? elementOf(value.elements(), steps_[i]) : memberOf(value.members(), steps_[i]);
     }
     return value;
 }

@@ -179,9 +179,9 @@ void TavDefaultsController::syncWatching()
         static_cast<double>(preferences.integer(PreferenceKeys::followInterval)) / 1000;
     if (std::abs(followIntervalField_->value() - seconds) > 0.05)
         followIntervalField_->setValue(seconds);
-    const auto recent = static_cast<int>(std::clamp<qint64>(
-        preferences.integer(PreferenceKeys::recentDuration), recentDurationField_->minimum(),
-        recentDurationField_->maximum()));
+    const auto recent = static_cast<int>(
+        std::clamp<qint64>(preferences.integer(PreferenceKeys::recentDuration),
+                           recentDurationField_->minimum(), recentDurationField_->maximum()));
     if (recentDurationField_->value() != recent)
         recentDurationField_->setValue(recent);
 }

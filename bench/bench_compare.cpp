@@ -51,8 +51,7 @@ void compare(benchmark::State &state)
     {
         FakeRegistryService registry;
         RegistryGenerator::generate(
-            registry,
-            {.entries = entries, .nodesPerEntry = static_cast<quint32>(state.range(2))});
+            registry, {.entries = entries, .nodesPerEntry = static_cast<quint32>(state.range(2))});
         bytes = saved(*TavDataStore::captureOnce(registry));
     }
     std::vector<Pair> pairs(std::max(1U, entriesInAll / entries));

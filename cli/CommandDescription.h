@@ -8,9 +8,9 @@
 
 // What an argument or the value of an option can be, for completion.
 enum class ArgumentKind : quint8 {
-    None, // or any text
-    Path, // of an entry, or a plane
-    Key,  // of a property
+    None,      // or any text
+    Path,      // of an entry, or a plane
+    Key,       // of a property
     NumberKey, // of a number of the entry that the first argument names
     Driver,
     Module,

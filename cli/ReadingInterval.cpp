@@ -13,8 +13,8 @@ std::chrono::milliseconds readingInterval(const CommandInput &input)
     constexpr double longest = 60;
     const double seconds = input.number("interval", longest).value_or(1);
     if (seconds < shortest)
-        throw CommandError{QCoreApplication::translate("ReadingInterval",
-                                                       "--interval must be from 0.2 to 60."),
-                           ExitCode::WrongUsage};
+        throw CommandError{
+            QCoreApplication::translate("ReadingInterval", "--interval must be from 0.2 to 60."),
+            ExitCode::WrongUsage};
     return std::chrono::milliseconds(std::llround(seconds * 1000));
 }

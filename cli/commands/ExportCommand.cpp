@@ -97,7 +97,8 @@ bool ExportCommand::write(const ExportedEntries &entries, const CommandInput &in
     if (format == QLatin1String("json"))
         return JsonExport::write(entries, device, noExportReport);
     if (format != QLatin1String("csv"))
-        return PlainTextExport::write(entries, device, PlainTextExport::Head::Machine, noExportReport);
+        return PlainTextExport::write(entries, device, PlainTextExport::Head::Machine,
+                                      noExportReport);
     CsvExport::Columns columns;
     const auto facts = EntryFactTexts::all();
     columns.facts.assign(facts.begin(), facts.end());

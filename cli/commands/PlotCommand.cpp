@@ -98,12 +98,11 @@ void PlotCommand::check(TavRegistryEntry &entry, const ValuePath &value)
         return;
     if (!now.isNone())
         throw CommandError{tr("%1 is not a number.").arg(value.text())};
-    const QString nearest =
-        NearestText::among(ValuePath::ofNumbers(entry.table()), value.text());
-    throw CommandError{nearest.isNull()
-                           ? tr("There is no property %1.").arg(value.text())
-                           : tr("There is no property %1. Did you mean %2?")
-                                 .arg(value.text(), nearest)};
+    const QString nearest = NearestText::among(ValuePath::ofNumbers(entry.table()), value.text());
+    throw CommandError{
+        nearest.isNull()
+            ? tr("There is no property %1.").arg(value.text())
+            : tr("There is no property %1. Did you mean %2?").arg(value.text(), nearest)};
 }
 
 void PlotCommand::follow(Plots &plots, std::optional<double> seconds, CommandOutput &output)
@@ -165,8 +164,8 @@ void PlotCommand::drawBlocks(const PlotLine &line, CommandOutput &output)
     const PlotUnit unit(line);
     const int width = output.terminal().columns > 0 ? output.terminal().columns : usualWidth;
     const QString name = line.value.text() + QStringLiteral("  ");
-    const auto room = static_cast<std::size_t>(
-        std::max<qsizetype>(1, width - name.size() - amountWidth - 3));
+    const auto room =
+        static_cast<std::size_t>(std::max<qsizetype>(1, width - name.size() - amountWidth - 3));
     std::vector<std::optional<double>> amounts;
     for (std::size_t i = series.size() - std::min(series.size(), room); i < series.size(); ++i)
         amounts.push_back(series.amountAt(i, line.reading));
@@ -193,8 +192,7 @@ void PlotCommand::writeText(const PlotLine &line, std::size_t index, CommandOutp
 void PlotCommand::writeJson(const PlotLine &line, std::size_t index, CommandOutput &output)
 {
     output.addResult([&](JsonWriter &json) {
-        json.member(QLatin1String("time"),
-                    BootClock::wallTime(line.series.timeAt(index)).toUTC());
+        json.member(QLatin1String("time"), BootClock::wallTime(line.series.timeAt(index)).toUTC());
         for (const auto &[name, reading] :
              {std::pair("value", Reading::Value), std::pair("rate", Reading::Rate)}) {
             const auto amount = line.series.amountAt(index, reading);

@@ -191,8 +191,9 @@ void WatchCommand::follow(DeviceEventSource &events, int endSignals, RegistrySou
         const bool isPending = !received.empty() || isLost;
         auto timeout = std::chrono::milliseconds(isPending ? settleTime : 1h);
         if (!polled_.isEmpty())
-            timeout = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(nextPoll - Clock::now()),
-                                 std::chrono::milliseconds(0), timeout);
+            timeout =
+                std::clamp(std::chrono::ceil<std::chrono::milliseconds>(nextPoll - Clock::now()),
+                           std::chrono::milliseconds(0), timeout);
         if (end)
             timeout = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(*end - Clock::now()),
                                  std::chrono::milliseconds(0), timeout);
@@ -203,7 +204,8 @@ void WatchCommand::follow(DeviceEventSource &events, int endSignals, RegistrySou
             isLost = !receive(events, received) || isLost;
         }
         isEnd = woken == Woken::ByEnd || (end && Clock::now() >= *end);
-        if (!polled_.isEmpty() && !isPending && woken == Woken::ByTime && Clock::now() >= nextPoll) {
+        if (!polled_.isEmpty() && !isPending && woken == Woken::ByTime &&
+            Clock::now() >= nextPoll) {
             poll(source, output);
             nextPoll = Clock::now() + interval_;
         }

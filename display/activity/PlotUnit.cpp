@@ -87,7 +87,7 @@ std::span<const PlotUnit::Prefix> PlotUnit::prefixes() const
     static constexpr Prefix none[] = {{1, ""}};
     static constexpr Prefix binary[] = {{1, ""},        {0x1p10, "Ki"}, {0x1p20, "Mi"},
                                         {0x1p30, "Gi"}, {0x1p40, "Ti"}, {0x1p50, "Pi"}};
-    static constexpr Prefix decimal[] = {{1e-6, "µ"}, {1e-3, "m"}, {1, ""},   {1e3, "k"},
+    static constexpr Prefix decimal[] = {{1e-6, "µ"}, {1e-3, "m"}, {1, ""},    {1e3, "k"},
                                          {1e6, "M"},  {1e9, "G"},  {1e12, "T"}};
     static constexpr Prefix time[] = {{1e-9, "n"}, {1e-6, "µ"}, {1e-3, "m"}, {1, ""}};
     switch (form_) {

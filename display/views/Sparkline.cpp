@@ -46,9 +46,9 @@ void Sparkline::paint(QPainter &painter, const QRect &place, const PlotLine &lin
     const double span = summary->maximum - summary->minimum;
     const auto point = [&](const PlotSeries::Point &its) {
         const double share = span > 0 ? (its.amount - summary->minimum) / span : 0;
-        const double age =
-            static_cast<double>(until - its.time) / static_cast<double>(shownTime);
-        return QPointF(place.right() - age * place.width(), place.bottom() - share * place.height());
+        const double age = static_cast<double>(until - its.time) / static_cast<double>(shownTime);
+        return QPointF(place.right() - age * place.width(),
+                       place.bottom() - share * place.height());
     };
     painter.save();
     painter.setClipRect(place.adjusted(0, -1, 2, 2), Qt::IntersectClip);

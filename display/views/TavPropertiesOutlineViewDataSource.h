@@ -41,7 +41,7 @@ public:
     PropertiesViewController::Plotting plotting(const QModelIndex &index) const;
     void togglePlot(const QModelIndex &index);
     const PlotLine *sparkline(const QModelIndex &index) const; // null: none
-    bool isLink(const QModelIndex &index) const;  // whether the row leads to another entry
+    bool isLink(const QModelIndex &index) const; // whether the row leads to another entry
     void followLink(const QModelIndex &index, bool inNewWindow);
 
     TavRegistryProperty *item(const QModelIndex &index) const;  // null: the invisible root

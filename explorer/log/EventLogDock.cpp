@@ -287,11 +287,12 @@ void EventLogDock::clear()
 
 void EventLogDock::saveAs()
 {
-    SaveDialog::open(*this, tr("Save Log"), tr("log"),
-                     {{tr("Text (*.txt)"), QStringLiteral("txt")},
-                      {tr("Comma-separated values (*.csv)"), QStringLiteral("csv")},
-                      {tr("JSON lines (*.ndjson)"), QStringLiteral("ndjson")}},
-                     [this, numbers = numbersToSave()](const QString &file) { save(file, numbers); });
+    SaveDialog::open(
+        *this, tr("Save Log"), tr("log"),
+        {{tr("Text (*.txt)"), QStringLiteral("txt")},
+         {tr("Comma-separated values (*.csv)"), QStringLiteral("csv")},
+         {tr("JSON lines (*.ndjson)"), QStringLiteral("ndjson")}},
+        [this, numbers = numbersToSave()](const QString &file) { save(file, numbers); });
 }
 
 void EventLogDock::save(const QString &file, const std::vector<quint64> &numbers)

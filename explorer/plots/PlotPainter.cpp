@@ -26,7 +26,7 @@ constexpr Colors colors[Plots::maxLines] = {
 // Between two marks of the time, so that they are so far apart.
 qint64 timeStep(qint64 span, int width, int distance)
 {
-    static constexpr qint64 steps[] = {1,   2,   5,    10,   15,   30,   60,    120,
+    static constexpr qint64 steps[] = {1,   2,   5,   10,   15,   30,   60,    120,
                                        300, 600, 900, 1800, 3600, 7200, 10800, 21600};
     const qint64 count = std::max(1, width / std::max(1, distance));
     for (const qint64 step : steps) {
@@ -89,8 +89,8 @@ void PlotPainter::placeStrips()
         top += height + gapOfStrips;
         setRange(strip);
         for (double mark = strip.least; mark <= strip.greatest; mark += strip.step)
-            labels = std::max(labels,
-                              metrics_.horizontalAdvance(strip.unit.mark(mark, strip.step)));
+            labels =
+                std::max(labels, metrics_.horizontalAdvance(strip.unit.mark(mark, strip.step)));
     }
     for (Strip &strip : strips_)
         strip.rect.adjust(labels + 2 * margin, 0, -margin, 0);
@@ -114,7 +114,9 @@ void PlotPainter::setRange(Strip &strip) const
         return;
     if (*greatest <= *least) // a flat line, in the middle unless it is at zero
         std::tie(least, greatest) =
-            std::pair(*least > 0 ? 0. : *least * 2, *least == 0 ? 1 : *least > 0 ? *least * 2 : 0.);
+            std::pair(*least > 0 ? 0. : *least * 2, *least == 0  ? 1
+                                                    : *least > 0 ? *least * 2
+                                                                 : 0.);
     constexpr int lines = 3; // of text for a mark
     const int count = std::clamp(strip.rect.height() / (lines * metrics_.height()), 1, 8);
     strip.step = strip.unit.step((*greatest - *least) / count,
@@ -131,16 +133,16 @@ QRect PlotPainter::plot() const
 double PlotPainter::x(qint64 time) const
 {
     const QRect rect = plot();
-    return rect.left() + static_cast<double>(time - from_) / static_cast<double>(until_ - from_) *
-                             rect.width();
+    return rect.left() +
+           static_cast<double>(time - from_) / static_cast<double>(until_ - from_) * rect.width();
 }
 
 qint64 PlotPainter::timeAt(int x) const
 {
     const QRect rect = plot();
-    return from_ + static_cast<qint64>(static_cast<double>(x - rect.left()) /
-                                       std::max(1, rect.width()) *
-                                       static_cast<double>(until_ - from_));
+    return from_ +
+           static_cast<qint64>(static_cast<double>(x - rect.left()) / std::max(1, rect.width()) *
+                               static_cast<double>(until_ - from_));
 }
 
 QColor PlotPainter::faint() const
@@ -299,12 +301,11 @@ void PlotPainter::paintLegend(QPainter &painter, QRect area) const
                         QCoreApplication::translate("PlotPainter",
                                                     "minimum %1, mean %2, maximum %3, last %4")
                             .arg(strip.unit.text(summary->minimum), strip.unit.text(summary->mean),
-                                 strip.unit.text(summary->maximum),
-                                 strip.unit.text(summary->last));
+                                 strip.unit.text(summary->maximum), strip.unit.text(summary->last));
             painter.setPen(style_.palette.color(QPalette::Text));
-            painter.drawText(area.left() + 2 * margin + swatch, top + metrics_.ascent(),
-                             metrics_.elidedText(text, Qt::ElideMiddle,
-                                                 area.width() - 3 * margin - swatch));
+            painter.drawText(
+                area.left() + 2 * margin + swatch, top + metrics_.ascent(),
+                metrics_.elidedText(text, Qt::ElideMiddle, area.width() - 3 * margin - swatch));
             top += legendLineHeight();
         }
     }

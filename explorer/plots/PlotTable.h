@@ -22,7 +22,15 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    enum Column { ValueColumn, RateColumn, LastColumn, MinColumn, MeanColumn, MaxColumn, PathColumn };
+    enum Column {
+        ValueColumn,
+        RateColumn,
+        LastColumn,
+        MinColumn,
+        MeanColumn,
+        MaxColumn,
+        PathColumn
+    };
 
     void makeRows();
     void showAmounts(int row, const PlotLine &line);

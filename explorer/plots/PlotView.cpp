@@ -126,8 +126,8 @@ void PlotView::wheelEvent(QWheelEvent *event)
     const QPoint turn = event->angleDelta();
     const bool isSideways = std::abs(turn.x()) > std::abs(turn.y());
     if (isSideways)
-        setUntil(until() - static_cast<qint64>(turn.x() / notch * static_cast<double>(span_)) /
-                               moveParts);
+        setUntil(until() -
+                 static_cast<qint64>(turn.x() / notch * static_cast<double>(span_)) / moveParts);
     else
         zoom(std::pow(zoomStep, -turn.y() / notch),
              // At now, as long as it follows that.

@@ -49,8 +49,8 @@ private:
 
     const Plots &plots_;
     qint64 span_ = firstSpan;
-    std::optional<qint64> end_;      // none: now
-    std::optional<qint64> pausedAt_; // none: not paused
-    std::optional<int> cursor_;      // of the pointer
+    std::optional<qint64> end_;                  // none: now
+    std::optional<qint64> pausedAt_;             // none: not paused
+    std::optional<int> cursor_;                  // of the pointer
     std::optional<std::pair<int, qint64>> drag_; // where it began, and the end of the range then
 };

@@ -79,9 +79,8 @@ QWidget *PlotsDock::makeBar()
 void PlotsDock::resizeEvent(QResizeEvent *event)
 {
     constexpr int characters = 130;
-    splitter_->setOrientation(width() > characters * fontMetrics().averageCharWidth()
-                                  ? Qt::Horizontal
-                                  : Qt::Vertical);
+    splitter_->setOrientation(
+        width() > characters * fontMetrics().averageCharWidth() ? Qt::Horizontal : Qt::Vertical);
     QDockWidget::resizeEvent(event);
 }
 

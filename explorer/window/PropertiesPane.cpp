@@ -128,7 +128,7 @@ PropertiesPane::Plotting PropertiesPane::plotting(const TavRegistryProperty &ite
 {
     if (!dataStore_->isLive() || comparison_ || !entry_ || entry_->kernelPath().isEmpty())
         return Plotting::NotOffered;
-    return plotOf(item)       ? Plotting::Plotted
+    return plotOf(item)      ? Plotting::Plotted
            : plots_.isFull() ? Plotting::NoRoom
                              : Plotting::Offered;
 }

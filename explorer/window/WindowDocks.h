@@ -23,7 +23,7 @@ public:
 
     bool showsLog() const;
     void toggleLog();
-    EventLogDock *log() const { return log_; }  // null: never shown
+    EventLogDock *log() const { return log_; } // null: never shown
     bool showsPlots() const;
     void togglePlots();
     void showPlots();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "cli/NearestText.h"
 #include "activity/PropertyChanges.h"
+#include "cli/NearestText.h"
 #include "cli/TextTable.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RegistryValues.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "display/activity/BlockLine.h"
 #include "display/activity/PlotUnit.h"
+#include "display/activity/BlockLine.h"
 
 #include <gtest/gtest.h>
 

@@ -163,8 +163,7 @@ TEST_F(LogDockTest, IsWrittenInThreeForms)
     const QByteArray csv = written(LogExport::Format::Csv);
     EXPECT_TRUE(csv.contains("\r\n1970-01-01T00:00:01.000Z,renamed,")) << csv.constData();
     EXPECT_TRUE(csv.contains("\"was disk, \"\"old\"\", mtu: 1 → 2\",7,")) << csv.constData();
-    const QJsonObject json =
-        QJsonDocument::fromJson(written(LogExport::Format::Ndjson)).object();
+    const QJsonObject json = QJsonDocument::fromJson(written(LogExport::Format::Ndjson)).object();
     EXPECT_EQ(json[QStringLiteral("event")].toString(), QStringLiteral("renamed"));
     EXPECT_EQ(json[QStringLiteral("sequence")].toInt(), 7);
     EXPECT_EQ(json[QStringLiteral("changes")][0][QStringLiteral("new")].toString(),

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Follows this machine's registry in a window while virtual devices come and go, in floods of
 // events, and a hasty user clicks everything, plots values and reads the log. Every half minute the
-// window must show the same as a fresh capture. In parallel, captures are killed, and others meet devices that do not answer.
+// window must show the same as a fresh capture. In parallel, captures are killed, and others meet
+// devices that do not answer.
 #include "Churn.h"
 #include "KilledCaptures.h"
 #include "SilentDevices.h"
@@ -182,7 +183,10 @@ private:
             plots.remove(plots.lines()[below(plots.lines().size())]->number);
         window_->docks().togglePlots();
     }
-    DocumentActivity &activity() { return DocumentActivity::of(*document_); }
+    DocumentActivity &activity()
+    {
+        return DocumentActivity::of(*document_);
+    }
     void toggleSecondWindow()
     {
         if (second_)
@@ -217,9 +221,8 @@ private:
                     number(elapsed / 1000), number(churn_.changes()), number(churn_.events()),
                     number(silent_.captures()), number(kills_.kills()), number(kills_.written()),
                     number(log.endNumber() - log.firstNumber()), number(log.dropped()),
-                    number(log.lost()),
-                    store_->registryEntries().size(), threads(), megabytesResident(),
-                    good ? "" : "; the store differs from a fresh capture");
+                    number(log.lost()), store_->registryEntries().size(), threads(),
+                    megabytesResident(), good ? "" : "; the store differs from a fresh capture");
         if (!good)
             std::puts(firstDifference(shown_, captured_).c_str());
         std::fflush(stdout);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/support/DeviceEventsFixture.h"
 #include "platform/runloop/RunLoop.h"
+#include "tests/support/DeviceEventsFixture.h"
 
 #include <malloc.h>
 #include <random>
