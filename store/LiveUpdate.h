@@ -9,6 +9,15 @@
 #include <optional>
 #include <vector>
 
+// What a paused store catches up with afterwards.
+struct HeldUpdates
+{
+    quint64 events = 0;
+    bool anyChange = false;
+    std::vector<std::pair<quint64, QDateTime>> terminations; // by tag
+    QMetaObject::Connection counting;
+};
+
 // How a live store follows its registry: settings and registrations. A number is 0 when the
 // registration failed.
 struct LiveUpdate
@@ -36,13 +45,5 @@ struct LiveUpdate
 
     quint64 changesSeen = 0; // while automatic update was off
 
-    // While updates are paused: what to catch up with afterwards.
-    struct Held
-    {
-        quint64 events = 0;
-        bool anyChange = false;
-        std::vector<std::pair<quint64, QDateTime>> terminations; // by tag
-        QMetaObject::Connection counting;
-    };
-    std::optional<Held> held; // none: not paused
+    std::optional<HeldUpdates> held; // none: not paused
 };

@@ -166,7 +166,7 @@ void TavDataStore::pause()
 
 void TavDataStore::resume()
 {
-    const LiveUpdate::Held held = std::move(*live_.held);
+    const HeldUpdates held = std::move(*live_.held);
     live_.held.reset();
     QObject::disconnect(held.counting);
     const std::weak_ptr<void> life = life_;

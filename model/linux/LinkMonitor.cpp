@@ -29,7 +29,7 @@ QString flagsText(unsigned flags)
 }
 
 template<class Number>
-std::optional<Number> number(const rtattr &attribute)
+std::optional<Number> number(rtattr &attribute)
 {
     Number value;
     if (RTA_PAYLOAD(&attribute) < sizeof value)
@@ -39,13 +39,13 @@ std::optional<Number> number(const rtattr &attribute)
 }
 
 template<class Number>
-QString numberText(const rtattr &attribute)
+QString numberText(rtattr &attribute)
 {
     const auto value = number<Number>(attribute);
     return value ? QString::number(*value) : QString();
 }
 
-QByteArray bytesOf(const rtattr &attribute)
+QByteArray bytesOf(rtattr &attribute)
 {
     return {static_cast<const char *>(RTA_DATA(&attribute)),
             static_cast<qsizetype>(RTA_PAYLOAD(&attribute))};
@@ -119,18 +119,18 @@ DeviceEventSource::Reception LinkMonitor::receiveMessages()
     if (sender.nl_pid != 0) // not from the kernel
         return Reception::Event;
     auto rest = static_cast<unsigned>(size);
-    const auto *message = reinterpret_cast<const nlmsghdr *>(buffer);
+    auto *message = reinterpret_cast<nlmsghdr *>(buffer);
     for (; NLMSG_OK(message, rest); message = NLMSG_NEXT(message, rest))
         take(*message);
     return Reception::Event;
 }
 
-void LinkMonitor::take(const nlmsghdr &message)
+void LinkMonitor::take(nlmsghdr &message)
 {
     const bool isLink = message.nlmsg_type == RTM_NEWLINK || message.nlmsg_type == RTM_DELLINK;
     if (!isLink || message.nlmsg_len < NLMSG_LENGTH(sizeof(ifinfomsg)))
         return;
-    const auto &header = *static_cast<const ifinfomsg *>(NLMSG_DATA(&message));
+    auto &header = *static_cast<ifinfomsg *>(NLMSG_DATA(&message));
     if (header.ifi_family != AF_UNSPEC) // of a bridge's port: the port has its own
         return;
     if (message.nlmsg_type == RTM_DELLINK) {
@@ -144,21 +144,22 @@ void LinkMonitor::take(const nlmsghdr &message)
     links_[header.ifi_index] = std::move(link);
 }
 
-LinkMonitor::Link LinkMonitor::linkOf(const nlmsghdr &message)
+LinkMonitor::Link LinkMonitor::linkOf(nlmsghdr &message)
 {
-    const auto &header = *static_cast<const ifinfomsg *>(NLMSG_DATA(&message));
+    auto &header = *static_cast<ifinfomsg *>(NLMSG_DATA(&message));
     Link link;
     const auto add = [&](const char *key, const QString &text) {
         link.attributes.emplace_back(key, text);
     };
     add("flags", flagsText(header.ifi_flags));
-    const auto *attribute = IFLA_RTA(&header);
+    auto *attribute = IFLA_RTA(&header);
     auto rest = static_cast<unsigned>(IFLA_PAYLOAD(&message));
     for (; RTA_OK(attribute, rest); attribute = RTA_NEXT(attribute, rest)) {
         switch (attribute->rta_type) {
         case IFLA_IFNAME:
             link.name = bytesOf(*attribute);
-            link.name.truncate(qstrnlen(link.name.constData(), link.name.size()));
+            link.name.truncate(static_cast<qsizetype>(
+                qstrnlen(link.name.constData(), static_cast<size_t>(link.name.size()))));
             break;
         case IFLA_OPERSTATE:
             add("operstate", operationalState(number<quint8>(*attribute).value_or(0)));

@@ -33,9 +33,9 @@ private:
     {}
     bool askForAll() const;
     Reception receiveMessages();
-    void take(const nlmsghdr &message);
+    void take(nlmsghdr &message);
     void noteChanges(const Link &before, const Link &after);
-    static Link linkOf(const nlmsghdr &message);
+    static Link linkOf(nlmsghdr &message);
 
     FileDescriptor socket_;
     QHash<int, Link> links_; // by index

@@ -36,23 +36,25 @@ void fade(QStyleOptionViewItem &option)
         option.icon = QIcon(option.icon.pixmap(option.decorationSize, QIcon::Normal));
 }
 
+// Not by the style, which would keep a picture for each palette that it meets.
 void drawArrow(QPainter *painter, const QStyleOptionViewItem &row)
 {
-    QStyleOption arrow(row);
     const QRect space = QStyle::visualRect(
         row.direction, row.rect,
         QRect(row.rect.right() - arrowSpace, row.rect.top(), arrowSpace, row.rect.height()));
-    arrow.rect = QRect(0, 0, arrowSize, arrowSize);
-    arrow.rect.moveCenter(space.center());
     const bool isSelected = row.state & QStyle::State_Selected;
     const QColor color =
         row.palette.color(isSelected ? QPalette::HighlightedText : QPalette::PlaceholderText);
-    for (const auto role : {QPalette::ButtonText, QPalette::WindowText, QPalette::Text})
-        arrow.palette.setColor(role, color);
-    row.widget->style()->drawPrimitive(row.direction == Qt::RightToLeft
-                                           ? QStyle::PE_IndicatorArrowLeft
-                                           : QStyle::PE_IndicatorArrowRight,
-                                       &arrow, painter, row.widget);
+    const double height = arrowSize / 2.0;
+    const double tip = row.direction == Qt::RightToLeft ? -height / 2 : height / 2;
+    const QPointF center = QRectF(space).center();
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(color);
+    painter->drawPolygon(QPolygonF{center + QPointF(tip, 0), center + QPointF(-tip, -height / 2),
+                                   center + QPointF(-tip, height / 2)});
+    painter->restore();
 }
 } // namespace
 
