@@ -44,15 +44,6 @@ const QStringList &head()
     return titles;
 }
 
-void addCsvLine(const QStringList &texts, Utf8Output &output)
-{
-    QStringList line;
-    for (const QString &text : texts)
-        line.append(csvCell(text));
-    output.add(line.join(u','));
-    output.add(QLatin1String("\r\n"));
-}
-
 void addJson(const LogRow &row, JsonWriter &json)
 {
     json.beginObject();

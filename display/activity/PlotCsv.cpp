@@ -14,24 +14,15 @@ QString numberText(std::optional<double> amount)
     return amount ? QString::number(*amount, 'g', digits) : QString();
 }
 
-void addLine(const QStringList &texts, Utf8Output &output)
-{
-    QStringList cells;
-    for (const QString &text : texts)
-        cells.append(csvCell(text));
-    output.add(cells.join(u','));
-    output.add(QLatin1String("\r\n"));
-}
-
 void add(const PlotLine &line, const QDateTime &start, Utf8Output &output)
 {
     const PlotSeries &series = line.series;
     for (std::size_t i = 0; i < series.size(); ++i) {
         const QDateTime time = start.addMSecs(series.timeAt(i) / 1000);
-        addLine({time.toString(Qt::ISODateWithMs), line.path, line.value.text(),
-                 numberText(series.amountAt(i, Reading::Value)),
-                 numberText(series.amountAt(i, Reading::Rate))},
-                output);
+        addCsvLine({time.toString(Qt::ISODateWithMs), line.path, line.value.text(),
+                    numberText(series.amountAt(i, Reading::Value)),
+                    numberText(series.amountAt(i, Reading::Rate))},
+                   output);
     }
 }
 } // namespace

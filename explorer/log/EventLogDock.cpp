@@ -4,8 +4,6 @@
 #include "display/activity/EventWords.h"
 #include "explorer/find/FilterCompleter.h"
 #include "explorer/log/EventLogModel.h"
-#include "platform/documents/ReplacementFile.h"
-#include "platform/host/Alert.h"
 #include "platform/widgets/BarButton.h"
 #include "platform/widgets/ClearButton.h"
 #include "platform/widgets/FieldNote.h"
@@ -301,13 +299,7 @@ void EventLogDock::save(const QString &file, const std::vector<quint64> &numbers
     const Format format = suffix == QLatin1String("csv")      ? Format::Csv
                           : suffix == QLatin1String("ndjson") ? Format::Ndjson
                                                               : Format::Text;
-    ReplacementFile replacement(file);
-    if (replacement.open() && LogExport::write(log_, numbers, format, replacement.content()) &&
-        replacement.commit())
-        return;
-    AlertPanel::show({.title = QCoreApplication::applicationName(),
-                      .message = tr("“%1” could not be written.").arg(QFileInfo(file).fileName()),
-                      .buttons = {tr("OK")},
-                      .details = replacement.errorString(),
-                      .window = window()});
+    SaveDialog::write(*this, file, [&](QIODevice &device) {
+        return LogExport::write(log_, numbers, format, device);
+    });
 }

@@ -5,8 +5,6 @@
 #include "explorer/plots/PlotImage.h"
 #include "explorer/plots/PlotTable.h"
 #include "explorer/plots/PlotView.h"
-#include "platform/documents/ReplacementFile.h"
-#include "platform/host/Alert.h"
 #include "platform/widgets/BarButton.h"
 #include "platform/widgets/SaveDialog.h"
 
@@ -127,14 +125,7 @@ void PlotsDock::saveAs()
 
 void PlotsDock::save(const QString &file)
 {
-    ReplacementFile replacement(file);
-    if (replacement.open() && write(file, replacement.content()) && replacement.commit())
-        return;
-    AlertPanel::show({.title = QCoreApplication::applicationName(),
-                      .message = tr("“%1” could not be written.").arg(QFileInfo(file).fileName()),
-                      .buttons = {tr("OK")},
-                      .details = replacement.errorString(),
-                      .window = window()});
+    SaveDialog::write(*this, file, [&](QIODevice &device) { return write(file, device); });
 }
 
 bool PlotsDock::write(const QString &file, QIODevice &device) const

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/widgets/SaveDialog.h"
 
+#include "platform/documents/ReplacementFile.h"
+#include "platform/host/Alert.h"
+
 #include <QFileDialog>
 #include <QStandardPaths>
 
@@ -27,4 +30,17 @@ void SaveDialog::open(QWidget &parent, const QString &title, const QString &name
     dialog->selectFile(name);
     QObject::connect(dialog, &QFileDialog::fileSelected, &parent, std::move(chosen));
     dialog->open();
+}
+
+void SaveDialog::write(QWidget &parent, const QString &file,
+                       const std::function<bool(QIODevice &)> &write)
+{
+    ReplacementFile replacement(file);
+    if (replacement.open() && write(replacement.content()) && replacement.commit())
+        return;
+    AlertPanel::show({.title = QCoreApplication::applicationName(),
+                      .message = tr("“%1” could not be written.").arg(QFileInfo(file).fileName()),
+                      .buttons = {tr("OK")},
+                      .details = replacement.errorString(),
+                      .window = parent.window()});
 }

@@ -1,21 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QString>
+#include <QCoreApplication>
 #include <functional>
 #include <vector>
 
+class QIODevice;
 class QWidget;
 
 // Asks for the name of a file to write, in one of several forms.
-namespace SaveDialog {
-struct Form
+class SaveDialog
 {
-    QString filter; // "Text (*.txt)"
-    QString suffix; // "txt", added to a name without one
-};
+    Q_DECLARE_TR_FUNCTIONS(SaveDialog)
+public:
+    struct Form
+    {
+        QString filter; // "Text (*.txt)"
+        QString suffix; // "txt", added to a name without one
+    };
 
-// Returns at once; the file is chosen later, if at all.
-void open(QWidget &parent, const QString &title, const QString &name, std::vector<Form> forms,
-          std::function<void(const QString &file)> chosen);
-} // namespace SaveDialog
+    // Returns at once; the file is chosen later, if at all.
+    static void open(QWidget &parent, const QString &title, const QString &name,
+                     std::vector<Form> forms, std::function<void(const QString &file)> chosen);
+    // Replaces the file as a whole, or says in the window why it could not.
+    static void write(QWidget &parent, const QString &file,
+                      const std::function<bool(QIODevice &)> &write);
+};
