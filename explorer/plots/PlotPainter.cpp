@@ -9,7 +9,7 @@
 
 namespace {
 constexpr int margin = 6;
-constexpr int gapOfStrips = 10;
+constexpr int gapOfStrips = 16;
 constexpr int markLength = 4;
 constexpr qint64 second = 1'000'000;
 
