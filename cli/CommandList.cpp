@@ -2,6 +2,7 @@
 #include "cli/CommandList.h"
 
 #include "cli/commands/CaptureCommand.h"
+#include "cli/commands/CheckCommand.h"
 #include "cli/commands/CompareCommand.h"
 #include "cli/commands/DrivenCommand.h"
 #include "cli/commands/ExportCommand.h"
@@ -29,6 +30,7 @@ std::vector<std::unique_ptr<Command>> all()
     commands.push_back(std::make_unique<CaptureCommand>());
     commands.push_back(std::make_unique<ExportCommand>());
     commands.push_back(std::make_unique<CompareCommand>());
+    commands.push_back(std::make_unique<CheckCommand>());
     return commands;
 }
 } // namespace

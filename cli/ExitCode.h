@@ -8,5 +8,10 @@ enum class ExitCode : int {
     Same = Found,
     Different = Nothing,
     Failed = 2,
+    // As of monitoring plug-ins.
+    Good = Found,
+    Warnings = 1,
+    Errors = 2,
+    CouldNotLook = 3,
     WrongUsage = 64,
 };

@@ -60,6 +60,13 @@ TavDataStore &RegistrySource::store(Need need)
     return *store_;
 }
 
+std::unique_ptr<RegistrySource> RegistrySource::named(const QString &argument)
+{
+    if (QFileInfo(argument).isDir())
+        return std::make_unique<RegistrySource>(argument, QString());
+    return std::make_unique<RegistrySource>(QString(), argument);
+}
+
 TavDataStore &RegistrySource::reread()
 {
     QCoreApplication::sendPostedEvents(); // left by the reading before: no event loop runs

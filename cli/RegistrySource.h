@@ -19,6 +19,8 @@ public:
 
     explicit RegistrySource(const CommandInput &input);
     RegistrySource(QString sysfs, QString file);
+    // A folder is a sysfs tree, all else a snapshot.
+    static std::unique_ptr<RegistrySource> named(const QString &argument);
     ~RegistrySource();
 
     // Reads it at the first call. Throws CommandError.

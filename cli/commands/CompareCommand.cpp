@@ -111,8 +111,8 @@ ExitCode CompareCommand::run(const CommandInput &input, RegistrySource &source,
     if (input.isSet("where"))
         where_ = FindCommand::parse(input.value("where"));
     const QStringList arguments = input.arguments();
-    const auto older = open(arguments[0]);
-    const auto other = arguments.size() > 1 ? open(arguments[1]) : nullptr;
+    const auto older = RegistrySource::named(arguments[0]);
+    const auto other = arguments.size() > 1 ? RegistrySource::named(arguments[1]) : nullptr;
     RegistrySource &newer = other ? *other : source;
     TavDataStore &before = older->store(RegistrySource::Need::Properties);
     TavDataStore &after = newer.store(RegistrySource::Need::Properties);
@@ -130,13 +130,6 @@ ExitCode CompareCommand::run(const CommandInput &input, RegistrySource &source,
     output.describe(comparison.after());
     write(differences, input, output);
     return differences.counts().differences() == 0 ? ExitCode::Same : ExitCode::Different;
-}
-
-std::unique_ptr<RegistrySource> CompareCommand::open(const QString &argument)
-{
-    if (QFileInfo(argument).isDir())
-        return std::make_unique<RegistrySource>(argument, QString());
-    return std::make_unique<RegistrySource>(QString(), argument);
 }
 
 // A file's name may hold that of the host, and its folder that of the user.

@@ -20,7 +20,6 @@ private:
     using Matches = QSet<const TavRegistryEntry *>;
 
     static void check(const CommandInput &input);
-    static std::unique_ptr<RegistrySource> open(const QString &argument);
     QString nameOf(const RegistrySource &source) const;
     const TavDataStore &shown(const TavDataStore &store,
                               const std::unique_ptr<RedactedStore> &copy) const;

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "checks/CheckList.h"
+
+// Each has a file of its name in list/.
+#define VANDREL_CHECKS(CHECK)                                                                      \
+    CHECK(PciLinkSlow)                                                                             \
+    CHECK(PciLinkNarrow)                                                                           \
+    CHECK(PciErrors)                                                                               \
+    CHECK(PciIommuOff)                                                                             \
+    CHECK(UsbSlow)                                                                                 \
+    CHECK(UsbOverCurrent)                                                                          \
+    CHECK(ScsiState)                                                                               \
+    CHECK(ScsiTimeouts)                                                                            \
+    CHECK(BlockReadOnly)                                                                           \
+    CHECK(NvmeNotLive)                                                                             \
+    CHECK(RaidDegraded)                                                                            \
+    CHECK(RaidMismatch)                                                                            \
+    CHECK(NetNoCarrier)                                                                            \
+    CHECK(NetHalfDuplex)                                                                           \
+    CHECK(NetMtuBelowUpper)                                                                        \
+    CHECK(BondMemberDown)                                                                          \
+    CHECK(TemperatureHigh)                                                                         \
+    CHECK(SensorAlarm)                                                                             \
+    CHECK(FanStopped)                                                                              \
+    CHECK(BatteryWorn)                                                                             \
+    CHECK(PowerSupplyHealth)                                                                       \
+    CHECK(RuntimePowerError)                                                                       \
+    CHECK(RegulatorFault)                                                                          \
+    CHECK(ModuleTaints)                                                                            \
+    CHECK(CpuVulnerable)                                                                           \
+    CHECK(CpuOffline)                                                                              \
+    CHECK(CpuMicrocode)                                                                            \
+    CHECK(ClockSource)                                                                             \
+    CHECK(NodeWithoutMemory)                                                                       \
+    CHECK(MemoryErrors)                                                                            \
+    CHECK(RemoteProcessorCrashed)                                                                  \
+    CHECK(ProbeDeferred)                                                                           \
+    CHECK(NoAnswer)                                                                                \
+    CHECK(DisplayWithoutDriver)                                                                    \
+    CHECK(DriverMissing)
+
+#define DECLARE(Name) std::unique_ptr<const Check> make##Name();
+VANDREL_CHECKS(DECLARE)
+
+const std::vector<std::unique_ptr<const Check>> &CheckList::all()
+{
+#define MAKE(Name) make##Name,
+    static constexpr std::unique_ptr<const Check> (*makers[])() = {VANDREL_CHECKS(MAKE)};
+    static const auto made = [] {
+        std::vector<std::unique_ptr<const Check>> checks;
+        for (const auto make : makers)
+            checks.push_back(make());
+        return checks;
+    }();
+    return made;
+}
+
+const Check *CheckList::withID(const QString &id)
+{
+    for (const auto &check : all()) {
+        if (check->description().id == id)
+            return check.get();
+    }
+    return nullptr;
+}

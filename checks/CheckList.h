@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "checks/Check.h"
+
+// All checks, in the order in which they are listed.
+namespace CheckList {
+const std::vector<std::unique_ptr<const Check>> &all();
+const Check *withID(const QString &id); // null: none
+} // namespace CheckList

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "checks/CheckRun.h"
+
+#include "checks/CheckList.h"
+#include "store/StoreLogging.h"
+
+#include <algorithm>
+
+std::size_t CheckRun::Result::count(Severity severity) const
+{
+    return static_cast<std::size_t>(
+        std::count_if(findings.begin(), findings.end(),
+                      [&](const Finding &finding) { return finding.severity == severity; }));
+}
+
+CheckRun::CheckRun(QStringList only, QStringList skipped)
+{
+    for (const auto &check : CheckList::all()) {
+        CheckDescription description = check->description();
+        if ((only.isEmpty() || only.contains(description.id)) && !skipped.contains(description.id))
+            items_.push_back({std::move(description), check.get()});
+    }
+}
+
+CheckRun::Result CheckRun::over(const CheckedRegistry &registry) const
+{
+    Result result;
+    for (const Item &item : items_)
+        run(item, registry, result);
+    std::stable_sort(result.findings.begin(), result.findings.end(),
+                     [](const Finding &a, const Finding &b) { return a.severity > b.severity; });
+    return result;
+}
+
+void CheckRun::run(const Item &item, const CheckedRegistry &registry, Result &result)
+{
+    std::vector<Finding> found;
+    const auto look = [&](const CheckedEntry &entry) {
+        item.check->look(entry, [&](const Check::Observation &seen) {
+            found.push_back({item.description.id, seen.severity.value_or(item.description.severity),
+                             entry.tag(), seen.properties, seen.detail});
+        });
+    };
+    try {
+        for (const QString &subsystem : item.description.subsystems) {
+            for (const CheckedEntry *const entry : registry.ofSubsystem(subsystem))
+                look(*entry);
+        }
+        if (item.description.subsystems.isEmpty()) {
+            for (const CheckedEntry &entry : registry.entries())
+                look(entry);
+        }
+    } catch (const std::exception &error) {
+        qCDebug(storeLog, "The check %s gave up: %s", qUtf8Printable(item.description.id),
+                error.what());
+        result.failed.append(item.description.id);
+        return;
+    }
+    std::move(found.begin(), found.end(), std::back_inserter(result.findings));
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "checks/Check.h"
+
+// All checks, or some, over a registry. Any thread.
+class CheckRun
+{
+public:
+    struct Result
+    {
+        std::vector<Finding> findings; // errors first, then in the order of the checks
+        QStringList failed; // IDs of checks that gave up; none of their findings are here
+
+        std::size_t count(Severity severity) const;
+    };
+
+    // Empty: all of them. Unknown IDs are ignored.
+    explicit CheckRun(QStringList only = {}, QStringList skipped = {});
+
+    Result over(const CheckedRegistry &registry) const;
+
+private:
+    struct Item
+    {
+        CheckDescription description;
+        const Check *check;
+    };
+    static void run(const Item &item, const CheckedRegistry &registry, Result &result);
+
+    std::vector<Item> items_;
+};

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "model/RegistryValue.h"
+
+#include <QHash>
+#include <QStringList>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class CheckedRegistry;
+class TavDataStore;
+class TavRegistryEntry;
+
+// An entry as checks see it: its properties, and the entries that it stands with. Unchangeable, so
+// any thread may read it.
+class CheckedEntry
+{
+public:
+    quint64 tag() const { return tag_; }
+    // The last part of its subsystem, such as "net"; of an entry without one, its class.
+    const QString &subsystem() const { return subsystem_; }
+    const QString &kernelPath() const { return kernelPath_; } // "/sys/devices/…"; empty: none
+    QString kernelName() const { return kernelPath_.mid(kernelPath_.lastIndexOf(u'/') + 1); }
+    const QStringList &inheritance() const { return inheritance_; }
+    const RegistryValue &table() const { return table_; }
+    QString driver() const { return linkName(u"driver"); } // empty: none is bound
+
+    const CheckedEntry *parent() const; // in the service plane; null: none
+    std::vector<const CheckedEntry *> children() const;
+    const CheckedRegistry &registry() const { return *registry_; }
+
+    // At a path of keys, such as u"power/runtime_status".
+    const RegistryValue &value(QStringView path) const;
+    bool has(QStringView path) const { return !value(path).isNone(); }
+    QString text(QStringView path) const;                        // trimmed; empty: none, or no text
+    std::optional<qint64> number(QStringView path) const;        // none: it is none
+    std::optional<double> leadingNumber(QStringView path) const; // of "8.0 GT/s PCIe"
+    QString linkName(QStringView path) const;                    // the last part of a link's target
+    const CheckedEntry *linkTarget(QStringView path) const;      // null: none
+
+private:
+    friend class CheckedRegistry;
+
+    const CheckedRegistry *registry_ = nullptr;
+    quint64 tag_ = 0;
+    QString subsystem_;
+    QString kernelPath_;
+    QStringList inheritance_;
+    RegistryValue table_;
+    int parent_ = -1; // places in the registry; -1: none
+    int firstChild_ = -1;
+    int nextSibling_ = -1;
+};
+
+// The entries of a store at one moment, without those that have gone.
+class CheckedRegistry
+{
+public:
+    explicit CheckedRegistry(const TavDataStore &store); // main thread only
+    CheckedRegistry(const CheckedRegistry &) = delete;
+    CheckedRegistry &operator=(const CheckedRegistry &) = delete;
+
+    const std::vector<CheckedEntry> &entries() const { return entries_; }
+    const std::vector<const CheckedEntry *> &ofSubsystem(const QString &name) const;
+    const CheckedEntry *atLink(const QString &target) const; // "devices/…"; null: none
+
+private:
+    friend class CheckedEntry;
+
+    void add(const TavRegistryEntry &entry);
+    void linkParents(const TavDataStore &store);
+
+    std::vector<CheckedEntry> entries_;
+    QHash<QString, std::vector<const CheckedEntry *>> subsystems_;
+    QHash<QString, const CheckedEntry *> kernelPaths_;
+};

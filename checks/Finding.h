@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QStringList>
+
+enum class Severity : quint8 { Note, Warning, Error };
+
+// Something that looks wrong at an entry.
+struct Finding
+{
+    QString check; // the ID, such as "pci-link-slow"
+    Severity severity = Severity::Warning;
+    quint64 entryTag = 0;
+    QStringList properties = {}; // paths of keys that it rests on
+    QString detail = {};         // what was seen, such as "2.5 GT/s instead of 8.0 GT/s"
+};
