@@ -5,7 +5,6 @@
 #include "cli/CommandInput.h"
 #include "cli/CommandOutput.h"
 #include "cli/EntrySummary.h"
-#include "cli/NearestText.h"
 #include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
 
@@ -79,6 +78,8 @@ CommandDescription CheckCommand::description() const
 ExitCode CheckCommand::run(const CommandInput &input, RegistrySource &source, CommandOutput &output)
 {
     if (input.isSet("list")) {
+        if (!output.isText())
+            output.describe(source.store(RegistrySource::Need::Structure));
         list(output);
         return ExitCode::Good;
     }
@@ -110,29 +111,14 @@ CheckRun::Result CheckCommand::look(const CommandInput &input, RegistrySource &s
 
 QStringList CheckCommand::checkIds(const CommandInput &input, const char *option)
 {
-    const QStringList known = allIds();
-    const QStringList ids = input.value(option).split(u',', Qt::SkipEmptyParts);
-    for (const QString &id : ids) {
-        if (known.contains(id))
-            continue;
-        const QString nearest = NearestText::among(known, id);
-        throw CommandError{nearest.isNull()
-                               ? tr("There is no check %1").arg(id)
-                               : tr("There is no check %1. The nearest is %2").arg(id, nearest),
-                           ExitCode::WrongUsage};
-    }
-    return ids;
+    return input.value(option).split(u',', Qt::SkipEmptyParts);
 }
 
 Severity CheckCommand::leastSeverity(const CommandInput &input)
 {
-    if (!input.isSet("severity"))
-        return Severity::Note;
-    const qsizetype place = severityWords().indexOf(input.value("severity"));
-    if (place < 0)
-        throw CommandError{tr("There is no severity %1").arg(input.value("severity")),
-                           ExitCode::WrongUsage};
-    return static_cast<Severity>(place);
+    return input.isSet("severity")
+               ? static_cast<Severity>(severityWords().indexOf(input.value("severity")))
+               : Severity::Note;
 }
 
 void CheckCommand::list(CommandOutput &output)

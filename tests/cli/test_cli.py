@@ -38,7 +38,11 @@ class Document(unittest.TestCase):
                     commands.add(words[1])
                     result = run(*words[1:], stderr=subprocess.STDOUT)
                     self.assertEqual(result.stdout.decode(), expected)
-        self.assertEqual({"planes", "tree", "show", "find", "paths", "driver", "module"}, commands)
+        self.assertEqual({"planes", "tree", "show", "find", "paths", "driver", "module", "check"},
+                         commands)
+        listed = run("check", "--list", "--format", "ndjson").stdout
+        page = run_command(["python3", ROOT / "tools/lib/checks.py"], input=listed).stdout
+        self.assertEqual((ROOT / "docs/checks.md").read_bytes(), page)
 
 
 @unittest.skipUnless(jsonschema, "python3-jsonschema is not installed")
@@ -52,6 +56,8 @@ class Json(unittest.TestCase):
         "count": [["find", "e", "--count"]],
         "paths": [["paths", "sda1", "bond0", "DxDriver"]],
         "driven": [["driver", "usb"], ["module", "usbcore"]],
+        "finding": [["check"]],
+        "check": [["check", "--list"]],
     }
 
     @classmethod
@@ -187,6 +193,18 @@ class ExitCodes(unittest.TestCase):
                 self.assertIn(message, error)
                 if message:
                     self.assertEqual(result.stdout, b"")
+
+    def test_check_says_what_it_found_and_whether_it_could_look(self):
+        warned = run("check", "--nagios")
+        self.assertEqual(warned.returncode, 1)
+        self.assertEqual(warned.stdout, b"VANDREL WARNING - 0 errors, 1 warnings, 0 notes: Device "
+                         b"waits for another one | errors=0;;1;0 warnings=1;1;;0 notes=0;;;0\n")
+        self.assertEqual(run("check", "--skip", "probe-deferred").returncode, 0)
+        self.assertEqual(run("check", "--severity", "error").stdout, b"")
+        self.assertEqual(run("check", "/nowhere.vandrel").returncode, 3)
+        wrong = run("check", "--only", "probe-defered")
+        self.assertEqual(wrong.returncode, WRONG_USAGE)
+        self.assertIn(b"--only is one of pci-link-slow,", wrong.stderr)
 
     def test_failed_output(self):
         with tempfile.TemporaryDirectory() as folder:
