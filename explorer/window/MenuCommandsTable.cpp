@@ -231,6 +231,8 @@ constexpr MenuCommand commands[] = {
      asks<&Window::docks, &WindowDocks::showsLog>},
     {"togglePlotsAction", runIn<&Window::docks, &WindowDocks::togglePlots>, isLive, fixed,
      asks<&Window::docks, &WindowDocks::showsPlots>},
+    {"toggleFindingsAction", runIn<&Window::docks, &WindowDocks::toggleFindings>, always, fixed,
+     asks<&Window::docks, &WindowDocks::showsFindings>},
 };
 } // namespace
 

@@ -7,6 +7,7 @@
 #include "explorer/ExplorerBookmarks.h"
 #include "explorer/comparison/ComparisonDocument.h"
 #include "explorer/export/ExportCommands.h"
+#include "explorer/findings/DocumentFindings.h"
 #include "explorer/selection/EntryChooser.h"
 #include "explorer/selection/HistoryButtons.h"
 #include "explorer/selection/PathsPopUp.h"
@@ -77,6 +78,7 @@ TavWindowController::TavWindowController(TavDocument &document)
     , comparisonDocument_(dynamic_cast<ComparisonDocument *>(&document))
     , dataStore_(document.dataStore())
     , activity_(DocumentActivity::of(document))
+    , findings_(DocumentFindings::of(document))
     , showNumPaths_(PreferencesStore::standard().flag(PreferenceKeys::showNumPaths))
     , rows_(std::make_unique<RowPreferences>())
     , values_(std::make_unique<ValuePreferences>())
@@ -120,7 +122,7 @@ void TavWindowController::makeParts()
     entryCommands_ = std::make_unique<EntryCommands>(window, *selection_, *properties_);
     exporter_ =
         std::make_unique<ExportCommands>(window, dataStore_, *selection_, finder_->session());
-    docks_ = std::make_unique<WindowDocks>(window, activity_, dataStore_);
+    docks_ = std::make_unique<WindowDocks>(window, activity_, findings_, dataStore_);
     menuCommands_ = std::make_unique<MenuCommands>(*this);
 }
 
@@ -196,6 +198,19 @@ void TavWindowController::connectParts()
     connect(sheets_.get(), &WindowSheets::performed, commands, &MenuCommands::validate);
     connect(docks_.get(), &WindowDocks::visibilityChanged, commands, &MenuCommands::validate);
     connect(docks_.get(), &WindowDocks::entryChosen, this, &TavWindowController::goToEntryOfLog);
+    connect(docks_.get(), &WindowDocks::propertyChosen, this,
+            [this](quint64 tag, const QString &keyPath) {
+                goToEntryOfLog(tag);
+                properties_->goToAttribute(keyPath);
+            });
+    connect(status_.get(), &WindowStatus::findingsRequested, docks_.get(),
+            &WindowDocks::toggleFindings);
+    const auto showFindings = [this] {
+        status_->showFindings(findings_.count(Severity::Error), findings_.count(Severity::Warning),
+                              findings_.count(Severity::Note));
+    };
+    connect(&findings_, &DocumentFindings::changed, this, showFindings);
+    showFindings();
 
     auto *const buttons = new HistoryButtons(*window_);
     connect(buttons, &HistoryButtons::backPressed, this, &TavWindowController::goBack);

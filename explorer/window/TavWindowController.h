@@ -13,6 +13,7 @@ class ComparisonBar;
 class DocumentActivity;
 class ComparisonDocument;
 class ComparisonExport;
+class DocumentFindings;
 class EntryCommands;
 class EntryFacts;
 class ExportCommands;
@@ -177,6 +178,7 @@ private:
     ComparisonDocument *const comparisonDocument_; // null: the document is a registry
     std::shared_ptr<TavDataStore> dataStore_;
     DocumentActivity &activity_;
+    DocumentFindings &findings_;
     bool showTerminatedObjects_ = true;
     bool showNumPaths_ = false;
     bool isPainted_ = false; // the window, once

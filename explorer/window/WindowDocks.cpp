@@ -2,6 +2,7 @@
 #include "explorer/window/WindowDocks.h"
 
 #include "activity/DocumentActivity.h"
+#include "explorer/findings/FindingsDock.h"
 #include "explorer/log/EventLogDock.h"
 #include "explorer/plots/PlotsDock.h"
 #include "store/TavDataStore.h"
@@ -13,9 +14,10 @@ constexpr int firstHeight = 220; // pixels
 } // namespace
 
 WindowDocks::WindowDocks(QMainWindow &window, DocumentActivity &activity,
-                         std::shared_ptr<TavDataStore> store)
+                         DocumentFindings &findings, std::shared_ptr<TavDataStore> store)
     : window_(window)
     , activity_(activity)
+    , documentFindings_(findings)
     , store_(std::move(store))
 {}
 
@@ -37,7 +39,7 @@ void WindowDocks::toggleLog()
         log_ = new EventLogDock(activity_.log(), store_, &window_);
         log_->setPaused(store_->isPaused());
         connect(log_, &EventLogDock::entryChosen, this, &WindowDocks::entryChosen);
-        add(*log_, plots_);
+        add(*log_);
     }
     bringUp(*log_);
 }
@@ -56,19 +58,41 @@ void WindowDocks::showPlots()
         plots_ = new PlotsDock(activity_.plots(), &window_);
         plots_->setPaused(store_->isPaused());
         connect(plots_, &PlotsDock::entryChosen, this, &WindowDocks::entryChosen);
-        add(*plots_, log_);
+        add(*plots_);
     }
     bringUp(*plots_);
 }
 
-// Not below the other one's tab.
+bool WindowDocks::showsFindings() const
+{
+    return isSeen(findings_);
+}
+
+void WindowDocks::toggleFindings()
+{
+    if (showsFindings())
+        return findings_->hide();
+    if (!findings_) {
+        findings_ = new FindingsDock(documentFindings_, store_, &window_);
+        connect(findings_, &FindingsDock::entryChosen, this, &WindowDocks::entryChosen);
+        connect(findings_, &FindingsDock::propertyChosen, this, &WindowDocks::propertyChosen);
+        add(*findings_);
+    }
+    bringUp(*findings_);
+}
+
+// Not below another one's tab.
 bool WindowDocks::isSeen(const QDockWidget *dock) const
 {
     return dock && !dock->isHidden() && !covered_.contains(dock);
 }
 
-void WindowDocks::add(QDockWidget &dock, QDockWidget *other)
+// As a tab beside the first of the others.
+void WindowDocks::add(QDockWidget &dock)
 {
+    QDockWidget *const all[] = {log_, plots_, findings_};
+    const auto *const other = std::find_if(std::begin(all), std::end(all),
+                                           [&](auto *its) { return its && its != &dock; });
     connect(&dock, &QDockWidget::visibilityChanged, this, [this, &dock](bool isSeen) {
         if (isSeen || dock.isHidden())
             covered_.remove(&dock);
@@ -77,8 +101,8 @@ void WindowDocks::add(QDockWidget &dock, QDockWidget *other)
         Q_EMIT visibilityChanged();
     });
     window_.addDockWidget(Qt::BottomDockWidgetArea, &dock);
-    if (other)
-        window_.tabifyDockWidget(other, &dock);
+    if (other != std::end(all))
+        window_.tabifyDockWidget(*other, &dock);
     else
         window_.resizeDocks({&dock}, {firstHeight}, Qt::Vertical);
 }

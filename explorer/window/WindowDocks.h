@@ -6,19 +6,21 @@
 #include <memory>
 
 class DocumentActivity;
+class DocumentFindings;
 class EventLogDock;
+class FindingsDock;
 class PlotsDock;
 class QDockWidget;
 class QMainWindow;
 class TavDataStore;
 
-// The log and the plots at the bottom of a window, made when they are first shown.
+// The log, the plots and the findings at the bottom of a window, made when they are first shown.
 class WindowDocks : public QObject
 {
     Q_OBJECT
 public:
     // The window owns the docks.
-    WindowDocks(QMainWindow &window, DocumentActivity &activity,
+    WindowDocks(QMainWindow &window, DocumentActivity &activity, DocumentFindings &findings,
                 std::shared_ptr<TavDataStore> store);
 
     bool showsLog() const;
@@ -28,21 +30,26 @@ public:
     void togglePlots();
     void showPlots();
     PlotsDock *plots() const { return plots_; } // null: never shown
-    void updatePause();                         // the store may have been paused
+    bool showsFindings() const;
+    void toggleFindings();
+    void updatePause(); // the store may have been paused
 
 Q_SIGNALS:
     void entryChosen(quint64 tag);
+    void propertyChosen(quint64 tag, const QString &keyPath);
     void visibilityChanged();
 
 private:
     bool isSeen(const QDockWidget *dock) const;
-    void add(QDockWidget &dock, QDockWidget *other); // null: there is no other
+    void add(QDockWidget &dock);
     static void bringUp(QDockWidget &dock);
 
     QMainWindow &window_;
     DocumentActivity &activity_;
+    DocumentFindings &documentFindings_;
     std::shared_ptr<TavDataStore> store_;
     EventLogDock *log_ = nullptr;
     PlotsDock *plots_ = nullptr;
-    QSet<const QDockWidget *> covered_; // by the other one
+    FindingsDock *findings_ = nullptr;
+    QSet<const QDockWidget *> covered_; // by another one
 };

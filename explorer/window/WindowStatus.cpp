@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QStatusBar>
+#include <QToolButton>
 
 namespace {
 constexpr int messageMilliseconds = 10'000;
@@ -20,11 +21,20 @@ constexpr int messageMilliseconds = 10'000;
 WindowStatus::WindowStatus(QMainWindow &window)
     : window_(window)
     , incompleteBar_(new IncompleteBar)
+    , findingsButton_(new QToolButton)
     , systemStatusField1_(InterfaceLoader::outlet<QLabel>(window, "systemStatusField1"))
     , systemStatusField2_(InterfaceLoader::outlet<QLabel>(window, "systemStatusField2"))
     , systemStatusField3_(InterfaceLoader::outlet<QLabel>(window, "systemStatusField3"))
 {
     window.statusBar()->addWidget(InterfaceLoader::outlet<QWidget>(window, "statusFields"), 1);
+    findingsButton_->setObjectName(QStringLiteral("findingsButton"));
+    findingsButton_->setAutoRaise(true);
+    findingsButton_->setAccessibleName(tr("Findings"));
+    findingsButton_->setFocusPolicy(Qt::TabFocus);
+    findingsButton_->setToolTip(tr("Shows what looks wrong"));
+    findingsButton_->hide();
+    connect(findingsButton_, &QToolButton::clicked, this, &WindowStatus::findingsRequested);
+    window.statusBar()->addPermanentWidget(findingsButton_);
     static_cast<QBoxLayout *>(window.centralWidget()->layout())->insertWidget(1, incompleteBar_);
     connect(incompleteBar_, &IncompleteBar::tryAgainRequested, this,
             &WindowStatus::tryAgainRequested);
@@ -58,6 +68,20 @@ void WindowStatus::reportFollowingStopped(const QString &attribute)
     window_.statusBar()->showMessage(
         tr("“%1” did not answer and is no longer followed").arg(visibleText(attribute)),
         messageMilliseconds);
+}
+
+// Of the worst severity that there is.
+void WindowStatus::showFindings(std::size_t errors, std::size_t warnings, std::size_t notes)
+{
+    const QString text = errors == 1     ? tr("1 error")
+                         : errors > 1    ? tr("%1 errors").arg(errors)
+                         : warnings == 1 ? tr("1 warning")
+                         : warnings > 1  ? tr("%1 warnings").arg(warnings)
+                         : notes == 1    ? tr("1 note")
+                                         : tr("%1 notes").arg(notes);
+    findingsButton_->setText(text);
+    findingsButton_->setAccessibleName(tr("Findings: %1").arg(text));
+    findingsButton_->setVisible(errors + warnings + notes > 0);
 }
 
 void WindowStatus::reportPathFound(bool isAmbiguous)

@@ -6,6 +6,7 @@
 class IncompleteBar;
 class QLabel;
 class QMainWindow;
+class QToolButton;
 class TavDataStore;
 
 // The state of the registry that a window shows: the status bar, and the bar above the views where
@@ -20,13 +21,16 @@ public:
     void reportPathNotFound(const QString &message); // for a while
     void reportFollowingStopped(const QString &attribute);
     void reportPathFound(bool isAmbiguous);
+    void showFindings(std::size_t errors, std::size_t warnings, std::size_t notes);
 
 Q_SIGNALS:
     void tryAgainRequested();
+    void findingsRequested();
 
 private:
     QMainWindow &window_;
     IncompleteBar *incompleteBar_;
+    QToolButton *findingsButton_;
     QLabel *systemStatusField1_;
     QLabel *systemStatusField2_;
     QLabel *systemStatusField3_;

@@ -7,6 +7,7 @@ QToolButton *barButton(const QString &text, const char *icon, const char *object
 {
     auto *const button = new QToolButton;
     button->setText(text);
+    button->setAccessibleName(text);
     button->setIcon(QIcon::fromTheme(QLatin1String(icon)));
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     button->setAutoRaise(true);
