@@ -55,6 +55,9 @@ void CheckRun::run(const Item &item, const CheckedRegistry &registry, Result &re
                 error.what());
         result.failed.append(item.description.id);
         return;
+    } catch (...) {
+        result.failed.append(item.description.id);
+        return;
     }
     std::move(found.begin(), found.end(), std::back_inserter(result.findings));
 }

@@ -8,6 +8,7 @@
 namespace {
 const QString servicePlane = QStringLiteral("DxService");
 const QString sysfs = QStringLiteral("/sys/");
+constexpr quint32 noNumber = ~quint32(0);
 
 QString lastPart(QStringView path)
 {
@@ -73,49 +74,62 @@ const CheckedEntry *CheckedEntry::linkTarget(QStringView path) const
 
 CheckedRegistry::CheckedRegistry(const TavDataStore &store)
 {
-    entries_.reserve(store.registryEntries().size());
-    kernelPaths_.reserve(static_cast<qsizetype>(store.registryEntries().size()));
-    linkParents(store);
-    for (const CheckedEntry &entry : entries_) {
-        subsystems_[entry.subsystem()].push_back(&entry);
-        if (!entry.kernelPath().isEmpty())
-            kernelPaths_.insert(entry.kernelPath(), &entry);
-    }
+    reserve(store.registryEntries().size());
+    for (const EntryRef &entry : store.registryEntries())
+        add(*entry);
+    finish();
 }
 
 void CheckedRegistry::add(const TavRegistryEntry &entry)
 {
-    CheckedEntry checked;
+    if (entry.registryState() == RegistryStateTerminated || entry.hasTerminationDate())
+        return;
+    CheckedEntry &checked = entries_.emplace_back();
     checked.registry_ = this;
     checked.tag_ = entry.entryTag();
-    checked.kernelPath_ = entry.kernelPath();
     checked.inheritance_ = entry.inheritance();
     checked.table_ = entry.table();
-    const QString subsystem = checked.linkName(u"subsystem");
-    checked.subsystem_ = subsystem.isEmpty() ? entry.DxcoreClass() : subsystem;
-    entries_.push_back(std::move(checked));
+    compactPaths_.push_back(entry.facts().kernelPath);
+    const auto &parents = entry.parentsInPlane(servicePlane);
+    numbers_.push_back(entry.number());
+    parentNumbers_.push_back(parents.empty() ? noNumber : parents.front()->number());
 }
 
-void CheckedRegistry::linkParents(const TavDataStore &store)
+void CheckedRegistry::finish()
 {
-    QHash<const TavRegistryEntry *, int> places;
-    places.reserve(static_cast<qsizetype>(store.registryEntries().size()));
-    for (const EntryRef &entry : store.registryEntries()) {
-        if (entry->registryState() == RegistryStateTerminated || entry->hasTerminationDate())
-            continue;
-        places.insert(entry.get(), static_cast<int>(entries_.size()));
-        add(*entry);
+    linkParents();
+    kernelPaths_.reserve(static_cast<qsizetype>(entries_.size()));
+    for (std::size_t place = 0; place < entries_.size(); ++place) {
+        CheckedEntry &entry = entries_[place];
+        entry.kernelPath_ = compactPaths_[place].toOwner();
+        const QString subsystem = entry.linkName(u"subsystem");
+        entry.subsystem_ = subsystem.isEmpty() ? entry.inheritance_.value(0) : subsystem;
+        subsystems_[entry.subsystem_].push_back(&entry);
+        if (!entry.kernelPath_.isEmpty())
+            kernelPaths_.insert(entry.kernelPath_, &entry);
     }
-    for (auto it = places.cbegin(); it != places.cend(); ++it) {
-        const auto &parents = it.key()->parentsInPlane(servicePlane);
-        const int parent = parents.empty() ? -1 : places.value(parents.front(), -1);
+    compactPaths_ = {};
+}
+
+void CheckedRegistry::linkParents()
+{
+    std::vector<int> places; // by number
+    for (std::size_t place = 0; place < numbers_.size(); ++place) {
+        if (numbers_[place] >= places.size())
+            places.resize(numbers_[place] + std::size_t(1), -1);
+        places[numbers_[place]] = static_cast<int>(place);
+    }
+    for (std::size_t place = 0; place < entries_.size(); ++place) {
+        const quint32 number = parentNumbers_[place];
+        const int parent = number < places.size() ? places[number] : -1;
         if (parent < 0)
             continue;
-        CheckedEntry &child = entries_[static_cast<std::size_t>(it.value())];
+        entries_[place].parent_ = parent;
         CheckedEntry &above = entries_[static_cast<std::size_t>(parent)];
-        child.parent_ = parent;
-        child.nextSibling_ = std::exchange(above.firstChild_, it.value());
+        entries_[place].nextSibling_ = std::exchange(above.firstChild_, static_cast<int>(place));
     }
+    numbers_ = {};
+    parentNumbers_ = {};
 }
 
 const std::vector<const CheckedEntry *> &CheckedRegistry::ofSubsystem(const QString &name) const

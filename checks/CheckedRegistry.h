@@ -54,13 +54,19 @@ private:
     int nextSibling_ = -1;
 };
 
-// The entries of a store at one moment, without those that have gone.
+// The entries of a store at one moment, without those that have gone. Made in steps: what entries
+// hold is taken in slices on the main thread, and put in order by finish, on any thread.
 class CheckedRegistry
 {
 public:
-    explicit CheckedRegistry(const TavDataStore &store); // main thread only
+    CheckedRegistry() = default;
+    explicit CheckedRegistry(const TavDataStore &store); // as a whole
     CheckedRegistry(const CheckedRegistry &) = delete;
     CheckedRegistry &operator=(const CheckedRegistry &) = delete;
+
+    void reserve(std::size_t count) { entries_.reserve(count); }
+    void add(const TavRegistryEntry &entry); // main thread only
+    void finish();                           // when all are added
 
     const std::vector<CheckedEntry> &entries() const { return entries_; }
     const std::vector<const CheckedEntry *> &ofSubsystem(const QString &name) const;
@@ -69,10 +75,12 @@ public:
 private:
     friend class CheckedEntry;
 
-    void add(const TavRegistryEntry &entry);
-    void linkParents(const TavDataStore &store);
+    void linkParents();
 
     std::vector<CheckedEntry> entries_;
+    std::vector<CompactString> compactPaths_; // until finish
+    std::vector<quint32> numbers_;            // of the entries in their store, until finish
+    std::vector<quint32> parentNumbers_;      // likewise; of the parents
     QHash<QString, std::vector<const CheckedEntry *>> subsystems_;
     QHash<QString, const CheckedEntry *> kernelPaths_;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "checks/CheckRun.h"
+#include "model/TavRegistryEntry.h"
 #include "platform/runloop/NotificationCenter.h"
 
 #include <QFutureWatcher>
@@ -11,7 +12,7 @@ class TavDataStore;
 class TavDocument;
 
 // What looks wrong in a document's registry, for all its windows. Checked on another thread after
-// each update.
+// each update; what is checked is taken in slices that hold up nothing.
 class DocumentFindings : public QObject
 {
     Q_OBJECT
@@ -29,13 +30,18 @@ Q_SIGNALS:
 private:
     explicit DocumentFindings(TavDocument &document);
 
-    void check();
+    void begin();
+    void addSome();
     void take();
 
     std::shared_ptr<TavDataStore> store_;
     CheckRun::Result result_;
     QFutureWatcher<CheckRun::Result> watcher_;
-    bool isOutdated_ = false; // what is being checked
+    std::vector<EntryRef> entries_; // to be added
+    std::size_t added_ = 0;
+    std::shared_ptr<CheckedRegistry> registry_; // null: nothing is to be added
+    bool isOutdated_ = false;                   // what is being checked
     QTimer soon_;
+    QTimer nextSlice_;
     std::vector<NotificationCenter::Observation> observations_;
 };
