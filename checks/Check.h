@@ -13,6 +13,7 @@ struct CheckDescription
     QString id; // stable, such as "pci-link-slow"
     Severity severity = Severity::Warning;
     QStringList subsystems;      // of the entries that it looks at; empty: all
+    QString key = {};            // that these have at the top; null: any
     QString title;               // "PCI Express link is slower than it could be"
     QString explanation;         // what was seen means
     QString nextStep;            // what to do

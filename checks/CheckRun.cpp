@@ -5,6 +5,7 @@
 #include "store/StoreLogging.h"
 
 #include <algorithm>
+#include <array>
 
 std::size_t CheckRun::Result::count(Severity severity) const
 {
@@ -25,14 +26,42 @@ CheckRun::CheckRun(QStringList only, QStringList skipped)
 CheckRun::Result CheckRun::over(const CheckedRegistry &registry) const
 {
     Result result;
+    const EntriesByKey withKeys = entriesWithKeys(registry);
     for (const Item &item : items_)
-        run(item, registry, result);
+        run(item, registry, withKeys, result);
     std::stable_sort(result.findings.begin(), result.findings.end(),
                      [](const Finding &a, const Finding &b) { return a.severity > b.severity; });
     return result;
 }
 
-void CheckRun::run(const Item &item, const CheckedRegistry &registry, Result &result)
+// In one pass, as most members are of no interest to any check.
+CheckRun::EntriesByKey CheckRun::entriesWithKeys(const CheckedRegistry &registry) const
+{
+    constexpr qsizetype maxSize = 64;
+    std::array<bool, maxSize> sizes{};
+    EntriesByKey entries;
+    for (const Item &item : items_) {
+        const QString &key = item.description.key;
+        if (key.isNull() || key.size() >= maxSize)
+            continue;
+        sizes[static_cast<std::size_t>(key.size())] = true;
+        entries.insert(key, {});
+    }
+    for (const CheckedEntry &entry : registry.entries()) {
+        for (const auto &member : entry.table().members()) {
+            const auto size = static_cast<qsizetype>(member.key.size());
+            if (size >= maxSize || !sizes[static_cast<std::size_t>(size)])
+                continue;
+            const auto found = entries.find(member.key.toOwner());
+            if (found != entries.end())
+                found->push_back(&entry);
+        }
+    }
+    return entries;
+}
+
+void CheckRun::run(const Item &item, const CheckedRegistry &registry, const EntriesByKey &withKeys,
+                   Result &result)
 {
     std::vector<Finding> found;
     const auto look = [&](const CheckedEntry &entry) {
@@ -46,7 +75,11 @@ void CheckRun::run(const Item &item, const CheckedRegistry &registry, Result &re
             for (const CheckedEntry *const entry : registry.ofSubsystem(subsystem))
                 look(*entry);
         }
-        if (item.description.subsystems.isEmpty()) {
+        if (const auto having = withKeys.constFind(item.description.key);
+            having != withKeys.constEnd()) {
+            for (const CheckedEntry *const entry : *having)
+                look(*entry);
+        } else if (item.description.subsystems.isEmpty()) {
             for (const CheckedEntry &entry : registry.entries())
                 look(entry);
         }

@@ -26,7 +26,10 @@ private:
         CheckDescription description;
         const Check *check;
     };
-    static void run(const Item &item, const CheckedRegistry &registry, Result &result);
+    using EntriesByKey = QHash<QString, std::vector<const CheckedEntry *>>;
+    static void run(const Item &item, const CheckedRegistry &registry, const EntriesByKey &withKeys,
+                    Result &result);
+    EntriesByKey entriesWithKeys(const CheckedRegistry &registry) const;
 
     std::vector<Item> items_;
 };

@@ -16,6 +16,11 @@ QString lastPart(QStringView path)
 }
 } // namespace
 
+QString CheckedEntry::kernelName() const
+{
+    return lastPart(kernelPath());
+}
+
 const CheckedEntry *CheckedEntry::parent() const
 {
     return parent_ < 0 ? nullptr : &registry_->entries_[static_cast<std::size_t>(parent_)];
@@ -89,7 +94,7 @@ void CheckedRegistry::add(const TavRegistryEntry &entry)
     checked.tag_ = entry.entryTag();
     checked.inheritance_ = entry.inheritance();
     checked.table_ = entry.table();
-    compactPaths_.push_back(entry.facts().kernelPath);
+    checked.kernelPath_ = entry.facts().kernelPath;
     const auto &parents = entry.parentsInPlane(servicePlane);
     numbers_.push_back(entry.number());
     parentNumbers_.push_back(parents.empty() ? noNumber : parents.front()->number());
@@ -98,17 +103,15 @@ void CheckedRegistry::add(const TavRegistryEntry &entry)
 void CheckedRegistry::finish()
 {
     linkParents();
-    kernelPaths_.reserve(static_cast<qsizetype>(entries_.size()));
-    for (std::size_t place = 0; place < entries_.size(); ++place) {
-        CheckedEntry &entry = entries_[place];
-        entry.kernelPath_ = compactPaths_[place].toOwner();
-        const QString subsystem = entry.linkName(u"subsystem");
-        entry.subsystem_ = subsystem.isEmpty() ? entry.inheritance_.value(0) : subsystem;
+    QHash<QStringView, QString> names; // by the link's text, which few entries have alone
+    for (CheckedEntry &entry : entries_) {
+        const QStringView link = entry.value(u"subsystem").stringView();
+        QString &name = names[link];
+        if (!link.isEmpty() && name.isNull())
+            name = lastPart(link);
+        entry.subsystem_ = link.isEmpty() ? entry.inheritance_.value(0) : name;
         subsystems_[entry.subsystem_].push_back(&entry);
-        if (!entry.kernelPath_.isEmpty())
-            kernelPaths_.insert(entry.kernelPath_, &entry);
     }
-    compactPaths_ = {};
 }
 
 void CheckedRegistry::linkParents()
@@ -141,5 +144,9 @@ const std::vector<const CheckedEntry *> &CheckedRegistry::ofSubsystem(const QStr
 
 const CheckedEntry *CheckedRegistry::atLink(const QString &target) const
 {
+    std::call_once(hasKernelPaths_, [this] {
+        for (const CheckedEntry &entry : entries_)
+            kernelPaths_.insert(entry.kernelPath(), &entry);
+    });
     return target.isEmpty() ? nullptr : kernelPaths_.value(sysfs + target);
 }

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QStringList>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -21,8 +22,8 @@ public:
     quint64 tag() const { return tag_; }
     // The last part of its subsystem, such as "net"; of an entry without one, its class.
     const QString &subsystem() const { return subsystem_; }
-    const QString &kernelPath() const { return kernelPath_; } // "/sys/devices/…"; empty: none
-    QString kernelName() const { return kernelPath_.mid(kernelPath_.lastIndexOf(u'/') + 1); }
+    QString kernelPath() const { return kernelPath_.toOwner(); } // "/sys/devices/…"; empty: none
+    QString kernelName() const;
     const QStringList &inheritance() const { return inheritance_; }
     const RegistryValue &table() const { return table_; }
     QString driver() const { return linkName(u"driver"); } // empty: none is bound
@@ -46,7 +47,7 @@ private:
     const CheckedRegistry *registry_ = nullptr;
     quint64 tag_ = 0;
     QString subsystem_;
-    QString kernelPath_;
+    CompactString kernelPath_;
     QStringList inheritance_;
     RegistryValue table_;
     int parent_ = -1; // places in the registry; -1: none
@@ -78,9 +79,9 @@ private:
     void linkParents();
 
     std::vector<CheckedEntry> entries_;
-    std::vector<CompactString> compactPaths_; // until finish
-    std::vector<quint32> numbers_;            // of the entries in their store, until finish
-    std::vector<quint32> parentNumbers_;      // likewise; of the parents
+    std::vector<quint32> numbers_;       // of the entries in their store, until finish
+    std::vector<quint32> parentNumbers_; // likewise; of the parents
     QHash<QString, std::vector<const CheckedEntry *>> subsystems_;
-    QHash<QString, const CheckedEntry *> kernelPaths_;
+    mutable std::once_flag hasKernelPaths_; // few checks follow links
+    mutable QHash<QString, const CheckedEntry *> kernelPaths_;
 };

@@ -11,6 +11,7 @@ public:
         return {.id = QStringLiteral("no-answer"),
                 .severity = Severity::Warning,
                 .subsystems = {},
+                .key = QStringLiteral("DxUnreadAttributes"),
                 .title = tr("Device did not answer"),
                 .explanation =
                     tr("Reading an attribute of the device took so long that it was given "

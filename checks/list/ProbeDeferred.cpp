@@ -11,6 +11,7 @@ public:
         return {.id = QStringLiteral("probe-deferred"),
                 .severity = Severity::Warning,
                 .subsystems = {},
+                .key = QStringLiteral("waiting_for_supplier"),
                 .title = tr("Device waits for another one"),
                 .explanation = tr("The driver cannot start, because a device that it needs is not "
                                   "ready."),

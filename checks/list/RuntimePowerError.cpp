@@ -11,6 +11,7 @@ public:
         return {.id = QStringLiteral("runtime-power-error"),
                 .severity = Severity::Warning,
                 .subsystems = {},
+                .key = QStringLiteral("power"),
                 .title = tr("Power management of a device failed"),
                 .explanation = tr("The driver could not put the device to sleep or wake it up. It "
                                   "stays as it is, and may draw more power or not work."),
