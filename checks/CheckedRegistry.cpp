@@ -85,7 +85,7 @@ CheckedRegistry::CheckedRegistry(const TavDataStore &store)
     finish();
 }
 
-void CheckedRegistry::add(const TavRegistryEntry &entry)
+void CheckedRegistry::add(const TavRegistryEntry &entry, const RegistryValue &table)
 {
     if (entry.registryState() == RegistryStateTerminated || entry.hasTerminationDate())
         return;
@@ -93,7 +93,7 @@ void CheckedRegistry::add(const TavRegistryEntry &entry)
     checked.registry_ = this;
     checked.tag_ = entry.entryTag();
     checked.inheritance_ = entry.inheritance();
-    checked.table_ = entry.table();
+    checked.table_ = table.isNone() ? entry.table() : table;
     checked.kernelPath_ = entry.facts().kernelPath;
     const auto &parents = entry.parentsInPlane(servicePlane);
     numbers_.push_back(entry.number());

@@ -66,8 +66,9 @@ public:
     CheckedRegistry &operator=(const CheckedRegistry &) = delete;
 
     void reserve(std::size_t count) { entries_.reserve(count); }
-    void add(const TavRegistryEntry &entry); // main thread only
-    void finish();                           // when all are added
+    // Main thread only. Without a table, with that of the entry.
+    void add(const TavRegistryEntry &entry, const RegistryValue &table = {});
+    void finish(); // when all are added
 
     const std::vector<CheckedEntry> &entries() const { return entries_; }
     const std::vector<const CheckedEntry *> &ofSubsystem(const QString &name) const;

@@ -5,8 +5,11 @@
 #include "cli/CommandInput.h"
 #include "cli/CommandOutput.h"
 #include "cli/EntrySummary.h"
+#include "cli/ObjectSampling.h"
 #include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
+
+#include <QSet>
 
 using namespace RegistryNames;
 
@@ -33,6 +36,20 @@ TextRole roleOf(Severity severity)
     default:
         return TextRole::Detail;
     }
+}
+
+const QSet<QString> &measuredSubsystems()
+{
+    static const QSet<QString> subsystems = [] {
+        QSet<QString> found;
+        for (const auto &check : CheckList::all()) {
+            const CheckDescription its = check->description();
+            if (its.needsMeasuring)
+                found.unite(QSet<QString>(its.subsystems.begin(), its.subsystems.end()));
+        }
+        return found;
+    }();
+    return subsystems;
 }
 
 QStringList allIds()
@@ -64,6 +81,10 @@ CommandDescription CheckCommand::description() const
                      ArgumentKind::Choices, allIds()},
                     {QStringLiteral("skip"), QStringLiteral("ID,…"), tr("Leave these checks out."),
                      ArgumentKind::Choices, allIds()},
+                    {QStringLiteral("measure"),
+                     {},
+                     tr("Also read the values of sensors, fans and batteries, which can take "
+                        "seconds.")},
                     {QStringLiteral("nagios"),
                      {},
                      tr("Print one line with performance data, as plug-ins of monitoring programs "
@@ -106,7 +127,34 @@ CheckRun::Result CheckCommand::look(const CommandInput &input, RegistrySource &s
     } catch (const CommandError &error) {
         throw CommandError{error.message, ExitCode::CouldNotLook};
     }
-    return checks.over(CheckedRegistry(*store_));
+    const bool measures = input.isSet("measure");
+    if (measures && source.isSnapshot())
+        throw CommandError{tr("Nothing can be measured in a snapshot."), ExitCode::CouldNotLook};
+    CheckedRegistry registry;
+    for (const EntryRef &entry : store_->registryEntries())
+        registry.add(*entry, measures ? measured(*entry, source.service()) : RegistryValue());
+    registry.finish();
+    return checks.over(registry);
+}
+
+// The table of an entry that is measured with what is otherwise read only on request; none: of
+// another entry.
+RegistryValue CheckCommand::measured(const TavRegistryEntry &entry, RegistryService &service)
+{
+    const RegistryValue &table = entry.table();
+    const QString link = table.member(u"subsystem").toString();
+    if (!measuredSubsystems().contains(link.mid(link.lastIndexOf(u'/') + 1)) ||
+        entry.kernelPath().isEmpty())
+        return {};
+    ObjectSample::Request request{.kernelPath = entry.kernelPath()};
+    for (const auto &member : table.member(u"DxUnreadAttributes").members())
+        request.onRequest.append(member.key.toOwner());
+    RegistryValue::Members members(table.members().begin(), table.members().end());
+    for (auto &member : sampleNow(service, request).members) {
+        if (table.member(QStringView(member.key.data(), member.key.size())).isNone())
+            members.push_back(std::move(member));
+    }
+    return RegistryValue::dictionary(std::move(members));
 }
 
 QStringList CheckCommand::checkIds(const CommandInput &input, const char *option)

@@ -202,6 +202,19 @@ class ExitCodes(unittest.TestCase):
         self.assertEqual(run("check", "--skip", "probe-deferred").returncode, 0)
         self.assertEqual(run("check", "--severity", "error").stdout, b"")
         self.assertEqual(run("check", "/nowhere.vandrel").returncode, 3)
+        with tempfile.TemporaryDirectory() as folder:
+            tree = Path(folder) / "sys"
+            shutil.copytree(SYNTHETIC, tree, symlinks=True)
+            sensor = tree / "devices/platform/pump-a/hwmon/hwmon9"
+            sensor.mkdir(parents=True)
+            (tree / "class/hwmon").mkdir(exist_ok=True)
+            (tree / "class/hwmon/hwmon9").symlink_to(sensor)
+            (sensor / "subsystem").symlink_to("../../../../../class/hwmon")
+            for name, text in (("uevent", ""), ("fan1_input", "0\n"), ("fan1_target", "900\n")):
+                (sensor / name).write_text(text, encoding="ascii")
+            stopped = ["check", "--only", "fan-stopped"]
+            self.assertEqual(run(*stopped, tree=tree).returncode, 0)
+            self.assertEqual(run(*stopped, "--measure", tree=tree).returncode, 1)
         wrong = run("check", "--only", "probe-defered")
         self.assertEqual(wrong.returncode, WRONG_USAGE)
         self.assertIn(b"--only is one of pci-link-slow,", wrong.stderr)
