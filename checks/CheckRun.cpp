@@ -2,7 +2,7 @@
 #include "checks/CheckRun.h"
 
 #include "checks/CheckList.h"
-#include "store/StoreLogging.h"
+#include "checks/ChecksLogging.h"
 
 #include <algorithm>
 #include <array>
@@ -84,7 +84,7 @@ void CheckRun::run(const Item &item, const CheckedRegistry &registry, const Entr
                 look(entry);
         }
     } catch (const std::exception &error) {
-        qCDebug(storeLog, "The check %s gave up: %s", qUtf8Printable(item.description.id),
+        qCDebug(checksLog, "The check %s gave up: %s", qUtf8Printable(item.description.id),
                 error.what());
         result.failed.append(item.description.id);
         return;

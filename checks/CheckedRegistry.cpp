@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "checks/CheckedRegistry.h"
 
+#include "checks/ChecksLogging.h"
 #include "store/TavDataStore.h"
 
 #include <QRegularExpression>
@@ -53,18 +54,31 @@ QString CheckedEntry::text(QStringView path) const
 std::optional<qint64> CheckedEntry::number(QStringView path) const
 {
     const RegistryValue &its = value(path);
-    if (its.type() != RegistryValue::Type::Number)
+    if (its.type() != RegistryValue::Type::Number) {
+        if (!its.isNone())
+            noteUnknownForm(path);
         return std::nullopt;
+    }
     return its.isSignedNumber() ? its.signedNumber() : static_cast<qint64>(its.numberBits());
 }
 
 std::optional<double> CheckedEntry::leadingNumber(QStringView path) const
 {
-    if (const auto whole = number(path))
-        return static_cast<double>(*whole);
+    if (value(path).type() == RegistryValue::Type::Number)
+        return static_cast<double>(number(path).value_or(0));
     static const QRegularExpression pattern(QStringLiteral("^\\s*(\\d+(\\.\\d+)?)(\\s|$)"));
     const auto match = pattern.match(text(path));
-    return match.hasMatch() ? std::optional(match.captured(1).toDouble()) : std::nullopt;
+    if (match.hasMatch())
+        return match.captured(1).toDouble();
+    if (has(path))
+        noteUnknownForm(path);
+    return std::nullopt;
+}
+
+void CheckedEntry::noteUnknownForm(QStringView path) const
+{
+    qCDebug(checksLog, "%s is no number: %s", qUtf8Printable(path.toString()),
+            qUtf8Printable(kernelPath()));
 }
 
 QString CheckedEntry::linkName(QStringView path) const

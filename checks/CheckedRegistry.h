@@ -43,6 +43,7 @@ public:
 
 private:
     friend class CheckedRegistry;
+    void noteUnknownForm(QStringView path) const;
 
     const CheckedRegistry *registry_ = nullptr;
     quint64 tag_ = 0;

@@ -4,6 +4,7 @@
 #include "activity/EventLog.h"
 #include "store/filter/FilterExpression.h"
 
+#include <QDateTime>
 #include <QHash>
 #include <memory>
 #include <optional>
