@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "activity/ValueFollower.h"
 
-#include "activity/UpdatedTable.h"
 #include "activity/ValuePath.h"
+#include "model/UpdatedTable.h"
 #include "store/TavDataStore.h"
 
 #include <QPointer>

@@ -19,6 +19,8 @@ struct CheckDescription
     QString nextStep;            // what to do
     QStringList reading = {};    // kernel documents by name
     bool needsMeasuring = false; // rests on values that are only read on request
+    QStringList counters = {};   // attributes that are then read twice
+    bool looksAround = false;    // at other entries, too
 };
 
 // Looks for one kind of fault. Has no state: any thread may use it. Gives no finding for an

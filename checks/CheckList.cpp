@@ -11,6 +11,7 @@
     CHECK(UsbOverCurrent)                                                                          \
     CHECK(ScsiState)                                                                               \
     CHECK(ScsiTimeouts)                                                                            \
+    CHECK(ScsiErrors)                                                                              \
     CHECK(BlockReadOnly)                                                                           \
     CHECK(NvmeNotLive)                                                                             \
     CHECK(RaidDegraded)                                                                            \
@@ -18,6 +19,7 @@
     CHECK(NetNoCarrier)                                                                            \
     CHECK(NetHalfDuplex)                                                                           \
     CHECK(NetMtuBelowUpper)                                                                        \
+    CHECK(NetErrorsRising)                                                                         \
     CHECK(BondMemberDown)                                                                          \
     CHECK(TemperatureHigh)                                                                         \
     CHECK(SensorAlarm)                                                                             \

@@ -25,13 +25,60 @@ CheckRun::CheckRun(QStringList only, QStringList skipped)
 
 CheckRun::Result CheckRun::over(const CheckedRegistry &registry) const
 {
+    return over(registry, {}, false);
+}
+
+CheckRun::Result CheckRun::over(const CheckedRegistry &registry, const Result &before) const
+{
+    return over(registry, before, true);
+}
+
+CheckRun::Result CheckRun::over(const CheckedRegistry &registry, const Result &before,
+                                bool isChangedOnly) const
+{
     Result result;
+    QHash<QString, std::vector<Finding>> lasting; // by check
+    if (isChangedOnly) {
+        const QSet<quint64> unchanged = unchangedEntriesOf(before, registry);
+        for (const Finding &finding : before.findings) {
+            if (unchanged.contains(finding.entryTag))
+                lasting[finding.check].push_back(finding);
+        }
+    }
     const EntriesByKey withKeys = entriesWithKeys(registry);
-    for (const Item &item : items_)
-        run(item, registry, withKeys, result);
+    for (const Item &item : items_) {
+        const QString &id = item.description.id;
+        const bool isLocal =
+            isChangedOnly && !item.description.looksAround && !before.failed.contains(id);
+        auto found = run(item, registry, withKeys, isLocal);
+        if (!found) {
+            result.failed.append(id);
+            continue;
+        }
+        if (isLocal)
+            found->insert(found->end(), lasting[id].begin(), lasting[id].end());
+        // The oldest entry first, whichever of them were looked at this time.
+        std::stable_sort(found->begin(), found->end(), [](const Finding &a, const Finding &b) {
+            return a.entryTag < b.entryTag;
+        });
+        std::move(found->begin(), found->end(), std::back_inserter(result.findings));
+    }
     std::stable_sort(result.findings.begin(), result.findings.end(),
                      [](const Finding &a, const Finding &b) { return a.severity > b.severity; });
     return result;
+}
+
+QSet<quint64> CheckRun::unchangedEntriesOf(const Result &result, const CheckedRegistry &registry)
+{
+    QSet<quint64> having;
+    for (const Finding &finding : result.findings)
+        having.insert(finding.entryTag);
+    QSet<quint64> unchanged;
+    for (const CheckedEntry &entry : registry.entries()) {
+        if (entry.isUnchanged() && having.contains(entry.tag()))
+            unchanged.insert(entry.tag());
+    }
+    return unchanged;
 }
 
 // In one pass, as most members are of no interest to any check.
@@ -60,11 +107,13 @@ CheckRun::EntriesByKey CheckRun::entriesWithKeys(const CheckedRegistry &registry
     return entries;
 }
 
-void CheckRun::run(const Item &item, const CheckedRegistry &registry, const EntriesByKey &withKeys,
-                   Result &result)
+std::optional<std::vector<Finding>> CheckRun::run(const Item &item, const CheckedRegistry &registry,
+                                                  const EntriesByKey &withKeys, bool isChangedOnly)
 {
     std::vector<Finding> found;
     const auto look = [&](const CheckedEntry &entry) {
+        if (isChangedOnly && entry.isUnchanged())
+            return;
         item.check->look(entry, [&](const Check::Observation &seen) {
             found.push_back({item.description.id, seen.severity.value_or(item.description.severity),
                              entry.tag(), seen.properties, seen.detail});
@@ -83,14 +132,12 @@ void CheckRun::run(const Item &item, const CheckedRegistry &registry, const Entr
             for (const CheckedEntry &entry : registry.entries())
                 look(entry);
         }
+        return found;
     } catch (const std::exception &error) {
         qCDebug(checksLog, "The check %s gave up: %s", qUtf8Printable(item.description.id),
                 error.what());
-        result.failed.append(item.description.id);
-        return;
     } catch (...) {
-        result.failed.append(item.description.id);
-        return;
+        qCDebug(checksLog, "The check %s gave up", qUtf8Printable(item.description.id));
     }
-    std::move(found.begin(), found.end(), std::back_inserter(result.findings));
+    return std::nullopt;
 }

@@ -3,6 +3,8 @@
 
 #include "checks/Check.h"
 
+#include <QSet>
+
 // All checks, or some, over a registry. Any thread.
 class CheckRun
 {
@@ -19,6 +21,8 @@ public:
     explicit CheckRun(QStringList only = {}, QStringList skipped = {});
 
     Result over(const CheckedRegistry &registry) const;
+    // The same, but takes what was found at entries that are unchanged from the result before.
+    Result over(const CheckedRegistry &registry, const Result &before) const;
 
 private:
     struct Item
@@ -27,8 +31,13 @@ private:
         const Check *check;
     };
     using EntriesByKey = QHash<QString, std::vector<const CheckedEntry *>>;
-    static void run(const Item &item, const CheckedRegistry &registry, const EntriesByKey &withKeys,
-                    Result &result);
+    Result over(const CheckedRegistry &registry, const Result &before, bool isChangedOnly) const;
+    static QSet<quint64> unchangedEntriesOf(const Result &result, const CheckedRegistry &registry);
+    // None: the check gave up.
+    static std::optional<std::vector<Finding>> run(const Item &item,
+                                                   const CheckedRegistry &registry,
+                                                   const EntriesByKey &withKeys,
+                                                   bool isChangedOnly);
     EntriesByKey entriesWithKeys(const CheckedRegistry &registry) const;
 
     std::vector<Item> items_;

@@ -62,6 +62,17 @@ std::optional<qint64> CheckedEntry::number(QStringView path) const
     return its.isSignedNumber() ? its.signedNumber() : static_cast<qint64>(its.numberBits());
 }
 
+std::optional<qint64> CheckedEntry::rise(QStringView path) const
+{
+    const RegistryValue *before = &earlier_;
+    for (const QStringView key : path.tokenize(u'/'))
+        before = &before->member(key);
+    const auto now = number(path);
+    if (!now || before->type() != RegistryValue::Type::Number)
+        return std::nullopt;
+    return *now - static_cast<qint64>(before->numberBits());
+}
+
 std::optional<double> CheckedEntry::leadingNumber(QStringView path) const
 {
     if (value(path).type() == RegistryValue::Type::Number)
@@ -99,7 +110,7 @@ CheckedRegistry::CheckedRegistry(const TavDataStore &store)
     finish();
 }
 
-void CheckedRegistry::add(const TavRegistryEntry &entry, const RegistryValue &table)
+void CheckedRegistry::add(const TavRegistryEntry &entry, const Measurement::Tables &measured)
 {
     if (entry.registryState() == RegistryStateTerminated || entry.hasTerminationDate())
         return;
@@ -107,16 +118,24 @@ void CheckedRegistry::add(const TavRegistryEntry &entry, const RegistryValue &ta
     checked.registry_ = this;
     checked.tag_ = entry.entryTag();
     checked.inheritance_ = entry.inheritance();
-    checked.table_ = table.isNone() ? entry.table() : table;
+    if (measured.base.isNone()) {
+        checked.table_ = entry.table();
+    } else {
+        Measurement::Tables tables = measured.over(entry.table());
+        checked.table_ = std::move(tables.now);
+        checked.earlier_ = std::move(tables.earlier);
+    }
     checked.kernelPath_ = entry.facts().kernelPath;
     const auto &parents = entry.parentsInPlane(servicePlane);
     numbers_.push_back(entry.number());
     parentNumbers_.push_back(parents.empty() ? noNumber : parents.front()->number());
 }
 
-void CheckedRegistry::finish()
+void CheckedRegistry::finish(const CheckedRegistry *before)
 {
     linkParents();
+    if (before)
+        noteUnchanged(*before);
     QHash<QStringView, QString> names; // by the link's text, which few entries have alone
     for (CheckedEntry &entry : entries_) {
         const QStringView link = entry.value(u"subsystem").stringView();
@@ -130,23 +149,37 @@ void CheckedRegistry::finish()
 
 void CheckedRegistry::linkParents()
 {
-    std::vector<int> places; // by number
     for (std::size_t place = 0; place < numbers_.size(); ++place) {
-        if (numbers_[place] >= places.size())
-            places.resize(numbers_[place] + std::size_t(1), -1);
-        places[numbers_[place]] = static_cast<int>(place);
+        if (numbers_[place] >= places_.size())
+            places_.resize(numbers_[place] + std::size_t(1), -1);
+        places_[numbers_[place]] = static_cast<int>(place);
     }
     for (std::size_t place = 0; place < entries_.size(); ++place) {
         const quint32 number = parentNumbers_[place];
-        const int parent = number < places.size() ? places[number] : -1;
+        const int parent = number < places_.size() ? places_[number] : -1;
         if (parent < 0)
             continue;
         entries_[place].parent_ = parent;
         CheckedEntry &above = entries_[static_cast<std::size_t>(parent)];
         entries_[place].nextSibling_ = std::exchange(above.firstChild_, static_cast<int>(place));
     }
-    numbers_ = {};
     parentNumbers_ = {};
+}
+
+// By the identity of tables, so nothing is compared that was not read again.
+void CheckedRegistry::noteUnchanged(const CheckedRegistry &before)
+{
+    for (std::size_t place = 0; place < entries_.size(); ++place) {
+        const quint32 number = numbers_[place];
+        const int old = number < before.places_.size() ? before.places_[number] : -1;
+        if (old < 0)
+            continue;
+        CheckedEntry &entry = entries_[place];
+        const CheckedEntry &was = before.entries_[static_cast<std::size_t>(old)];
+        entry.isUnchanged_ = entry.tag_ == was.tag_ &&
+                             entry.table_.isSameCollectionAs(was.table_) &&
+                             entry.earlier_.isNone() && was.earlier_.isNone();
+    }
 }
 
 const std::vector<const CheckedEntry *> &CheckedRegistry::ofSubsystem(const QString &name) const

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "model/RegistryValue.h"
+#include "checks/Measurement.h"
 
 #include <QHash>
 #include <QStringList>
@@ -31,12 +31,14 @@ public:
     const CheckedEntry *parent() const; // in the service plane; null: none
     std::vector<const CheckedEntry *> children() const;
     const CheckedRegistry &registry() const { return *registry_; }
+    bool isUnchanged() const { return isUnchanged_; } // since the registry before
 
     // At a path of keys, such as u"power/runtime_status".
     const RegistryValue &value(QStringView path) const;
     bool has(QStringView path) const { return !value(path).isNone(); }
     QString text(QStringView path) const;                        // trimmed; empty: none, or no text
     std::optional<qint64> number(QStringView path) const;        // none: it is none
+    std::optional<qint64> rise(QStringView path) const;          // of a counter that was read twice
     std::optional<double> leadingNumber(QStringView path) const; // of "8.0 GT/s PCIe"
     QString linkName(QStringView path) const;                    // the last part of a link's target
     const CheckedEntry *linkTarget(QStringView path) const;      // null: none
@@ -51,6 +53,8 @@ private:
     CompactString kernelPath_;
     QStringList inheritance_;
     RegistryValue table_;
+    RegistryValue earlier_; // the table a moment before; none: it was read once
+    bool isUnchanged_ = false;
     int parent_ = -1; // places in the registry; -1: none
     int firstChild_ = -1;
     int nextSibling_ = -1;
@@ -67,9 +71,10 @@ public:
     CheckedRegistry &operator=(const CheckedRegistry &) = delete;
 
     void reserve(std::size_t count) { entries_.reserve(count); }
-    // Main thread only. Without a table, with that of the entry.
-    void add(const TavRegistryEntry &entry, const RegistryValue &table = {});
-    void finish(); // when all are added
+    // Main thread only. With the tables of the entry as they were measured, if it was.
+    void add(const TavRegistryEntry &entry, const Measurement::Tables &measured = {});
+    // When all are added. Notes which entries are as they were in a registry before; null: none.
+    void finish(const CheckedRegistry *before = nullptr);
 
     const std::vector<CheckedEntry> &entries() const { return entries_; }
     const std::vector<const CheckedEntry *> &ofSubsystem(const QString &name) const;
@@ -78,11 +83,15 @@ public:
 private:
     friend class CheckedEntry;
 
+    using Places = std::vector<int>; // of entries, by their numbers in their store; -1: none
+
     void linkParents();
+    void noteUnchanged(const CheckedRegistry &before);
 
     std::vector<CheckedEntry> entries_;
-    std::vector<quint32> numbers_;       // of the entries in their store, until finish
-    std::vector<quint32> parentNumbers_; // likewise; of the parents
+    std::vector<quint32> numbers_;       // of the entries in their store
+    std::vector<quint32> parentNumbers_; // likewise; of the parents, until finish
+    Places places_;
     QHash<QString, std::vector<const CheckedEntry *>> subsystems_;
     mutable std::once_flag hasKernelPaths_; // few checks follow links
     mutable QHash<QString, const CheckedEntry *> kernelPaths_;

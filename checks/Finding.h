@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QStringList>
+#include "model/Severity.h"
 
-enum class Severity : quint8 { Note, Warning, Error };
+#include <QStringList>
 
 // Something that looks wrong at an entry.
 struct Finding
@@ -13,4 +13,6 @@ struct Finding
     quint64 entryTag = 0;
     QStringList properties = {}; // paths of keys that it rests on
     QString detail = {};         // what was seen, such as "2.5 GT/s instead of 8.0 GT/s"
+
+    friend bool operator==(const Finding &, const Finding &) = default;
 };

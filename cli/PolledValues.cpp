@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/PolledValues.h"
 
-#include "activity/UpdatedTable.h"
 #include "cli/ObjectSampling.h"
+#include "model/UpdatedTable.h"
 
 void PolledValues::add(const QString &kernelPath, const DevicePicture::Device &device)
 {

@@ -4,6 +4,7 @@
 #include "compare/ComparisonStore.h"
 #include "display/comparison/DifferenceWords.h"
 #include "display/views/DifferenceIcons.h"
+#include "display/views/FindingIcons.h"
 #include "explorer/DateText.h"
 #include "explorer/EntryIcons.h"
 #include "explorer/EntryTextStyle.h"
@@ -38,6 +39,8 @@ QString ExplorerContext::toolTipForRegistryEntry(const TavRegistryEntry &entry) 
     append(entry.dateDiscovered(), tr("Discovered: %1 %2"));
     append(entry.dateLastUpdated(), tr("Updated: %1 %2"));
     append(entry.dateTerminated(), tr("Terminated: %1 %2"));
+    if (const QString findings = findingsText(entry); !findings.isNull())
+        text += u'\n' + findings;
     if (const auto seconds = secondsSinceChange(entry))
         text += u'\n' + tr("Changed %1 s ago").arg(*seconds);
     const QString warning = warningForEntry(entry);
@@ -58,9 +61,26 @@ QVariant ExplorerContext::markForEntry(const TavRegistryEntry &entry) const
     const ComparisonStore *const compared = comparison();
     const DifferenceKind kind =
         compared ? compared->differenceOf(entry).kind : DifferenceKind::Same;
-    if (kind != DifferenceKind::Same)
-        return DifferenceIcons::icon(kind);
-    return showsIcons() ? QVariant(EntryIcons::shared().iconOf(entry)) : QVariant();
+    QIcon icon = kind != DifferenceKind::Same ? DifferenceIcons::icon(kind)
+                 : showsIcons()               ? EntryIcons::shared().iconOf(entry)
+                                              : QIcon();
+    const auto [own, below] = findingSigns(entry);
+    if (own && (!below || *own >= *below))
+        icon = FindingIcons::badged(icon, *own, FindingIcons::Kind::Own);
+    else if (below)
+        icon = FindingIcons::badged(icon, *below, FindingIcons::Kind::Below);
+    return icon.isNull() ? QVariant() : QVariant(icon);
+}
+
+QString ExplorerContext::findingsText(const TavRegistryEntry &entry) const
+{
+    const auto [own, below] = findingSigns(entry);
+    QStringList lines = own ? findingTitles(entry) : QStringList();
+    if (below)
+        lines.append(*below == Severity::Error     ? tr("An error below")
+                     : *below == Severity::Warning ? tr("A warning below")
+                                                   : tr("A note below"));
+    return lines.isEmpty() ? QString() : lines.join(u'\n');
 }
 
 QStringList ExplorerContext::detailsOf(const TavRegistryEntry &entry) const
@@ -124,6 +144,8 @@ QString ExplorerContext::accessibleNameForEntry(const TavRegistryEntry &entry,
     QString text = detail.isEmpty() ? name : tr("%1, %2").arg(name, detail);
     if (secondsSinceChange(entry))
         text = tr("%1, changed a short time ago").arg(text);
+    if (QString findings = findingsText(entry); !findings.isNull())
+        text = tr("%1, %2").arg(text, findings.replace(u'\n', QStringLiteral(", ")));
     if (const ComparisonStore *const compared = comparison()) {
         const DifferenceKind kind = compared->differenceOf(entry).kind;
         return kind == DifferenceKind::Same ? text

@@ -31,6 +31,14 @@ public:
     {
         return std::nullopt;
     }
+    // How bad what looks wrong is, at the entry and below it.
+    struct FindingSigns
+    {
+        std::optional<Severity> own;
+        std::optional<Severity> below;
+    };
+    virtual FindingSigns findingSigns(const TavRegistryEntry & /*entry*/) const { return {}; }
+    virtual QStringList findingTitles(const TavRegistryEntry & /*entry*/) const { return {}; }
     // What the window compares; null: it shows a registry.
     virtual const ComparisonStore *comparison() const { return nullptr; }
 
@@ -38,7 +46,8 @@ public:
     QString toolTipForRegistryEntry(const TavRegistryEntry &entry) const;
     // What is wrong with an entry; null for most.
     QString warningForEntry(const TavRegistryEntry &entry) const;
-    // The icon before an entry's name: a warning, or else its kind; none where icons are off.
+    // The icon before an entry's name: a warning, or else its kind with the sign of what looks
+    // wrong; none where icons and signs are off.
     QVariant markForEntry(const TavRegistryEntry &entry) const;
     // The device's name, behind the entry's; null where there is none or device names are off.
     QVariant detailForEntry(const TavRegistryEntry &entry) const;
@@ -55,4 +64,5 @@ private:
     QStringList detailsOf(const TavRegistryEntry &entry) const;  // in words
     QString differenceText(const TavRegistryEntry &entry) const; // null: no comparison, or the same
     QString differencesBelowText(const TavRegistryEntry &entry) const; // null: none
+    QString findingsText(const TavRegistryEntry &entry) const;         // null: none
 };

@@ -6,7 +6,10 @@
 #include "model/FindOptions.h"
 #include "model/PropertyText.h"
 #include "model/RegistryHandle.h"
+#include "model/Severity.h"
 #include "model/TavRegistryProperty.h"
+
+#include <optional>
 
 class EntryStore;
 class TavRegistryEntryPath;
@@ -177,6 +180,11 @@ public:
     using SpecialTest = bool (*)(const TavRegistryEntry &);
     static SpecialTest specialTest(const QString &query);
     bool matchesSpecial(const QString &query) const; // "busy", "!new", "not matched" and so on
+    // What looks wrong at it, as far as it was checked. Not part of its facts.
+    void addFinding(Severity severity) { findings_ |= bitOf(severity); }
+    void clearFindings() { findings_ = 0; }
+    bool hasFinding(Severity severity) const { return (findings_ & bitOf(severity)) != 0; }
+    std::optional<Severity> worstFinding() const;
     RegistryValue valueForSpecialProperty(const QString &word) const;
     // In the property table, at any depth, case-insensitive.
     bool containsPropertyName(const QString &name, bool substring) const;
@@ -200,6 +208,7 @@ public:
     static EntryList::Entries sortedArrayForPlane(EntryList::Entries entries, const QString &plane);
 
 private:
+    static constexpr quint8 bitOf(Severity severity) { return quint8(1) << int(severity); }
     bool initWithDxRegistryEntry(RegistryObject object, EntryStore &dataStore);
     bool readIdentity(RegistryService &service);
     bool readInheritance(RegistryService &service);
@@ -216,6 +225,7 @@ private:
     bool isRenamed_ = false;
     // Not in the flags: a search on another thread writes it while flags are read.
     bool matchesLastQuery_ = false;
+    quint8 findings_ = 0; // a bit for each severity
     EntryRecord facts_;
     RegistryValue table_; // the source of the properties; none: there is only the tree
     QDateTime dateRead_;  // of the table

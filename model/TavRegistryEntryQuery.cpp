@@ -45,6 +45,16 @@ TavRegistryEntry::SpecialTest TavRegistryEntry::specialTest(const QString &query
     constexpr auto isTerminated = [](const Entry &entry) {
         return entry.registryState() == RegistryStateTerminated;
     };
+    constexpr auto hasError = [](const Entry &entry) { return entry.hasFinding(Severity::Error); };
+    constexpr auto hasWarning = [](const Entry &entry) {
+        return entry.hasFinding(Severity::Warning);
+    };
+    constexpr auto hasNoError = [](const Entry &entry) {
+        return !entry.hasFinding(Severity::Error);
+    };
+    constexpr auto hasNoWarning = [](const Entry &entry) {
+        return !entry.hasFinding(Severity::Warning);
+    };
     constexpr auto isNotRegistered = [](const Entry &entry) { return !entry.isRegistered(); };
     constexpr auto isNotMatched = [](const Entry &entry) { return !entry.isMatched(); };
     constexpr auto isNotActive = [](const Entry &entry) { return !entry.isActive(); };
@@ -81,6 +91,12 @@ TavRegistryEntry::SpecialTest TavRegistryEntry::specialTest(const QString &query
         {QLatin1String("not dead"), isNotTerminated},
         {QLatin1String("!terminated"), isNotTerminated},
         {QLatin1String("not terminated"), isNotTerminated},
+        {QLatin1String("error"), hasError},
+        {QLatin1String("!error"), hasNoError},
+        {QLatin1String("not error"), hasNoError},
+        {QLatin1String("warning"), hasWarning},
+        {QLatin1String("!warning"), hasNoWarning},
+        {QLatin1String("not warning"), hasNoWarning},
     };
     for (const auto &[word, test] : words) {
         if (query == word)
@@ -93,6 +109,15 @@ bool TavRegistryEntry::matchesSpecial(const QString &query) const
 {
     const SpecialTest test = specialTest(query);
     return test && test(*this);
+}
+
+std::optional<Severity> TavRegistryEntry::worstFinding() const
+{
+    for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
+        if (hasFinding(severity))
+            return severity;
+    }
+    return std::nullopt;
 }
 
 RegistryValue TavRegistryEntry::valueForSpecialProperty(const QString &word) const

@@ -17,7 +17,8 @@ public:
                        "they may act differently."),
                 .nextStep = tr("Update the firmware and the package with the microcode, then "
                                "restart."),
-                .reading = {QStringLiteral("Documentation/x86/microcode.rst")}};
+                .reading = {QStringLiteral("Documentation/x86/microcode.rst")},
+                .looksAround = true};
     }
 
     void look(const CheckedEntry &entry, const Report &report) const override

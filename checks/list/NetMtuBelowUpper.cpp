@@ -16,7 +16,8 @@ public:
                     tr("The interface that stands on this one may send packets that are "
                        "larger than this one takes. They are lost, and connections hang."),
                 .nextStep = tr("Give both the same MTU."),
-                .reading = {QStringLiteral("Documentation/ABI/testing/sysfs-class-net")}};
+                .reading = {QStringLiteral("Documentation/ABI/testing/sysfs-class-net")},
+                .looksAround = true};
     }
 
     void look(const CheckedEntry &entry, const Report &report) const override

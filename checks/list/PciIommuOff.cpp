@@ -17,7 +17,8 @@ public:
                        "theirs. The machine has one, but the kernel does not use it."),
                 .nextStep = tr("Turn it on in the firmware settings, and look for iommu=off on the "
                                "command line of the kernel."),
-                .reading = {QStringLiteral("Documentation/admin-guide/kernel-parameters.txt")}};
+                .reading = {QStringLiteral("Documentation/admin-guide/kernel-parameters.txt")},
+                .looksAround = true};
     }
 
     void look(const CheckedEntry &entry, const Report &report) const override

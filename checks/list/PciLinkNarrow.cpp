@@ -18,7 +18,8 @@ public:
                                   "effect."),
                 .nextStep = tr("Look up how many lanes the slot has, seat the card again, and try "
                                "another slot."),
-                .reading = {QStringLiteral("Documentation/ABI/testing/sysfs-bus-pci")}};
+                .reading = {QStringLiteral("Documentation/ABI/testing/sysfs-bus-pci")},
+                .looksAround = true};
     }
 
     void look(const CheckedEntry &entry, const Report &report) const override

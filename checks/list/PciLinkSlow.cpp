@@ -40,7 +40,8 @@ public:
                        "riser card, a cable or a setting of the firmware can cause this."),
                 .nextStep = tr("Seat the card again, try another slot, and look for a limit of the "
                                "link speed in the firmware settings."),
-                .reading = {QStringLiteral("Documentation/ABI/testing/sysfs-bus-pci")}};
+                .reading = {QStringLiteral("Documentation/ABI/testing/sysfs-bus-pci")},
+                .looksAround = true};
     }
 
     void look(const CheckedEntry &entry, const Report &report) const override

@@ -17,9 +17,10 @@ public:
                                   "ready."),
                 .nextStep = tr("Look for a driver that is missing for the device that is waited "
                                "for."),
-                .reading = {
-                    QStringLiteral("Documentation/ABI/testing/sysfs-devices-waiting_for_supplier"),
-                    QStringLiteral("Documentation/ABI/testing/sysfs-devices-supplier")}};
+                .reading = {QStringLiteral(
+                                "Documentation/ABI/testing/sysfs-devices-waiting_for_supplier"),
+                            QStringLiteral("Documentation/ABI/testing/sysfs-devices-supplier")},
+                .looksAround = true};
     }
 
     void look(const CheckedEntry &entry, const Report &report) const override

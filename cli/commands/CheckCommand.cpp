@@ -2,14 +2,14 @@
 #include "cli/commands/CheckCommand.h"
 
 #include "checks/CheckList.h"
+#include "checks/Measurement.h"
 #include "cli/CommandInput.h"
 #include "cli/CommandOutput.h"
 #include "cli/EntrySummary.h"
-#include "cli/ObjectSampling.h"
 #include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
 
-#include <QSet>
+#include <QEventLoop>
 
 using namespace RegistryNames;
 
@@ -38,20 +38,6 @@ TextRole roleOf(Severity severity)
     }
 }
 
-const QSet<QString> &measuredSubsystems()
-{
-    static const QSet<QString> subsystems = [] {
-        QSet<QString> found;
-        for (const auto &check : CheckList::all()) {
-            const CheckDescription its = check->description();
-            if (its.needsMeasuring)
-                found.unite(QSet<QString>(its.subsystems.begin(), its.subsystems.end()));
-        }
-        return found;
-    }();
-    return subsystems;
-}
-
 QStringList allIds()
 {
     QStringList ids;
@@ -74,22 +60,23 @@ CommandDescription CheckCommand::description() const
                "are facts worth knowing, warnings need a look, errors need something done. The "
                "exit code is 0 without warnings and errors, 1 with warnings, 2 with errors, 3 when "
                "nothing could be looked at."),
-        .options = {{QStringLiteral("severity"), QStringLiteral("LEAST"),
-                     tr("Print findings of this severity or worse: note, warning or error."),
-                     ArgumentKind::Choice, severityWords()},
-                    {QStringLiteral("only"), QStringLiteral("ID,…"), tr("Make these checks alone."),
-                     ArgumentKind::Choices, allIds()},
-                    {QStringLiteral("skip"), QStringLiteral("ID,…"), tr("Leave these checks out."),
-                     ArgumentKind::Choices, allIds()},
-                    {QStringLiteral("measure"),
-                     {},
-                     tr("Also read the values of sensors, fans and batteries, which can take "
-                        "seconds.")},
-                    {QStringLiteral("nagios"),
-                     {},
-                     tr("Print one line with performance data, as plug-ins of monitoring programs "
-                        "do.")},
-                    {QStringLiteral("list"), {}, tr("Explain every check, and look at nothing.")}},
+        .options =
+            {{QStringLiteral("severity"), QStringLiteral("LEAST"),
+              tr("Print findings of this severity or worse: note, warning or error."),
+              ArgumentKind::Choice, severityWords()},
+             {QStringLiteral("only"), QStringLiteral("ID,…"), tr("Make these checks alone."),
+              ArgumentKind::Choices, allIds()},
+             {QStringLiteral("skip"), QStringLiteral("ID,…"), tr("Leave these checks out."),
+              ArgumentKind::Choices, allIds()},
+             {QStringLiteral("measure"),
+              {},
+              tr("Also read the values of sensors, fans and batteries, and the counters of network "
+                 "interfaces twice, which can take seconds.")},
+             {QStringLiteral("nagios"),
+              {},
+              tr("Print one line with performance data, as plug-ins of monitoring programs "
+                 "do.")},
+             {QStringLiteral("list"), {}, tr("Explain every check, and look at nothing.")}},
         .examples = {{QStringLiteral("check"), tr("What is wrong with this machine")},
                      {QStringLiteral("check server.vandrel --severity warning"),
                       tr("What was wrong with another, without the notes")},
@@ -130,31 +117,18 @@ CheckRun::Result CheckCommand::look(const CommandInput &input, RegistrySource &s
     const bool measures = input.isSet("measure");
     if (measures && source.isSnapshot())
         throw CommandError{tr("Nothing can be measured in a snapshot."), ExitCode::CouldNotLook};
+    if (!measures)
+        return checks.over(CheckedRegistry(*store_));
+    Measurement measurement(source.service(), store_->registryEntries());
+    QEventLoop loop;
+    QObject::connect(&measurement, &Measurement::finished, &loop, &QEventLoop::quit);
+    measurement.start();
+    loop.exec();
     CheckedRegistry registry;
     for (const EntryRef &entry : store_->registryEntries())
-        registry.add(*entry, measures ? measured(*entry, source.service()) : RegistryValue());
+        registry.add(*entry, measurement.tables().value(entry->entryTag()));
     registry.finish();
     return checks.over(registry);
-}
-
-// The table of an entry that is measured with what is otherwise read only on request; none: of
-// another entry.
-RegistryValue CheckCommand::measured(const TavRegistryEntry &entry, RegistryService &service)
-{
-    const RegistryValue &table = entry.table();
-    const QString link = table.member(u"subsystem").toString();
-    if (!measuredSubsystems().contains(link.mid(link.lastIndexOf(u'/') + 1)) ||
-        entry.kernelPath().isEmpty())
-        return {};
-    ObjectSample::Request request{.kernelPath = entry.kernelPath()};
-    for (const auto &member : table.member(u"DxUnreadAttributes").members())
-        request.onRequest.append(member.key.toOwner());
-    RegistryValue::Members members(table.members().begin(), table.members().end());
-    for (auto &member : sampleNow(service, request).members) {
-        if (table.member(QStringView(member.key.data(), member.key.size())).isNone())
-            members.push_back(std::move(member));
-    }
-    return RegistryValue::dictionary(std::move(members));
 }
 
 QStringList CheckCommand::checkIds(const CommandInput &input, const char *option)

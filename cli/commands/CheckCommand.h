@@ -21,7 +21,6 @@ private:
     static Severity leastSeverity(const CommandInput &input);
     static void list(CommandOutput &output);
     CheckRun::Result look(const CommandInput &input, RegistrySource &source);
-    static RegistryValue measured(const TavRegistryEntry &entry, RegistryService &service);
     void writeText(const CheckRun::Result &result, Severity least, CommandOutput &output) const;
     void writeJson(const CheckRun::Result &result, Severity least, CommandOutput &output) const;
     static void writeStatusLine(const CheckRun::Result &result, CommandOutput &output);

@@ -2,32 +2,40 @@
 #include "explorer/findings/FindingsDock.h"
 
 #include "checks/CheckList.h"
+#include "explorer/DateText.h"
 #include "explorer/findings/DocumentFindings.h"
 #include "explorer/findings/FindingsModel.h"
 #include "platform/widgets/BarButton.h"
 #include "platform/widgets/ClearButton.h"
+#include "platform/widgets/RowTable.h"
 #include "platform/widgets/SearchField.h"
 #include "platform/widgets/ViewNote.h"
 
 #include <QBoxLayout>
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QHeaderView>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
 #include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QTableView>
 #include <QTextBrowser>
 #include <QToolButton>
 
-FindingsDock::FindingsDock(const DocumentFindings &findings, std::shared_ptr<TavDataStore> store,
+FindingsDock::FindingsDock(DocumentFindings &findings, std::shared_ptr<TavDataStore> store,
                            QWidget *parent)
     : QDockWidget(tr("Findings"), parent)
+    , findings_(findings)
     , model_(std::make_unique<FindingsModel>(findings, std::move(store)))
     , shown_(new QSortFilterProxyModel(this))
     , table_(new QTableView)
     , explanation_(new QTextBrowser)
     , filterField_(new SearchField)
+    , showHiddenButton_(barButton(tr("Show Hidden"), "view-visible", "findingsShowHiddenButton"))
+    , measureButton_(
+          barButton(tr("Measure Too"), "utilities-system-monitor", "findingsMeasureButton"))
+    , measuredLabel_(new QLabel)
 {
     setObjectName(QStringLiteral("findingsDock"));
     setAllowedAreas(Qt::BottomDockWidgetArea | Qt::TopDockWidgetArea);
@@ -55,11 +63,15 @@ FindingsDock::FindingsDock(const DocumentFindings &findings, std::shared_ptr<Tav
     auto *const nothing = new ViewNote(tr("Nothing looks wrong."), *table_);
     const auto update = [this, nothing] {
         nothing->setVisible(model_->rowCount() == 0);
-        if (!table_->currentIndex().isValid() && shown_->rowCount() > 0)
-            table_->selectRow(0);
-        explain();
+        selectAgain();
+        updateBar();
     };
+    connect(model_.get(), &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        if (const int row = currentRow(); row >= 0)
+            selected_ = model_->finding(row);
+    });
     connect(model_.get(), &QAbstractItemModel::modelReset, this, update);
+    connect(&findings, &DocumentFindings::checked, this, &FindingsDock::updateBar);
     update();
 }
 
@@ -81,12 +93,91 @@ QWidget *FindingsDock::makeBar()
     const auto filter = [this] { shown_->setFilterFixedString(filterField_->text()); };
     connect(filterField_, &SearchField::searchRequested, this, filter);
     connect(filterField_, &SearchField::cancelled, this, filter);
+    auto *const hideButton =
+        barButton(tr("Do Not Show Again"), "view-hidden", "findingsHideButton");
+    connect(hideButton, &QToolButton::clicked, this, [this, hideButton] {
+        makeHidingMenu()->popup(hideButton->mapToGlobal(hideButton->rect().bottomLeft()));
+    });
+    showHiddenButton_->setCheckable(true);
+    showHiddenButton_->setToolTip(tr("Shows the findings that are not to be shown again, too"));
+    connect(showHiddenButton_, &QToolButton::toggled, model_.get(), &FindingsModel::setShowsHidden);
+    measureButton_->setToolTip(tr("Also reads sensors, fans, batteries and rising counters, once"));
+    connect(measureButton_, &QToolButton::clicked, &findings_, &DocumentFindings::measure);
+    measuredLabel_->setObjectName(QStringLiteral("findingsMeasuredLabel"));
     auto *const copyButton = barButton(tr("Copy"), "edit-copy", "findingsCopyButton");
     connect(copyButton, &QToolButton::clicked, this, &FindingsDock::copy);
     layout->addWidget(filterField_);
-    layout->addWidget(copyButton);
+    for (QWidget *const button : {copyButton, hideButton, showHiddenButton_, measureButton_})
+        layout->addWidget(button);
     layout->addStretch(1);
+    layout->addWidget(measuredLabel_);
     return bar;
+}
+
+void FindingsDock::updateBar()
+{
+    const bool areSomeHidden = !findings_.hidden().isEmpty();
+    showHiddenButton_->setVisible(areSomeHidden || showHiddenButton_->isChecked());
+    measureButton_->setEnabled(findings_.canMeasure());
+    const QDateTime &date = findings_.dateMeasured();
+    measuredLabel_->setText(date.isNull() ? QString()
+                                          : tr("Measured at %1").arg(DateText::mediumTime(date)));
+}
+
+// The same finding as before, or the worst.
+void FindingsDock::selectAgain()
+{
+    const int row = selected_ ? model_->rowOf(*selected_) : -1;
+    const QModelIndex index = shown_->mapFromSource(model_->index(row, 0));
+    if (shown_->rowCount() > 0)
+        table_->selectRow(index.isValid() ? index.row() : 0);
+    explain();
+}
+
+QMenu *FindingsDock::makeMenu()
+{
+    auto *const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool isChosen = currentRow() >= 0;
+    menu->addAction(tr("&Go to Entry"), this, &FindingsDock::choose)->setEnabled(isChosen);
+    menu->addAction(tr("&Copy"), this, &FindingsDock::copy)->setEnabled(isChosen);
+    menu->addSeparator();
+    addHidingActions(*menu);
+    return menu;
+}
+
+QMenu *FindingsDock::makeHidingMenu()
+{
+    auto *const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setObjectName(QStringLiteral("findingsHidingMenu"));
+    addHidingActions(*menu);
+    return menu;
+}
+
+void FindingsDock::addHidingActions(QMenu &menu)
+{
+    HiddenFindings &hidden = findings_.hidden();
+    const int row = currentRow();
+    const HiddenFindings::Place place = row >= 0 ? placeOf(row) : HiddenFindings::Place();
+    const auto add = [&](const QString &title, const HiddenFindings::Place &rule) {
+        menu.addAction(title, this, [&hidden, rule] { hidden.hide(rule); })->setEnabled(row >= 0);
+    };
+    if (row >= 0 && model_->isHidden(row)) {
+        menu.addAction(tr("&Show This Finding Again"), this,
+                       [&hidden, place] { hidden.show(place); });
+    } else {
+        add(tr("Do Not Show This &Finding Again"), place);
+        add(tr("Do Not Show Findings of This &Kind Again"), place.ofCheck());
+        add(tr("Do Not Show Findings of This &Device Again"), place.ofDevice());
+    }
+    menu.addAction(tr("Show &Everything Again"), &hidden, &HiddenFindings::showAll)
+        ->setEnabled(!hidden.isEmpty());
+}
+
+HiddenFindings::Place FindingsDock::placeOf(int row) const
+{
+    return findings_.placeOf(model_->finding(row));
 }
 
 void FindingsDock::setUpTable()
@@ -97,21 +188,11 @@ void FindingsDock::setUpTable()
     table_->setObjectName(QStringLiteral("findingsTable"));
     table_->setAccessibleName(tr("Findings"));
     table_->setModel(shown_);
-    table_->setShowGrid(false);
-    table_->setAlternatingRowColors(true);
-    table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
-    table_->setTabKeyNavigation(false);
-    table_->setWordWrap(false);
-    table_->verticalHeader()->hide();
-    table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
-    QHeaderView *const header = table_->horizontalHeader();
-    header->setHighlightSections(false);
-    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    header->setStretchLastSection(true);
-    constexpr int widths[] = {10, 44, 18, 30, 30}; // characters
-    for (int column = 0; column < FindingsModel::columns; ++column)
-        header->resizeSection(column, widths[column] * table_->fontMetrics().averageCharWidth());
+    constexpr int widths[] = {12, 44, 18, 30, 30};
+    makeRowTable(*table_, widths);
+    connect(table_, &QTableView::customContextMenuRequested, this,
+            [this](QPoint place) { makeMenu()->popup(table_->viewport()->mapToGlobal(place)); });
     table_->installEventFilter(this);
     connect(table_, &QTableView::doubleClicked, this, &FindingsDock::choose);
     connect(table_->selectionModel(), &QItemSelectionModel::currentChanged, this,

@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "checks/Finding.h"
+#include "explorer/findings/HiddenFindings.h"
+
 #include <QDockWidget>
 #include <memory>
+#include <optional>
 
 class DocumentFindings;
 class FindingsModel;
+class QLabel;
+class QMenu;
 class QSortFilterProxyModel;
 class QTableView;
 class QTextBrowser;
+class QToolButton;
 class SearchField;
 class TavDataStore;
 
@@ -17,8 +24,7 @@ class FindingsDock : public QDockWidget
 {
     Q_OBJECT
 public:
-    FindingsDock(const DocumentFindings &findings, std::shared_ptr<TavDataStore> store,
-                 QWidget *parent);
+    FindingsDock(DocumentFindings &findings, std::shared_ptr<TavDataStore> store, QWidget *parent);
     ~FindingsDock() override;
 
 Q_SIGNALS:
@@ -31,14 +37,25 @@ protected:
 private:
     QWidget *makeBar();
     void setUpTable();
+    void updateBar();
+    void selectAgain();
+    QMenu *makeMenu();
+    QMenu *makeHidingMenu();
+    void addHidingActions(QMenu &menu);
+    HiddenFindings::Place placeOf(int row) const;
     int currentRow() const; // of the model; -1: none
     void choose();
     void explain();
     void copy();
 
+    DocumentFindings &findings_;
     std::unique_ptr<FindingsModel> model_;
     QSortFilterProxyModel *shown_;
     QTableView *table_;
     QTextBrowser *explanation_;
     SearchField *filterField_;
+    QToolButton *showHiddenButton_;
+    QToolButton *measureButton_;
+    QLabel *measuredLabel_;
+    std::optional<Finding> selected_; // before the findings changed
 };

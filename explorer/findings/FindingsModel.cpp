@@ -3,33 +3,66 @@
 
 #include "activity/EntryPlace.h"
 #include "checks/CheckList.h"
-#include "display/views/EntryColors.h"
+#include "display/views/FindingIcons.h"
 #include "explorer/findings/DocumentFindings.h"
-#include "platform/widgets/ReadableColor.h"
 #include "platform/widgets/VisibleText.h"
 #include "store/TavDataStore.h"
 
 #include <QGuiApplication>
+#include <QPalette>
 
 FindingsModel::FindingsModel(const DocumentFindings &findings, std::shared_ptr<TavDataStore> store)
     : findings_(findings)
     , store_(std::move(store))
 {
     connect(&findings, &DocumentFindings::changed, this, &FindingsModel::reload);
+    connect(&findings, &DocumentFindings::checked, this, &FindingsModel::updatePlaces);
     reload();
+}
+
+std::vector<FindingsModel::Row> FindingsModel::currentRows() const
+{
+    std::vector<Row> rows;
+    for (const Finding &finding : findings_.findings()) {
+        const bool isHidden = findings_.isHidden(finding);
+        if (isHidden && !showsHidden_)
+            continue;
+        TavRegistryEntry *const entry = store_->entryWithTag(finding.entryTag);
+        const EntryPlace place = entry ? EntryPlace::of(*entry) : EntryPlace();
+        rows.push_back({finding, CheckList::withID(finding.check)->description().title, place.name,
+                        place.path, isHidden});
+    }
+    return rows;
 }
 
 void FindingsModel::reload()
 {
     beginResetModel();
-    rows_.clear();
-    for (const Finding &finding : findings_.findings()) {
-        TavRegistryEntry *const entry = store_->entryWithTag(finding.entryTag);
-        const EntryPlace place = entry ? EntryPlace::of(*entry) : EntryPlace();
-        rows_.push_back({finding, CheckList::withID(finding.check)->description().title, place.name,
-                         place.path});
-    }
+    rows_ = currentRows();
     endResetModel();
+}
+
+// The same findings: entries may have been renamed or moved.
+void FindingsModel::updatePlaces()
+{
+    rows_ = currentRows();
+    if (!rows_.empty())
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
+}
+
+void FindingsModel::setShowsHidden(bool shows)
+{
+    showsHidden_ = shows;
+    reload();
+}
+
+int FindingsModel::rowOf(const Finding &finding) const
+{
+    const auto found = std::find_if(rows_.begin(), rows_.end(), [&](const Row &row) {
+        return row.finding.check == finding.check && row.finding.entryTag == finding.entryTag &&
+               row.finding.properties == finding.properties;
+    });
+    return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
 }
 
 QString FindingsModel::word(Severity severity)
@@ -37,16 +70,6 @@ QString FindingsModel::word(Severity severity)
     return severity == Severity::Error     ? tr("error")
            : severity == Severity::Warning ? tr("warning")
                                            : tr("note");
-}
-
-QVariant FindingsModel::color(Severity severity)
-{
-    const auto readable = [](const QColor &color) {
-        return readableColor(color, QGuiApplication::palette());
-    };
-    return severity == Severity::Error     ? readable(EntryColors::colorForTerminatedItem())
-           : severity == Severity::Warning ? readable(EntryColors::colorForChangedItem())
-                                           : QVariant();
 }
 
 QString FindingsModel::plainText(int row) const
@@ -76,8 +99,13 @@ QVariant FindingsModel::data(const QModelIndex &index, int role) const
     if (!index.isValid() || index.row() >= rowCount())
         return {};
     const Row &row = rows_[static_cast<std::size_t>(index.row())];
-    if (role == Qt::ForegroundRole && index.column() == SeverityColumn)
-        return color(row.finding.severity);
+    if (role == Qt::ForegroundRole && row.isHidden)
+        return QGuiApplication::palette().color(QPalette::PlaceholderText);
+    if (role == Qt::DecorationRole && index.column() == SeverityColumn)
+        return FindingIcons::icon(row.finding.severity, row.isHidden ? FindingIcons::Kind::Below
+                                                                     : FindingIcons::Kind::Own);
+    if (role == Qt::AccessibleTextRole && index.column() == SeverityColumn && row.isHidden)
+        return tr("%1, hidden").arg(word(row.finding.severity));
     if (role != Qt::DisplayRole)
         return {};
     switch (index.column()) {

@@ -21,6 +21,10 @@ public:
     const Finding &finding(int row) const { return rows_[static_cast<std::size_t>(row)].finding; }
     static QString word(Severity severity);
     QString plainText(int row) const; // lines, for the clipboard
+    bool isHidden(int row) const { return rows_[static_cast<std::size_t>(row)].isHidden; }
+    bool showsHidden() const { return showsHidden_; }
+    void setShowsHidden(bool shows);
+    int rowOf(const Finding &finding) const; // -1: none
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -34,11 +38,14 @@ private:
         QString title;
         QString object;
         QString path;
+        bool isHidden; // the user does not want to see it
     };
+    std::vector<Row> currentRows() const;
     void reload();
-    static QVariant color(Severity severity);
+    void updatePlaces();
 
     const DocumentFindings &findings_;
     std::shared_ptr<TavDataStore> store_;
     std::vector<Row> rows_;
+    bool showsHidden_ = false;
 };

@@ -7,6 +7,7 @@
 #include "platform/widgets/BarButton.h"
 #include "platform/widgets/ClearButton.h"
 #include "platform/widgets/FieldNote.h"
+#include "platform/widgets/RowTable.h"
 #include "platform/widgets/SaveDialog.h"
 #include "platform/widgets/SearchField.h"
 #include "platform/widgets/TextMark.h"
@@ -94,24 +95,10 @@ void EventLogDock::setUpTable()
     table_->setObjectName(QStringLiteral("logTable"));
     table_->setAccessibleName(tr("Log of events"));
     table_->setModel(model_.get());
-    table_->setShowGrid(false);
-    table_->setAlternatingRowColors(true);
-    table_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table_->setTabKeyNavigation(false);
-    table_->setWordWrap(false);
-    table_->setContextMenuPolicy(Qt::CustomContextMenu);
-    table_->verticalHeader()->hide();
-    table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
+    constexpr int widths[] = {15, 15, 18, 36, 18, 14, 48, 10};
+    makeRowTable(*table_, widths);
     QHeaderView *const header = table_->horizontalHeader();
-    header->setHighlightSections(false);
-    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    const int character = table_->fontMetrics().averageCharWidth();
-    constexpr int widths[] = {15, 15, 18, 36, 18, 14, 48, 10}; // characters
-    for (int column = 0; column < EventLogModel::columns; ++column)
-        header->resizeSection(column, widths[column] * character);
     header->moveSection(EventLogModel::NumberColumn, EventLogModel::ChangesColumn);
-    header->setStretchLastSection(true);
     table_->hideColumn(EventLogModel::NumberColumn);
     header->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(header, &QHeaderView::customContextMenuRequested, this, [this, header](QPoint place) {

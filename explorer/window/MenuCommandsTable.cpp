@@ -155,6 +155,8 @@ constexpr MenuCommand commands[] = {
      asks<&Window::rows, &RowPreferences::showsIcons>},
     {"toggleRecentChangesAction", runIn<&Window::rows, &RowPreferences::toggleRecentChanges>,
      isLive, fixed, asks<&Window::rows, &RowPreferences::marksRecentChanges>},
+    {"toggleFindingSignsAction", runIn<&Window::rows, &RowPreferences::toggleFindingSigns>, always,
+     fixed, asks<&Window::rows, &RowPreferences::showsFindingSigns>},
     {"toggleFollowValuesAction", runIn<&Window::values, &ValuePreferences::toggleFollow>, isLive,
      fixed, asks<&Window::values, &ValuePreferences::follows>},
     {"toggleSparklinesAction", runIn<&Window::values, &ValuePreferences::toggleSparklines>, isLive,

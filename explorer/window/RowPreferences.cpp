@@ -24,6 +24,7 @@ RowPreferences::Shown RowPreferences::preferred()
     const PreferencesStore &preferences = PreferencesStore::standard();
     return {.deviceNames = preferences.flag(PreferenceKeys::showDeviceNames),
             .icons = preferences.flag(PreferenceKeys::showIcons),
+            .findingSigns = preferences.flag(PreferenceKeys::showFindingSigns),
             .recentChanges = preferences.flag(PreferenceKeys::markRecentChanges),
             .recentDuration = static_cast<int>(std::clamp<qint64>(
                 preferences.integer(PreferenceKeys::recentDuration), 1, maxDuration))};
@@ -44,6 +45,11 @@ void RowPreferences::toggleDeviceNames()
 void RowPreferences::toggleIcons()
 {
     PreferencesStore::standard().setFlag(PreferenceKeys::showIcons, !shown_.icons);
+}
+
+void RowPreferences::toggleFindingSigns()
+{
+    PreferencesStore::standard().setFlag(PreferenceKeys::showFindingSigns, !shown_.findingSigns);
 }
 
 void RowPreferences::toggleRecentChanges()

@@ -16,6 +16,8 @@ public:
     bool showsIcons() const { return shown_.icons; }
     void toggleDeviceNames();
     void toggleIcons();
+    bool showsFindingSigns() const { return shown_.findingSigns; }
+    void toggleFindingSigns();
     bool marksRecentChanges() const { return shown_.recentChanges; }
     int recentDuration() const { return shown_.recentDuration; } // seconds
     void toggleRecentChanges();
@@ -28,6 +30,7 @@ private:
     {
         bool deviceNames;
         bool icons;
+        bool findingSigns;
         bool recentChanges;
         int recentDuration;
         friend bool operator==(const Shown &, const Shown &) = default;

@@ -205,12 +205,10 @@ void TavWindowController::connectParts()
             });
     connect(status_.get(), &WindowStatus::findingsRequested, docks_.get(),
             &WindowDocks::toggleFindings);
-    const auto showFindings = [this] {
-        status_->showFindings(findings_.count(Severity::Error), findings_.count(Severity::Warning),
-                              findings_.count(Severity::Note));
-    };
-    connect(&findings_, &DocumentFindings::changed, this, showFindings);
-    showFindings();
+    connect(&findings_, &DocumentFindings::changed, this,
+            &TavWindowController::noteFindingsChanged);
+    connect(&findings_, &DocumentFindings::checked, this, &TavWindowController::redisplayRows);
+    noteFindingsChanged();
 
     auto *const buttons = new HistoryButtons(*window_);
     connect(buttons, &HistoryButtons::backPressed, this, &TavWindowController::goBack);

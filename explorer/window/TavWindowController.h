@@ -63,6 +63,8 @@ public:
     bool showsIcons() const override;
     const ComparisonStore *comparison() const override;
     std::optional<int> secondsSinceChange(const TavRegistryEntry &entry) const override;
+    FindingSigns findingSigns(const TavRegistryEntry &entry) const override;
+    QStringList findingTitles(const TavRegistryEntry &entry) const override;
     bool showTerminatedObjects() const { return showTerminatedObjects_; }
     const Path &selectedEntryPath() const { return selection_->entryPath(); }
     TavRegistryEntry *selectedEntry() const { return selection_->entry().get(); }
@@ -139,6 +141,7 @@ public:
     void noteDataStoreObjectsTerminated() override;
     void noteDataStoreClearedTerminatedObjects() override;
     void noteDeviceNamesFound();
+    void noteFindingsChanged();
     void dataViewOptionsChanged(TavRegistryProperty *item) override;
 
     void newDocumentWindow();

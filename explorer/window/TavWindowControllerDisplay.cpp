@@ -4,6 +4,7 @@
 #include "activity/DocumentActivity.h"
 #include "explorer/comparison/ComparisonBar.h"
 #include "explorer/find/FindController.h"
+#include "explorer/findings/DocumentFindings.h"
 #include "explorer/selection/PathsPopUp.h"
 #include "explorer/window/EntryFacts.h"
 #include "explorer/window/MenuCommands.h"
@@ -91,6 +92,28 @@ std::optional<int> TavWindowController::secondsSinceChange(const TavRegistryEntr
 {
     return rows_->marksRecentChanges() ? activity_.recentChanges().secondsSince(entry.entryTag())
                                        : std::nullopt;
+}
+
+ExplorerContext::FindingSigns TavWindowController::findingSigns(const TavRegistryEntry &entry) const
+{
+    if (!rows_->showsFindingSigns())
+        return {};
+    return {entry.worstFinding(), findings_.worstBelow(entry, registryPlane())};
+}
+
+QStringList TavWindowController::findingTitles(const TavRegistryEntry &entry) const
+{
+    return findings_.titlesAt(entry);
+}
+
+// A search may ask for states.
+void TavWindowController::noteFindingsChanged()
+{
+    status_->showFindings(findings_.count(Severity::Error), findings_.count(Severity::Warning),
+                          findings_.count(Severity::Note));
+    if (!findQuery().isNull())
+        refreshDisplay();
+    redisplayRows();
 }
 
 void TavWindowController::redisplayRows()

@@ -41,6 +41,8 @@ inline constexpr FlagKey showDeviceNames{QLatin1String("ShowDeviceNames"), true}
 inline constexpr FlagKey showIcons{QLatin1String("ShowIcons"), true};
 inline constexpr FlagKey markRecentChanges{QLatin1String("MarkRecentChanges"), true};
 inline constexpr IntegerKey recentDuration{QLatin1String("RecentChangesDuration"), 60}; // seconds
+inline constexpr FlagKey showFindingSigns{QLatin1String("ShowFindingSigns"), true};
+inline constexpr ListKey hiddenFindings{QLatin1String("HiddenFindings")};
 inline constexpr FlagKey followValues{QLatin1String("FollowValues"), false};
 inline constexpr IntegerKey followInterval{QLatin1String("FollowInterval"), 1000}; // milliseconds
 inline constexpr FlagKey showSparklines{QLatin1String("ShowSparklines"), true};

@@ -97,6 +97,7 @@ const QStringList &FilterFields::stateWords()
     static const QStringList words{
         QStringLiteral("registered"), QStringLiteral("matched"), QStringLiteral("active"),
         QStringLiteral("busy"),       QStringLiteral("new"),     QStringLiteral("terminated"),
+        QStringLiteral("error"),      QStringLiteral("warning"),
     };
     return words;
 }

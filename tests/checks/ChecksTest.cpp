@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "checks/CheckList.h"
 #include "checks/CheckRun.h"
+#include "tests/support/EventLoop.h"
 #include "tests/support/RegistryTest.h"
 #include "tests/support/RegistryValues.h"
 
@@ -77,6 +78,16 @@ std::vector<Row> rows()
          of("bus/scsi", {{"state", text("running")}})},
         {"scsi-timeouts", "DxScsiDevice", of("bus/scsi", {{"iotmo_cnt", number(3)}}),
          of("bus/scsi", {{"iotmo_cnt", number(0)}, {"ioerr_cnt", number(2)}})},
+        {"scsi-errors", "DxScsiDevice",
+         of("bus/scsi",
+            {{"type", number(0)}, {"ioerr_cnt", number(150)}, {"iodone_cnt", number(9000)}}),
+         of("bus/scsi",
+            {{"type", number(5)}, {"ioerr_cnt", number(150)}, {"iodone_cnt", number(200)}})},
+        {"scsi-errors", "DxScsiDevice",
+         of("bus/scsi",
+            {{"type", number(0)}, {"ioerr_cnt", number(120)}, {"iodone_cnt", number(100)}}),
+         of("bus/scsi",
+            {{"type", number(0)}, {"ioerr_cnt", number(12)}, {"iodone_cnt", number(100)}})},
         {"block-read-only", "DxBlockDisk",
          of("class/block", {{"ro", number(1)}, {"size", number(8)}}),
          of("class/block", {{"ro", number(1)}, {"size", number(0)}})},
@@ -204,9 +215,82 @@ TEST_F(ChecksTest, EachFiresAndItsNearMissDoesNot)
         EXPECT_EQ(found(row, row.misses), 0U) << row.check;
         tested.insert(QLatin1String(row.check));
     }
+    tested.insert(QStringLiteral("net-errors-rising")); // below
     for (const auto &check : CheckList::all())
         EXPECT_TRUE(tested.contains(check->description().id))
             << check->description().id.toStdString();
+}
+
+// Counters are compared with a reading a moment before, and other values are read on request.
+TEST(Measurement, FindsCountersThatRise)
+{
+    FakeLiveService service;
+    TreeBuilder tree(service);
+    tree.plane("DxService", "Root\n  Host\n    quiet : DxNetDevice\n    lossy : DxNetDevice");
+    const auto count = [&](const char *name, quint64 errors) {
+        service.setProperties(tree[name],
+                              net({{"statistics", dictionary({{"rx_errors", number(errors)},
+                                                              {"rx_dropped", number(errors)}})}}));
+    };
+    for (const char *name : {"quiet", "lossy"}) {
+        service.setKernelPath(tree[name], QStringLiteral("/sys/devices/") + QLatin1String(name));
+        count(name, 7);
+    }
+    const auto store = TavDataStore::initFromDxRegistry(service);
+    Measurement measurement(service, store->registryEntries(), 50);
+    bool isFinished = false;
+    QObject::connect(&measurement, &Measurement::finished, [&] { isFinished = true; });
+    measurement.start();
+    ASSERT_TRUE(waitFor([&] { return service.samples() == 2; }));
+    count("lossy", 9);
+    ASSERT_TRUE(waitFor([&] { return isFinished; }));
+    CheckedRegistry registry;
+    for (const EntryRef &entry : store->registryEntries())
+        registry.add(*entry, measurement.tables().value(entry->entryTag()));
+    registry.finish();
+    const auto result = CheckRun().over(registry);
+    ASSERT_EQ(result.findings.size(), 1U);
+    EXPECT_EQ(result.findings[0].entryTag, tree["lossy"]);
+    EXPECT_EQ(result.findings[0].detail.toStdString(), "rx_errors: 2 more");
+}
+
+// What was found at unchanged entries stays, without being looked for again.
+TEST(CheckRun, LooksOnlyAtWhatChanged)
+{
+    FakeLiveService service;
+    TreeBuilder tree(service);
+    tree.plane("DxService",
+               "Root\n  Host\n    a : DxUsbDevice\n    b : DxUsbDevice\n    c : DxUsbDevice");
+    const auto set = [&](const char *name, quint64 overCurrents) {
+        service.setProperties(tree[name],
+                              of("bus/usb", {{"over_current_count", number(overCurrents)}}));
+    };
+    set("a", 1);
+    set("b", 1);
+    set("c", 0);
+    const auto store = TavDataStore::initFromDxRegistry(service);
+    const CheckedRegistry before(*store);
+    const auto first = CheckRun().over(before);
+    ASSERT_EQ(first.findings.size(), 2U);
+    set("b", 0);
+    set("c", 3);
+    store->update();
+    CheckedRegistry after;
+    for (const EntryRef &entry : store->registryEntries())
+        after.add(*entry);
+    after.finish(&before);
+    const auto unchanged = [&](const char *name) {
+        return std::any_of(after.entries().begin(), after.entries().end(), [&](const auto &entry) {
+            return entry.tag() == tree[name] && entry.isUnchanged();
+        });
+    };
+    EXPECT_TRUE(unchanged("a"));
+    EXPECT_FALSE(unchanged("b"));
+    EXPECT_EQ(CheckRun().over(after, first).findings, CheckRun().over(after).findings);
+    // From a result that cannot be right, it can be seen which entry was not looked at.
+    CheckRun::Result wrong = first;
+    wrong.findings.front().detail = QStringLiteral("kept");
+    EXPECT_EQ(CheckRun().over(after, wrong).findings.front().detail, QStringLiteral("kept"));
 }
 
 TEST(CheckList, DescribesEachCheckOnce)

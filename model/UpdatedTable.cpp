@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "activity/UpdatedTable.h"
+#include "model/UpdatedTable.h"
 
 #include <QHash>
 
