@@ -14,8 +14,9 @@ QJsonObject PreferenceKeys::defaults()
     for (const IntegerKey key :
          {findOptions, pollInterval, defaultBookmark, recentDuration, followInterval})
         addInteger(key);
-    for (const FlagKey key : {filteredFind, showNumPaths, showDeviceNames, showIcons, autoupdate,
-                              polledUpdate, markRecentChanges, followValues, showSparklines})
+    for (const FlagKey key :
+         {filteredFind, showNumPaths, showDeviceNames, showIcons, autoupdate, polledUpdate,
+          markRecentChanges, showFindingSigns, followValues, showSparklines})
         addFlag(key);
     return defaults;
 }

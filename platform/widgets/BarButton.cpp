@@ -9,7 +9,8 @@ QToolButton *barButton(const QString &text, const char *icon, const char *object
     button->setText(text);
     button->setAccessibleName(text);
     button->setIcon(QIcon::fromTheme(QLatin1String(icon)));
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setToolButtonStyle(button->icon().isNull() ? Qt::ToolButtonTextOnly
+                                                       : Qt::ToolButtonTextBesideIcon);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     button->setObjectName(QLatin1String(objectName));
