@@ -33,6 +33,7 @@ public:
         QString detail;         // what was seen, such as "2.5 GT/s instead of 8 GT/s"
         QStringList properties; // paths of keys that it rests on
         std::optional<Severity> severity = {}; // none: that of the description
+        QString nextStep = {};                 // null: likewise
     };
     using Report = std::function<void(const Observation &)>;
 

@@ -114,9 +114,11 @@ std::optional<std::vector<Finding>> CheckRun::run(const Item &item, const Checke
     const auto look = [&](const CheckedEntry &entry) {
         if (isChangedOnly && entry.isUnchanged())
             return;
+        const CheckDescription &its = item.description;
         item.check->look(entry, [&](const Check::Observation &seen) {
-            found.push_back({item.description.id, seen.severity.value_or(item.description.severity),
-                             entry.tag(), seen.properties, seen.detail});
+            found.push_back({its.id, seen.severity.value_or(its.severity), entry.tag(),
+                             seen.properties, seen.detail,
+                             seen.nextStep.isNull() ? its.nextStep : seen.nextStep});
         });
     };
     try {

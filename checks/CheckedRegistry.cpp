@@ -102,7 +102,7 @@ const CheckedEntry *CheckedEntry::linkTarget(QStringView path) const
     return registry_->atLink(value(path).toString());
 }
 
-CheckedRegistry::CheckedRegistry(const TavDataStore &store)
+void CheckedRegistry::add(const TavDataStore &store)
 {
     reserve(store.registryEntries().size());
     for (const EntryRef &entry : store.registryEntries())

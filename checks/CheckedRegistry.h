@@ -2,6 +2,7 @@
 #pragma once
 
 #include "checks/Measurement.h"
+#include "model/ModuleCatalog.h"
 
 #include <QHash>
 #include <QStringList>
@@ -66,10 +67,14 @@ class CheckedRegistry
 {
 public:
     CheckedRegistry() = default;
-    explicit CheckedRegistry(const TavDataStore &store); // as a whole
+    explicit CheckedRegistry(const TavDataStore &store) { add(store); }
     CheckedRegistry(const CheckedRegistry &) = delete;
     CheckedRegistry &operator=(const CheckedRegistry &) = delete;
 
+    // Null: which modules the machine has is not known.
+    void setModules(std::shared_ptr<const ModuleCatalog> modules) { modules_ = std::move(modules); }
+    const ModuleCatalog *modules() const { return modules_.get(); }
+    void add(const TavDataStore &store); // as a whole, and finishes
     void reserve(std::size_t count) { entries_.reserve(count); }
     // Main thread only. With the tables of the entry as they were measured, if it was.
     void add(const TavRegistryEntry &entry, const Measurement::Tables &measured = {});
@@ -88,6 +93,7 @@ private:
     void linkParents();
     void noteUnchanged(const CheckedRegistry &before);
 
+    std::shared_ptr<const ModuleCatalog> modules_;
     std::vector<CheckedEntry> entries_;
     std::vector<quint32> numbers_;       // of the entries in their store
     std::vector<quint32> parentNumbers_; // likewise; of the parents, until finish

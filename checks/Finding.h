@@ -13,6 +13,7 @@ struct Finding
     quint64 entryTag = 0;
     QStringList properties = {}; // paths of keys that it rests on
     QString detail = {};         // what was seen, such as "2.5 GT/s instead of 8.0 GT/s"
+    QString nextStep = {};       // what to do
 
     friend bool operator==(const Finding &, const Finding &) = default;
 };

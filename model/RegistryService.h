@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "model/ModuleCatalog.h"
 #include "model/ObjectSample.h"
 #include "platform/host/HostInformation.h"
 
@@ -92,6 +93,9 @@ public:
     virtual quint64 readingNumber() const { return 0; }
     // Whether the object and the list of its children are the same as right after that reading.
     virtual bool isUnchangedSince(RegistryObject, quint64 /*reading*/) { return false; }
+
+    // The modules of the machine; null: they are not known.
+    virtual std::shared_ptr<const ModuleCatalog> moduleCatalog() { return nullptr; }
 
     // Of the machine that the registry describes.
     virtual HostInformation hostInformation() { return HostInformation::ofThisMachine(); }

@@ -8,6 +8,7 @@
 #include "cli/EntrySummary.h"
 #include "cli/RegistryNames.h"
 #include "cli/RegistrySource.h"
+#include "model/linux/KernelModules.h"
 
 #include <QEventLoop>
 
@@ -72,6 +73,11 @@ CommandDescription CheckCommand::description() const
               {},
               tr("Also read the values of sensors, fans and batteries, and the counters of network "
                  "interfaces twice, which can take seconds.")},
+             {QStringLiteral("modules"), QStringLiteral("DIR"),
+              tr("Look for modules of devices without a driver in this folder, such as "
+                 "/lib/modules/6.1.0. Otherwise those of the running kernel are known, for this "
+                 "machine alone."),
+              ArgumentKind::File},
              {QStringLiteral("nagios"),
               {},
               tr("Print one line with performance data, as plug-ins of monitoring programs "
@@ -117,18 +123,34 @@ CheckRun::Result CheckCommand::look(const CommandInput &input, RegistrySource &s
     const bool measures = input.isSet("measure");
     if (measures && source.isSnapshot())
         throw CommandError{tr("Nothing can be measured in a snapshot."), ExitCode::CouldNotLook};
-    if (!measures)
-        return checks.over(CheckedRegistry(*store_));
+    CheckedRegistry registry;
+    registry.setModules(modules(input, source));
+    if (!measures) {
+        registry.add(*store_);
+        return checks.over(registry);
+    }
     Measurement measurement(source.service(), store_->registryEntries());
     QEventLoop loop;
     QObject::connect(&measurement, &Measurement::finished, &loop, &QEventLoop::quit);
     measurement.start();
     loop.exec();
-    CheckedRegistry registry;
     for (const EntryRef &entry : store_->registryEntries())
         registry.add(*entry, measurement.tables().value(entry->entryTag()));
     registry.finish();
     return checks.over(registry);
+}
+
+std::shared_ptr<const ModuleCatalog> CheckCommand::modules(const CommandInput &input,
+                                                           RegistrySource &source)
+{
+    if (!input.isSet("modules"))
+        return source.isSnapshot() ? nullptr : source.service().moduleCatalog();
+    auto modules = std::make_shared<KernelModules>(input.value("modules"));
+    if (!modules->hasIndexes())
+        throw CommandError{
+            tr("“%1” has no modules.alias.bin, which depmod makes.").arg(input.value("modules")),
+            ExitCode::CouldNotLook};
+    return modules;
 }
 
 QStringList CheckCommand::checkIds(const CommandInput &input, const char *option)
@@ -224,7 +246,7 @@ void CheckCommand::writeJson(const CheckRun::Result &result, Severity least,
             json.member(QLatin1String("detail"),
                         finding.detail.isEmpty() ? QString() : finding.detail);
             json.member(QLatin1String("explanation"), check.explanation);
-            json.member(QLatin1String("nextStep"), check.nextStep);
+            json.member(QLatin1String("nextStep"), finding.nextStep);
         });
     }
 }

@@ -4,7 +4,7 @@
 #include "checks/CheckRun.h"
 #include "cli/Command.h"
 
-class RegistryService;
+class ModuleCatalog;
 class TavDataStore;
 class TavRegistryEntry;
 
@@ -18,6 +18,8 @@ public:
 
 private:
     static QStringList checkIds(const CommandInput &input, const char *option);
+    static std::shared_ptr<const ModuleCatalog> modules(const CommandInput &input,
+                                                        RegistrySource &source);
     static Severity leastSeverity(const CommandInput &input);
     static void list(CommandOutput &output);
     CheckRun::Result look(const CommandInput &input, RegistrySource &source);

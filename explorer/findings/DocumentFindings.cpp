@@ -64,6 +64,8 @@ void DocumentFindings::begin()
     added_ = 0;
     registry_ = std::make_shared<CheckedRegistry>();
     registry_->reserve(entries_.size());
+    if (store_->isLive() && store_->service())
+        registry_->setModules(store_->service()->moduleCatalog());
     addSome();
 }
 

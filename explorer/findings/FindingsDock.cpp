@@ -253,7 +253,7 @@ void FindingsDock::explain()
         QStringLiteral("<p><b>%1</b></p>").arg(check.title.toHtmlEscaped()) +
         paragraph(QString(), finding.detail.toHtmlEscaped()) +
         QStringLiteral("<p>%1</p>").arg(check.explanation.toHtmlEscaped()) +
-        paragraph(tr("What to do:"), check.nextStep.toHtmlEscaped()) +
+        paragraph(tr("What to do:"), finding.nextStep.toHtmlEscaped()) +
         paragraph(tr("Properties:"), links.join(QLatin1String(", "))) +
         paragraph(tr("Read more:"), check.reading.join(QLatin1String(", ")).toHtmlEscaped()));
 }

@@ -77,7 +77,8 @@ QString FindingsModel::plainText(int row) const
     const Row &its = rows_[static_cast<std::size_t>(row)];
     const CheckDescription check = CheckList::withID(its.finding.check)->description();
     QStringList lines{QStringLiteral("%1: %2").arg(word(its.finding.severity), its.title)};
-    for (const QString &line : {its.path, its.finding.detail, check.explanation, check.nextStep}) {
+    for (const QString &line :
+         {its.path, its.finding.detail, check.explanation, its.finding.nextStep}) {
         if (!line.isEmpty())
             lines.append(line);
     }

@@ -45,6 +45,7 @@ public:
     void readOnRequest(RegistryObject object, const QString &attribute,
                        std::function<void()> ready) override;
 
+    std::shared_ptr<const ModuleCatalog> moduleCatalog() override;
     void sample(const ObjectSample::Request &request,
                 std::function<void(const ObjectSample &)> ready) override;
 
@@ -139,6 +140,7 @@ private:
     UdevDatabase udev_;
     ClassNames classNames_;
     DriverBundles bundles_;
+    std::shared_ptr<const ModuleCatalog> moduleCatalog_; // null: not asked for, or none
     std::shared_ptr<DeviceNames> deviceNames_;
     ObjectHandles objects_;
     RequestedAttributes requested_;

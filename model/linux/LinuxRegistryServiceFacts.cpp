@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The operations of LinuxRegistryService on a single object.
+#include "model/linux/KernelModules.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/RecordedHost.h"
 
@@ -141,6 +142,17 @@ QString LinuxRegistryService::kernelPath(RegistryObject object)
 {
     const HostObject *const its = find(object);
     return its && !its->path.isEmpty() ? its->path.kernelPath() : QString();
+}
+
+// Of a recorded tree, the machine's modules are not at hand.
+std::shared_ptr<const ModuleCatalog> LinuxRegistryService::moduleCatalog()
+{
+    if (moduleCatalog_ || !root_->isKernels())
+        return moduleCatalog_;
+    auto modules = std::make_shared<KernelModules>();
+    if (modules->hasIndexes())
+        moduleCatalog_ = std::move(modules);
+    return moduleCatalog_;
 }
 
 QString LinuxRegistryService::bundleURLForIdentifier(const QString &bundleID)

@@ -221,6 +221,54 @@ TEST_F(ChecksTest, EachFiresAndItsNearMissDoesNot)
             << check->description().id.toStdString();
 }
 
+class FakeModules : public ModuleCatalog
+{
+public:
+    std::vector<Module> modulesFor(const QString &modalias) const override
+    {
+        return modalias == QLatin1String("pci:known") ? found : std::vector<Module>();
+    }
+    std::vector<Module> found;
+};
+
+// Why a device has no driver depends on which modules the machine has, and which are loaded.
+TEST(DriverMissing, SaysWhichModuleIsMissing)
+{
+    FakeLiveService service;
+    TreeBuilder tree(service);
+    tree.plane("DxService", "Root\n  Host\n    card : DxPciDevice\n    loaded : DxModule");
+    service.setKernelPath(tree["loaded"], QStringLiteral("/sys/module/loaded"));
+    const auto look = [&](const char *modalias, qint64 pciClass, ModuleCatalog::Module module) {
+        service.setProperties(
+            tree["card"],
+            pci({{"modalias", text(modalias)}, {"class", number(static_cast<quint64>(pciClass))}}));
+        const auto store = TavDataStore::initFromDxRegistry(service);
+        const auto modules = std::make_shared<FakeModules>();
+        modules->found = {std::move(module)};
+        CheckedRegistry registry;
+        registry.setModules(modules);
+        registry.add(*store);
+        const auto findings = CheckRun().over(registry).findings;
+        return findings.empty() ? std::string() : findings.front().detail.toStdString();
+    };
+    constexpr qint64 network = 0x020000;
+    constexpr qint64 bridge = 0x060000;
+    const ModuleCatalog::Module absent{QStringLiteral("absent")};
+    const ModuleCatalog::Module loaded{QStringLiteral("loaded")};
+    EXPECT_EQ(look("pci:strange", network, absent),
+              "network; this kernel has no module for it: pci:strange");
+    EXPECT_EQ(look("pci:strange", bridge, absent), "");
+    EXPECT_EQ(look("pci:known", network, absent), "the module absent exists and is not loaded");
+    EXPECT_EQ(look("pci:known", bridge, absent), "the module absent exists and is not loaded");
+    EXPECT_EQ(look("pci:known", network, {QStringLiteral("absent"), false, true}),
+              "the module absent exists and is kept from loading");
+    EXPECT_EQ(look("pci:known", network, {QStringLiteral("fixed"), true}),
+              "network; its driver fixed is built into the kernel and did not take it");
+    EXPECT_EQ(look("pci:known", network, loaded),
+              "network; its module loaded is loaded and did not take it");
+    EXPECT_EQ(look("pci:known", bridge, loaded), "");
+}
+
 // Counters are compared with a reading a moment before, and other values are read on request.
 TEST(Measurement, FindsCountersThatRise)
 {
