@@ -38,6 +38,8 @@
     CHECK(RemoteProcessorCrashed)                                                                  \
     CHECK(ProbeDeferred)                                                                           \
     CHECK(NoAnswer)                                                                                \
+    CHECK(AttributeUnreadable)                                                                     \
+    CHECK(DeviceNodeMissing)                                                                       \
     CHECK(DisplayWithoutDriver)                                                                    \
     CHECK(DriverMissing)
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "checks/Measurement.h"
+#include "model/DeviceNodes.h"
 #include "model/ModuleCatalog.h"
 
 #include <QHash>
@@ -74,6 +75,11 @@ public:
     // Null: which modules the machine has is not known.
     void setModules(std::shared_ptr<const ModuleCatalog> modules) { modules_ = std::move(modules); }
     const ModuleCatalog *modules() const { return modules_.get(); }
+    void setDeviceNodes(std::shared_ptr<const DeviceNodes> nodes)
+    {
+        deviceNodes_ = std::move(nodes);
+    }
+    const DeviceNodes *deviceNodes() const { return deviceNodes_.get(); }
     void add(const TavDataStore &store); // as a whole, and finishes
     void reserve(std::size_t count) { entries_.reserve(count); }
     // Main thread only. With the tables of the entry as they were measured, if it was.
@@ -94,6 +100,7 @@ private:
     void noteUnchanged(const CheckedRegistry &before);
 
     std::shared_ptr<const ModuleCatalog> modules_;
+    std::shared_ptr<const DeviceNodes> deviceNodes_;
     std::vector<CheckedEntry> entries_;
     std::vector<quint32> numbers_;       // of the entries in their store
     std::vector<quint32> parentNumbers_; // likewise; of the parents, until finish

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "model/DeviceNodes.h"
 #include "model/ModuleCatalog.h"
 #include "model/ObjectSample.h"
 #include "platform/host/HostInformation.h"
@@ -96,6 +97,8 @@ public:
 
     // The modules of the machine; null: they are not known.
     virtual std::shared_ptr<const ModuleCatalog> moduleCatalog() { return nullptr; }
+    // Its device nodes; null likewise.
+    virtual std::shared_ptr<const DeviceNodes> deviceNodes() { return nullptr; }
 
     // Of the machine that the registry describes.
     virtual HostInformation hostInformation() { return HostInformation::ofThisMachine(); }

@@ -125,6 +125,8 @@ CheckRun::Result CheckCommand::look(const CommandInput &input, RegistrySource &s
         throw CommandError{tr("Nothing can be measured in a snapshot."), ExitCode::CouldNotLook};
     CheckedRegistry registry;
     registry.setModules(modules(input, source));
+    if (!source.isSnapshot())
+        registry.setDeviceNodes(source.service().deviceNodes());
     if (!measures) {
         registry.add(*store_);
         return checks.over(registry);

@@ -64,8 +64,10 @@ void DocumentFindings::begin()
     added_ = 0;
     registry_ = std::make_shared<CheckedRegistry>();
     registry_->reserve(entries_.size());
-    if (store_->isLive() && store_->service())
+    if (store_->isLive() && store_->service()) {
         registry_->setModules(store_->service()->moduleCatalog());
+        registry_->setDeviceNodes(store_->service()->deviceNodes());
+    }
     addSome();
 }
 

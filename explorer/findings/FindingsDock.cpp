@@ -189,7 +189,7 @@ void FindingsDock::setUpTable()
     table_->setAccessibleName(tr("Findings"));
     table_->setModel(shown_);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
-    constexpr int widths[] = {12, 44, 18, 30, 30};
+    constexpr int widths[] = {14, 44, 18, 34, 30};
     makeRowTable(*table_, widths);
     connect(table_, &QTableView::customContextMenuRequested, this,
             [this](QPoint place) { makeMenu()->popup(table_->viewport()->mapToGlobal(place)); });

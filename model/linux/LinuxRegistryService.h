@@ -46,6 +46,7 @@ public:
                        std::function<void()> ready) override;
 
     std::shared_ptr<const ModuleCatalog> moduleCatalog() override;
+    std::shared_ptr<const DeviceNodes> deviceNodes() override;
     void sample(const ObjectSample::Request &request,
                 std::function<void(const ObjectSample &)> ready) override;
 

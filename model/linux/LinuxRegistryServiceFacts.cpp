@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The operations of LinuxRegistryService on a single object.
+#include "model/linux/KernelDeviceNodes.h"
 #include "model/linux/KernelModules.h"
 #include "model/linux/LinuxRegistryService.h"
 #include "model/linux/RecordedHost.h"
@@ -153,6 +154,13 @@ std::shared_ptr<const ModuleCatalog> LinuxRegistryService::moduleCatalog()
     if (modules->hasIndexes())
         moduleCatalog_ = std::move(modules);
     return moduleCatalog_;
+}
+
+std::shared_ptr<const DeviceNodes> LinuxRegistryService::deviceNodes()
+{
+    return root_->isKernels() && KernelDeviceNodes::areMadeByKernel()
+               ? std::make_shared<KernelDeviceNodes>()
+               : nullptr;
 }
 
 QString LinuxRegistryService::bundleURLForIdentifier(const QString &bundleID)

@@ -170,6 +170,15 @@ std::vector<Row> rows()
         {"no-answer", "DxDevice",
          dictionary({{"DxUnreadAttributes", dictionary({{"temp", text("did not answer")}})}}),
          dictionary({{"DxUnreadAttributes", dictionary({{"temp", text("not read: slow")}})}})},
+        {"attribute-unreadable", "DxWatchdogDevice",
+         of("class/watchdog",
+            {{"DxUnreadAttributes", dictionary({{"timeleft", text("Input/output error")}})}}),
+         of("class/watchdog",
+            {{"DxUnreadAttributes", dictionary({{"timeleft", text("Operation not supported")}})}})},
+        {"device-node-missing", "DxInputDevice",
+         dictionary({{"dev", text("13:64")}, {"uevent", dictionary({{"DEVNAME", text("gone")}})}}),
+         dictionary(
+             {{"dev", text("13:64")}, {"uevent", dictionary({{"DEVNAME", text("there")}})}})},
         {"display-without-driver", "DxPciDevice",
          pci({{"class", number(0x030000)}, {"boot_vga", number(1)}}),
          pci({{"class", number(0x030000)},
@@ -180,6 +189,12 @@ std::vector<Row> rows()
          pci({{"class", number(0x060000)}, {"modalias", text("pci:v1")}})},
     };
 }
+
+class FakeNodes : public DeviceNodes
+{
+public:
+    bool has(const QString &name) const override { return name == QLatin1String("there"); }
+};
 
 // An entry below another, beside a third.
 class ChecksTest : public RegistryTest
@@ -200,7 +215,10 @@ protected:
                                   QStringLiteral("/sys/devices/sd") + QLatin1String(name));
         service.setKernelPath(tree["sibling"], QStringLiteral("/sys/devices/sibling"));
         const auto store = TavDataStore::initFromDxRegistry(service);
-        const auto result = CheckRun({QLatin1String(row.check)}).over(CheckedRegistry(*store));
+        CheckedRegistry registry;
+        registry.setDeviceNodes(std::make_shared<FakeNodes>());
+        registry.add(*store);
+        const auto result = CheckRun({QLatin1String(row.check)}).over(registry);
         return static_cast<std::size_t>(std::count_if(
             result.findings.begin(), result.findings.end(),
             [&](const Finding &finding) { return finding.entryTag == tree["entry"]; }));
