@@ -102,6 +102,13 @@ const CheckedEntry *CheckedEntry::linkTarget(QStringView path) const
     return registry_->atLink(value(path).toString());
 }
 
+void CheckedRegistry::setMachine(const TavDataStore &store)
+{
+    RegistryService *const service = store.isLive() ? store.service() : nullptr;
+    modules_ = service ? service->moduleCatalog() : nullptr;
+    deviceNodes_ = service ? service->deviceNodes() : nullptr;
+}
+
 void CheckedRegistry::add(const TavDataStore &store)
 {
     reserve(store.registryEntries().size());

@@ -80,6 +80,8 @@ public:
         deviceNodes_ = std::move(nodes);
     }
     const DeviceNodes *deviceNodes() const { return deviceNodes_.get(); }
+    // Modules and nodes of the machine that a live store is of; main thread only.
+    void setMachine(const TavDataStore &store);
     void add(const TavDataStore &store); // as a whole, and finishes
     void reserve(std::size_t count) { entries_.reserve(count); }
     // Main thread only. With the tables of the entry as they were measured, if it was.

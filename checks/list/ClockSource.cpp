@@ -19,7 +19,7 @@ public:
                 .nextStep = tr("Look for clocksource= or tsc=unstable on the command line and in "
                                "the messages of the kernel."),
                 .reading = {
-                    QStringLiteral("Documentation/ABI/testing/sysfs-devices-system-clocksource"),
+                    QStringLiteral("Documentation/timers/timekeeping.rst"),
                     QStringLiteral("Documentation/admin-guide/kernel-parameters.txt")}};
     }
 

@@ -16,7 +16,7 @@ public:
                                   "cannot be used."),
                 .nextStep = tr("Read the messages of the kernel. A controller that is dead needs a "
                                "restart of the machine, and often a new firmware or a new disk."),
-                .reading = {QStringLiteral("Documentation/ABI/stable/sysfs-driver-nvme")}};
+                .reading = {QStringLiteral("drivers/nvme/host/core.c")}};
     }
 
     void look(const CheckedEntry &entry, const Report &report) const override

@@ -124,9 +124,9 @@ CheckRun::Result CheckCommand::look(const CommandInput &input, RegistrySource &s
     if (measures && source.isSnapshot())
         throw CommandError{tr("Nothing can be measured in a snapshot."), ExitCode::CouldNotLook};
     CheckedRegistry registry;
-    registry.setModules(modules(input, source));
-    if (!source.isSnapshot())
-        registry.setDeviceNodes(source.service().deviceNodes());
+    registry.setMachine(*store_);
+    if (input.isSet("modules"))
+        registry.setModules(modulesIn(input.value("modules")));
     if (!measures) {
         registry.add(*store_);
         return checks.over(registry);
@@ -142,16 +142,12 @@ CheckRun::Result CheckCommand::look(const CommandInput &input, RegistrySource &s
     return checks.over(registry);
 }
 
-std::shared_ptr<const ModuleCatalog> CheckCommand::modules(const CommandInput &input,
-                                                           RegistrySource &source)
+std::shared_ptr<const ModuleCatalog> CheckCommand::modulesIn(const QString &folder)
 {
-    if (!input.isSet("modules"))
-        return source.isSnapshot() ? nullptr : source.service().moduleCatalog();
-    auto modules = std::make_shared<KernelModules>(input.value("modules"));
+    auto modules = std::make_shared<KernelModules>(folder);
     if (!modules->hasIndexes())
-        throw CommandError{
-            tr("“%1” has no modules.alias.bin, which depmod makes.").arg(input.value("modules")),
-            ExitCode::CouldNotLook};
+        throw CommandError{tr("“%1” has no modules.alias.bin, which depmod makes.").arg(folder),
+                           ExitCode::CouldNotLook};
     return modules;
 }
 

@@ -18,8 +18,7 @@ public:
 
 private:
     static QStringList checkIds(const CommandInput &input, const char *option);
-    static std::shared_ptr<const ModuleCatalog> modules(const CommandInput &input,
-                                                        RegistrySource &source);
+    static std::shared_ptr<const ModuleCatalog> modulesIn(const QString &folder);
     static Severity leastSeverity(const CommandInput &input);
     static void list(CommandOutput &output);
     CheckRun::Result look(const CommandInput &input, RegistrySource &source);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/commands/FindCommand.h"
 
+#include "checks/CheckRun.h"
 #include "cli/CommandInput.h"
 #include "cli/EntryColumn.h"
 #include "cli/EntrySummary.h"
@@ -101,8 +102,23 @@ FilterExpression FindCommand::parse(const QString &expression)
                        ExitCode::WrongUsage};
 }
 
+// The states "error" and "warning" are those of what checks find.
+void FindCommand::markFindings(TavDataStore &store, const QString &question)
+{
+    if (!question.contains(QLatin1String("error")) && !question.contains(QLatin1String("warning")))
+        return;
+    CheckedRegistry registry;
+    registry.setMachine(store);
+    registry.add(store);
+    for (const Finding &finding : CheckRun().over(registry).findings) {
+        if (TavRegistryEntry *const entry = store.entryWithTag(finding.entryTag))
+            entry->addFinding(finding.severity);
+    }
+}
+
 EntrySet FindCommand::matches(TavDataStore &store, const FilterExpression &expression)
 {
+    markFindings(store, expression.text());
     EntrySet found;
     if (!store.runFilter(expression, &found, nullptr))
         throw CommandError{tr("The regular expression takes too long.")};
@@ -163,6 +179,8 @@ EntrySet FindCommand::matches(TavDataStore &store, const QString &text) const
         found = matches(store, *filter_);
     if (text.isNull())
         return found;
+    if (options_.testFlag(FindOption::Special))
+        markFindings(store, text);
     EntrySet withText;
     store.runQuery(text, options_, &withText, nullptr,
                    options_.testFlag(FindOption::ShownValues)

@@ -23,6 +23,7 @@ private:
     using Entries = std::vector<TavRegistryEntry *>;
 
     static FindOptions optionsOf(const QStringList &places);
+    static void markFindings(TavDataStore &store, const QString &question);
     EntrySet matches(TavDataStore &store, const QString &text) const;
     Entries find(TavDataStore &store, const CommandInput &input) const;
     void write(const Entries &entries, const QStringList &columns, CommandOutput &output) const;

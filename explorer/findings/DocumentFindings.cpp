@@ -60,30 +60,29 @@ void DocumentFindings::begin()
     isOutdated_ = watcher_.isRunning();
     if (isOutdated_)
         return;
-    entries_ = store_->registryEntries();
     added_ = 0;
+    entryCount_ = store_->registryEntries().size();
     registry_ = std::make_shared<CheckedRegistry>();
-    registry_->reserve(entries_.size());
-    if (store_->isLive() && store_->service()) {
-        registry_->setModules(store_->service()->moduleCatalog());
-        registry_->setDeviceNodes(store_->service()->deviceNodes());
-    }
+    registry_->reserve(entryCount_);
+    registry_->setMachine(*store_);
     addSome();
 }
 
 void DocumentFindings::addSome()
 {
     constexpr std::size_t step = 100; // entries, between looks at the clock
+    const auto &entries = store_->registryEntries();
+    if (entries.size() != entryCount_)
+        return soon_.start(); // the rest would be of another moment
     QElapsedTimer time;
     time.start();
-    while (added_ < entries_.size() && time.elapsed() < slice) {
-        const std::size_t end = std::min(added_ + step, entries_.size());
+    while (added_ < entryCount_ && time.elapsed() < slice) {
+        const std::size_t end = std::min(added_ + step, entryCount_);
         for (; added_ < end; ++added_)
-            registry_->add(*entries_[added_], measured_.value(entries_[added_]->entryTag()));
+            registry_->add(*entries[added_], measured_.value(entries[added_]->entryTag()));
     }
-    if (added_ < entries_.size())
+    if (added_ < entryCount_)
         return nextSlice_.start();
-    entries_.clear();
     const std::shared_ptr<CheckedRegistry> registry = std::move(registry_);
     const auto check = [registry, before = std::move(checked_), result = result_] {
         registry->finish(before.get());

@@ -58,8 +58,8 @@ private:
     std::vector<EntryRef> marked_;                // entries
     mutable QHash<QString, SeverityByTag> below_; // by plane, made on demand
     QFutureWatcher<CheckRun::Result> watcher_;
-    std::vector<EntryRef> entries_; // to be added
-    std::size_t added_ = 0;
+    std::size_t entryCount_ = 0;                     // of the store, when adding began
+    std::size_t added_ = 0;                          // of these
     std::shared_ptr<CheckedRegistry> registry_;      // that is being filled
     std::shared_ptr<const CheckedRegistry> checked_; // the last one; null: none, or a snapshot
     bool isOutdated_ = false;                        // what is being checked

@@ -201,6 +201,9 @@ class ExitCodes(unittest.TestCase):
                          b"waits for another one | errors=0;;1;0 warnings=1;1;;0 notes=0;;;0\n")
         self.assertEqual(run("check", "--skip", "probe-deferred").returncode, 0)
         self.assertEqual(run("check", "--severity", "error").stdout, b"")
+        for question in (["warning", "--in", "states"], ["--where", "state == warning"]):
+            self.assertEqual(len(run("find", *question).stdout.splitlines()), 1)
+        self.assertEqual(run("check", "--modules", "/nowhere").returncode, 3)
         self.assertEqual(run("check", "/nowhere.vandrel").returncode, 3)
         with tempfile.TemporaryDirectory() as folder:
             tree = Path(folder) / "sys"
