@@ -45,7 +45,10 @@ void FindingsModel::reload()
 // The same findings: entries may have been renamed or moved.
 void FindingsModel::updatePlaces()
 {
-    rows_ = currentRows();
+    auto rows = currentRows();
+    if (rows.size() != rows_.size()) // a renamed device may be hidden no more
+        return reload();
+    rows_ = std::move(rows);
     if (!rows_.empty())
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
 }
