@@ -5,6 +5,7 @@
 #include "checks/CheckList.h"
 #include "display/views/FindingIcons.h"
 #include "explorer/findings/DocumentFindings.h"
+#include "platform/widgets/PlainToolTip.h"
 #include "platform/widgets/VisibleText.h"
 #include "store/TavDataStore.h"
 
@@ -110,6 +111,8 @@ QVariant FindingsModel::data(const QModelIndex &index, int role) const
                                                                      : FindingIcons::Kind::Own);
     if (role == Qt::AccessibleTextRole && index.column() == SeverityColumn && row.isHidden)
         return tr("%1, hidden").arg(word(row.finding.severity));
+    if (role == Qt::ToolTipRole)
+        return plainToolTip(index.data().toString()); // columns are narrow
     if (role != Qt::DisplayRole)
         return {};
     switch (index.column()) {
