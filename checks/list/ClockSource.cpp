@@ -18,9 +18,8 @@ public:
                        "often."),
                 .nextStep = tr("Look for clocksource= or tsc=unstable on the command line and in "
                                "the messages of the kernel."),
-                .reading = {
-                    QStringLiteral("Documentation/timers/timekeeping.rst"),
-                    QStringLiteral("Documentation/admin-guide/kernel-parameters.txt")}};
+                .reading = {QStringLiteral("Documentation/timers/timekeeping.rst"),
+                            QStringLiteral("Documentation/admin-guide/kernel-parameters.txt")}};
     }
 
     void look(const CheckedEntry &entry, const Report &report) const override
