@@ -54,8 +54,8 @@ public:
 private:
     QList<QCommandLineOption> options() const
     {
-        return {sysfs_,   theme_,       plane_, select_, screenshot_,
-                capture_, newInstance_, help_,  version_};
+        return {sysfs_,     theme_,   plane_,       select_, screenshot_, capture_,
+                newWindow_, compare_, newInstance_, help_,   version_};
     }
     static QString fileHelp()
     {
@@ -91,6 +91,12 @@ private:
            "when it cannot be written, 3 when it is written but some devices did not answer, 64 "
            "when the command line is wrong."),
         tr("FILE")};
+    const QCommandLineOption newWindow_{
+        QStringLiteral("new-window"),
+        tr("Open a window on this machine's registry; the program that runs already does so.")};
+    const QCommandLineOption compare_{
+        QStringLiteral("compare"),
+        tr("Compare two snapshots, the FILEs or those chosen in a dialog.")};
     const QCommandLineOption newInstance_{
         QStringLiteral("new-instance"),
         tr("Open the documents here, even if the program runs already.")};
@@ -146,6 +152,11 @@ CommandLine Parser::parse(const QStringList &arguments)
     }
     line.sysfsRoot = parser_.value(sysfs_);
     line.files = parser_.positionalArguments();
+    line.compares = parser_.isSet(compare_);
+    if (line.compares && !line.files.isEmpty() && line.files.size() != 2)
+        return failure(tr("--compare needs two files, or none to choose them."));
+    if (parser_.isSet(newWindow_) && !line.files.isEmpty())
+        return failure(tr("--new-window takes no files."));
     line.isForRunningCopy = isForRunningCopy();
     line.theme = theme();
     line.plane = valueOrNull(plane_);
@@ -154,17 +165,19 @@ CommandLine Parser::parse(const QStringList &arguments)
     return line;
 }
 
-// Only a plain request for files can go to the running copy.
+// Only a plain request for files or for a window can go to the running copy.
 bool Parser::isForRunningCopy() const
 {
-    return parser_.optionNames().isEmpty() && !parser_.positionalArguments().isEmpty();
+    const QStringList options = parser_.optionNames();
+    return options == newWindow_.names() ||
+           (options.isEmpty() && !parser_.positionalArguments().isEmpty());
 }
 
 // Null: no error.
 QString Parser::objectionToCapture() const
 {
     for (const QCommandLineOption *option :
-         {&theme_, &plane_, &select_, &screenshot_, &newInstance_}) {
+         {&theme_, &plane_, &select_, &screenshot_, &newWindow_, &compare_, &newInstance_}) {
         if (parser_.isSet(*option))
             return tr("--%1 needs a window, and --capture opens none.")
                 .arg(option->names().constFirst());

@@ -17,7 +17,8 @@ struct CommandLine
     QString text; // for standard output (help, version) or standard error (failure)
     QString sysfsRoot;
     QStringList files;             // documents to open; none: a new one
-    bool isForRunningCopy = false; // whether a running copy may open them
+    bool compares = false;         // the files, or others that the user chooses
+    bool isForRunningCopy = false; // whether a running copy may open the files or a window
     std::optional<Theme> theme;    // none: the preferred one
     QString plane;                 // null: the preferred one
     QString selectedPath;          // null: the registry's root

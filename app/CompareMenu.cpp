@@ -3,7 +3,6 @@
 
 #include "explorer/DateText.h"
 #include "platform/desktop/DocumentCommands.h"
-#include "platform/runloop/LongWork.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/widgets/MenuText.h"
 #include "store/TavDocumentController.h"
@@ -65,19 +64,10 @@ CompareMenu::Side CompareMenu::shown() const
     return {document_->displayName(), document_->dataStore()};
 }
 
-// The earlier one comes first.
 void CompareMenu::compare(Side other)
 {
-    if (!document_ || !other.store)
-        return;
-    Side own = shown();
-    const bool isOtherLater =
-        other.store->isLive() ||
-        (!own.store->isLive() && other.store->lastUpdateDate() > own.store->lastUpdateDate());
-    if (isOtherLater)
-        std::swap(own, other);
-    if (auto document = ComparisonDocument::create(documents_, std::move(other), std::move(own)))
-        documents_.add(std::move(document));
+    if (document_ && other.store)
+        FileComparison(documents_).open(shown(), std::move(other));
 }
 
 void CompareMenu::askForFile()
@@ -94,13 +84,9 @@ void CompareMenu::askForFile()
 
 void CompareMenu::compareWithFile(const QString &file)
 {
-    if (auto *const open = static_cast<TavDocument *>(documents_.documentForFile(file)))
-        return compare({open->displayName(), open->dataStore()});
-    TavDocument document(documents_); // only for what it reads
     DocumentError error;
-    LongWork work(tr("Opening “%1”…").arg(QFileInfo(file).fileName()));
-    if (document.read(file, work, error))
-        compare({document.displayName(), document.dataStore()});
+    if (Side side = FileComparison(documents_).sideOf(file, error); side.store)
+        compare(std::move(side));
     else
         commands_.showFailures({{file, error}}, menu_.window());
 }

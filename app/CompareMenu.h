@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "explorer/comparison/ComparisonDocument.h"
+#include "app/FileComparison.h"
 
 #include <QPointer>
 

@@ -19,6 +19,7 @@ using namespace std::chrono_literals;
 const QByteArray greeting = "Vandrel 1\n";
 const QByteArray taken = "taken\n";
 const QString filesKey = QStringLiteral("open");
+const QString newWindowKey = QStringLiteral("newWindow");
 const QString tokenKey = QStringLiteral("activation");
 constexpr auto clientPatience = 5s;
 constexpr auto probePatience = 200ms;
@@ -47,6 +48,7 @@ QByteArray readLine(QLocalSocket &socket, const QDeadlineTimer &deadline)
 QByteArray messageFor(const QStringList &files)
 {
     const QJsonObject message{{filesKey, QJsonArray::fromStringList(files)},
+                              {newWindowKey, files.isEmpty()},
                               {tokenKey, qEnvironmentVariable(tokenVariable)}};
     return QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
 }
@@ -141,7 +143,7 @@ void RunningInstance::receive(QLocalSocket &client)
     const QJsonObject message = QJsonDocument::fromJson(client.readLine()).object();
     const QStringList files = filesIn(message);
     client.disconnect(this); // one message for each client
-    if (files.isEmpty()) {
+    if (files.isEmpty() && !message[newWindowKey].toBool()) {
         client.abort();
         return;
     }

@@ -16,8 +16,8 @@ class RunningInstance : public QObject
 public:
     static constexpr qint64 maxMessageSize = 256 * 1024;
 
-    // Whether the running copy took the files, which have absolute paths. Waits no longer than
-    // given, and needs no event loop.
+    // Whether the running copy took the files, which have absolute paths; none: it opens a window.
+    // Waits no longer than given, and needs no event loop.
     static bool handOver(const QStringList &files, const QString &socket = socketPath(),
                          std::chrono::milliseconds patience = std::chrono::seconds(2));
     static QString socketPath(); // of this user and display
@@ -27,7 +27,7 @@ public:
     bool listen(const QString &socket = socketPath());
 
 Q_SIGNALS:
-    void filesReceived(const QStringList &files);
+    void filesReceived(const QStringList &files); // none: a window is wanted
 
 private:
     void greetClients();

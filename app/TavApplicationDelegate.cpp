@@ -3,6 +3,7 @@
 
 #include "app/CommandLine.h"
 #include "app/CompareMenu.h"
+#include "app/FileComparison.h"
 #include "app/HelpWindow.h"
 #include "app/PreferencesWarning.h"
 #include "app/WindowPicture.h"
@@ -107,6 +108,8 @@ StartResult TavApplicationDelegate::start(const CommandLine &line)
     using Status = StartResult::Status;
     applicationWillFinishLaunching();
     applicationDidFinishLaunching();
+    if (line.compares)
+        return startComparison(line);
     const QList<DocumentCommands::Failure> failures = documentCommands_.open(line.files, false);
     const bool isUnattended = !line.screenshotFile.isNull();
     if (isUnattended && !failures.isEmpty())
@@ -119,6 +122,34 @@ StartResult TavApplicationDelegate::start(const CommandLine &line)
             return {Status::Failed, textOf(failures.first())};
         return {Status::Cancelled};
     }
+    return showStarted(line, failures);
+}
+
+StartResult TavApplicationDelegate::startComparison(const CommandLine &line)
+{
+    using Status = StartResult::Status;
+    const QStringList files = line.files.isEmpty() ? FileComparison::chooseFiles() : line.files;
+    if (files.isEmpty())
+        return {Status::Cancelled};
+    FileComparison comparison(documents_);
+    std::vector<FileComparison::Side> sides;
+    for (const QString &file : files) {
+        DocumentError error;
+        sides.push_back(comparison.sideOf(file, error));
+        if (!sides.back().store)
+            return {Status::Failed, textOf({file, error})};
+    }
+    if (!comparison.open(std::move(sides[0]), std::move(sides[1])))
+        return {Status::Cancelled};
+    return showStarted(line, {});
+}
+
+// With at least one document.
+StartResult TavApplicationDelegate::showStarted(const CommandLine &line,
+                                                const QList<DocumentCommands::Failure> &failures)
+{
+    using Status = StartResult::Status;
+    const bool isUnattended = !line.screenshotFile.isNull();
     if (const QString missing = missingPlace(line); !missing.isNull())
         return {Status::Failed, missing};
     if (isUnattended) // a picture does not wait for what comes later
@@ -144,7 +175,10 @@ void TavApplicationDelegate::openFilesOfOtherCopy(const QStringList &files)
             front->window()->setWindowState(front->window()->windowState() & ~Qt::WindowMinimized);
             front->showWindow();
         }
-        documentCommands_.openFiles(files, front ? front->window() : nullptr);
+        if (files.isEmpty())
+            documentCommands_.newDocument();
+        else
+            documentCommands_.openFiles(files, front ? front->window() : nullptr);
     });
 }
 

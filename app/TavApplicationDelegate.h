@@ -43,7 +43,7 @@ public:
     // the entry, or a file for a picture is missing; Cancelled: the user cancelled reading the
     // registry.
     StartResult start(const CommandLine &line);
-    // Opens the files and activates their window.
+    // Opens the files, or a window without any, and activates it.
     void openFilesOfOtherCopy(const QStringList &files);
 
     TavDocumentController &documents() { return documents_; }
@@ -57,6 +57,9 @@ Q_SIGNALS:
     void pictureFailed(const QString &message);
 
 private:
+    StartResult startComparison(const CommandLine &line);
+    StartResult showStarted(const CommandLine &line,
+                            const QList<DocumentCommands::Failure> &failures);
     QString missingPlace(const CommandLine &line) const; // a message; null: nothing is missing
     void goToPlace(const CommandLine &line);
     void takePicture(const QString &file);

@@ -10,6 +10,8 @@
 #include "tests/support/FakeLiveService.h"
 #include "tests/support/QtPrinters.h"
 
+#include "tests/support/SmallStore.h"
+
 #include <QImage>
 #include <QMainWindow>
 #include <QSignalSpy>
@@ -67,6 +69,23 @@ TEST_F(ApplicationTest, OpensTheRequestedPlaceOrReportsWhatIsMissing)
     line.sysfsRoot = folder_.path();
     EXPECT_EQ(TavApplicationDelegate::openRegistry(line, &error_), nullptr);
     EXPECT_THAT(error_.toStdString(), testing::HasSubstr(folder_.path().toStdString()));
+}
+
+TEST_F(ApplicationTest, ComparesTheGivenSnapshots)
+{
+    const QString one = folder_.filePath(QStringLiteral("one.vandrel"));
+    QFile file(one);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(SmallStore::current().bytes());
+    file.close();
+    const QString other = folder_.filePath(QStringLiteral("other.vandrel"));
+    ASSERT_TRUE(QFile::copy(one, other));
+    ASSERT_TRUE(start(qPrintable(QStringLiteral("--compare %1 %2").arg(one, other))))
+        << error_.toStdString();
+    ASSERT_EQ(delegate_->documents().documents().size(), 1U);
+    EXPECT_NE(delegate_->mainWindowController()->comparison(), nullptr);
+    EXPECT_FALSE(start(qPrintable(QStringLiteral("--compare %1 /nowhere").arg(one))));
+    EXPECT_THAT(error_.toStdString(), testing::HasSubstr("/nowhere"));
 }
 
 TEST_F(ApplicationTest, QuitsSilentlyWhenItsFirstReadingIsCancelled)

@@ -25,6 +25,8 @@ TEST(CommandLine, RunsOnThisMachineUnlessToldOtherwise)
 TEST(CommandLine, LeavesPlainFilesToTheRunningCopy)
 {
     EXPECT_TRUE(parse("a.vandrel b.vandrel").isForRunningCopy);
+    EXPECT_TRUE(parse("--new-window").isForRunningCopy);
+    EXPECT_FALSE(parse("--compare a b").isForRunningCopy);
     EXPECT_FALSE(CommandLine::parse({QStringLiteral("vandrel")}).isForRunningCopy);
     for (const char *option : {"--new-instance", "--theme dark", "--sysfs /sys", "--plane DxBus",
                                "--select DxBus:/", "--screenshot b.png"})
@@ -34,8 +36,9 @@ TEST(CommandLine, LeavesPlainFilesToTheRunningCopy)
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow)
 {
-    for (const char *options : {"--theme pink", "--nonsense", "--sysfs", "--capture ",
-                                "--capture a --plane DxBus", "--capture a --new-instance"}) {
+    for (const char *options :
+         {"--theme pink", "--nonsense", "--sysfs", "--capture ", "--capture a --plane DxBus",
+          "--capture a --new-instance", "--compare a", "--new-window a"}) {
         const CommandLine line = parse(options);
         EXPECT_EQ(line.action, CommandLine::Action::Fail) << options;
         EXPECT_FALSE(line.text.isEmpty()) << options;

@@ -89,6 +89,9 @@ TEST_F(RunningInstanceTest, TakesFilesOfLaterCopies)
     EXPECT_TRUE(handOver(files));
     ASSERT_EQ(received.count(), 1);
     EXPECT_EQ(received[0][0].toStringList(), files);
+    EXPECT_TRUE(handOver({})); // a window
+    ASSERT_EQ(received.count(), 2);
+    EXPECT_TRUE(received[1][0].toStringList().isEmpty());
     EXPECT_FALSE(handOver({QString(RunningInstance::maxMessageSize, u'/')}));
 }
 
