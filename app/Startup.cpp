@@ -2,6 +2,7 @@
 #include "app/Startup.h"
 
 #include "platform/desktop/AlertBox.h"
+#include "platform/desktop/DesktopRecentFiles.h"
 #include "platform/desktop/FileRevealer.h"
 #include "platform/host/DesktopServices.h"
 #include "platform/preferences/PreferencesStore.h"
@@ -38,5 +39,8 @@ void Startup::setUpApplication()
     DesktopServices &services = DesktopServices::instance();
     services.beep = QApplication::beep;
     services.presentAlert = AlertBox::present;
+    services.noteRecentFile = [](const QString &file, const QString &mimeType) {
+        DesktopRecentFiles().add(file, mimeType);
+    };
     services.revealFile = [](const QString &file) { FileRevealer::reveal(file); };
 }

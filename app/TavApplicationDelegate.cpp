@@ -61,6 +61,7 @@ TavApplicationDelegate::TavApplicationDelegate(std::unique_ptr<RegistryService> 
            .hasDocuments = [this] { return !documents_.documents().empty(); },
            .defaultBookmarkPopUp = [this] { return defaultsController_.defaultBookmarkPopUp(); }})
     , storedFormats_(documents_)
+    , sessionEnd_(documents_, documentCommands_)
 {
     documents_.setWindowControllerFactory(
         [](TavDocument &document) { return std::make_unique<TavWindowController>(document); });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "app/SessionEnd.h"
 #include "app/StoredFormats.h"
 #include "app/TavBookmarksController.h"
 #include "app/TavDefaultsController.h"
@@ -74,6 +75,7 @@ private:
     DocumentWindows documentWindows_;
     TavBookmarksController bookmarksController_;
     StoredFormats storedFormats_;
+    SessionEnd sessionEnd_;
     std::unique_ptr<HelpWindow> helpWindow_;
     std::unique_ptr<PreferencesWarning> warning_;
     std::unique_ptr<WindowPicture> picture_;

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent DBus Gui Network PrintSupport Widgets UiTools Svg LinguistTools)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Concurrent DBus Gui Network PrintSupport Widgets UiTools Svg Xml LinguistTools)
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(Udev REQUIRED IMPORTED_TARGET libudev)

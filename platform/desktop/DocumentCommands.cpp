@@ -5,6 +5,7 @@
 #include "platform/documents/DocumentFile.h"
 #include "platform/documents/PortableFileName.h"
 #include "platform/host/Alert.h"
+#include "platform/host/DesktopServices.h"
 #include "platform/runloop/RunLoop.h"
 #include "platform/widgets/BusyCursor.h"
 
@@ -82,8 +83,9 @@ QList<DocumentCommands::Failure> DocumentCommands::open(const QStringList &files
     QList<Failure> failures;
     for (const QString &file : files) {
         Failure failure{file, {}};
-        if (documents_.openDocument(file, failure.error, display)) {
-            recentDocuments_.add(file);
+        if (const Document *const document =
+                documents_.openDocument(file, failure.error, display)) {
+            noteUsed(*document, file);
             continue;
         }
         if (DocumentFile::isCancelled(failure.error))
@@ -192,8 +194,15 @@ void DocumentCommands::save(Document &document, const QString &file, QWidget *wi
         if (!document.save(file, error))
             return fail(error.description, error.reason);
     }
-    recentDocuments_.add(file);
+    noteUsed(document, file);
     report(done, true);
+}
+
+void DocumentCommands::noteUsed(const Document &document, const QString &file)
+{
+    recentDocuments_.add(file);
+    if (const auto &noteRecentFile = DesktopServices::instance().noteRecentFile)
+        noteRecentFile(file, document.fileType());
 }
 
 void DocumentCommands::prepareToClose(Document &document, const Done &done)

@@ -55,6 +55,7 @@ private:
     QFileDialog *makeDialog(QWidget &window, const QString &title) const;
     QCheckBox *addCopyBox(QFileDialog &dialog) const; // null: there is no such option
     QString suggestedFile(const Document &document) const;
+    void noteUsed(const Document &document, const QString &file);
     void save(Document &document, const QString &file, QWidget *window, const Done &done);
 
     DocumentController &documents_;

@@ -15,6 +15,7 @@ struct DesktopServices
     std::function<void(const Alert &alert, AlertAnswer answer)> presentAlert;
     std::function<void()> beep;
     std::function<void(const QString &file)> revealFile; // in its folder, selected
+    std::function<void(const QString &file, const QString &mimeType)> noteRecentFile;
     std::function<std::unique_ptr<WorkDisplay>(const QString &title, LongWork::Kind kind)>
         makeWorkDisplay;
 

@@ -37,6 +37,7 @@ ApplicationFixture::ApplicationFixture()
     applyTheme(Theme::Light);
     Startup::setUpApplication();
     DesktopServices::instance().beep = nullptr;
+    DesktopServices::instance().noteRecentFile = nullptr;
 }
 
 ApplicationFixture::~ApplicationFixture()

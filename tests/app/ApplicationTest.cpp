@@ -6,6 +6,7 @@
 #include "explorer/window/TavWindowController.h"
 #include "model/RegistryService.h"
 #include "platform/desktop/Theme.h"
+#include "platform/host/DesktopServices.h"
 #include "platform/preferences/PreferencesStore.h"
 #include "tests/support/FakeLiveService.h"
 #include "tests/support/QtPrinters.h"
@@ -27,6 +28,7 @@ protected:
         PreferencesStore::setFolder(folder_.path());
         applyTheme(Theme::Light);
         Startup::setUpApplication();
+        DesktopServices::instance().noteRecentFile = nullptr;
     }
     bool start(const char *options)
     {

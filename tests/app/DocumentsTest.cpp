@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ApplicationFixture.h"
+#include "app/SessionEnd.h"
 #include "platform/documents/RecentDocuments.h"
 #include "platform/preferences/PreferencesStore.h"
 #include "platform/runloop/RunLoop.h"
@@ -19,6 +20,7 @@
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QUrl>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -55,6 +57,26 @@ protected:
     }
 };
 } // namespace
+
+TEST_F(DocumentsTest, EndOfTheSessionAsksAboutWhatIsNotSaved)
+{
+    edit("a.vandrel");
+    SessionEnd end(delegate_->documents(), delegate_->documentCommands());
+    EXPECT_EQ(end.restartCommand().mid(1), QStringList{path("a.vandrel")});
+    const auto mayEndAfter = [&](const char *button) {
+        QTimer soon;
+        soon.setSingleShot(true);
+        soon.callOnTimeout([&] { answer(button); });
+        soon.start(50);
+        return end.askAboutUnsaved();
+    };
+    EXPECT_FALSE(mayEndAfter("Cancel"));
+    EXPECT_TRUE(mayEndAfter("Don’t Save"));
+    EXPECT_TRUE(document().isDocumentEdited());
+    EXPECT_TRUE(mayEndAfter("Save"));
+    EXPECT_FALSE(document().isDocumentEdited());
+    EXPECT_TRUE(end.askAboutUnsaved());
+}
 
 TEST_F(DocumentsTest, NumbersLiveDocuments)
 {
