@@ -23,6 +23,12 @@ CheckRun::CheckRun(QStringList only, QStringList skipped)
     }
 }
 
+CheckRun::CheckRun(const std::vector<const Check *> &checks)
+{
+    for (const Check *const check : checks)
+        items_.push_back({check->description(), check});
+}
+
 CheckRun::Result CheckRun::over(const CheckedRegistry &registry) const
 {
     return over(registry, {}, false);

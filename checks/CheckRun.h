@@ -20,6 +20,9 @@ public:
     // Empty: all of them. Unknown IDs are ignored.
     explicit CheckRun(QStringList only = {}, QStringList skipped = {});
 
+    // These, which must outlive it.
+    explicit CheckRun(const std::vector<const Check *> &checks);
+
     Result over(const CheckedRegistry &registry) const;
     // The same, but takes what was found at entries that are unchanged from the result before.
     Result over(const CheckedRegistry &registry, const Result &before) const;

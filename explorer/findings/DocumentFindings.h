@@ -24,6 +24,10 @@ public:
     ~DocumentFindings() override;
 
     const std::vector<Finding> &findings() const { return result_.findings; } // hidden ones, too
+    const QStringList &failedChecks() const
+    {
+        return result_.failed;
+    } // IDs; nothing of them is here
     bool isHidden(const Finding &finding) const;
     std::size_t count(Severity severity) const; // of those that are not hidden
     HiddenFindings &hidden() { return hidden_; }

@@ -35,7 +35,7 @@ FindingsDock::FindingsDock(DocumentFindings &findings, std::shared_ptr<TavDataSt
     , showHiddenButton_(barButton(tr("Show Hidden"), "view-visible", "findingsShowHiddenButton"))
     , measureButton_(
           barButton(tr("Measure Too"), "utilities-system-monitor", "findingsMeasureButton"))
-    , measuredLabel_(new QLabel)
+    , notes_(new QLabel)
 {
     setObjectName(QStringLiteral("findingsDock"));
     setAllowedAreas(Qt::BottomDockWidgetArea | Qt::TopDockWidgetArea);
@@ -103,14 +103,14 @@ QWidget *FindingsDock::makeBar()
     connect(showHiddenButton_, &QToolButton::toggled, model_.get(), &FindingsModel::setShowsHidden);
     measureButton_->setToolTip(tr("Also reads sensors, fans, batteries and rising counters, once"));
     connect(measureButton_, &QToolButton::clicked, &findings_, &DocumentFindings::measure);
-    measuredLabel_->setObjectName(QStringLiteral("findingsMeasuredLabel"));
+    notes_->setObjectName(QStringLiteral("findingsNotes"));
     auto *const copyButton = barButton(tr("Copy"), "edit-copy", "findingsCopyButton");
     connect(copyButton, &QToolButton::clicked, this, &FindingsDock::copy);
     layout->addWidget(filterField_);
     for (QWidget *const button : {copyButton, hideButton, showHiddenButton_, measureButton_})
         layout->addWidget(button);
     layout->addStretch(1);
-    layout->addWidget(measuredLabel_);
+    layout->addWidget(notes_);
     return bar;
 }
 
@@ -119,9 +119,13 @@ void FindingsDock::updateBar()
     const bool areSomeHidden = !findings_.hidden().isEmpty();
     showHiddenButton_->setVisible(areSomeHidden || showHiddenButton_->isChecked());
     measureButton_->setEnabled(findings_.canMeasure());
-    const QDateTime &date = findings_.dateMeasured();
-    measuredLabel_->setText(date.isNull() ? QString()
-                                          : tr("Measured at %1").arg(DateText::mediumTime(date)));
+    QStringList notes;
+    if (!findings_.failedChecks().isEmpty())
+        notes.append(
+            tr("Checks that gave up: %1").arg(findings_.failedChecks().join(QLatin1String(", "))));
+    if (const QDateTime &date = findings_.dateMeasured(); !date.isNull())
+        notes.append(tr("Measured at %1").arg(DateText::mediumTime(date)));
+    notes_->setText(notes.join(QStringLiteral(" · ")));
 }
 
 // The same finding as before, or the worst.

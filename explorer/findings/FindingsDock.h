@@ -56,6 +56,6 @@ private:
     SearchField *filterField_;
     QToolButton *showHiddenButton_;
     QToolButton *measureButton_;
-    QLabel *measuredLabel_;
+    QLabel *notes_;
     std::optional<Finding> selected_; // before the findings changed
 };

@@ -337,6 +337,45 @@ TEST(CheckRun, LooksOnlyAtWhatChanged)
     EXPECT_EQ(CheckRun().over(after, wrong).findings.front().detail, QStringLiteral("kept"));
 }
 
+class HastyCheck : public Check
+{
+public:
+    explicit HastyCheck(const char *id, bool givesUp)
+        : id_(QLatin1String(id))
+        , givesUp_(givesUp)
+    {}
+    CheckDescription description() const override
+    {
+        CheckDescription its;
+        its.id = id_;
+        return its;
+    }
+    void look(const CheckedEntry &, const Report &report) const override
+    {
+        report({QStringLiteral("seen"), {}});
+        if (givesUp_)
+            throw std::runtime_error("no more");
+    }
+
+private:
+    QString id_;
+    bool givesUp_;
+};
+
+TEST(CheckRun, LosesOnlyTheFindingsOfACheckThatGivesUp)
+{
+    FakeLiveService service;
+    TreeBuilder(service).plane("DxService", "Root\n  Host");
+    const auto store = TavDataStore::initFromDxRegistry(service);
+    const HastyCheck bad("bad", true);
+    const HastyCheck good("good", false);
+    const auto result =
+        CheckRun(std::vector<const Check *>{&bad, &good}).over(CheckedRegistry(*store));
+    EXPECT_EQ(result.failed, QStringList(QStringLiteral("bad")));
+    ASSERT_EQ(result.findings.size(), 2U);
+    EXPECT_EQ(result.findings[0].check, QStringLiteral("good"));
+}
+
 TEST(CheckList, DescribesEachCheckOnce)
 {
     QSet<QString> ids;
