@@ -59,11 +59,17 @@ const std::vector<std::unique_ptr<const Check>> &CheckList::all()
     return made;
 }
 
-const Check *CheckList::withID(const QString &id)
+const CheckDescription &CheckList::describe(const QString &id)
 {
-    for (const auto &check : all()) {
-        if (check->description().id == id)
-            return check.get();
-    }
-    return nullptr;
+    static const auto descriptions = [] {
+        QHash<QString, CheckDescription> found;
+        for (const auto &check : all()) {
+            CheckDescription its = check->description();
+            found.insert(its.id, std::move(its));
+        }
+        return found;
+    }();
+    static const CheckDescription unknown;
+    const auto found = descriptions.constFind(id);
+    return found == descriptions.constEnd() ? unknown : *found;
 }

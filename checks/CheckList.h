@@ -6,5 +6,6 @@
 // All checks, in the order in which they are listed.
 namespace CheckList {
 const std::vector<std::unique_ptr<const Check>> &all();
-const Check *withID(const QString &id); // null: none
+// Made once; empty for an unknown ID. Any thread.
+const CheckDescription &describe(const QString &id);
 } // namespace CheckList

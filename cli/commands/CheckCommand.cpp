@@ -210,7 +210,7 @@ void CheckCommand::writeText(const CheckRun::Result &result, Severity least,
     for (const Finding &finding : result.findings) {
         if (finding.severity < least)
             continue;
-        const CheckDescription check = CheckList::withID(finding.check)->description();
+        const CheckDescription &check = CheckList::describe(finding.check);
         output.add(wordOf(finding.severity).leftJustified(wordWidth), roleOf(finding.severity));
         output.add(pathOf(finding.entryTag), TextRole::Name);
         output.endLine();
@@ -233,7 +233,7 @@ void CheckCommand::writeJson(const CheckRun::Result &result, Severity least,
     for (const Finding &finding : result.findings) {
         if (finding.severity < least)
             continue;
-        const CheckDescription check = CheckList::withID(finding.check)->description();
+        const CheckDescription &check = CheckList::describe(finding.check);
         output.addResult([&](JsonWriter &json) {
             json.member(QLatin1String("check"), finding.check);
             json.member(QLatin1String("severity"), wordOf(finding.severity));
@@ -259,7 +259,7 @@ void CheckCommand::writeStatusLine(const CheckRun::Result &result, CommandOutput
                                         : QStringLiteral("OK");
     QStringList titles;
     for (const Finding &finding : result.findings) {
-        const QString title = CheckList::withID(finding.check)->description().title;
+        const QString title = CheckList::describe(finding.check).title;
         if (finding.severity != Severity::Note && !titles.contains(title))
             titles.append(title);
     }

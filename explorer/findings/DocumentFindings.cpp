@@ -162,7 +162,7 @@ QStringList DocumentFindings::titlesAt(const TavRegistryEntry &entry) const
         return titles;
     for (const Finding &finding : result_.findings) {
         if (finding.entryTag == entry.entryTag() && !isHidden(finding))
-            titles.append(CheckList::withID(finding.check)->description().title);
+            titles.append(CheckList::describe(finding.check).title);
     }
     titles.removeDuplicates();
     return titles;

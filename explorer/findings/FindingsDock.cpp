@@ -246,7 +246,7 @@ void FindingsDock::explain()
     if (row < 0)
         return explanation_->clear();
     const Finding &finding = model_->finding(row);
-    const CheckDescription check = CheckList::withID(finding.check)->description();
+    const CheckDescription &check = CheckList::describe(finding.check);
     const auto paragraph = [](const QString &title, const QString &text) {
         return text.isEmpty() ? QString() : QStringLiteral("<p><b>%1</b> %2</p>").arg(title, text);
     };

@@ -26,14 +26,17 @@ std::vector<FindingsModel::Row> FindingsModel::currentRows() const
     std::vector<Row> rows;
     for (const Finding &finding : findings_.findings()) {
         const bool isHidden = findings_.isHidden(finding);
-        if (isHidden && !showsHidden_)
-            continue;
-        TavRegistryEntry *const entry = store_->entryWithTag(finding.entryTag);
-        const EntryPlace place = entry ? EntryPlace::of(*entry) : EntryPlace();
-        rows.push_back({finding, CheckList::withID(finding.check)->description().title, place.name,
-                        place.path, isHidden});
+        if (!isHidden || showsHidden_)
+            rows.push_back({finding, isHidden});
     }
     return rows;
+}
+
+// Looked up for what is visible: a machine may have thousands of findings.
+EntryPlace FindingsModel::placeOf(const Row &row) const
+{
+    TavRegistryEntry *const entry = store_->entryWithTag(row.finding.entryTag);
+    return entry ? EntryPlace::of(*entry) : EntryPlace();
 }
 
 void FindingsModel::reload()
@@ -79,10 +82,10 @@ QString FindingsModel::word(Severity severity)
 QString FindingsModel::plainText(int row) const
 {
     const Row &its = rows_[static_cast<std::size_t>(row)];
-    const CheckDescription check = CheckList::withID(its.finding.check)->description();
-    QStringList lines{QStringLiteral("%1: %2").arg(word(its.finding.severity), its.title)};
+    const CheckDescription &check = CheckList::describe(its.finding.check);
+    QStringList lines{QStringLiteral("%1: %2").arg(word(its.finding.severity), check.title)};
     for (const QString &line :
-         {its.path, its.finding.detail, check.explanation, its.finding.nextStep}) {
+         {placeOf(its).path, its.finding.detail, check.explanation, its.finding.nextStep}) {
         if (!line.isEmpty())
             lines.append(line);
     }
@@ -119,13 +122,13 @@ QVariant FindingsModel::data(const QModelIndex &index, int role) const
     case SeverityColumn:
         return word(row.finding.severity);
     case TitleColumn:
-        return row.title;
+        return CheckList::describe(row.finding.check).title;
     case ObjectColumn:
-        return visibleText(row.object);
+        return visibleText(placeOf(row).name);
     case DetailColumn:
         return visibleText(row.finding.detail);
     case PathColumn:
-        return visibleText(row.path);
+        return visibleText(placeOf(row).path);
     default:
         return {};
     }

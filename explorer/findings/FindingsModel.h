@@ -7,6 +7,7 @@
 #include <memory>
 
 class DocumentFindings;
+struct EntryPlace;
 class TavDataStore;
 
 // The findings of a document as rows, the worst first.
@@ -35,14 +36,12 @@ private:
     struct Row
     {
         Finding finding;
-        QString title;
-        QString object;
-        QString path;
         bool isHidden; // the user does not want to see it
     };
     std::vector<Row> currentRows() const;
     void reload();
     void updatePlaces();
+    EntryPlace placeOf(const Row &row) const; // as it is now
 
     const DocumentFindings &findings_;
     std::shared_ptr<TavDataStore> store_;
