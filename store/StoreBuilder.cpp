@@ -58,6 +58,7 @@ EntryRef StoreBuilder::addEntry()
     EntryRef entry = TavRegistryEntry::createEmpty();
     entry->_setDataStore(store_.get());
     store_->registryEntries_.push_back(entry);
+    store_->forgetTags();
     return entry;
 }
 
@@ -71,6 +72,7 @@ void StoreBuilder::setEntries(std::vector<EntryRef> entries)
     for (TavRegistryEntry *const entry : leaving)
         entry->leaveStore();
     store_->registryEntries_ = std::move(entries);
+    store_->forgetTags();
     store_->restartEntryNumbers();
     for (const EntryRef &entry : store_->registryEntries_)
         entry->setNumber(store_->takeEntryNumber());

@@ -281,6 +281,24 @@ TavRegistryEntry *TavDataStore::registryEntryForDxRegistryEntry(RegistryObject o
     return createIfNeeded ? _registryEntryWithDxRegistryEntry(object, isRoot) : nullptr;
 }
 
+TavRegistryEntry *TavDataStore::entryWithTag(quint64 tag) const
+{
+    if (!isLive_ && !std::exchange(isArchiveIndexed_, true)) {
+        entriesByTag_.clear();
+        for (const EntryRef &entry : registryEntries_) {
+            if (!entriesByTag_.contains(entry->entryTag())) // a hostile snapshot may repeat it
+                entriesByTag_.insert(entry->entryTag(), entry.get());
+        }
+    }
+    return entriesByTag_.value(tag);
+}
+
+void TavDataStore::forgetTags()
+{
+    entriesByTag_.clear();
+    isArchiveIndexed_ = false;
+}
+
 TavRegistryEntry *TavDataStore::findEntry(RegistryObject object) const
 {
     quint64 tag = 0;

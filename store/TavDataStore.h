@@ -49,10 +49,7 @@ public:
 
     const std::vector<EntryRef> &registryEntries() const { return registryEntries_; } // root first
     TavRegistryEntry *registryRoot() const;
-    TavRegistryEntry *entryWithTag(quint64 tag) const
-    {
-        return entriesByTag_.value(tag);
-    } // or null
+    TavRegistryEntry *entryWithTag(quint64 tag) const; // or null
     // The sysfs paths of objects that did not answer: the snapshot lacks their attributes.
     QStringList incompleteObjects() const;
 
@@ -179,7 +176,11 @@ private:
     bool hasPendingTerminations_ = false;
     QDateTime lastUpdateDate_;
     std::vector<EntryRef> registryEntries_;
-    QHash<quint64, TavRegistryEntry *> entriesByTag_; // of registryEntries_
+    void forgetTags(); // of an archived store whose entries change
+
+    // Of registryEntries_; in an archived store made when it is first asked for.
+    mutable QHash<quint64, TavRegistryEntry *> entriesByTag_;
+    mutable bool isArchiveIndexed_ = false;
     QStringList registryPlanes_;
     std::vector<EntryOrder> planeOrders_; // from the root; valid at ordersAsOf_
     quint64 ordersAsOf_ = 0;

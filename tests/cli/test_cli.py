@@ -204,6 +204,10 @@ class ExitCodes(unittest.TestCase):
         for question in (["warning", "--in", "states"], ["--where", "state == warning"]):
             self.assertEqual(len(run("find", *question).stdout.splitlines()), 1)
         self.assertEqual(run("check", "--modules", "/nowhere").returncode, 3)
+        with tempfile.TemporaryDirectory() as folder:
+            snapshot = f"{folder}/machine.vandrel"
+            run("capture", snapshot)
+            self.assertEqual(run("check", snapshot).stdout, run("check").stdout)
         self.assertEqual(run("check", "/nowhere.vandrel").returncode, 3)
         with tempfile.TemporaryDirectory() as folder:
             tree = Path(folder) / "sys"

@@ -88,6 +88,19 @@ TEST_F(FindingsDockTest, MarksRowsAndAnswersToStateWords)
     EXPECT_EQ(rootRow().data(Qt::DecorationRole).value<QIcon>().cacheKey(), plain);
 }
 
+TEST_F(FindingsDockTest, MarksTheEntriesOfASnapshot)
+{
+    setTable({{"power", power("error")}});
+    update();
+    openArchived();
+    ASSERT_TRUE(waitForButton("1 warning"));
+    EXPECT_EQ(entry("Host")->worstFinding(), Severity::Warning);
+    selectNothing();
+    action("toggleFindingsAction").trigger();
+    QTest::keyClick(outlet<QTableView>("findingsTable"), Qt::Key_Return);
+    EXPECT_EQ(selected(), "DxService:/");
+}
+
 TEST_F(FindingsDockTest, HidesWhatIsNotToBeShownAgain)
 {
     setTable({{"power", power("error")}, {"waiting_for_supplier", values::number(1)}});
